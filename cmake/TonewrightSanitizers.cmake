@@ -1,0 +1,27 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The sanitizer builds: `cmake --preset asan`, `tsan`, `rtsan`.
+
+set(TONEWRIGHT_SANITIZER "" CACHE STRING "asan, tsan or rtsan; empty for none")
+
+if(TONEWRIGHT_SANITIZER STREQUAL "asan")
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=address,undefined)
+elseif(TONEWRIGHT_SANITIZER STREQUAL "tsan")
+    # Fences are not understood by the detector; none of our code uses one, libstdc++ warns about its own.
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -O1 -Wno-tsan)
+    add_link_options(-fsanitize=thread)
+elseif(TONEWRIGHT_SANITIZER STREQUAL "rtsan")
+    # g++ has no -fsanitize=realtime; the run-time library works without it when the audio thread says where its
+    # real-time part begins and ends (platform/audio/RealtimeScope.hpp).
+    file(GLOB rtsan_library "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.rtsan-x86_64.a"
+        "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.rtsan-aarch64.a")
+    if(NOT rtsan_library)
+        message(FATAL_ERROR "The rtsan build needs the RealtimeSanitizer run-time (package libclang-rt-19-dev).")
+    endif()
+    list(GET rtsan_library 0 rtsan_library)
+    add_compile_definitions(TONEWRIGHT_RTSAN=1)
+    add_link_options("-Wl,--whole-archive,${rtsan_library},--no-whole-archive" -ldl -lpthread -lm)
+elseif(TONEWRIGHT_SANITIZER)
+    message(FATAL_ERROR "TONEWRIGHT_SANITIZER is asan, tsan, rtsan or empty, not '${TONEWRIGHT_SANITIZER}'.")
+endif()

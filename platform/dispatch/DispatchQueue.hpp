@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Queues of tasks: the main queue (run by the main thread's loop), the global queue (a pool of threads), and
+// serial queues of one's own (a thread with a list of tasks). All operations may be called from any thread
+// but the audio thread: they lock and may wake a thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+using Task = std::function<void()>;
+
+class DispatchQueue {
+  public:
+    /// Give the queue whose tasks the main thread's loop runs, in the order of submission. Tasks never run
+    /// inside the submitting call; those that still wait when the loop ends for good are dropped.
+    [[nodiscard]] static DispatchQueue& main();
+    /// Give the queue of default quality of service whose tasks run concurrently on a pool of threads.
+    [[nodiscard]] static DispatchQueue& global();
+
+    /// Make a serial queue. Its tasks run one at a time, in the order of submission. Releasing the queue
+    /// neither waits nor drops: tasks already submitted still run. May be released on its own thread.
+    explicit DispatchQueue(std::string label);
+    ~DispatchQueue();
+    DispatchQueue(const DispatchQueue&) = delete;
+    DispatchQueue& operator=(const DispatchQueue&) = delete;
+
+    /// Submit `task` and return at once.
+    void async(Task task);
+    /// Run `task` on the calling thread as this queue's task, after those already submitted, and return when
+    /// it has run. Serial queues only. Called from a task of the same queue it is fatal, for it could never
+    /// end.
+    void sync(const Task& task);
+    /// Submit `task` after `seconds` (clock time, 0 or less: now).
+    void asyncAfter(double seconds, Task task);
+
+    [[nodiscard]] const std::string& label() const noexcept;
+
+    class Implementation;
+
+  private:
+    explicit DispatchQueue(std::shared_ptr<Implementation> implementation);
+    std::shared_ptr<Implementation> _implementation;
+};
+
+} // namespace platform

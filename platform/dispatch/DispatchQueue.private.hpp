@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the three kinds of queue have in common. Private to platform/dispatch.
+#pragma once
+
+#include "platform/dispatch/DispatchQueue.hpp"
+
+namespace platform {
+
+class DispatchQueue::Implementation {
+  public:
+    explicit Implementation(std::string name)
+        : label(std::move(name)) {}
+    virtual ~Implementation() = default;
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+
+    virtual void async(Task task) = 0;
+    virtual void sync(const Task& task) = 0;
+    /// Tell that the owner has gone: no more submissions come.
+    virtual void close() {}
+
+    const std::string label;
+};
+
+[[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeMainQueue();
+[[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeGlobalQueue();
+[[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeSerialQueue(std::string label);
+
+/// Call `submit` on a thread of the clock's own after `seconds`.
+void submitLater(double seconds, Task submit);
+
+} // namespace platform

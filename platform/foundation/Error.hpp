@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What a failed platform operation tells: a value, never thrown across a border.
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace platform {
+
+/// A failure with a domain, a code in it, and a sentence for people.
+class Error {
+  public:
+    Error(std::string domain, long code, std::string localizedDescription)
+        : _domain(std::move(domain))
+        , _code(code)
+        , _localizedDescription(std::move(localizedDescription)) {}
+
+    [[nodiscard]] const std::string& domain() const noexcept { return _domain; }
+    [[nodiscard]] long code() const noexcept { return _code; }
+    /// Give the sentence for people ("The file ... couldn't be removed."), one line.
+    [[nodiscard]] const std::string& localizedDescription() const noexcept { return _localizedDescription; }
+    /// Give the technical one-liner that contains the sentence.
+    [[nodiscard]] std::string description() const;
+
+  private:
+    std::string _domain;
+    long _code;
+    std::string _localizedDescription;
+};
+
+/// Make an error of the domain "POSIX" from an errno value; `sentence` is for people.
+[[nodiscard]] Error posixError(int errorNumber, std::string sentence);
+
+} // namespace platform

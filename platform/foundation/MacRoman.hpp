@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Text in the Mac OS Roman character set. Any thread.
+// Source of the table: Unicode Consortium, VENDORS/APPLE/ROMAN.TXT (0xDB is the euro sign, 0xF0 is U+F8FF).
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace platform {
+
+/// Decode Mac OS Roman bytes to UTF-8; every byte has a character.
+[[nodiscard]] std::string decodeMacRoman(std::span<const unsigned char> bytes);
+
+} // namespace platform

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the process knows of itself. Any thread.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace platform {
+
+class ProcessInfo {
+  public:
+    /// Give the one record of this process.
+    [[nodiscard]] static const ProcessInfo& processInfo();
+
+    /// Give the name of the running program's file.
+    [[nodiscard]] std::string processName() const;
+    [[nodiscard]] std::int32_t processIdentifier() const noexcept;
+    /// Give a text that no other call on any machine gives: a random UUID (RFC 4122, version 4) in upper
+    /// case.
+    [[nodiscard]] std::string globallyUniqueString() const;
+};
+
+} // namespace platform

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Locations as values. File locations are bytes: valid UTF-8 or not, they pass unchanged.
+// Source of the grammar: RFC 3986.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+class URL {
+  public:
+    /// Make a URL from text; text that RFC 3986 does not allow (empty, blanks, controls, a bare %) gives
+    /// none.
+    [[nodiscard]] static std::optional<URL> fromString(std::string_view text);
+    /// Make a file URL; a relative path is taken from the current directory. A path that ends in "/" or names
+    /// an existing directory gives a URL that ends in "/".
+    [[nodiscard]] static URL fileURLWithPath(std::string_view path);
+    /// Make a file URL without asking the disk whether it is a directory.
+    [[nodiscard]] static URL fileURLWithPath(std::string_view path, bool isDirectory);
+
+    /// Give the text, percent-encoded.
+    [[nodiscard]] const std::string& absoluteString() const noexcept { return _text; }
+    /// Give the path, percent-decoded, without a trailing "/" (the root keeps its own).
+    [[nodiscard]] std::string path() const;
+    /// Give the scheme in lower case; empty for relative text.
+    [[nodiscard]] std::string scheme() const;
+    [[nodiscard]] bool isFileURL() const;
+    /// Give the last component of the path, decoded; "/" for the root.
+    [[nodiscard]] std::string lastPathComponent() const;
+    /// Give what follows the last "." of the last component; empty for a leading-dot name or none.
+    [[nodiscard]] std::string pathExtension() const;
+    /// Append `component` behind a "/".
+    [[nodiscard]] URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
+
+    friend bool operator==(const URL&, const URL&) = default;
+
+  private:
+    explicit URL(std::string text)
+        : _text(std::move(text)) {}
+    [[nodiscard]] std::string_view encodedPath() const;
+    std::string _text;
+};
+
+/// Percent-encode every byte except `A-Z a-z 0-9 / ! $ & ' ( ) * + , - . : = @ _ ~`.
+[[nodiscard]] std::string percentEncodedPath(std::string_view path);
+/// Replace each well-formed %XX by its byte.
+[[nodiscard]] std::string percentDecoded(std::string_view text);
+
+} // namespace platform

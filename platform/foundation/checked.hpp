@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Integer arithmetic whose overflow ends the program instead of wrapping.
+#pragma once
+
+#include "platform/foundation/fatal.hpp"
+
+#include <cstdint>
+
+namespace platform {
+
+/// Add; overflow is fatal.
+template <class T>
+[[nodiscard]] constexpr T checkedAdd(T a, T b) {
+    T sum{};
+    if (__builtin_add_overflow(a, b, &sum)) fatal("Arithmetic overflow in an addition");
+    return sum;
+}
+
+/// Subtract; overflow is fatal.
+template <class T>
+[[nodiscard]] constexpr T checkedSubtract(T a, T b) {
+    T difference{};
+    if (__builtin_sub_overflow(a, b, &difference)) fatal("Arithmetic overflow in a subtraction");
+    return difference;
+}
+
+/// Multiply; overflow is fatal.
+template <class T>
+[[nodiscard]] constexpr T checkedMultiply(T a, T b) {
+    T product{};
+    if (__builtin_mul_overflow(a, b, &product)) fatal("Arithmetic overflow in a multiplication");
+    return product;
+}
+
+/// Convert towards zero; a value outside the signed 64-bit range, or none at all, is fatal.
+[[nodiscard]] inline std::int64_t checkedInteger(double value) {
+    if (!(value >= -0x1p63 && value < 0x1p63)) fatal("A floating-point value has no 64-bit integer");
+    return static_cast<std::int64_t>(value);
+}
+
+} // namespace platform

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/console.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <mutex>
+#include <poll.h>
+#include <string>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+int outputDescriptor = STDOUT_FILENO; // written once at entry, before any other thread runs
+
+std::mutex& lineMutex() {
+    static auto* mutex = new std::mutex; // outlives every static: lines may be written while the process ends
+    return *mutex;
+}
+
+// Writes both pieces whole; gives up silently on a broken descriptor, for there is nowhere left to say it.
+void writeLine(int descriptor, std::string_view line) {
+    const char newline = '\n';
+    std::size_t done = 0;
+    const std::size_t total = line.size() + 1;
+    const std::scoped_lock lock(lineMutex());
+    while (done < total) {
+        iovec pieces[2];
+        int count = 0;
+        if (done < line.size()) pieces[count++] = {const_cast<char*>(line.data()) + done, line.size() - done};
+        pieces[count++] = {const_cast<char*>(&newline), 1};
+        const ssize_t written = ::writev(descriptor, pieces, count);
+        if (written >= 0) {
+            done += static_cast<std::size_t>(written);
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            pollfd ready{descriptor, POLLOUT, 0};
+            ::poll(&ready, 1, -1);
+        } else if (errno != EINTR) {
+            return;
+        }
+    }
+}
+
+} // namespace
+
+void print(std::string_view line) {
+    writeLine(outputDescriptor, line);
+}
+
+void warn(std::string_view line) {
+    writeLine(STDERR_FILENO, line);
+}
+
+void reserveStandardOutput() {
+    for (int descriptor = 0; descriptor <= 2; ++descriptor)
+        if (::fcntl(descriptor, F_GETFD) == -1) ::open("/dev/null", O_RDWR); // takes the lowest free number
+    std::fflush(stdout);
+    const int kept = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (kept == -1) return;
+    outputDescriptor = kept;
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+} // namespace platform

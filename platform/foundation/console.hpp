@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The system's lines on standard output, and what a person must be told on standard error.
+// Any thread, but not the audio thread. A line is one write and stays whole when threads write together.
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+/// Write `line` and one newline to standard output, by length (NUL bytes pass), at once.
+/// A closed or broken standard output loses the line and nothing else.
+void print(std::string_view line);
+
+/// Write `line` and one newline to standard error, at once.
+void warn(std::string_view line);
+
+/// Keep standard output for `print` alone: from now on whatever a library writes to it goes to standard
+/// error. Also occupies closed standard descriptors, so that no file opened later is taken for one. Call
+/// once, at entry, before any other thread runs.
+void reserveStandardOutput();
+
+} // namespace platform

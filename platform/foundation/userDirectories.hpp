@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The user's directories as the desktop's standards place them. Any thread.
+// Sources: xdg-user-dirs (user-dirs.dirs), XDG Base Directory.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Give the home directory: `HOME`, else the password file's, else "/".
+[[nodiscard]] std::string homeDirectory();
+/// Give the directory that `XDG_<key>_DIR` names in user-dirs.dirs, else `fallback` in the home directory.
+[[nodiscard]] std::string userDirectory(std::string_view key, std::string_view fallback);
+/// Give the absolute path in the environment variable `name`, else `fallback` in the home directory.
+[[nodiscard]] std::string baseDirectory(const char* name, std::string_view fallback);
+
+} // namespace platform

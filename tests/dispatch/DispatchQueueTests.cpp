@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/dispatch/RunLoop.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+using namespace platform;
+
+namespace {
+constexpr double Limit = 20; // seconds; generous, for a loaded machine
+}
+
+TEST(MainQueue, RunsInOrderLaterAndOnTheMainThread) {
+    std::vector<int> order;
+    std::atomic<bool> done{false};
+    std::thread([&] {
+        for (int i = 0; i < 1000; ++i) DispatchQueue::main().async([&, i] { order.push_back(i); });
+        DispatchQueue::main().async([&] { done = isMainThread(); });
+    }).join();
+    DispatchQueue::main().async([&] { order.push_back(-1); });
+    EXPECT_TRUE(order.empty()); // never inside the submitting call
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return done.load() && order.size() == 1001; }, Limit));
+    for (int i = 0; i < 1000; ++i) ASSERT_EQ(order[static_cast<std::size_t>(i)], i);
+    EXPECT_EQ(order.back(), -1);
+}
+
+TEST(SerialQueue, OneAtATimeInOrderAcrossAsyncAndSync) {
+    DispatchQueue queue("test");
+    std::vector<int> order; // no lock: the queue is the lock
+    for (int round = 0; round < 500; ++round) {
+        queue.async([&] { order.push_back(0); });
+        queue.async([&] { order.push_back(1); });
+        const auto caller = std::this_thread::get_id();
+        queue.sync([&] {
+            EXPECT_EQ(std::this_thread::get_id(), caller);
+            order.push_back(2);
+        });
+    }
+    ASSERT_EQ(order.size(), 1500U);
+    for (std::size_t i = 0; i < order.size(); ++i) ASSERT_EQ(order[i], static_cast<int>(i % 3));
+}
+
+TEST(SerialQueue, SyncFromManyThreadsExcludes) {
+    DispatchQueue queue("test");
+    int count = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 2000; ++i) {
+                queue.sync([&] { ++count; });
+                if (i % 16 == 0) queue.async([&] { ++count; });
+            }
+        });
+    for (auto& thread : threads) thread.join();
+    queue.sync([] {});
+    EXPECT_EQ(count, 4 * (2000 + 125));
+}
+
+TEST(SerialQueue, SyncOnItselfIsFatal) {
+    EXPECT_DEATH(
+        {
+            DispatchQueue outer("outer");
+            DispatchQueue inner("inner");
+            outer.sync([&] { inner.sync([&] { outer.sync([] {}); }); });
+        },
+        "already owned");
+}
+
+TEST(SerialQueue, MayBeReleasedOnItsOwnThreadAndDropsNothing) {
+    auto queue = std::make_shared<DispatchQueue>("test");
+    std::atomic<int> ran{0};
+    auto* raw = queue.get();
+    raw->async([&ran, queue = std::move(queue)]() mutable {
+        queue->async([&ran] { ++ran; });
+        queue.reset();
+        ++ran;
+    });
+    EXPECT_TRUE(RunLoop::current().runUntil(
+                    [&] {
+                        std::this_thread::yield();
+                        return ran == 2;
+                    },
+                    Limit) ||
+                ran == 2);
+}
+
+TEST(GlobalQueue, RunsConcurrently) {
+    std::atomic<int> inside{0};
+    std::atomic<bool> met{false};
+    for (int i = 0; i < 2; ++i)
+        DispatchQueue::global().async([&] {
+            ++inside;
+            const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+            while (inside < 2 && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+            if (inside == 2) met = true;
+            DispatchQueue::main().async([] {});
+        });
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return met.load(); }, Limit));
+}
+
+TEST(DelayedSubmission, KeepsDatesAndOrder) {
+    const auto start = std::chrono::steady_clock::now();
+    std::vector<int> order;
+    double elapsed = 0;
+    DispatchQueue::main().asyncAfter(0.06, [&] {
+        order.push_back(2);
+        elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    });
+    DispatchQueue::main().asyncAfter(0.02, [&] { order.push_back(1); });
+    DispatchQueue::main().asyncAfter(-1, [&] { order.push_back(0); });
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return order.size() == 3; }, Limit));
+    EXPECT_EQ(order, (std::vector<int>{0, 1, 2}));
+    EXPECT_GE(elapsed, 0.06);
+}
