@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A sound file opened for reading: m4a, wav and whatever else libavformat opens. The object holds what the
+// head of the file says and, until a player takes it, the opened file; the sound itself is decoded by the
+// player's own thread. Any thread; immutable but for the spare reader, which has a lock of its own.
+#pragma once
+
+#include "platform/audio/AVAudioFormat.hpp"
+#include "platform/foundation/Result.hpp"
+#include "platform/foundation/URL.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+namespace platform {
+
+class AudioReader;
+
+class AVAudioFile {
+  public:
+    /// Open the file at `url` for reading (`initForReading:error:`). Reads the head only. A file that is
+    /// missing, is no sound, or holds no frames is an error.
+    [[nodiscard]] static Result<std::shared_ptr<AVAudioFile>> open(const URL& url);
+    ~AVAudioFile();
+    AVAudioFile(const AVAudioFile&) = delete;
+    AVAudioFile& operator=(const AVAudioFile&) = delete;
+
+    [[nodiscard]] const URL& url() const noexcept { return _url; }
+    /// Give the format in which the file's frames are played: its own rate and channels, as floats.
+    [[nodiscard]] AVAudioFormat processingFormat() const noexcept { return _format; }
+    /// Give the exact number of frames of one pass, the encoder's padding at both ends left out.
+    [[nodiscard]] std::int64_t lengthFrames() const noexcept { return _lengthFrames; }
+
+    /// Give a reader that stands at the first frame, for one thread at a time: the one left over from opening
+    /// or from a former pass, or a new one (an error if the file has gone).
+    [[nodiscard]] Result<std::unique_ptr<AudioReader>> takeReader() const;
+    /// Hand `reader` back for a later pass.
+    void returnReader(std::unique_ptr<AudioReader> reader) const;
+
+  private:
+    AVAudioFile(URL url, std::unique_ptr<AudioReader> reader);
+
+    const URL _url;
+    AVAudioFormat _format;
+    std::int64_t _lengthFrames = 0;
+    mutable std::mutex _mutex; // guards _spare
+    mutable std::unique_ptr<AudioReader> _spare;
+};
+
+} // namespace platform

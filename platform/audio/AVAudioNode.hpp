@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A member of the engine's graph. A node is attached to at most one engine; it is wired, and its processor
+// asked for, on the control side only. What renders on the audio thread is never the node itself: the engine
+// keeps the processor (or the player's stream) alive for as long as a render plan uses it.
+#pragma once
+
+#include <memory>
+
+namespace platform {
+
+class NodeProcessor;
+
+class AVAudioNode {
+  public:
+    virtual ~AVAudioNode() = default;
+    AVAudioNode(const AVAudioNode&) = delete;
+    AVAudioNode& operator=(const AVAudioNode&) = delete;
+
+    /// Give what makes the sound of this node, the same object at every call; null for the nodes that the
+    /// engine renders itself (player, mixer, output).
+    [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() const { return nullptr; }
+
+  protected:
+    AVAudioNode() = default;
+};
+
+} // namespace platform

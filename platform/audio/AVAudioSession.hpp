@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The process's claim on the sound output. Any thread but the audio thread.
+#pragma once
+
+#include "platform/foundation/Error.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace platform {
+
+enum class AVAudioSessionCategory : std::uint64_t { Playback };
+enum class AVAudioSessionMode : std::uint64_t { Default };
+
+class AVAudioSession {
+  public:
+    /// Sets of options; only the empty sets exist on this system.
+    enum class CategoryOptions : std::uint64_t { None = 0 };
+    enum class SetActiveOptions : std::uint64_t { None = 0 };
+
+    [[nodiscard]] static AVAudioSession& sharedInstance();
+
+    /// Say what the sound is for. It never fails because a server is gone.
+    [[nodiscard]] std::optional<Error> setCategory(AVAudioSessionCategory category, AVAudioSessionMode mode,
+                                                   CategoryOptions options);
+    /// Claim the output, so that a server which refuses does so now, or give it back. Waits for the server's
+    /// answer, never for sound; no server at all is no failure. Repeating is harmless.
+    [[nodiscard]] std::optional<Error> setActive(bool active, SetActiveOptions options);
+
+    /// For tests: answers, if it answers an error, in the place of an operation.
+    struct Faults {
+        std::function<std::optional<Error>()> setCategory;
+        std::function<std::optional<Error>(bool active)> setActive;
+    };
+    void setFaults(Faults faults);
+
+  private:
+    AVAudioSession() = default;
+    std::mutex _mutex; // guards the fields below
+    Faults _faults;
+    std::shared_ptr<class OutputDevice> _claimed; // the device claimed while active
+};
+
+} // namespace platform

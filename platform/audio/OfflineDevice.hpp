@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The output that is rendered by hand, as fast as the machine can: for bouncing, tests and benchmarks.
+// Nothing is ever missing from it: the client waits for the player's decoder where it must.
+#pragma once
+
+#include "platform/audio/OutputDevice.hpp"
+
+#include <mutex>
+#include <vector>
+
+namespace platform {
+
+class OfflineDevice final : public OutputDevice {
+  public:
+    /// `blockFrames`: the largest number of frames asked for at a time.
+    explicit OfflineDevice(AVAudioFormat format = DefaultOutputFormat, std::uint32_t blockFrames = 256);
+
+    [[nodiscard]] std::optional<Error> open() override;
+    void close() noexcept override;
+    [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
+    void stop() noexcept override;
+    [[nodiscard]] AVAudioFormat format() const noexcept override;
+    [[nodiscard]] bool isOffline() const noexcept override { return true; }
+
+    /// Render `frames` frames into `planes`, one for each channel; silence while nothing runs. Any thread.
+    void render(float* const* planes, std::uint64_t frames);
+    /// Render `frames` frames and give them, one vector for each channel.
+    [[nodiscard]] std::vector<std::vector<float>> render(std::uint64_t frames);
+    /// Become a device of another format, as when a user plugs in another card. The client takes notice in
+    /// its own time.
+    void setFormat(AVAudioFormat format);
+    /// Give the number of open claims.
+    [[nodiscard]] int claims() const;
+
+  private:
+    mutable std::mutex _formatMutex; // guards _format
+    AVAudioFormat _format;
+    const std::uint32_t _blockFrames;
+    mutable std::mutex _mutex; // guards the fields below; held for the length of one block
+    std::shared_ptr<OutputClient> _client;
+    int _claims = 0;
+};
+
+} // namespace platform

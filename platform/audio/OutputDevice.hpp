@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The seam between the engine and where sound goes: a sound server, a sound card, nothing (silent), a buffer
+// (offline). One client at a time.
+#pragma once
+
+#include "platform/audio/AVAudioFormat.hpp"
+#include "platform/foundation/Error.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace platform {
+
+/// Who plays through a device.
+class OutputClient {
+  public:
+    OutputClient() = default;
+    virtual ~OutputClient() = default;
+    OutputClient(const OutputClient&) = delete;
+    OutputClient& operator=(const OutputClient&) = delete;
+
+    /// Fill one plane for each channel of `format` with `frames` frames (1 or more). Audio thread.
+    virtual void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept = 0;
+    /// Take notice that the device's format has changed. Any thread but the audio thread; returns at once.
+    virtual void outputFormatDidChange() = 0;
+};
+
+/// The format that stands in for a device's as long as that is not known.
+inline constexpr AVAudioFormat DefaultOutputFormat{.sampleRate = 48000, .channelCount = 2};
+
+/// Control side: any thread but the audio thread, one operation at a time.
+class OutputDevice {
+  public:
+    OutputDevice() = default;
+    virtual ~OutputDevice() = default;
+    OutputDevice(const OutputDevice&) = delete;
+    OutputDevice& operator=(const OutputDevice&) = delete;
+
+    /// Claim the output without running it; claims are counted. Only a server that answers and refuses is an
+    /// error. Waits for the server's answer, never for sound.
+    [[nodiscard]] virtual std::optional<Error> open() = 0;
+    /// Give one claim back; the last one releases the output.
+    virtual void close() noexcept = 0;
+    /// Have `client` asked for sound from now on. The device claims the output for as long as it runs.
+    [[nodiscard]] virtual std::optional<Error> start(std::shared_ptr<OutputClient> client) = 0;
+    /// When this returns, no render call runs and none will come.
+    virtual void stop() noexcept = 0;
+
+    /// Give the format; any thread, at any time.
+    [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
+    /// Tell whether the client is asked for sound by hand and may be waited for, so that nothing is ever
+    /// missing.
+    [[nodiscard]] virtual bool isOffline() const noexcept { return false; }
+};
+
+/// Give the output of this process: a sound server where one answers, else a sound card, else silence; it
+/// changes between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment binds it
+/// to one.
+[[nodiscard]] std::shared_ptr<OutputDevice> sharedOutputDevice();
+/// Put `device` in the place of the process's output (null: back to the automatic one). For tests and for
+/// bouncing; engines made before keep theirs.
+void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);
+
+} // namespace platform
