@@ -4,13 +4,23 @@
 
 set(TONEWRIGHT_SANITIZER "" CACHE STRING "asan, tsan or rtsan; empty for none")
 
+# What the detectors must overlook in libraries that are not ours stands in tests/suppressions, with a reason each.
+set(suppressions "${PROJECT_SOURCE_DIR}/tests/suppressions")
+set(TONEWRIGHT_SANITIZER_ENVIRONMENT "")
+
 if(TONEWRIGHT_SANITIZER STREQUAL "asan")
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -O1)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    set(TONEWRIGHT_SANITIZER_ENVIRONMENT
+        "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_init_order=1"
+        "LSAN_OPTIONS=suppressions=${suppressions}/leaks.supp:print_suppressions=0"
+        "UBSAN_OPTIONS=print_stacktrace=1:suppressions=${suppressions}/undefined.supp")
 elseif(TONEWRIGHT_SANITIZER STREQUAL "tsan")
     # Fences are not understood by the detector; none of our code uses one, libstdc++ warns about its own.
-    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -O1 -Wno-tsan)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -Wno-tsan)
     add_link_options(-fsanitize=thread)
+    set(TONEWRIGHT_SANITIZER_ENVIRONMENT
+        "TSAN_OPTIONS=suppressions=${suppressions}/threads.supp:second_deadlock_stack=1:history_size=4")
 elseif(TONEWRIGHT_SANITIZER STREQUAL "rtsan")
     # g++ has no -fsanitize=realtime; the run-time library works without it when the audio thread says where its
     # real-time part begins and ends (platform/audio/RealtimeScope.hpp).
@@ -24,4 +34,10 @@ elseif(TONEWRIGHT_SANITIZER STREQUAL "rtsan")
     add_link_options("-Wl,--whole-archive,${rtsan_library},--no-whole-archive" -ldl -lpthread -lm)
 elseif(TONEWRIGHT_SANITIZER)
     message(FATAL_ERROR "TONEWRIGHT_SANITIZER is asan, tsan, rtsan or empty, not '${TONEWRIGHT_SANITIZER}'.")
+endif()
+
+if(TONEWRIGHT_SANITIZER MATCHES "asan|tsan")
+    # Optimised a little and with line tables only: these builds are run by every ./test.
+    set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+    set(CMAKE_C_FLAGS_DEBUG "-O1 -g1")
 endif()

@@ -8,7 +8,12 @@ if(CCACHE_PROGRAM)
     set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
+# Line tables are enough for a back trace and a profile, and a good deal quicker to compile than all of it.
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
+set(CMAKE_C_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
+
 add_library(tonewright_options INTERFACE)
+target_compile_definitions(tonewright_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 target_compile_features(tonewright_options INTERFACE cxx_std_20)
 # -ffp-contract=off: the same arithmetic on every machine and compiler.
 target_compile_options(tonewright_options INTERFACE
@@ -35,8 +40,9 @@ function(tonewright_add_program name)
 endfunction()
 
 # tonewright_add_test(NAME SOURCES... [LIBS libs...] [LABELS labels...] [TIMEOUT seconds] [SERIAL])
-# One executable of GoogleTest cases, run as one test. LABELS: `display` needs a virtual display, `sound` a sound
-# server, `slow` more than ten seconds; SERIAL: never beside another test.
+# One executable of GoogleTest cases, run as one test. LABELS: `display` runs it on a virtual display of its own,
+# `sound` beside a sound server of its own, `realtime` also under RealtimeSanitizer in ./test, `slow` more than ten
+# seconds; SERIAL: never beside another test. A private home and no session: tools/with-display, tools/sound-server.
 function(tonewright_add_test name)
     cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     if(NOT TONEWRIGHT_TESTS)
@@ -45,14 +51,25 @@ function(tonewright_add_test name)
     add_executable(${name} ${arg_SOURCES} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE ${arg_LIBS} tonewright_options GTest::gtest GTest::gtest_main)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin/tests")
-    add_test(NAME ${name} COMMAND ${name})
+    set(wrapper "")
+    if("sound" IN_LIST arg_LABELS)
+        list(APPEND wrapper "${PROJECT_SOURCE_DIR}/tools/sound-server")
+    endif()
+    if("display" IN_LIST arg_LABELS)
+        list(APPEND wrapper "${PROJECT_SOURCE_DIR}/tools/with-display")
+    endif()
+    add_test(NAME ${name} COMMAND ${wrapper} $<TARGET_FILE:${name}>)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+    endif()
+    if(TONEWRIGHT_SANITIZER)
+        math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * 4")
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
     if(arg_SERIAL)
         set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE)
     endif()
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
-        "TONEWRIGHT_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "TONEWRIGHT_BUILD_DIR=${CMAKE_BINARY_DIR}")
+        "TONEWRIGHT_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "TONEWRIGHT_BUILD_DIR=${CMAKE_BINARY_DIR}"
+        ${TONEWRIGHT_SANITIZER_ENVIRONMENT})
 endfunction()

@@ -91,17 +91,20 @@ TEST(SerialQueue, MayBeReleasedOnItsOwnThreadAndDropsNothing) {
 }
 
 TEST(GlobalQueue, RunsConcurrently) {
+    // Each task waits until both are inside; both have left before the test does.
     std::atomic<int> inside{0};
-    std::atomic<bool> met{false};
+    std::atomic<int> met{0};
+    std::atomic<int> left{0};
     for (int i = 0; i < 2; ++i)
         DispatchQueue::global().async([&] {
             ++inside;
-            const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+            const auto end = std::chrono::steady_clock::now() + Limit;
             while (inside < 2 && std::chrono::steady_clock::now() < end) std::this_thread::yield();
-            if (inside == 2) met = true;
-            DispatchQueue::main().async([] {});
+            if (inside == 2) ++met;
+            ++left;
         });
-    EXPECT_TRUE(RunLoop::current().runUntil([&] { return met.load(); }, Limit));
+    while (left < 2) std::this_thread::yield();
+    EXPECT_EQ(met, 2);
 }
 
 TEST(DelayedSubmission, KeepsDatesAndOrder) {

@@ -1,0 +1,80 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What the scripts of this project share; sourced by bash, after `set -euo pipefail`.
+
+source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# Sources compile to the same object whichever build folder asks, so the builds share what they have in common.
+export CCACHE_BASEDIR=$source_dir CCACHE_NOHASHDIR=1
+
+say() { printf '%s\n' "$*" >&2; }
+die() { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
+
+# package_names LIST...: the names in tools/packages/LIST.txt, without comments.
+package_names() {
+    local list
+    for list in "$@"; do sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$source_dir/tools/packages/$list.txt"; done
+}
+
+# install_packages WHY LIST...: install what is missing of the lists; asks for root only when something is.
+install_packages() {
+    local why=$1; shift
+    command -v dpkg-query >/dev/null ||
+        die "packages are installed by this script on Debian only; elsewhere install what tools/packages names, then build by hand (README.md)."
+    local missing
+    missing=$(comm -23 <(package_names "$@" | sort -u) \
+        <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' | sed -n 's/^installed //p' | sort -u) | tr '\n' ' ')
+    [ -n "$missing" ] || return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null ||
+            die "$why needs packages that only root can install, and there is no sudo; as root: apt-get install --no-install-recommends $missing"
+        say "$why needs packages that are not on this machine yet; root (sudo) is needed only to install them: $missing"
+        as_root=(sudo)
+    else
+        say "Installing what $why needs: $missing"
+    fi
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600)
+    local log; log=$(mktemp)
+    # shellcheck disable=SC2086 # one word per package
+    if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends $missing; } </dev/null >"$log" 2>&1; then
+        tail -n 15 "$log" >&2; rm -f "$log"
+        die "apt-get could not install the packages above; is the network there, and are Debian 12's sources set up?"
+    fi
+    rm -f "$log"
+}
+
+# configure PRESET [ARGUMENT...]: set up build/PRESET. A build folder that was moved is begun anew.
+configure() {
+    local preset=$1 cache=$source_dir/build/$1/CMakeCache.txt; shift
+    if [ -e "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$source_dir" "$cache"; then rm -rf "${cache%/*}"; fi
+    local log; log=$(mktemp)
+    if ! (cd "$source_dir" && cmake --preset "$preset" "$@") >"$log" 2>&1; then
+        tail -n 30 "$log" >&2; rm -f "$log"
+        die "the build could not be configured (preset $preset)."
+    fi
+    rm -f "$log"
+}
+
+# build PRESET TARGET...: build targets in build/PRESET, saying what is wrong when something is.
+build() {
+    local preset=$1; shift
+    # shellcheck disable=SC2086 # options
+    ninja -C "$source_dir/build/$preset" -j "${TONEWRIGHT_JOBS:-$(nproc)}" ${NINJA_FLAGS:-} "$@" >&2 ||
+        die "the build failed (preset $preset); what the compiler said is above."
+}
+
+# private_environment: give what is started from here a home, settings and run-time folder of its own, without the
+# user's session. Does nothing inside another private environment. Sets `private_dir` when it made one; the caller
+# removes it.
+private_environment() {
+    [ -z "${TONEWRIGHT_PRIVATE_DIR:-}" ] || return 0
+    private_dir=$(mktemp -d "${TMPDIR:-/tmp}/tonewright.XXXXXX")
+    export TONEWRIGHT_PRIVATE_DIR=$private_dir HOME=$private_dir/home XDG_RUNTIME_DIR=$private_dir/run
+    export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share
+    export XDG_CACHE_HOME=$HOME/.cache XDG_STATE_HOME=$HOME/.local/state
+    mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME" "$HOME/Documents"
+    mkdir -m 700 "$XDG_RUNTIME_DIR"
+    unset WAYLAND_DISPLAY PIPEWIRE_REMOTE PULSE_SERVER JACK_DEFAULT_SERVER LV2_PATH
+    export DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent GTK_A11Y=none NO_AT_BRIDGE=1 LC_ALL=C.UTF-8
+}
