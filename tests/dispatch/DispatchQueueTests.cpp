@@ -98,7 +98,7 @@ TEST(GlobalQueue, RunsConcurrently) {
     for (int i = 0; i < 2; ++i)
         DispatchQueue::global().async([&] {
             ++inside;
-            const auto end = std::chrono::steady_clock::now() + Limit;
+            const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
             while (inside < 2 && std::chrono::steady_clock::now() < end) std::this_thread::yield();
             if (inside == 2) ++met;
             ++left;
