@@ -77,17 +77,14 @@ TEST(SerialQueue, MayBeReleasedOnItsOwnThreadAndDropsNothing) {
     std::atomic<int> ran{0};
     auto* raw = queue.get();
     raw->async([&ran, queue = std::move(queue)]() mutable {
-        queue->async([&ran] { ++ran; });
+        queue->async([&ran] {
+            ++ran;
+            DispatchQueue::main().async([] {}); // wakes the waiting loop
+        });
         queue.reset();
         ++ran;
     });
-    EXPECT_TRUE(RunLoop::current().runUntil(
-                    [&] {
-                        std::this_thread::yield();
-                        return ran == 2;
-                    },
-                    Limit) ||
-                ran == 2);
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return ran == 2; }, Limit));
 }
 
 TEST(GlobalQueue, RunsConcurrently) {

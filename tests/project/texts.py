@@ -1,0 +1,117 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What every file of the tree must have and must not have: licence heads, sizes, links, the code's format."""
+import fnmatch
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import tomllib
+import unittest
+
+from tree import CODE, SOURCE, code, files, main, text
+
+LICENCE = re.compile(r"SPDX-License-Identifier: ([A-Za-z0-9.-]+)")
+# What would tie the tree to one machine or to papers that do not travel with it. Written so as not to match itself.
+TIES = {
+    "a path of one machine": re.compile(r"(?<![\w.])/(?:[w]ork|[h]ome/\w+|[r]oot)/\w"),
+    "a host that packages are fetched from": re.compile(r"\b(?:deb[.]debian|registry[.]npmjs|pypi)[.]org\b"),
+    "a paper outside the tree": re.compile(r"\b(?:Part \d+[.]\d|[Rr]uling \d|[Ii]ssue #?\d|spec[.]md|rulings?[.]md)"),
+    "a folder beside the tree": re.compile(r"[.][.]/[s]hared/"),
+}
+
+
+def annotated() -> list[str]:
+    """Give the patterns of the files whose licence stands in REUSE.toml, as they have no place for a comment."""
+    patterns = []
+    for annotation in tomllib.loads(text("REUSE.toml"))["annotations"]:
+        paths = annotation["path"]
+        patterns += [paths] if isinstance(paths, str) else paths
+    return patterns
+
+
+class Texts(unittest.TestCase):
+    def test_every_file_says_its_licence(self):
+        exempt, missing, used = annotated(), [], set()
+        for name in files():
+            if name.startswith("LICENSES/") or any(fnmatch.fnmatch(name, pattern) for pattern in exempt):
+                continue
+            head = "\n".join(text(name).splitlines()[:8])
+            found = LICENCE.search(head)
+            if not found or "SPDX-FileCopyrightText:" not in head:
+                missing.append(name)
+            else:
+                used.add(found.group(1))
+        self.assertEqual(missing, [])
+        for licence in used:
+            self.assertTrue((SOURCE / f"LICENSES/{licence}.txt").exists(), licence)
+
+    def test_nothing_ties_the_tree_to_one_place(self):
+        found = [f"{name}: {what}: {match.group(0)}"
+                 for name in files() if not name.startswith("LICENSES/")
+                 for what, pattern in TIES.items()
+                 for match in [pattern.search(name + "\n" + text(name))] if match]
+        self.assertEqual(found, [])
+
+    def test_code_files_stay_small(self):
+        large = [f"{name}: {lines} lines" for name in code() if (lines := text(name).count("\n")) > 500]
+        self.assertEqual(large, [])
+
+    def test_links_between_documents_lead_somewhere(self):
+        broken = []
+        for name in files():
+            if name.endswith(".md"):
+                for target in re.findall(r"\]\(([^)#\s]+)(?:#[^)]*)?\)|<img[^>]*src=\"([^\"]+)\"", text(name)):
+                    link = next(part for part in target if part)
+                    if "://" not in link and not (SOURCE / name).parent.joinpath(link).exists():
+                        broken.append(f"{name} -> {link}")
+        self.assertEqual(broken, [])
+
+    def test_text_files_end_with_one_newline_and_have_no_trailing_blanks(self):
+        wrong = []
+        for name in files():
+            path = pathlib.PurePath(name)
+            if path.suffix in CODE | {".py", ".txt", ".cmake", ".ttl", ".md", ".json"} and "LICENSES" not in name:
+                content = text(name)
+                if content and (not content.endswith("\n") or content.endswith("\n\n") or re.search(r"[ \t]+$", content, re.M)):
+                    wrong.append(name)
+        self.assertEqual(wrong, [])
+
+    def test_code_is_formatted(self):
+        result = subprocess.run(["clang-format", "--dry-run", "-Werror", *code()], cwd=SOURCE, capture_output=True,
+                                text=True)
+        self.assertEqual(result.returncode, 0, result.stderr[:4000])
+
+    def test_shell_scripts_are_sound(self):
+        scripts = [name for name in files()
+                   if os.access(SOURCE / name, os.X_OK) and text(name).startswith("#!/usr/bin/env bash")]
+        self.assertGreater(len(scripts), 3)
+        result = subprocess.run(["shellcheck", "-x", "-S", "warning", "--source-path=SCRIPTDIR", *scripts], cwd=SOURCE,
+                                capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, result.stdout[:4000])
+
+
+class DesktopFiles(unittest.TestCase):
+    """What the desktop reads of an installed program is valid for the desktop's own validators."""
+
+    def check(self, pattern: str, *command: str) -> None:
+        names = fnmatch.filter(files(), pattern)
+        self.assertTrue(names, pattern)
+        self.assertTrue(shutil.which(command[0]), command[0])
+        for name in names:
+            result = subprocess.run([*command, name], cwd=SOURCE, capture_output=True, text=True)
+            self.assertEqual(result.returncode, 0, f"{name}: {result.stdout}{result.stderr}")
+
+    def test_desktop_entry(self):
+        self.check("resources/desktop/*.desktop", "desktop-file-validate")
+
+    def test_appstream(self):
+        self.check("resources/desktop/*.metainfo.xml", "appstreamcli", "validate", "--no-net", "--explain")
+
+    def test_manual_page(self):
+        self.check("resources/desktop/*.1", "mandoc", "-T", "lint", "-W", "warning")
+
+
+if __name__ == "__main__":
+    main("project_texts")
