@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A rectangle in points (one point is one pixel at 100 % scale), x to the right, y downwards. Any thread.
+#pragma once
+
+#include <cmath>
+
+namespace platform {
+
+struct CGRect {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const CGRect&, const CGRect&) = default;
+};
+
+/// Give the width, also of a rectangle whose width is stored negative.
+[[nodiscard]] inline double CGRectGetWidth(const CGRect& rect) noexcept {
+    return std::fabs(rect.width);
+}
+
+/// Give the height, also of a rectangle whose height is stored negative.
+[[nodiscard]] inline double CGRectGetHeight(const CGRect& rect) noexcept {
+    return std::fabs(rect.height);
+}
+
+} // namespace platform

@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/UIApplication.hpp"
+
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/Bundle.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/foundation/fatal.hpp"
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/UIWindow.hpp"
+#include "platform/ui/classRegistry.hpp"
+#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/detail/commandLine.hpp"
+#include "platform/ui/detail/firstFrame.hpp"
+#include "platform/ui/detail/toolkit.hpp"
+
+#include <csignal>
+#include <cstdlib>
+#include <glib-unix.h>
+#include <limits>
+
+namespace platform {
+namespace {
+
+constexpr const char* MainInterface = "Main";
+
+// Makes the controller of the main screen and its window from the interface description.
+std::shared_ptr<UIWindow> loadMainScreen() {
+    const auto description = InterfaceDescription::load(MainInterface, Bundle::main());
+    if (!description) std::exit(EXIT_FAILURE);
+    const auto window = description->window();
+    const auto controller = makeController(description->controllerClass(), NSCoder(description));
+    if (!window || !controller)
+        fatal("The main interface description needs a window and a view with a known controller class");
+    if (const auto& delegate = UIApplication::shared().delegate()) delegate->setWindow(window);
+    window->setRootViewController(controller);
+    return window;
+}
+
+gboolean onSignal(gpointer) {
+    UIApplication::shared().terminate();
+    return G_SOURCE_CONTINUE;
+}
+
+// Tells the delegate about the keyboard as the window system reports it.
+class Activity {
+  public:
+    explicit Activity(UIApplication& application)
+        : _application(application) {}
+
+    void set(bool isActive) {
+        if (isActive == _isActive) return;
+        _isActive = isActive;
+        UIApplicationDelegate& delegate = unwrap(_application.delegate());
+        if (isActive)
+            delegate.applicationDidBecomeActive(_application);
+        else
+            delegate.applicationWillResignActive(_application);
+    }
+
+  private:
+    UIApplication& _application;
+    bool _isActive = false;
+};
+
+} // namespace
+
+UIApplication& UIApplication::shared() {
+    static UIApplication application;
+    return application;
+}
+
+void UIApplication::terminate() {
+    _isTerminating = true;
+    RunLoop::current().wakeUp();
+}
+
+int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
+                      std::string_view delegateClassName) {
+    reserveStandardOutput();
+    std::signal(SIGPIPE, SIG_IGN); // whoever reads our lines may go away
+    answerCommandLine(argc, argv);
+    startToolkit();
+
+    UIApplication& application = UIApplication::shared();
+    application.setDelegate(makeDelegate(delegateClassName));
+    if (!application.delegate())
+        fatal("The class \"" + std::string(delegateClassName) + "\" is not registered");
+    UIApplicationDelegate& delegate = *application.delegate();
+    delegate.application(application, std::nullopt);
+
+    RunLoop loop = RunLoop::current();
+    auto window = loadMainScreen();
+    const auto controller = window->rootViewController();
+    Activity activity(application);
+    window->onCloseRequest = [&] { application.terminate(); };
+    window->onActiveChange = [&](bool active) { activity.set(active); };
+    afterFirstFrame(widgetOf(*window), traceFirstFrame);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(number, onSignal, nullptr);
+
+    controller->viewWillAppear(false);
+    window->makeKeyAndVisible();
+    controller->viewDidAppear(false);
+    activity.set(true);
+    loop.runUntil([&] { return application.isTerminating(); }, std::numeric_limits<double>::infinity());
+
+    window->onActiveChange = nullptr;
+    activity.set(false);
+    controller->viewWillDisappear(false);
+    window->close();
+    controller->viewDidDisappear(false);
+    delegate.applicationDidEnterBackground(application);
+    delegate.applicationWillTerminate(application);
+    return 0;
+}
+
+} // namespace platform

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The running application and the process's entry into it. Main thread only.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+class UIApplicationDelegate;
+
+class UIApplication {
+  public:
+    /// Give the application of this process.
+    [[nodiscard]] static UIApplication& shared();
+
+    [[nodiscard]] const std::shared_ptr<UIApplicationDelegate>& delegate() const noexcept {
+        return _delegate;
+    }
+    void setDelegate(std::shared_ptr<UIApplicationDelegate> delegate) { _delegate = std::move(delegate); }
+
+    /// Let the loop end after the present turn.
+    void terminate();
+    [[nodiscard]] bool isTerminating() const noexcept { return _isTerminating; }
+
+  private:
+    UIApplication() = default;
+    std::shared_ptr<UIApplicationDelegate> _delegate;
+    bool _isTerminating = false;
+};
+
+/// Run the application: make the delegate of the class `delegateClassName`, load the main screen from the
+/// interface description "Main", run the loop until the window is closed, and give 0.
+///
+/// From here on standard output belongs to `print` alone. The options --help and --version are answered
+/// before anything starts. Where the application cannot start (an unknown option, no display, no interface
+/// description) it says why in one sentence on standard error and ends the process with status 2, 1 or 1.
+/// With TONEWRIGHT_TRACE_START in the environment the monotonic time of the first frame is written to
+/// standard error.
+int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& principalClassName,
+                      std::string_view delegateClassName);
+
+} // namespace platform

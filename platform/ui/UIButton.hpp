@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A button. A press by mouse or key performs the actions that the interface description connects, at once.
+// Main thread only.
+#pragma once
+
+#include "platform/ui/UIView.hpp"
+
+#include <string>
+
+namespace platform {
+
+class UIButton final : public UIView {
+  public:
+    /// Make a button with `title`; an underscore stands before the letter that presses it together with Alt.
+    explicit UIButton(const std::string& title = {});
+    explicit UIButton(std::unique_ptr<Implementation> implementation);
+
+    [[nodiscard]] bool isEnabled() const;
+    void setEnabled(bool enabled);
+    /// Do what a press does.
+    void press();
+};
+
+} // namespace platform

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What can be the sender or the receiver of an action: views, controllers, the application's delegate.
+// Main thread only.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+namespace platform {
+
+class UIResponder : public std::enable_shared_from_this<UIResponder> {
+  public:
+    UIResponder() = default;
+    virtual ~UIResponder() = default;
+    UIResponder(const UIResponder&) = delete;
+    UIResponder& operator=(const UIResponder&) = delete;
+
+    /// Give the responder that is asked when this one does not know an action; absent at the end of the
+    /// chain.
+    [[nodiscard]] virtual std::shared_ptr<UIResponder> nextResponder();
+
+    /// Tell whether this responder, or one behind it in the chain, performs the action `selector`
+    /// ("onPlayButton:"). `withSender` may be absent.
+    [[nodiscard]] virtual bool canPerformAction(std::string_view selector,
+                                                const std::shared_ptr<UIResponder>& withSender);
+};
+
+} // namespace platform

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A rectangle of the screen that shows something and may hold other views. Main thread only.
+//
+// A view is placed in its superview in one of two ways: by its frame (`setFrame`), or, once it no longer
+// translates its autoresizing mask into constraints, by active edge constraints, which follow every resize of
+// the superview, also while one of the two is hidden. A view's own minimum size never pushes its superview:
+// what does not fit is clipped.
+//
+// The toolkit's widget behind a view is seen by the platform alone (UIView.private.hpp).
+#pragma once
+
+#include "platform/ui/CGRect.hpp"
+#include "platform/ui/NSLayoutAnchor.hpp"
+#include "platform/ui/UIResponder.hpp"
+
+#include <memory>
+#include <vector>
+
+namespace platform {
+
+class UIView : public UIResponder {
+  public:
+    /// Make an empty view that belongs to no superview.
+    UIView();
+    explicit UIView(const CGRect& frame);
+    ~UIView() override;
+
+    /// Tell whether the view is hidden. A hidden view keeps its place and is laid out like any other.
+    [[nodiscard]] bool isHidden() const;
+    void setHidden(bool hidden);
+
+    /// Give the place in the superview's coordinates, in points. Negative origins are allowed.
+    [[nodiscard]] CGRect frame() const;
+    /// Place the view; a view that is placed by constraints keeps their place from the next layout on.
+    void setFrame(const CGRect& frame);
+    /// Give the view's own rectangle: its size at the origin.
+    [[nodiscard]] CGRect bounds() const;
+
+    /// Add `view` in front of the other subviews and keep it; it leaves its former superview first.
+    void addSubview(const std::shared_ptr<UIView>& view);
+    /// Leave the superview, with all constraints to it.
+    void removeFromSuperview();
+    /// Give the view that holds this one; absent when there is none.
+    [[nodiscard]] std::shared_ptr<UIView> superview() const;
+    /// Give the views in this one, the rearmost first.
+    [[nodiscard]] std::vector<std::shared_ptr<UIView>> subviews() const;
+
+    /// Have the view drawn again with the next frame.
+    void setNeedsDisplay();
+
+    /// Tell whether the frame places the view (true at first) or constraints do.
+    [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+
+    [[nodiscard]] NSLayoutAnchor topAnchor();
+    [[nodiscard]] NSLayoutAnchor leadingAnchor();
+    [[nodiscard]] NSLayoutAnchor bottomAnchor();
+    [[nodiscard]] NSLayoutAnchor trailingAnchor();
+
+    [[nodiscard]] std::shared_ptr<UIResponder> nextResponder() override;
+
+    /// The toolkit's side of a view.
+    class Implementation;
+    [[nodiscard]] Implementation& implementation() const noexcept { return *_implementation; }
+
+  protected:
+    explicit UIView(std::unique_ptr<Implementation> implementation);
+
+  private:
+    std::unique_ptr<Implementation> _implementation;
+};
+
+} // namespace platform

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A window of the desktop with the screen that a controller fills. Main thread only.
+#pragma once
+
+#include "platform/ui/UIView.hpp"
+#include "platform/ui/UIViewController.hpp"
+
+#include <functional>
+#include <memory>
+
+namespace platform {
+
+class UIWindow final : public UIView {
+  public:
+    UIWindow();
+    explicit UIWindow(std::unique_ptr<Implementation> implementation);
+    ~UIWindow() override;
+
+    [[nodiscard]] std::shared_ptr<UIViewController> rootViewController() const { return _rootViewController; }
+    /// Let `controller` fill the window with its view, which is loaded now.
+    void setRootViewController(std::shared_ptr<UIViewController> controller);
+
+    /// Show the window and give it the keyboard.
+    void makeKeyAndVisible();
+    /// Take the window off the desktop for good.
+    void close();
+
+    std::function<void()> onCloseRequest; // the user asks to close it
+    std::function<void(bool active)> onActiveChange;
+
+  private:
+    std::shared_ptr<UIViewController> _rootViewController;
+};
+
+} // namespace platform

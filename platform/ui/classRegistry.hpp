@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The classes that are made by name: the application's delegate and the controllers of interface
+// descriptions. Main thread only.
+#pragma once
+
+#include "platform/ui/NSCoder.hpp"
+#include "platform/ui/UIApplicationDelegate.hpp"
+#include "platform/ui/UIViewController.hpp"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace platform {
+
+using DelegateFactory = std::function<std::shared_ptr<UIApplicationDelegate>()>;
+using ControllerFactory = std::function<std::shared_ptr<UIViewController>(const NSCoder&)>;
+
+void registerDelegateFactory(std::string name, DelegateFactory factory);
+void registerControllerFactory(std::string name, ControllerFactory factory);
+
+/// Let the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
+template <class T>
+void registerClass(std::string name) {
+    if constexpr (std::is_base_of_v<UIApplicationDelegate, T>)
+        registerDelegateFactory(std::move(name), [] { return std::make_shared<T>(); });
+    else
+        registerControllerFactory(std::move(name),
+                                  [](const NSCoder& coder) { return T::initWithCoder(coder); });
+}
+
+/// Make a delegate of the class `name`; absent when there is no such class.
+[[nodiscard]] std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name);
+/// Make a controller of the class `name`; absent when there is no such class or it refuses the coder.
+[[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
+
+} // namespace platform

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The widget behind a plain UIView, "TonewrightView" in interface descriptions, and the layout manager that
+// places its children by their placements. Main thread only.
+//
+// In an interface description a child fills its container with <layout><property
+// name="fill">1</property></layout>; only such children count for the container's minimum and natural size.
+// The root of a screen names the class of its controller in the property "controller-class".
+#pragma once
+
+#include <functional>
+#include <gtk/gtk.h>
+#include <string>
+
+namespace platform {
+
+/// Give the type, registering it first.
+[[nodiscard]] GType containerWidgetType();
+
+[[nodiscard]] bool isContainerWidget(GtkWidget* widget);
+
+struct ContainerSize {
+    double width;
+    double height;
+};
+/// Give the size, in points, that a view has and lays its children out in; right also while it is hidden.
+[[nodiscard]] ContainerSize sizeOf(GtkWidget* widget);
+
+/// Give the children of `container` their frames now and their allocations with the next frame of the screen.
+void placeChildren(GtkWidget* container);
+
+/// Give the children of `container` new allocations with the next frame of the screen, and new frames then.
+void queuePlacing(GtkWidget* container);
+
+/// Have `listener` called after each layout of `container`.
+void setLayoutListener(GtkWidget* container, std::function<void()> listener);
+
+/// Give the class that the interface description names as the controller's; empty when it names none.
+[[nodiscard]] const std::string& controllerClassOf(GtkWidget* container);
+
+} // namespace platform

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The owner of one reference to an object of the toolkit. Main thread only.
+#pragma once
+
+#include <glib-object.h>
+#include <utility>
+
+namespace platform {
+
+template <class T>
+class GObjectRef {
+  public:
+    GObjectRef() = default;
+    /// Take over the reference that the caller owns.
+    [[nodiscard]] static GObjectRef adopt(T* object) noexcept { return GObjectRef(object); }
+    /// Take a reference of its own; a floating one is sunk.
+    [[nodiscard]] static GObjectRef keep(T* object) noexcept {
+        return GObjectRef(object == nullptr ? nullptr : static_cast<T*>(g_object_ref_sink(object)));
+    }
+
+    GObjectRef(GObjectRef&& other) noexcept
+        : _object(std::exchange(other._object, nullptr)) {}
+    GObjectRef& operator=(GObjectRef&& other) noexcept {
+        std::swap(_object, other._object);
+        return *this;
+    }
+    GObjectRef(const GObjectRef&) = delete;
+    GObjectRef& operator=(const GObjectRef&) = delete;
+    ~GObjectRef() {
+        if (_object != nullptr) g_object_unref(_object);
+    }
+
+    [[nodiscard]] T* get() const noexcept { return _object; }
+    [[nodiscard]] explicit operator bool() const noexcept { return _object != nullptr; }
+
+  private:
+    explicit GObjectRef(T* object) noexcept
+        : _object(object) {}
+    T* _object = nullptr;
+};
+
+} // namespace platform

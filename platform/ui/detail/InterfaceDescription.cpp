@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/detail/InterfaceDescription.hpp"
+
+#include "platform/foundation/Bundle.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/UIViewController.hpp"
+#include "platform/ui/UIWindow.hpp"
+#include "platform/ui/detail/ActionScope.hpp"
+#include "platform/ui/detail/ContainerWidget.hpp"
+
+namespace platform {
+
+std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::string& name,
+                                                                 const Bundle& bundle) {
+    const auto file = bundle.URLForResource(name, "ui");
+    if (!file) {
+        warn("The interface description \"" + name + ".ui\" is not among the resources.");
+        return nullptr;
+    }
+    (void)containerWidgetType(); // the description names it
+    const auto description = std::make_shared<InterfaceDescription>();
+    description->_name = name;
+    description->_builder = GObjectRef<GtkBuilder>::adopt(gtk_builder_new());
+    gtk_builder_set_scope(description->_builder.get(), makeActionScope(description).get());
+    GError* error = nullptr;
+    if (gtk_builder_add_from_file(description->_builder.get(), file->path().c_str(), &error) == FALSE) {
+        warn("The interface description cannot be read: " + std::string(error->message));
+        g_error_free(error);
+        return nullptr;
+    }
+    return description;
+}
+
+std::string InterfaceDescription::controllerClass() const {
+    GObject* root = gtk_builder_get_object(_builder.get(), "view");
+    return root != nullptr && GTK_IS_WIDGET(root) && isContainerWidget(GTK_WIDGET(root))
+               ? controllerClassOf(GTK_WIDGET(root))
+               : std::string();
+}
+
+std::shared_ptr<UIView> InterfaceDescription::view() const {
+    return viewNamed("view");
+}
+
+std::shared_ptr<UIWindow> InterfaceDescription::window() const {
+    return std::dynamic_pointer_cast<UIWindow>(viewNamed("window"));
+}
+
+std::shared_ptr<UIView> InterfaceDescription::viewNamed(const char* name) const {
+    GObject* object = gtk_builder_get_object(_builder.get(), name);
+    return object != nullptr && GTK_IS_WIDGET(object) ? viewWithWidget(GTK_WIDGET(object)) : nullptr;
+}
+
+void InterfaceDescription::connect(const std::shared_ptr<UIViewController>& owner) {
+    _owner = owner;
+    const InterfaceConnections& connections = owner->connections();
+    for (const auto& [name, assign] : connections.outlets()) {
+        const auto object = viewNamed(name.c_str());
+        if (object && !assign(object))
+            warn("The object \"" + name + "\" in \"" + _name + ".ui\" does not fit the outlet of that name.");
+    }
+    for (const auto& selector : _actions)
+        if (connections.findAction(selector) == nullptr)
+            warn("The action \"" + selector + "\" in \"" + _name + ".ui\" is unknown to its controller.");
+}
+
+void InterfaceDescription::perform(const std::string& selector, GtkWidget* sender) {
+    if (const auto owner = _owner.lock())
+        owner->performAction(selector, sender == nullptr ? nullptr : viewWithWidget(sender));
+}
+
+} // namespace platform

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// An interface description that was read: a GtkBuilder file whose object ids are the outlets and whose
+// handler names are the actions of one controller. Main thread only.
+//
+// The root of the screen has the id "view"; the main screen's stands in a window with the id "window".
+#pragma once
+
+#include "platform/ui/UIView.hpp"
+#include "platform/ui/detail/GObjectRef.hpp"
+
+#include <gtk/gtk.h>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+class Bundle;
+class UIViewController;
+class UIWindow;
+
+class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescription> {
+  public:
+    /// Read the resource `name`.ui of `bundle`; absent, with a sentence on standard error, when that fails.
+    [[nodiscard]] static std::shared_ptr<InterfaceDescription> load(const std::string& name,
+                                                                    const Bundle& bundle);
+
+    /// Give the class of the controller that the root view names; empty when it names none.
+    [[nodiscard]] std::string controllerClass() const;
+    /// Give the root view; absent when the description has none.
+    [[nodiscard]] std::shared_ptr<UIView> view() const;
+    [[nodiscard]] std::shared_ptr<UIWindow> window() const;
+
+    /// Connect outlets and actions of `owner`, which from now on receives the actions. An action that it does
+    /// not have, or an object that does not fit its outlet, is said on standard error; the control stays
+    /// without effect, the outlet absent.
+    void connect(const std::shared_ptr<UIViewController>& owner);
+
+    /// Perform `selector` for `sender`. The handlers of the controls call it.
+    void perform(const std::string& selector, GtkWidget* sender);
+    /// Note that a control names `selector` as its action.
+    void noteAction(std::string selector) { _actions.insert(std::move(selector)); }
+
+  private:
+    [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
+
+    std::string _name;
+    GObjectRef<GtkBuilder> _builder;
+    std::set<std::string> _actions;
+    std::weak_ptr<UIViewController> _owner;
+};
+
+} // namespace platform

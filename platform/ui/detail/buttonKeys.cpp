@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/detail/buttonKeys.hpp"
+
+namespace platform {
+namespace {
+
+// What a window knows of its keyboard; it lives as long as the window.
+struct HeldKey {
+    guint keycode = 0;       // the key that went down last; 0 when none is down
+    bool isRepeated = false; // the press that is being delivered is not its first
+};
+
+GQuark heldKeyQuark() {
+    static const GQuark key = g_quark_from_static_string("tonewright-held-key");
+    return key;
+}
+
+HeldKey* heldKeyOf(GtkWidget* widget) {
+    GtkRoot* root = gtk_widget_get_root(widget);
+    return root == nullptr ? nullptr
+                           : static_cast<HeldKey*>(g_object_get_qdata(G_OBJECT(root), heldKeyQuark()));
+}
+
+bool isRepeated(GtkWidget* widget) {
+    const HeldKey* held = heldKeyOf(widget);
+    return held != nullptr && held->isRepeated;
+}
+
+GtkWidget* widgetOfKeys(GtkEventControllerKey* keys) {
+    return gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(keys));
+}
+
+gboolean keyGoesDown(GtkEventControllerKey* keys, guint, guint keycode, GdkModifierType, gpointer) {
+    if (HeldKey* held = heldKeyOf(widgetOfKeys(keys))) *held = {keycode, held->keycode == keycode};
+    return GDK_EVENT_PROPAGATE;
+}
+
+void keyGoesUp(GtkEventControllerKey* keys, guint, guint keycode, GdkModifierType, gpointer) {
+    HeldKey* held = heldKeyOf(widgetOfKeys(keys));
+    if (held != nullptr && held->keycode == keycode) *held = {};
+}
+
+// A key that goes up while another window has the keyboard is not heard of.
+void activeChanges(GtkWidget* window, GParamSpec*, gpointer) {
+    if (HeldKey* held = heldKeyOf(window)) *held = {};
+}
+
+bool isSpace(guint keyval) {
+    return keyval == GDK_KEY_space || keyval == GDK_KEY_KP_Space;
+}
+
+bool pressesButtons(guint keyval, GdkModifierType state) {
+    constexpr unsigned Modifiers = GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK | GDK_META_MASK;
+    const bool isPlain = (static_cast<unsigned>(state) & Modifiers) == 0;
+    return isPlain && (isSpace(keyval) || keyval == GDK_KEY_Return || keyval == GDK_KEY_KP_Enter ||
+                       keyval == GDK_KEY_ISO_Enter);
+}
+
+void click(GtkWidget* button) {
+    if (!isRepeated(button)) g_signal_emit_by_name(button, "clicked");
+}
+
+gboolean onButtonKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifierType state, gpointer) {
+    if (!pressesButtons(keyval, state)) return GDK_EVENT_PROPAGATE;
+    click(widgetOfKeys(keys));
+    return GDK_EVENT_STOP;
+}
+
+gboolean onMnemonic(GtkWidget* button, gboolean isOneOfSeveral, gpointer) {
+    if (isOneOfSeveral != FALSE) return FALSE; // the letter only moves the keyboard between them
+    click(button);
+    return TRUE;
+}
+
+gboolean onUnusedKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifierType, gpointer) {
+    return isSpace(keyval) && isRepeated(widgetOfKeys(keys)) ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
+}
+
+GtkEventController* addKeys(GtkWidget* widget, GtkPropagationPhase phase, GCallback pressed) {
+    GtkEventController* keys = gtk_event_controller_key_new();
+    gtk_event_controller_set_propagation_phase(keys, phase);
+    g_signal_connect(keys, "key-pressed", pressed, nullptr);
+    gtk_widget_add_controller(widget, keys);
+    return keys;
+}
+
+} // namespace
+
+void pressAtOnce(GtkButton* button) {
+    addKeys(GTK_WIDGET(button), GTK_PHASE_TARGET, G_CALLBACK(onButtonKey));
+    g_signal_connect(button, "mnemonic-activate", G_CALLBACK(onMnemonic), nullptr);
+}
+
+void watchHeldKeys(GtkWindow* window) {
+    g_object_set_qdata_full(G_OBJECT(window), heldKeyQuark(), new HeldKey,
+                            [](gpointer held) { delete static_cast<HeldKey*>(held); });
+    GtkEventController* keys = addKeys(GTK_WIDGET(window), GTK_PHASE_CAPTURE, G_CALLBACK(keyGoesDown));
+    g_signal_connect(keys, "key-released", G_CALLBACK(keyGoesUp), nullptr);
+    g_signal_connect(window, "notify::is-active", G_CALLBACK(activeChanges), nullptr);
+    // Before the window's own shortcuts, after the focused control had its turn.
+    addKeys(GTK_WIDGET(window), GTK_PHASE_BUBBLE, G_CALLBACK(onUnusedKey));
+}
+
+} // namespace platform

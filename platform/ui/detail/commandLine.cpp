@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/detail/commandLine.hpp"
+
+#include "platform/foundation/console.hpp"
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace platform {
+namespace {
+
+constexpr std::string_view Help = R"(Usage: tonewright [OPTION]
+
+Play loops through an audio effect and work the effect's own interface.
+
+  --help     show this text and end
+  --version  show the version and end
+
+Environment:
+  LV2_PATH   where to look for effects, a list of folders
+
+The program has no other options, no settings, and remembers nothing.)";
+
+} // namespace
+
+void answerCommandLine(int argc, char** argv) {
+    if (argc < 2) return;
+    const std::string_view argument = argv[1];
+    if (argument == "--help" || argument == "-h") {
+        print(Help);
+        std::exit(EXIT_SUCCESS);
+    }
+    if (argument == "--version") {
+        print("tonewright " TONEWRIGHT_VERSION);
+        std::exit(EXIT_SUCCESS);
+    }
+    warn("tonewright: unknown argument \"" + std::string(argument) + "\"; --help shows what there is.");
+    std::exit(2);
+}
+
+} // namespace platform

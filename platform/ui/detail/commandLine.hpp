@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The program's few options, answered before anything starts. At entry only.
+#pragma once
+
+namespace platform {
+
+/// Answer --help and --version on standard output and end the process; refuse any other argument with one
+/// sentence on standard error and status 2. Return when there are no arguments.
+void answerCommandLine(int argc, char** argv);
+
+} // namespace platform

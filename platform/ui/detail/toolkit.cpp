@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/detail/toolkit.hpp"
+
+#include "platform/foundation/console.hpp"
+
+#include <X11/Xlib.h>
+#include <clocale>
+#include <cstdlib>
+#include <gtk/gtk.h>
+#include <string>
+
+namespace platform {
+
+void startToolkit() {
+    // Effects bring interfaces of their own as X windows in this process. One that draws with GL breaks the
+    // drawing of a toolkit that does so too.
+    setenv("GDK_BACKEND", "x11", 1);
+    setenv("GSK_RENDERER", "cairo", 1);
+    XInitThreads();
+    g_log_writer_default_set_use_stderr(TRUE);
+    g_set_prgname("tonewright");
+    g_set_application_name("Tonewright");
+    // Texts follow the user's locale; numbers stay as programs write them, for effects that read and print
+    // them.
+    std::setlocale(LC_ALL, "");
+    std::setlocale(LC_NUMERIC, "C");
+    gtk_disable_setlocale();
+    if (gtk_init_check() != FALSE) return;
+    const char* display = std::getenv("DISPLAY");
+    warn(display == nullptr || *display == '\0'
+             ? std::string("tonewright: cannot open display: DISPLAY is not set.")
+             : "tonewright: cannot open display \"" + std::string(display) + "\".");
+    std::exit(EXIT_FAILURE);
+}
+
+} // namespace platform

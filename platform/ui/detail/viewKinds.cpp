@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Which class of view belongs to which kind of widget.
+#include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/UIWindow.hpp"
+#include "platform/ui/detail/ViewImplementation.hpp"
+
+namespace platform {
+namespace {
+
+class PlainView final : public UIView {
+  public:
+    explicit PlainView(std::unique_ptr<Implementation> implementation)
+        : UIView(std::move(implementation)) {}
+};
+
+} // namespace
+
+std::shared_ptr<UIView> viewWithWidget(GtkWidget* widget) {
+    if (auto view = viewOfWidget(widget)) return view;
+    auto implementation = std::make_unique<UIView::Implementation>(widget);
+    if (GTK_IS_BUTTON(widget)) return std::make_shared<UIButton>(std::move(implementation));
+    if (GTK_IS_WINDOW(widget)) return std::make_shared<UIWindow>(std::move(implementation));
+    return std::make_shared<PlainView>(std::move(implementation));
+}
+
+} // namespace platform
