@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/console.hpp"
+#include "shared/Common/Extensions/capitals.hpp"
+#include "shared/Common/Extensions/safeprint.hpp"
+#include "shared/Common/Extensions/stringValue.hpp"
+#include "shared/Common/Extensions/uniqueName.hpp"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+using namespace tonewright;
+using namespace std::string_literals;
+
+TEST(StringValue, GivesTheBytesFromTheMostSignificantOne) {
+    EXPECT_EQ(stringValue(0x61756D66), "aumf");
+    EXPECT_EQ(stringValue(0x4B56524E), "KVRN");
+    EXPECT_EQ(stringValue(0x6F765477), "ovTw");
+    EXPECT_EQ(stringValue(0), "\0\0\0\0"s);
+    EXPECT_EQ(stringValue(0x0A417F80), "\nA\x7FÄ");
+    EXPECT_EQ(stringValue(0xDBF0CAFF), "€\uF8FF\u00A0ˇ");
+}
+
+TEST(UniqueName, PutsAPrefixInFrontAlsoAnEmptyOne) {
+    const std::string first = uniqueName("loop");
+    const std::string second = uniqueName("loop");
+    EXPECT_NE(first, second);
+    EXPECT_EQ(first.substr(0, 5), "loop-");
+    EXPECT_EQ(second.substr(0, 5), "loop-");
+    EXPECT_EQ(uniqueName("").size(), uniqueName(std::nullopt).size() + 1);
+    EXPECT_EQ(uniqueName("").front(), '-');
+    EXPECT_NE(uniqueName(std::nullopt).front(), '-');
+}
+
+TEST(Capitals, AreAListThatMayBeReplaced) {
+    std::vector<std::string> seen;
+    std::thread other([&] { seen = capitals(); }); // a first access beside another
+    const auto names = capitals();
+    other.join();
+    EXPECT_EQ(seen, names);
+    ASSERT_EQ(names.size(), 197U);
+    EXPECT_EQ(names.front(), "Kabul");
+    EXPECT_EQ(names.back(), "Harare");
+    EXPECT_EQ(names[44], "Copenagen");
+    EXPECT_EQ(names[29], "Yaoundé");
+    setCapitals({"Bern"});
+    EXPECT_EQ(capitals(), std::vector<std::string>{"Bern"});
+    setCapitals(names);
+}
+
+TEST(Safeprint, WritesLaterInTheOrderOfTheCalls) {
+    bool done = false;
+    ::testing::internal::CaptureStdout();
+    safeprint("one");
+    debugprint("two\0three"s);
+    std::thread([&] {
+        safeprint("");
+        platform::DispatchQueue::main().async([&] { done = true; });
+    }).join();
+    platform::print("at once");
+    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return done; }, 10));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "at once\none\ntwo\0three\n\n"s);
+}
+
+} // namespace
