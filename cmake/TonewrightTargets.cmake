@@ -59,7 +59,7 @@ endfunction()
 function(tonewright_add_script_test name script)
     cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "LABELS" ${ARGN})
     if(TONEWRIGHT_TESTS)
-        _tonewright_register_test(${name} "python3;${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${arg_LABELS}"
+        _tonewright_register_test(${name} "/usr/bin/python3;${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${arg_LABELS}"
             "${arg_TIMEOUT}" "${arg_SERIAL}")
     endif()
 endfunction()

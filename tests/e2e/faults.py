@@ -1,0 +1,195 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The real program where something is missing, broken, or gone in the middle: what is stated happens, and no more."""
+import os
+import pathlib
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import numpy
+
+import sound
+from program import BUILD, PATIENCE, PLAYING, SOURCE, STOPPED, Program, Tree, main
+from screen import Screen
+
+SOUND_SERVER = str(SOURCE / "tools/sound-server")
+PRESSES = 1000 if PATIENCE < 30 else 100
+
+
+class Faults(unittest.TestCase):
+    def setUp(self):
+        self.work = pathlib.Path(tempfile.mkdtemp(prefix="faults."))
+        self.screen = Screen()
+        self.addCleanup(lambda: (self.screen.close(), shutil.rmtree(self.work)))
+
+    def tree(self) -> Tree:
+        tree = Tree()
+        self.addCleanup(tree.remove)
+        return tree
+
+    def noise(self, frames: int, name: str = "noise.wav") -> pathlib.Path:
+        samples = numpy.random.default_rng(frames).uniform(-0.3, 0.3, (frames, 2))
+        return sound.write_wav(BUILD / name, samples, 48000)
+
+    def start(self, tree: Tree | None = None, **keywords) -> Program:
+        """Start the program and give its window the keyboard."""
+        program = Program(tree, **keywords)
+        self.addCleanup(program.kill)
+        program.window = self.screen.wait_window(program.process.pid)
+        return program
+
+    def toggle(self, program: Program) -> None:
+        self.screen.focus(program.window)
+        self.screen.press_key("space")
+
+    def play(self, program: Program) -> int:
+        first = len(program.lines)
+        self.toggle(program)
+        return program.wait_for_text(PLAYING, after=first)
+
+    def stop(self, program: Program) -> int:
+        first = len(program.lines)
+        self.toggle(program)
+        return program.wait_for_text(STOPPED, after=first)
+
+    def close(self, program: Program) -> None:
+        self.screen.ask_to_close(program.window)
+        self.assertEqual(program.wait_end(), 0, program.errors())
+
+    def heard(self, seconds: float = 0.7) -> float:
+        recording = sound.Recording(self.work / f"heard{time.monotonic()}.wav")
+        time.sleep(seconds)
+        return sound.loudness(recording.stop()[2048:])
+
+    def wait_heard(self) -> None:
+        end = time.monotonic() + PATIENCE
+        while self.heard() < -40:
+            self.assertLess(time.monotonic(), end, "nothing is heard")
+
+    def test_without_an_effect_the_loop_is_heard_plain(self):
+        program = self.start(self.tree().without_effects().every_loop_is(self.noise(20000)))
+        program.wait_for_text("ERROR: There were no audio units found.")
+        self.play(program)
+        program.wait_for_text("AUEnginePlayer: The player was connected to the mainMixerNode.")
+        self.wait_heard()
+        self.stop(program)
+        self.close(program)
+
+    def test_missing_loop_is_fatal(self):
+        tree = self.tree()
+        for loop in tree.loops().glob("*.m4a"):
+            loop.unlink()
+        program = self.start(tree)
+        program.wait_ready()
+        self.toggle(program)
+        self.assertEqual(program.wait_end(), -signal.SIGABRT)
+        self.assertIn("Unexpectedly found nil while implicitly unwrapping an Optional value", program.errors())
+
+    def test_files_that_are_no_sound(self):
+        good = (BUILD / "share/tonewright/1.m4a").read_bytes()
+        damaged = bytearray(good)
+        damaged[:512] = os.urandom(512)
+        for kind, content in (("empty", b""), ("text", b"This is not sound.\n" * 50), ("damaged", bytes(damaged)),
+                              ("truncated", good[:len(good) // 2])):
+            with self.subTest(kind):
+                file = BUILD / f"{kind}.m4a"
+                file.write_bytes(content)
+                program = self.start(self.tree().every_loop_is(file))
+                program.wait_ready()
+                playing = self.play(program)
+                problem = [line for line in program.lines[:playing] if "Could not create AVAudioFile" in line]
+                if kind != "truncated":  # what is left of one may be sound
+                    self.assertRegex(problem[0], r"AUEnginePlayer::ERROR: Could not create AVAudioFile instance for URL "
+                                                 r"'Optional\(file:///.*/\d+\.m4a\)'\. error: .+\.")
+                    self.assertIn("AUEnginePlayer::ERROR: `file` parameter must not be nil.", program.lines[:playing])
+                self.stop(program)
+                self.close(program)
+
+    def test_pressed_as_fast_as_can_be(self):
+        program = self.start(self.tree().every_loop_is(self.noise(30011)))
+        program.wait_ready()
+        self.screen.focus(program.window)
+        for _ in range(PRESSES):
+            self.screen.press_key("space")
+        program.wait_for_text(STOPPED, count=PRESSES // 2, timeout=4 * PATIENCE)
+        states = [line for line in program.lines if line in (PLAYING, STOPPED)]
+        self.assertEqual(states, [PLAYING, STOPPED] * (PRESSES // 2))
+        self.play(program)
+        self.wait_heard()
+        self.close(program)
+
+    def test_two_copies_play_beside_each_other(self):
+        tree = self.tree().every_loop_is(self.noise(24000))
+        programs = [self.start(tree), self.start(tree)]
+        for program in programs:
+            program.wait_ready()
+            self.play(program)
+        for program in programs:
+            program.wait_for(r"AUEnginePlayer: Current audio file '.*' looped: 3\.")
+        self.wait_heard()
+        self.close(programs[0])
+        self.wait_heard()
+        self.close(programs[1])
+
+    def test_closed_standard_output(self):
+        reading, writing = os.pipe()
+        os.close(reading)
+        program = self.start(self.tree().every_loop_is(self.noise(24000)), stdout=writing)
+        os.close(writing)
+        self.toggle(program)
+        self.wait_heard()
+        self.close(program)
+
+    def test_sound_server_goes_and_comes_back(self):
+        program = self.start(self.tree().every_loop_is(self.noise(24000)))
+        program.wait_ready()
+        self.play(program)
+        self.wait_heard()
+        subprocess.run([SOUND_SERVER, "stop"], check=True)
+        self.addCleanup(lambda: subprocess.run([SOUND_SERVER, "start"]))
+        # Loops go on being counted on the silent device.
+        program.wait_for(r"AUEnginePlayer: Current audio file '.*' looped: \d+\.", after=len(program.lines), count=4)
+        subprocess.run([SOUND_SERVER, "start"], check=True)
+        self.wait_heard()
+        self.assertLessEqual(len(re.findall("silent", program.errors())), 1, program.errors())
+        self.stop(program)
+        self.close(program)
+
+    def test_no_sound_server_at_start(self):
+        subprocess.run([SOUND_SERVER, "stop"], check=True)
+        self.addCleanup(lambda: subprocess.run([SOUND_SERVER, "start"]))
+        program = self.start(self.tree().every_loop_is(self.noise(24000)))
+        program.wait_ready()
+        playing = self.play(program)
+        self.assertIn("AUEnginePlayer: Audio session was set active.", program.lines[:playing])
+        program.wait_for(r"AUEnginePlayer: Current audio file '.*' looped: 2\.")
+        self.stop(program)
+        self.play(program)
+        self.assertEqual(len(re.findall("silent", program.errors())), 1, program.errors())
+        self.close(program)
+
+
+class CommandLine(unittest.TestCase):
+    def test_help_and_version_without_a_display(self):
+        environment = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+        for argument, wanted in (("--help", "tonewright"), ("--version", r"\d+\.\d+\.\d+")):
+            result = subprocess.run([BUILD / "bin/tonewright", argument], capture_output=True, text=True,
+                                    env=environment, timeout=PATIENCE)
+            self.assertEqual((result.returncode, result.stderr), (0, ""))
+            self.assertRegex(result.stdout, wanted)
+
+    def test_no_display_is_told_in_one_sentence(self):
+        environment = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+        result = subprocess.run([BUILD / "bin/tonewright"], capture_output=True, text=True, env=environment,
+                                timeout=PATIENCE)
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual((result.stdout, len(result.stderr.strip().splitlines())), ("", 1), result.stderr)
+
+
+if __name__ == "__main__":
+    main("e2e_faults")

@@ -1,0 +1,209 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The live path as a musician meets it: the real program on a display, a real sound server, real key and button
+presses; the lines it says, the effect's interface it shows, the sound that comes out. Once with the effect that comes
+with the program, once with one that was not written for it, put into the panel by a side bundle."""
+import os
+import pathlib
+import re
+import shutil
+import tempfile
+import time
+import unittest
+
+import numpy
+
+import lv2host
+import sound
+from program import BUILD, MIDI, PATIENCE, PLAYING, READY, STOPPED, Program, Tree, main
+from screen import Controls, Screen
+
+BUNDLED = "https://tonewright.example/lv2/tonewright"
+FOREIGN = "http://lsp-plug.in/plugins/lv2/trigger_midi_stereo"
+
+SIDE_BUNDLE = f"""@prefix lv2: <http://lv2plug.in/ns/lv2core#> .
+@prefix component: <https://tonewright.example/ns/component#> .
+<{FOREIGN}>
+    component:type "aumf" ;
+    component:subType "ovTw" ;
+    component:manufacturer "KVRN" ;
+    component:flags 2 .
+"""
+
+
+class LivePath:
+    """What holds for any effect; the cases run in the order of their numbers, on one run of the program."""
+
+    uri = ""
+    lv2_path = ""
+    changes_the_sound = True
+
+    @classmethod
+    def setUpClass(cls):
+        cls.work = pathlib.Path(tempfile.mkdtemp(prefix="live."))
+        cls.screen = Screen()
+        cls.program = Program(environment=cls.environment())
+        cls.addClassCleanup(lambda: (cls.program.kill(), cls.screen.close(), shutil.rmtree(cls.work)))
+        cls.window = cls.screen.wait_window(cls.program.process.pid)
+        cls.ready = cls.program.wait_ready()
+        cls.controls = Controls(cls.program.process.pid)
+
+    @classmethod
+    def environment(cls) -> dict[str, str]:
+        return {}
+
+    def press(self, name: str) -> None:
+        x, y, width, height = self.controls.area(self.controls.find("push button", name))
+        self.screen.click(self.window, x + width // 2, y + height // 2)
+
+    def test_1_start_is_told_in_order(self):
+        lines = self.program.lines[:self.ready + 1]
+        documents = [line for line in lines if line.startswith("ViewController: The app's documents path is: ")]
+        resources = [line for line in lines if line.startswith("ViewController: The app's resources path is: ")]
+        self.assertEqual((len(documents), len(resources)), (1, 1))
+        self.assertEqual(documents[0].split(": ")[2], os.path.expanduser("~/Documents"))
+        self.assertEqual(resources[0].split(": ")[2], str(BUILD / "share/tonewright"))
+        self.assertLess(lines.index(documents[0]), lines.index(resources[0]))
+        # The search runs beside these two.
+        self.assertEqual([line for line in lines if line not in documents + resources], [
+            "Info: Main view controller loaded.",
+            "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
+            "AUExtensionManager: Loaded component has following properties.",
+            "", f"Process Name: tonewright PID: {self.program.process.pid}", "",
+            "AUExtension (", "type: aumf", "subtype: ovTw", "manufacturer: KVRN", "flags: 0x00000002", ")",
+            "AUExtensionManager: Audio unit was found, making connections now ...",
+            "AUEnginePlayer: A new audio unit will be connected.",
+            "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
+            "AUEnginePlayer: Audio unit was attached.",
+            "AUEnginePlayer::ERROR: There was a problem with the file processing format or the file is nil (yet).",
+            "AUExtensionManager: Performed audio unit connection.",
+            "ViewController: Loading the audio unit's interface...",
+            READY])
+
+    def test_2_controls_are_named(self):
+        for name in ("Unit", "Play", "Info", "Help"):
+            self.assertTrue(self.controls.has(self.controls.find("push button", name), "SHOWING"), name)
+        for name, usable in (("Unit", True), ("Play", True), ("Info", False), ("Help", False)):
+            self.assertEqual(self.controls.has(self.controls.find("push button", name), "SENSITIVE"), usable, name)
+
+    def test_3_unit_shows_and_hides_the_interface(self):
+        self.screen.focus(self.window)
+        hidden = self.screen.picture(self.window)
+        self.press("Unit")
+        shown = self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) > 0.2)
+        # The interface is a drawing of its own, not an empty panel: many colours, edges all over it.
+        changed = numpy.any(shown != hidden, axis=2)
+        rows, columns = numpy.where(changed)
+        panel = shown[rows.min():rows.max() + 1, columns.min():columns.max() + 1]
+        self.assertGreater(len(numpy.unique(panel.reshape(-1, 3), axis=0)), 100)
+        self.assertGreater(float(numpy.mean(numpy.abs(numpy.diff(panel.astype(int), axis=1)) > 16)), 0.005)
+        self.press("Unit")
+        self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) < 0.02)
+        self.press("Unit")  # stays open for the rest
+        self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) > 0.2)
+
+    def wait_picture(self, good) -> numpy.ndarray:
+        """Wait until two pictures in a row are good and nearly alike."""
+        end, last = time.monotonic() + PATIENCE, None
+        while time.monotonic() < end:
+            picture = self.screen.picture(self.window)
+            if good(picture) and last is not None and numpy.mean(numpy.any(picture != last, axis=2)) < 0.05:
+                return picture
+            last = picture
+            time.sleep(0.2)
+        self.fail("the window never came to show what it should")
+
+    def test_4_play_is_heard_and_told(self):
+        cls = type(self)
+        recording = sound.Recording(self.work / "heard.wav")
+        first = len(self.program.lines)
+        self.press("Play")
+        playing = self.program.wait_for_text(PLAYING, after=first)
+        lines = self.program.system_lines(first, playing + 1)
+        path = lines[0].split("'")[1]
+        self.assertRegex(path, re.escape(str(BUILD / "share/tonewright")) + r"/([1-9]|[1-7]\d|80)\.m4a$")
+        channels = lines[3]
+        self.assertIn(channels, ("1", "2"))
+        self.assertEqual(lines, [
+            f"AUEnginePlayer: Audio file at '{path}' was selected for loading into the player.",
+            "AUEnginePlayer: Player was (temporarily) disconnecting from the main mixer.",
+            "AUEnginePlayer: Audio unit was (temporarily) disconnecting from the player.",
+            channels,
+            "AUEnginePlayer: Audio unit re-connecting to the player.",
+            "AUEnginePlayer: Audio unit re-connectingto the main mixer.",
+            path,
+            "AUEnginePlayer: Audio session was set active.",
+            PLAYING])
+        for passes in (1, 2):
+            self.program.wait_for_text(f"AUEnginePlayer: Current audio file '{path}' looped: {passes}.", after=playing,
+                                       timeout=PATIENCE + 20)
+        time.sleep(0.5)  # the count leads the sound by up to 200 ms
+        cls.path, cls.heard = pathlib.Path(path), recording.stop()
+
+        # What was heard from the middle of the first pass to the middle of the second: the seam is in it.
+        rate, channels = 48000, int(channels)
+        loop = sound.decode(self.path, rate, self.work)
+        dry = numpy.concatenate([loop] * 3)
+        wet = lv2host.render(self.uri, dry, rate, lv2_path=self.lv2_path)
+        began = int(numpy.argmax(numpy.abs(self.heard).max(axis=1) > 1e-4))
+        part = self.heard[began + len(loop) // 2:began + len(loop) // 2 + len(loop)]
+        place, likeness = sound.best_place(part.sum(axis=1), wet.sum(axis=1))
+        expected = wet[place:place + len(part)]
+        self.assertGreater(likeness, 0.97, "the sound is not the loop through the effect")
+        error = sound.error_db(part.reshape(-1), expected.reshape(-1))
+        self.assertLess(error, -12, "the sound is not the loop through the effect")
+        if self.changes_the_sound:
+            dry_place, _ = sound.best_place(part.sum(axis=1), dry.sum(axis=1))
+            dry_error = sound.error_db(part.reshape(-1), dry[dry_place:dry_place + len(part)].reshape(-1))
+            self.assertGreater(dry_error, error + 10, "the sound is the dry loop")
+
+    def test_5_midi_events_are_told(self):
+        end = time.monotonic() + 2 * PATIENCE
+        while time.monotonic() < end and not any(line.startswith(MIDI) for line in self.program.lines):
+            time.sleep(0.1)
+        events = [line for line in self.program.lines if line.startswith(MIDI)]
+        self.assertTrue(events, "the effect sent no note")
+        for line in events:
+            self.assertRegex(line, re.escape(MIDI) + r"\d+, data: \d{1,3}, \d{1,3}, \d{1,3}")
+
+    def test_6_stop_is_told_and_silent(self):
+        first = len(self.program.lines)
+        self.press("Stop")
+        stopped = self.program.wait_for_text(STOPPED, after=first)
+        lines = [line for line in self.program.system_lines(first, stopped + 1) if " looped: " not in line]
+        self.assertEqual(lines, ["AUEnginePlayer: Audio session was set active.", STOPPED])
+        silence = sound.Recording(self.work / "silence.wav")
+        time.sleep(1)
+        self.assertLess(sound.loudness(silence.stop()), -120)
+        self.assertTrue(self.controls.has(self.controls.find("push button", "Play"), "SHOWING"))
+
+    def test_7_space_plays_and_closing_ends(self):
+        first = len(self.program.lines)
+        self.screen.press_key("space")
+        self.program.wait_for_text(PLAYING, after=first)
+        self.screen.ask_to_close(self.window)
+        self.assertEqual(self.program.wait_end(), 0, self.program.errors())
+
+
+class BundledEffect(LivePath, unittest.TestCase):
+    uri = BUNDLED
+    lv2_path = str(BUILD / "lib/lv2")
+
+
+class ForeignEffect(LivePath, unittest.TestCase):
+    """An effect from Debian's packages; a bundle of a few lines beside it gives it the codes that are searched for."""
+
+    uri = FOREIGN
+    lv2_path = "/usr/lib/lv2"
+    changes_the_sound = False  # with its first settings it lets the sound through and plays notes to it
+
+    @classmethod
+    def environment(cls):
+        side = pathlib.Path(os.environ["HOME"]) / ".lv2/chosen.lv2"
+        side.mkdir(parents=True, exist_ok=True)
+        (side / "manifest.ttl").write_text(SIDE_BUNDLE)
+        return {}
+
+
+if __name__ == "__main__":
+    main("e2e_live")

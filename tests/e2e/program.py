@@ -1,0 +1,134 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The real program as a child process: a tree to run it in, its lines, its end."""
+import os
+import pathlib
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from cases import BUILD, SOURCE, main  # noqa: E402,F401 (for the tests)
+
+# Sanitizer builds are several times slower.
+PATIENCE = 60.0 if os.environ.get("TSAN_OPTIONS") or os.environ.get("ASAN_OPTIONS") else 25.0
+
+MIDI = "AUEnginePlayer: MIDI event from audio unit at: "
+PLAYING = "AUEnginePlayer: Audio engine starting."
+STOPPED = "AUEnginePlayer: Audio engine stopping."
+READY = "WARNING: Audio unit is nil (yet?)."
+
+
+class Tree:
+    """A tree like the built one, in which a test may replace the loops and the plug-ins."""
+
+    def __init__(self):
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="e2e.", dir=BUILD))
+        (self.root / "bin").mkdir()
+        # The program finds its tree by its own path, so it is no symbolic link.
+        os.link(BUILD / "bin" / "tonewright", self.program)
+        shutil.copytree(BUILD / "share", self.root / "share", symlinks=True)
+        for loop in self.loops().glob("*.m4a"):
+            loop.unlink()
+        for number in range(1, 81):
+            (self.loops() / f"{number}.m4a").symlink_to((BUILD / "share/tonewright" / f"{number}.m4a").resolve())
+        if (BUILD / "lib").exists():
+            shutil.copytree(BUILD / "lib", self.root / "lib")
+
+    @property
+    def program(self) -> pathlib.Path:
+        return self.root / "bin" / "tonewright"
+
+    def loops(self) -> pathlib.Path:
+        return self.root / "share" / "tonewright"
+
+    def every_loop_is(self, file: pathlib.Path) -> "Tree":
+        """Put `file` under the name of every loop."""
+        for number in range(1, 81):
+            loop = self.loops() / f"{number}.m4a"
+            loop.unlink()
+            os.link(file, loop)
+        return self
+
+    def without_effects(self) -> "Tree":
+        shutil.rmtree(self.root / "lib", ignore_errors=True)
+        return self
+
+    def remove(self) -> None:
+        shutil.rmtree(self.root, ignore_errors=True)
+
+
+class Program:
+    """The running program. Its lines are kept in order of arrival."""
+
+    def __init__(self, tree: Tree | None = None, stdout=subprocess.PIPE, environment: dict[str, str] | None = None):
+        self.path = tree.program if tree else BUILD / "bin" / "tonewright"
+        self.lines: list[str] = []
+        self._news = threading.Condition()
+        self._ended = False
+        env = {name: value for name, value in os.environ.items() if name not in ("GTK_A11Y", "NO_AT_BRIDGE")}
+        env.update(environment or {})
+        if tree and not (tree.root / "lib").exists():
+            env["LV2_PATH"] = "/nonexistent"
+        self._errors = tempfile.TemporaryFile()
+        self.process = subprocess.Popen([str(self.path)], stdin=subprocess.DEVNULL, stdout=stdout, stderr=self._errors,
+                                        env=env)
+        self._reader = None
+        if stdout == subprocess.PIPE:
+            self._reader = threading.Thread(target=self._read, daemon=True)
+            self._reader.start()
+
+    def _read(self) -> None:
+        for line in self.process.stdout:
+            with self._news:
+                self.lines.append(line.decode("utf-8", "surrogateescape").rstrip("\n"))
+                self._news.notify_all()
+        with self._news:
+            self._ended = True
+            self._news.notify_all()
+
+    def errors(self) -> str:
+        """Give what it wrote on standard error so far."""
+        self._errors.seek(0)
+        return self._errors.read().decode("utf-8", "replace")
+
+    def wait_for(self, pattern: str, after: int = 0, timeout: float = PATIENCE, count: int = 1) -> int:
+        """Wait for the count-th line from index `after` on that matches the whole pattern; give its index."""
+        expression, end = re.compile(pattern), time.monotonic() + timeout
+        with self._news:
+            while True:
+                found = [i for i in range(after, len(self.lines)) if expression.fullmatch(self.lines[i])]
+                if len(found) >= count:
+                    return found[count - 1]
+                left = end - time.monotonic()
+                if left <= 0 or self._ended:
+                    heard = "\n".join(self.lines[-30:])
+                    raise AssertionError(f"no line {pattern!r} {'before the program ended' if self._ended else 'in time'};"
+                                         f" the last ones:\n{heard}\nstandard error:\n{self.errors()[-3000:]}")
+                self._news.wait(left)
+
+    def wait_for_text(self, text: str, **keywords) -> int:
+        return self.wait_for(re.escape(text), **keywords)
+
+    def wait_ready(self) -> int:
+        return self.wait_for_text(READY)
+
+    def system_lines(self, first: int = 0, last: int | None = None) -> list[str]:
+        """Give the lines without those of the effect's MIDI events, which may stand between any two others."""
+        return [line for line in self.lines[first:last] if not line.startswith(MIDI)]
+
+    def wait_end(self, timeout: float = PATIENCE) -> int:
+        code = self.process.wait(timeout)
+        if self._reader:
+            self._reader.join(5)
+        return code
+
+    def kill(self) -> None:
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+        self.process.wait()

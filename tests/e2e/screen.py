@@ -1,0 +1,148 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program's window as a person meets it: controls by accessible role and name, real input events, pictures."""
+import os
+import subprocess
+import time
+
+import gi
+import numpy
+from Xlib import X, XK, display
+from Xlib.ext import xtest
+from Xlib.protocol import event
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+
+class Screen:
+    """The virtual display that this test runs on, with an accessibility bus of its own."""
+
+    def __init__(self):
+        directory = os.environ["XDG_RUNTIME_DIR"]
+        address = f"unix:path={directory}/a11y-session"
+        self._bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"],
+                                     stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        end = time.monotonic() + 10
+        while not os.path.exists(f"{directory}/a11y-session") and time.monotonic() < end:
+            time.sleep(0.02)
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = address
+        self._launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"],
+                                          stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                          stderr=subprocess.DEVNULL)
+        self.x = display.Display()
+
+    def close(self) -> None:
+        self.x.close()
+        for process in (self._launcher, self._bus):
+            process.terminate()
+            process.wait()
+
+    def windows(self, pid: int) -> list:
+        """Give the mapped top-level windows of a process."""
+        atom = self.x.intern_atom("_NET_WM_PID")
+        found = []
+        for window in self.x.screen().root.query_tree().children:
+            owner = window.get_full_property(atom, X.AnyPropertyType)
+            if owner and owner.value[0] == pid and window.get_attributes().map_state == X.IsViewable:
+                found.append(window)
+        return found
+
+    def wait_window(self, pid: int, timeout: float = 30):
+        end = time.monotonic() + timeout
+        while time.monotonic() < end:
+            if windows := self.windows(pid):
+                return windows[0]
+            time.sleep(0.01)
+        raise AssertionError("the program shows no window")
+
+    def press_key(self, name: str) -> None:
+        code = self.x.keysym_to_keycode(XK.string_to_keysym(name))
+        for kind in (X.KeyPress, X.KeyRelease):
+            xtest.fake_input(self.x, kind, code)
+        self.x.sync()
+
+    def focus(self, window) -> None:
+        """Give a window the keyboard, as a window manager would."""
+        window.set_input_focus(X.RevertToParent, X.CurrentTime)
+        self.x.sync()
+
+    def click(self, window, x: int, y: int) -> None:
+        """Press and release the left button at a place of a window."""
+        place = window.translate_coords(self.x.screen().root, 0, 0)
+        xtest.fake_input(self.x, X.MotionNotify, x=x - place.x, y=y - place.y)
+        self.x.sync()
+        for kind in (X.ButtonPress, X.ButtonRelease):
+            xtest.fake_input(self.x, kind, 1)
+        self.x.sync()
+
+    def resize(self, window, width: int, height: int) -> None:
+        window.configure(width=width, height=height)
+        self.x.sync()
+
+    def ask_to_close(self, window) -> None:
+        """Do what the close button of a title bar does."""
+        protocols, close = self.x.intern_atom("WM_PROTOCOLS"), self.x.intern_atom("WM_DELETE_WINDOW")
+        window.send_event(event.ClientMessage(window=window, client_type=protocols,
+                                              data=(32, [close, X.CurrentTime, 0, 0, 0])))
+        self.x.sync()
+
+    def picture(self, window, area: tuple[int, int, int, int] | None = None) -> numpy.ndarray:
+        """Give the pixels (height, width, 3) of a window as the screen shows it, with the windows inside it."""
+        root, size = self.x.screen().root, window.get_geometry()
+        place = window.translate_coords(root, 0, 0)
+        x, y, width, height = area or (0, 0, size.width, size.height)
+        image = root.get_image(x - place.x, y - place.y, width, height, X.ZPixmap, 0xFFFFFFFF)
+        pixels = numpy.frombuffer(image.data, numpy.uint8).reshape(height, width, 4)
+        return pixels[:, :, 2::-1]
+
+
+class Controls:
+    """What an accessibility tool sees of one process."""
+
+    def __init__(self, pid: int, timeout: float = 30):
+        Atspi.init()
+        end = time.monotonic() + timeout
+        self._application = None
+        while self._application is None and time.monotonic() < end:
+            desktop = Atspi.get_desktop(0)
+            for index in range(desktop.get_child_count()):
+                child = desktop.get_child_at_index(index)
+                try:
+                    if child and child.get_process_id() == pid:
+                        self._application = child
+                except GLib.Error:
+                    pass
+            if self._application is None:
+                time.sleep(0.05)
+        if self._application is None:
+            raise AssertionError("the program is not on the accessibility bus")
+
+    def all(self):
+        """Give every accessible of the process, parents first."""
+        waiting = [self._application]
+        while waiting:
+            node = waiting.pop(0)
+            node.clear_cache_single() if hasattr(node, "clear_cache_single") else node.clear_cache()
+            yield node
+            try:
+                waiting += [child for i in range(node.get_child_count()) if (child := node.get_child_at_index(i))]
+            except GLib.Error:
+                continue
+
+    def find(self, role: str, name: str):
+        for node in self.all():
+            if node.get_role_name() == role and node.get_name() == name:
+                return node
+        seen = [(node.get_role_name(), node.get_name()) for node in self.all()]
+        raise AssertionError(f"no {role} called {name!r} among {seen}")
+
+    @staticmethod
+    def area(node) -> tuple[int, int, int, int]:
+        """Give x, y, width and height inside the window."""
+        extents = node.get_extents(Atspi.CoordType.WINDOW)
+        return extents.x, extents.y, extents.width, extents.height
+
+    @staticmethod
+    def has(node, state: str) -> bool:
+        return node.get_state_set().contains(getattr(Atspi.StateType, state))

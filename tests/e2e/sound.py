@@ -1,0 +1,95 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What is heard: recording the test's sink, reading and writing files, and comparing sounds."""
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+import numpy
+
+
+class Recording:
+    """Everything the sink plays from here to stop(), 32-bit float at the sink's rate."""
+
+    def __init__(self, path: pathlib.Path, rate: int = 48000, channels: int = 2):
+        self.path, self.channels = path, channels
+        self._process = subprocess.Popen(
+            ["pw-record", "--format", "f32", "--rate", str(rate), "--channels", str(channels),
+             "--latency", f"1024/{rate}", "-P", "{ stream.capture.sink=true node.name=e2e-recording }",
+             "--target", "tonewright-sink", str(path)],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        end = time.monotonic() + 15
+        while time.monotonic() < end:  # the header is there when the stream runs
+            if path.exists() and path.stat().st_size > 4096:
+                return
+            time.sleep(0.02)
+        raise AssertionError("nothing could be recorded from the sink")
+
+    def stop(self) -> numpy.ndarray:
+        self._process.send_signal(signal.SIGINT)
+        self._process.wait(10)
+        return read_wav(self.path)
+
+
+def read_wav(path: pathlib.Path) -> numpy.ndarray:
+    """Give the samples (frames, channels) of a float or 16-bit WAV file, also of one whose header was not finished."""
+    data = path.read_bytes()
+    place, channels, width, kind = 12, 2, 4, 3
+    while place + 8 <= len(data):
+        name, size = data[place:place + 4], int.from_bytes(data[place + 4:place + 8], "little")
+        if name == b"fmt ":
+            kind = int.from_bytes(data[place + 8:place + 10], "little")
+            channels = int.from_bytes(data[place + 10:place + 12], "little")
+            width = int.from_bytes(data[place + 22:place + 24], "little") // 8
+        if name == b"data":
+            body = data[place + 8:place + 8 + size] if 0 < size < 0xFFFF0000 else data[place + 8:]
+            body = body[:len(body) // (width * channels) * width * channels]
+            if width == 4:
+                return numpy.frombuffer(body, "<f4").reshape(-1, channels).astype(numpy.float64)
+            return numpy.frombuffer(body, "<i2").reshape(-1, channels) / 32768.0
+        place += 8 + size + size % 2
+    raise AssertionError(f"{path} holds no sound")
+
+
+def write_wav(path: pathlib.Path, samples: numpy.ndarray, rate: int) -> pathlib.Path:
+    """Write float samples (frames, channels)."""
+    body = samples.astype("<f4").tobytes()
+    channels = samples.shape[1]
+    head = b"WAVEfmt " + b"".join(number.to_bytes(size, "little") for number, size in [
+        (16, 4), (3, 2), (channels, 2), (rate, 4), (rate * channels * 4, 4), (channels * 4, 2), (32, 2)])
+    path.write_bytes(b"RIFF" + (len(head) + 8 + len(body)).to_bytes(4, "little") + head
+                     + b"data" + len(body).to_bytes(4, "little") + body)
+    return path
+
+
+def decode(path: pathlib.Path, rate: int, work: pathlib.Path) -> numpy.ndarray:
+    """Give a file's stereo sound at `rate`, decoded by a program that is not ours."""
+    out = work / f"{path.stem}.decoded.wav"
+    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(path), "-ac", "2", "-ar", str(rate), "-c:a", "pcm_f32le",
+                    str(out)], check=True, stdin=subprocess.DEVNULL)
+    return read_wav(out)
+
+
+def loudness(samples: numpy.ndarray) -> float:
+    """Give the level in dB below full scale (-200 for silence)."""
+    return 20 * numpy.log10(max(1e-10, float(numpy.sqrt(numpy.mean(numpy.square(samples))))) if samples.size else 1e-10)
+
+
+def best_place(heard: numpy.ndarray, wanted: numpy.ndarray) -> tuple[int, float]:
+    """Find where `heard` (mono) lies in `wanted` (mono, longer): its first frame there and the correlation, -1 to 1."""
+    size = 1 << (len(wanted) + len(heard) - 1).bit_length()
+    product = numpy.fft.irfft(numpy.fft.rfft(wanted, size) * numpy.conj(numpy.fft.rfft(heard, size)), size)
+    product = product[:len(wanted) - len(heard) + 1]
+    energy = numpy.concatenate([[0.0], numpy.cumsum(numpy.square(wanted))])
+    energy = energy[len(heard):] - energy[:len(wanted) - len(heard) + 1]
+    score = product / numpy.sqrt(numpy.maximum(energy, 1e-12) * max(1e-12, float(numpy.sum(numpy.square(heard)))))
+    place = int(numpy.argmax(score))
+    return place, float(score[place])
+
+
+def error_db(heard: numpy.ndarray, wanted: numpy.ndarray) -> float:
+    """Give what is left of `heard` after the best gain of `wanted` is taken away, in dB below `heard`."""
+    gain = float(numpy.sum(heard * wanted) / max(1e-12, numpy.sum(numpy.square(wanted))))
+    return loudness(heard - gain * wanted) - loudness(heard)
