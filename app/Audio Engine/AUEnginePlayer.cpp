@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The state machine: starting, stopping, and the audio session around them.
+#include "app/Audio Engine/AUEnginePlayer.hpp"
+
+#include "app/Audio Engine/midiOutput.hpp"
+#include "platform/audio/AVAudioSession.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/foundation/fatal.hpp"
+
+#include <string>
+
+namespace tonewright {
+
+using platform::DispatchQueue;
+using platform::print;
+
+namespace {
+// The maker's reverse domain, and what the queue serves.
+constexpr const char* StateQueueLabel = "example.tonewright.AUEnginePlayer.stateQueue";
+} // namespace
+
+AUEnginePlayer::AUEnginePlayer()
+    : midiOutBlock(logMIDIOutputEvent)
+    , engine(platform::AVAudioEngine::create())
+    , stateChangeQueue(std::make_shared<DispatchQueue>(StateQueueLabel))
+    , player(platform::AVAudioPlayerNode::create()) {
+    engine->attachNode(player);
+}
+
+void AUEnginePlayer::finalize() {
+    stop();
+    disconnect();
+}
+
+void AUEnginePlayer::start() {
+    randomizeFile();
+    stateChangeQueue->sync([this] {
+        if (isPlaying) return;
+        startPlayingInternal();
+        reportPlayerState(true);
+    });
+}
+
+void AUEnginePlayer::stop() {
+    stateChangeQueue->sync([this] {
+        if (!isPlaying) return;
+        stopPlayingInternal();
+        reportPlayerState(false);
+    });
+}
+
+bool AUEnginePlayer::toggle() {
+    if (isPlaying) {
+        stop();
+    } else {
+        start();
+    }
+    return isPlaying;
+}
+
+void AUEnginePlayer::startPlayingInternal() {
+    setSessionActive(true);
+    scheduleEffectLoop();
+    connectMixerToOutput();
+    if (const auto error = engine->start()) {
+        isPlaying = false;
+        platform::fatal(
+            "AUEnginePlayer::ERROR: Could not start audio engine. error: " + error->description() + ".");
+    }
+    player->play();
+    isPlaying = true;
+}
+
+void AUEnginePlayer::stopPlayingInternal() {
+    player->stop(); // its completions are examined on this queue, after isPlaying has become false
+    engine->stop();
+    isPlaying = false;
+    setSessionActive(false);
+}
+
+void AUEnginePlayer::setSessionActive(bool active) {
+    auto& session = platform::AVAudioSession::sharedInstance();
+    auto error =
+        session.setCategory(platform::AVAudioSessionCategory::Playback, platform::AVAudioSessionMode::Default,
+                            platform::AVAudioSession::CategoryOptions::None);
+    if (!error) error = session.setActive(active, platform::AVAudioSession::SetActiveOptions::None);
+    if (error)
+        platform::fatal("AUEnginePlayer::ERROR: Could not set audio session active " +
+                        std::string(active ? "true" : "false") + ". system error: " + error->description() +
+                        ".");
+    print("AUEnginePlayer: Audio session was set active."); // said of a deactivation too
+}
+
+void AUEnginePlayer::reportPlayerState(bool playing) {
+    DispatchQueue::main().async([self = shared_from_this(), playing] {
+        print(playing ? "AUEnginePlayer: Audio engine starting." : "AUEnginePlayer: Audio engine stopping.");
+        if (self->delegate) self->delegate->onPlayerStateChanged(playing);
+    });
+}
+
+} // namespace tonewright

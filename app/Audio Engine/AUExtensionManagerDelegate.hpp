@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the extension manager reports upwards.
+#pragma once
+
+#include <memory>
+
+namespace platform {
+class AVAudioUnit;
+}
+
+namespace tonewright {
+
+class AUExtensionManagerDelegate {
+  public:
+    virtual ~AUExtensionManagerDelegate() = default;
+
+    /// Hear that `unit` was instantiated and connected into the engine's graph.
+    virtual void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) = 0;
+    /// Hear that everything is ready; follows `onFoundComponent`.
+    virtual void onEngineInitialized() = 0;
+};
+
+} // namespace tonewright

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Starting, stopping, the session, and what is reported of them.
+#include "tests/app/engineFixture.hpp"
+
+namespace tonewright::test {
+namespace {
+
+using StateTest = EngineFixture;
+
+TEST_F(StateTest, FirstToggleStartsAndSecondStops) {
+    EXPECT_TRUE(player->toggle());
+    EXPECT_TRUE(delegate->states.empty()); // reported later, on the main queue
+    ASSERT_EQ(delegate->files.size(), 1U);
+    const std::string path = delegate->files.front();
+    EXPECT_EQ(takeLines(),
+              (Lines{
+                  "AUEnginePlayer: Audio file at '" + path + "' was selected for loading into the player.",
+                  "AUEnginePlayer: The player was connected to the mainMixerNode.",
+                  path,
+                  "AUEnginePlayer: Audio session was set active.",
+                  "AUEnginePlayer: Audio engine starting.",
+              }));
+    EXPECT_EQ(delegate->states, std::vector{true});
+    EXPECT_GT(device->claims(), 0);
+
+    EXPECT_FALSE(player->toggle());
+    EXPECT_EQ(takeLines(), (Lines{
+                               "AUEnginePlayer: Audio session was set active.", // said of a deactivation too
+                               "AUEnginePlayer: Audio engine stopping.",
+                           }));
+    EXPECT_EQ(delegate->states, (std::vector{true, false}));
+    EXPECT_TRUE(delegate->loops.empty());
+    EXPECT_EQ(device->claims(), 0);
+}
+
+TEST_F(StateTest, StopOfAStoppedPlayerSaysNothing) {
+    player->stop();
+    EXPECT_TRUE(takeLines().empty());
+    EXPECT_TRUE(delegate->states.empty());
+}
+
+TEST_F(StateTest, StartWhilePlayingLoadsAnotherFileAndReportsNoState) {
+    player->start();
+    takeLines();
+    player->start();
+    const auto lines = takeLines();
+    EXPECT_TRUE(holdInOrder(lines, {"AUEnginePlayer: The player was connected to the mainMixerNode."}));
+    EXPECT_FALSE(holdsLine(lines, "AUEnginePlayer: Audio engine starting."));
+    EXPECT_EQ(delegate->states, std::vector{true});
+    EXPECT_EQ(delegate->files.size(), 2U);
+}
+
+TEST_F(StateTest, QuickTogglesNeverReportALoop) {
+    for (int i = 0; i < 200; ++i) player->toggle();
+    const auto lines = takeLines();
+    EXPECT_FALSE(holdsLine(lines, "AUEnginePlayer: Current audio file"));
+    EXPECT_TRUE(delegate->loops.empty());
+    EXPECT_EQ(delegate->states.size(), 200U);
+}
+
+TEST_F(StateTest, FinalizeOfAStoppedPlayerOnlyDisconnects) {
+    player->finalize();
+    EXPECT_EQ(takeLines(),
+              (Lines{
+                  "AUEnginePlayer::WARNING: Function connect() with argument 'nil' causes disconnection.",
+                  "AUEnginePlayer: ERROR: There is a problem with the audio file processing format.",
+                  "AUEnginePlayer: Performed audio unit disconnection.",
+                  "AUEnginePlayer: The audio unit was set to 'nil'.",
+              }));
+}
+
+TEST_F(StateTest, WorksWithoutADelegateAndIsReleasedQuietlyWhilePlaying) {
+    player->delegate = nullptr;
+    player->start();
+    player->load(constantFile("short.wav", 3000, 0.25F));
+    takeLines();
+    renderUntil([&] { return holdsLine(output.lines(), "AUEnginePlayer: Current audio file"); });
+    player = nullptr;
+    runMainQueue();
+    (void)output.take();
+    render(20000);
+    EXPECT_TRUE(takeLines().empty());
+}
+
+TEST_F(StateTest, RefusedSessionIsFatal) {
+    GTEST_FLAG_SET(death_test_style, "fast");
+    auto& session = platform::AVAudioSession::sharedInstance();
+    const auto refuse = [] { return platform::Error("Test", 7, "No."); };
+    EXPECT_DEATH(
+        {
+            session.setFaults({.setCategory = refuse, .setActive = {}});
+            player->start();
+        },
+        "AUEnginePlayer::ERROR: Could not set audio session active true\\. system error: .*No\\..*\\.\n");
+    EXPECT_DEATH(
+        {
+            player->start();
+            session.setFaults({.setCategory = {}, .setActive = [&](bool) { return refuse(); }});
+            player->stop();
+        },
+        "AUEnginePlayer::ERROR: Could not set audio session active false\\. system error: .*No\\..*\\.\n");
+}
+
+} // namespace
+} // namespace tonewright::test

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tests/app/engineFixture.hpp"
+
+#include "platform/effects/AVAudioUnitComponentManager.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+
+namespace tonewright::test {
+
+platform::URL EngineFixture::rawFile(const std::string& name, const std::string& bytes) {
+    const auto path = (_directory / name).string();
+    std::ofstream(path, std::ios::binary) << bytes;
+    return platform::URL::fileURLWithPath(path, false);
+}
+
+std::shared_ptr<platform::AVAudioUnit>
+EngineFixture::makeUnit(const std::shared_ptr<InProcessEffect>& effect) {
+    const platform::AudioComponentDescription description{.componentType = platform::fourCharCode("aumf")};
+    auto& registry = platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
+    registry.setProvider(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
+        {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
+    std::shared_ptr<platform::AVAudioUnit> made;
+    platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
+                                       [&](const auto& unit, const auto&) { made = unit; });
+    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return made != nullptr; }, 20));
+    registry.setProvider(nullptr);
+    return made;
+}
+
+std::vector<float> EngineFixture::render(int frames) {
+    return device->render(static_cast<std::uint64_t>(frames)).front();
+}
+
+std::vector<float> EngineFixture::renderUntil(const std::function<bool()>& done, double timeoutSeconds) {
+    std::vector<float> heard;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(timeoutSeconds);
+    while (!done() && std::chrono::steady_clock::now() < end) {
+        const auto block = render(256);
+        heard.insert(heard.end(), block.begin(), block.end());
+        platform::RunLoop::current().runUntil(done, 0.001);
+    }
+    EXPECT_TRUE(done());
+    return heard;
+}
+
+testing::AssertionResult holdInOrder(const Lines& lines, const Lines& wanted) {
+    auto from = lines.begin();
+    for (const auto& line : wanted) {
+        from = std::find(from, lines.end(), line);
+        if (from == lines.end()) {
+            auto failure = testing::AssertionFailure() << "missing, or not in its place: " << line << "\nin:";
+            for (const auto& each : lines) failure << "\n  " << each;
+            return failure;
+        }
+        ++from;
+    }
+    return testing::AssertionSuccess();
+}
+
+bool holdsLine(const Lines& lines, const std::string& start) {
+    return std::any_of(lines.begin(), lines.end(), [&](const auto& line) { return line.starts_with(start); });
+}
+
+} // namespace tonewright::test

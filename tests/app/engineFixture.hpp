@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// An engine player on the offline device, with its lines, its reports and short files to play.
+#pragma once
+
+#include "app/Audio Engine/AUEnginePlayer.hpp"
+#include "platform/audio/AVAudioSession.hpp"
+#include "platform/audio/OfflineDevice.hpp"
+#include "platform/dispatch/RunLoop.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/InProcessEffect.hpp"
+#include "tests/support/wavFile.hpp"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace tonewright::test {
+
+using Lines = std::vector<std::string>;
+
+/// Writes down what the engine player reports.
+class RecordingDelegate final : public AUEnginePlayerDelegate {
+  public:
+    std::vector<bool> states;
+    Lines files;
+    std::vector<std::int64_t> loops;
+
+    void onPlayerStateChanged(bool playing) override { states.push_back(playing); }
+    void onFileSelect(const std::string& file) override { files.push_back(file); }
+    void onLoop(std::int64_t count) override { loops.push_back(count); }
+};
+
+class EngineFixture : public testing::Test {
+  protected:
+    EngineFixture()
+        : _directory(std::filesystem::temp_directory_path() / ("engine-" + std::to_string(::getpid()))) {
+        std::filesystem::create_directories(_directory);
+        platform::setSharedOutputDevice(device);
+        player = std::make_shared<AUEnginePlayer>();
+        player->delegate = delegate;
+    }
+    ~EngineFixture() override {
+        if (player) player->finalize();
+        runMainQueue();
+        platform::AVAudioSession::sharedInstance().setFaults({});
+        platform::setSharedOutputDevice(nullptr);
+        std::filesystem::remove_all(_directory);
+    }
+
+    /// Write a stereo file of constant `value`, and give its location.
+    platform::URL constantFile(const std::string& name, int frames, float value) {
+        const auto path = (_directory / name).string();
+        writeWav(path, 48000, 2, std::vector<float>(static_cast<std::size_t>(frames) * 2, value));
+        return platform::URL::fileURLWithPath(path, false);
+    }
+    platform::URL rawFile(const std::string& name, const std::string& bytes);
+
+    std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect);
+
+    /// Render until `done`, with the main queue running; give what was heard on the left.
+    std::vector<float> renderUntil(const std::function<bool()>& done, double timeoutSeconds = 20);
+    std::vector<float> render(int frames);
+    static void runMainQueue() { platform::RunLoop::current().runFor(0.02); }
+
+    /// Give the lines since the last call, after the main queue has run.
+    Lines takeLines() {
+        runMainQueue();
+        return output.take();
+    }
+
+    CapturedOutput output;
+    std::shared_ptr<platform::OfflineDevice> device = std::make_shared<platform::OfflineDevice>();
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    std::shared_ptr<AUEnginePlayer> player;
+
+  private:
+    std::filesystem::path _directory;
+};
+
+/// Tell whether `lines` hold each of `wanted`, in that order, others between them allowed.
+[[nodiscard]] testing::AssertionResult holdInOrder(const Lines& lines, const Lines& wanted);
+[[nodiscard]] bool holdsLine(const Lines& lines, const std::string& start);
+
+} // namespace tonewright::test
