@@ -11,6 +11,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/detail/appearance.hpp"
 #include "platform/ui/detail/commandLine.hpp"
 #include "platform/ui/detail/firstFrame.hpp"
 #include "platform/ui/detail/toolkit.hpp"
@@ -27,6 +28,7 @@ constexpr const char* MainInterface = "Main";
 
 // Makes the controller of the main screen and its window from the interface description.
 std::shared_ptr<UIWindow> loadMainScreen() {
+    applyStyleSheet(MainInterface);
     const auto description = InterfaceDescription::load(MainInterface, Bundle::main());
     if (!description) std::exit(EXIT_FAILURE);
     const auto window = description->window();
@@ -82,6 +84,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     std::signal(SIGPIPE, SIG_IGN); // whoever reads our lines may go away
     answerCommandLine(argc, argv);
     startToolkit();
+    followColorScheme();
 
     UIApplication& application = UIApplication::shared();
     application.setDelegate(makeDelegate(delegateClassName));
@@ -96,7 +99,10 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     Activity activity(application);
     window->onCloseRequest = [&] { application.terminate(); };
     window->onActiveChange = [&](bool active) { activity.set(active); };
-    afterFirstFrame(widgetOf(*window), traceFirstFrame);
+    afterFirstFrame(widgetOf(*window), [] {
+        traceFirstFrame();
+        provideIcon();
+    });
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(number, onSignal, nullptr);
 
     controller->viewWillAppear(false);

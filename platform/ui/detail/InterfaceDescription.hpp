@@ -34,6 +34,9 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     [[nodiscard]] std::shared_ptr<UIView> view() const;
     [[nodiscard]] std::shared_ptr<UIWindow> window() const;
 
+    /// Give the object with the id `name`; absent when there is none or it is not a widget.
+    [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
+
     /// Connect outlets and actions of `owner`, which from now on receives the actions. An action that it does
     /// not have, or an object that does not fit its outlet, is said on standard error; the control stays
     /// without effect, the outlet absent.
@@ -45,8 +48,6 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     void noteAction(std::string selector) { _actions.insert(std::move(selector)); }
 
   private:
-    [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
-
     std::string _name;
     GObjectRef<GtkBuilder> _builder;
     std::set<std::string> _actions;

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The main screen: five buttons and the panel in which the effect shows its own interface. It owns the
+// extension manager and through it the engine player, hears from both, and keeps Play and Stop in step with
+// the play state.
+//
+// Main thread. The screen, the manager and the player own one another: all three live for the whole run.
+#pragma once
+
+#include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
+#include "app/Audio Engine/AUExtensionManagerDelegate.hpp"
+#include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIViewController.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+class AVAudioUnit;
+}
+
+namespace tonewright {
+
+class AUExtensionManager;
+
+class ViewController : public platform::UIViewController,
+                       public AUExtensionManagerDelegate,
+                       public AUEnginePlayerDelegate {
+  public:
+    explicit ViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
+    /// Make the screen that `coder` describes; absent when nothing can be made from it.
+    [[nodiscard]] static std::shared_ptr<ViewController> initWithCoder(const platform::NSCoder& coder);
+
+    void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
+    void viewDidDisappear(bool animated) override;
+    void viewDidLayoutSubviews() override;
+    [[nodiscard]] bool canPerformAction(std::string_view selector,
+                                        const std::shared_ptr<platform::UIResponder>& withSender) override;
+
+    /// Show the panel if it is hidden, else hide it.
+    virtual void onButtonUnit(const std::shared_ptr<platform::UIResponder>& sender);
+    /// Toggle playback. Play and Stop do the same; they differ only in when they are seen.
+    virtual void onPlayButton(const std::shared_ptr<platform::UIButton>& sender);
+    virtual void onStopButton(const std::shared_ptr<platform::UIButton>& sender);
+
+    /// Put the effect's own interface into the panel, once the effect has delivered it.
+    void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) override;
+    void onEngineInitialized() override;
+    void onPlayerStateChanged(bool playing) override;
+    void onFileSelect(const std::string& file) override;
+    void onLoop(std::int64_t count) override;
+
+    /// Lay the panel out as a square that covers the screen.
+    virtual void centerPluginView();
+
+  protected:
+    explicit ViewController(const platform::NSCoder& coder);
+    void offerConnections(platform::InterfaceConnections& connections) override;
+
+  private:
+    friend struct ViewControllerProbe; // the tests' view of the private part
+
+    virtual void getDirectories();
+    virtual void embedPlugInView();
+    virtual void resetPluginView(double w, double h);
+    void embed(const std::shared_ptr<platform::UIViewController>& controller,
+               const std::shared_ptr<platform::UIView>& controllerView);
+    [[nodiscard]] std::shared_ptr<platform::UIView> audioUnitView() const;
+
+    std::shared_ptr<AUExtensionManager> audioUnitManager;
+
+  public:
+    std::shared_ptr<platform::UIView> pluginView;
+    std::shared_ptr<platform::UIButton> buttonUnit;
+    std::shared_ptr<platform::UIButton> buttonInfo;
+    std::shared_ptr<platform::UIButton> buttonHelp;
+    std::shared_ptr<platform::UIButton> playButton;
+    std::shared_ptr<platform::UIButton> stopButton;
+
+  private:
+    std::string documentsPath;
+    std::string sharedPath; // stays empty
+    std::string resourcesPath;
+    std::shared_ptr<platform::UIViewController> audioUnitViewController; // stays absent
+    std::shared_ptr<platform::AVAudioUnit> avAudioUnit;                  // stays absent
+};
+
+} // namespace tonewright

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Tonewright plays loops through one audio effect and shows the effect's own interface.
+//
+// A map of the tree, in the order in which a press of Play travels through it:
+//
+//   app/main.cpp             this file: hands the process to the platform
+//   app/AppDelegate          accepts the launch
+//   app/interface/           the main screen: ViewController, and Main.ui, which describes its controls
+//   app/Audio Engine/        AUExtensionManager finds the effect; AUEnginePlayer plays loops through it
+//   shared/Common/           what does not know this application: text, paths, views, files, animation
+//   platform/                the operating system's side under the names that app and shared use:
+//     foundation/            URLs, files, the bundle of resources, lines on the console, the fatal error
+//     dispatch/              queues of tasks and the run loop
+//     audio/                 the engine's graph, its nodes, audio files, the session, output devices
+//     effects/               the registry of components and the host of LV2 effects
+//     ui/                    the application, views, controllers, interface descriptions
+//     network/, web/         what the help screen and downloads need
+//   effect/                  the effect that comes with the program, an LV2 bundle like any other
+//   resources/               the recipes of the loops, the desktop's entry, icons
+//   tests/, benches/         mirrors of the tree; one benchmark for each claim
+//
+// app and shared include the standard library and the headers of platform; what lies under platform stays
+// there.
+#include "app/AppDelegate.hpp"
+#include "app/interface/ViewController.hpp"
+#include "platform/ui/UIApplication.hpp"
+#include "platform/ui/classRegistry.hpp"
+
+int main(int argc, char** argv) {
+    platform::registerClass<tonewright::AppDelegate>("AppDelegate");
+    platform::registerClass<tonewright::ViewController>("ViewController");
+    platform::UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
+    return 0;
+}

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/detail/appearance.hpp"
+
+#include "platform/foundation/Bundle.hpp"
+#include "platform/ui/detail/GObjectRef.hpp"
+
+#include <cstdlib>
+#include <gtk/gtk.h>
+#include <string>
+#include <string_view>
+
+namespace platform {
+namespace {
+
+// The settings portal of the desktop: https://flatpak.github.io/xdg-desktop-portal, interface Settings.
+constexpr const char* PortalName = "org.freedesktop.portal.Desktop";
+constexpr const char* PortalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* SettingsInterface = "org.freedesktop.portal.Settings";
+constexpr const char* AppearanceNamespace = "org.freedesktop.appearance";
+constexpr const char* ColorSchemeKey = "color-scheme";
+
+enum class ColorScheme : guint32 { NoPreference = 0, Dark = 1, Light = 2 };
+
+// The setting that holds where the desktop has no preference.
+gboolean& toolkitPrefersDark() {
+    static gboolean prefersDark = FALSE;
+    return prefersDark;
+}
+
+void apply(GVariant* value) {
+    // "Read" wraps the value in one variant more than the signal does.
+    GVariant* inner = g_variant_ref(value);
+    while (g_variant_is_of_type(inner, G_VARIANT_TYPE_VARIANT) != FALSE) {
+        GVariant* next = g_variant_get_variant(inner);
+        g_variant_unref(inner);
+        inner = next;
+    }
+    if (g_variant_is_of_type(inner, G_VARIANT_TYPE_UINT32) != FALSE) {
+        const auto scheme = static_cast<ColorScheme>(g_variant_get_uint32(inner));
+        const gboolean dark = scheme == ColorScheme::Dark    ? TRUE
+                              : scheme == ColorScheme::Light ? FALSE
+                                                             : toolkitPrefersDark();
+        g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", dark, nullptr);
+    }
+    g_variant_unref(inner);
+}
+
+void onRead(GObject* connection, GAsyncResult* result, gpointer) {
+    GVariant* reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, nullptr);
+    if (reply == nullptr) return; // no portal, or one without this setting
+    GVariant* value = g_variant_get_child_value(reply, 0);
+    apply(value);
+    g_variant_unref(value);
+    g_variant_unref(reply);
+}
+
+void onChanged(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+               gpointer) {
+    const char* name = nullptr;
+    GVariant* value = nullptr;
+    g_variant_get(parameters, "(&s&s@v)", nullptr, &name, &value);
+    if (std::string_view(name) == ColorSchemeKey) apply(value);
+    g_variant_unref(value);
+}
+
+void onConnected(GObject*, GAsyncResult* result, gpointer) {
+    GDBusConnection* bus =
+        g_bus_get_finish(result, nullptr); // kept: the subscription lives as long as the process
+    if (bus == nullptr) return;
+    g_dbus_connection_signal_subscribe(bus, PortalName, SettingsInterface, "SettingChanged", PortalPath,
+                                       AppearanceNamespace, G_DBUS_SIGNAL_FLAGS_NONE, onChanged, nullptr,
+                                       nullptr);
+    g_dbus_connection_call(bus, PortalName, PortalPath, SettingsInterface, "Read",
+                           g_variant_new("(ss)", AppearanceNamespace, ColorSchemeKey), G_VARIANT_TYPE("(v)"),
+                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, onRead, nullptr);
+}
+
+} // namespace
+
+void applyStyleSheet(const char* name) {
+    const auto file = Bundle::main().URLForResource(name, "css");
+    if (!file) return;
+    const auto provider = GObjectRef<GtkCssProvider>::adopt(gtk_css_provider_new());
+    gtk_css_provider_load_from_path(provider.get(), file->path().c_str());
+    gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider.get()),
+                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+void followColorScheme() {
+    // Without an address the library would start a bus of its own.
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS") == nullptr) return;
+    g_object_get(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", &toolkitPrefersDark(),
+                 nullptr);
+    g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, nullptr);
+}
+
+void provideIcon() {
+    if (const auto resources = Bundle::main().resourceURL())
+        gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                       (resources->path() + "/icons").c_str());
+    gtk_window_set_default_icon_name("tonewright");
+}
+
+} // namespace platform

@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/fatal.hpp"
+#include "platform/ui/UIButton.hpp"
+#include "platform/ui/classRegistry.hpp"
+#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "tests/ui/toolkitFixture.hpp"
+
+namespace platform {
+namespace {
+
+using platform::testing::TemporaryBundle;
+using platform::testing::waitFor;
+using InterfaceTest = platform::testing::ToolkitTest;
+
+constexpr const char* Screen = R"(<interface>
+  <object class="TonewrightView" id="view">
+    <property name="controller-class">TestController</property>
+    <child>
+      <object class="GtkBox">
+        <layout><property name="fill">1</property></layout>
+        <child><object class="TonewrightView" id="panel"/></child>
+        <child>
+          <object class="GtkButton" id="button">
+            <property name="label">_Press</property>
+            <signal name="clicked" handler="onPress:"/>
+          </object>
+        </child>
+        <child>
+          <object class="GtkButton" id="stray">
+            <signal name="clicked" handler="onNothing:"/>
+          </object>
+        </child>
+      </object>
+    </child>
+  </object>
+</interface>)";
+
+class TestController : public UIViewController {
+  public:
+    using UIViewController::UIViewController;
+    static std::shared_ptr<TestController> initWithCoder(const NSCoder& coder) {
+        return canDecode(coder) ? std::make_shared<TestController>(coder) : nullptr;
+    }
+    void viewDidLoad() override { loadedWithOutlets = panel && button; }
+
+    std::shared_ptr<UIView> panel;
+    std::shared_ptr<UIButton> button;
+    std::shared_ptr<UIButton> missing;
+    std::shared_ptr<UIResponder> sender;
+    std::shared_ptr<UIButton> panelAsButton;
+    int presses = 0;
+    bool loadedWithOutlets = false;
+
+  protected:
+    void offerConnections(InterfaceConnections& connections) override {
+        connections.outlet("panel", panel);
+        connections.outlet("button", button);
+        connections.outlet("missing", missing);
+        connections.action("onPress:", this, &TestController::onPress);
+    }
+
+  private:
+    void onPress(const std::shared_ptr<UIResponder>& from) {
+        ++presses;
+        sender = from;
+    }
+};
+
+class MisfitController final : public TestController {
+  public:
+    using TestController::TestController;
+
+  protected:
+    void offerConnections(InterfaceConnections& connections) override {
+        connections.outlet("panel", panelAsButton);
+    }
+};
+
+std::shared_ptr<TestController> loaded(const TemporaryBundle& files) {
+    const Bundle bundle = files.bundle();
+    auto controller = std::make_shared<TestController>("Screen", &bundle);
+    (void)controller->view();
+    return controller;
+}
+
+TEST_F(InterfaceTest, ConnectsOutletsAndActionsByName) {
+    TemporaryBundle files;
+    files.add("Screen.ui", Screen);
+    ::testing::internal::CaptureStderr();
+    const auto controller = loaded(files);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "The action \"onNothing:\" in \"Screen.ui\" is unknown to its controller.\n");
+    EXPECT_TRUE(controller->loadedWithOutlets) << "outlets come before viewDidLoad";
+    controller->button->press();
+    EXPECT_EQ(controller->presses, 1);
+    EXPECT_EQ(controller->sender, controller->button);
+
+    EXPECT_TRUE(controller->canPerformAction("onPress:", nullptr));
+    EXPECT_FALSE(controller->canPerformAction("onNothing:", nullptr));
+    const auto child = std::make_shared<UIViewController>();
+    controller->addChildViewController(child);
+    EXPECT_TRUE(child->canPerformAction("onPress:", nullptr)) << "the parent behind it does";
+}
+
+TEST_F(InterfaceTest, ControlWithAnUnknownActionStaysAndDoesNothing) {
+    TemporaryBundle files;
+    files.add("Screen.ui", Screen);
+    ::testing::internal::CaptureStderr();
+    const auto controller = loaded(files);
+    const auto subviews = controller->view()->subviews();
+    GtkWidget* box = gtk_widget_get_first_child(widgetOf(*controller->view()));
+    GtkWidget* stray = gtk_widget_get_last_child(box);
+    g_signal_emit_by_name(stray, "clicked");
+    EXPECT_EQ(controller->presses, 0);
+    (void)::testing::internal::GetCapturedStderr();
+}
+
+TEST_F(InterfaceTest, MissingOutletIsAbsentAndFatalWhenUsed) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    TemporaryBundle files;
+    files.add("Screen.ui", Screen);
+    const auto controller = loaded(files);
+    EXPECT_EQ(controller->missing, nullptr);
+    EXPECT_DEATH(unwrap(controller->missing).setHidden(true),
+                 "Unexpectedly found nil while implicitly unwrapping an Optional value");
+}
+
+TEST_F(InterfaceTest, ObjectOfAnotherClassLeavesTheOutletAbsent) {
+    TemporaryBundle files;
+    files.add("Screen.ui", Screen);
+    const Bundle bundle = files.bundle();
+    const auto controller = std::make_shared<MisfitController>("Screen", &bundle);
+    ::testing::internal::CaptureStderr();
+    (void)controller->view();
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find("\"panel\" in \"Screen.ui\" does not fit"),
+              std::string::npos);
+    EXPECT_EQ(controller->panelAsButton, nullptr);
+}
+
+TEST_F(InterfaceTest, DescriptionThatCannotBeReadGivesNothing) {
+    TemporaryBundle files;
+    files.add("Broken.ui", "<interface><object class=\"NoSuchWidget\"/></interface>");
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(InterfaceDescription::load("Absent", files.bundle()), nullptr);
+    EXPECT_EQ(InterfaceDescription::load("Broken", files.bundle()), nullptr);
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    EXPECT_NE(said.find("\"Absent.ui\" is not among the resources"), std::string::npos);
+    EXPECT_NE(said.find("NoSuchWidget"), std::string::npos);
+}
+
+TEST_F(InterfaceTest, ControllersAreMadeByTheNameInTheDescription) {
+    registerClass<TestController>("TestController");
+    TemporaryBundle files;
+    files.add("Screen.ui", Screen);
+    const auto description = InterfaceDescription::load("Screen", files.bundle());
+    ASSERT_NE(description, nullptr);
+    EXPECT_EQ(description->controllerClass(), "TestController");
+    EXPECT_NE(
+        std::dynamic_pointer_cast<TestController>(makeController("TestController", NSCoder(description))),
+        nullptr);
+    EXPECT_EQ(makeController("TestController", NSCoder(nullptr)), nullptr);
+    EXPECT_EQ(makeController("NobodyController", NSCoder(description)), nullptr);
+}
+
+// Each control of the main screen tells an assistive technology what it is.
+TEST_F(InterfaceTest, ControlsOfTheMainScreenHaveNamesRolesAndStates) {
+    const auto description = InterfaceDescription::load("Main", Bundle::main());
+    ASSERT_NE(description, nullptr);
+    struct Control {
+        const char* id;
+        const char* name;
+        GtkAccessibleRole role;
+        bool isSensitive;
+    };
+    for (const Control& control : {Control{"playButton", "Play", GTK_ACCESSIBLE_ROLE_BUTTON, true},
+                                   Control{"stopButton", "Stop", GTK_ACCESSIBLE_ROLE_BUTTON, true},
+                                   Control{"buttonUnit", "Unit", GTK_ACCESSIBLE_ROLE_BUTTON, true},
+                                   Control{"buttonHelp", "Help", GTK_ACCESSIBLE_ROLE_BUTTON, false},
+                                   Control{"buttonInfo", "Info", GTK_ACCESSIBLE_ROLE_BUTTON, false},
+                                   Control{"pluginView", "Effect", GTK_ACCESSIBLE_ROLE_GROUP, true}}) {
+        SCOPED_TRACE(control.id);
+        const auto view = description->viewNamed(control.id);
+        ASSERT_NE(view, nullptr);
+        auto* accessible = GTK_ACCESSIBLE(widgetOf(*view));
+        EXPECT_EQ(gtk_accessible_get_accessible_role(accessible), control.role);
+        char* wrongName =
+            gtk_test_accessible_check_property(accessible, GTK_ACCESSIBLE_PROPERTY_LABEL, control.name);
+        EXPECT_EQ(wrongName, nullptr) << wrongName;
+        g_free(wrongName);
+        EXPECT_EQ(gtk_widget_get_sensitive(widgetOf(*view)) != FALSE, control.isSensitive);
+    }
+}
+
+// The keyboard goes to what takes the place of a control that disappears under it.
+TEST_F(InterfaceTest, FocusStaysInThePlaceOfAHiddenButton) {
+    TemporaryBundle files;
+    files.add("Pair.ui", R"(<interface><object class="TonewrightView" id="view"><child>
+        <object class="GtkBox"><layout><property name="fill">1</property></layout>
+          <child><object class="GtkBox">
+            <child><object class="GtkButton" id="button"><property name="label">one</property></object></child>
+            <child><object class="GtkButton" id="missing"><property name="visible">0</property></object></child>
+          </object></child>
+          <child><object class="GtkButton"><property name="label">other</property></object></child>
+        </object></child></object></interface>)");
+    const Bundle bundle = files.bundle();
+    const auto controller = std::make_shared<TestController>("Pair", &bundle);
+    const auto window = std::make_shared<UIWindow>();
+    window->setRootViewController(controller);
+    window->makeKeyAndVisible();
+    auto* root = GTK_ROOT(widgetOf(*window));
+    const auto hasFocus = [&](const UIView& view) { return gtk_root_get_focus(root) == widgetOf(view); };
+    gtk_widget_grab_focus(widgetOf(*controller->button));
+    ASSERT_TRUE(hasFocus(*controller->button));
+    // In either order of the two.
+    controller->button->setHidden(true);
+    controller->missing->setHidden(false);
+    EXPECT_TRUE(waitFor([&] { return hasFocus(*controller->missing); }));
+    controller->button->setHidden(false);
+    controller->missing->setHidden(true);
+    EXPECT_TRUE(waitFor([&] { return hasFocus(*controller->button); }));
+    window->close();
+}
+
+} // namespace
+} // namespace platform

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A program with the real main interface description and a controller that only tells what it hears, one line
+// on standard output each. Tests work it with real keys and clicks.
+#include "platform/foundation/console.hpp"
+#include "platform/foundation/fatal.hpp"
+#include "platform/ui/UIApplication.hpp"
+#include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIWindow.hpp"
+#include "platform/ui/classRegistry.hpp"
+
+#include <cstdlib>
+
+namespace {
+
+using namespace platform;
+
+class ProbeController final : public UIViewController {
+  public:
+    explicit ProbeController(const NSCoder& coder)
+        : UIViewController(coder) {}
+    static std::shared_ptr<ProbeController> initWithCoder(const NSCoder& coder) {
+        return std::make_shared<ProbeController>(coder);
+    }
+
+    void viewDidLoad() override {
+        print("viewDidLoad");
+        unwrap(pluginView).setHidden(true);
+        unwrap(stopButton).setHidden(true);
+    }
+    void viewWillAppear(bool) override { print("viewWillAppear"); }
+    void viewDidDisappear(bool) override { print("viewDidDisappear"); }
+
+  protected:
+    void offerConnections(InterfaceConnections& connections) override {
+        connections.outlet("pluginView", pluginView);
+        connections.outlet("playButton", playButton);
+        connections.outlet("stopButton", stopButton);
+        connections.action("onButtonUnit:", this, &ProbeController::onButtonUnit);
+        connections.action("onPlayButton:", this, &ProbeController::onToggle);
+        connections.action("onStopButton:", this, &ProbeController::onToggle);
+    }
+
+  private:
+    void onButtonUnit(const std::shared_ptr<UIResponder>&) {
+        const bool hidden = !unwrap(pluginView).isHidden();
+        unwrap(pluginView).setHidden(hidden);
+        print(hidden ? "panel hidden" : "panel shown");
+    }
+    void onToggle(const std::shared_ptr<UIButton>&) {
+        _playing = !_playing;
+        unwrap(playButton).setHidden(_playing);
+        unwrap(stopButton).setHidden(!_playing);
+        print(_playing ? "playing" : "stopped");
+    }
+
+    std::shared_ptr<UIView> pluginView;
+    std::shared_ptr<UIButton> playButton;
+    std::shared_ptr<UIButton> stopButton;
+    bool _playing = false;
+};
+
+class ProbeDelegate final : public UIApplicationDelegate {
+  public:
+    void setWindow(std::shared_ptr<UIWindow> window) override { print(window ? "setWindow" : "no window"); }
+    bool application(UIApplication&, const std::optional<LaunchOptions>&) override {
+        print("didFinishLaunching");
+        return true;
+    }
+    void applicationDidBecomeActive(UIApplication&) override { print("didBecomeActive"); }
+    void applicationWillResignActive(UIApplication&) override { print("willResignActive"); }
+    void applicationDidEnterBackground(UIApplication&) override { print("didEnterBackground"); }
+    void applicationWillTerminate(UIApplication&) override { print("willTerminate"); }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    registerClass<ProbeDelegate>("ProbeDelegate");
+    registerClass<ProbeController>("ViewController");
+    return UIApplicationMain(argc, argv, std::nullopt, "ProbeDelegate");
+}

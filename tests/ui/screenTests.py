@@ -1,0 +1,247 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The platform's entry and the main screen's controls, worked with real keys and clicks on a virtual display."""
+import os
+import pathlib
+import re
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
+from cases import BUILD, main  # noqa: E402
+from screen import X, XK, Screen, display, xtest  # noqa: E402
+
+PROBE = BUILD / "bin" / "tests" / "screen_probe"
+START = ["didFinishLaunching", "setWindow", "viewDidLoad", "viewWillAppear", "didBecomeActive"]
+END = ["willResignActive", "viewDidDisappear", "didEnterBackground", "willTerminate"]
+
+
+class Display(Screen):
+    """The virtual display alone, without accessibility."""
+
+    def __init__(self):
+        self.x = display.Display()
+
+    def close(self) -> None:
+        self.x.close()
+
+    def key(self, name: str, down: bool) -> None:
+        code = self.x.keysym_to_keycode(XK.string_to_keysym(name))
+        xtest.fake_input(self.x, X.KeyPress if down else X.KeyRelease, code)
+        self.x.sync()
+
+
+class Probe:
+    """The running probe and the lines it wrote."""
+
+    def __init__(self, screen: Display):
+        self.screen = screen
+        self.process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, text=True)
+        self.lines: list[str] = []
+        os.set_blocking(self.process.stdout.fileno(), False)
+        self.window = screen.wait_window(self.process.pid)
+        self.wait(START)
+        screen.focus(self.window)
+
+    def _read(self) -> None:
+        if read := self.process.stdout.read():
+            self.lines += read.splitlines()
+
+    def wait(self, wanted: list[str], timeout: float = 20) -> None:
+        """Wait until exactly these lines have come, and take them."""
+        end = time.monotonic() + timeout
+        while len(self.lines) < len(wanted) and time.monotonic() < end:
+            self._read()
+            time.sleep(0.005)
+        if self.lines[:len(wanted)] != wanted:
+            raise AssertionError(f"expected {wanted}, heard {self.lines}")
+        del self.lines[:len(wanted)]
+
+    def press(self, *keys: str) -> None:
+        for key in keys:
+            self.screen.key(key, True)
+        for key in reversed(keys):
+            self.screen.key(key, False)
+
+    def end(self) -> None:
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.communicate()
+
+
+class Controls(unittest.TestCase):
+    def setUp(self):
+        self.screen = Display()
+        self.addCleanup(self.screen.close)
+        self.probe = Probe(self.screen)
+        self.addCleanup(self.probe.end)
+
+    def test_space_plays_and_stops_in_either_state(self):
+        for _ in range(3):
+            self.probe.press("space")
+            self.probe.wait(["playing"])
+            self.probe.press("space")
+            self.probe.wait(["stopped"])
+
+    def test_space_goes_to_the_focused_control_that_uses_it(self):
+        self.probe.press("Tab")  # from Play to Unit
+        self.probe.press("space")
+        self.probe.wait(["panel shown"])
+        self.probe.press("Return")
+        self.probe.wait(["panel hidden"])
+        self.probe.press("Tab")  # round to Play: Help and Info take no focus
+        self.probe.press("space")
+        self.probe.wait(["playing"])
+
+    def test_a_held_key_is_one_press(self):
+        for keys, lines in ((["space"], ["playing"]), (["Alt_L", "s"], ["stopped"]), (["Alt_L", "u"], ["panel shown"])):
+            for key in keys:
+                self.screen.key(key, True)
+            self.probe.wait(lines)
+            time.sleep(1.2)  # the server repeats after 0.66 s; there is no event for "nothing happened"
+            for key in reversed(keys):
+                self.screen.key(key, False)
+            self.probe._read()
+            self.assertEqual(self.probe.lines, [])
+
+    def test_letters_with_alt_press_their_controls(self):
+        self.probe.press("Alt_L", "p")
+        self.probe.wait(["playing"])
+        self.probe.press("Alt_L", "s")
+        self.probe.wait(["stopped"])
+        self.probe.press("Alt_L", "u")
+        self.probe.wait(["panel shown"])
+        self.probe.press("Alt_L", "h")
+        self.probe.press("Alt_L", "i")
+        self.probe.press("Alt_L", "u")
+        self.probe.wait(["panel hidden"])
+
+    def test_clicks_press_their_controls_and_space_goes_on_working(self):
+        height = self.probe.window.get_geometry().height
+        play = (60, height - 30)
+        self.screen.click(self.probe.window, *play)
+        self.probe.wait(["playing"])
+        self.screen.click(self.probe.window, *play)
+        self.probe.wait(["stopped"])
+        self.probe.press("space")
+        self.probe.wait(["playing"])
+        self.screen.click(self.probe.window, 460, 200)  # the empty panel has no use for either
+        self.probe.press("space")
+        self.probe.wait(["stopped"])
+
+    def test_key_answers_at_once(self):
+        began = time.monotonic()
+        for _ in range(10):
+            self.probe.press("space")
+            self.probe.wait(["playing"])
+            self.probe.press("space")
+            self.probe.wait(["stopped"])
+        self.assertLess(time.monotonic() - began, 20 * 0.2, "a press takes as long as the toolkit's animation")
+
+
+class Life(unittest.TestCase):
+    def setUp(self):
+        self.screen = Display()
+        self.addCleanup(self.screen.close)
+
+    def started(self) -> Probe:
+        probe = Probe(self.screen)
+        self.addCleanup(probe.end)
+        return probe
+
+    def test_closing_the_window_ends_in_order(self):
+        probe = self.started()
+        self.screen.ask_to_close(probe.window)
+        probe.wait(END)
+        self.assertEqual(probe.process.wait(10), 0)
+
+    def test_signals_end_in_order(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            probe = self.started()
+            probe.process.send_signal(number)
+            probe.wait(END)
+            self.assertEqual(probe.process.wait(10), 0)
+
+    def test_two_at_once_do_not_know_each_other(self):
+        first, second = self.started(), self.started()
+        second.press("space")
+        second.wait(["playing"])
+        self.screen.ask_to_close(second.window)
+        second.wait(END)
+        self.screen.focus(first.window)
+        first.press("space")
+        first.wait(["playing"])
+
+    def test_window_can_be_made_small_and_remembers_nothing(self):
+        probe = self.started()
+        before = probe.window.get_geometry()
+        hints = probe.window.get_wm_normal_hints()
+        self.assertTrue(320 <= hints.min_width <= 640 and 240 <= hints.min_height <= 480, hints)
+        self.screen.resize(probe.window, before.width + 100, before.height + 50)
+        self.screen.ask_to_close(probe.window)
+        probe.wait(END)
+        again = self.started().window.get_geometry()
+        self.assertEqual((again.width, again.height), (before.width, before.height))
+
+
+def run(*arguments: str, **keywords) -> subprocess.CompletedProcess:
+    return subprocess.run([PROBE, *arguments], stdin=subprocess.DEVNULL, capture_output="stdout" not in keywords,
+                          text=True, timeout=60, **keywords)
+
+
+class Entry(unittest.TestCase):
+    def test_options_are_answered_without_a_display(self):
+        env = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+        answer = run("--version", env=env)
+        self.assertRegex(answer.stdout, r"\Atonewright \d+\.\d+\.\d+\n\Z")
+        self.assertEqual((answer.stderr, answer.returncode), ("", 0))
+        answer = run("--help", env=env)
+        self.assertIn("Usage: tonewright", answer.stdout)
+        self.assertEqual((answer.stderr, answer.returncode), ("", 0))
+
+    def test_unknown_arguments_are_refused_in_one_sentence(self):
+        for argument in ("--frobnicate", "file.wav", "-x", ""):
+            answer = run(argument)
+            self.assertEqual((answer.stdout, answer.returncode), ("", 2))
+            self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
+
+    def test_no_display_is_said_in_one_sentence(self):
+        for value in (None, ":4711"):
+            env = {name: text for name, text in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+            if value:
+                env["DISPLAY"] = value
+            answer = run(env=env)
+            self.assertEqual((answer.stdout, answer.returncode), ("", 1))
+            self.assertRegex(answer.stderr, r"\Atonewright: cannot open display.*\n\Z")
+
+    def test_closed_standard_output_changes_nothing(self):
+        screen = Display()
+        self.addCleanup(screen.close)
+        process = subprocess.Popen(["sh", "-c", f'exec "{PROBE}" >&- 2>&-'], stdin=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        window = screen.wait_window(process.pid)
+        screen.focus(window)
+        screen.press_key("space")
+        screen.ask_to_close(window)
+        self.assertEqual(process.wait(20), 0)
+
+    def test_first_frame_is_told_when_asked_for(self):
+        screen = Display()
+        self.addCleanup(screen.close)
+        began = time.monotonic()
+        process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, text=True,
+                                   stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", process.stderr.readline())
+        self.assertIsNotNone(told)
+        self.assertTrue(began < float(told[1]) < time.monotonic())
+
+
+if __name__ == "__main__":
+    main("test_ui_screen")

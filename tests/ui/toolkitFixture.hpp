@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the tests of screens share: a started toolkit, windows that are really shown, a bundle of one's own.
+#pragma once
+
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/Bundle.hpp"
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/UIViewController.hpp"
+#include "platform/ui/UIWindow.hpp"
+#include "platform/ui/detail/toolkit.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace platform::testing {
+
+/// Run the main loop until `done` or ten seconds have passed.
+inline bool waitFor(const std::function<bool()>& done) {
+    return RunLoop::current().runUntil(done, 10);
+}
+
+/// Starts the toolkit before the first test.
+class ToolkitTest : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        static const bool started = [] {
+            startToolkit();
+            return true;
+        }();
+        (void)started;
+    }
+};
+
+/// A controller that takes the view it is given.
+class PlainController final : public UIViewController {
+  public:
+    PlainController() = default;
+    void viewDidLayoutSubviews() override {
+        ++layouts;
+        if (onLayout) onLayout();
+    }
+    int layouts = 0;
+    std::function<void()> onLayout;
+};
+
+/// A window on the screen, filled by a plain view.
+struct ShownWindow {
+    ShownWindow(int width, int height) {
+        controller->setView(view);
+        window->setRootViewController(controller);
+        window->makeKeyAndVisible();
+        resize(width, height);
+    }
+    ~ShownWindow() { window->close(); }
+    ShownWindow(const ShownWindow&) = delete;
+    ShownWindow& operator=(const ShownWindow&) = delete;
+
+    void resize(int width, int height) const {
+        gtk_window_set_default_size(GTK_WINDOW(widgetOf(*window)), width, height);
+        const CGRect wanted{0, 0, static_cast<double>(width), static_cast<double>(height)};
+        EXPECT_TRUE(waitFor([&] { return view->bounds() == wanted; }));
+    }
+
+    std::shared_ptr<UIWindow> window = std::make_shared<UIWindow>();
+    std::shared_ptr<PlainController> controller = std::make_shared<PlainController>();
+    std::shared_ptr<UIView> view = std::make_shared<UIView>();
+};
+
+/// A bundle in a folder of its own, removed at the end.
+class TemporaryBundle {
+  public:
+    TemporaryBundle() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "bundle.XXXXXX").string();
+        _root = mkdtemp(pattern.data());
+        std::filesystem::create_directories(_root / "share" / "tonewright");
+    }
+    ~TemporaryBundle() {
+        std::error_code ignored;
+        std::filesystem::remove_all(_root, ignored);
+    }
+    TemporaryBundle(const TemporaryBundle&) = delete;
+    TemporaryBundle& operator=(const TemporaryBundle&) = delete;
+
+    void add(const std::string& file, const std::string& content) const {
+        std::ofstream(_root / "share" / "tonewright" / file) << content;
+    }
+    [[nodiscard]] Bundle bundle() const { return Bundle((_root / "bin").string()); }
+
+  private:
+    std::filesystem::path _root;
+};
+
+} // namespace platform::testing
+
+namespace platform {
+
+inline void PrintTo(const CGRect& rect, std::ostream* stream) {
+    *stream << '(' << rect.x << ", " << rect.y << ", " << rect.width << ", " << rect.height << ')';
+}
+
+} // namespace platform
