@@ -4,6 +4,7 @@
 import os
 import pathlib
 import re
+import select
 import signal
 import subprocess
 import sys
@@ -40,23 +41,23 @@ class Probe:
     def __init__(self, screen: Display):
         self.screen = screen
         self.process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True)
+                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
         self.lines: list[str] = []
-        os.set_blocking(self.process.stdout.fileno(), False)
+        self.process.stderr.readline()  # the first frame: from now on there is something to hit
         self.window = screen.wait_window(self.process.pid)
         self.wait(START)
         screen.focus(self.window)
 
-    def _read(self) -> None:
-        if read := self.process.stdout.read():
-            self.lines += read.splitlines()
+    def read(self, timeout: float = 0) -> None:
+        """Take what was written; wait for something at most `timeout` seconds. A line comes in one piece."""
+        if select.select([self.process.stdout], [], [], timeout)[0]:
+            self.lines += os.read(self.process.stdout.fileno(), 65536).decode().splitlines()
 
     def wait(self, wanted: list[str], timeout: float = 20) -> None:
         """Wait until exactly these lines have come, and take them."""
         end = time.monotonic() + timeout
         while len(self.lines) < len(wanted) and time.monotonic() < end:
-            self._read()
-            time.sleep(0.005)
+            self.read(0.1)
         if self.lines[:len(wanted)] != wanted:
             raise AssertionError(f"expected {wanted}, heard {self.lines}")
         del self.lines[:len(wanted)]
@@ -105,7 +106,7 @@ class Controls(unittest.TestCase):
             time.sleep(1.2)  # the server repeats after 0.66 s; there is no event for "nothing happened"
             for key in reversed(keys):
                 self.screen.key(key, False)
-            self.probe._read()
+            self.probe.read()
             self.assertEqual(self.probe.lines, [])
 
     def test_letters_with_alt_press_their_controls(self):
@@ -125,7 +126,12 @@ class Controls(unittest.TestCase):
         play = (60, height - 30)
         self.screen.click(self.probe.window, *play)
         self.probe.wait(["playing"])
-        self.screen.click(self.probe.window, *play)
+        # Stop is there to be hit from the next frame on.
+        for _ in range(10):
+            self.screen.click(self.probe.window, *play)
+            self.probe.read(0.5)
+            if self.probe.lines:
+                break
         self.probe.wait(["stopped"])
         self.probe.press("space")
         self.probe.wait(["playing"])
@@ -168,11 +174,13 @@ class Life(unittest.TestCase):
 
     def test_two_at_once_do_not_know_each_other(self):
         first, second = self.started(), self.started()
+        first.wait(["willResignActive"])  # the keyboard went to the second
         second.press("space")
         second.wait(["playing"])
         self.screen.ask_to_close(second.window)
         second.wait(END)
         self.screen.focus(first.window)
+        first.wait(["didBecomeActive"])
         first.press("space")
         first.wait(["playing"])
 
