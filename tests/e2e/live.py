@@ -41,7 +41,7 @@ class LivePath:
     @classmethod
     def setUpClass(cls):
         cls.work = pathlib.Path(tempfile.mkdtemp(prefix="live."))
-        cls.screen = Screen()
+        cls.screen = Screen(accessible=True)
         cls.program = Program(environment=cls.environment())
         cls.addClassCleanup(lambda: (cls.program.kill(), cls.screen.close(), shutil.rmtree(cls.work)))
         cls.window = cls.screen.wait_window(cls.program.process.pid)

@@ -71,7 +71,7 @@ class Program:
         self.lines: list[str] = []
         self._news = threading.Condition()
         self._ended = False
-        env = {name: value for name, value in os.environ.items() if name not in ("GTK_A11Y", "NO_AT_BRIDGE")}
+        env = dict(os.environ)
         env.update(environment or {})
         if tree and not (tree.root / "lib").exists():
             env["LV2_PATH"] = "/nonexistent"

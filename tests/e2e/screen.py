@@ -16,25 +16,31 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 
 class Screen:
-    """The virtual display that this test runs on, with an accessibility bus of its own."""
+    """The virtual display that this test runs on, with an accessibility bus of its own where one is asked for."""
 
-    def __init__(self):
+    def __init__(self, accessible: bool = False):
+        self.x = display.Display()
+        self._buses = []
+        if accessible:
+            self._start_buses()
+
+    def _start_buses(self) -> None:
         directory = os.environ["XDG_RUNTIME_DIR"]
         address = f"unix:path={directory}/a11y-session"
-        self._bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"],
-                                     stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        quiet = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        self._buses.append(subprocess.Popen(
+            ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"], **quiet))
         end = time.monotonic() + 10
         while not os.path.exists(f"{directory}/a11y-session") and time.monotonic() < end:
             time.sleep(0.02)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = address
-        self._launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"],
-                                          stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                          stderr=subprocess.DEVNULL)
-        self.x = display.Display()
+        for switched_off in ("GTK_A11Y", "NO_AT_BRIDGE"):
+            os.environ.pop(switched_off, None)
+        self._buses.append(subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], **quiet))
 
     def close(self) -> None:
         self.x.close()
-        for process in (self._launcher, self._bus):
+        for process in reversed(self._buses):
             process.terminate()
             process.wait()
 
