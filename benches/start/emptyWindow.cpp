@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit of starting: a process that shows one empty window of the toolkit and says when its first frame was
-// painted. Nothing can be left out: without gtk_init there is no display, without a window no surface, without
-// presenting it no frame, and without the frame clock's signal the moment is not known. It runs on until it is told
-// to end, as the limit of memory too.
+// The limit of starting: a process that shows one empty window of the toolkit and says when its first frame
+// was painted. Nothing can be left out: without gtk_init there is no display, without a window no surface,
+// without presenting it no frame, and without the frame clock's signal the moment is not known. It runs on
+// until it is told to end, as the limit of memory too.
 #include <gtk/gtk.h>
 
 #include <cstdio>
@@ -31,7 +31,7 @@ int main() {
     setenv("GDK_BACKEND", "x11", 1);
     gtk_init();
     GtkWidget* window = gtk_window_new();
-    gtk_window_set_default_size(GTK_WINDOW(window), 900, 620);
+    gtk_window_set_default_size(GTK_WINDOW(window), 920, 680);
     g_signal_connect(window, "realize", G_CALLBACK(onRealise), window);
     gtk_window_present(GTK_WINDOW(window));
     for (;;) g_main_context_iteration(nullptr, TRUE);

@@ -41,6 +41,7 @@ class Faults(unittest.TestCase):
         program = Program(tree, **keywords)
         self.addCleanup(program.kill)
         program.window = self.screen.wait_window(program.process.pid)
+        program.wait_first_frame()
         return program
 
     def toggle(self, program: Program) -> None:

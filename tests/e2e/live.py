@@ -45,6 +45,7 @@ class LivePath:
         cls.program = Program(environment=cls.environment())
         cls.addClassCleanup(lambda: (cls.program.kill(), cls.screen.close(), shutil.rmtree(cls.work)))
         cls.window = cls.screen.wait_window(cls.program.process.pid)
+        cls.program.wait_first_frame()
         cls.ready = cls.program.wait_ready()
         cls.controls = Controls(cls.program.process.pid)
 

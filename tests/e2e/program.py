@@ -71,7 +71,7 @@ class Program:
         self.lines: list[str] = []
         self._news = threading.Condition()
         self._ended = False
-        env = dict(os.environ)
+        env = dict(os.environ, TONEWRIGHT_TRACE_START="1")
         env.update(environment or {})
         if tree and not (tree.root / "lib").exists():
             env["LV2_PATH"] = "/nonexistent"
@@ -114,6 +114,14 @@ class Program:
 
     def wait_for_text(self, text: str, **keywords) -> int:
         return self.wait_for(re.escape(text), **keywords)
+
+    def wait_first_frame(self) -> None:
+        """Wait until the window shows what can be clicked."""
+        end = time.monotonic() + PATIENCE
+        while "first frame" not in self.errors():
+            if self.process.poll() is not None or time.monotonic() > end:
+                raise AssertionError(f"the window showed no frame; standard error:\n{self.errors()}")
+            time.sleep(0.01)
 
     def wait_ready(self) -> int:
         return self.wait_for_text(READY)

@@ -73,11 +73,15 @@ class Screen:
         window.set_input_focus(X.RevertToParent, X.CurrentTime)
         self.x.sync()
 
-    def click(self, window, x: int, y: int) -> None:
-        """Press and release the left button at a place of a window."""
+    def point_at(self, window, x: int, y: int) -> None:
+        """Move the pointer to a place of a window."""
         place = window.translate_coords(self.x.screen().root, 0, 0)
         xtest.fake_input(self.x, X.MotionNotify, x=x - place.x, y=y - place.y)
         self.x.sync()
+
+    def click(self, window, x: int, y: int) -> None:
+        """Press and release the left button at a place of a window."""
+        self.point_at(window, x, y)
         for kind in (X.ButtonPress, X.ButtonRelease):
             xtest.fake_input(self.x, kind, 1)
         self.x.sync()

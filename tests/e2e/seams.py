@@ -28,6 +28,7 @@ def play(file: pathlib.Path, seconds: float, rate: int = 48000, channels: int = 
     try:
         program.wait_for_text("ERROR: There were no audio units found.")
         recording = sound.Recording(work / "heard.wav", rate, channels)
+        program.wait_first_frame()
         screen.focus(screen.wait_window(program.process.pid))
         screen.press_key("space")
         program.wait_for_text(PLAYING)
