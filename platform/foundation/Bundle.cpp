@@ -3,6 +3,8 @@
 
 #include "platform/foundation/Bundle.hpp"
 
+#include "platform/foundation/FileManager.hpp"
+
 #include <filesystem>
 #include <system_error>
 
@@ -46,6 +48,61 @@ std::optional<URL> Bundle::URLForResource(std::string_view name, std::string_vie
     std::error_code ignored;
     if (!fs::exists(url.path(), ignored)) return std::nullopt;
     return url;
+}
+
+std::optional<std::string> Bundle::resourcePath() const {
+    const auto url = resourceURL();
+    return url ? std::optional(url->path()) : std::nullopt;
+}
+
+// The directory above bin; a test program lies one level deeper.
+std::string Bundle::prefix() const {
+    const fs::path directory = _executableDirectory;
+    const fs::path above = directory.parent_path();
+    return (above.filename() == "bin" ? above.parent_path() : above).string();
+}
+
+URL Bundle::bundleURL() const {
+    return URL::fileURLWithPath(prefix(), true);
+}
+URL Bundle::executableURL() const {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    return URL::fileURLWithPath(_executableDirectory + "/" + program.filename().string(), false);
+}
+URL Bundle::privateFrameworksURL() const {
+    return URL::fileURLWithPath(prefix() + "/lib/tonewright", true);
+}
+URL Bundle::sharedFrameworksURL() const {
+    return URL::fileURLWithPath(prefix() + "/lib", true);
+}
+URL Bundle::builtInPlugInsURL() const {
+    return URL::fileURLWithPath(prefix() + "/lib/lv2", true);
+}
+URL Bundle::sharedSupportURL() const {
+    return URL::fileURLWithPath(prefix() + "/share", true);
+}
+URL Bundle::appStoreReceiptURL() const {
+    return URL::fileURLWithPath(prefix() + "/share/tonewright/receipt", false);
+}
+
+std::optional<std::string> Bundle::bundleIdentifier() const {
+    std::error_code error;
+    if (fs::read_symlink("/proc/self/exe", error).filename() != "tonewright") return std::nullopt;
+    return std::string(ApplicationIdentifier);
+}
+
+std::vector<std::string> Bundle::pathsForResourcesOfType(std::string_view ofType,
+                                                         const std::string& inDirectory) {
+    std::vector<std::string> paths;
+    const auto names = FileManager::defaultManager().contentsOfDirectoryAtPath(inDirectory);
+    if (!names) return paths;
+    for (const std::string& name : names.value()) {
+        const std::size_t dot = name.rfind('.');
+        if (dot != std::string::npos && dot > 0 && std::string_view(name).substr(dot + 1) == ofType)
+            paths.push_back(inDirectory + "/" + name);
+    }
+    return paths;
 }
 
 } // namespace platform

@@ -1,27 +1,121 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The system's file operations under one roof. Any thread.
+// The system's file operations under one roof. Paths are bytes of any length; relative ones are taken from the
+// process's current directory. Any thread; one manager's delegate is set before its operations run.
 #pragma once
 
+#include "platform/foundation/DirectoryEnumerator.hpp"
+#include "platform/foundation/FileAttributes.hpp"
+#include "platform/foundation/FileManagerDelegate.hpp"
+#include "platform/foundation/Result.hpp"
 #include "platform/foundation/URL.hpp"
 
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
 
-enum class SearchPathDirectory { Document };
-enum class SearchPathDomain { User };
+/// The standard directories, with their numbers.
+enum class SearchPathDirectory : unsigned {
+    Application = 1,
+    DemoApplication = 2,
+    DeveloperApplication = 3,
+    AdminApplication = 4,
+    Library = 5,
+    Developer = 6,
+    User = 7,
+    Documentation = 8,
+    Document = 9,
+    CoreService = 10,
+    AutosavedInformation = 11,
+    Desktop = 12,
+    Caches = 13,
+    ApplicationSupport = 14,
+    Downloads = 15,
+    InputMethods = 16,
+    Movies = 17,
+    Music = 18,
+    Pictures = 19,
+    PrinterDescription = 20,
+    SharedPublic = 21,
+    PreferencePanes = 22,
+    ItemReplacement = 99,
+    AllApplications = 100,
+    AllLibraries = 101,
+};
+
+/// Whose directories: a bit mask.
+enum class SearchPathDomain : unsigned { User = 1, Local = 2, Network = 4, System = 8, All = 0xFFFF };
 
 class FileManager {
   public:
     /// Give the process's file manager.
     [[nodiscard]] static FileManager& defaultManager();
 
-    /// Give the places of a standard directory, never none: for documents, the user's documents directory of
-    /// the desktop standard (xdg-user-dirs), else `Documents` in the home directory. They need not exist.
+    /// Let `delegate` answer this manager's questions; null for nobody. It must be taken away before it goes.
+    void setDelegate(FileManagerDelegate* delegate) noexcept { _delegate = delegate; }
+    [[nodiscard]] FileManagerDelegate* delegate() const noexcept { return _delegate; }
+
+    // Where one stands. The current directory is the process's.
+    bool changeCurrentDirectoryPath(const std::string& path);
+    /// Give the absolute path of the current directory; empty when it was removed.
+    [[nodiscard]] std::string currentDirectoryPath() const;
+
+    // Questions about one item. They follow links, except the last two.
+    [[nodiscard]] bool fileExistsAtPath(const std::string& path) const;
+    bool fileExistsAtPath(const std::string& path, bool& isDirectory) const;
+    [[nodiscard]] bool isReadableFileAtPath(const std::string& path) const;
+    [[nodiscard]] bool isWritableFileAtPath(const std::string& path) const;
+    [[nodiscard]] bool isExecutableFileAtPath(const std::string& path) const;
+    /// Tell whether the item's directory is writable and searchable and its sticky bit, if set, lets the
+    /// process remove the item.
+    [[nodiscard]] bool isDeletableFileAtPath(const std::string& path) const;
+    /// Give the item's attributes: file number, size, modification date and creation date always, and more.
+    [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(const std::string& path) const;
+
+    // What a directory holds, in byte order.
+    /// Give a walk over everything below `path`; null when it cannot be opened.
+    [[nodiscard]] std::shared_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) const;
+    [[nodiscard]] Result<std::vector<std::string>> contentsOfDirectoryAtPath(const std::string& path) const;
+    [[nodiscard]] Result<std::vector<std::string>> subpathsOfDirectoryAtPath(const std::string& path) const;
+    [[nodiscard]] std::optional<std::vector<std::string>> subpathsAtPath(const std::string& path) const;
+
+    // Changes. Each asks the delegate before every item and after every error, gives the error that ended it,
+    // or none, and never leaves the tree through a link.
+    /// Remove a file, a link or a whole directory.
+    std::optional<Error> removeItemAtURL(const URL& url);
+    std::optional<Error> removeItemAtPath(const std::string& path);
+    /// Copy a file or a whole directory; an existing destination is an error. A file appears at its
+    /// destination whole or not at all. Permissions, dates and extended attributes go with it, the owner does
+    /// not.
+    std::optional<Error> copyItemAtURL(const URL& url, const URL& toURL);
+    std::optional<Error> copyItemAtPath(const std::string& path, const std::string& toPath);
+    /// Rename, and across file systems copy and remove; an existing destination is an error.
+    std::optional<Error> moveItemAtURL(const URL& url, const URL& toURL);
+    std::optional<Error> moveItemAtPath(const std::string& path, const std::string& toPath);
+    /// Make hard links to a file, or to every file of a directory in directories of its own.
+    std::optional<Error> linkItemAtURL(const URL& url, const URL& toURL);
+    std::optional<Error> linkItemAtPath(const std::string& path, const std::string& toPath);
+    /// Make a directory and those above it; one that exists is no error.
+    std::optional<Error> createDirectoryAtPath(const std::string& path);
+
+    // Standard places. They need not exist.
+    [[nodiscard]] URL temporaryDirectory() const;
+    /// Give the places of a standard directory as the desktop's standards know them, the user's first; none
+    /// for one without a counterpart. The user's documents are never none.
     [[nodiscard]] std::vector<URL> URLsForDirectory(SearchPathDirectory directory,
                                                     SearchPathDomain inDomains) const;
+    /// Give the folder that the maker's programs share, in the user's data directory, and make it when it is
+    /// missing. Absent for a user without any such directory.
+    [[nodiscard]] std::optional<URL>
+    containerURLForSecurityApplicationGroupIdentifier(std::string_view group) const;
+
+  private:
+    FileManagerDelegate* _delegate = nullptr;
 };
 
 } // namespace platform

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/Date.hpp"
+
+#include <cstdio>
+#include <ctime>
+
+namespace platform {
+
+Date Date::now() {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return {now.tv_sec, static_cast<std::uint32_t>(now.tv_nsec)};
+}
+
+// Counts in eras of 400 years that begin on a first of March, so that the leap day is an era's last.
+CivilDay civilDay(std::int64_t days) noexcept {
+    constexpr std::int64_t DaysOfEra = 146097;
+    const std::int64_t shifted = days + 719468; // since 0000-03-01
+    const std::int64_t era = (shifted >= 0 ? shifted : shifted - (DaysOfEra - 1)) / DaysOfEra;
+    const auto dayOfEra = static_cast<unsigned>(shifted - era * DaysOfEra);
+    const unsigned yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const unsigned dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const unsigned monthFromMarch = (5 * dayOfYear + 2) / 153;
+    const unsigned month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
+    return {static_cast<std::int64_t>(yearOfEra) + era * 400 + (month <= 2 ? 1 : 0), month,
+            dayOfYear - (153 * monthFromMarch + 2) / 5 + 1};
+}
+
+std::string Date::description() const {
+    constexpr std::int64_t Day = 86400;
+    const std::int64_t days = seconds / Day - (seconds % Day < 0 ? 1 : 0);
+    const auto second = static_cast<unsigned>(seconds - days * Day);
+    const CivilDay civil = civilDay(days);
+    char text[64];
+    const int length = std::snprintf(text, sizeof text, "%04lld-%02u-%02u %02u:%02u:%02u +0000",
+                                     static_cast<long long>(civil.year), civil.month, civil.day,
+                                     second / 3600, second / 60 % 60, second % 60);
+    return {text, static_cast<std::size_t>(length)};
+}
+
+} // namespace platform

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A moment as file systems keep it. A value; any thread.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <string>
+
+namespace platform {
+
+struct Date {
+    std::int64_t seconds = 0;     // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
+    std::uint32_t nanoseconds = 0; // 0 to 999,999,999, later than `seconds`
+
+    /// Give the present moment of the system's clock.
+    [[nodiscard]] static Date now();
+    /// Give the technical text in UTC, "2026-11-16 09:40:14 +0000".
+    [[nodiscard]] std::string description() const;
+
+    friend constexpr auto operator<=>(const Date&, const Date&) = default;
+};
+
+/// A day of the (proleptic) Gregorian calendar.
+struct CivilDay {
+    std::int64_t year = 1970;
+    unsigned month = 1; // 1 to 12
+    unsigned day = 1;   // 1 to 31
+};
+
+/// Give the day that lies `days` after 1970-01-01.
+[[nodiscard]] CivilDay civilDay(std::int64_t days) noexcept;
+
+} // namespace platform

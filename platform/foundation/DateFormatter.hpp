@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Dates as people read them: the medium date and time styles of the locale "en_US", whatever the user's own,
+// in the local time zone, seconds truncated. Any thread.
+// Source of the pattern "MMM d, y 'at' h:mm:ss a": CLDR, en.
+#pragma once
+
+#include "platform/foundation/Date.hpp"
+
+#include <string>
+
+namespace platform {
+
+/// The most bytes that one text of `writeMediumDateTime` takes.
+inline constexpr std::size_t MediumDateTimeLength = 48;
+
+class DateFormatter {
+  public:
+    /// Give the text, for example "Nov 16, 2026 at 9:40:14 AM".
+    [[nodiscard]] std::string stringFromDate(const Date& date) const;
+    /// Write the text to `text`, which has room for `MediumDateTimeLength` bytes; give the end behind it.
+    static char* writeMediumDateTime(char* text, const Date& date);
+    /// Read the time zone (`TZ`, /etc/localtime) again; the formatter keeps what it knew of it otherwise.
+    static void resetTimeZone();
+};
+
+} // namespace platform

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A walk over everything below a directory, depth first, a directory before its contents, the names of one
+// directory in byte order. It is lazy: a directory is opened only when its successor is asked for; one that was
+// deleted meanwhile or cannot be read is silently empty. Links are given and not descended into. Used from one
+// thread at a time.
+#pragma once
+
+#include "platform/foundation/Error.hpp"
+#include "platform/foundation/FileAttributes.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace platform {
+
+/// What the file manager's questions answer for one item.
+struct FileFacts {
+    bool exists = false; // this and the next four follow a link
+    bool isDirectory = false;
+    bool isReadable = false;
+    bool isWritable = false;
+    bool isExecutable = false;
+    bool isDeletable = false;
+    FileAttributes attributes;  // of the item itself; empty when they could not be read
+    std::optional<Error> error; // why they could not be read
+};
+
+class DirectoryEnumerator {
+  public:
+    /// Open the directory at `path` (a link to one is followed); null when that fails.
+    [[nodiscard]] static std::shared_ptr<DirectoryEnumerator> open(const std::string& path);
+    ~DirectoryEnumerator();
+    DirectoryEnumerator(const DirectoryEnumerator&) = delete;
+    DirectoryEnumerator& operator=(const DirectoryEnumerator&) = delete;
+
+    /// Give the next item as a path relative to the directory; absent at the end.
+    [[nodiscard]] std::optional<std::string> nextObject();
+    /// Give the depth of the item last returned: 1 for items directly inside the directory.
+    [[nodiscard]] std::int64_t level() const noexcept;
+    /// Give the attributes of the enumerated directory itself; absent when they cannot be read.
+    [[nodiscard]] std::optional<FileAttributes> directoryAttributes() const;
+
+    /// Give what the file manager would answer for the item last returned, asked of its open directory and not
+    /// by its path: faster, and right for paths of any length.
+    [[nodiscard]] FileFacts facts();
+    /// Give the number of items in the directory of the item last returned.
+    [[nodiscard]] std::size_t siblingCount() const noexcept;
+
+  private:
+    class Implementation;
+    explicit DirectoryEnumerator(std::unique_ptr<Implementation> implementation);
+    std::unique_ptr<Implementation> _implementation;
+};
+
+} // namespace platform

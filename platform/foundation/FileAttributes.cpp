@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/FileAttributes.hpp"
+
+#include "platform/foundation/detail/FileKind.hpp"
+#include "platform/foundation/detail/FileStatus.hpp"
+#include "platform/foundation/fatal.hpp"
+
+#include <bit>
+#include <memory>
+#include <sys/stat.h>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using Word = std::array<std::uint32_t, 2>;
+
+constexpr std::array<std::string_view, FileAttributeKeyCount> KeyTexts = {
+    "NSFileAppendOnly",
+    "NSFileCreationDate",
+    "NSFileGroupOwnerAccountID",
+    "NSFileGroupOwnerAccountName",
+    "NSFileImmutable",
+    "NSFileModificationDate",
+    "NSFileOwnerAccountID",
+    "NSFileOwnerAccountName",
+    "NSFilePosixPermissions",
+    "NSFileReferenceCount",
+    "NSFileSize",
+    "NSFileSystemFileNumber",
+    "NSFileSystemNumber",
+    "NSFileType",
+};
+
+std::string typeText(std::uint32_t mode) {
+    switch (mode & S_IFMT) {
+    case S_IFREG: return "NSFileTypeRegular";
+    case S_IFDIR: return "NSFileTypeDirectory";
+    case S_IFLNK: return "NSFileTypeSymbolicLink";
+    case S_IFSOCK: return "NSFileTypeSocket";
+    case S_IFCHR: return "NSFileTypeCharacterSpecial";
+    case S_IFBLK: return "NSFileTypeBlockSpecial";
+    default: return "NSFileTypeUnknown";
+    }
+}
+
+std::uint64_t number(Word word) noexcept {
+    return std::bit_cast<std::uint64_t>(word);
+}
+Date date(Word seconds, std::uint32_t nanoseconds) noexcept {
+    return {std::bit_cast<std::int64_t>(seconds), nanoseconds};
+}
+std::optional<FileAttribute> text(std::optional<std::string> name) {
+    if (!name) return std::nullopt;
+    return std::move(*name);
+}
+
+} // namespace
+
+std::string_view textOf(FileAttributeKey key) noexcept {
+    return KeyTexts[static_cast<std::size_t>(key)];
+}
+
+std::string describe(const FileAttribute& attribute) {
+    if (const auto* flag = std::get_if<bool>(&attribute)) return *flag ? "true" : "false";
+    if (const auto* value = std::get_if<NSNumber>(&attribute)) return value->stringValue();
+    if (const auto* moment = std::get_if<Date>(&attribute)) return moment->description();
+    return std::get<std::string>(attribute);
+}
+
+FileAttributes::FileAttributes(const detail::FileStatus& status)
+    : _size(std::bit_cast<Word>(status.size))
+    , _fileNumber(std::bit_cast<Word>(status.fileNumber))
+    , _modificationSeconds(std::bit_cast<Word>(status.modification.seconds))
+    , _modificationNanoseconds(status.modification.nanoseconds)
+    , _creationSeconds(std::bit_cast<Word>(status.creation.seconds))
+    , _creationNanoseconds(status.creation.nanoseconds) {
+    const detail::FileKind kind{status.device, status.mode,        status.links,       status.owner,
+                                status.group,  status.isImmutable, status.isAppendOnly};
+    _kind = detail::numberOfKind(kind);
+    if (_kind == Empty) become(entries(kind)); // the table is full
+}
+
+FileAttributes::FileAttributes(const FileAttributes& other)
+    : _kind(other._kind)
+    , _size(other._size)
+    , _fileNumber(other._fileNumber)
+    , _modificationSeconds(other._modificationSeconds)
+    , _modificationNanoseconds(other._modificationNanoseconds)
+    , _creationSeconds(other._creationSeconds)
+    , _creationNanoseconds(other._creationNanoseconds) {
+    if (_kind == Special) _size = std::bit_cast<Word>(new Dictionary(*other.dictionary()));
+}
+
+FileAttributes::FileAttributes(FileAttributes&& other) noexcept
+    : _kind(std::exchange(other._kind, Empty))
+    , _size(other._size)
+    , _fileNumber(other._fileNumber)
+    , _modificationSeconds(other._modificationSeconds)
+    , _modificationNanoseconds(other._modificationNanoseconds)
+    , _creationSeconds(other._creationSeconds)
+    , _creationNanoseconds(other._creationNanoseconds) {}
+
+FileAttributes& FileAttributes::operator=(FileAttributes other) noexcept {
+    std::swap(_kind, other._kind);
+    std::swap(_size, other._size);
+    _fileNumber = other._fileNumber;
+    _modificationSeconds = other._modificationSeconds;
+    _modificationNanoseconds = other._modificationNanoseconds;
+    _creationSeconds = other._creationSeconds;
+    _creationNanoseconds = other._creationNanoseconds;
+    return *this;
+}
+
+FileAttributes::~FileAttributes() {
+    if (_kind == Special) delete dictionary();
+}
+
+FileAttributes::Dictionary* FileAttributes::dictionary() const noexcept {
+    static_assert(sizeof(Dictionary*) == sizeof(Word));
+    return std::bit_cast<Dictionary*>(_size);
+}
+
+std::size_t FileAttributes::count() const {
+    return entries().size();
+}
+
+std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key) const {
+    if (_kind == Empty) return std::nullopt;
+    if (_kind == Special) {
+        const auto found = dictionary()->find(key);
+        return found == dictionary()->end() ? std::nullopt : std::optional(found->second);
+    }
+    return value(key, detail::kindOfNumber(_kind));
+}
+
+std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key, const detail::FileKind& kind) const {
+    switch (key) {
+    case FileAttributeKey::NSFileAppendOnly: return kind.isAppendOnly;
+    case FileAttributeKey::NSFileCreationDate: return date(_creationSeconds, _creationNanoseconds);
+    case FileAttributeKey::NSFileGroupOwnerAccountID: return NSNumber(kind.group);
+    case FileAttributeKey::NSFileGroupOwnerAccountName: return text(detail::groupName(kind.group));
+    case FileAttributeKey::NSFileImmutable: return kind.isImmutable;
+    case FileAttributeKey::NSFileModificationDate: return date(_modificationSeconds, _modificationNanoseconds);
+    case FileAttributeKey::NSFileOwnerAccountID: return NSNumber(kind.owner);
+    case FileAttributeKey::NSFileOwnerAccountName: return text(detail::userName(kind.owner));
+    case FileAttributeKey::NSFilePosixPermissions: return NSNumber(kind.mode & 07777U);
+    case FileAttributeKey::NSFileReferenceCount: return NSNumber(kind.links);
+    case FileAttributeKey::NSFileSize: return NSNumber(number(_size));
+    case FileAttributeKey::NSFileSystemFileNumber: return NSNumber(number(_fileNumber));
+    case FileAttributeKey::NSFileSystemNumber: return NSNumber(kind.device);
+    case FileAttributeKey::NSFileType: return typeText(kind.mode);
+    }
+    return std::nullopt;
+}
+
+FileAttributes::Dictionary FileAttributes::entries() const {
+    if (_kind == Empty) return {};
+    return _kind == Special ? *dictionary() : entries(detail::kindOfNumber(_kind));
+}
+
+FileAttributes::Dictionary FileAttributes::entries(const detail::FileKind& kind) const {
+    Dictionary all;
+    for (std::size_t i = 0; i < FileAttributeKeyCount; ++i) {
+        const auto key = static_cast<FileAttributeKey>(i);
+        if (auto entry = value(key, kind)) all.emplace(key, std::move(*entry));
+    }
+    return all;
+}
+
+void FileAttributes::become(Dictionary entries) {
+    *this = FileAttributes();
+    if (entries.empty()) return;
+    _size = std::bit_cast<Word>(new Dictionary(std::move(entries)));
+    _kind = Special;
+}
+
+void FileAttributes::setValue(FileAttributeKey key, FileAttribute value) {
+    Dictionary all = entries();
+    all.insert_or_assign(key, std::move(value));
+    become(std::move(all));
+}
+
+void FileAttributes::removeValue(FileAttributeKey key) {
+    Dictionary all = entries();
+    all.erase(key);
+    become(std::move(all));
+}
+
+template <class T>
+std::optional<T> FileAttributes::special(FileAttributeKey key) const {
+    const std::optional<FileAttribute> found = value(key);
+    if (!found) return std::nullopt;
+    if (const T* typed = std::get_if<T>(&*found)) return *typed;
+    fatal("Could not cast the value of a file attribute to the type of its key");
+}
+
+std::optional<NSNumber> FileAttributes::systemFileNumber() const {
+    if (_kind == Empty) return std::nullopt;
+    if (_kind == Special) return special<NSNumber>(FileAttributeKey::NSFileSystemFileNumber);
+    return NSNumber(number(_fileNumber));
+}
+
+std::optional<NSNumber> FileAttributes::size() const {
+    if (_kind == Empty) return std::nullopt;
+    if (_kind == Special) return special<NSNumber>(FileAttributeKey::NSFileSize);
+    return NSNumber(number(_size));
+}
+
+std::optional<Date> FileAttributes::modificationDate() const {
+    if (_kind == Empty) return std::nullopt;
+    if (_kind == Special) return special<Date>(FileAttributeKey::NSFileModificationDate);
+    return date(_modificationSeconds, _modificationNanoseconds);
+}
+
+std::optional<Date> FileAttributes::creationDate() const {
+    if (_kind == Empty) return std::nullopt;
+    if (_kind == Special) return special<Date>(FileAttributeKey::NSFileCreationDate);
+    return date(_creationSeconds, _creationNanoseconds);
+}
+
+std::string FileAttributes::description() const {
+    if (_kind == Empty) return "[:]";
+    std::string all = "[";
+    for (std::size_t i = 0; i < FileAttributeKeyCount; ++i) {
+        const auto key = static_cast<FileAttributeKey>(i);
+        const auto entry = value(key);
+        if (!entry) continue;
+        if (all.size() > 1) all += ", ";
+        all.append(textOf(key)).append(": ").append(describe(*entry));
+    }
+    return all += ']';
+}
+
+bool operator==(const FileAttributes& a, const FileAttributes& b) {
+    return a.entries() == b.entries();
+}
+
+} // namespace platform

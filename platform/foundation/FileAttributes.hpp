@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the file system records of one item: a dictionary to look at, a flat record of 44 bytes to keep.
+// The answers of the file manager are always whole records; a dictionary that somebody puts together key by
+// key is kept as a real one instead. A value; concurrent reading is safe.
+#pragma once
+
+#include "platform/foundation/Date.hpp"
+#include "platform/foundation/NSNumber.hpp"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace platform {
+
+namespace detail {
+struct FileKind;
+struct FileStatus;
+} // namespace detail
+
+/// The keys, in the order of their texts.
+enum class FileAttributeKey : std::uint8_t {
+    NSFileAppendOnly,
+    NSFileCreationDate,
+    NSFileGroupOwnerAccountID,
+    NSFileGroupOwnerAccountName,
+    NSFileImmutable,
+    NSFileModificationDate,
+    NSFileOwnerAccountID,
+    NSFileOwnerAccountName,
+    NSFilePosixPermissions,
+    NSFileReferenceCount,
+    NSFileSize,
+    NSFileSystemFileNumber,
+    NSFileSystemNumber,
+    NSFileType,
+};
+inline constexpr std::size_t FileAttributeKeyCount = 14;
+
+/// Give the key's own text, "NSFileSize".
+[[nodiscard]] std::string_view textOf(FileAttributeKey key) noexcept;
+
+/// A flag, a number, a date or a text; which of them, the key decides. NSFileType is one of the texts
+/// "NSFileTypeRegular", "NSFileTypeDirectory", "NSFileTypeSymbolicLink", "NSFileTypeSocket",
+/// "NSFileTypeCharacterSpecial", "NSFileTypeBlockSpecial", "NSFileTypeUnknown".
+using FileAttribute = std::variant<bool, NSNumber, Date, std::string>;
+
+/// Give the value's text: "true", "17", "2026-11-16 09:40:14 +0000", the text itself.
+[[nodiscard]] std::string describe(const FileAttribute& attribute);
+
+class FileAttributes {
+  public:
+    /// Make a dictionary without entries.
+    FileAttributes() noexcept = default;
+    /// Make the record of an item that exists.
+    explicit FileAttributes(const detail::FileStatus& status);
+    FileAttributes(const FileAttributes& other);
+    FileAttributes(FileAttributes&& other) noexcept;
+    FileAttributes& operator=(FileAttributes other) noexcept;
+    ~FileAttributes();
+
+    [[nodiscard]] bool isEmpty() const noexcept { return _kind == Empty; }
+    /// Give the number of entries.
+    [[nodiscard]] std::size_t count() const;
+    /// Give the value of `key`; absent when the dictionary has none. (An account without a name has only its
+    /// number.)
+    [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key) const;
+    void setValue(FileAttributeKey key, FileAttribute value);
+    void removeValue(FileAttributeKey key);
+
+    // The four that every item has, without the detour over a general value. Absent when the key is; a value
+    // of another type than the key's is fatal.
+    [[nodiscard]] std::optional<NSNumber> systemFileNumber() const;
+    [[nodiscard]] std::optional<NSNumber> size() const;
+    [[nodiscard]] std::optional<Date> modificationDate() const;
+    [[nodiscard]] std::optional<Date> creationDate() const;
+
+    /// Give the entries as text, "[NSFileAppendOnly: false, ...]", keys in order; "[:]" when there are none.
+    [[nodiscard]] std::string description() const;
+
+    friend bool operator==(const FileAttributes& a, const FileAttributes& b);
+
+  private:
+    using Dictionary = std::map<FileAttributeKey, FileAttribute>;
+    using Word = std::array<std::uint32_t, 2>; // 64 bits at an alignment of 32: keeps the record at 44 bytes
+
+    static constexpr std::uint32_t Empty = 0;
+    static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
+
+    [[nodiscard]] Dictionary* dictionary() const noexcept;
+    [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key, const detail::FileKind& kind) const;
+    [[nodiscard]] Dictionary entries() const;
+    [[nodiscard]] Dictionary entries(const detail::FileKind& kind) const;
+    void become(Dictionary dictionary);
+    template <class T>
+    [[nodiscard]] std::optional<T> special(FileAttributeKey key) const;
+
+    std::uint32_t _kind = Empty; // Empty, Special, or what the item shares with others (detail/FileKind.hpp)
+    Word _size{};
+    Word _fileNumber{};
+    Word _modificationSeconds{};
+    std::uint32_t _modificationNanoseconds = 0;
+    Word _creationSeconds{};
+    std::uint32_t _creationNanoseconds = 0;
+};
+static_assert(sizeof(FileAttributes) == 44);
+
+} // namespace platform

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A whole number as an object of its own: signed and unsigned 64-bit values in one type. A value; any thread.
+#pragma once
+
+#include <compare>
+#include <concepts>
+#include <cstdint>
+#include <string>
+
+namespace platform {
+
+class NSNumber {
+  public:
+    /// Make the number 0.
+    constexpr NSNumber() noexcept = default;
+    template <std::signed_integral T>
+    constexpr NSNumber(T value) noexcept // a number is a number
+        : _bits(static_cast<std::uint64_t>(value)) {}
+    template <std::unsigned_integral T>
+    constexpr NSNumber(T value) noexcept
+        : _bits(value)
+        , _isBeyondSigned(_bits > 0x7FFFFFFFFFFFFFFFU) {}
+
+    /// Give the value; one beyond the signed range keeps its bits.
+    [[nodiscard]] constexpr std::int64_t longLongValue() const noexcept {
+        return static_cast<std::int64_t>(_bits);
+    }
+    [[nodiscard]] constexpr std::uint64_t unsignedLongLongValue() const noexcept { return _bits; }
+    /// Tell whether the value is larger than every signed one.
+    [[nodiscard]] constexpr bool isBeyondSigned() const noexcept { return _isBeyondSigned; }
+    /// Give the decimal text.
+    [[nodiscard]] std::string stringValue() const {
+        return _isBeyondSigned ? std::to_string(_bits) : std::to_string(longLongValue());
+    }
+
+    friend constexpr bool operator==(const NSNumber&, const NSNumber&) = default;
+    friend constexpr std::strong_ordering operator<=>(const NSNumber& a, const NSNumber& b) noexcept {
+        if (a._isBeyondSigned != b._isBeyondSigned) return a._isBeyondSigned <=> b._isBeyondSigned;
+        return a._isBeyondSigned ? a._bits <=> b._bits : a.longLongValue() <=> b.longLongValue();
+    }
+
+  private:
+    std::uint64_t _bits = 0;
+    bool _isBeyondSigned = false;
+};
+
+} // namespace platform

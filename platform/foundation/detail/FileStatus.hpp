@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// One item as statx tells it. Private to platform/foundation.
+#pragma once
+
+#include "platform/foundation/Date.hpp"
+
+#include <cstdint>
+#include <sys/types.h>
+
+namespace platform::detail {
+
+struct FileStatus {
+    std::uint64_t size = 0;
+    std::uint64_t fileNumber = 0;
+    Date modification;
+    Date creation; // the birth time; without one, the older of modification and status change
+    std::uint64_t device = 0;
+    std::uint64_t mount = 0; // 0: the kernel does not tell
+    std::uint32_t mode = 0;  // type and permissions
+    std::uint32_t links = 0;
+    std::uint32_t owner = 0;
+    std::uint32_t group = 0;
+    bool isImmutable = false;
+    bool isAppendOnly = false;
+    bool tellsImmutable = false; // the file system says whether it is
+
+    [[nodiscard]] bool isDirectory() const noexcept;
+    [[nodiscard]] bool isLink() const noexcept;
+    [[nodiscard]] bool isRegular() const noexcept;
+    [[nodiscard]] bool isDevice() const noexcept;
+    [[nodiscard]] bool isSame(const FileStatus& other) const noexcept {
+        return device == other.device && fileNumber == other.fileNumber;
+    }
+};
+
+/// Read the status of `name` in the open directory; `flags` as statx takes them (AT_SYMLINK_NOFOLLOW,
+/// AT_EMPTY_PATH). Gives 0 or the error number.
+[[nodiscard]] int readStatus(int directory, const char* name, int flags, FileStatus& status) noexcept;
+
+} // namespace platform::detail

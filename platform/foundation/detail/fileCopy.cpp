@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/detail/fileCopy.hpp"
+
+#include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/foundation/random.hpp"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+#include <vector>
+
+namespace platform::detail {
+namespace {
+
+constexpr std::size_t BufferSize = 256 * 1024;
+
+// For file systems between which the kernel cannot copy by itself.
+int copyThroughBuffer(int from, int to) {
+    const auto buffer = std::make_unique<char[]>(BufferSize);
+    while (true) {
+        const ssize_t length = ::read(from, buffer.get(), BufferSize);
+        if (length == 0) return 0;
+        if (length < 0 && errno == EINTR) continue;
+        if (length < 0) return errno;
+        for (ssize_t done = 0; done < length;) {
+            const ssize_t written =
+                ::write(to, buffer.get() + done, static_cast<std::size_t>(length - done));
+            if (written < 0 && errno != EINTR) return errno;
+            if (written > 0) done += written;
+        }
+    }
+}
+
+int copyBytes(int from, int to) {
+    if (::ioctl(to, FICLONE, from) == 0) return 0;
+    // Copy what holds data and leave out the holes.
+    off_t position = 0;
+    while (true) {
+        const off_t data = ::lseek(from, position, SEEK_DATA);
+        if (data < 0 && errno == ENXIO) break; // only a hole, or nothing, is left
+        if (data < 0) return ::lseek(from, position, SEEK_SET) < 0 ? errno : copyThroughBuffer(from, to);
+        const off_t end = ::lseek(from, data, SEEK_HOLE);
+        off_t source = data;
+        off_t target = data;
+        while (source < end) {
+            const ssize_t copied = ::copy_file_range(from, &source, to, &target,
+                                                     static_cast<std::size_t>(end - source), 0);
+            if (copied < 0 && errno == EINTR) continue;
+            if (copied < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
+                if (::lseek(from, source, SEEK_SET) < 0 || ::lseek(to, target, SEEK_SET) < 0) return errno;
+                return copyThroughBuffer(from, to);
+            }
+            if (copied < 0) return errno;
+            if (copied == 0) break; // cut short while it was copied, or a file that only pretends to be empty
+        }
+        if (source == data) {
+            if (::lseek(from, source, SEEK_SET) < 0 || ::lseek(to, target, SEEK_SET) < 0) return errno;
+            return copyThroughBuffer(from, to);
+        }
+        position = source;
+    }
+    const off_t length = ::lseek(from, 0, SEEK_END);
+    if (length == 0) { // files of /proc have no length and yet bytes
+        if (::lseek(from, 0, SEEK_SET) < 0) return errno;
+        return copyThroughBuffer(from, to);
+    }
+    return length > position && ::ftruncate(to, length) != 0 ? errno : 0;
+}
+
+std::string temporaryName() {
+    std::array<unsigned char, 8> bytes{};
+    randomBytes(bytes);
+    std::string name = ".tonewright-";
+    for (const unsigned char byte : bytes) {
+        name += "0123456789abcdef"[byte >> 4U];
+        name += "0123456789abcdef"[byte & 15U];
+    }
+    return name;
+}
+
+// Gives the finished, nameless file its name.
+int giveName(int file, int to, const char* toName) {
+    const std::string nameless = "/proc/self/fd/" + std::to_string(file);
+    return ::linkat(AT_FDCWD, nameless.c_str(), to, toName, AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+}
+
+// The same where the file needed a name from the beginning.
+int exchangeName(int to, const std::string& temporary, const char* toName) {
+    if (::renameat2(to, temporary.c_str(), to, toName, RENAME_NOREPLACE) == 0) return 0;
+    if (errno != EINVAL && errno != ENOSYS) return errno;
+    if (::linkat(to, temporary.c_str(), to, toName, 0) != 0) return errno;
+    ::unlinkat(to, temporary.c_str(), 0);
+    return 0;
+}
+
+int copyRegular(int from, const char* fromName, const FileStatus& status, int to, const char* toName) {
+    const Descriptor source(::openat(from, fromName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!source) return errno;
+    struct stat opened {};
+    if (::fstat(source.get(), &opened) != 0) return errno;
+    if (!S_ISREG(opened.st_mode)) return ESTALE; // exchanged meanwhile
+    struct stat existing {};
+    if (::fstatat(to, toName, &existing, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+
+    std::string temporary;
+    Descriptor target(::openat(to, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (!target && (errno == EMFILE || errno == ENFILE || errno == ENOSPC || errno == EACCES || errno == EROFS))
+        return errno;
+    if (!target) {
+        temporary = temporaryName();
+        target = Descriptor(::openat(to, temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
+        if (!target) return errno;
+    }
+    int error = copyBytes(source.get(), target.get());
+    if (error == 0) copyMetadata(source.get(), status, target.get());
+    if (error == 0)
+        error = temporary.empty() ? giveName(target.get(), to, toName) : exchangeName(to, temporary, toName);
+    if (error != 0 && !temporary.empty()) ::unlinkat(to, temporary.c_str(), 0);
+    return error;
+}
+
+int copyLink(int from, const char* fromName, int to, const char* toName) {
+    std::vector<char> target(PATH_MAX + 1);
+    const ssize_t length = ::readlinkat(from, fromName, target.data(), target.size() - 1);
+    if (length < 0) return errno;
+    target[static_cast<std::size_t>(length)] = '\0';
+    return ::symlinkat(target.data(), to, toName) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+int copyFile(int from, const char* fromName, const FileStatus& status, int to, const char* toName) {
+    if (status.isRegular()) return copyRegular(from, fromName, status, to, toName);
+    if (status.isLink()) return copyLink(from, fromName, to, toName);
+    struct stat special {};
+    if (::fstatat(from, fromName, &special, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+    return ::mknodat(to, toName, special.st_mode & (S_IFMT | 0777U), special.st_rdev) == 0 ? 0 : errno;
+}
+
+void copyMetadata(int from, const FileStatus& status, int to) noexcept {
+    // Best effort: a file system without one of these keeps the rest.
+    char names[4096];
+    const ssize_t length = ::flistxattr(from, names, sizeof names);
+    for (ssize_t at = 0; at < length;) {
+        const std::string_view name = names + at;
+        at += static_cast<ssize_t>(name.size()) + 1;
+        if (!name.starts_with("user.") && !name.starts_with("system.posix_acl_")) continue;
+        char value[4096];
+        if (const ssize_t size = ::fgetxattr(from, name.data(), value, sizeof value); size >= 0)
+            ::fsetxattr(to, name.data(), value, static_cast<std::size_t>(size), 0);
+    }
+    // The copy belongs to whoever made it: it must not inherit the right to act as another.
+    const mode_t kept = status.owner == ::geteuid() ? 07777U : 01777U;
+    ::fchmod(to, status.mode & kept);
+    const timespec times[2] = {
+        {0, UTIME_OMIT},
+        {status.modification.seconds, static_cast<long>(status.modification.nanoseconds)}};
+    ::futimens(to, times);
+}
+
+} // namespace platform::detail

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/detail/fileErrors.hpp"
+
+#include "platform/foundation/detail/PathLocation.hpp"
+
+#include <cstring>
+#include <filesystem>
+
+namespace platform::detail {
+namespace {
+
+std::string reasonOf(int errorNumber) {
+    const char* text = ::strerrordesc_np(errorNumber); // in English, whatever the locale
+    return text != nullptr ? text : "error " + std::to_string(errorNumber);
+}
+
+} // namespace
+
+std::string quotedName(std::string_view path) {
+    const std::string name = splitPath(path).name;
+    std::string quoted = "'";
+    for (const char c : name.empty() ? std::string(path) : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\n') {
+            quoted += "\\n";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            quoted += "\\x";
+            quoted += "0123456789ABCDEF"[byte >> 4U];
+            quoted += "0123456789ABCDEF"[byte & 15U];
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted += '\'';
+}
+
+Error itemError(int errorNumber, std::string_view path, std::string_view participle) {
+    return posixError(errorNumber, "The file " + quotedName(path) + " couldn't be " + std::string(participle) +
+                                       " (" + reasonOf(errorNumber) + ").");
+}
+
+Error attributesError(int errorNumber, std::string_view path) {
+    return posixError(errorNumber, "The attributes of the file " + quotedName(path) + " couldn't be read (" +
+                                       reasonOf(errorNumber) + ").");
+}
+
+std::string absolutePath(std::string_view path) {
+    if (path.starts_with('/')) return std::string(path);
+    std::error_code ignored;
+    std::string base = std::filesystem::current_path(ignored).string();
+    if (!base.ends_with('/')) base += '/';
+    return base.append(path);
+}
+
+} // namespace platform::detail

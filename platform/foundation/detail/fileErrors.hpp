@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The sentences of failed file operations, each in one line whatever the names hold.
+// Any thread. Private to platform/foundation.
+#pragma once
+
+#include "platform/foundation/Error.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace platform::detail {
+
+/// Give the last component of `path` in apostrophes, control bytes as \n or \x01.
+[[nodiscard]] std::string quotedName(std::string_view path);
+
+/// Make the error of an operation on the item at `path`, "The file 'x' couldn't be removed (Permission
+/// denied).", from an error number and the operation's word, "removed".
+[[nodiscard]] Error itemError(int errorNumber, std::string_view path, std::string_view participle);
+[[nodiscard]] Error attributesError(int errorNumber, std::string_view path);
+
+/// Give `path` from the root: a relative one is taken from the current directory.
+[[nodiscard]] std::string absolutePath(std::string_view path);
+
+} // namespace platform::detail
