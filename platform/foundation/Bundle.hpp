@@ -15,6 +15,9 @@
 
 namespace platform {
 
+/// The application's name among all others: its D-Bus name, the base of its desktop files' names.
+inline constexpr std::string_view ApplicationIdentifier = "example.tonewright.Tonewright";
+
 class Bundle {
   public:
     /// Give the bundle of the running program.

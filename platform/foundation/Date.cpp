@@ -20,8 +20,7 @@ CivilDay civilDay(std::int64_t days) noexcept {
     const std::int64_t shifted = days + 719468; // since 0000-03-01
     const std::int64_t era = (shifted >= 0 ? shifted : shifted - (DaysOfEra - 1)) / DaysOfEra;
     const auto dayOfEra = static_cast<unsigned>(shifted - era * DaysOfEra);
-    const unsigned yearOfEra =
-        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const unsigned yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const unsigned dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const unsigned monthFromMarch = (5 * dayOfYear + 2) / 153;
     const unsigned month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;

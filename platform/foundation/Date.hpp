@@ -11,7 +11,7 @@
 namespace platform {
 
 struct Date {
-    std::int64_t seconds = 0;     // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
+    std::int64_t seconds = 0;      // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
     std::uint32_t nanoseconds = 0; // 0 to 999,999,999, later than `seconds`
 
     /// Give the present moment of the system's clock.

@@ -136,8 +136,8 @@ std::shared_ptr<DirectoryEnumerator> DirectoryEnumerator::open(const std::string
     int error = 0;
     Descriptor root = detail::openDirectory(path, error);
     if (!root) return nullptr;
-    return std::shared_ptr<DirectoryEnumerator>(
-        new DirectoryEnumerator(std::make_unique<Implementation>(std::move(root), detail::absolutePath(path))));
+    return std::shared_ptr<DirectoryEnumerator>(new DirectoryEnumerator(
+        std::make_unique<Implementation>(std::move(root), detail::absolutePath(path))));
 }
 
 DirectoryEnumerator::DirectoryEnumerator(std::unique_ptr<Implementation> implementation)

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A walk over everything below a directory, depth first, a directory before its contents, the names of one
-// directory in byte order. It is lazy: a directory is opened only when its successor is asked for; one that was
-// deleted meanwhile or cannot be read is silently empty. Links are given and not descended into. Used from one
-// thread at a time.
+// directory in byte order. It is lazy: a directory is opened only when its successor is asked for; one that
+// was deleted meanwhile or cannot be read is silently empty. Links are given and not descended into. Used
+// from one thread at a time.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -43,8 +43,8 @@ class DirectoryEnumerator {
     /// Give the attributes of the enumerated directory itself; absent when they cannot be read.
     [[nodiscard]] std::optional<FileAttributes> directoryAttributes() const;
 
-    /// Give what the file manager would answer for the item last returned, asked of its open directory and not
-    /// by its path: faster, and right for paths of any length.
+    /// Give what the file manager would answer for the item last returned, asked of its open directory and
+    /// not by its path: faster, and right for paths of any length.
     [[nodiscard]] FileFacts facts();
     /// Give the number of items in the directory of the item last returned.
     [[nodiscard]] std::size_t siblingCount() const noexcept;

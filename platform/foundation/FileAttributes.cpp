@@ -36,13 +36,20 @@ constexpr std::array<std::string_view, FileAttributeKeyCount> KeyTexts = {
 
 std::string typeText(std::uint32_t mode) {
     switch (mode & S_IFMT) {
-    case S_IFREG: return "NSFileTypeRegular";
-    case S_IFDIR: return "NSFileTypeDirectory";
-    case S_IFLNK: return "NSFileTypeSymbolicLink";
-    case S_IFSOCK: return "NSFileTypeSocket";
-    case S_IFCHR: return "NSFileTypeCharacterSpecial";
-    case S_IFBLK: return "NSFileTypeBlockSpecial";
-    default: return "NSFileTypeUnknown";
+    case S_IFREG:
+        return "NSFileTypeRegular";
+    case S_IFDIR:
+        return "NSFileTypeDirectory";
+    case S_IFLNK:
+        return "NSFileTypeSymbolicLink";
+    case S_IFSOCK:
+        return "NSFileTypeSocket";
+    case S_IFCHR:
+        return "NSFileTypeCharacterSpecial";
+    case S_IFBLK:
+        return "NSFileTypeBlockSpecial";
+    default:
+        return "NSFileTypeUnknown";
     }
 }
 
@@ -138,20 +145,34 @@ std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key) const {
 
 std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key, const detail::FileKind& kind) const {
     switch (key) {
-    case FileAttributeKey::NSFileAppendOnly: return kind.isAppendOnly;
-    case FileAttributeKey::NSFileCreationDate: return date(_creationSeconds, _creationNanoseconds);
-    case FileAttributeKey::NSFileGroupOwnerAccountID: return NSNumber(kind.group);
-    case FileAttributeKey::NSFileGroupOwnerAccountName: return text(detail::groupName(kind.group));
-    case FileAttributeKey::NSFileImmutable: return kind.isImmutable;
-    case FileAttributeKey::NSFileModificationDate: return date(_modificationSeconds, _modificationNanoseconds);
-    case FileAttributeKey::NSFileOwnerAccountID: return NSNumber(kind.owner);
-    case FileAttributeKey::NSFileOwnerAccountName: return text(detail::userName(kind.owner));
-    case FileAttributeKey::NSFilePosixPermissions: return NSNumber(kind.mode & 07777U);
-    case FileAttributeKey::NSFileReferenceCount: return NSNumber(kind.links);
-    case FileAttributeKey::NSFileSize: return NSNumber(number(_size));
-    case FileAttributeKey::NSFileSystemFileNumber: return NSNumber(number(_fileNumber));
-    case FileAttributeKey::NSFileSystemNumber: return NSNumber(kind.device);
-    case FileAttributeKey::NSFileType: return typeText(kind.mode);
+    case FileAttributeKey::NSFileAppendOnly:
+        return kind.isAppendOnly;
+    case FileAttributeKey::NSFileCreationDate:
+        return date(_creationSeconds, _creationNanoseconds);
+    case FileAttributeKey::NSFileGroupOwnerAccountID:
+        return NSNumber(kind.group);
+    case FileAttributeKey::NSFileGroupOwnerAccountName:
+        return text(detail::groupName(kind.group));
+    case FileAttributeKey::NSFileImmutable:
+        return kind.isImmutable;
+    case FileAttributeKey::NSFileModificationDate:
+        return date(_modificationSeconds, _modificationNanoseconds);
+    case FileAttributeKey::NSFileOwnerAccountID:
+        return NSNumber(kind.owner);
+    case FileAttributeKey::NSFileOwnerAccountName:
+        return text(detail::userName(kind.owner));
+    case FileAttributeKey::NSFilePosixPermissions:
+        return NSNumber(kind.mode & 07777U);
+    case FileAttributeKey::NSFileReferenceCount:
+        return NSNumber(kind.links);
+    case FileAttributeKey::NSFileSize:
+        return NSNumber(number(_size));
+    case FileAttributeKey::NSFileSystemFileNumber:
+        return NSNumber(number(_fileNumber));
+    case FileAttributeKey::NSFileSystemNumber:
+        return NSNumber(kind.device);
+    case FileAttributeKey::NSFileType:
+        return typeText(kind.mode);
     }
     return std::nullopt;
 }

@@ -94,7 +94,8 @@ class FileAttributes {
     static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
 
     [[nodiscard]] Dictionary* dictionary() const noexcept;
-    [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key, const detail::FileKind& kind) const;
+    [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key,
+                                                     const detail::FileKind& kind) const;
     [[nodiscard]] Dictionary entries() const;
     [[nodiscard]] Dictionary entries(const detail::FileKind& kind) const;
     void become(Dictionary dictionary);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The system's file operations under one roof. Paths are bytes of any length; relative ones are taken from the
-// process's current directory. Any thread; one manager's delegate is set before its operations run.
+// The system's file operations under one roof. Paths are bytes of any length; relative ones are taken from
+// the process's current directory. Any thread; one manager's delegate is set before its operations run.
 #pragma once
 
 #include "platform/foundation/DirectoryEnumerator.hpp"

@@ -35,10 +35,9 @@ constexpr PairQuestions Linking = {&Delegate::fileManagerShouldLinkItemAtPath,
                                    &Delegate::fileManagerShouldProceedAfterErrorLinkingItemAtPath,
                                    &Delegate::fileManagerShouldLinkItemAtURL,
                                    &Delegate::fileManagerShouldProceedAfterErrorLinkingItemAtURL};
-constexpr PairQuestions Moving = {&Delegate::fileManagerShouldMoveItemAtPath,
-                                  &Delegate::fileManagerShouldProceedAfterErrorMovingItemAtPath,
-                                  &Delegate::fileManagerShouldMoveItemAtURL,
-                                  &Delegate::fileManagerShouldProceedAfterErrorMovingItemAtURL};
+constexpr PairQuestions Moving = {
+    &Delegate::fileManagerShouldMoveItemAtPath, &Delegate::fileManagerShouldProceedAfterErrorMovingItemAtPath,
+    &Delegate::fileManagerShouldMoveItemAtURL, &Delegate::fileManagerShouldProceedAfterErrorMovingItemAtURL};
 
 std::string below(const std::string& root, const std::string& subpath) {
     return subpath.empty() ? root : root + "/" + subpath;
@@ -51,7 +50,8 @@ Questions byPath(FileManager& manager, const PairQuestions& which, const Path& f
                 return (delegate->*which.shouldPath)(manager, below(from, subpath), below(to, subpath));
             },
             [=, &manager](const Error& error, const std::string& subpath) {
-                return (delegate->*which.proceedPath)(manager, error, below(from, subpath), below(to, subpath));
+                return (delegate->*which.proceedPath)(manager, error, below(from, subpath),
+                                                      below(to, subpath));
             }};
 }
 
@@ -81,7 +81,8 @@ int rename(const Path& from, const Path& to) {
 }
 
 // A move asks once for the whole item: nothing below it is looked at.
-std::optional<Error> move(FileManager& manager, const Path& from, const Path& to, const Questions& questions) {
+std::optional<Error> move(FileManager& manager, const Path& from, const Path& to,
+                          const Questions& questions) {
     if (questions.should && !questions.should("")) return std::nullopt;
     const int error = rename(from, to);
     if (error == 0) return std::nullopt;

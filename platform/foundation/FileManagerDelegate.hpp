@@ -29,7 +29,9 @@ class FileManagerDelegate {
         return false;
     }
 
-    virtual bool fileManagerShouldCopyItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) { return true; }
+    virtual bool fileManagerShouldCopyItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) {
+        return true;
+    }
     virtual bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string&,
                                                  const std::string& /*toPath*/) {
         return true;
@@ -44,7 +46,9 @@ class FileManagerDelegate {
         return false;
     }
 
-    virtual bool fileManagerShouldLinkItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) { return true; }
+    virtual bool fileManagerShouldLinkItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) {
+        return true;
+    }
     virtual bool fileManagerShouldLinkItemAtPath(FileManager&, const std::string&,
                                                  const std::string& /*toPath*/) {
         return true;
@@ -59,7 +63,9 @@ class FileManagerDelegate {
         return false;
     }
 
-    virtual bool fileManagerShouldMoveItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) { return true; }
+    virtual bool fileManagerShouldMoveItemAtURL(FileManager&, const URL&, const URL& /*toURL*/) {
+        return true;
+    }
     virtual bool fileManagerShouldMoveItemAtPath(FileManager&, const std::string&,
                                                  const std::string& /*toPath*/) {
         return true;

@@ -51,6 +51,11 @@ void print(std::string_view line) {
     writeLine(outputDescriptor, line);
 }
 
+void printToStandardError(bool instead) {
+    static const int usual = outputDescriptor;
+    outputDescriptor = instead ? STDERR_FILENO : usual;
+}
+
 void warn(std::string_view line) {
     writeLine(STDERR_FILENO, line);
 }

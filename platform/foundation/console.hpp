@@ -13,6 +13,10 @@ namespace platform {
 /// A closed or broken standard output loses the line and nothing else.
 void print(std::string_view line);
 
+/// Let `print` write to standard error instead, or no longer: for a program whose standard output is a result
+/// of its own. Call before any other thread runs.
+void printToStandardError(bool instead);
+
 /// Write `line` and one newline to standard error, at once.
 void warn(std::string_view line);
 

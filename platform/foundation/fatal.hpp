@@ -18,6 +18,10 @@ namespace platform {
 inline constexpr std::string_view UnexpectedNil =
     "Unexpectedly found nil while implicitly unwrapping an Optional value";
 
+/// The text of the fatal error when it is unwrapped explicitly.
+inline constexpr std::string_view UnexpectedNilUnwrapping =
+    "Unexpectedly found nil while unwrapping an Optional value";
+
 /// Give the object behind `pointer`; an absent one is fatal.
 template <class T>
 [[nodiscard]] T& unwrap(const std::shared_ptr<T>& pointer) {

@@ -26,30 +26,48 @@ Places placesOf(SearchPathDirectory directory) {
     switch (directory) {
     case Application:
     case AllApplications:
-        return {{dataHome() + "/applications"}, {"/usr/local/share/applications"}, {"/usr/share/applications"}};
-    case AdminApplication: return {{}, {"/usr/local/sbin"}, {"/usr/sbin"}};
+        return {
+            {dataHome() + "/applications"}, {"/usr/local/share/applications"}, {"/usr/share/applications"}};
+    case AdminApplication:
+        return {{}, {"/usr/local/sbin"}, {"/usr/sbin"}};
     case Library:
-    case AllLibraries: return {{dataHome()}, {"/usr/local/share"}, {"/usr/share"}};
-    case ApplicationSupport: return {{dataHome()}, {"/var/local"}, {"/var/lib"}};
-    case User: return {{}, {"/home"}, {}};
-    case Documentation: return {{}, {"/usr/local/share/doc"}, {"/usr/share/doc"}};
-    case Document: return {{userDirectory("DOCUMENTS", "Documents")}, {}, {}};
-    case CoreService: return {{}, {"/usr/local/libexec"}, {"/usr/libexec"}};
-    case AutosavedInformation: return {{baseDirectory("XDG_STATE_HOME", ".local/state")}, {}, {}};
-    case Desktop: return {{userDirectory("DESKTOP", "Desktop")}, {}, {}};
-    case Caches: return {{baseDirectory("XDG_CACHE_HOME", ".cache")}, {"/var/cache"}, {}};
-    case Downloads: return {{userDirectory("DOWNLOAD", "Downloads")}, {}, {}};
-    case Movies: return {{userDirectory("VIDEOS", "Videos")}, {}, {}};
-    case Music: return {{userDirectory("MUSIC", "Music")}, {}, {}};
-    case Pictures: return {{userDirectory("PICTURES", "Pictures")}, {}, {}};
-    case PrinterDescription: return {{}, {}, {"/usr/share/ppd"}};
-    case SharedPublic: return {{userDirectory("PUBLICSHARE", "Public")}, {}, {}};
+    case AllLibraries:
+        return {{dataHome()}, {"/usr/local/share"}, {"/usr/share"}};
+    case ApplicationSupport:
+        return {{dataHome()}, {"/var/local"}, {"/var/lib"}};
+    case User:
+        return {{}, {"/home"}, {}};
+    case Documentation:
+        return {{}, {"/usr/local/share/doc"}, {"/usr/share/doc"}};
+    case Document:
+        return {{userDirectory("DOCUMENTS", "Documents")}, {}, {}};
+    case CoreService:
+        return {{}, {"/usr/local/libexec"}, {"/usr/libexec"}};
+    case AutosavedInformation:
+        return {{baseDirectory("XDG_STATE_HOME", ".local/state")}, {}, {}};
+    case Desktop:
+        return {{userDirectory("DESKTOP", "Desktop")}, {}, {}};
+    case Caches:
+        return {{baseDirectory("XDG_CACHE_HOME", ".cache")}, {"/var/cache"}, {}};
+    case Downloads:
+        return {{userDirectory("DOWNLOAD", "Downloads")}, {}, {}};
+    case Movies:
+        return {{userDirectory("VIDEOS", "Videos")}, {}, {}};
+    case Music:
+        return {{userDirectory("MUSIC", "Music")}, {}, {}};
+    case Pictures:
+        return {{userDirectory("PICTURES", "Pictures")}, {}, {}};
+    case PrinterDescription:
+        return {{}, {}, {"/usr/share/ppd"}};
+    case SharedPublic:
+        return {{userDirectory("PUBLICSHARE", "Public")}, {}, {}};
     case DemoApplication:
     case DeveloperApplication:
     case Developer:
     case InputMethods:
     case PreferencePanes:
-    case ItemReplacement: break;
+    case ItemReplacement:
+        break;
     }
     return {};
 }

@@ -46,8 +46,10 @@ bool addsNoRules(long type) {
     case BTRFS_SUPER_MAGIC:
     case F2FS_SUPER_MAGIC:
     case TMPFS_MAGIC:
-    case XfsMagic: return true;
-    default: return false;
+    case XfsMagic:
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -87,8 +89,8 @@ const AccessRights::Mount* AccessRights::mountOf(int directory, const FileStatus
     struct statfs system {};
     if (::fstatfs(directory, &system) != 0) return nullptr;
     const auto flags = static_cast<unsigned long>(system.f_flags);
-    _mounts.push_back({status.mount, addsNoRules(system.f_type), (flags & ST_RDONLY) != 0,
-                       (flags & ST_NOEXEC) != 0});
+    _mounts.push_back(
+        {status.mount, addsNoRules(system.f_type), (flags & ST_RDONLY) != 0, (flags & ST_NOEXEC) != 0});
     return &_mounts.back();
 }
 

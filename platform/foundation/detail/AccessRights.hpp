@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the process may do with an item. The answer is computed where the item's record, the flags of its mount
-// and the process's own capabilities decide it exactly; in every other case (access control lists that may
-// count, remote or foreign file systems, security modules, devices, identities without a mapping) the system
-// is asked. One thread. Private to platform/foundation.
+// What the process may do with an item. The answer is computed where the item's record, the flags of its
+// mount and the process's own capabilities decide it exactly; in every other case (access control lists that
+// may count, remote or foreign file systems, security modules, devices, identities without a mapping) the
+// system is asked. One thread. Private to platform/foundation.
 #pragma once
 
 #include "platform/foundation/detail/FileStatus.hpp"
@@ -28,7 +28,8 @@ class AccessRights {
     [[nodiscard]] Rights rightsTo(int directory, const char* name, const FileStatus& status);
     /// Tell whether the process may remove an item with status `item` (links not followed) from the directory
     /// with status `parent`, to which it has `rights`.
-    [[nodiscard]] bool mayRemove(const FileStatus& item, const FileStatus& parent, Rights rights) const noexcept;
+    [[nodiscard]] bool mayRemove(const FileStatus& item, const FileStatus& parent,
+                                 Rights rights) const noexcept;
 
   private:
     enum class Answer { No, Yes, Ask };

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The chain of open directories from a root down to where a walk stands. Nothing on it is ever reached through
-// a link or a rebuilt path. When the process runs out of descriptors the outer levels give theirs up and are
-// opened again on the way back. One thread. Private to platform/foundation.
+// The chain of open directories from a root down to where a walk stands. Nothing on it is ever reached
+// through a link or a rebuilt path. When the process runs out of descriptors the outer levels give theirs up
+// and are opened again on the way back. One thread. Private to platform/foundation.
 #pragma once
 
 #include "platform/foundation/detail/Descriptor.hpp"
@@ -18,8 +18,8 @@ class DirectoryStack {
     /// Begin at an open directory that `path` names.
     DirectoryStack(Descriptor root, std::string path);
 
-    /// Open the directory `name` of the innermost level, which must not be a link, and stand in it. Gives 0 or
-    /// the error number.
+    /// Open the directory `name` of the innermost level, which must not be a link, and stand in it. Gives 0
+    /// or the error number.
     [[nodiscard]] int enter(const char* name);
     /// Go back to the level outside; there must be one.
     void leave();
@@ -33,7 +33,7 @@ class DirectoryStack {
   private:
     struct Level {
         Descriptor descriptor;
-        std::string name; // the root: its path
+        std::string name;         // the root: its path
         unsigned long device = 0; // these two are known once the level was given up
         unsigned long fileNumber = 0;
     };

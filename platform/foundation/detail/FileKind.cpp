@@ -48,7 +48,8 @@ KindTable& kindTable() {
 template <class Entry, class Ask>
 std::optional<std::string> nameOf(std::uint32_t number, Ask ask) {
     static auto* mutex = new std::mutex;
-    static auto* names = new std::unordered_map<std::uint32_t, std::optional<std::string>>; // guarded by mutex
+    static auto* names =
+        new std::unordered_map<std::uint32_t, std::optional<std::string>>; // guarded by mutex
     const std::scoped_lock lock(*mutex);
     if (const auto found = names->find(number); found != names->end()) return found->second;
     Entry entry{};

@@ -32,9 +32,10 @@ int readStatus(int directory, const char* name, int flags, FileStatus& status) n
     status.size = record.stx_size;
     status.fileNumber = record.stx_ino;
     status.modification = {record.stx_mtime.tv_sec, record.stx_mtime.tv_nsec};
-    status.creation = (record.stx_mask & STATX_BTIME) != 0
-                          ? Date{record.stx_btime.tv_sec, record.stx_btime.tv_nsec}
-                          : std::min(status.modification, {record.stx_ctime.tv_sec, record.stx_ctime.tv_nsec});
+    status.creation =
+        (record.stx_mask & STATX_BTIME) != 0
+            ? Date{record.stx_btime.tv_sec, record.stx_btime.tv_nsec}
+            : std::min(status.modification, {record.stx_ctime.tv_sec, record.stx_ctime.tv_nsec});
     status.device = ::makedev(record.stx_dev_major, record.stx_dev_minor);
     status.mount = (record.stx_mask & STATX_MNT_ID) != 0 ? record.stx_mnt_id : 0;
     status.mode = record.stx_mode;

@@ -34,8 +34,7 @@ int copyThroughBuffer(int from, int to) {
         if (length < 0 && errno == EINTR) continue;
         if (length < 0) return errno;
         for (ssize_t done = 0; done < length;) {
-            const ssize_t written =
-                ::write(to, buffer.get() + done, static_cast<std::size_t>(length - done));
+            const ssize_t written = ::write(to, buffer.get() + done, static_cast<std::size_t>(length - done));
             if (written < 0 && errno != EINTR) return errno;
             if (written > 0) done += written;
         }
@@ -54,8 +53,8 @@ int copyBytes(int from, int to) {
         off_t source = data;
         off_t target = data;
         while (source < end) {
-            const ssize_t copied = ::copy_file_range(from, &source, to, &target,
-                                                     static_cast<std::size_t>(end - source), 0);
+            const ssize_t copied =
+                ::copy_file_range(from, &source, to, &target, static_cast<std::size_t>(end - source), 0);
             if (copied < 0 && errno == EINTR) continue;
             if (copied < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)) {
                 if (::lseek(from, source, SEEK_SET) < 0 || ::lseek(to, target, SEEK_SET) < 0) return errno;
@@ -115,7 +114,8 @@ int copyRegular(int from, const char* fromName, const FileStatus& status, int to
 
     std::string temporary;
     Descriptor target(::openat(to, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-    if (!target && (errno == EMFILE || errno == ENFILE || errno == ENOSPC || errno == EACCES || errno == EROFS))
+    if (!target &&
+        (errno == EMFILE || errno == ENFILE || errno == ENOSPC || errno == EACCES || errno == EROFS))
         return errno;
     if (!target) {
         temporary = temporaryName();
@@ -164,8 +164,7 @@ void copyMetadata(int from, const FileStatus& status, int to) noexcept {
     const mode_t kept = status.owner == ::geteuid() ? 07777U : 01777U;
     ::fchmod(to, status.mode & kept);
     const timespec times[2] = {
-        {0, UTIME_OMIT},
-        {status.modification.seconds, static_cast<long>(status.modification.nanoseconds)}};
+        {0, UTIME_OMIT}, {status.modification.seconds, static_cast<long>(status.modification.nanoseconds)}};
     ::futimens(to, times);
 }
 

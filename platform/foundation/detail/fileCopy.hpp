@@ -8,10 +8,10 @@
 
 namespace platform::detail {
 
-/// Copy the item `fromName` of the open directory `from`, whose status is `status`, to the new name `toName` in
-/// the open directory `to`: a regular file with its bytes, shared with the original where the file system can;
-/// a link as a link; a FIFO, socket or device as such. It appears under its name whole or not at all. Gives 0
-/// or the error number.
+/// Copy the item `fromName` of the open directory `from`, whose status is `status`, to the new name `toName`
+/// in the open directory `to`: a regular file with its bytes, shared with the original where the file system
+/// can; a link as a link; a FIFO, socket or device as such. It appears under its name whole or not at all.
+/// Gives 0 or the error number.
 [[nodiscard]] int copyFile(int from, const char* fromName, const FileStatus& status, int to,
                            const char* toName);
 

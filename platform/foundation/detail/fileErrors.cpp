@@ -37,8 +37,8 @@ std::string quotedName(std::string_view path) {
 }
 
 Error itemError(int errorNumber, std::string_view path, std::string_view participle) {
-    return posixError(errorNumber, "The file " + quotedName(path) + " couldn't be " + std::string(participle) +
-                                       " (" + reasonOf(errorNumber) + ").");
+    return posixError(errorNumber, "The file " + quotedName(path) + " couldn't be " +
+                                       std::string(participle) + " (" + reasonOf(errorNumber) + ").");
 }
 
 Error attributesError(int errorNumber, std::string_view path) {

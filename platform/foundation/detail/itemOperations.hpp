@@ -13,8 +13,8 @@
 
 namespace platform::detail {
 
-/// Who is asked about each item, by its path from the operation's root (empty: the root itself). Functions that
-/// are absent allow everything and end at the first error.
+/// Who is asked about each item, by its path from the operation's root (empty: the root itself). Functions
+/// that are absent allow everything and end at the first error.
 struct Questions {
     std::function<bool(const std::string& subpath)> should;
     std::function<bool(const Error& error, const std::string& subpath)> shouldProceed;

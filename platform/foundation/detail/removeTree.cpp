@@ -35,8 +35,8 @@ class Removal {
         if (error != 0) return failure(error, "");
         if (!may("")) return std::nullopt;
         if (status.isDirectory()) {
-            Descriptor root(::openat(parent.get(), place.name.c_str(),
-                                     O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+            Descriptor root(
+                ::openat(parent.get(), place.name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
             if (!root && ::unlinkat(parent.get(), place.name.c_str(), AT_REMOVEDIR) == 0) return std::nullopt;
             if (!root) return ended(errno, "");
             if (auto failed = removeContents(std::move(root))) return failed;

@@ -102,7 +102,7 @@ class TreeTransfer {
     int transferItem(DirectoryStack& from, DirectoryStack& to, const char* name) {
         FileStatus status;
         if (const int error = readStatus(from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status); error != 0)
-            return error == ENOENT ? 0 : error; // gone meanwhile: not a part of what is copied
+            return error == ENOENT ? 0 : error;        // gone meanwhile: not a part of what is copied
         if (status.isSame(_targetRoot)) return EINVAL; // a directory has no room for its own copy
         int error = 0;
         do {

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/network/ContentSink.private.hpp"
+
+#include "platform/foundation/FileManager.hpp"
+#include "platform/foundation/ProcessInfo.hpp"
+#include "platform/foundation/detail/Descriptor.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace platform {
+namespace {
+
+class DataSink final : public ContentSink {
+  public:
+    explicit DataSink(DataCompletion completion)
+        : _completion(std::move(completion)) {}
+
+    std::optional<Error> append(std::span<const std::byte> bytes) override {
+        _data.insert(_data.end(), bytes.begin(), bytes.end());
+        return std::nullopt;
+    }
+
+    void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
+        if (!_completion) return;
+        if (error)
+            _completion(std::nullopt, response, error);
+        else
+            _completion(std::move(_data), response, std::nullopt);
+    }
+
+  private:
+    DataCompletion _completion;
+    URLData _data;
+};
+
+Error writeError(int number) {
+    const char* reason = ::strerrordesc_np(number);
+    return posixError(number, std::string("The temporary file couldn't be written (") +
+                                  (reason != nullptr ? reason : "unknown error") + ").");
+}
+
+// The file has no name until it is complete, so that nothing is left of it when the process is killed.
+class DownloadSink final : public ContentSink {
+  public:
+    explicit DownloadSink(DownloadCompletion completion)
+        : _completion(std::move(completion))
+        , _path(FileManager::defaultManager().temporaryDirectory().path() + "/tonewright-download-" +
+                ProcessInfo::processInfo().globallyUniqueString() + ".tmp") {}
+    ~DownloadSink() override {
+        if (_hasName) ::unlink(_path.c_str());
+    }
+
+    std::optional<Error> append(std::span<const std::byte> bytes) override {
+        if (auto error = open()) return error;
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(_file.get(), bytes.data(), bytes.size());
+            if (written < 0 && errno == EINTR) continue;
+            if (written < 0) return writeError(errno);
+            bytes = bytes.subspan(static_cast<std::size_t>(written));
+        }
+        return std::nullopt;
+    }
+
+    void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
+        if (!error) error = open(); // also for no content at all
+        if (!error) error = giveName();
+        _file.close();
+        if (_completion) {
+            if (error)
+                _completion(std::nullopt, response, error);
+            else
+                _completion(URL::fileURLWithPath(_path, false), response, std::nullopt);
+        }
+        if (_hasName) ::unlink(_path.c_str());
+        _hasName = false;
+    }
+
+  private:
+    std::optional<Error> open() {
+        if (_file) return std::nullopt;
+        const std::string folder = FileManager::defaultManager().temporaryDirectory().path();
+        _file = detail::Descriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+        if (_file) return std::nullopt;
+        _file = detail::Descriptor(::open(_path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
+        if (!_file) return writeError(errno);
+        _hasName = true;
+        return std::nullopt;
+    }
+
+    std::optional<Error> giveName() {
+        if (_hasName) return std::nullopt;
+        const std::string nameless = "/proc/self/fd/" + std::to_string(_file.get());
+        if (::linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, _path.c_str(), AT_SYMLINK_FOLLOW) != 0)
+            return writeError(errno);
+        _hasName = true;
+        return std::nullopt;
+    }
+
+    DownloadCompletion _completion;
+    std::string _path;
+    detail::Descriptor _file;
+    bool _hasName = false;
+};
+
+} // namespace
+
+std::unique_ptr<ContentSink> makeDataSink(DataCompletion completion) {
+    return std::make_unique<DataSink>(std::move(completion));
+}
+
+std::unique_ptr<ContentSink> makeDownloadSink(DownloadCompletion completion) {
+    return std::make_unique<DownloadSink>(std::move(completion));
+}
+
+} // namespace platform

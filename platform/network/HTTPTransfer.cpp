@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The transfer of an http or https URL: everything runs on the network thread, in constant memory.
+#include "platform/network/NetworkThread.private.hpp"
+#include "platform/network/URLSession.private.hpp"
+
+#include <array>
+#include <cmath>
+#include <libsoup/soup.h>
+
+namespace platform {
+namespace {
+
+struct Unref {
+    void operator()(gpointer object) const noexcept { g_object_unref(object); }
+};
+template <class T>
+using Owned = std::unique_ptr<T, Unref>;
+
+class HTTPTransfer final : public URLSessionTask::Transfer {
+  public:
+    using Transfer::Transfer;
+
+    void cancel() override {
+        onNetworkThread([](HTTPTransfer& transfer) {
+            transfer._isCancelled = true;
+            if (transfer._cancellable) g_cancellable_cancel(transfer._cancellable.get());
+        });
+    }
+
+  protected:
+    void start() override {
+        onNetworkThread([](HTTPTransfer& transfer) { transfer.send(); });
+    }
+
+  private:
+    using Self = std::shared_ptr<HTTPTransfer>;
+
+    Self self() { return std::static_pointer_cast<HTTPTransfer>(shared_from_this()); }
+
+    template <class Work>
+    void onNetworkThread(Work work) {
+        NetworkThread::shared().run([self = self(), work] { work(*self); });
+    }
+
+    void send() {
+        if (_isCancelled) return end(cancelled());
+        _message.reset(soup_message_new("GET", _request.url.absoluteString().c_str()));
+        if (!_message) return end(transferError(TransferFailure::UnsupportedURL, "The URL names no server."));
+        _cancellable.reset(g_cancellable_new());
+        watchProgress();
+        soup_session_send_async(_session->connections(), _message.get(), G_PRIORITY_DEFAULT,
+                                _cancellable.get(), &HTTPTransfer::onSent, new Self(self()));
+    }
+
+    static Self take(gpointer data) {
+        const std::unique_ptr<Self> owner(static_cast<Self*>(data));
+        return *owner;
+    }
+
+    static void onSent(GObject* source, GAsyncResult* result, gpointer data) {
+        const Self transfer = take(data);
+        GError* error = nullptr;
+        transfer->_stream.reset(soup_session_send_finish(SOUP_SESSION(source), result, &error));
+        if (!transfer->_stream) return transfer->end(transfer->errorFrom(error));
+        transfer->_response = transfer->makeResponse();
+        transfer->read();
+    }
+
+    void read() {
+        noteProgress();
+        g_input_stream_read_async(_stream.get(), _buffer.data(), _buffer.size(), G_PRIORITY_DEFAULT,
+                                  _cancellable.get(), &HTTPTransfer::onRead, new Self(self()));
+    }
+
+    static void onRead(GObject* source, GAsyncResult* result, gpointer data) {
+        const Self transfer = take(data);
+        GError* error = nullptr;
+        const gssize length = g_input_stream_read_finish(G_INPUT_STREAM(source), result, &error);
+        if (length < 0) return transfer->end(transfer->errorFrom(error));
+        if (length == 0) return transfer->end(std::nullopt);
+        if (auto failed =
+                transfer->_sink->append({transfer->_buffer.data(), static_cast<std::size_t>(length)}))
+            return transfer->end(std::move(failed));
+        transfer->read();
+    }
+
+    std::shared_ptr<URLResponse> makeResponse() const {
+        SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
+        const char* type = soup_message_headers_get_content_type(headers, nullptr);
+        const bool hasLength = soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH;
+        char* text = g_uri_to_string(soup_message_get_uri(_message.get()));
+        auto url = URL::fromString(text);
+        g_free(text);
+        return std::make_shared<HTTPURLResponse>(
+            url ? *url : _request.url, type != nullptr ? type : "",
+            hasLength ? static_cast<std::int64_t>(soup_message_headers_get_content_length(headers)) : -1,
+            static_cast<int>(soup_message_get_status(_message.get())));
+    }
+
+    // The time-out is one without progress: every event of the connection and every piece of content begins
+    // it anew.
+    void watchProgress() {
+        if (!(_request.timeoutInterval > 0) || !std::isfinite(_request.timeoutInterval)) return;
+        _timer = g_timeout_source_new(0);
+        g_source_set_callback(
+            _timer,
+            [](gpointer data) -> gboolean {
+                auto* transfer = static_cast<HTTPTransfer*>(data);
+                transfer->_isTimedOut = true;
+                g_cancellable_cancel(transfer->_cancellable.get());
+                g_source_set_ready_time(transfer->_timer, -1);
+                return G_SOURCE_CONTINUE;
+            },
+            this, nullptr);
+        noteProgress();
+        g_source_attach(_timer, NetworkThread::shared().context());
+        const auto progress = +[](SoupMessage*, HTTPTransfer* transfer) { transfer->noteProgress(); };
+        g_signal_connect(_message.get(), "got-headers", G_CALLBACK(progress), this);
+        g_signal_connect(_message.get(), "restarted", G_CALLBACK(progress), this);
+        g_signal_connect(_message.get(), "wrote-headers", G_CALLBACK(progress), this);
+    }
+
+    void noteProgress() {
+        if (_timer == nullptr) return;
+        const double interval = std::fmin(_request.timeoutInterval, 1e9) * 1e6;
+        g_source_set_ready_time(_timer, g_get_monotonic_time() + static_cast<gint64>(interval));
+    }
+
+    static Error cancelled() {
+        return transferError(TransferFailure::Cancelled, "The transfer was cancelled.");
+    }
+
+    std::optional<Error> errorFrom(GError* error) const {
+        const std::unique_ptr<GError, decltype(&g_error_free)> owner(error, &g_error_free);
+        if (_isTimedOut) return transferError(TransferFailure::TimedOut, "The request timed out.");
+        if (_isCancelled) return cancelled();
+        return transferError(TransferFailure::Failed,
+                             std::string("The transfer failed (") +
+                                 (error != nullptr ? error->message : "unknown error") + ").");
+    }
+
+    void end(std::optional<Error> error) {
+        if (_timer != nullptr) {
+            g_source_destroy(_timer);
+            g_source_unref(_timer);
+            _timer = nullptr;
+        }
+        if (_message) g_signal_handlers_disconnect_by_data(_message.get(), this);
+        _stream.reset();
+        _message.reset();
+        finish(_response, std::move(error));
+    }
+
+    // All of it is used on the network thread only.
+    Owned<SoupMessage> _message;
+    Owned<GCancellable> _cancellable;
+    Owned<GInputStream> _stream;
+    GSource* _timer = nullptr;
+    std::shared_ptr<URLResponse> _response;
+    std::array<std::byte, 65536> _buffer{};
+    bool _isTimedOut = false;
+    bool _isCancelled = false;
+};
+
+} // namespace
+
+std::shared_ptr<URLSessionTask::Transfer>
+makeHTTPTransfer(std::shared_ptr<URLSession::Implementation> session, const URLRequest& request,
+                 std::unique_ptr<ContentSink> sink) {
+    return std::make_shared<HTTPTransfer>(std::move(session), request, std::move(sink));
+}
+
+URLSession::Implementation::Implementation() = default;
+
+URLSession::Implementation::~Implementation() {
+    if (_connections == nullptr) return;
+    NetworkThread::shared().run([connections = _connections] { g_object_unref(connections); });
+}
+
+SoupSession* URLSession::Implementation::connections() {
+    // Time-outs are each transfer's own.
+    if (_connections == nullptr)
+        _connections = soup_session_new_with_options("timeout", 0U, "user-agent", "tonewright", nullptr);
+    return _connections;
+}
+
+} // namespace platform

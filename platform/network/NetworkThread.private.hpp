@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The one thread on which all network work runs, with a loop of its own. Private to platform/network.
+#pragma once
+
+#include <functional>
+
+typedef struct _GMainContext GMainContext;
+
+namespace platform {
+
+class NetworkThread {
+  public:
+    /// Give the thread of the process; it starts with the first use and never ends.
+    [[nodiscard]] static NetworkThread& shared();
+
+    /// Run `work` on the thread, after what was given before. Any thread.
+    void run(std::function<void()> work);
+    [[nodiscard]] GMainContext* context() const noexcept { return _context; }
+
+  private:
+    NetworkThread();
+    GMainContext* _context;
+};
+
+} // namespace platform

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/network/URLSession.hpp"
+
+#include "platform/network/URLSession.private.hpp"
+
+#include <future>
+
+namespace platform {
+namespace {
+
+// What no source can be found for.
+class NoTransfer final : public URLSessionTask::Transfer {
+  public:
+    using Transfer::Transfer;
+    void cancel() override {}
+
+  protected:
+    void start() override {
+        finish(nullptr, transferError(TransferFailure::UnsupportedURL,
+                                      "The URL '" + _request.url.absoluteString() + "' is not supported."));
+    }
+};
+
+std::shared_ptr<URLSessionTask> makeTask(const std::shared_ptr<URLSession::Implementation>& session,
+                                         const URLRequest& request, std::unique_ptr<ContentSink> sink) {
+    const std::string scheme = request.url.scheme();
+    std::shared_ptr<URLSessionTask::Transfer> transfer;
+    if (scheme == "http" || scheme == "https")
+        transfer = makeHTTPTransfer(session, request, std::move(sink));
+    else if (scheme == "file")
+        transfer = makeFileTransfer(session, request, std::move(sink));
+    else
+        transfer = std::make_shared<NoTransfer>(session, request, std::move(sink));
+    return std::make_shared<URLSessionTask>(std::move(transfer));
+}
+
+} // namespace
+
+Error transferError(TransferFailure failure, std::string sentence) {
+    for (char& c : sentence)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    return {"Network", static_cast<long>(failure), std::move(sentence)};
+}
+
+void URLSessionTask::Transfer::finish(std::shared_ptr<URLResponse> response, std::optional<Error> error) {
+    if (_ended.exchange(true)) return;
+    _session->queue.async(
+        [self = shared_from_this(), response = std::move(response), error = std::move(error)]() mutable {
+            self->_sink->deliver(response, std::move(error));
+            self->_sink.reset(); // with the completion and what it holds
+        });
+}
+
+void URLSessionTask::resume() {
+    _transfer->resume();
+}
+
+void URLSessionTask::cancel() {
+    _transfer->cancel();
+}
+
+std::shared_ptr<URLSession> URLSession::sharedSession() {
+    static auto* session = new std::shared_ptr<URLSession>(create({})); // outlives every static
+    return *session;
+}
+
+std::shared_ptr<URLSession> URLSession::create(const URLSessionConfiguration&) {
+    return std::shared_ptr<URLSession>(new URLSession(std::make_shared<Implementation>()));
+}
+
+URLSession::URLSession(std::shared_ptr<Implementation> implementation)
+    : _implementation(std::move(implementation)) {}
+URLSession::~URLSession() = default;
+
+std::shared_ptr<URLSessionTask> URLSession::dataTaskWithRequest(const URLRequest& request,
+                                                                DataCompletion completion) {
+    return makeTask(_implementation, request, makeDataSink(std::move(completion)));
+}
+
+std::shared_ptr<URLSessionTask> URLSession::downloadTaskWithRequest(const URLRequest& request,
+                                                                    DownloadCompletion completion) {
+    return makeTask(_implementation, request, makeDownloadSink(std::move(completion)));
+}
+
+Result<URLData> contentsOfURL(const URL& url) {
+    // Shared with the completion, which may still be inside `set_value` when the waiting ends.
+    const auto promise = std::make_shared<std::promise<Result<URLData>>>();
+    const auto task = URLSession::create({})->dataTaskWithRequest(
+        URLRequest(url), [promise](const auto& data, const auto&, const auto& error) {
+            if (error)
+                promise->set_value(*error);
+            else
+                promise->set_value(*data);
+        });
+    task->resume();
+    return promise->get_future().get();
+}
+
+} // namespace platform

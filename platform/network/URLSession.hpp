@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Fetching of what URLs name: http and https over the network, file from the disk. A transfer runs in the
+// background; its completion is called once, on a queue of the session's own. All operations may be called
+// from any thread but the audio thread.
+#pragma once
+
+#include "platform/foundation/Error.hpp"
+#include "platform/foundation/Result.hpp"
+#include "platform/foundation/URL.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// What stands in memory. Only the protocol's own rules are known; nothing is kept between requests.
+enum class URLRequestCachePolicy : std::uint8_t { UseProtocolCachePolicy = 0 };
+
+struct URLRequest {
+    explicit URLRequest(URL location)
+        : url(std::move(location)) {}
+
+    URL url;
+    URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::UseProtocolCachePolicy;
+    double timeoutInterval = 60.0; // seconds without any progress after which the transfer fails
+};
+
+/// What a source says of itself.
+class URLResponse {
+  public:
+    URLResponse(URL url, std::string mimeType, std::int64_t expectedContentLength)
+        : _url(std::move(url))
+        , _mimeType(std::move(mimeType))
+        , _expectedContentLength(expectedContentLength) {}
+    virtual ~URLResponse() = default;
+
+    /// Give the URL that answered: after redirects, the last one.
+    [[nodiscard]] const URL& url() const noexcept { return _url; }
+    /// Give the type of the content; empty when the source does not say.
+    [[nodiscard]] const std::string& mimeType() const noexcept { return _mimeType; }
+    /// Give the number of bytes that the source announces; -1 when it does not.
+    [[nodiscard]] std::int64_t expectedContentLength() const noexcept { return _expectedContentLength; }
+
+  private:
+    URL _url;
+    std::string _mimeType;
+    std::int64_t _expectedContentLength;
+};
+
+class HTTPURLResponse final : public URLResponse {
+  public:
+    HTTPURLResponse(URL url, std::string mimeType, std::int64_t expectedContentLength, int statusCode)
+        : URLResponse(std::move(url), std::move(mimeType), expectedContentLength)
+        , _statusCode(statusCode) {}
+
+    [[nodiscard]] int statusCode() const noexcept { return _statusCode; }
+
+  private:
+    int _statusCode;
+};
+
+struct URLSessionConfiguration {
+    /// Give the usual one.
+    [[nodiscard]] static URLSessionConfiguration defaultSessionConfiguration() { return {}; }
+};
+
+using URLData = std::vector<std::byte>;
+/// Receives the content, or the error for which there is none.
+using DataCompletion =
+    std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,
+                       const std::optional<Error>& error)>;
+/// Receives the place of a temporary file with the content, which is removed when the call returns, or the
+/// error for which there is none.
+using DownloadCompletion =
+    std::function<void(const std::optional<URL>& location, const std::shared_ptr<URLResponse>& response,
+                       const std::optional<Error>& error)>;
+
+/// One transfer, which begins when it is resumed. Released before its end it goes on.
+class URLSessionTask {
+  public:
+    class Transfer;
+    explicit URLSessionTask(std::shared_ptr<Transfer> transfer)
+        : _transfer(std::move(transfer)) {}
+
+    /// Begin; the second time without effect.
+    void resume();
+    /// Give up: the completion is called with an error, unless it was already.
+    void cancel();
+
+  private:
+    std::shared_ptr<Transfer> _transfer;
+};
+
+class URLSession {
+  public:
+    /// Give the session of the process.
+    [[nodiscard]] static std::shared_ptr<URLSession> sharedSession();
+    [[nodiscard]] static std::shared_ptr<URLSession> create(const URLSessionConfiguration& configuration);
+    ~URLSession();
+    URLSession(const URLSession&) = delete;
+    URLSession& operator=(const URLSession&) = delete;
+
+    [[nodiscard]] std::shared_ptr<URLSessionTask> dataTaskWithRequest(const URLRequest& request,
+                                                                      DataCompletion completion);
+    [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskWithRequest(const URLRequest& request,
+                                                                          DownloadCompletion completion);
+
+    class Implementation;
+
+  private:
+    explicit URLSession(std::shared_ptr<Implementation> implementation);
+    std::shared_ptr<Implementation> _implementation;
+};
+
+/// Read the whole content at `url` and return when it is there. Blocks.
+[[nodiscard]] Result<URLData> contentsOfURL(const URL& url);
+
+} // namespace platform

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What a session and its transfers share. Private to platform/network.
+#pragma once
+
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/network/ContentSink.private.hpp"
+#include "platform/network/URLSession.hpp"
+
+#include <atomic>
+
+typedef struct _SoupSession SoupSession;
+
+namespace platform {
+
+class URLSession::Implementation {
+  public:
+    Implementation();
+    ~Implementation();
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+
+    /// Give the connections; on the network thread only.
+    [[nodiscard]] SoupSession* connections();
+    /// The session's own queue, on which completions are called.
+    DispatchQueue queue{"example.tonewright.network"};
+
+  private:
+    SoupSession* _connections = nullptr; // belongs to the network thread
+};
+
+/// One transfer: where it comes from is the subclass's, where it goes to the sink's.
+class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
+  public:
+    Transfer(std::shared_ptr<URLSession::Implementation> session, URLRequest request,
+             std::unique_ptr<ContentSink> sink)
+        : _session(std::move(session))
+        , _request(std::move(request))
+        , _sink(std::move(sink)) {}
+    virtual ~Transfer() = default;
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    void resume() {
+        if (!_began.exchange(true)) start();
+    }
+    virtual void cancel() = 0;
+
+  protected:
+    /// Begin; called once, from any thread.
+    virtual void start() = 0;
+    /// Hand the content, or the error, to the completion. The first call counts.
+    void finish(std::shared_ptr<URLResponse> response, std::optional<Error> error);
+
+    std::shared_ptr<URLSession::Implementation> _session;
+    URLRequest _request;
+    std::unique_ptr<ContentSink> _sink; // used by the transfer's one thread, then by the completion's
+
+  private:
+    std::atomic<bool> _began{false};
+    std::atomic<bool> _ended{false};
+};
+
+[[nodiscard]] std::shared_ptr<URLSessionTask::Transfer>
+makeHTTPTransfer(std::shared_ptr<URLSession::Implementation> session, const URLRequest& request,
+                 std::unique_ptr<ContentSink> sink);
+[[nodiscard]] std::shared_ptr<URLSessionTask::Transfer>
+makeFileTransfer(std::shared_ptr<URLSession::Implementation> session, const URLRequest& request,
+                 std::unique_ptr<ContentSink> sink);
+
+enum class TransferFailure { Cancelled = -999, TimedOut = -1001, UnsupportedURL = -1002, Failed = -1 };
+
+/// Make the error of a transfer; control bytes in `sentence` are replaced, so that it stays one line.
+[[nodiscard]] Error transferError(TransferFailure failure, std::string sentence);
+
+} // namespace platform

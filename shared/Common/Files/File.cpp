@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shared/Common/Files/File.hpp"
+
+#include "platform/foundation/ByteCountFormatter.hpp"
+#include "platform/foundation/DateFormatter.hpp"
+#include "platform/foundation/URL.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/foundation/fatal.hpp"
+#include "shared/Common/Files/ItemIdentifier.hpp"
+#include "shared/Common/Files/pathText.hpp"
+
+#include <atomic>
+
+namespace tonewright {
+namespace {
+
+std::atomic<std::uint64_t> relabelingCount{0};
+
+// An attribute that is missing among others ends the program.
+template <class T>
+T required(const std::optional<T>& attribute) {
+    if (!attribute) platform::fatal(platform::UnexpectedNilUnwrapping);
+    return *attribute;
+}
+
+} // namespace
+
+File::File()
+    : _location(NodeLocation::nowhere()) {}
+
+platform::NSNumber File::uid() const noexcept {
+    return _uidIsBeyondSigned ? platform::NSNumber(_uid)
+                              : platform::NSNumber(static_cast<std::int64_t>(_uid));
+}
+
+void File::setUid(platform::NSNumber value) noexcept {
+    _uid = value.unsignedLongLongValue();
+    _uidIsBeyondSigned = value.isBeyondSigned();
+}
+
+std::string File::subpath() const {
+    std::string path;
+    path.reserve(directoryPart().size() + namePart().size());
+    return path.append(directoryPart()).append(namePart());
+}
+
+void File::setSubpath(std::string_view value) {
+    const std::size_t split = value.rfind('/') + 1; // 0 without a "/"
+    _location = _location->withDirectory(value.substr(0, split));
+    _name = CompactText(value.substr(split));
+    if (value.empty()) set_indent(0);
+    // Not `else`: a subpath without components has the depth -1.
+    set_indent(_location->componentCount() + (split < value.size() ? 1 : 0) - 1);
+    noteRelabeling();
+}
+
+void File::setIsDirectory(bool value) noexcept {
+    _isDirectory = value;
+    noteRelabeling();
+}
+
+void File::noteRelabeling() noexcept {
+    if (_isIndexed) relabelingCount.fetch_add(1, std::memory_order_relaxed);
+}
+
+std::uint64_t File::relabelings() noexcept {
+    return relabelingCount.load(std::memory_order_relaxed);
+}
+
+std::string File::getFilePath() const {
+    return rootpath() + "/" + subpath();
+}
+
+std::string File::getFileName() const {
+    if (!namePart().empty()) return std::string(namePart());
+    if (!directoryPart().empty()) return std::string(lastComponent(directoryPart()));
+    return platform::URL::fileURLWithPath(rootpath(), false).lastPathComponent();
+}
+
+std::string File::getFileExtension() const {
+    return std::string(extensionOf(subpath()));
+}
+
+std::string File::getParentPath() const {
+    return std::string(withoutLastComponent(subpath()));
+}
+
+platform::NSNumber File::getSystemFileNumber() const {
+    return _attributes.isEmpty() ? platform::NSNumber(-1) : required(_attributes.systemFileNumber());
+}
+
+std::string File::getSystemFileNumberFormatted() const {
+    if (_attributes.isEmpty()) return std::string(InvalidAttribute);
+    return required(_attributes.systemFileNumber()).stringValue();
+}
+
+platform::Date File::getModificationDate() const {
+    return _attributes.isEmpty() ? platform::Date::now() : required(_attributes.modificationDate());
+}
+
+std::string File::getModifiedDateFormatted() const {
+    if (_attributes.isEmpty()) return std::string(InvalidAttribute);
+    return platform::DateFormatter().stringFromDate(required(_attributes.modificationDate()));
+}
+
+platform::Date File::getCreationDate() const {
+    return _attributes.isEmpty() ? platform::Date::now() : required(_attributes.creationDate());
+}
+
+std::string File::getCreationDateFormatted() const {
+    if (_attributes.isEmpty()) return std::string(InvalidAttribute);
+    return platform::DateFormatter().stringFromDate(required(_attributes.creationDate()));
+}
+
+platform::NSNumber File::getFileSize() const {
+    return _attributes.isEmpty() ? platform::NSNumber(-1) : required(_attributes.size());
+}
+
+std::string File::getFileSizeFormatted() const {
+    if (_attributes.isEmpty()) return std::string(InvalidAttribute);
+    return platform::ByteCountFormatter::stringFromByteCount(required(_attributes.size()).longLongValue(),
+                                                             platform::ByteCountStyle::File);
+}
+
+void File::setExpanded(bool value) {
+    set_expanded(value && isDirectory());
+}
+
+void File::makeExpandedList(const std::shared_ptr<File>& self, FileList& list) {
+    list.push_back(self);
+}
+
+void File::findFileWithUID(std::string_view uid, const std::shared_ptr<File>& self,
+                           std::shared_ptr<File>& found) {
+    find(ItemIdentifier(uid), self, found);
+}
+
+void File::find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
+                std::shared_ptr<File>& found) {
+    if (!identifier.names(*this)) return;
+    found = self;
+    std::string line = isDirectory() ? "FileTree: The following folder was found: "
+                                     : "FileTree: The following file was found: ";
+    platform::print(line.append(" ").append(identifier.text()).append(" ").append(getFileName()));
+}
+
+} // namespace tonewright

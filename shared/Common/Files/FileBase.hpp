@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Identity and view state of a node in a file tree. Used from one thread at a time; numbers may be given to
+// nodes of several threads.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tonewright {
+
+class FileBase {
+  public:
+    /// Take the next number of the process.
+    FileBase();
+    virtual ~FileBase() = default;
+    FileBase(const FileBase&) = delete;
+    FileBase& operator=(const FileBase&) = delete;
+
+    // The fields: the node's number in the order of creation, from 1, never reused; whether it stands for a
+    // remote item; whether a browser shows it expanded or selected; its depth below the tree's root.
+    [[nodiscard]] bool _remote() const noexcept { return _remoteField; }
+    void set_remote(bool value) noexcept { _remoteField = value; }
+    [[nodiscard]] bool _expanded() const noexcept { return _expandedField; }
+    void set_expanded(bool value) noexcept { _expandedField = value; }
+    [[nodiscard]] bool _selected() const noexcept { return _selectedField; }
+    void set_selected(bool value) noexcept { _selectedField = value; }
+    [[nodiscard]] std::int64_t _indent() const noexcept { return _indentField; }
+    void set_indent(std::int64_t value) noexcept { _indentField = value; }
+
+    /// Give the number of the node created last in the process. Any thread.
+    [[nodiscard]] static std::int64_t lastID() noexcept;
+
+    [[nodiscard]] std::int64_t getID() const noexcept { return _id; }
+    /// Give the number as decimal text.
+    [[nodiscard]] std::string getIDFormatted() const { return std::to_string(_id); }
+    /// Print one line with the fields.
+    virtual void dumpout() const;
+
+  private:
+    std::int64_t _id = -1;
+    std::int64_t _indentField = 0;
+    bool _remoteField = false; // last: what derives from this puts its own flags beside them
+    bool _expandedField = false;
+    bool _selectedField = false;
+};
+
+} // namespace tonewright

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Scans a directory into a tree, removing archive and folder-view litter from the disk on the way; reports on
+// single paths; downloads a file into the folder that the maker's programs share; reports where the
+// application's files live. All results are lines on standard output and the tree. One thread at a time,
+// except that a download ends on its session's queue.
+#pragma once
+
+#include "platform/foundation/FileManager.hpp"
+#include "shared/Common/Files/FileTree.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tonewright {
+
+/// The folder that the maker's programs share.
+inline constexpr std::string_view ApplicationGroupIdentifier = "group.tonewright.example";
+
+enum class DownloadOutcome {
+    Stored,    // at its destination
+    NotStored, // the source was none that is stored
+    Failed,    // a line said why
+};
+
+class FileEnumerator : public platform::FileManagerDelegate {
+  public:
+    platform::FileManager& defaultFileManager; // the process's
+    platform::FileManager fileManager;         // an own one, of which this is the delegate
+    std::shared_ptr<FileTree> fileTree;
+
+    FileEnumerator();
+    ~FileEnumerator() override;
+    FileEnumerator(const FileEnumerator&) = delete;
+    FileEnumerator& operator=(const FileEnumerator&) = delete;
+
+    /// Give the one instance of the process, made at the first call.
+    [[nodiscard]] static FileEnumerator& shared();
+
+    /// Scan the directory `path`, which becomes the current directory, into `fileTree`. Items with "__MACOSX"
+    /// or ".DS_Store" in their path below it are deleted instead of listed.
+    virtual void enumerate(const std::string& path);
+    /// Print what the file manager answers for `path`/`name`.
+    void examineFile(const std::string& name, const std::string& path);
+    /// Give the decimal text, with a leading "0" below 10.
+    [[nodiscard]] static std::string formatNumber(std::int64_t number);
+    /// Fetch `url` into "download.zip" in the shared folder; begins one second later on the main queue.
+    void downloadFile(const platform::URL& url);
+    /// Print where the application's files live.
+    void testFileManager();
+
+    /// Do what `downloadFile` does, and tell on the session's queue how it ended.
+    static void startDownload(const platform::URL& url, std::function<void(DownloadOutcome)> whenEnded);
+
+    // The answers: every operation is allowed, none goes on after an error.
+    bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override;
+    bool fileManagerShouldRemoveItemAtPath(platform::FileManager&, const std::string&) override;
+    bool fileManagerShouldProceedAfterErrorRemovingItemAtURL(platform::FileManager&, const platform::Error&,
+                                                             const platform::URL&) override;
+    bool fileManagerShouldProceedAfterErrorRemovingItemAtPath(platform::FileManager&, const platform::Error&,
+                                                              const std::string&) override;
+    bool fileManagerShouldCopyItemAtURL(platform::FileManager&, const platform::URL&,
+                                        const platform::URL& toURL) override;
+    bool fileManagerShouldCopyItemAtPath(platform::FileManager&, const std::string&,
+                                         const std::string& toPath) override;
+    bool fileManagerShouldProceedAfterErrorCopyingItemAtURL(platform::FileManager&, const platform::Error&,
+                                                            const platform::URL&,
+                                                            const platform::URL& toURL) override;
+    bool fileManagerShouldProceedAfterErrorCopyingItemAtPath(platform::FileManager&, const platform::Error&,
+                                                             const std::string&,
+                                                             const std::string& toPath) override;
+    bool fileManagerShouldLinkItemAtURL(platform::FileManager&, const platform::URL&,
+                                        const platform::URL& toURL) override;
+    bool fileManagerShouldLinkItemAtPath(platform::FileManager&, const std::string&,
+                                         const std::string& toPath) override;
+    bool fileManagerShouldProceedAfterErrorLinkingItemAtURL(platform::FileManager&, const platform::Error&,
+                                                            const platform::URL&,
+                                                            const platform::URL& toURL) override;
+    bool fileManagerShouldProceedAfterErrorLinkingItemAtPath(platform::FileManager&, const platform::Error&,
+                                                             const std::string&,
+                                                             const std::string& toPath) override;
+    bool fileManagerShouldMoveItemAtURL(platform::FileManager&, const platform::URL&,
+                                        const platform::URL& toURL) override;
+    bool fileManagerShouldMoveItemAtPath(platform::FileManager&, const std::string&,
+                                         const std::string& toPath) override;
+    bool fileManagerShouldProceedAfterErrorMovingItemAtURL(platform::FileManager&, const platform::Error&,
+                                                           const platform::URL&,
+                                                           const platform::URL& toURL) override;
+    bool fileManagerShouldProceedAfterErrorMovingItemAtPath(platform::FileManager&, const platform::Error&,
+                                                            const std::string&,
+                                                            const std::string& toPath) override;
+
+  private:
+    void createRootNode(const std::string& path);
+    void createChildNode(const std::string& subpath, const std::string& path,
+                         platform::DirectoryEnumerator& enumerator);
+    void printDirectory(std::string_view label, platform::SearchPathDirectory directory) const;
+};
+
+/// Tell whether a scan deletes the item with this path below the scanned directory.
+[[nodiscard]] bool isLitter(std::string_view subpath) noexcept;
+
+} // namespace tonewright

@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The scanner's download into the folder that the maker's programs share.
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/foundation/fatal.hpp"
+#include "platform/network/URLSession.hpp"
+#include "shared/Common/Files/FileEnumerator.hpp"
+
+namespace tonewright {
+namespace {
+
+using platform::FileManager;
+using platform::print;
+using platform::URL;
+
+constexpr double StartDelaySeconds = 1.0;
+constexpr double TimeoutSeconds = 60.0;
+
+// Puts the downloaded file in its place.
+std::optional<platform::Error> store(const URL& file, const URL& destination) {
+    FileManager& manager = FileManager::defaultManager();
+    if (manager.fileExistsAtPath(destination.path())) {
+        print("Eine Datei mit diesem Namen existiert bereits, die Datei wird entfernt...");
+        if (auto error = manager.removeItemAtURL(destination)) return error;
+    }
+    return manager.copyItemAtURL(file, destination);
+}
+
+DownloadOutcome finish(const URL& source, const URL& destination, const std::optional<URL>& file,
+                       const std::shared_ptr<platform::URLResponse>& response,
+                       const std::optional<platform::Error>& error) {
+    if (!file || error) {
+        // The "%@" has always been a part of this line.
+        print("FEHLER: Während des Downloads der Datei (" + source.absoluteString() +
+              ") ist folgender Fehler aufgetreten: %@ " +
+              (error ? error->localizedDescription() : "(keine Beschreibung verfügbar)"));
+        return DownloadOutcome::Failed;
+    }
+    const auto* answer = dynamic_cast<const platform::HTTPURLResponse*>(response.get());
+    if (answer == nullptr) return DownloadOutcome::NotStored;
+    // Every status is stored, that of an error too.
+    print("Die Datei (" + source.absoluteString() + ") wurde als '" + file->absoluteString() +
+          "' heruntergeladen mit Status Code: " + std::to_string(answer->statusCode()));
+    if (const auto failed = store(*file, destination)) {
+        print("FEHLER: Die Datei konnte nicht in das Zielverzeichnis '" + destination.absoluteString() +
+              "' kopiert werden. " + failed->description());
+        return DownloadOutcome::Failed;
+    }
+    print("Temporäre Download Datei kopiert nach: '" + destination.absoluteString() + "'.");
+    if (!FileManager::defaultManager().fileExistsAtPath(destination.path())) {
+        print("FEHLER: Download Datei nicht am Ziel vorhanden.");
+        return DownloadOutcome::Failed;
+    }
+    print("Download nach '" + destination.path() + "' war erfolgreich.");
+    return DownloadOutcome::Stored;
+}
+
+} // namespace
+
+void FileEnumerator::downloadFile(const URL& url) {
+    startDownload(url, nullptr);
+}
+
+void FileEnumerator::startDownload(const URL& url, std::function<void(DownloadOutcome)> whenEnded) {
+    print("Download von '" + url.absoluteString() + "' wurde gestartet.");
+    const auto container = FileManager::defaultManager().containerURLForSecurityApplicationGroupIdentifier(
+        ApplicationGroupIdentifier);
+    const URL destination = platform::unwrap(container).appendingPathComponent("download.zip");
+    platform::DispatchQueue::main().asyncAfter(StartDelaySeconds, [url, destination, whenEnded] {
+        platform::URLRequest request(url);
+        request.timeoutInterval = TimeoutSeconds;
+        const auto session =
+            platform::URLSession::create(platform::URLSessionConfiguration::defaultSessionConfiguration());
+        session
+            ->downloadTaskWithRequest(
+                request,
+                [url, destination, whenEnded](const auto& file, const auto& response, const auto& error) {
+                    const auto outcome = finish(url, destination, file, response, error);
+                    print("Asynchroner Download...");
+                    if (whenEnded) whenEnded(outcome);
+                })
+            ->resume();
+    });
+}
+
+} // namespace tonewright

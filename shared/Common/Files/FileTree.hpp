@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A scanned directory: its root node, where it was scanned, and a working list of nodes. During a scan the
+// list holds the nodes so far, in the order of their creation; later it is the page that a browser shows.
+// Used from one thread at a time.
+#pragma once
+
+#include "shared/Common/Files/FileList.hpp"
+#include "shared/Common/Files/Folder.hpp"
+#include "shared/Common/Files/ParentIndex.hpp"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tonewright {
+
+class FileTree {
+  public:
+    std::string basePath;         // the current directory while it was scanned
+    std::shared_ptr<Folder> root; // absent until a scan made it
+    FileList filelist;
+
+    FileTree() = default;
+    FileTree(const FileTree&) = delete;
+    FileTree& operator=(const FileTree&) = delete;
+
+    /// Attach a new node to the folder in `filelist` that its subpath names, or to the root. A node below the
+    /// first level stays unattached while `filelist` is empty. An absent root is fatal.
+    void findParent(const std::shared_ptr<File>& file);
+    void clearList();
+    /// Fill `filelist` with the root's children and what is visible below them. An absent root is fatal.
+    void makeExpandedList();
+    /// Set the expansion of everything below the root.
+    void setExpanded(bool value);
+
+    /// Print the nodes of `filelist`.
+    void dumpout() const;
+    /// Print the whole tree.
+    void dumpoutRoot() const;
+    /// Give the whole tree as nested elements. An absent root is fatal.
+    [[nodiscard]] std::string xml() const;
+    /// Give `filelist` as elements in a row.
+    [[nodiscard]] std::string list() const;
+
+    /// Give the item whose file number has the text `uid`, or the root for the root container's identifier;
+    /// null when there is none. Prints a line when it finds one.
+    [[nodiscard]] std::shared_ptr<File> findFileWithUID(std::string_view uid);
+    /// Collapse everything and fill `filelist` with one page: the root's children, or a folder and its own.
+    void makeExpandedPage(std::string_view identifier);
+    /// Do the same and expand the folder's ancestors.
+    void makeExpandedPath(std::string_view identifier);
+
+  private:
+    [[nodiscard]] Folder& requiredRoot() const;
+    void attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder) const;
+
+    ParentIndex _index;
+};
+
+} // namespace tonewright

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Finds the folder that a backward walk over a list of nodes would find, without walking. It holds as long as
+// the list is only appended to and no node in it is relabelled; after any other change it walks, and indexes
+// the list anew when it is asked again. Used from one thread at a time.
+#pragma once
+
+#include "shared/Common/Files/FileList.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace tonewright {
+
+class Folder;
+
+class ParentIndex {
+  public:
+    /// Give the last entry of `list` that is a directory and has the subpath `path`; null when there is none.
+    /// A directory that is no `Folder` and stands behind it is fatal, as it is for the walk.
+    [[nodiscard]] std::shared_ptr<File> find(const FileList& list, std::string_view path);
+    /// Give the same by walking.
+    [[nodiscard]] static std::shared_ptr<File> walk(const FileList& list, std::string_view path);
+
+  private:
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+    struct Stamp {
+        std::uint64_t edits = 0;
+        std::uint64_t relabelings = 0;
+        friend bool operator==(const Stamp&, const Stamp&) = default;
+    };
+    void indexNewEntries(const FileList& list);
+
+    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> _positions; // of folders, by subpath
+    std::size_t _indexed = 0;                                                       // entries looked at
+    std::optional<std::size_t> _lastMisfit; // the last directory that is no `Folder`
+    Stamp _stamp;                           // of the list that the index describes
+    std::optional<Stamp> _walked;           // of the list as it was at the last walk
+};
+
+} // namespace tonewright

@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The diagnostic lines of nodes: every field, one line at a time, for developers to read.
+#include "platform/foundation/console.hpp"
+#include "shared/Common/Files/Folder.hpp"
+#include "shared/Common/Files/TextWriter.hpp"
+
+#include <array>
+
+namespace tonewright {
+namespace {
+
+std::string_view textOf(bool value) {
+    return value ? "true" : "false";
+}
+
+void writeAddress(TextWriter& writer, const File& node) {
+    writer.write("<");
+    writer.write(node.className());
+    writer.write(": 0x");
+    char* const text = writer.room(16);
+    writer.advanceTo(std::to_chars(text, text + 16, reinterpret_cast<std::uintptr_t>(&node), 16).ptr);
+    writer.write(">");
+}
+
+std::string describe(const std::shared_ptr<File>& node) {
+    if (!node) return "nil";
+    std::string text;
+    {
+        TextWriter writer(text);
+        writer.write("Optional(");
+        writeAddress(writer, *node);
+        writer.write(")");
+    }
+    return text;
+}
+
+/// The start of every line of a node: tabs and the node's number.
+std::string headOf(const FileBase& node) {
+    std::string head;
+    {
+        TextWriter writer(head);
+        writer.writeTabs(node._indent());
+        writer.write("<item id=");
+        writer.writeNumber(node.getID());
+    }
+    return head;
+}
+
+// One line of pieces, in a buffer that is kept.
+class Line {
+  public:
+    explicit Line(std::string_view head) { _text = head; }
+    Line& operator<<(std::string_view piece) {
+        _text.append(piece);
+        return *this;
+    }
+    Line& operator<<(std::int64_t number) { return *this << std::to_string(number); }
+    void print() const { platform::print(_text); }
+
+  private:
+    std::string _text;
+};
+
+void printField(const std::string& head, std::string_view label, std::string_view type,
+                std::string_view value) {
+    (Line(head) << " label='" << label << "' type='" << type << "' value='" << value << "' />").print();
+}
+
+} // namespace
+
+void FileBase::dumpout() const {
+    (Line(headOf(*this)) << " _remote='" << textOf(_remote()) << "' _expanded='" << textOf(_expanded())
+                         << "' _selected='" << textOf(_selected()) << "' _indent='" << _indent() << "' />")
+        .print();
+}
+
+void File::dumpout() const {
+    const std::string head = headOf(*this);
+    (Line(head) << " filename='" << getFileName() << "' />").print();
+    FileBase::dumpout();
+    (Line(head) << " uid=" << uid().stringValue() << " parent='" << describe(parent()) << "' rootpath='"
+                << rootpath() << "' subpath='" << directoryPart() << namePart()
+                << "' exists=" << textOf(exists()) << " isDirectory=" << textOf(isDirectory())
+                << " isWritable=" << textOf(isWritable()) << " isReadeble=" << textOf(isReadeble())
+                << " isExecutable=" << textOf(isExecutable()) << " isDeleteble=" << textOf(isDeleteble())
+                << " attributes='" << attributes().description() << "' />")
+        .print();
+    dumpFields(head);
+}
+
+void File::dumpFields(const std::string& head) const {
+    printField(head, "uid", "NSNumber", uid().stringValue());
+    printField(head, "parent", "Optional<File>", describe(parent()));
+    printField(head, "rootpath", "String", rootpath());
+    printField(head, "subpath", "String", subpath());
+    printField(head, "exists", "Bool", textOf(exists()));
+    printField(head, "isDirectory", "Bool", textOf(isDirectory()));
+    printField(head, "isWritable", "Bool", textOf(isWritable()));
+    printField(head, "isReadeble", "Bool", textOf(isReadeble()));
+    printField(head, "isExecutable", "Bool", textOf(isExecutable()));
+    printField(head, "isDeleteble", "Bool", textOf(isDeleteble()));
+    printField(head, "attributes", "Dictionary<FileAttributeKey, Any>", attributes().description());
+}
+
+void Folder::dumpFields(const std::string& head) const {
+    std::string value;
+    {
+        TextWriter writer(value);
+        writer.write("[");
+        for (const auto& child : children) {
+            if (&child != &children.front()) writer.write(", ");
+            writeAddress(writer, *child);
+        }
+        writer.write("]");
+    }
+    printField(head, "children", "Array<File>", value);
+}
+
+void Folder::dumpout() const {
+    File::dumpout();
+    (Line(headOf(*this)) << " label='children' type='Array<File>' />").print();
+    for (const auto& child : children) child->dumpout();
+}
+
+} // namespace tonewright

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Paths as texts: components are split at "/", empty ones dropped; a leading "/" is a component of its own.
+// Pure functions; any thread.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace tonewright {
+
+/// Give the number of components.
+[[nodiscard]] std::int64_t componentCount(std::string_view path) noexcept;
+/// Give the last component; empty when there is none, "/" for the root.
+[[nodiscard]] std::string_view lastComponent(std::string_view path) noexcept;
+/// Give the path without its last component: "a/b" for "a/b/c", empty for "a", "/" for "/a".
+[[nodiscard]] std::string_view withoutLastComponent(std::string_view path) noexcept;
+/// Give what follows the last "." of the last component; empty when it has none.
+[[nodiscard]] std::string_view extensionOf(std::string_view path) noexcept;
+
+} // namespace tonewright

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tools/files/Arguments.hpp"
+
+#include "platform/foundation/console.hpp"
+
+#include <array>
+
+namespace tonewright::tool {
+namespace {
+
+struct CommandWord {
+    std::string_view word;
+    Command command;
+    std::size_t leastOperands;
+    std::size_t mostOperands;
+};
+
+constexpr std::array<CommandWord, 7> CommandWords = {{
+    {"scan", Command::Scan, 1, 1},
+    {"xml", Command::XML, 1, 1},
+    {"list", Command::List, 1, 1},
+    {"page", Command::Page, 1, 2},
+    {"dump", Command::Dump, 1, 1},
+    {"download", Command::Download, 1, 1},
+    {"report", Command::Report, 0, 0},
+}};
+
+std::optional<Arguments> refuse(const std::string& why) {
+    platform::warn("tonewright-files: " + why + "; see tonewright-files --help");
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<Arguments> readArguments(const std::vector<std::string_view>& words) {
+    Arguments arguments;
+    std::vector<std::string> plain;
+    bool takesOptions = true;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string_view word = words[i];
+        if (!takesOptions || word == "-" || !word.starts_with('-')) {
+            plain.emplace_back(word);
+        } else if (word == "--") {
+            takesOptions = false;
+        } else if (word == "-h" || word == "--help") {
+            arguments.command = Command::Help;
+            return arguments;
+        } else if (word == "--version") {
+            arguments.command = Command::Version;
+            return arguments;
+        } else if (word == "-n" || word == "--dry-run") {
+            arguments.isDryRun = true;
+        } else if (word == "-y" || word == "--yes") {
+            arguments.saysYes = true;
+        } else if (word.starts_with("--output=")) {
+            arguments.output = word.substr(9);
+        } else if (word == "-o" || word == "--output") {
+            if (++i == words.size()) return refuse("'" + std::string(word) + "' needs a file");
+            arguments.output = words[i];
+        } else {
+            return refuse("there is no option '" + std::string(word) + "'");
+        }
+    }
+    if (plain.empty()) return refuse("no command was given");
+    for (const CommandWord& known : CommandWords) {
+        if (known.word != plain.front()) continue;
+        arguments.command = known.command;
+        arguments.operands.assign(plain.begin() + 1, plain.end());
+        if (arguments.operands.size() < known.leastOperands || arguments.operands.size() > known.mostOperands)
+            return refuse("'" + plain.front() + "' does not take " +
+                          std::to_string(arguments.operands.size()) + " operands");
+        return arguments;
+    }
+    return refuse("there is no command '" + plain.front() + "'");
+}
+
+} // namespace tonewright::tool

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tools/files/litter.hpp"
+
+#include "platform/foundation/FileManager.hpp"
+#include "platform/foundation/console.hpp"
+#include "shared/Common/Files/FileEnumerator.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <unistd.h>
+
+namespace tonewright::tool {
+
+std::vector<std::string> findLitter(const std::string& directory) {
+    std::vector<std::string> litter;
+    const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(directory);
+    if (!enumerator) return litter; // the scan will say why
+    while (auto subpath = enumerator->nextObject()) {
+        if (!isLitter(*subpath)) continue;
+        const bool liesInside = !litter.empty() && subpath->starts_with(litter.back() + "/");
+        if (!liesInside) litter.push_back(std::move(*subpath));
+    }
+    return litter;
+}
+
+bool mayDelete(const std::vector<std::string>& litter) {
+    constexpr std::size_t MostNamed = 10;
+    if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
+        platform::warn("tonewright-files: the scan would delete " + std::to_string(litter.size()) +
+                       " items of litter; say --yes to let it, --dry-run to see them");
+        return false;
+    }
+    platform::warn("The scan deletes:");
+    for (std::size_t i = 0; i < litter.size() && i < MostNamed; ++i) platform::warn("  " + litter[i]);
+    if (litter.size() > MostNamed)
+        platform::warn("  and " + std::to_string(litter.size() - MostNamed) + " more");
+    std::cerr << "Delete and go on? [y/N] " << std::flush;
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+} // namespace tonewright::tool

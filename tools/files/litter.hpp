@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What a scan would delete.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tonewright::tool {
+
+/// Give the items below `directory` that a scan deletes; what lies inside one of them goes with it and is not
+/// named.
+[[nodiscard]] std::vector<std::string> findLitter(const std::string& directory);
+
+/// Ask on the terminal whether `litter` may be deleted; false without a terminal to ask on.
+[[nodiscard]] bool mayDelete(const std::vector<std::string>& litter);
+
+} // namespace tonewright::tool

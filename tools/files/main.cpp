@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// tonewright-files: scans directories into trees and writes them, downloads, reports.
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/FileManager.hpp"
+#include "platform/foundation/console.hpp"
+#include "shared/Common/Files/FileEnumerator.hpp"
+#include "tools/files/Arguments.hpp"
+#include "tools/files/ScanProgress.hpp"
+#include "tools/files/litter.hpp"
+#include "tools/files/output.hpp"
+
+#include <atomic>
+#include <filesystem>
+#include <iostream>
+#include <limits>
+
+namespace {
+
+using namespace tonewright;
+using namespace tonewright::tool;
+
+constexpr int Done = 0;
+constexpr int Failed = 1;
+constexpr int WrongUsage = 2;
+
+struct Counts {
+    std::int64_t files = 0;
+    std::int64_t folders = 0;
+    std::int64_t bytes = 0;
+};
+
+void count(const Folder& folder, Counts& counts) {
+    for (const auto& child : folder.children) {
+        if (Folder* inner = child->asFolder()) {
+            ++counts.folders;
+            count(*inner, counts);
+        } else {
+            ++counts.files;
+            if (!child->attributes().isEmpty()) counts.bytes += child->getFileSize().longLongValue();
+        }
+    }
+}
+
+// The current directory changes with the scan, so what the user named relative to it is made absolute first.
+std::string directoryOf(const Arguments& arguments) {
+    std::string named = arguments.operands.front();
+    if (named == "-") std::getline(std::cin, named);
+    std::error_code ignored;
+    std::string absolute =
+        named.starts_with('/') ? named : (std::filesystem::current_path(ignored) / named).string();
+    while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
+    return absolute;
+}
+
+int writeDump(const FileTree& tree, const Arguments& arguments) {
+    if (!redirectOutput(arguments.output)) return Failed;
+    platform::printToStandardError(false);
+    tree.dumpoutRoot();
+    return Done;
+}
+
+int writeTree(FileTree& tree, const Arguments& arguments) {
+    std::string result;
+    switch (arguments.command) {
+    case Command::XML:
+        result = tree.xml();
+        break;
+    case Command::List:
+        tree.setExpanded(true);
+        tree.makeExpandedList();
+        result = tree.list();
+        break;
+    case Command::Page:
+        tree.makeExpandedPage(arguments.operands.size() > 1 ? arguments.operands[1]
+                                                            : "NSFileProviderRootContainerItemIdentifier");
+        if (arguments.operands.size() > 1 && tree.filelist.empty()) return Failed; // a line said why
+        result = tree.list();
+        break;
+    default: {
+        Counts counts;
+        count(*tree.root, counts);
+        result = std::to_string(counts.files) + " files, " + std::to_string(counts.folders) + " folders, " +
+                 std::to_string(counts.bytes) + " bytes";
+    }
+    }
+    result += '\n';
+    return writeResult(result, arguments.output) ? Done : Failed;
+}
+
+int scan(const Arguments& arguments) {
+    const std::string directory = directoryOf(arguments);
+    const auto litter =
+        arguments.saysYes && !arguments.isDryRun ? std::vector<std::string>() : findLitter(directory);
+    if (arguments.isDryRun) {
+        if (!platform::FileManager::defaultManager().enumeratorAtPath(directory)) {
+            platform::warn("tonewright-files: cannot open '" + directory + "'");
+            return Failed;
+        }
+        std::string result;
+        for (const std::string& subpath : litter) result += directory + "/" + subpath + "\n";
+        return writeResult(result, arguments.output) ? Done : Failed;
+    }
+    if (!litter.empty() && !mayDelete(litter)) return Failed;
+
+    // A tree lives as long as the process: letting it go would take longer than ending.
+    static auto* enumerator = new FileEnumerator;
+    const std::string start = enumerator->fileManager.currentDirectoryPath();
+    {
+        const ScanProgress progress;
+        platform::printToStandardError(true);
+        enumerator->enumerate(directory);
+    }
+    enumerator->fileManager.changeCurrentDirectoryPath(start); // for a relative output file
+    FileTree& tree = *enumerator->fileTree;
+    if (!tree.root) return Failed; // a line said why
+    return arguments.command == Command::Dump ? writeDump(tree, arguments) : writeTree(tree, arguments);
+}
+
+int download(const Arguments& arguments) {
+    const auto url = platform::URL::fromString(arguments.operands.front());
+    if (!url || url->scheme().empty()) {
+        platform::warn("tonewright-files: '" + arguments.operands.front() + "' is not a URL");
+        return WrongUsage;
+    }
+    if (!redirectOutput(arguments.output)) return Failed;
+    static std::atomic<int> outcome{-1};
+    platform::RunLoop loop = platform::RunLoop::current();
+    FileEnumerator::startDownload(*url, [loop](DownloadOutcome ended) mutable {
+        outcome = ended == DownloadOutcome::Stored ? Done : Failed;
+        loop.wakeUp();
+    });
+    loop.runUntil([] { return outcome >= 0; }, std::numeric_limits<double>::infinity());
+    return outcome;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto arguments = readArguments({argv + 1, argv + argc});
+    if (!arguments) return WrongUsage;
+    switch (arguments->command) {
+    case Command::Help:
+        platform::print(Usage);
+        return Done;
+    case Command::Version:
+        platform::print("tonewright-files " TONEWRIGHT_VERSION);
+        return Done;
+    case Command::Download:
+        return download(*arguments);
+    case Command::Report:
+        if (!redirectOutput(arguments->output)) return Failed;
+        FileEnumerator::shared().testFileManager();
+        return Done;
+    default:
+        return scan(*arguments);
+    }
+}

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tools/files/output.hpp"
+
+#include "platform/foundation/console.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tonewright::tool {
+namespace {
+
+bool fail(const std::string& name, int error) {
+    const char* reason = ::strerrordesc_np(error);
+    platform::warn("tonewright-files: cannot write '" + name +
+                   "': " + (reason != nullptr ? reason : "error"));
+    return false;
+}
+
+} // namespace
+
+bool redirectOutput(const std::string& name) {
+    if (name == "-") return true;
+    const int file = ::open(name.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0666);
+    if (file < 0 || ::dup2(file, STDOUT_FILENO) < 0) return fail(name, errno);
+    ::close(file);
+    return true;
+}
+
+bool writeResult(std::string_view text, const std::string& name) {
+    if (!redirectOutput(name)) return false;
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return fail(name, errno);
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+} // namespace tonewright::tool

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Where the tool's result goes.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tonewright::tool {
+
+/// Write `text` to the file `name`, or to standard output for "-"; false, with a line on standard error, when
+/// that fails.
+[[nodiscard]] bool writeResult(std::string_view text, const std::string& name);
+
+/// Let standard output be the file `name` from now on, unless it is "-".
+[[nodiscard]] bool redirectOutput(const std::string& name);
+
+} // namespace tonewright::tool
