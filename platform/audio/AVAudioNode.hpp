@@ -6,6 +6,7 @@
 // keeps the processor (or the player's stream) alive for as long as a render plan uses it.
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 namespace platform {
@@ -24,6 +25,10 @@ class AVAudioNode {
 
   protected:
     AVAudioNode() = default;
+
+  private:
+    friend class NodeGraph;
+    std::atomic<bool> _isAttached{false}; // to some engine
 };
 
 } // namespace platform

@@ -56,6 +56,9 @@ class OutputDevice {
     [[nodiscard]] virtual bool isOffline() const noexcept { return false; }
 };
 
+/// Give the error of a device that is asked to start for a second client.
+[[nodiscard]] Error outputIsInUse();
+
 /// Give the output of this process: a sound server where one answers, else a sound card, else silence; it
 /// changes between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment binds it
 /// to one.

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The output that nobody hears: it asks for sound at the pace of a clock, so that what plays goes on playing.
+#pragma once
+
+#include "platform/audio/OutputDevice.hpp"
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+namespace platform {
+
+class SilentDevice final : public OutputDevice {
+  public:
+    explicit SilentDevice(AVAudioFormat format = DefaultOutputFormat, std::uint32_t blockFrames = 256);
+    ~SilentDevice() override;
+
+    [[nodiscard]] std::optional<Error> open() override { return std::nullopt; }
+    void close() noexcept override {}
+    [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
+    void stop() noexcept override;
+    [[nodiscard]] AVAudioFormat format() const noexcept override { return _format; }
+
+  private:
+    void run(OutputClient& client) const;
+
+    const AVAudioFormat _format;
+    const std::uint32_t _blockFrames;
+    std::mutex _mutex; // guards the client and the thread
+    std::shared_ptr<OutputClient> _client;
+    std::thread _thread;
+    std::atomic<bool> _running{false}; // looked at by the thread at every block
+};
+
+} // namespace platform

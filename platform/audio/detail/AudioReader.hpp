@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Reads the frames of one sound file, in order, as planes of floats (libavformat, libavcodec). One thread at
+// a time; never the audio thread.
+//
+// A pass over the file gives exactly `lengthFrames()` frames wherever the file states its length (m4a, wav,
+// flac): the encoder's padding at the end is cut off, and what cannot be decoded is silence in its place.
+#pragma once
+
+#include "platform/audio/AVAudioFormat.hpp"
+#include "platform/foundation/Result.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+class AudioReader {
+  public:
+    /// Open the file at `path` and decode its first frames.
+    [[nodiscard]] static Result<std::unique_ptr<AudioReader>> open(const std::string& path);
+    ~AudioReader();
+    AudioReader(const AudioReader&) = delete;
+    AudioReader& operator=(const AudioReader&) = delete;
+
+    [[nodiscard]] AVAudioFormat format() const noexcept;
+    [[nodiscard]] std::int64_t lengthFrames() const noexcept;
+
+    /// Write up to `capacity` frames into `planes` and give their number; 0 at the end of the pass only.
+    [[nodiscard]] std::uint32_t read(float* const* planes, std::uint32_t capacity);
+    /// Stand at the first frame again; tell whether that worked. If not, the reader is of no more use.
+    [[nodiscard]] bool rewind();
+
+  private:
+    struct Library;
+    explicit AudioReader(std::unique_ptr<Library> library);
+    const std::unique_ptr<Library> _library;
+};
+
+} // namespace platform

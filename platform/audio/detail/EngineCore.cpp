@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/audio/detail/EngineCore.hpp"
+
+#include "platform/audio/RealtimeScope.hpp"
+#include "platform/audio/detail/DenormalScope.hpp"
+#include "platform/audio/detail/PlayerStream.hpp"
+#include "platform/foundation/console.hpp"
+
+#include <algorithm>
+#include <chrono>
+
+namespace platform {
+
+EngineCore::EngineCore(std::shared_ptr<OutputDevice> device, NodePointer mainMixer, NodePointer output)
+    : _device(std::move(device))
+    , _offline(_device->isOffline())
+    , _graph(std::move(mainMixer), std::move(output)) {}
+
+// --- the control side
+
+void EngineCore::attach(const NodePointer& node) {
+    const std::scoped_lock lock(_mutex);
+    if (node && !_graph.attach(node)) warn("A node of another audio engine can't be attached.");
+}
+
+void EngineCore::detach(const NodePointer& node) {
+    const std::scoped_lock lock(_mutex);
+    if (!node || !_graph.holds(*node)) return;
+    if (_graph.unlink(*node)) graphDidChange();
+    _graph.detach(*node);
+}
+
+void EngineCore::connect(const NodePointer& from, const NodePointer& to,
+                         std::optional<AVAudioFormat> format) {
+    const std::scoped_lock lock(_mutex);
+    if (!from || !to || !_graph.holds(*from) || !_graph.holds(*to)) {
+        warn("A node that isn't attached to the audio engine can't be connected.");
+        return;
+    }
+    _graph.connect(*from, *to, format);
+    graphDidChange();
+}
+
+void EngineCore::disconnectInput(const NodePointer& node) {
+    const std::scoped_lock lock(_mutex);
+    if (node && _graph.disconnectInput(*node)) graphDidChange();
+}
+
+void EngineCore::prepare() {
+    const std::scoped_lock lock(_mutex);
+    if (!_ended && !_planIsCurrent) rebuild();
+}
+
+std::optional<Error> EngineCore::start() {
+    const std::scoped_lock lock(_mutex);
+    if (_running || _ended) return std::nullopt;
+    if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
+    _shared.sampleTime = 0;
+    if (!_planIsCurrent || _planFormat != _device->format()) rebuild();
+    if (auto error = _device->start(shared_from_this())) return error;
+    _running = true;
+    if (_planFormat != _device->format()) rebuild(); // starting may tell what the device really is
+    return std::nullopt;
+}
+
+void EngineCore::stop() {
+    const std::scoped_lock lock(_mutex);
+    if (!_running) return;
+    _device->stop();
+    _running = false;
+}
+
+bool EngineCore::isRunning() const {
+    const std::scoped_lock lock(_mutex);
+    return _running;
+}
+
+void EngineCore::shutDown() {
+    stop();
+    {
+        const std::scoped_lock lock(_mutex);
+        _ended = true;
+        publish(nullptr);
+        _shared.news.release();
+    }
+    if (_watcher.joinable()) _watcher.join();
+}
+
+// A stopped engine builds its plan when it is next prepared or started. _mutex is held.
+void EngineCore::graphDidChange() {
+    if (_running) {
+        rebuild();
+    } else {
+        publish(nullptr);
+        _planIsCurrent = false;
+    }
+}
+
+// _mutex is held.
+void EngineCore::rebuild() {
+    const AVAudioFormat format = _device->format();
+    if (format.sampleRate != _planFormat.sampleRate)
+        publish(nullptr); // processors begin anew: none may be in use
+    publish(_graph.compile(format, _offline));
+    _planFormat = format;
+    _planIsCurrent = true;
+}
+
+// Have the audio side run `plan` and free the former one. _mutex is held.
+void EngineCore::publish(std::unique_ptr<RenderPlan> plan) {
+    const std::unique_ptr<RenderPlan> former(_shared.plan.exchange(plan.release()));
+    if (!former) return;
+    while (_shared.inUse.load() == former.get()) std::this_thread::sleep_for(std::chrono::microseconds(50));
+}
+
+void EngineCore::outputFormatDidChange() {
+    _control.async([weakSelf = weak_from_this()] {
+        const auto self = weakSelf.lock();
+        if (!self) return;
+        const std::scoped_lock lock(self->_mutex);
+        if (self->_running && self->_planFormat != self->_device->format()) self->rebuild();
+    });
+}
+
+void EngineCore::watch() {
+    while (true) {
+        _shared.news.acquire();
+        const std::scoped_lock lock(_mutex);
+        if (_ended) return;
+        _graph.reportBadSamples();
+    }
+}
+
+// --- the audio side
+
+RenderPlan* EngineCore::acquirePlan() noexcept {
+    RenderPlan* plan = _shared.plan.load();
+    while (true) { // again only if the control side exchanged the plan at this very moment
+        _shared.inUse.store(plan);
+        RenderPlan* const now = _shared.plan.load();
+        if (now == plan) return plan;
+        plan = now;
+    }
+}
+
+// Offline there is time to wait for what is to be rendered; the plan must not be held meanwhile.
+void EngineCore::provide(std::uint32_t frames) {
+    std::vector<std::shared_ptr<PlayerStream>> players;
+    if (RenderPlan* plan = acquirePlan()) players = plan->players();
+    releasePlan();
+    for (const auto& player : players) player->provide(frames);
+}
+
+void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept {
+    const DenormalScope noDenormals;
+    for (std::uint32_t done = 0; done < frames;) {
+        const std::uint32_t count = std::min(frames - done, RenderPlan::MaximumFrames);
+        if (_offline) provide(count);
+        const RealtimeScope realtime;
+        RenderPlan* plan = acquirePlan();
+        if (plan != nullptr && plan->format() == format) {
+            const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
+            if (plan->render(planes, done, count, now)) {
+                const ForeignCodeScope wakingIsAllowed;
+                _shared.news.release();
+            }
+            _shared.sampleTime.store(now + count, std::memory_order_relaxed);
+        } else { // the control side is about to follow a change of the device
+            for (std::uint32_t c = 0; c < format.channelCount; ++c)
+                std::fill_n(planes[c] + done, count, 0.0F);
+        }
+        releasePlan();
+        done += count;
+    }
+}
+
+} // namespace platform

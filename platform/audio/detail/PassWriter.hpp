@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Writes passes over files into a ring, one after the other, joined sample to sample; a pass of another
+// format than the ring's is converted, and a conversion that goes on with the next pass keeps its state. One
+// thread at a time.
+#pragma once
+
+#include "platform/audio/AVAudioFormat.hpp"
+#include "platform/audio/detail/AudioReader.hpp"
+#include "platform/audio/detail/FrameRing.hpp"
+#include "platform/audio/detail/RateConverter.hpp"
+
+#include <memory>
+#include <vector>
+
+namespace platform {
+
+class AVAudioFile;
+
+class PassWriter {
+  public:
+    enum class Step {
+        Wrote,    // some frames; more to come
+        Full,     // the ring has no room
+        Finished, // the last frame of the pass is in the ring
+    };
+
+    /// Begin a pass over `file` behind `silentFrames` frames of silence.
+    void begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t silentFrames,
+               const AVAudioFormat& ringFormat);
+    [[nodiscard]] bool isUnderWay() const noexcept { return _file != nullptr; }
+    /// Write some frames of the pass.
+    [[nodiscard]] Step write(FrameRing& ring);
+    /// Give the pass up and forget the state of conversion.
+    void abandon();
+
+  private:
+    Step writeSilence(FrameRing& ring);
+    Step writeDirectly(FrameRing& ring);
+    Step writeConverted(FrameRing& ring);
+    void prepareConversion(const AVAudioFormat& from, const AVAudioFormat& to);
+    Step finish();
+
+    std::shared_ptr<AVAudioFile> _file;
+    std::unique_ptr<AudioReader> _reader;
+    std::int64_t _silentFrames = 0; // still to write, in frames of the ring
+    bool _convert = false;          // the pass is not of the ring's format
+
+    AVAudioFormat _from; // of the conversion
+    AVAudioFormat _to;
+    std::unique_ptr<RateConverter> _converter; // null where only the number of channels differs
+    std::vector<float> _samples;               // planes of one chunk: read, converted, mapped
+    std::vector<float*> _ringPlanes;
+    std::vector<float*> _readPlanes;
+    std::vector<float*> _convertedPlanes;
+    std::vector<float*> _mappedPlanes;
+    std::uint32_t _held = 0;  // frames in the mapped planes not yet in the ring
+    std::uint32_t _taken = 0; // frames of them that are
+};
+
+} // namespace platform

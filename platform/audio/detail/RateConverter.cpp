@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/audio/detail/RateConverter.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <zita-resampler/resampler.h>
+#include <zita-resampler/vresampler.h>
+
+namespace platform {
+namespace {
+
+// Half the length of the filter: flat to 0.946 of the lower Nyquist frequency.
+constexpr unsigned FilterHalfLength = 48;
+
+} // namespace
+
+// One of the library's two converters: that of whole-number ratios, or, where the ratio has none small
+// enough, that of any ratio.
+class RateConverter::Library {
+  public:
+    Library(double inputRate, double outputRate, unsigned channels) {
+        const auto in = static_cast<unsigned>(std::lround(inputRate));
+        const auto out = static_cast<unsigned>(std::lround(outputRate));
+        _isExact = _exact.setup(in, out, channels, FilterHalfLength) == 0;
+        if (!_isExact) _any.setup(outputRate / inputRate, channels, FilterHalfLength);
+        reset();
+    }
+
+    template <class Use>
+    decltype(auto) with(Use&& use) noexcept {
+        return _isExact ? use(_exact) : use(_any);
+    }
+
+    // Silence before the first frame aligns the first output with the first input.
+    void reset() noexcept {
+        with([](auto& converter) {
+            converter.reset();
+            converter.inp_data = nullptr;
+            converter.out_data = nullptr;
+            converter.inp_count = static_cast<unsigned>(converter.inpsize()) / 2 - 1;
+            converter.out_count = 1;
+            converter.process();
+            converter.inp_count = 0;
+            converter.out_count = 0;
+        });
+    }
+
+  private:
+    Resampler _exact;
+    VResampler _any;
+    bool _isExact = true;
+};
+
+RateConverter::RateConverter(double inputRate, double outputRate, std::uint32_t channels)
+    : _library(std::make_unique<Library>(inputRate, outputRate, channels))
+    , _channels(channels)
+    , _inputPerOutput(inputRate / outputRate)
+    , _input(static_cast<std::size_t>(channels) * ChunkFrames)
+    , _output(static_cast<std::size_t>(channels) * ChunkFrames)
+    , _planar(static_cast<std::size_t>(channels) * ChunkFrames)
+    , _planes(channels) {
+    for (std::uint32_t c = 0; c < channels; ++c)
+        _planes[c] = _planar.data() + static_cast<std::size_t>(c) * ChunkFrames;
+}
+
+RateConverter::~RateConverter() = default;
+
+std::uint32_t RateConverter::inputWanted(std::uint32_t outputFrames) const noexcept {
+    // Rounded down, so that at most one frame stays behind in the buffer; what is missing is asked for again.
+    const double wanted = static_cast<double>(outputFrames) * _inputPerOutput;
+    const bool holds = _library->with([](const auto& converter) { return converter.inp_count > 0; });
+    if (holds) return 0;
+    return static_cast<std::uint32_t>(std::clamp(wanted, 1.0, static_cast<double>(ChunkFrames)));
+}
+
+void RateConverter::feed(std::uint32_t frames) noexcept {
+    for (std::uint32_t c = 0; c < _channels; ++c)
+        for (std::uint32_t i = 0; i < frames; ++i)
+            _input[static_cast<std::size_t>(i) * _channels + c] = _planes[c][i];
+    _library->with([&](auto& converter) {
+        converter.inp_data = _input.data();
+        converter.inp_count = frames;
+    });
+}
+
+std::uint32_t RateConverter::drain(float* const* outputs, std::uint32_t offset,
+                                   std::uint32_t frames) noexcept {
+    const std::uint32_t wanted = std::min(frames, ChunkFrames);
+    const std::uint32_t made = _library->with([&](auto& converter) {
+        converter.out_data = _output.data();
+        converter.out_count = wanted;
+        converter.process();
+        return wanted - converter.out_count;
+    });
+    for (std::uint32_t c = 0; c < _channels; ++c)
+        for (std::uint32_t i = 0; i < made; ++i)
+            outputs[c][offset + i] = _output[static_cast<std::size_t>(i) * _channels + c];
+    return made;
+}
+
+std::uint32_t RateConverter::push(const float* const* inputs, std::uint32_t frames, float* const* outputs,
+                                  std::uint32_t capacity) noexcept {
+    for (std::uint32_t c = 0; c < _channels; ++c) std::copy_n(inputs[c], frames, _planes[c]);
+    feed(frames);
+    std::uint32_t done = 0;
+    while (done < capacity) {
+        const std::uint32_t made = drain(outputs, done, capacity - done);
+        if (made == 0) break;
+        done += made;
+    }
+    return done;
+}
+
+std::uint32_t RateConverter::outputBound(std::uint32_t inputFrames) const noexcept {
+    return static_cast<std::uint32_t>(std::ceil(static_cast<double>(inputFrames) / _inputPerOutput)) + 2;
+}
+
+std::uint32_t RateConverter::tailFrames() const noexcept {
+    return _library->with(
+        [](const auto& converter) { return static_cast<std::uint32_t>(converter.inpsize()) / 2; });
+}
+
+void RateConverter::reset() noexcept {
+    _library->reset();
+}
+
+} // namespace platform

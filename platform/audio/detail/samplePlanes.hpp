@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Samples as a decoder gives them -> planes of floats in -1...1.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+namespace platform {
+
+/// Tell whether `value` is a number: neither an infinity nor NaN. (Integer arithmetic, which compilers
+/// vectorise.)
+[[nodiscard]] inline bool isFinite(float value) noexcept {
+    return (std::bit_cast<std::uint32_t>(value) & 0x7f800000U) != 0x7f800000U;
+}
+
+/// Tell whether all of `count` samples are numbers.
+[[nodiscard]] inline bool allFinite(const float* samples, std::uint32_t count) noexcept {
+    std::uint32_t bad = 0;
+    for (std::uint32_t i = 0; i < count; ++i)
+        bad |= static_cast<std::uint32_t>((std::bit_cast<std::uint32_t>(samples[i]) & 0x7f800000U) ==
+                                          0x7f800000U);
+    return bad == 0;
+}
+
+template <class Sample>
+[[nodiscard]] inline float sampleToFloat(Sample sample) noexcept {
+    if constexpr (std::is_same_v<Sample, float>)
+        return isFinite(sample) ? sample : 0.0F;
+    else if constexpr (std::is_same_v<Sample, double>)
+        return sampleToFloat(static_cast<float>(sample));
+    else if constexpr (std::is_same_v<Sample, std::uint8_t>)
+        return (static_cast<float>(sample) - 128.0F) * 0x1p-7F;
+    else if constexpr (std::is_same_v<Sample, std::int16_t>)
+        return static_cast<float>(sample) * 0x1p-15F;
+    else if constexpr (std::is_same_v<Sample, std::int32_t>)
+        return static_cast<float>(sample) * 0x1p-31F;
+    else
+        return static_cast<float>(static_cast<double>(sample) * 0x1p-63); // 64-bit integers
+}
+
+/// Copy `count` samples that stand `Stride` apart (0: `stride`) into a plane.
+template <std::size_t Stride, class Sample>
+inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
+                        std::uint32_t count) noexcept {
+    const std::size_t step = Stride == 0 ? stride : Stride;
+    for (std::uint32_t i = 0; i < count; ++i) plane[i] = sampleToFloat(source[i * step]);
+}
+
+/// Copy `count` frames from `first` on of a frame's data, planar or interleaved, into planes.
+template <class Sample>
+inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint32_t channels,
+                         std::uint32_t first, float* const* planes, std::uint32_t count) noexcept {
+    for (std::uint32_t channel = 0; channel < channels; ++channel) {
+        if (planar || channels == 1) {
+            const auto* source = reinterpret_cast<const Sample*>(data[channel]) + first;
+            copyToPlane<1>(source, 1, planes[channel], count);
+        } else {
+            const auto* source = reinterpret_cast<const Sample*>(data[0]) +
+                                 static_cast<std::size_t>(first) * channels + channel;
+            if (channels == 2)
+                copyToPlane<2>(source, 2, planes[channel], count);
+            else
+                copyToPlane<0>(source, channels, planes[channel], count);
+        }
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The process's output: the first hardware device that answers; the silent device in its place for as long as
+// none does, or the one in use is lost or does not come to play. A thread of its own watches and changes
+// between them.
+#pragma once
+
+#include "platform/audio/OutputDevice.hpp"
+#include "platform/audio/SilentDevice.hpp"
+#include "platform/audio/detail/Gate.hpp"
+#include "platform/audio/devices/HardwareDevice.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <semaphore>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace platform {
+
+class AutomaticDevice final : public OutputDevice, private HardwareListener {
+  public:
+    struct Limits {
+        std::chrono::milliseconds streaming{
+            2000};                             // without a call for sound the device counts as not playing
+        std::chrono::milliseconds retry{1000}; // between attempts to get a lost device back
+    };
+
+    /// `factories`: in the order in which they are tried; none: silence for ever, without a word.
+    explicit AutomaticDevice(std::vector<HardwareFactory> factories);
+    AutomaticDevice(std::vector<HardwareFactory> factories, Limits limits);
+    ~AutomaticDevice() override;
+
+    [[nodiscard]] std::optional<Error> open() override;
+    void close() noexcept override;
+    [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
+    void stop() noexcept override;
+    [[nodiscard]] AVAudioFormat format() const noexcept override;
+
+    /// Tell whether what plays now is heard.
+    [[nodiscard]] bool isAudible() const;
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    void hardwareRender(float* const* planes, const AVAudioFormat& format,
+                        std::uint32_t frames) noexcept override;
+    void hardwareFormatDidChange() noexcept override;
+    void hardwareWasLost() noexcept override;
+
+    [[nodiscard]] std::optional<Error> claim();
+    void unclaim() noexcept;
+    [[nodiscard]] std::optional<Error> openHardware();
+    void adopt(std::unique_ptr<HardwareDevice> hardware, std::size_t factory);
+    void dropHardware() noexcept;
+    void playSilently(std::string_view reason);
+    void playAudibly();
+    [[nodiscard]] bool takeFormat();
+    void supervise();
+    void lookAtHardware();
+    void tryAgain(std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] Clock::duration patience() const;
+
+    // What the device's threads share with the control side.
+    struct Shared {
+        Gate gate; // open while the hardware plays for `client`, which is written behind the closed gate only
+        OutputClient* client = nullptr;
+        std::atomic<std::uint64_t> calls{0}; // for sound, by the hardware
+        std::atomic<bool> lost{false};
+        std::atomic<bool> formatChanged{false};
+        std::counting_semaphore<> news{0}; // posted to for the watching thread
+    };
+    Shared _shared;
+
+    const std::vector<HardwareFactory> _factories;
+    const Limits _limits;
+
+    mutable std::mutex _formatMutex; // guards _format
+    AVAudioFormat _format = DefaultOutputFormat;
+
+    mutable std::mutex _mutex;                 // guards the fields below
+    std::unique_ptr<HardwareDevice> _hardware; // null: none answers
+    std::optional<std::size_t> _factory;       // that made the last one
+    std::unique_ptr<SilentDevice> _silent;     // while it plays in the place of the hardware
+    std::shared_ptr<OutputClient> _client;     // while running
+    int _claims = 0;
+    std::uint64_t _callsSeen = 0;
+    Clock::time_point _lastCall;
+    Clock::time_point _nextTry;
+    bool _saidSilent = false; // since something was last heard
+    bool _ended = false;
+    std::thread _supervisor; // from the first claim on
+};
+
+} // namespace platform

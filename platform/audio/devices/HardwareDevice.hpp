@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// An output that is really heard and may not be there, or go away: what AutomaticDevice chooses among.
+#pragma once
+
+#include "platform/audio/AVAudioFormat.hpp"
+#include "platform/foundation/Error.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace platform {
+
+/// What a hardware device tells. All but `render` come from some thread that is not the audio thread; they
+/// must return at once.
+class HardwareListener {
+  public:
+    HardwareListener() = default;
+    virtual ~HardwareListener() = default;
+    HardwareListener(const HardwareListener&) = delete;
+    HardwareListener& operator=(const HardwareListener&) = delete;
+
+    /// Fill the planes. Audio thread.
+    virtual void hardwareRender(float* const* planes, const AVAudioFormat& format,
+                                std::uint32_t frames) noexcept = 0;
+    virtual void hardwareFormatDidChange() noexcept = 0;
+    /// The device will not play any more: its server has gone, or gives it no place.
+    virtual void hardwareWasLost() noexcept = 0;
+};
+
+/// Operations come one at a time.
+class HardwareDevice {
+  public:
+    HardwareDevice() = default;
+    virtual ~HardwareDevice() = default; // closes
+    HardwareDevice(const HardwareDevice&) = delete;
+    HardwareDevice& operator=(const HardwareDevice&) = delete;
+
+    struct Answer {
+        enum class Kind { Opened, Absent, Refused } kind;
+        std::optional<Error> error = std::nullopt; // of a refusal
+    };
+    /// Connect, without sounding. Waits for the answer, for a bounded time; never prints. `listener` outlives
+    /// this.
+    [[nodiscard]] virtual Answer open(HardwareListener& listener) = 0;
+    /// Begin, or cease, to ask the listener for sound.
+    virtual void run(bool running) noexcept = 0;
+    /// Give the format; at any time, from any thread.
+    [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
+};
+
+using HardwareFactory = std::function<std::unique_ptr<HardwareDevice>()>;
+
+} // namespace platform

@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/audio/devices/RtAudioDevice.hpp"
+
+#include "platform/audio/devices/realtimePriority.hpp"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <rtaudio/RtAudio.h>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned BlockFrames = 256;
+constexpr unsigned MaximumChannels = 2;
+
+bool anyNameIn(const fs::path& directory, std::string_view prefix, std::string_view suffix) {
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(directory, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(prefix) && name.ends_with(suffix)) return true;
+    }
+    return false;
+}
+
+// The client libraries print when nobody is there, and some wait: each is asked only where its server, or a
+// card, has left a trace.
+bool leavesTrace(RtAudio::Api api) {
+    if (api == RtAudio::UNIX_JACK)
+        return anyNameIn("/dev/shm", "jack_default_" + std::to_string(getuid()), "");
+    if (api == RtAudio::LINUX_ALSA) return anyNameIn("/dev/snd", "pcm", "p");
+    if (api != RtAudio::LINUX_PULSE) return false;
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    return std::getenv("PULSE_SERVER") != nullptr ||
+           (runtime != nullptr && fs::exists(fs::path(runtime) / "pulse" / "native", error));
+}
+
+class RtAudioDevice final : public HardwareDevice {
+  public:
+    RtAudioDevice() = default;
+    ~RtAudioDevice() override {
+        if (!_library) return;
+        try {
+            if (_library->isStreamRunning()) _library->abortStream();
+            if (_library->isStreamOpen()) _library->closeStream();
+        } catch (const RtAudioError&) { // it has gone by itself
+        }
+    }
+    RtAudioDevice(const RtAudioDevice&) = delete;
+    RtAudioDevice& operator=(const RtAudioDevice&) = delete;
+
+    Answer open(HardwareListener& listener) override {
+        _listener = &listener;
+        for (const RtAudio::Api api : {RtAudio::UNIX_JACK, RtAudio::LINUX_PULSE, RtAudio::LINUX_ALSA})
+            if (leavesTrace(api) && openWith(api)) return {.kind = Answer::Kind::Opened};
+        return {.kind = Answer::Kind::Absent};
+    }
+
+    void run(bool running) noexcept override {
+        try {
+            if (running && !_library->isStreamRunning()) _library->startStream();
+            if (!running && _library->isStreamRunning()) _library->abortStream();
+        } catch (const RtAudioError&) {
+            if (running) _listener->hardwareWasLost();
+        }
+    }
+
+    AVAudioFormat format() const noexcept override { return _format; }
+
+  private:
+    bool openWith(RtAudio::Api api) {
+        try {
+            auto library = std::make_unique<RtAudio>(api);
+            library->showWarnings(false);
+            if (library->getDeviceCount() == 0) return false;
+            const unsigned device = library->getDefaultOutputDevice();
+            const RtAudio::DeviceInfo info = library->getDeviceInfo(device);
+            if (!info.probed || info.outputChannels == 0) return false;
+            RtAudio::StreamParameters parameters;
+            parameters.deviceId = device;
+            parameters.nChannels = std::min(info.outputChannels, MaximumChannels);
+            RtAudio::StreamOptions options;
+            options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_SCHEDULE_REALTIME;
+            options.streamName = "Tonewright";
+            unsigned frames = BlockFrames;
+            const unsigned rate = info.preferredSampleRate > 0 ? info.preferredSampleRate : 48000;
+            library->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames, process, this, &options,
+                                [](RtAudioError::Type, const std::string&) {});
+            _format = {.sampleRate = static_cast<double>(rate), .channelCount = parameters.nChannels};
+            _library = std::move(library);
+            return true;
+        } catch (const RtAudioError&) {
+            return false;
+        }
+    }
+
+    // On the library's audio thread.
+    static int process(void* output, void* /*input*/, unsigned frames, double /*time*/,
+                       RtAudioStreamStatus /*status*/, void* data) {
+        auto& self = *static_cast<RtAudioDevice*>(data);
+        if (!self._askedForPriority) {
+            self._askedForPriority = true;
+            askForRealtimePriority();
+        }
+        std::array<float*, MaximumChannels> planes{};
+        for (unsigned c = 0; c < self._format.channelCount; ++c)
+            planes[c] = static_cast<float*>(output) + static_cast<std::size_t>(c) * frames;
+        self._listener->hardwareRender(planes.data(), self._format, frames);
+        return 0;
+    }
+
+    HardwareListener* _listener = nullptr;
+    AVAudioFormat _format; // fixed once open
+    bool _askedForPriority = false;
+    std::unique_ptr<RtAudio> _library;
+};
+
+} // namespace
+
+std::unique_ptr<HardwareDevice> makeRtAudioDevice() {
+    return std::make_unique<RtAudioDevice>();
+}
+
+} // namespace platform

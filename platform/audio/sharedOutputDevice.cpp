@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/audio/OutputDevice.hpp"
+#include "platform/audio/devices/AutomaticDevice.hpp"
+#include "platform/audio/devices/PipeWireDevice.hpp"
+#include "platform/audio/devices/RtAudioDevice.hpp"
+#include "platform/foundation/console.hpp"
+
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace platform {
+namespace {
+
+std::shared_ptr<OutputDevice> makeAutomaticDevice() {
+    const char* setting = std::getenv("TONEWRIGHT_OUTPUT");
+    const std::string_view wanted = setting == nullptr ? "" : setting;
+    if (wanted == "silent") return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{});
+    if (wanted == "pipewire")
+        return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{makePipeWireDevice});
+    if (wanted == "rtaudio")
+        return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{makeRtAudioDevice});
+    if (!wanted.empty())
+        warn("TONEWRIGHT_OUTPUT is \"" + std::string(wanted) +
+             "\", which is none of pipewire, rtaudio and silent.");
+    return std::make_shared<AutomaticDevice>(
+        std::vector<HardwareFactory>{makePipeWireDevice, makeRtAudioDevice});
+}
+
+struct SharedOutput {
+    std::mutex mutex; // guards the device
+    std::shared_ptr<OutputDevice> device;
+};
+
+// Never destroyed: at the end of the program the audio thread may still be playing through it.
+SharedOutput& sharedOutput() {
+    static auto& output = *new SharedOutput; // NOLINT: see above
+    return output;
+}
+
+} // namespace
+
+Error outputIsInUse() {
+    return {"AudioOutput", 1, "The sound output is already in use."};
+}
+
+std::shared_ptr<OutputDevice> sharedOutputDevice() {
+    SharedOutput& output = sharedOutput();
+    const std::scoped_lock lock(output.mutex);
+    if (!output.device) output.device = makeAutomaticDevice();
+    return output.device;
+}
+
+void setSharedOutputDevice(std::shared_ptr<OutputDevice> device) {
+    SharedOutput& output = sharedOutput();
+    const std::scoped_lock lock(output.mutex);
+    output.device.swap(device);
+}
+
+} // namespace platform
