@@ -4,12 +4,20 @@
 #include "platform/audio/OfflineDevice.hpp"
 
 #include <algorithm>
+#include <thread>
 
 namespace platform {
 
 OfflineDevice::OfflineDevice(AVAudioFormat format, std::uint32_t blockFrames)
     : _format(format)
     , _blockFrames(std::max(blockFrames, 1U)) {}
+
+std::unique_lock<std::mutex> OfflineDevice::lockBetweenBlocks() {
+    ++_othersWait;
+    std::unique_lock lock(_mutex);
+    --_othersWait;
+    return lock;
+}
 
 std::optional<Error> OfflineDevice::open() {
     const std::scoped_lock lock(_mutex);
@@ -23,7 +31,7 @@ void OfflineDevice::close() noexcept {
 }
 
 std::optional<Error> OfflineDevice::start(std::shared_ptr<OutputClient> client) {
-    const std::scoped_lock lock(_mutex);
+    const auto lock = lockBetweenBlocks();
     if (_client) return outputIsInUse();
     _client = std::move(client);
     return std::nullopt;
@@ -31,7 +39,7 @@ std::optional<Error> OfflineDevice::start(std::shared_ptr<OutputClient> client) 
 
 void OfflineDevice::stop() noexcept {
     std::shared_ptr<OutputClient> released; // outlives the lock
-    const std::scoped_lock lock(_mutex);
+    const auto lock = lockBetweenBlocks();
     released.swap(_client);
 }
 
@@ -41,12 +49,16 @@ AVAudioFormat OfflineDevice::format() const noexcept {
 }
 
 void OfflineDevice::render(float* const* planes, std::uint64_t frames) {
-    const AVAudioFormat format = this->format();
+    render(format(), planes, frames);
+}
+
+void OfflineDevice::render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames) {
     std::vector<float*> at(planes, planes + format.channelCount);
     while (frames > 0) {
         const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(frames, _blockFrames));
+        while (_othersWait.load() > 0) std::this_thread::yield(); // a lock knows no order, a render no pause
         {
-            const std::scoped_lock lock(_mutex); // a block at a time, so that `stop` comes in between
+            const std::scoped_lock lock(_mutex); // for one block
             if (_client)
                 _client->render(at.data(), format, count);
             else
@@ -58,11 +70,12 @@ void OfflineDevice::render(float* const* planes, std::uint64_t frames) {
 }
 
 std::vector<std::vector<float>> OfflineDevice::render(std::uint64_t frames) {
-    std::vector<std::vector<float>> sound(format().channelCount, std::vector<float>(frames));
+    const AVAudioFormat format = this->format();
+    std::vector<std::vector<float>> sound(format.channelCount, std::vector<float>(frames));
     std::vector<float*> planes;
     planes.reserve(sound.size());
     for (std::vector<float>& plane : sound) planes.push_back(plane.data());
-    render(planes.data(), frames);
+    render(format, planes.data(), frames);
     return sound;
 }
 
@@ -73,7 +86,7 @@ void OfflineDevice::setFormat(AVAudioFormat format) {
     }
     std::shared_ptr<OutputClient> client;
     {
-        const std::scoped_lock lock(_mutex);
+        const auto lock = lockBetweenBlocks();
         client = _client;
     }
     if (client) client->outputFormatDidChange();

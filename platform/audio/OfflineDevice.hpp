@@ -7,6 +7,7 @@
 
 #include "platform/audio/OutputDevice.hpp"
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -35,12 +36,16 @@ class OfflineDevice final : public OutputDevice {
     [[nodiscard]] int claims() const;
 
   private:
+    void render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames);
+    [[nodiscard]] std::unique_lock<std::mutex> lockBetweenBlocks();
+
     mutable std::mutex _formatMutex; // guards _format
     AVAudioFormat _format;
     const std::uint32_t _blockFrames;
     mutable std::mutex _mutex; // guards the fields below; held for the length of one block
     std::shared_ptr<OutputClient> _client;
     int _claims = 0;
+    std::atomic<int> _othersWait{0}; // for _mutex, while a render goes on
 };
 
 } // namespace platform

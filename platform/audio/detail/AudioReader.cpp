@@ -174,10 +174,9 @@ bool AudioReader::Library::decodeFrame() {
             break;
         }
         if (received != AVERROR(EAGAIN)) reportDamage();
-        if (draining) {
-            finished = received != AVERROR(EAGAIN);
-            if (received == AVERROR(EAGAIN)) finished = true; // asks for packets that do not exist
-            continue;
+        if (draining) { // everything was sent; a decoder that asks for more has ended, too
+            finished = true;
+            break;
         }
         const int read = av_read_frame(container.get(), packet.get());
         if (read < 0) {
@@ -231,6 +230,10 @@ AVAudioFormat AudioReader::format() const noexcept {
 
 std::int64_t AudioReader::lengthFrames() const noexcept {
     return _library->length;
+}
+
+bool AudioReader::isAtEnd() const noexcept {
+    return _library->lengthIsStated && _library->position == _library->length;
 }
 
 std::uint32_t AudioReader::read(float* const* planes, std::uint32_t capacity) {

@@ -30,6 +30,8 @@ class AudioReader {
 
     /// Write up to `capacity` frames into `planes` and give their number; 0 at the end of the pass only.
     [[nodiscard]] std::uint32_t read(float* const* planes, std::uint32_t capacity);
+    /// Tell whether the last frame of the pass is known to have been given.
+    [[nodiscard]] bool isAtEnd() const noexcept;
     /// Stand at the first frame again; tell whether that worked. If not, the reader is of no more use.
     [[nodiscard]] bool rewind();
 

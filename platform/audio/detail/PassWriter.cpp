@@ -8,12 +8,14 @@
 #include "platform/foundation/console.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
 void PassWriter::begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t silentFrames,
                        const AVAudioFormat& ringFormat) {
     _file = file;
+    _ringFormat = ringFormat;
     auto reader = file->takeReader();
     if (reader) {
         _reader = std::move(reader.value());
@@ -27,20 +29,21 @@ void PassWriter::begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t si
     if (format.sampleRate != ringFormat.sampleRate)
         _silentFrames = static_cast<std::int64_t>(static_cast<double>(_silentFrames) * ringFormat.sampleRate /
                                                   format.sampleRate);
-    _convert = format != ringFormat;
-    if (_convert && (_from != format || _to != ringFormat)) prepareConversion(format, ringFormat);
+    _tailFrames = _converter && format != _from ? _converter->tailFrames() : 0;
 }
 
 PassWriter::Step PassWriter::write(FrameRing& ring) {
+    if (_taken < _held) return writeConverted(ring);
+    if (_tailFrames > 0) return flush();
     if (_silentFrames > 0) return writeSilence(ring);
-    if (!_reader) return finish();
-    return _convert ? writeConverted(ring) : writeDirectly(ring);
+    if (!_reader || _reader->isAtEnd()) return finish();
+    return _file->processingFormat() == _ringFormat ? writeDirectly(ring) : convert();
 }
 
 void PassWriter::abandon() {
     if (_file) _file->returnReader(std::move(_reader));
     _file.reset();
-    _from = _to = {};
+    _from = {};
     _converter.reset();
     _held = _taken = 0;
 }
@@ -67,55 +70,70 @@ PassWriter::Step PassWriter::writeDirectly(FrameRing& ring) {
     for (std::uint32_t c = 0; c < ring.channels(); ++c) _ringPlanes[c] = ring.writePlane(c);
     const std::uint32_t frames = _reader->read(_ringPlanes.data(), room);
     ring.commit(frames);
-    return frames == 0 ? finish() : Step::Wrote;
+    return frames == 0 || _reader->isAtEnd() ? finish() : Step::Wrote;
 }
 
-void PassWriter::prepareConversion(const AVAudioFormat& from, const AVAudioFormat& to) {
-    _from = from;
-    _to = to;
-    _held = _taken = 0;
+void PassWriter::prepareConversion() {
+    _from = _file->processingFormat();
     _converter.reset();
-    if (from.sampleRate != to.sampleRate)
-        _converter = std::make_unique<RateConverter>(from.sampleRate, to.sampleRate, from.channelCount);
-    const std::uint32_t bound =
-        _converter ? _converter->outputBound(RateConverter::ChunkFrames) : RateConverter::ChunkFrames;
-    const auto place = [this](std::vector<float*>& planes, std::uint32_t channels, std::size_t at,
-                              std::uint32_t frames) {
+    if (_from.sampleRate != _ringFormat.sampleRate)
+        _converter =
+            std::make_unique<RateConverter>(_from.sampleRate, _ringFormat.sampleRate, _from.channelCount);
+    const std::uint32_t chunk = RateConverter::ChunkFrames;
+    const std::uint32_t bound = _converter ? _converter->outputBound(chunk) : chunk;
+    _samples.resize(static_cast<std::size_t>(_from.channelCount) * (chunk + bound) +
+                    static_cast<std::size_t>(_ringFormat.channelCount) * bound);
+    float* next = _samples.data();
+    const auto place = [&next](std::vector<float*>& planes, std::uint32_t channels, std::uint32_t frames) {
         planes.resize(channels);
-        for (float*& plane : planes) {
-            plane = _samples.data() + at;
-            at += frames;
-        }
-        return at;
+        for (float*& plane : planes) plane = std::exchange(next, next + frames);
     };
-    _samples.resize(static_cast<std::size_t>(from.channelCount) * (RateConverter::ChunkFrames + bound) +
-                    static_cast<std::size_t>(to.channelCount) * bound);
-    std::size_t end = place(_readPlanes, from.channelCount, 0, RateConverter::ChunkFrames);
-    end = place(_convertedPlanes, from.channelCount, end, bound);
-    place(_mappedPlanes, to.channelCount, end, bound);
+    place(_readPlanes, _from.channelCount, chunk);
+    place(_convertedPlanes, _from.channelCount, bound);
+    place(_mappedPlanes, _ringFormat.channelCount, bound);
+}
+
+// Convert the `frames` frames in the planes of reading.
+void PassWriter::convertChunk(std::uint32_t frames) {
+    float* const* planes = _readPlanes.data();
+    _taken = 0;
+    _held = frames;
+    if (_converter) {
+        planes = _convertedPlanes.data();
+        _held = _converter->push(_readPlanes.data(), frames, planes, _converter->outputBound(frames));
+    }
+    mapChannels(planes, _from.channelCount, _mappedPlanes.data(), _ringFormat.channelCount, _held);
+}
+
+PassWriter::Step PassWriter::convert() {
+    if (_from != _file->processingFormat()) prepareConversion();
+    const std::uint32_t read = _reader->read(_readPlanes.data(), RateConverter::ChunkFrames);
+    if (read == 0) return finish();
+    convertChunk(read);
+    return Step::Wrote;
+}
+
+// Between passes of different formats: bring out what the converter still holds of the former.
+PassWriter::Step PassWriter::flush() {
+    const std::uint32_t frames = std::min(_tailFrames, RateConverter::ChunkFrames);
+    for (float* plane : _readPlanes) std::fill_n(plane, frames, 0.0F);
+    convertChunk(frames);
+    _tailFrames -= frames;
+    if (_tailFrames == 0) {
+        _converter.reset();
+        _from = {};
+    }
+    return Step::Wrote;
 }
 
 PassWriter::Step PassWriter::writeConverted(FrameRing& ring) {
-    if (_taken == _held) {
-        const std::uint32_t read = _reader->read(_readPlanes.data(), RateConverter::ChunkFrames);
-        if (read == 0) return finish();
-        _taken = 0;
-        _held = read;
-        float* const* planes = _readPlanes.data();
-        if (_converter) {
-            planes = _convertedPlanes.data();
-            _held = _converter->push(_readPlanes.data(), read, planes,
-                                     _converter->outputBound(RateConverter::ChunkFrames));
-        }
-        mapChannels(planes, _from.channelCount, _mappedPlanes.data(), _to.channelCount, _held);
-    }
     const std::uint32_t frames = std::min(ring.writable(), _held - _taken);
-    if (frames == 0) return _held == _taken ? Step::Wrote : Step::Full;
-    for (std::uint32_t c = 0; c < _to.channelCount; ++c)
+    if (frames == 0) return Step::Full;
+    for (std::uint32_t c = 0; c < ring.channels(); ++c)
         std::copy_n(_mappedPlanes[c] + _taken, frames, ring.writePlane(c));
     ring.commit(frames);
     _taken += frames;
-    return Step::Wrote;
+    return _taken == _held && _tailFrames == 0 && _reader && _reader->isAtEnd() ? finish() : Step::Wrote;
 }
 
 } // namespace platform

@@ -39,24 +39,27 @@ class PassWriter {
     Step writeSilence(FrameRing& ring);
     Step writeDirectly(FrameRing& ring);
     Step writeConverted(FrameRing& ring);
-    void prepareConversion(const AVAudioFormat& from, const AVAudioFormat& to);
+    Step convert();
+    Step flush();
+    void prepareConversion();
+    void convertChunk(std::uint32_t frames);
     Step finish();
 
     std::shared_ptr<AVAudioFile> _file;
     std::unique_ptr<AudioReader> _reader;
     std::int64_t _silentFrames = 0; // still to write, in frames of the ring
-    bool _convert = false;          // the pass is not of the ring's format
+    AVAudioFormat _ringFormat;
+    std::uint32_t _tailFrames = 0; // of silence that push the end of the last conversion out before this pass
 
-    AVAudioFormat _from; // of the conversion
-    AVAudioFormat _to;
+    AVAudioFormat _from; // of the conversion to the ring's format; no channels: there is none
     std::unique_ptr<RateConverter> _converter; // null where only the number of channels differs
     std::vector<float> _samples;               // planes of one chunk: read, converted, mapped
     std::vector<float*> _ringPlanes;
     std::vector<float*> _readPlanes;
     std::vector<float*> _convertedPlanes;
     std::vector<float*> _mappedPlanes;
-    std::uint32_t _held = 0;  // frames in the mapped planes not yet in the ring
-    std::uint32_t _taken = 0; // frames of them that are
+    std::uint32_t _held = 0;  // frames in the mapped planes
+    std::uint32_t _taken = 0; // frames of them that are in the ring
 };
 
 } // namespace platform

@@ -1,0 +1,312 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The graph and its edits, formats, and processors that misbehave.
+#include "tests/audio/audioFixture.hpp"
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <thread>
+
+using namespace platform;
+using namespace tonewright::test;
+
+namespace {
+
+bool isSilent(const Sound& sound) {
+    for (const std::vector<float>& plane : sound)
+        for (const float sample : plane)
+            if (sample != 0.0F) return false;
+    return true;
+}
+
+// The greatest difference from a sine of amplitude 0.5 that runs on, `skip` frames at both ends left out.
+double worstErrorAgainstSine(const std::vector<float>& heard, double frequency, double rate,
+                             std::size_t skip) {
+    double worst = 0;
+    for (std::size_t i = skip; i + skip < heard.size(); ++i) {
+        const double expected =
+            0.5 * std::sin(2 * std::numbers::pi * frequency * static_cast<double>(i) / rate);
+        worst = std::max(worst, std::abs(heard[i] - expected));
+    }
+    return worst;
+}
+
+} // namespace
+
+TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, 5000);
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    std::vector<std::int64_t> times;
+    times.reserve(100);
+    unit->testProcessor->work = [&](const float* const* in, float* const* out, std::uint32_t frames,
+                                    std::int64_t time) {
+        times.push_back(time);
+        for (int c = 0; c < 2; ++c)
+            for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = -in[c][i];
+    };
+    offline.insert(unit);
+    offline.loop(makeFile(folder.path("pass.wav"), pass, 44100), 1);
+    offline.start();
+    Sound heard = offline.render(5000);
+    for (auto& plane : heard)
+        for (float& sample : plane) sample = -sample;
+    EXPECT_EQ(firstDifference(heard, pass), 5000U);
+    ASSERT_GE(times.size(), 3U);
+    EXPECT_EQ(times[0], 0);
+    EXPECT_EQ(times[2], 512);
+    EXPECT_EQ(unit->testProcessor->rate, 44100);
+
+    offline.engine->stop(); // the time counts from the start of the engine
+    times.clear();
+    offline.start();
+    static_cast<void>(offline.render(256));
+    ASSERT_EQ(times.size(), 1U);
+    EXPECT_EQ(times[0], 0);
+}
+
+TEST(AVAudioEngine, RendersNothingAfterStopAndGoesOnAfterStart) {
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, 5000);
+    OfflineEngine offline;
+    std::atomic<int> calls{0};
+    const auto unit = std::make_shared<TestUnit>();
+    unit->testProcessor->work = [&](const float* const*, float* const*, std::uint32_t, std::int64_t) {
+        ++calls;
+    };
+    offline.insert(unit);
+    offline.start();
+    static_cast<void>(offline.render(256));
+    offline.engine->stop();
+    EXPECT_FALSE(offline.engine->isRunning());
+    const int before = calls;
+    EXPECT_TRUE(isSilent(offline.render(1000)));
+    EXPECT_EQ(calls, before);
+    EXPECT_EQ(offline.device->claims(), 0);
+}
+
+TEST(AVAudioEngine, GraphEdits) {
+    TemporaryFolder folder;
+    OfflineEngine offline;
+    offline.loop(makeFile(folder.path("pass.wav"), countingSound(2, 5000), 44100), 100);
+    offline.start();
+    AVAudioEngine& engine = *offline.engine;
+    EXPECT_FALSE(isSilent(offline.render(256)));
+
+    engine.disconnectNodeInput(engine.mainMixerNode());
+    EXPECT_TRUE(isSilent(offline.render(256)));
+    engine.connect(offline.player, engine.mainMixerNode(), AVAudioFormat{44100, 2});
+    engine.connect(offline.player, engine.mainMixerNode(),
+                   AVAudioFormat{44100, 2}); // repeated: no second input
+    const Sound once = offline.render(256);
+    EXPECT_LT(*std::max_element(once[0].begin(), once[0].end()), 0.5F);
+    EXPECT_FALSE(isSilent(once));
+
+    // An effect is released when it is detached, and works again when it is attached again.
+    const auto unit = std::make_shared<TestUnit>();
+    offline.insert(unit);
+    EXPECT_FALSE(isSilent(offline.render(256)));
+    engine.detachNode(unit);
+    EXPECT_EQ(unit->testProcessor->releases, 1);
+    EXPECT_TRUE(isSilent(offline.render(256)));
+    offline.insert(unit);
+    EXPECT_EQ(unit->testProcessor->allocations, 2);
+    EXPECT_FALSE(isSilent(offline.render(256)));
+
+    // A circle plays nothing and harms nothing.
+    const auto second = std::make_shared<TestUnit>();
+    engine.attachNode(second);
+    engine.connect(unit, second, std::nullopt);
+    engine.connect(second, unit, std::nullopt);
+    static_cast<void>(offline.render(256));
+    // Nodes that are not attached, or attached elsewhere, are refused.
+    engine.connect(std::make_shared<TestUnit>(), engine.mainMixerNode(), std::nullopt);
+    const auto other = AVAudioEngine::create(std::make_shared<OfflineDevice>());
+    other->attachNode(unit);
+    other->connect(unit, other->mainMixerNode(), std::nullopt);
+    static_cast<void>(offline.render(256));
+}
+
+TEST(AVAudioEngine, TwoPlayersAreAddedUp) {
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, 1000);
+    const auto file = makeFile(folder.path("pass.wav"), pass, 44100);
+    OfflineEngine offline;
+    const auto second = AVAudioPlayerNode::create();
+    offline.engine->attachNode(second);
+    offline.engine->connect(second, offline.engine->mainMixerNode(), std::nullopt);
+    offline.loop(file, 1);
+    second->scheduleFile(file, std::nullopt, nullptr);
+    second->play();
+    offline.start();
+    Sound expected = pass;
+    for (auto& plane : expected)
+        for (float& sample : plane) sample *= 2;
+    EXPECT_EQ(firstDifference(offline.render(1000), expected), 1000U);
+}
+
+TEST(AVAudioEngine, EditsWhileAnotherThreadRenders) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("pass.wav"), countingSound(2, 700), 44100);
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    offline.loop(file, 1'000'000);
+    offline.start();
+    std::atomic<bool> rendering{true};
+    std::thread audio([&] {
+        while (rendering) static_cast<void>(offline.render(256));
+    });
+    AVAudioEngine& engine = *offline.engine;
+    for (int i = 0; i < 300; ++i) {
+        offline.insert(unit);
+        if (i % 5 == 0) offline.device->setFormat({i % 10 == 0 ? 48000.0 : 44100.0, i % 3 == 0 ? 1U : 2U});
+        engine.detachNode(unit);
+        engine.connect(offline.player, engine.mainMixerNode(), file->processingFormat());
+        if (i % 50 == 0) {
+            engine.stop();
+            EXPECT_FALSE(engine.start());
+        }
+    }
+    rendering = false;
+    audio.join();
+}
+
+TEST(AVAudioEngine, ConvertsTheRateOverSeams) {
+    // A whole number of periods in each pass: over the seams the sine runs on, if the converter does.
+    struct Case {
+        double fileRate, deviceRate;
+    };
+    for (const auto [fileRate, deviceRate] : {Case{44100, 48000}, Case{48000, 44100}, Case{22050, 48000}}) {
+        TemporaryFolder folder;
+        const auto frames = static_cast<std::size_t>(fileRate) / 10;
+        OfflineEngine offline({deviceRate, 2});
+        const auto file = makeFile(folder.path("sine.wav"), sine(1000, fileRate, 2, frames),
+                                   static_cast<std::uint32_t>(fileRate));
+        offline.engine->connect(offline.player, offline.engine->mainMixerNode(), file->processingFormat());
+        offline.loop(file, 20);
+        offline.start();
+        const Sound heard = offline.render(static_cast<std::size_t>(deviceRate));
+        EXPECT_LT(worstErrorAgainstSine(heard[0], 1000, deviceRate, 100), 1e-4)
+            << fileRate << " to " << deviceRate;
+        EXPECT_EQ(heard[0], heard[1]);
+    }
+}
+
+TEST(AVAudioEngine, ConvertsChannels) {
+    TemporaryFolder folder;
+    const Sound mono = countingSound(1, 1000);
+    const Sound stereo = countingSound(2, 1000);
+    {
+        OfflineEngine offline({44100, 2});
+        offline.loop(makeFile(folder.path("mono.wav"), mono, 44100), 1);
+        offline.start();
+        const Sound heard = offline.render(1000);
+        EXPECT_EQ(heard[0], mono[0]);
+        EXPECT_EQ(heard[1], mono[0]);
+    }
+    OfflineEngine offline({44100, 1});
+    offline.loop(makeFile(folder.path("stereo.wav"), stereo, 44100), 1);
+    offline.start();
+    const Sound heard = offline.render(1000);
+    ASSERT_EQ(heard.size(), 1U);
+    for (std::size_t i = 0; i < 1000; ++i) ASSERT_FLOAT_EQ(heard[0][i], 0.5F * (stereo[0][i] + stereo[1][i]));
+}
+
+TEST(AVAudioEngine, PassesOfAnotherFormatJoinWithoutAGap) {
+    TemporaryFolder folder;
+    const auto first = makeFile(folder.path("first.wav"), sine(1000, 44100, 2, 4410), 44100);
+    const auto second = makeFile(folder.path("second.wav"), sine(1000, 48000, 1, 4800), 48000);
+    OfflineEngine offline({44100, 2});
+    for (const auto& file : {first, second, second, first})
+        offline.player->scheduleFile(file, std::nullopt, nullptr);
+    offline.start();
+    const Sound heard = offline.render(4 * 4410);
+    EXPECT_LT(worstErrorAgainstSine(heard[0], 1000, 44100, 60), 0.01);
+    EXPECT_LT(worstErrorAgainstSine(heard[1], 1000, 44100, 60), 0.01);
+}
+
+TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
+    TemporaryFolder folder;
+    OfflineEngine offline({44100, 2});
+    const auto unit = std::make_shared<TestUnit>();
+    offline.insert(unit);
+    offline.loop(makeFile(folder.path("sine.wav"), sine(1000, 44100, 2, 44100), 44100), 10);
+    offline.start();
+    static_cast<void>(offline.render(4410));
+    EXPECT_EQ(unit->testProcessor->rate, 44100);
+    offline.device->setFormat({48000, 2});
+    // The engine follows on a thread of its own; until then the device hears silence.
+    for (int i = 0; i < 10000 && unit->testProcessor->rate != 48000; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(unit->testProcessor->rate, 48000);
+    EXPECT_EQ(offline.engine->outputNode()->outputFormatForBus(0), (AVAudioFormat{48000, 2}));
+    Sound heard;
+    for (int i = 0; i < 10000; ++i) {
+        heard = offline.render(256);
+        if (!isSilent(heard)) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    heard = offline.render(48000); // still a sine of 1 kHz: it crosses zero upwards a thousand times a second
+    int crossings = 0;
+    for (std::size_t i = 1; i < heard[0].size(); ++i)
+        crossings += heard[0][i - 1] < 0 && heard[0][i] >= 0 ? 1 : 0;
+    EXPECT_NEAR(crossings, 1000, 1);
+}
+
+TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
+    TemporaryFolder folder;
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    std::atomic<float> poison{std::numeric_limits<float>::quiet_NaN()};
+    unit->testProcessor->work = [&](const float* const* in, float* const* out, std::uint32_t frames,
+                                    std::int64_t) {
+        for (int c = 0; c < 2; ++c) std::copy_n(in[c], frames, out[c]);
+        out[1][frames / 2] = poison;
+    };
+    offline.insert(unit);
+    offline.loop(makeFile(folder.path("pass.wav"), countingSound(2, 5000), 44100), 5);
+    testing::internal::CaptureStderr();
+    offline.start();
+    EXPECT_TRUE(isSilent(offline.render(1000)));
+    poison = -std::numeric_limits<float>::infinity();
+    EXPECT_TRUE(isSilent(offline.render(1000)));
+    poison = 0.25F;
+    EXPECT_FALSE(isSilent(offline.render(1000)));
+    offline.engine.reset(); // and with it the thread that says it
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(said, "The effect gives samples that are no numbers; they are silenced.\n");
+}
+
+TEST(AVAudioEngine, AnEffectThatCannotBeMadeReadyIsSilent) {
+    TemporaryFolder folder;
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    unit->testProcessor->failure = Error("test", 1, "It doesn't like this rate.");
+    offline.insert(unit);
+    offline.loop(makeFile(folder.path("pass.wav"), countingSound(2, 5000), 44100), 5);
+    testing::internal::CaptureStderr();
+    offline.start();
+    EXPECT_TRUE(isSilent(offline.render(1000)));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "The effect is silent: It doesn't like this rate.\n");
+}
+
+TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    volatile float result = 1;
+    unit->testProcessor->work = [&](const float* const*, float* const* out, std::uint32_t frames,
+                                    std::int64_t) {
+        volatile float tiny = std::numeric_limits<float>::min();
+        result = tiny * 0.5F;
+        for (int c = 0; c < 2; ++c) std::fill_n(out[c], frames, 0.0F);
+    };
+    offline.insert(unit);
+    offline.start();
+    static_cast<void>(offline.render(256));
+    EXPECT_EQ(result, 0.0F);
+    volatile float tiny = std::numeric_limits<float>::min();
+    EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread has its own way back
+}

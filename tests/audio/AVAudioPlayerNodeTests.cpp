@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Passes and their seams, and what becomes of completions.
+#include "tests/audio/audioFixture.hpp"
+
+#include <thread>
+
+using namespace platform;
+using namespace tonewright::test;
+
+namespace {
+
+struct Loop {
+    std::size_t frames; // of one pass
+    int passes;
+    std::uint32_t block;
+};
+
+class Seams : public testing::TestWithParam<Loop> {};
+
+} // namespace
+
+TEST_P(Seams, HaveNoFrameTooManyOrTooFew) {
+    const auto [frames, passes, block] = GetParam();
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, frames);
+    const auto file = makeFile(folder.path("pass.wav"), pass, 44100);
+    ASSERT_EQ(file->lengthFrames(), static_cast<std::int64_t>(frames));
+
+    OfflineEngine offline({44100, 2}, block);
+    offline.loop(file, passes);
+    offline.start();
+    const Sound expected = repeated(pass, static_cast<std::size_t>(passes));
+    const Sound heard = offline.render(expected[0].size());
+    EXPECT_EQ(firstDifference(heard, expected), expected[0].size());
+    // The last pass is complete when its last frame is in the ring; its call comes from another thread.
+    offline.player->stop();
+    EXPECT_EQ(offline.completions, passes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, Seams,
+                         testing::Values(Loop{4096, 200, 256}, Loop{4999, 200, 256}, Loop{100, 1000, 256},
+                                         Loop{1, 1000, 64}, Loop{37, 1000, 1024}, Loop{20000, 20, 1000}));
+
+TEST(AVAudioPlayerNode, StopCallsEachPendingCompletionOnceAndReturnsAfterTheLast) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("long.wav"), countingSound(2, 100000), 44100);
+    const auto player = AVAudioPlayerNode::create();
+    std::vector<int> called; // no lock: stop() orders the reads
+    for (int i = 0; i < 5; ++i)
+        player->scheduleFile(file, std::nullopt, [&, i] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            called.push_back(i);
+        });
+    player->stop();
+    EXPECT_EQ(called, (std::vector{0, 1, 2, 3, 4}));
+    player->stop();
+    EXPECT_EQ(called.size(), 5U);
+}
+
+TEST(AVAudioPlayerNode, StopInsideACompletionDoesNotWaitForItself) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("short.wav"), countingSound(2, 100), 44100);
+    const auto player = AVAudioPlayerNode::create();
+    Signal scheduled;
+    Signal first;
+    Signal second;
+    player->scheduleFile(file, std::nullopt, [&] {
+        EXPECT_TRUE(scheduled.wait());
+        player->stop();
+        first.raise();
+    });
+    player->scheduleFile(makeFile(folder.path("long.wav"), countingSound(2, 100000), 44100), std::nullopt,
+                         [&] { second.raise(); });
+    scheduled.raise();
+    EXPECT_TRUE(first.wait());
+    EXPECT_TRUE(second.wait());
+}
+
+TEST(AVAudioPlayerNode, WhatACompletionOfAStopSchedulesSurvivesIt) {
+    TemporaryFolder folder;
+    const Sound former = countingSound(2, 50000);
+    const Sound next = sine(440, 44100, 2, 3000);
+    const auto formerFile = makeFile(folder.path("former.wav"), former, 44100);
+    const auto nextFile = makeFile(folder.path("next.wav"), next, 44100);
+    OfflineEngine offline;
+    offline.player->scheduleFile(formerFile, std::nullopt, [&] { // as the engine player does while it plays
+        offline.player->scheduleFile(nextFile, std::nullopt, nullptr);
+    });
+    offline.start();
+    EXPECT_EQ(firstDifference(offline.render(1000), former), 1000U);
+    offline.player->stop();
+    offline.player->play();
+    const Sound heard = offline.render(3000);
+    EXPECT_EQ(firstDifference(heard, next), 3000U); // nothing of the former pass is left
+}
+
+TEST(AVAudioPlayerNode, PauseKeepsThePlaceAndCallsNothing) {
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, 50000);
+    const auto file = makeFile(folder.path("pass.wav"), pass, 44100);
+    OfflineEngine offline;
+    std::atomic<int> called{0};
+    offline.player->scheduleFile(file, std::nullopt, [&] { ++called; });
+    offline.start();
+    Sound heard = offline.render(1000);
+    offline.player->pause();
+    const Sound silence = offline.render(20000);
+    EXPECT_EQ(firstDifference(silence, Sound(2, std::vector<float>(20000))), 20000U);
+    offline.player->play();
+    const Sound rest = offline.render(30000);
+    for (std::size_t c = 0; c < 2; ++c) heard[c].insert(heard[c].end(), rest[c].begin(), rest[c].end());
+    EXPECT_EQ(firstDifference(heard, pass), 31000U);
+    EXPECT_EQ(called, 0);
+}
+
+TEST(AVAudioPlayerNode, ReleasedWhilePlayingCallsNothingAndLeavesTheEngineRunning) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("pass.wav"), countingSound(2, 50000), 44100);
+    std::atomic<int> called{0};
+    OfflineEngine offline;
+    auto second = AVAudioPlayerNode::create();
+    offline.engine->attachNode(second);
+    offline.engine->connect(second, offline.engine->mainMixerNode(), std::nullopt);
+    second->scheduleFile(file, std::nullopt, [&] { ++called; });
+    second->play();
+    offline.start();
+    EXPECT_NE(firstDifference(offline.render(512), Sound(2, std::vector<float>(512))), 512U);
+    offline.engine->detachNode(second);
+    second.reset();
+    EXPECT_EQ(firstDifference(offline.render(512), Sound(2, std::vector<float>(512))), 512U);
+    EXPECT_EQ(called, 0);
+}
+
+TEST(AVAudioPlayerNode, LosesItsLastReferenceOnItsOwnThread) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("short.wav"), countingSound(2, 100), 44100);
+    Signal released;
+    auto player = std::make_shared<std::shared_ptr<AVAudioPlayerNode>>(AVAudioPlayerNode::create());
+    const std::weak_ptr<AVAudioPlayerNode> watched = *player;
+    (*player)->scheduleFile(file, std::nullopt, [player, &released] {
+        player->reset();
+        released.raise();
+    });
+    EXPECT_TRUE(released.wait());
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(AVAudioPlayerNode, PlayWithNothingScheduledIsSilentUntilSomethingIs) {
+    TemporaryFolder folder;
+    const Sound pass = countingSound(2, 400);
+    OfflineEngine offline;
+    offline.start();
+    EXPECT_EQ(firstDifference(offline.render(300), Sound(2, std::vector<float>(300))), 300U);
+    offline.player->scheduleFile(makeFile(folder.path("pass.wav"), pass, 44100), std::nullopt, nullptr);
+    EXPECT_EQ(firstDifference(offline.render(400), pass), 400U);
+}
+
+TEST(AVAudioPlayerNode, StopAndScheduleFromManyThreadsLoseNothing) {
+    TemporaryFolder folder;
+    const auto file = makeFile(folder.path("pass.wav"), countingSound(2, 3000), 44100);
+    OfflineEngine offline;
+    offline.start();
+    std::atomic<int> called{0};
+    constexpr int Rounds = 100;
+    std::atomic<bool> rendering{true};
+    std::thread audio([&] {
+        while (rendering) static_cast<void>(offline.render(256));
+    });
+    std::thread stopping([&] {
+        for (int i = 0; i < Rounds; ++i) {
+            offline.player->stop();
+            offline.player->play();
+        }
+    });
+    for (int i = 0; i < Rounds; ++i) {
+        offline.player->scheduleFile(file, std::nullopt, [&] { ++called; });
+        if (i % 3 == 0) offline.player->pause();
+        if (i % 3 == 1) offline.player->play();
+    }
+    stopping.join();
+    offline.player->stop();
+    EXPECT_EQ(called, Rounds);
+    rendering = false;
+    audio.join();
+}

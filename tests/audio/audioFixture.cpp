@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tests/audio/audioFixture.hpp"
+
+#include "tests/support/wavFile.hpp"
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+
+namespace tonewright::test {
+
+using namespace platform;
+
+TemporaryFolder::TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tonewright-test.XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    _path = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(_path, ignored);
+}
+
+Sound countingSound(std::uint32_t channels, std::size_t frames) {
+    Sound sound(channels, std::vector<float>(frames));
+    for (std::size_t c = 0; c < channels; ++c)
+        for (std::size_t i = 0; i < frames; ++i)
+            sound[c][i] = (static_cast<float>(i % 65521) + 0.25F * static_cast<float>(c + 1)) * 0x1p-17F;
+    return sound;
+}
+
+Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames) {
+    Sound sound(channels, std::vector<float>(frames));
+    for (std::vector<float>& plane : sound)
+        for (std::size_t i = 0; i < frames; ++i)
+            plane[i] = static_cast<float>(
+                0.5 * std::sin(2 * std::numbers::pi * frequency * static_cast<double>(i) / rate));
+    return sound;
+}
+
+std::shared_ptr<AVAudioFile> makeFile(const std::string& path, const Sound& sound, std::uint32_t rate) {
+    std::vector<float> interleaved;
+    interleaved.reserve(sound.size() * sound[0].size());
+    for (std::size_t i = 0; i < sound[0].size(); ++i)
+        for (const std::vector<float>& plane : sound) interleaved.push_back(plane[i]);
+    writeWav(path, rate, static_cast<std::uint16_t>(sound.size()), interleaved);
+    auto file = AVAudioFile::open(URL::fileURLWithPath(path));
+    if (!file) {
+        ADD_FAILURE() << file.error().localizedDescription();
+        return nullptr;
+    }
+    return file.value();
+}
+
+Sound repeated(const Sound& sound, std::size_t passes) {
+    Sound all(sound.size());
+    for (std::size_t c = 0; c < sound.size(); ++c)
+        for (std::size_t pass = 0; pass < passes; ++pass)
+            all[c].insert(all[c].end(), sound[c].begin(), sound[c].end());
+    return all;
+}
+
+std::size_t firstDifference(const Sound& a, const Sound& b) {
+    std::size_t length = std::min(a.at(0).size(), b.at(0).size());
+    for (std::size_t i = 0; i < length; ++i)
+        for (std::size_t c = 0; c < std::min(a.size(), b.size()); ++c)
+            if (a[c][i] != b[c][i]) return i;
+    return length;
+}
+
+void Signal::raise() {
+    const std::scoped_lock lock(_mutex);
+    ++_raised;
+    _changed.notify_all();
+}
+
+bool Signal::wait(int times) {
+    std::unique_lock lock(_mutex);
+    return _changed.wait_for(lock, std::chrono::seconds(20), [&] { return _raised >= times; });
+}
+
+std::optional<Error> TestProcessor::allocate(double sampleRate, std::uint32_t) {
+    if (failure) return failure;
+    rate = sampleRate;
+    ++allocations;
+    return std::nullopt;
+}
+
+void TestProcessor::release() noexcept {
+    rate = 0;
+    ++releases;
+}
+
+void TestProcessor::process(const float* const* in, float* const* out, std::uint32_t frames,
+                            std::int64_t sampleTime) noexcept {
+    if (work) return work(in, out, frames, sampleTime);
+    for (std::uint32_t c = 0; c < outputs; ++c)
+        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = c < inputs ? 0.5F * in[c][i] : 0.0F;
+}
+
+OfflineEngine::OfflineEngine(AVAudioFormat format, std::uint32_t blockFrames)
+    : device(std::make_shared<OfflineDevice>(format, blockFrames))
+    , engine(AVAudioEngine::create(device))
+    , player(AVAudioPlayerNode::create()) {
+    engine->attachNode(player);
+    engine->connect(player, engine->mainMixerNode(), std::nullopt);
+}
+
+OfflineEngine::~OfflineEngine() {
+    ending = true;
+    player->stop(); // its completions refer to this
+}
+
+void OfflineEngine::loop(const std::shared_ptr<AVAudioFile>& file, int passes) {
+    player->scheduleFile(file, std::nullopt, [this, file, passes] {
+        ++completions;
+        if (passes > 1 && !ending) loop(file, passes - 1);
+    });
+}
+
+void OfflineEngine::insert(const std::shared_ptr<AVAudioNode>& node) {
+    engine->attachNode(node);
+    engine->disconnectNodeInput(engine->mainMixerNode());
+    engine->connect(player, node, std::nullopt);
+    engine->connect(node, engine->mainMixerNode(), std::nullopt);
+}
+
+void OfflineEngine::start() {
+    const auto error = engine->start();
+    ASSERT_FALSE(error) << error->localizedDescription();
+    player->play();
+}
+
+} // namespace tonewright::test

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the tests of the engine have in common: sound files with samples that can be told apart, an engine on
+// the offline device, a processor that does what the test says.
+#pragma once
+
+#include "platform/audio/AVAudioEngine.hpp"
+#include "platform/audio/AVAudioFile.hpp"
+#include "platform/audio/AVAudioPlayerNode.hpp"
+#include "platform/audio/NodeProcessor.hpp"
+#include "platform/audio/OfflineDevice.hpp"
+
+#include <atomic>
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace tonewright::test {
+
+using Sound = std::vector<std::vector<float>>; // one vector for each channel
+
+/// A folder that goes with the test.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    [[nodiscard]] std::string path(const std::string& name) const { return (_path / name).string(); }
+
+  private:
+    std::filesystem::path _path;
+};
+
+/// Give samples of which no two neighbours, and no two channels, are alike: a frame out of place is seen.
+[[nodiscard]] Sound countingSound(std::uint32_t channels, std::size_t frames);
+/// Give a sine.
+[[nodiscard]] Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames);
+/// Write `sound` as a wav file of floats and open it.
+[[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const std::string& path, const Sound& sound,
+                                                              std::uint32_t rate);
+/// Give `passes` copies of `sound`, one behind the other.
+[[nodiscard]] Sound repeated(const Sound& sound, std::size_t passes);
+/// Give the index of the first frame in which they differ; the shorter length if there is none.
+[[nodiscard]] std::size_t firstDifference(const Sound& a, const Sound& b);
+
+/// An event that a test waits for, with a limit for a loaded machine.
+class Signal {
+  public:
+    void raise();
+    [[nodiscard]] bool wait(int times = 1);
+
+  private:
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    int _raised = 0;
+};
+
+/// A processor of stereo sound.
+class TestProcessor final : public platform::NodeProcessor {
+  public:
+    std::uint32_t inputs = 2;
+    std::uint32_t outputs = 2;
+    std::function<void(const float* const*, float* const*, std::uint32_t, std::int64_t)> work; // null: halve
+    std::atomic<double> rate{0};
+    std::atomic<int> allocations{0};
+    std::atomic<int> releases{0};
+    std::optional<platform::Error> failure;
+
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return inputs; }
+    [[nodiscard]] std::uint32_t outputChannels() const noexcept override { return outputs; }
+    [[nodiscard]] std::optional<platform::Error> allocate(double sampleRate,
+                                                          std::uint32_t maximumFrames) override;
+    void release() noexcept override;
+    void process(const float* const* in, float* const* out, std::uint32_t frames,
+                 std::int64_t sampleTime) noexcept override;
+    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return 0; }
+};
+
+class TestUnit final : public platform::AVAudioNode {
+  public:
+    const std::shared_ptr<TestProcessor> testProcessor = std::make_shared<TestProcessor>();
+    [[nodiscard]] std::shared_ptr<platform::NodeProcessor> processor() const override {
+        return testProcessor;
+    }
+};
+
+/// An engine with a player into its mixer, on an offline device.
+struct OfflineEngine {
+    explicit OfflineEngine(platform::AVAudioFormat format = {44100, 2}, std::uint32_t blockFrames = 256);
+    ~OfflineEngine();
+    OfflineEngine(const OfflineEngine&) = delete;
+    OfflineEngine& operator=(const OfflineEngine&) = delete;
+
+    /// Schedule `file` again at every completion, `passes` times in all.
+    void loop(const std::shared_ptr<platform::AVAudioFile>& file, int passes);
+    /// Put `node` between player and mixer.
+    void insert(const std::shared_ptr<platform::AVAudioNode>& node);
+    void start();
+    [[nodiscard]] Sound render(std::size_t frames) { return device->render(frames); }
+
+    std::shared_ptr<platform::OfflineDevice> device;
+    std::shared_ptr<platform::AVAudioEngine> engine;
+    std::shared_ptr<platform::AVAudioPlayerNode> player;
+    std::atomic<int> completions{0};
+    std::atomic<bool> ending{false};
+};
+
+} // namespace tonewright::test
