@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What identifies an audio component: five 32-bit codes. A value; any thread.
+#pragma once
+
+#include <cstdint>
+
+namespace platform {
+
+struct AudioComponentDescription {
+    std::uint32_t componentType = 0;
+    std::uint32_t componentSubType = 0;
+    std::uint32_t componentManufacturer = 0;
+    std::uint32_t componentFlags = 0;
+    std::uint32_t componentFlagsMask = 0; // in a search: the flags that must be equal
+
+    friend bool operator==(const AudioComponentDescription&, const AudioComponentDescription&) = default;
+};
+
+/// Pack four characters, the first into the most significant byte: `fourCharCode("aumf")`.
+[[nodiscard]] constexpr std::uint32_t fourCharCode(const char (&text)[5]) noexcept {
+    std::uint32_t code = 0;
+    for (int i = 0; i < 4; ++i) code = (code << 8U) | static_cast<unsigned char>(text[i]);
+    return code;
+}
+
+/// Tell whether `component` is one that `wanted` searches for: type, subtype and manufacturer are equal, a 0
+/// in `wanted` stands for any; flags are compared only under the mask of `wanted`.
+[[nodiscard]] constexpr bool matches(const AudioComponentDescription& component,
+                                     const AudioComponentDescription& wanted) noexcept {
+    const auto equal = [](std::uint32_t code, std::uint32_t want) { return want == 0 || code == want; };
+    return equal(component.componentType, wanted.componentType) &&
+           equal(component.componentSubType, wanted.componentSubType) &&
+           equal(component.componentManufacturer, wanted.componentManufacturer) &&
+           ((component.componentFlags ^ wanted.componentFlags) & wanted.componentFlagsMask) == 0;
+}
+
+} // namespace platform

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A plain interface for any effect: a list of its parameters with their values, and its presets. It uses
+// nothing but AUAudioUnit. Main thread only. Private to platform/effects.
+#pragma once
+
+#include "platform/effects/AUAudioUnit.hpp"
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+/// Make the widget, a floating reference; it keeps the unit. `name` is what its title and its accessible
+/// label say.
+[[nodiscard]] GtkWidget* makeGenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name);
+
+} // namespace platform

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/effects/lv2/AudioUnit.private.hpp"
+
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/effects/lv2/UridMap.private.hpp"
+#include "platform/foundation/console.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform::lv2 {
+
+AudioUnit::AudioUnit(std::shared_ptr<Processor> processor)
+    : _processor(std::move(processor)) {}
+
+std::string AudioUnit::contextName() const {
+    const std::scoped_lock lock(_mutex);
+    return _contextName;
+}
+
+void AudioUnit::setContextName(std::string name) {
+    const std::scoped_lock lock(_mutex);
+    _contextName = std::move(name);
+}
+
+const std::vector<Preset>& AudioUnit::presets() const {
+    const std::scoped_lock lock(_mutex);
+    if (!_presets) {
+        const std::scoped_lock worldLock(_processor->world()->mutex());
+        _presets = _processor->world()->presets();
+    }
+    return *_presets;
+}
+
+std::optional<std::vector<AUAudioUnitPreset>> AudioUnit::factoryPresets() const {
+    if (presets().empty()) return std::nullopt;
+    std::vector<AUAudioUnitPreset> list;
+    for (const Preset& preset : presets())
+        list.emplace_back(static_cast<std::int64_t>(list.size()), preset.label);
+    return list;
+}
+
+std::optional<AUAudioUnitPreset> AudioUnit::currentPreset() const {
+    const std::scoped_lock lock(_mutex);
+    return _currentPreset;
+}
+
+void AudioUnit::setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset) {
+    std::optional<AUAudioUnitPreset> current;
+    if (preset) {
+        const auto& known = presets();
+        if (preset->number() < 0 || static_cast<std::size_t>(preset->number()) >= known.size()) {
+            warn("The effect \"" + _processor->plugin().name + "\" has no factory preset " +
+                 std::to_string(preset->number()) + ".");
+            return;
+        }
+        const Preset& wanted = known[static_cast<std::size_t>(preset->number())];
+        if (const auto failure = _processor->restorePreset(wanted.uri)) {
+            warn(failure->localizedDescription());
+            return;
+        }
+        current.emplace(preset->number(), wanted.label);
+    }
+    const std::scoped_lock lock(_mutex);
+    _currentPreset = std::move(current);
+}
+
+std::vector<std::string> AudioUnit::MIDIOutputNames() const {
+    std::vector<std::string> names;
+    for (const Port& port : _processor->plugin().ports)
+        if (port.kind == PortKind::AtomOutput && port.supportsMidi) names.push_back(port.name);
+    return names;
+}
+
+void AudioUnit::setMIDIOutputEventBlock(MIDIOutputEventBlock block) {
+    if (MIDIOutputDelivery* midi = _processor->midi()) midi->setBlock(std::move(block));
+}
+
+bool AudioUnit::sendMIDIEvent(std::span<const std::uint8_t> message) {
+    for (const Port& port : _processor->plugin().ports) {
+        if (port.kind != PortKind::AtomInput || !port.supportsMidi) continue;
+        const LV2_Atom head{static_cast<std::uint32_t>(message.size()), Urids::shared().midiEvent};
+        std::vector<std::byte> atom(sizeof head + message.size());
+        std::copy_n(reinterpret_cast<const std::byte*>(&head), sizeof head, atom.begin());
+        std::copy_n(reinterpret_cast<const std::byte*>(message.data()), message.size(),
+                    atom.begin() + sizeof head);
+        return _processor->buffers().send(port.index, atom);
+    }
+    return false;
+}
+
+std::vector<AUParameter> AudioUnit::parameters() const {
+    std::vector<AUParameter> parameters;
+    for (const Port& port : _processor->plugin().ports)
+        if (port.kind == PortKind::ControlInput || port.kind == PortKind::ControlOutput)
+            parameters.push_back(port.parameter);
+    return parameters;
+}
+
+float AudioUnit::parameterValue(std::uint32_t address) const {
+    return _processor->buffers().value(address);
+}
+
+void AudioUnit::setParameterValue(std::uint32_t address, float value) {
+    const auto& ports = _processor->plugin().ports;
+    if (address >= ports.size() || ports[address].kind != PortKind::ControlInput || std::isnan(value)) return;
+    const AUParameter& parameter = ports[address].parameter;
+    _processor->buffers().setValue(address, std::clamp(value, parameter.minValue, parameter.maxValue));
+}
+
+std::vector<std::uint8_t> AudioUnit::fullState() const {
+    const std::string text = _processor->saveState();
+    return {text.begin(), text.end()};
+}
+
+std::optional<Error> AudioUnit::setFullState(std::span<const std::uint8_t> state) {
+    if (auto failure = _processor->restoreState(std::string(state.begin(), state.end()))) return failure;
+    const std::scoped_lock lock(_mutex);
+    _currentPreset.reset();
+    return std::nullopt;
+}
+
+void AudioUnit::requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) {
+    auto self = std::static_pointer_cast<AudioUnit>(shared_from_this());
+    DispatchQueue::main().async([self = std::move(self), completion = std::move(completion)]() mutable {
+        completion(makeEffectViewController(std::move(self)));
+    });
+}
+
+} // namespace platform::lv2

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The features that the host offers a plug-in, with everything they point to. Private to platform/effects.
+#pragma once
+
+#include "platform/effects/lv2/Worker.private.hpp"
+
+#include <array>
+#include <filesystem>
+#include <lv2/core/lv2.h>
+#include <lv2/log/log.h>
+#include <lv2/options/options.h>
+#include <lv2/state/state.h>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace platform::lv2 {
+
+/// No block is longer than this; a longer one of the engine's is run in pieces. Fixed, so that a device that
+/// changes its block size costs no new instance.
+inline constexpr std::uint32_t LongestBlock = 8192;
+
+/// Give the first of `required` that the host lacks; empty when it has all.
+[[nodiscard]] std::string lackedFeature(const std::vector<std::string>& required);
+
+/// The log of LV2, which goes to standard error; its traces go nowhere. Any thread but the audio thread.
+[[nodiscard]] LV2_Log_Log* logFeature() noexcept;
+
+/// A directory for the files that a plug-in makes; made at first use, removed with the object.
+class ScratchDirectory {
+  public:
+    ScratchDirectory() = default;
+    ~ScratchDirectory();
+    ScratchDirectory(const ScratchDirectory&) = delete;
+    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+
+    /// Give the absolute path of `name` in it, with all directories on the way made. Any thread.
+    [[nodiscard]] std::string pathFor(const std::string& name);
+
+  private:
+    std::mutex _mutex;
+    std::filesystem::path _path; // guarded by _mutex; empty until made
+};
+
+class Features {
+  public:
+    /// Collect the features for an instance at `sampleRate` whose event ports hold up to `sequenceBytes`.
+    Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t sequenceBytes, Worker& worker,
+             ScratchDirectory& scratch);
+    Features(const Features&) = delete;
+    Features& operator=(const Features&) = delete;
+
+    /// Give the list for `instantiate`, ended by null; valid as long as this object.
+    [[nodiscard]] const LV2_Feature* const* list() const noexcept { return _list.data(); }
+    /// Give the list for a restore of state.
+    [[nodiscard]] const LV2_Feature* const* listForRestore() const noexcept { return _listForRestore.data(); }
+
+  private:
+    const std::int32_t _minimumFrames = 1, _maximumFrames = LongestBlock;
+    std::int32_t _nominalFrames, _sequenceBytes;
+    float _sampleRate;
+    LV2_State_Make_Path _makePath;
+    LV2_State_Free_Path _freePath;
+    std::vector<LV2_Options_Option> _options;
+    std::vector<LV2_Feature> _features;
+    std::vector<const LV2_Feature*> _list, _listForRestore;
+};
+
+} // namespace platform::lv2

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Runs a plug-in's X11 interface: loads it, keeps it informed, and takes what it says. It shares nothing with
+// the plug-in but what goes through the processor's rings and values. Main thread only.
+// Private to platform/effects.
+#pragma once
+
+#include "platform/effects/lv2/AudioUnit.private.hpp"
+#include "platform/effects/lv2/X11Socket.private.hpp"
+
+#include <lv2/ui/ui.h>
+#include <memory>
+#include <vector>
+
+namespace platform::lv2 {
+
+/// Give the first feature that the interface requires and the host lacks; empty when it has all.
+[[nodiscard]] std::string lackedInterfaceFeature(const Interface& interface);
+
+class InterfaceHost {
+  public:
+    /// Load the interface and have it made in `socket`, or tell in a sentence why not. `scale`: device pixels
+    /// per point. The unit's place for an interface must have been claimed; it is released with the object.
+    [[nodiscard]] static Result<std::unique_ptr<InterfaceHost>> make(std::shared_ptr<AudioUnit> unit,
+                                                                     const Interface& interface,
+                                                                     std::unique_ptr<X11Socket> socket,
+                                                                     float scale);
+    ~InterfaceHost();
+    InterfaceHost(const InterfaceHost&) = delete;
+    InterfaceHost& operator=(const InterfaceHost&) = delete;
+
+    [[nodiscard]] X11Socket& socket() noexcept { return *_socket; }
+    /// Tell the interface what changed and let it do its work; to be called some thirty times a second while
+    /// it is visible.
+    void update();
+
+  private:
+    InterfaceHost(std::shared_ptr<AudioUnit> unit, std::unique_ptr<X11Socket> socket, float scale);
+    std::optional<Error> load(const Interface& interface);
+    void listFeatures();
+    void takeWrite(std::uint32_t port, std::uint32_t size, std::uint32_t protocol, const void* data);
+    void tellValues();
+
+    const std::shared_ptr<AudioUnit> _unit;
+    const std::unique_ptr<X11Socket> _socket;
+    // What the features point to.
+    float _scale, _updateRate, _sampleRate;
+    LV2UI_Resize _resize{};
+    LV2UI_Port_Map _portMap{};
+    LV2UI_Port_Subscribe _subscribe{};
+    LV2UI_Touch _touch{};
+    std::vector<LV2_Options_Option> _options;
+    std::vector<LV2_Feature> _features;
+    std::vector<const LV2_Feature*> _list;
+
+    const LV2UI_Descriptor* _descriptor = nullptr;
+    LV2UI_Handle _handle = nullptr;
+    const LV2UI_Idle_Interface* _idle = nullptr;
+    std::vector<float> _told; // by port: the value the interface knows; not a number when it knows none
+    std::vector<std::byte> _event;
+};
+
+} // namespace platform::lv2

@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The memory behind a plug-in's ports, and what crosses between it and the control side: values of controls
+// as atomics, events in rings. The memory outlives an instance: another one at another rate is connected to
+// it. Private to platform/effects.
+#pragma once
+
+#include "platform/effects/ByteRing.private.hpp"
+#include "platform/effects/MIDIOutputDelivery.private.hpp"
+#include "platform/effects/lv2/Plugin.private.hpp"
+
+#include <atomic>
+#include <lilv/lilv.h>
+#include <lv2/atom/atom.h>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <vector>
+
+namespace platform::lv2 {
+
+class PortBuffers {
+  public:
+    explicit PortBuffers(const std::vector<Port>& ports);
+
+    /// Connect everything but the audio ports that carry the signal. No `run` may be under way.
+    void connect(LilvInstance* instance);
+    /// Connect the audio ports to these planes, from `offset` on. Audio side.
+    void connectAudio(LilvInstance* instance, const float* const* inputs, float* const* outputs,
+                      std::uint32_t offset) noexcept;
+    /// Bring in what was set and sent, before a run. Audio side.
+    void beforeRun() noexcept;
+    /// Hand out what the run gave; its first frame is frame `sampleTime` of the engine. Audio side.
+    void afterRun(std::int64_t sampleTime, std::uint32_t frames, MIDIOutputDelivery* midi) noexcept;
+
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept { return _inputChannels; }
+    [[nodiscard]] std::uint32_t outputChannels() const noexcept { return _outputChannels; }
+    [[nodiscard]] std::uint32_t sequenceBytes() const noexcept { return _sequenceBytes; }
+
+    /// Give the value of a control port, and set it as it is. Any thread.
+    [[nodiscard]] float value(std::uint32_t port) const noexcept;
+    void setValue(std::uint32_t port, float value) noexcept;
+    [[nodiscard]] std::uint32_t latencyFrames() const noexcept;
+
+    /// Queue one atom, head and body, for an atom input; false when it finds no room. Control side.
+    bool send(std::uint32_t port, std::span<const std::byte> atom);
+    /// Have the events of the atom outputs kept for an interface. Control side.
+    void setListening(bool isListening) noexcept { _isListening = isListening; }
+    /// Take the next event of an atom output for the interface: the number of its port, then the atom. One
+    /// control-side thread.
+    bool receive(std::vector<std::byte>& event) { return _toInterface.read(event); }
+
+  private:
+    struct AtomPort {
+        std::uint32_t index;
+        bool supportsMidi;
+        std::vector<std::uint64_t> memory; // 8-byte aligned, as atoms must be
+        [[nodiscard]] LV2_Atom_Sequence* sequence() noexcept {
+            return reinterpret_cast<LV2_Atom_Sequence*>(memory.data());
+        }
+        [[nodiscard]] std::uint32_t capacity() const noexcept {
+            return static_cast<std::uint32_t>(memory.size() * sizeof(std::uint64_t));
+        }
+    };
+    struct AudioPort {
+        std::uint32_t index;
+        const float* connected = nullptr; // where it is now, so that it is connected only when that changes
+    };
+
+    AtomPort* inputNamed(std::uint32_t index) noexcept;
+    void takeSentEvents() noexcept;
+    void handOut(AtomPort& port, std::int64_t sampleTime, std::uint32_t frames,
+                 MIDIOutputDelivery* midi) noexcept;
+
+    std::uint32_t _inputChannels = 0, _outputChannels = 0, _sequenceBytes = 0;
+    std::vector<AudioPort> _inputs, _outputs;                  // the first so many carry the signal
+    std::vector<std::uint32_t> _silentInputs, _unheardOutputs; // audio and CV ports beyond that
+    std::vector<float> _silence, _scratch;
+
+    std::vector<std::uint32_t> _controlInputs, _controlOutputs;
+    std::vector<float> _cells; // by port index: what the plug-in reads and writes; audio side
+    // By port index: set by the control side (inputs) or by the audio side (outputs), read by both; a value
+    // stands for itself, so no order is kept but that of the flag, which is raised after the values.
+    std::unique_ptr<std::atomic<float>[]> _values;
+    std::size_t _valueCount;
+    std::atomic<bool> _hasNewValues{true};
+    std::int64_t _latencyPort = -1;
+
+    std::vector<AtomPort> _atomInputs, _atomOutputs; // their memory: audio side
+    std::mutex _sendMutex;                           // makes all senders one writer; control side only
+    ByteRing _toPlugin;                              // port number and atom
+    std::atomic<bool> _isListening{false};
+    ByteRing _toInterface; // port number and atom
+};
+
+} // namespace platform::lv2

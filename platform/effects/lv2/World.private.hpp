@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Owners of what lilv gives out, and the reading of a plug-in's description. A world holds the data of the
+// bundles that were loaded into it; lilv does not lock, so each world has one mutex for all that touches it.
+// Private to platform/effects; any thread but the audio thread.
+#pragma once
+
+#include "platform/effects/lv2/BundleIndex.private.hpp"
+#include "platform/effects/lv2/Plugin.private.hpp"
+
+#include <lilv/lilv.h>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace platform::lv2 {
+
+template <auto Release>
+struct Releaser {
+    template <class T>
+    void operator()(T* object) const noexcept {
+        Release(object);
+    }
+};
+using Node = std::unique_ptr<LilvNode, Releaser<lilv_node_free>>;
+using Nodes = std::unique_ptr<LilvNodes, Releaser<lilv_nodes_free>>;
+
+class World {
+  public:
+    /// Load the bundles about `pluginURI`. The plug-in is absent from the world when none has it.
+    World(const BundleIndex& index, const std::string& pluginURI);
+
+    /// Hold while anything of this world is used.
+    [[nodiscard]] std::mutex& mutex() noexcept { return _mutex; }
+    [[nodiscard]] LilvWorld* get() const noexcept { return _world.get(); }
+    /// Give the plug-in; null when it is absent.
+    [[nodiscard]] const LilvPlugin* plugin() const noexcept { return _plugin; }
+
+    [[nodiscard]] Node uri(const char* text) const { return Node(lilv_new_uri(_world.get(), text)); }
+
+    /// Read the plug-in's description.
+    [[nodiscard]] Plugin describe() const;
+    /// Read its X11 interfaces, in a stable order.
+    [[nodiscard]] std::vector<Interface> interfaces() const;
+    /// Read its presets, in the order of their URIs.
+    [[nodiscard]] std::vector<Preset> presets() const;
+
+  private:
+    std::unique_ptr<LilvWorld, Releaser<lilv_world_free>> _world;
+    const LilvPlugin* _plugin = nullptr;
+    std::mutex _mutex;
+};
+
+} // namespace platform::lv2

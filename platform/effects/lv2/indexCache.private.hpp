@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The file that keeps the bundle index between runs. Private to platform/effects.
+#pragma once
+
+#include "platform/effects/lv2/BundleIndex.private.hpp"
+
+#include <map>
+
+namespace platform::lv2 {
+
+/// Give the bundles that the last run wrote down, by path; none when the file is absent, damaged or of
+/// another version.
+[[nodiscard]] std::map<std::string, IndexedBundle> readIndexCache();
+/// Write the bundles down, whole or not at all. A directory that cannot be written to only costs time in the
+/// next run.
+void writeIndexCache(const std::vector<IndexedBundle>& bundles);
+
+} // namespace platform::lv2

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Saving and restoring what was set: through lilv, which knows the presets' format and the files in them.
+#include "platform/effects/lv2/Processor.private.hpp"
+
+#include "platform/effects/lv2/UridMap.private.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace platform::lv2 {
+namespace {
+
+constexpr const char* StateURI = "urn:tonewright:state";
+
+std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID type) {
+    const Urids& urids = Urids::shared();
+    const auto as = [&]<class T>(T number) -> std::optional<float> {
+        if (size != sizeof number) return std::nullopt;
+        std::memcpy(&number, value, sizeof number);
+        const auto result = static_cast<float>(number);
+        return std::isfinite(result) ? std::optional(result) : std::nullopt;
+    };
+    if (type == urids.atomFloat) return as(float{});
+    if (type == urids.atomDouble) return as(double{});
+    if (type == urids.atomInt || type == urids.atomBool) return as(std::int32_t{});
+    if (type == urids.atomLong) return as(std::int64_t{});
+    return std::nullopt;
+}
+
+} // namespace
+
+const Port* Processor::portNamed(std::string_view symbol) const {
+    const auto found = std::find_if(_plugin.ports.begin(), _plugin.ports.end(),
+                                    [&](const Port& port) { return port.symbol == symbol; });
+    return found == _plugin.ports.end() ? nullptr : &*found;
+}
+
+Processor::State Processor::captureState() const {
+    struct Asked {
+        const Processor* self;
+        float value;
+    } asked{this, 0};
+    const auto getValue = [](const char* symbol, void* context, std::uint32_t* size,
+                             std::uint32_t* type) -> const void* {
+        auto& [self, value] = *static_cast<Asked*>(context);
+        *size = 0;
+        *type = 0;
+        const Port* port = self->portNamed(symbol);
+        if (port == nullptr || port->kind != PortKind::ControlInput) return nullptr;
+        value = self->_buffers.value(port->index);
+        *size = sizeof value;
+        *type = Urids::shared().atomFloat;
+        return &value;
+    };
+    const std::scoped_lock lock(_world->mutex());
+    return State(lilv_state_new_from_instance(
+        _world->plugin(), _instance->get(), UridMap::shared().mapFeature(), nullptr, nullptr, nullptr,
+        nullptr, getValue, &asked, LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, _instance->features().list()));
+}
+
+void Processor::applyState(const LilvState& state) {
+    const auto setValue = [](const char* symbol, void* context, const void* value, std::uint32_t size,
+                             std::uint32_t type) {
+        auto& self = *static_cast<Processor*>(context);
+        const Port* port = self.portNamed(symbol);
+        const auto number = numberOf(value, size, type);
+        if (port != nullptr && port->kind == PortKind::ControlInput && number)
+            self._buffers.setValue(port->index, *number);
+    };
+    std::optional<RunGate::Closed> closed;
+    if (!_plugin.restoresWhileRunning) closed.emplace(_gate);
+    lilv_state_restore(&state, _instance->get(), setValue, this, 0, _instance->features().listForRestore());
+}
+
+void Processor::loadDefaultState() {
+    State state;
+    {
+        const std::scoped_lock lock(_world->mutex());
+        state.reset(lilv_state_new_from_world(_world->get(), UridMap::shared().mapFeature(),
+                                              lilv_plugin_get_uri(_world->plugin())));
+    }
+    const std::scoped_lock lock(_instanceMutex);
+    if (state) applyState(*state);
+}
+
+std::string Processor::saveState() const {
+    const std::scoped_lock lock(_instanceMutex);
+    const State state = captureState();
+    if (!state) return {};
+    const std::scoped_lock worldLock(_world->mutex());
+    char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
+                                      UridMap::shared().unmapFeature(), state.get(), StateURI, nullptr);
+    std::string kept = text == nullptr ? std::string() : std::string(text);
+    lilv_free(text);
+    return kept;
+}
+
+std::optional<Error> Processor::restoreState(const std::string& text) {
+    State state;
+    {
+        const std::scoped_lock lock(_world->mutex());
+        state.reset(lilv_state_new_from_string(_world->get(), UridMap::shared().mapFeature(), text.c_str()));
+        const LilvNode* owner = state ? lilv_state_get_plugin_uri(state.get()) : nullptr;
+        if (owner == nullptr || _plugin.uri != lilv_node_as_string(owner))
+            return Error("LV2", 2, "The state does not belong to the effect \"" + _plugin.name + "\".");
+    }
+    const std::scoped_lock lock(_instanceMutex);
+    applyState(*state);
+    return std::nullopt;
+}
+
+std::optional<Error> Processor::restorePreset(const std::string& uri) {
+    State state;
+    {
+        const std::scoped_lock lock(_world->mutex());
+        const Node node = _world->uri(uri.c_str());
+        lilv_world_load_resource(_world->get(), node.get());
+        state.reset(lilv_state_new_from_world(_world->get(), UridMap::shared().mapFeature(), node.get()));
+    }
+    if (!state)
+        return Error("LV2", 3,
+                     "The preset " + uri + " of the effect \"" + _plugin.name + "\" cannot be read.");
+    const std::scoped_lock lock(_instanceMutex);
+    applyState(*state);
+    return std::nullopt;
+}
+
+} // namespace platform::lv2

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Makes units of the fixtures and runs them by hand. Main thread.
+#pragma once
+
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/effects/AVAudioUnit.hpp"
+#include "platform/effects/AVAudioUnitComponentManager.hpp"
+
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <string>
+#include <vector>
+
+namespace platform::test {
+
+constexpr double Limit = 30; // seconds; generous, for a loaded machine
+
+/// Run the main loop until `done` answers true, asking every few milliseconds; tell whether it did in time.
+inline bool waitUntil(const std::function<bool()>& done) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        RunLoop::current().runFor(0.003);
+    }
+    return true;
+}
+
+/// Give the unit of an installed plug-in, or null when it made none.
+inline std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri) {
+    const auto provider = AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
+    auto made = provider->instantiate({{}, "", "", uri});
+    if (!made) {
+        ADD_FAILURE() << made.error().localizedDescription();
+        return nullptr;
+    }
+    return made.value();
+}
+
+/// Give why a plug-in makes no unit.
+inline std::string reasonOf(const std::string& uri) {
+    const auto provider = AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
+    const auto made = provider->instantiate({{}, "", "", uri});
+    return made ? std::string() : made.error().localizedDescription();
+}
+
+/// One processor with its planes: feeds a sine of 440 Hz, another phase in each channel, block by block.
+class Rendering {
+  public:
+    Rendering(AUAudioUnit& unit, double rate, std::uint32_t block)
+        : processor(unit.processor())
+        , _rate(rate)
+        , _in(processor->inputChannels(), std::vector<float>(block))
+        , _out(processor->outputChannels(), std::vector<float>(block)) {
+        const auto error = processor->allocate(rate, block);
+        EXPECT_FALSE(error) << error->localizedDescription();
+    }
+    ~Rendering() { processor->release(); }
+    Rendering(const Rendering&) = delete;
+    Rendering& operator=(const Rendering&) = delete;
+
+    void block(std::uint32_t frames) {
+        std::vector<const float*> inputs;
+        std::vector<float*> outputs;
+        for (std::size_t channel = 0; channel < _in.size(); ++channel) {
+            for (std::uint32_t i = 0; i < frames; ++i) {
+                const double phase = 2 * std::numbers::pi * 440 * static_cast<double>(time + i) / _rate;
+                _in[channel][i] = static_cast<float>(0.5 * std::sin(phase + static_cast<double>(channel)));
+            }
+            inputs.push_back(_in[channel].data());
+        }
+        for (auto& plane : _out) outputs.push_back(plane.data());
+        processor->process(inputs.data(), outputs.data(), frames, time);
+        time += frames;
+    }
+    void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }
+
+    [[nodiscard]] const std::vector<float>& in(std::size_t channel) const { return _in[channel]; }
+    [[nodiscard]] const std::vector<float>& out(std::size_t channel) const { return _out[channel]; }
+
+    const std::shared_ptr<NodeProcessor> processor;
+    std::int64_t time = 0;
+
+  private:
+    double _rate;
+    std::vector<std::vector<float>> _in, _out;
+};
+
+} // namespace platform::test

@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The LV2 host without a screen: sound, parameters, state, presets, worker, and plug-ins that cannot be used.
+#include "tests/effects/Rendering.hpp"
+
+#include <thread>
+
+using namespace platform;
+using namespace platform::test;
+
+namespace {
+
+std::uint32_t addressOf(const AUAudioUnit& unit, const std::string& identifier) {
+    for (const AUParameter& parameter : unit.parameters())
+        if (parameter.identifier == identifier) return parameter.address;
+    ADD_FAILURE() << "no parameter " << identifier;
+    return 0;
+}
+
+} // namespace
+
+TEST(Host, RunsStereoAndTellsItsParameters) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    const auto parameters = unit->parameters();
+    ASSERT_EQ(parameters.size(), 3U);
+    EXPECT_EQ(parameters[0].identifier, "gain");
+    EXPECT_EQ(parameters[0].maxValue, 4.0F);
+    EXPECT_TRUE(parameters[0].isWritable);
+    EXPECT_FALSE(parameters[1].isWritable);
+
+    Rendering rendering(*unit, 48000, 256);
+    const auto gain = addressOf(*unit, "gain");
+    unit->setParameterValue(gain, 0.25F);
+    for (const std::uint32_t frames : {256U, 1U, 64U, 255U}) {
+        rendering.block(frames);
+        for (std::size_t channel = 0; channel < 2; ++channel)
+            for (std::size_t i = 0; i < frames; ++i)
+                ASSERT_EQ(rendering.out(channel)[i], 0.25F * rendering.in(channel)[i]);
+    }
+    EXPECT_EQ(unit->parameterValue(addressOf(*unit, "gain_used")), 0.25F);
+    EXPECT_EQ(unit->latencyFrames(), 7U);
+
+    unit->setParameterValue(gain, 100); // limited to the range
+    EXPECT_EQ(unit->parameterValue(gain), 4.0F);
+    unit->setParameterValue(gain, std::nanf(""));
+    unit->setParameterValue(addressOf(*unit, "gain_used"), 1); // an output
+    unit->setParameterValue(12345, 1);
+    EXPECT_EQ(unit->parameterValue(gain), 4.0F);
+    EXPECT_EQ(unit->parameterValue(12345), 0.0F);
+}
+
+TEST(Host, CutsBlocksThatAreLongerThanPlugInsAreTold) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    Rendering rendering(*unit, 48000, 20000);
+    rendering.block();
+    EXPECT_EQ(rendering.out(1), rendering.in(1));
+}
+
+TEST(Host, MapsOtherNumbersOfChannels) {
+    const auto mono = makeUnit("urn:tonewright:test:mono");
+    ASSERT_TRUE(mono);
+    EXPECT_EQ(mono->processor()->inputChannels(), 1U);
+    EXPECT_EQ(mono->processor()->outputChannels(), 1U);
+    // Three inputs of which the first is a side chain, CV ports, a third output, a strange optional port.
+    const auto side = makeUnit("urn:tonewright:test:sidechain");
+    ASSERT_TRUE(side);
+    EXPECT_EQ(side->processor()->inputChannels(), 2U);
+    EXPECT_EQ(side->processor()->outputChannels(), 2U);
+    Rendering rendering(*side, 48000, 128);
+    for (int i = 0; i < 3; ++i) {
+        rendering.block();
+        EXPECT_EQ(rendering.out(0), rendering.in(0));
+        EXPECT_EQ(rendering.out(1), rendering.in(1));
+    }
+}
+
+TEST(Host, IsSilentWhileReleased) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    Rendering rendering(*unit, 48000, 64);
+    rendering.block();
+    EXPECT_EQ(rendering.out(0), rendering.in(0));
+    rendering.processor->release();
+    rendering.block();
+    EXPECT_EQ(rendering.out(0), std::vector<float>(64));
+    EXPECT_FALSE(rendering.processor->allocate(48000, 64));
+    rendering.block();
+    EXPECT_EQ(rendering.out(0), rendering.in(0));
+}
+
+TEST(Host, KeepsSettingsWhenTheRateChanges) {
+    const auto unit = makeUnit("urn:tonewright:test:stateful");
+    ASSERT_TRUE(unit);
+    unit->setCurrentPreset(AUAudioUnitPreset(0, "any"));
+    const auto before = unit->fullState();
+    EXPECT_NE(std::string(before.begin(), before.end()).find("from the preset"), std::string::npos);
+    Rendering rendering(*unit, 44100, 64);
+    EXPECT_EQ(unit->fullState(), before);
+}
+
+TEST(Host, SavesAndRestoresEverything) {
+    const auto unit = makeUnit("urn:tonewright:test:stateful");
+    ASSERT_TRUE(unit);
+    const auto factor = addressOf(*unit, "factor");
+    const auto initial = unit->fullState();
+    EXPECT_NE(std::string(initial.begin(), initial.end()).find("from the default state"), std::string::npos);
+    unit->setCurrentPreset(AUAudioUnitPreset(0, "any"));
+    EXPECT_EQ(unit->currentPreset(), AUAudioUnitPreset(0, "Text"));
+    EXPECT_EQ(unit->parameterValue(factor), 3.0F);
+    const auto preset = unit->fullState();
+    EXPECT_FALSE(unit->setFullState(initial));
+    EXPECT_FALSE(unit->currentPreset());
+    EXPECT_EQ(unit->parameterValue(factor), 1.0F);
+    EXPECT_EQ(unit->fullState(), initial);
+    EXPECT_FALSE(unit->setFullState(preset));
+    EXPECT_EQ(unit->fullState(), preset);
+
+    const std::string damaged = "<urn:x> a ; garbage";
+    for (const auto& bytes :
+         {std::vector<std::uint8_t>{}, std::vector<std::uint8_t>(damaged.begin(), damaged.end()),
+          makeUnit("urn:tonewright:test:gain")->fullState()})
+        EXPECT_TRUE(unit->setFullState(bytes));
+    EXPECT_EQ(unit->fullState(), preset);
+}
+
+TEST(Host, OffersFactoryPresets) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    const auto presets = unit->factoryPresets();
+    ASSERT_TRUE(presets);
+    EXPECT_EQ(*presets, (std::vector<AUAudioUnitPreset>{{0, "Half"}, {1, "Double"}}));
+    EXPECT_FALSE(unit->currentPreset());
+    unit->setCurrentPreset((*presets)[1]);
+    EXPECT_EQ(unit->currentPreset(), (*presets)[1]);
+    EXPECT_EQ(unit->parameterValue(addressOf(*unit, "gain")), 2.0F);
+    unit->setCurrentPreset(AUAudioUnitPreset(2, "none"));
+    EXPECT_EQ(unit->currentPreset(), (*presets)[1]);
+    unit->setCurrentPreset(std::nullopt);
+    EXPECT_FALSE(unit->currentPreset());
+    EXPECT_FALSE(makeUnit("urn:tonewright:test:mono")->factoryPresets());
+}
+
+TEST(Host, LetsAPlugInWorkBesideTheSound) {
+    const auto unit = makeUnit("urn:tonewright:test:stateful");
+    ASSERT_TRUE(unit);
+    Rendering rendering(*unit, 48000, 64);
+    unit->setParameterValue(addressOf(*unit, "factor"), 2);
+    const auto isScaled = [&] {
+        rendering.block();
+        return rendering.out(0)[10] == 2 * rendering.in(0)[10];
+    };
+    EXPECT_TRUE(waitUntil(isScaled));
+    EXPECT_GE(unit->parameterValue(addressOf(*unit, "answers")), 1.0F);
+}
+
+// Everything that the control side may do, beside a thread that renders without a pause.
+TEST(Host, MayBeChangedWhileItRuns) {
+    const auto unit = makeUnit("urn:tonewright:test:stateful");
+    ASSERT_TRUE(unit);
+    Rendering rendering(*unit, 48000, 64);
+    std::atomic<bool> isOver{false};
+    std::thread audio([&] {
+        while (!isOver) rendering.block();
+    });
+    const auto factor = addressOf(*unit, "factor");
+    const auto state = unit->fullState();
+    for (int i = 0; i < 200; ++i) {
+        unit->setParameterValue(factor, static_cast<float>(i % 4));
+        if (i % 10 == 0) {
+            EXPECT_FALSE(unit->setFullState(state));
+        }
+        if (i % 10 == 5) unit->setCurrentPreset(AUAudioUnitPreset(0, ""));
+        (void)unit->fullState();
+        (void)unit->latencyFrames();
+        (void)unit->parameterValue(addressOf(*unit, "answers"));
+    }
+    isOver = true;
+    audio.join();
+}
+
+TEST(Host, PassesWhatIsNoNumber) { // the engine silences it, for every kind of node
+    const auto unit = makeUnit("urn:tonewright:test:notnumbers");
+    ASSERT_TRUE(unit);
+    Rendering rendering(*unit, 48000, 16);
+    rendering.block();
+    EXPECT_TRUE(std::isnan(rendering.out(0)[0]));
+    EXPECT_TRUE(std::isinf(rendering.out(1)[0]));
+}
+
+TEST(Host, MakesNoUnitOfABrokenPlugIn) {
+    EXPECT_NE(reasonOf("urn:tonewright:test:missinglibrary").find("absent.so"), std::string::npos);
+    EXPECT_NE(reasonOf("urn:tonewright:test:noinstance").find("made no instance"), std::string::npos);
+    EXPECT_NE(reasonOf("urn:tonewright:test:unknownfeature").find("urn:tonewright:test:no-such-feature"),
+              std::string::npos);
+    EXPECT_NE(reasonOf("urn:tonewright:test:unknownport").find("Strange"), std::string::npos);
+    EXPECT_NE(reasonOf("urn:tonewright:test:nowhere").find("not installed"), std::string::npos);
+}

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// MIDI out of an effect and into it: nothing lost, in order, with its true length.
+#include "platform/effects/MIDIOutputDelivery.private.hpp"
+#include "tests/effects/Rendering.hpp"
+
+#include <atomic>
+#include <mutex>
+
+using namespace platform;
+using namespace platform::test;
+
+namespace {
+
+struct Received {
+    std::int64_t time;
+    std::int64_t length;
+    std::vector<std::uint8_t> bytes;
+};
+
+class Receiver {
+  public:
+    MIDIOutputEventBlock block() {
+        return [this](std::int64_t time, std::uint8_t cable, std::int64_t length, const std::uint8_t* data) {
+            const std::scoped_lock lock(_mutex);
+            EXPECT_EQ(cable, 0);
+            _events.push_back({time, length, {data, data + length}});
+            return 0;
+        };
+    }
+    std::vector<Received> wait(std::size_t count) {
+        EXPECT_TRUE(waitUntil([&] {
+            const std::scoped_lock lock(_mutex);
+            return _events.size() >= count;
+        }));
+        const std::scoped_lock lock(_mutex);
+        return _events;
+    }
+
+  private:
+    std::mutex _mutex;
+    std::vector<Received> _events;
+};
+
+constexpr std::uint32_t Count = 6, Size = 7; // ports of the fixture
+
+} // namespace
+
+TEST(MIDIOutput, LosesNoneOfABurst) {
+    constexpr int Events = 50000;
+    const auto unit = makeUnit("urn:tonewright:test:burst");
+    ASSERT_TRUE(unit);
+    EXPECT_EQ(unit->MIDIOutputNames(), std::vector<std::string>{"Midi out"});
+    Receiver receiver;
+    unit->setMIDIOutputEventBlock(receiver.block());
+    Rendering rendering(*unit, 48000, 512);
+    rendering.block();
+    unit->setParameterValue(Count, Events);
+    rendering.block();
+    const auto events = receiver.wait(Events);
+    ASSERT_EQ(events.size(), static_cast<std::size_t>(Events));
+    for (std::int64_t i = 0; i < Events; ++i) {
+        const Received& event = events[static_cast<std::size_t>(i)];
+        ASSERT_EQ(event.time, 512 + i * 512 / Events);
+        ASSERT_EQ(event.bytes, (std::vector<std::uint8_t>{0x90, static_cast<std::uint8_t>(i & 0x7f),
+                                                          static_cast<std::uint8_t>((i >> 7) & 0x7f)}));
+    }
+}
+
+TEST(MIDIOutput, KeepsTheTrueLength) {
+    const auto unit = makeUnit("urn:tonewright:test:burst");
+    ASSERT_TRUE(unit);
+    Receiver receiver;
+    unit->setMIDIOutputEventBlock(receiver.block());
+    Rendering rendering(*unit, 48000, 512);
+    unit->setParameterValue(Size, -1);
+    unit->setParameterValue(Count, 500);
+    rendering.block();
+    const auto events = receiver.wait(500);
+    ASSERT_EQ(events.size(), 500U);
+    constexpr std::int64_t Lengths[] = {0, 1, 2, 3, 300};
+    for (std::size_t i = 0; i < 500; ++i) {
+        ASSERT_EQ(events[i].length, Lengths[i % 5]);
+        if (events[i].length == 300) {
+            ASSERT_EQ(events[i].bytes[299], 299 & 0x7f);
+        }
+    }
+}
+
+TEST(MIDIOutput, SaysWhatItLost) {
+    testing::internal::CaptureStderr();
+    std::atomic<int> received{0};
+    {
+        MIDIOutputDelivery delivery("Flood");
+        delivery.setBlock(
+            [&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) { return ++received * 0; });
+        const std::uint8_t note[] = {0x90, 1, 2};
+        for (int i = 0; i < 65536 + 100; ++i) delivery.push(i, note, 3); // nobody is woken yet
+        delivery.flush();
+    }
+    EXPECT_EQ(received, 65536);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("100 events were lost"), std::string::npos);
+}
+
+TEST(MIDIOutput, BlockMayBeReplacedAlsoFromInside) {
+    std::atomic<int> first{0}, second{0};
+    MIDIOutputDelivery delivery("Test");
+    EXPECT_FALSE(delivery.isWanted());
+    delivery.setBlock([&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) {
+        ++first;
+        delivery.setBlock(
+            [&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) { return ++second * 0; });
+        return 0;
+    });
+    const std::uint8_t note[] = {0x90, 1, 2};
+    for (int i = 0; i < 10; ++i) delivery.push(i, note, 3);
+    delivery.flush();
+    EXPECT_TRUE(waitUntil([&] { return second == 9; }));
+    EXPECT_EQ(first, 1);
+    delivery.setBlock(nullptr);
+    EXPECT_FALSE(delivery.isWanted());
+}
+
+TEST(MIDIInput, ReachesTheEffect) {
+    const auto unit = makeUnit("urn:tonewright:test:burst"); // which sends back what it hears
+    ASSERT_TRUE(unit);
+    Receiver receiver;
+    unit->setMIDIOutputEventBlock(receiver.block());
+    Rendering rendering(*unit, 48000, 64);
+    const std::vector<std::uint8_t> note{0x90, 60, 100}, sysex{0xf0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xf7};
+    EXPECT_TRUE(unit->sendMIDIEvent(note));
+    EXPECT_TRUE(unit->sendMIDIEvent(sysex));
+    rendering.block();
+    const auto events = receiver.wait(2);
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].bytes, note);
+    EXPECT_EQ(events[1].bytes, sysex);
+    EXPECT_FALSE(makeUnit("urn:tonewright:test:mono")->sendMIDIEvent(note));
+    int taken = 0;
+    while (unit->sendMIDIEvent(sysex) && taken < 1000000) ++taken; // nobody runs it: the queue fills
+    EXPECT_GT(taken, 100);
+    EXPECT_LT(taken, 1000000);
+}

@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The registry: which components are found, in which order, and what a search costs.
+#include "tests/effects/Rendering.hpp"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+using namespace platform;
+using namespace platform::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr AudioComponentDescription Wanted{fourCharCode("aumf"), fourCharCode("tsTs"), fourCharCode("TEST"),
+                                           2, 0};
+constexpr const char* Gain = "urn:tonewright:test:gain";
+constexpr const char* Mono = "urn:tonewright:test:mono";
+
+// A search path and a cache of the test's own, with the fixtures behind it.
+class Registry : public testing::Test {
+  protected:
+    void SetUp() override {
+        _root = fs::temp_directory_path() / ("registry-" + std::to_string(::getpid()));
+        fs::remove_all(_root);
+        fs::create_directories(_root / "lv2");
+        const char* before = std::getenv("LV2_PATH");
+        _before = before == nullptr ? "" : before;
+        const std::string fixtures = _before.substr(0, _before.find(':'));
+        ::setenv("LV2_PATH", (_root.string() + "/lv2/:" + fixtures + ":" + fixtures).c_str(), 1);
+        ::setenv("XDG_CACHE_HOME", (_root / "cache").c_str(), 1);
+    }
+    void TearDown() override {
+        ::setenv("LV2_PATH", _before.c_str(), 1);
+        ::unsetenv("TONEWRIGHT_EFFECT");
+        fs::remove_all(_root);
+    }
+
+    void writeBundle(const std::string& name, const std::string& statements) const {
+        fs::create_directories(_root / "lv2" / name);
+        std::ofstream(_root / "lv2" / name / "manifest.ttl")
+            << "@prefix tw: <https://tonewright.example/ns/component#> .\n"
+            << statements;
+    }
+    static std::string codes(const std::string& uri, const std::string& type, const std::string& subType,
+                             const std::string& more = "") {
+        return "<" + uri + "> tw:componentType \"" + type + "\" ; tw:componentSubType \"" + subType +
+               "\" ; tw:componentManufacturer \"TEST\"" + more + " .\n";
+    }
+
+    static std::vector<ComponentRecord> search(const AudioComponentDescription& wanted) {
+        std::vector<ComponentRecord> found;
+        for (const auto& component :
+             AVAudioUnitComponentManager::sharedAudioUnitComponentManager().componentsMatchingDescription(
+                 wanted))
+            found.push_back(component.record());
+        return found;
+    }
+    static std::vector<std::string> searchURIs(const AudioComponentDescription& wanted = Wanted) {
+        std::vector<std::string> uris;
+        for (const auto& record : search(wanted)) uris.push_back(record.identifier);
+        return uris;
+    }
+    using URIs = std::vector<std::string>;
+
+    fs::path _root;
+
+  private:
+    std::string _before;
+};
+
+} // namespace
+
+TEST(AudioComponentDescription, MatchesByCodesAndMaskedFlags) {
+    const AudioComponentDescription component{1, 2, 3, 0b0110, 0};
+    struct Case {
+        AudioComponentDescription wanted;
+        bool matches;
+    };
+    for (const auto& [wanted, expected] :
+         {Case{{1, 2, 3, 0, 0}, true}, Case{{0, 0, 0, 0, 0}, true}, Case{{0, 2, 0, 9, 0}, true},
+          Case{{1, 2, 4, 6, 0}, false}, Case{{2, 2, 3, 6, 0}, false}, Case{{1, 1, 3, 6, 0}, false},
+          Case{{1, 2, 3, 0b0111, 0b0110}, true}, Case{{1, 2, 3, 0b0111, 0b0001}, false}})
+        EXPECT_EQ(matches(component, wanted), expected);
+    EXPECT_EQ(fourCharCode("aumf"), 0x61756D66U);
+    EXPECT_EQ(fourCharCode("\xff"
+                           "abc"),
+              0xFF616263U);
+}
+
+TEST_F(Registry, FindsNothingWhereNothingStatesTheCodes) {
+    EXPECT_EQ(searchURIs(), URIs{});
+}
+
+TEST_F(Registry, ASideBundleGivesCodesToAnothersPlugIn) {
+    writeBundle("side.lv2",
+                codes(Gain, "aumf", "tsTs", " ; tw:componentFlags 6 ; tw:displayName \"My \\\"Gain\\\"\""));
+    const auto found = search(Wanted);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].identifier, Gain);
+    EXPECT_EQ(found[0].name, "My \"Gain\"");
+    EXPECT_EQ(found[0].description, (AudioComponentDescription{Wanted.componentType, Wanted.componentSubType,
+                                                               Wanted.componentManufacturer, 6, 0}));
+}
+
+TEST_F(Registry, OrdersByPlaceThenByNameAndFollowsChanges) {
+    writeBundle("b.lv2", codes(Gain, "aumf", "tsTs"));
+    EXPECT_EQ(searchURIs(), (URIs{Gain}));
+    writeBundle("a.lv2", codes(Mono, "aumf", "tsTs"));
+    EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
+    EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
+    writeBundle("a.lv2", codes(Mono, "aufx", "tsTs")); // the same length: its time tells
+    EXPECT_EQ(searchURIs(), (URIs{Gain}));
+    fs::remove_all(_root / "lv2/b.lv2");
+    EXPECT_EQ(searchURIs(), URIs{});
+}
+
+TEST_F(Registry, TheEnvironmentsChoiceComesFirstWithTheCodesSearchedFor) {
+    writeBundle("side.lv2", codes(Gain, "aumf", "tsTs"));
+    ::setenv("TONEWRIGHT_EFFECT", Mono, 1);
+    const auto found = search(Wanted);
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].identifier, Mono);
+    EXPECT_EQ(found[0].name, "Test mono");
+    AudioComponentDescription expected = Wanted;
+    expected.componentFlagsMask = 0;
+    EXPECT_EQ(found[0].description, expected);
+    ::setenv("TONEWRIGHT_EFFECT", "urn:nowhere", 1);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(searchURIs(), (URIs{Gain}));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("urn:nowhere"), std::string::npos);
+}
+
+TEST_F(Registry, LeavesOutMistakesAndSaysThem) {
+    writeBundle("1-short.lv2", codes(Gain, "aum", "tsTs"));
+    writeBundle("2-incomplete.lv2", "<urn:tonewright:test:gain> tw:componentType \"aumf\" .\n");
+    writeBundle("3-damaged.lv2", codes(Mono, "aumf", "tsTs") + "<urn:x> tw:componentType \"au");
+    writeBundle("4-absent.lv2", codes("urn:nowhere", "aumf", "tsTs"));
+    fs::create_directories(_root / "lv2/5-empty.lv2");
+    std::ofstream(_root / "lv2/6-a-file.lv2") << "no directory";
+    for (int run = 0; run < 2; ++run) { // also when the cache knows the files
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(searchURIs(), (URIs{Mono}));
+        const std::string said = testing::internal::GetCapturedStderr();
+        for (const char* part : {"1-short", "2-incomplete", "3-damaged", "urn:nowhere"})
+            EXPECT_NE(said.find(part), std::string::npos) << part;
+    }
+}
+
+TEST_F(Registry, SurvivesALostOrDamagedCache) {
+    writeBundle("side.lv2", codes(Gain, "aumf", "tsTs", " ; tw:displayName \"a\\tb % ü\""));
+    const fs::path cache = _root / "cache/tonewright/bundle-index";
+    const auto first = search(Wanted);
+    ASSERT_TRUE(fs::exists(cache));
+    std::stringstream written;
+    written << std::ifstream(cache).rdbuf();
+    const auto isSame = [&] {
+        const auto again = search(Wanted);
+        return again.size() == 1 && again[0].name == first[0].name &&
+               again[0].description == first[0].description;
+    };
+    EXPECT_TRUE(isSame());
+    for (const std::string& content :
+         {std::string(), std::string("nonsense\n"), written.str().substr(0, written.str().size() / 2),
+          "tonewright bundle index 1\nC\tx\nend\n" + written.str(),
+          std::string("tonewright bundle index 1\nB\t\t\n")}) {
+        std::ofstream(cache, std::ios::trunc) << content;
+        EXPECT_TRUE(isSame());
+        std::stringstream now;
+        now << std::ifstream(cache).rdbuf();
+        EXPECT_EQ(now.str(), written.str());
+    }
+    fs::remove_all(_root / "cache");
+    std::ofstream(_root / "cache") << "a file where the directory should be";
+    EXPECT_TRUE(isSame());
+}
+
+TEST_F(Registry, DerivesTypesFromPortsWhereNoneIsStated) {
+    struct Case {
+        const char* uri;
+        const char (&type)[5];
+    };
+    for (const auto& [uri, type] :
+         {Case{Gain, "aufx"}, Case{Mono, "aufx"}, Case{"urn:tonewright:test:burst", "aumf"}}) {
+        const auto found = searchURIs({fourCharCode(type), 0, 0, 0, 0});
+        EXPECT_EQ(std::count(found.begin(), found.end(), uri), 1) << uri;
+    }
+    const auto all = search({});
+    for (const auto& record : all) {
+        // By its own description a component is found again, and only it.
+        const auto again = searchURIs(record.description);
+        ASSERT_FALSE(again.empty());
+        EXPECT_EQ(again.front(), record.identifier);
+    }
+    EXPECT_GE(all.size(), 14U);
+}
+
+TEST_F(Registry, InstantiatesOnTheMainThreadAndReturnsAtOnce) {
+    writeBundle("side.lv2", codes(Gain, "aumf", "tsTs"));
+    std::shared_ptr<AVAudioUnit> unit;
+    int calls = 0;
+    bool onMain = false;
+    AVAudioUnit::instantiate(Wanted, {}, [&](std::shared_ptr<AVAudioUnit> made, std::optional<Error> error) {
+        unit = std::move(made);
+        onMain = isMainThread();
+        EXPECT_FALSE(error);
+        ++calls;
+    });
+    EXPECT_EQ(calls, 0);
+    ASSERT_TRUE(waitUntil([&] { return calls > 0; }));
+    ASSERT_TRUE(unit);
+    EXPECT_TRUE(onMain);
+    unit->auAudioUnit()->setContextName("running in distribution host");
+    EXPECT_EQ(unit->auAudioUnit()->contextName(), "running in distribution host");
+    EXPECT_EQ(unit->processor(), unit->auAudioUnit()->processor());
+}
+
+TEST_F(Registry, AFailedInstantiationGivesNoUnitAndSaysWhy) {
+    writeBundle("side.lv2", codes("urn:tonewright:test:unknownfeature", "aumf", "tsTs"));
+    for (const bool isInstalled : {true, false}) {
+        bool isDone = false;
+        testing::internal::CaptureStderr();
+        AVAudioUnit::instantiate(Wanted, {},
+                                 [&](const std::shared_ptr<AVAudioUnit>& made, std::optional<Error> error) {
+                                     EXPECT_FALSE(made);
+                                     EXPECT_TRUE(error);
+                                     isDone = true;
+                                 });
+        EXPECT_TRUE(waitUntil([&] { return isDone; }));
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_NE(said.find(isInstalled ? "urn:tonewright:test:no-such-feature" : "No effect"),
+                  std::string::npos)
+            << said;
+        fs::remove_all(_root / "lv2/side.lv2");
+    }
+}
+
+namespace {
+
+// An effect in this process, as a provider of one's own makes it.
+class NoEffect final : public ComponentProvider {
+  public:
+    std::vector<ComponentRecord> componentsMatching(const AudioComponentDescription&) override { return {}; }
+    Result<std::shared_ptr<AUAudioUnit>> instantiate(const ComponentRecord&) override {
+        return Error("Test", 1, "none");
+    }
+};
+
+} // namespace
+
+TEST_F(Registry, TakesAnotherProvider) {
+    auto& manager = AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
+    writeBundle("side.lv2", codes(Gain, "aumf", "tsTs"));
+    manager.setProvider(std::make_shared<NoEffect>());
+    EXPECT_EQ(searchURIs(), URIs{});
+    manager.setProvider(nullptr);
+    EXPECT_EQ(searchURIs(), URIs{Gain});
+}
