@@ -25,6 +25,7 @@ namespace platform {
 namespace {
 
 constexpr const char* MainInterface = "Main";
+constexpr const char* IconName = "example.tonewright.Tonewright";
 
 // Makes the controller of the main screen and its window from the interface description.
 std::shared_ptr<UIWindow> loadMainScreen() {
@@ -99,9 +100,9 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     Activity activity(application);
     window->onCloseRequest = [&] { application.terminate(); };
     window->onActiveChange = [&](bool active) { activity.set(active); };
-    afterFirstFrame(widgetOf(*window), [] {
+    afterFirstFrame(widgetOf(*window), [toolkitWindow = GTK_WINDOW(widgetOf(*window))] {
         traceFirstFrame();
-        provideIcon();
+        showIcon(toolkitWindow, IconName);
     });
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(number, onSignal, nullptr);
 

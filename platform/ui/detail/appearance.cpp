@@ -96,11 +96,12 @@ void followColorScheme() {
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, nullptr);
 }
 
-void provideIcon() {
+void showIcon(GtkWindow* window, const char* name) {
+    // Icons lie beside the resources: share/icons and share/tonewright.
     if (const auto resources = Bundle::main().resourceURL())
         gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
-                                       (resources->path() + "/icons").c_str());
-    gtk_window_set_default_icon_name("tonewright");
+                                       (resources->path() + "/../icons").c_str());
+    gtk_window_set_icon_name(window, name);
 }
 
 } // namespace platform

@@ -5,6 +5,8 @@
 // icon. Main thread only.
 #pragma once
 
+#include <gtk/gtk.h>
+
 namespace platform {
 
 /// Apply the style sheet `name`.css of the resources; without one the toolkit's own look stays.
@@ -14,7 +16,7 @@ void applyStyleSheet(const char* name);
 /// changes. It is asked for without waiting; where there is no portal the toolkit's own setting holds.
 void followColorScheme();
 
-/// Let windows show the application's icon.
-void provideIcon();
+/// Give `window` the icon `name`, which is looked for beside the resources too.
+void showIcon(GtkWindow* window, const char* name);
 
 } // namespace platform
