@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -17,6 +18,14 @@
 #include <vector>
 
 namespace platform::test {
+
+// Puts the fixtures on the search path, before what the system has. In the test itself, because the virtual
+// display comes with an environment of its own.
+inline const bool fixturesArePlaced = [] {
+    const char* fixtures = std::getenv("TONEWRIGHT_FIXTURES");
+    return ::setenv("LV2_PATH", (std::string(fixtures == nullptr ? "" : fixtures) + ":/usr/lib/lv2").c_str(),
+                    1) == 0;
+}();
 
 constexpr double Limit = 30; // seconds; generous, for a loaded machine
 

@@ -100,13 +100,13 @@ std::string Processor::saveState() const {
 
 std::optional<Error> Processor::restoreState(const std::string& text) {
     State state;
-    {
+    if (!text.empty()) { // lilv reads past the end of an empty one
         const std::scoped_lock lock(_world->mutex());
         state.reset(lilv_state_new_from_string(_world->get(), UridMap::shared().mapFeature(), text.c_str()));
-        const LilvNode* owner = state ? lilv_state_get_plugin_uri(state.get()) : nullptr;
-        if (owner == nullptr || _plugin.uri != lilv_node_as_string(owner))
-            return Error("LV2", 2, "The state does not belong to the effect \"" + _plugin.name + "\".");
     }
+    const LilvNode* owner = state ? lilv_state_get_plugin_uri(state.get()) : nullptr;
+    if (owner == nullptr || _plugin.uri != lilv_node_as_string(owner))
+        return Error("LV2", 2, "The state does not belong to the effect \"" + _plugin.name + "\".");
     const std::scoped_lock lock(_instanceMutex);
     applyState(*state);
     return std::nullopt;

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Effects that were not written here, as Debian packages them: each makes sound, and shows its interface.
+#include "tests/effects/EffectScreen.hpp"
+
+#include <algorithm>
+
+using namespace platform;
+using namespace platform::test;
+
+namespace {
+
+struct Subject {
+    const char* uri;
+    bool sendsMidi;
+    bool hasPresets;
+    bool hasInterface; // one for X11
+};
+
+// Chosen for what they need of a host: worker, state, MIDI in and out, three inputs, presets, one with a
+// file, bounded block length, isLive, no interface.
+constexpr Subject Subjects[] = {
+    {"http://lsp-plug.in/plugins/lv2/trigger_midi_stereo", true, false, true},
+    {"http://gareus.org/oss/lv2/tuna#one", true, false, true},
+    {"http://gareus.org/oss/lv2/fat1", false, true, true},
+    {"http://gareus.org/oss/lv2/fil4#stereo", false, false, true},
+    {"http://gareus.org/oss/lv2/zeroconvolv#Stereo", false, true, false},
+    {"urn:zamaudio:ZamCompX2", false, true, true},
+    {"http://distrho.sf.net/plugins/3BandEQ", false, true, true},
+    {"http://www.niallmoody.com/ndcplugs/soulforce.htm", false, true, true},
+    {"http://guitarix.sourceforge.net/plugins/gx_amp_stereo#GUITARIX_ST", false, false, true},
+    {"http://drobilla.net/plugins/fomp/reverb", false, false, false},
+};
+
+class Packaged : public testing::TestWithParam<Subject> {
+  protected:
+    static void SetUpTestSuite() {
+        static const bool isStarted = [] {
+            startToolkit();
+            return true;
+        }();
+        (void)isStarted;
+    }
+};
+
+void renderSeconds(Rendering& rendering, double seconds, float& loudest) {
+    const auto blocks = static_cast<int>(seconds * 48000 / 256);
+    for (int block = 0; block < blocks; ++block) {
+        rendering.block();
+        for (std::size_t channel = 0; channel < rendering.processor->outputChannels(); ++channel)
+            for (const float sample : rendering.out(channel)) {
+                ASSERT_TRUE(std::isfinite(sample));
+                loudest = std::max(loudest, std::abs(sample));
+            }
+    }
+}
+
+} // namespace
+
+TEST_P(Packaged, MakesSoundKeepsStateAndShowsItself) {
+    const Subject& subject = GetParam();
+    const auto unit = makeUnit(subject.uri);
+    ASSERT_TRUE(unit) << "is its package installed?";
+    std::atomic<int> events{0};
+    EXPECT_EQ(!unit->MIDIOutputNames().empty(), subject.sendsMidi);
+    unit->setMIDIOutputEventBlock([&](std::int64_t, std::uint8_t, std::int64_t length, const std::uint8_t*) {
+        return events += length > 0, 0;
+    });
+    EXPECT_EQ(unit->factoryPresets().has_value(), subject.hasPresets);
+    const auto controller = requestScreen(*unit);
+    ASSERT_TRUE(controller);
+    {
+        Rendering rendering(*unit, 48000, 256);
+        float loudest = 0;
+        renderSeconds(rendering, 0.5, loudest);
+        // With its file loaded by the worker where a preset names one.
+        if (subject.hasPresets) unit->setCurrentPreset(unit->factoryPresets()->front());
+        const auto makesSound = [&] {
+            renderSeconds(rendering, 0.1, loudest);
+            return loudest > 1e-3F;
+        };
+        EXPECT_TRUE(waitUntil(makesSound));
+    }
+    const auto state = unit->fullState();
+    EXPECT_FALSE(state.empty());
+    EXPECT_FALSE(unit->setFullState(state));
+    {
+        Rendering atAnotherRate(*unit, 44100, 1024);
+        float loudest = 0;
+        renderSeconds(atAnotherRate, 0.2, loudest);
+    }
+
+    EffectScreen screen(controller, 600, 400);
+    if (!subject.hasInterface) {
+        EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*controller->view())));
+        return;
+    }
+    // A picture is more than a few colours, and not nearly all of it one.
+    const auto isPicture = [&] {
+        const auto colours = screen.colours();
+        int all = 0, most = 0;
+        for (const auto& [colour, count] : colours) {
+            all += count;
+            most = std::max(most, count);
+        }
+        return colours.size() > 16 && most < all * 99 / 100;
+    };
+    EXPECT_TRUE(waitUntil(isPicture));
+    screen.resize(900, 700);
+    EXPECT_TRUE(waitUntil([&] {
+        const auto socket = screen.socket();
+        return socket && socket->isVisible && socket->width == 900 && socket->height == 700 && isPicture();
+    }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Effects, Packaged, testing::ValuesIn(Subjects), [](const auto& subject) {
+    std::string name = subject.param.uri;
+    name.erase(std::remove_if(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }),
+               name.end());
+    return name.substr(name.size() - std::min<std::size_t>(name.size(), 24));
+});

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The effect's screen: its own interface in the panel, the plain one, and interfaces that fail.
+#include "tests/effects/EffectScreen.hpp"
+
+#include <functional>
+
+using namespace platform;
+using namespace platform::test;
+
+namespace {
+
+constexpr std::uint32_t GainPort = 4;
+constexpr unsigned long Green = 0x20c040, Blue = 0x2040c0; // of the fixture
+
+// Visit all widgets below and with `widget`.
+void visit(GtkWidget* widget, const std::function<void(GtkWidget*)>& visitor) {
+    visitor(widget);
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+         child = gtk_widget_get_next_sibling(child))
+        visit(child, visitor);
+}
+
+template <class Predicate>
+GtkWidget* find(GtkWidget* root, Predicate predicate) {
+    GtkWidget* found = nullptr;
+    visit(root, [&](GtkWidget* widget) {
+        if (found == nullptr && predicate(widget)) found = widget;
+    });
+    return found;
+}
+
+} // namespace
+
+using Interface = ScreenTest;
+using PlainInterface = ScreenTest;
+
+TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    const auto controller = requestScreen(*unit);
+    ASSERT_TRUE(controller);
+    EffectScreen screen(controller, 400, 300);
+    const auto fills = [&](int width, int height) {
+        const auto socket = screen.socket();
+        return socket && socket->isVisible && socket->width == width && socket->height == height &&
+               socket->childX == 0 && socket->childWidth == width && socket->childHeight == height;
+    };
+    EXPECT_TRUE(waitUntil([&] { return fills(400, 300); }));
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] == 400 * 300; }));
+    for (const auto& [width, height] : {std::pair{640, 480}, {301, 121}, {400, 300}}) {
+        screen.resize(width, height);
+        EXPECT_TRUE(waitUntil([&] { return fills(width, height); })) << width;
+    }
+    screen.effect().setHidden(true);
+    EXPECT_TRUE(waitUntil([&] { return !screen.socket()->isVisible; }));
+    screen.resize(500, 200);
+    screen.effect().setHidden(false);
+    EXPECT_TRUE(waitUntil([&] { return fills(500, 200); }));
+    screen.panel().setHidden(true);
+    EXPECT_TRUE(waitUntil([&] { return !screen.socket()->isVisible; }));
+    screen.panel().setHidden(false);
+    EXPECT_TRUE(waitUntil([&] { return fills(500, 200); }));
+    // Out of the window and in again.
+    auto view = controller->view();
+    view->removeFromSuperview();
+    EXPECT_TRUE(waitUntil([&] { return !screen.socket(); }));
+    screen.panel().addSubview(view);
+    view->setTranslatesAutoresizingMaskIntoConstraints(true);
+    view->setFrame({-100, 20, 300, 120}); // partly outside: cut off, not squeezed
+    EXPECT_TRUE(waitUntil([&] {
+        const auto socket = screen.socket();
+        return socket && socket->isVisible && socket->width == 200 && socket->height == 120 &&
+               socket->childX == -100 && socket->childWidth == 300;
+    }));
+}
+
+TEST_F(Interface, HearsOfValuesAndSetsThem) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    const auto controller = requestScreen(*unit);
+    ASSERT_TRUE(controller);
+    EffectScreen screen(controller, 400, 300);
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
+    unit->setParameterValue(GainPort, 0.5F);
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Blue] > 0; }));
+    unit->setParameterValue(GainPort, 0.25F); // which the interface answers by 0.75
+    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 0.75F; }));
+}
+
+TEST_F(Interface, OnlyOneIsOpenAndTheNextIsPlain) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    auto first = requestScreen(*unit);
+    auto second = requestScreen(*unit);
+    ASSERT_TRUE(first && second);
+    EXPECT_TRUE(GTK_IS_DRAWING_AREA(widgetOf(*first->view())));
+    EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*second->view())));
+    first.reset();
+    first = requestScreen(*unit);
+    EXPECT_TRUE(GTK_IS_DRAWING_AREA(widgetOf(*first->view())));
+}
+
+TEST_F(Interface, OutlivesTheHostsReferences) {
+    std::shared_ptr<UIViewController> controller;
+    {
+        const auto unit = makeUnit("urn:tonewright:test:gain");
+        controller = requestScreen(*unit);
+    }
+    EffectScreen screen(controller, 300, 200);
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
+}
+
+TEST_F(Interface, ThatFailsGivesNoController) {
+    for (const char* name : {"failinginterface", "missinginterface"}) {
+        const auto unit = makeUnit(std::string("urn:tonewright:test:") + name);
+        ASSERT_TRUE(unit);
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(requestScreen(*unit));
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(name), std::string::npos);
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(requestScreen(*unit)); // and again
+        (void)testing::internal::GetCapturedStderr();
+    }
+}
+
+TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
+    const auto unit = makeUnit("urn:tonewright:test:demandinginterface");
+    ASSERT_TRUE(unit);
+    testing::internal::CaptureStderr();
+    const auto controller = requestScreen(*unit);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
+    ASSERT_TRUE(controller);
+    EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*controller->view())));
+}
+
+TEST_F(Interface, ThatNeverAnswersIsNamed) {
+    // The child process hangs in the interface; the watchdog speaks, then the alarm ends it.
+    EXPECT_EXIT(
+        {
+            ::alarm(10);
+            const auto unit = makeUnit("urn:tonewright:test:hanginginterface");
+            (void)requestScreen(*unit);
+        },
+        testing::KilledBySignal(SIGALRM), "hanginginterface#ui does not answer");
+}
+
+TEST_F(PlainInterface, ShowsAndSetsParametersAndPresets) {
+    const auto unit = makeUnit("urn:tonewright:test:stateful");
+    ASSERT_TRUE(unit);
+    const auto controller = requestScreen(*unit);
+    ASSERT_TRUE(controller);
+    EffectScreen screen(controller, 400, 300);
+    GtkWidget* root = widgetOf(*controller->view());
+    GtkWidget* slider = find(root, [](GtkWidget* widget) { return GTK_IS_SCALE(widget); });
+    GtkWidget* menu = find(root, [](GtkWidget* widget) { return GTK_IS_DROP_DOWN(widget); });
+    ASSERT_TRUE(slider != nullptr && menu != nullptr);
+    EXPECT_NEAR(gtk_range_get_value(GTK_RANGE(slider)), 0.25, 1e-6); // 1 of 0 to 4
+    gtk_range_set_value(GTK_RANGE(slider), 0.5);
+    EXPECT_EQ(unit->parameterValue(GainPort), 2.0F);
+    unit->setParameterValue(GainPort, 4.0F);
+    EXPECT_TRUE(waitUntil([&] { return gtk_range_get_value(GTK_RANGE(slider)) == 1.0; }));
+    EXPECT_EQ(unit->parameterValue(GainPort), 4.0F); // following is not setting
+    gtk_drop_down_set_selected(GTK_DROP_DOWN(menu), 1);
+    EXPECT_EQ(unit->parameterValue(GainPort), 3.0F);
+    EXPECT_EQ(unit->currentPreset(), AUAudioUnitPreset(0, "Text"));
+    EXPECT_TRUE(find(root, [](GtkWidget* widget) {
+        return GTK_IS_LABEL(widget) && std::string(gtk_label_get_text(GTK_LABEL(widget))) == "Test stateful";
+    }));
+}
