@@ -4,6 +4,7 @@
 // Makes units of the fixtures and runs them by hand. Main thread.
 #pragma once
 
+#include "platform/audio/RealtimeScope.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
@@ -83,7 +84,10 @@ class Rendering {
             inputs.push_back(_in[channel].data());
         }
         for (auto& plane : _out) outputs.push_back(plane.data());
-        processor->process(inputs.data(), outputs.data(), frames, time);
+        {
+            const RealtimeScope realtime;
+            processor->process(inputs.data(), outputs.data(), frames, time);
+        }
         time += frames;
     }
     void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }

@@ -49,9 +49,9 @@ TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
     };
     EXPECT_TRUE(waitUntil([&] { return fills(400, 300); }));
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] == 400 * 300; }));
-    for (const auto& [width, height] : {std::pair{640, 480}, {301, 121}, {400, 300}}) {
-        screen.resize(width, height);
-        EXPECT_TRUE(waitUntil([&] { return fills(width, height); })) << width;
+    for (const std::pair<int, int>& size : {std::pair{640, 480}, {301, 121}, {400, 300}}) {
+        screen.resize(size.first, size.second);
+        EXPECT_TRUE(waitUntil([&] { return fills(size.first, size.second); })) << size.first;
     }
     screen.effect().setHidden(true);
     EXPECT_TRUE(waitUntil([&] { return !screen.socket()->isVisible; }));
@@ -136,6 +136,7 @@ TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
 }
 
 TEST_F(Interface, ThatNeverAnswersIsNamed) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process from the start, not a copy of this one
     // The child process hangs in the interface; the watchdog speaks, then the alarm ends it.
     EXPECT_EXIT(
         {
