@@ -56,8 +56,20 @@ std::string typeText(std::uint32_t mode) {
 std::uint64_t number(Word word) noexcept {
     return std::bit_cast<std::uint64_t>(word);
 }
-Date date(Word seconds, std::uint32_t nanoseconds) noexcept {
-    return {std::bit_cast<std::int64_t>(seconds), nanoseconds};
+constexpr unsigned NanosecondBits = 30;
+constexpr std::int64_t SecondsBefore1970 = std::int64_t{1} << 33U; // half of what 34 bits hold
+
+bool fits(const Date& date) noexcept {
+    return date.seconds >= -SecondsBefore1970 && date.seconds < SecondsBefore1970;
+}
+Word packed(const Date& date) noexcept {
+    const auto seconds = static_cast<std::uint64_t>(date.seconds + SecondsBefore1970);
+    return std::bit_cast<Word>(seconds << NanosecondBits | date.nanoseconds);
+}
+Date date(Word word) noexcept {
+    const std::uint64_t bits = number(word);
+    return {static_cast<std::int64_t>(bits >> NanosecondBits) - SecondsBefore1970,
+            static_cast<std::uint32_t>(bits & ((1U << NanosecondBits) - 1))};
 }
 std::optional<FileAttribute> text(std::optional<std::string> name) {
     if (!name) return std::nullopt;
@@ -79,25 +91,27 @@ std::string describe(const FileAttribute& attribute) {
 
 FileAttributes::FileAttributes(const detail::FileStatus& status)
     : _size(std::bit_cast<Word>(status.size))
-    , _fileNumber(std::bit_cast<Word>(status.fileNumber))
-    , _modificationSeconds(std::bit_cast<Word>(status.modification.seconds))
-    , _modificationNanoseconds(status.modification.nanoseconds)
-    , _creationSeconds(std::bit_cast<Word>(status.creation.seconds))
-    , _creationNanoseconds(status.creation.nanoseconds) {
+    , _fileNumber(std::bit_cast<Word>(status.fileNumber)) {
     const detail::FileKind kind{status.device, status.mode,        status.links,       status.owner,
                                 status.group,  status.isImmutable, status.isAppendOnly};
-    _kind = detail::numberOfKind(kind);
-    if (_kind == Empty) become(entries(kind)); // the table is full
+    if (fits(status.modification) && fits(status.creation)) {
+        _modification = packed(status.modification);
+        _creation = packed(status.creation);
+        _kind = detail::numberOfKind(kind);
+        if (_kind != Empty) return;
+    }
+    Dictionary all = entries(kind);
+    all.insert_or_assign(FileAttributeKey::NSFileModificationDate, status.modification);
+    all.insert_or_assign(FileAttributeKey::NSFileCreationDate, status.creation);
+    become(std::move(all));
 }
 
 FileAttributes::FileAttributes(const FileAttributes& other)
     : _kind(other._kind)
     , _size(other._size)
     , _fileNumber(other._fileNumber)
-    , _modificationSeconds(other._modificationSeconds)
-    , _modificationNanoseconds(other._modificationNanoseconds)
-    , _creationSeconds(other._creationSeconds)
-    , _creationNanoseconds(other._creationNanoseconds) {
+    , _modification(other._modification)
+    , _creation(other._creation) {
     if (_kind == Special) _size = std::bit_cast<Word>(new Dictionary(*other.dictionary()));
 }
 
@@ -105,19 +119,15 @@ FileAttributes::FileAttributes(FileAttributes&& other) noexcept
     : _kind(std::exchange(other._kind, Empty))
     , _size(other._size)
     , _fileNumber(other._fileNumber)
-    , _modificationSeconds(other._modificationSeconds)
-    , _modificationNanoseconds(other._modificationNanoseconds)
-    , _creationSeconds(other._creationSeconds)
-    , _creationNanoseconds(other._creationNanoseconds) {}
+    , _modification(other._modification)
+    , _creation(other._creation) {}
 
 FileAttributes& FileAttributes::operator=(FileAttributes other) noexcept {
     std::swap(_kind, other._kind);
     std::swap(_size, other._size);
     _fileNumber = other._fileNumber;
-    _modificationSeconds = other._modificationSeconds;
-    _modificationNanoseconds = other._modificationNanoseconds;
-    _creationSeconds = other._creationSeconds;
-    _creationNanoseconds = other._creationNanoseconds;
+    _modification = other._modification;
+    _creation = other._creation;
     return *this;
 }
 
@@ -148,7 +158,7 @@ std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key, const d
     case FileAttributeKey::NSFileAppendOnly:
         return kind.isAppendOnly;
     case FileAttributeKey::NSFileCreationDate:
-        return date(_creationSeconds, _creationNanoseconds);
+        return date(_creation);
     case FileAttributeKey::NSFileGroupOwnerAccountID:
         return NSNumber(kind.group);
     case FileAttributeKey::NSFileGroupOwnerAccountName:
@@ -156,7 +166,7 @@ std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key, const d
     case FileAttributeKey::NSFileImmutable:
         return kind.isImmutable;
     case FileAttributeKey::NSFileModificationDate:
-        return date(_modificationSeconds, _modificationNanoseconds);
+        return date(_modification);
     case FileAttributeKey::NSFileOwnerAccountID:
         return NSNumber(kind.owner);
     case FileAttributeKey::NSFileOwnerAccountName:
@@ -233,13 +243,13 @@ std::optional<NSNumber> FileAttributes::size() const {
 std::optional<Date> FileAttributes::modificationDate() const {
     if (_kind == Empty) return std::nullopt;
     if (_kind == Special) return special<Date>(FileAttributeKey::NSFileModificationDate);
-    return date(_modificationSeconds, _modificationNanoseconds);
+    return date(_modification);
 }
 
 std::optional<Date> FileAttributes::creationDate() const {
     if (_kind == Empty) return std::nullopt;
     if (_kind == Special) return special<Date>(FileAttributeKey::NSFileCreationDate);
-    return date(_creationSeconds, _creationNanoseconds);
+    return date(_creation);
 }
 
 std::string FileAttributes::description() const {

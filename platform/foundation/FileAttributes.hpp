@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the file system records of one item: a dictionary to look at, a flat record of 44 bytes to keep.
-// The answers of the file manager are always whole records; a dictionary that somebody puts together key by
-// key is kept as a real one instead. A value; concurrent reading is safe.
+// What the file system records of one item: a dictionary to look at, a flat record of 36 bytes to keep.
+// The answers of the file manager are whole records; what such a record cannot hold (dates before 1698 or after
+// 2242, a dictionary that somebody puts together key by key) is kept as a real dictionary instead. A value; concurrent reading is safe.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -88,7 +88,7 @@ class FileAttributes {
 
   private:
     using Dictionary = std::map<FileAttributeKey, FileAttribute>;
-    using Word = std::array<std::uint32_t, 2>; // 64 bits at an alignment of 32: keeps the record at 44 bytes
+    using Word = std::array<std::uint32_t, 2>; // 64 bits at an alignment of 32: keeps the record at 36 bytes
 
     static constexpr std::uint32_t Empty = 0;
     static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
@@ -105,11 +105,9 @@ class FileAttributes {
     std::uint32_t _kind = Empty; // Empty, Special, or what the item shares with others (detail/FileKind.hpp)
     Word _size{};
     Word _fileNumber{};
-    Word _modificationSeconds{};
-    std::uint32_t _modificationNanoseconds = 0;
-    Word _creationSeconds{};
-    std::uint32_t _creationNanoseconds = 0;
+    Word _modification{}; // 34 bits of seconds, 30 of nanoseconds
+    Word _creation{};
 };
-static_assert(sizeof(FileAttributes) == 44);
+static_assert(sizeof(FileAttributes) == 36);
 
 } // namespace platform

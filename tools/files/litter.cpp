@@ -18,6 +18,7 @@ std::vector<std::string> findLitter(const std::string& directory) {
     std::vector<std::string> litter;
     const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(directory);
     if (!enumerator) return litter; // the scan will say why
+    LitterTest isLitter;
     while (auto subpath = enumerator->nextObject()) {
         if (!isLitter(*subpath)) continue;
         const bool liesInside = !litter.empty() && subpath->starts_with(litter.back() + "/");

@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t BufferSize = 128 * 1024;
 
-std::uint64_t keyOf(const char* text) noexcept {
+// Takes up to eight bytes of `text`, the first as the highest, and goes behind them.
+std::uint64_t takeKey(const char*& text) noexcept {
     std::uint64_t key = 0;
     for (unsigned shift = 64; shift > 0 && *text != '\0'; ++text) {
         shift -= 8;
@@ -43,7 +44,7 @@ int DirectoryListing::read(int directory) {
             at += entry->d_reclen;
             const char* name = entry->d_name;
             if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))) continue;
-            _entries.push_back({0, _text.size()});
+            _entries.push_back({0, 0, _text.size()});
             _text.push_back(static_cast<char>(entry->d_type));
             _text.insert(_text.end(), name, name + std::strlen(name) + 1);
         }
@@ -62,9 +63,14 @@ void DirectoryListing::sort() {
         while (same < common && name[same] == first[same]) ++same;
         common = same;
     }
-    for (Entry& entry : _entries) entry.key = keyOf(&_text[entry.offset + 1 + common]);
+    for (Entry& entry : _entries) {
+        const char* rest = &_text[entry.offset + 1 + common];
+        entry.key = takeKey(rest);
+        entry.secondKey = takeKey(rest);
+    }
     std::sort(_entries.begin(), _entries.end(), [this, common](const Entry& a, const Entry& b) {
         if (a.key != b.key) return a.key < b.key;
+        if (a.secondKey != b.secondKey) return a.secondKey < b.secondKey;
         return std::strcmp(&_text[a.offset + 1 + common], &_text[b.offset + 1 + common]) < 0;
     });
 }
@@ -72,6 +78,9 @@ void DirectoryListing::sort() {
 bool DirectoryListing::advance() noexcept {
     if (_position == _entries.size()) return false;
     ++_position;
+    // The names lie in the order of the directory: in a large one each would have to be waited for.
+    constexpr std::size_t Ahead = 8;
+    if (_position + Ahead < _entries.size()) __builtin_prefetch(&_text[_entries[_position + Ahead].offset]);
     return true;
 }
 

@@ -29,7 +29,9 @@ class DirectoryListing {
 
   private:
     struct Entry {
-        std::uint64_t key = 0; // the eight bytes behind what all names have in common, for comparing at once
+        // The sixteen bytes behind what all names have in common: mostly enough to compare, and near.
+        std::uint64_t key = 0;
+        std::uint64_t secondKey = 0;
         std::size_t offset = 0;
     };
     void sort();

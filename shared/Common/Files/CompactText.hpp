@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A text of 16 bytes: up to 15 bytes of it inside, longer ones outside. File names are mostly short, and a
+// A text of 24 bytes: up to 23 bytes of it inside, longer ones outside. File names are mostly short, and a
 // tree holds millions of them. A value; any thread.
 #pragma once
 
@@ -22,12 +22,12 @@ class CompactText {
     [[nodiscard]] std::string_view view() const noexcept;
 
   private:
-    static constexpr std::size_t MostInside = 15;
+    static constexpr std::size_t MostInside = 23;
     static constexpr unsigned char Outside = 0xFF;
     [[nodiscard]] bool isOutside() const noexcept;
 
     // Inside: the bytes, and in the last one their number. Outside: the address, the length, and the mark.
-    alignas(8) std::array<char, 16> _bytes{};
+    alignas(8) std::array<char, 24> _bytes{};
 };
 
 } // namespace tonewright

@@ -19,9 +19,13 @@ std::string_view textOf(bool value) {
 
 } // namespace
 
-bool isLitter(std::string_view subpath) noexcept {
-    return subpath.find("__MACOSX") != std::string_view::npos ||
-           subpath.find(".DS_Store") != std::string_view::npos;
+bool LitterTest::operator()(std::string_view subpath) {
+    if (!_last.empty() && subpath.starts_with(_last)) return true;
+    const std::string_view name = subpath.substr(subpath.rfind('/') + 1);
+    if (name.find("__MACOSX") == std::string_view::npos && name.find(".DS_Store") == std::string_view::npos)
+        return false;
+    _last.assign(subpath).append("/");
+    return true;
 }
 
 FileEnumerator::FileEnumerator()
@@ -53,6 +57,7 @@ void FileEnumerator::enumerate(const std::string& path) {
     if (!attributes) platform::fatal(platform::UnexpectedNilUnwrapping);
     fileTree->root->setAttributes(std::move(*attributes));
 
+    LitterTest isLitter;
     while (true) {
         const auto subpath = enumerator->nextObject();
         if (!subpath) {

@@ -100,7 +100,14 @@ class FileEnumerator : public platform::FileManagerDelegate {
     void printDirectory(std::string_view label, platform::SearchPathDirectory directory) const;
 };
 
-/// Tell whether a scan deletes the item with this path below the scanned directory.
-[[nodiscard]] bool isLitter(std::string_view subpath) noexcept;
+/// Tells, for the paths of a walk in their order, which items a scan deletes: those whose path holds "__MACOSX"
+/// or ".DS_Store". No text of these crosses a "/", so that the last component decides, or an item above.
+class LitterTest {
+  public:
+    [[nodiscard]] bool operator()(std::string_view subpath);
+
+  private:
+    std::string _last; // the litter found last, with a "/"
+};
 
 } // namespace tonewright

@@ -48,6 +48,7 @@ void FileTree::findParent(const std::shared_ptr<File>& file) {
 
 void FileTree::clearList() {
     filelist.clear();
+    _index = {}; // it holds for what was in the list
 }
 
 void FileTree::makeExpandedList() {

@@ -32,7 +32,7 @@ class NodeLocation {
         }
         ~Reference() {
             if (_location != nullptr && _location->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
-                delete _location;
+                NodeLocation::destroy(_location);
         }
         const NodeLocation* operator->() const noexcept { return _location; }
 
@@ -52,18 +52,23 @@ class NodeLocation {
 
     [[nodiscard]] const std::string& rootpath() const noexcept { return *_rootpath; }
     /// Give the directory with the "/" that ends it; empty for the root's own.
-    [[nodiscard]] const std::string& directory() const noexcept { return _directory; }
+    [[nodiscard]] std::string_view directory() const noexcept {
+        return {reinterpret_cast<const char*>(this + 1), _directoryLength};
+    }
     [[nodiscard]] std::int64_t componentCount() const noexcept { return _componentCount; }
 
   private:
     using Root = std::shared_ptr<const std::string>;
     NodeLocation(Root rootpath, std::string_view directory);
     ~NodeLocation() = default;
+    // The bytes of the directory stand right behind the object, in one allocation.
+    [[nodiscard]] static NodeLocation* make(const Root& rootpath, std::string_view directory);
+    static void destroy(NodeLocation* location) noexcept;
     [[nodiscard]] static Reference find(const Root& rootpath, std::string_view directory);
 
     mutable std::atomic<std::uint32_t> _owners{1};
+    std::uint32_t _directoryLength;
     Root _rootpath;
-    std::string _directory;
     std::int64_t _componentCount;
 };
 

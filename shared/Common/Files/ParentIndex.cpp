@@ -6,11 +6,19 @@
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/Folder.hpp"
 
+#include <algorithm>
+#include <functional>
+#include <utility>
+
 namespace tonewright {
 namespace {
 
 // A list this short is indexed as fast as it is walked.
 constexpr std::size_t ShortList = 16;
+
+std::size_t hashOf(std::string_view path) {
+    return std::hash<std::string_view>()(path);
+}
 
 [[noreturn]] void failConversion() {
     platform::fatal("Could not cast value of type 'File' to 'Folder'");
@@ -36,20 +44,30 @@ std::shared_ptr<File> ParentIndex::walk(const FileList& list, std::string_view p
 
 std::shared_ptr<File> ParentIndex::find(const FileList& list, std::string_view path) {
     const Stamp now{list.edits(), File::relabelings()};
-    if (now != _stamp || list.size() < _indexed) {
+    if (now != _stamp) {
         if (list.size() > ShortList && _walked != now) {
             _walked = now;
             return walk(list, path);
         }
-        _positions.clear();
-        _indexed = 0;
-        _lastMisfit.reset();
+        forget();
         _stamp = now;
     }
     indexNewEntries(list);
-    const auto found = _positions.find(path);
-    if (_lastMisfit && (found == _positions.end() || *_lastMisfit > found->second)) failConversion();
-    return found == _positions.end() ? nullptr : list[found->second];
+    if (!_lastFound || path != _lastPath) {
+        _lastPath = path;
+        const std::size_t next = _slots.empty() ? 0 : slotOf(list, path, hashOf(path)).next;
+        _lastFound = next == 0 ? std::nullopt : std::optional(next - 1);
+    }
+    if (_lastMisfit && (!_lastFound || *_lastMisfit > *_lastFound)) failConversion();
+    return _lastFound ? list[*_lastFound] : nullptr;
+}
+
+void ParentIndex::forget() {
+    std::vector<Slot>().swap(_slots);
+    _folders = 0;
+    _indexed = 0;
+    _lastMisfit.reset();
+    _lastFound.reset();
 }
 
 void ParentIndex::indexNewEntries(const FileList& list) {
@@ -58,10 +76,39 @@ void ParentIndex::indexNewEntries(const FileList& list) {
         node.becomeIndexed();
         if (!node.isDirectory()) continue;
         if (node.asFolder() != nullptr)
-            _positions.insert_or_assign(node.subpath(), _indexed);
+            insert(list, _indexed);
         else
             _lastMisfit = _indexed;
     }
+}
+
+void ParentIndex::insert(const FileList& list, std::size_t position) {
+    const File& node = *list[position];
+    if (_lastFound && hasSubpath(node, _lastPath)) _lastFound = position;
+    if (2 * (_folders + 1) > _slots.size()) {
+        const std::size_t size = std::max<std::size_t>(64, _slots.size() * 2);
+        const std::vector<Slot> old = std::exchange(_slots, std::vector<Slot>(size));
+        for (const Slot& slot : old) {
+            if (slot.next == 0) continue;
+            std::size_t at = slot.hash & (size - 1);
+            while (_slots[at].next != 0) at = (at + 1) & (size - 1);
+            _slots[at] = slot;
+        }
+    }
+    _path.assign(node.directoryPart()).append(node.namePart());
+    const std::size_t hash = hashOf(_path);
+    Slot& slot = slotOf(list, _path, hash);
+    if (slot.next == 0) ++_folders;
+    slot = {hash, position + 1}; // a later folder with the same subpath takes the place of the earlier
+}
+
+ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, std::string_view path, std::size_t hash) {
+    const std::size_t mask = _slots.size() - 1;
+    std::size_t at = hash & mask;
+    while (_slots[at].next != 0 &&
+           (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path)))
+        at = (at + 1) & mask;
+    return _slots[at];
 }
 
 } // namespace tonewright

@@ -9,16 +9,13 @@
 #include "shared/Common/Files/FileList.hpp"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace tonewright {
-
-class Folder;
 
 class ParentIndex {
   public:
@@ -29,24 +26,32 @@ class ParentIndex {
     [[nodiscard]] static std::shared_ptr<File> walk(const FileList& list, std::string_view path);
 
   private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const noexcept {
-            return std::hash<std::string_view>()(text);
-        }
-    };
     struct Stamp {
         std::uint64_t edits = 0;
         std::uint64_t relabelings = 0;
         friend bool operator==(const Stamp&, const Stamp&) = default;
     };
+    void forget();
     void indexNewEntries(const FileList& list);
 
-    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> _positions; // of folders, by subpath
-    std::size_t _indexed = 0;                                                       // entries looked at
+    // A place in an open hash table of the folders' positions in the list. The subpaths themselves are looked
+    // up in the nodes.
+    struct Slot {
+        std::size_t hash = 0;
+        std::size_t next = 0; // the position plus one; 0: free
+    };
+    void insert(const FileList& list, std::size_t position);
+    [[nodiscard]] Slot& slotOf(const FileList& list, std::string_view path, std::size_t hash);
+
+    std::vector<Slot> _slots;
+    std::size_t _folders = 0;
+    std::size_t _indexed = 0;               // entries looked at
     std::optional<std::size_t> _lastMisfit; // the last directory that is no `Folder`
-    Stamp _stamp;                           // of the list that the index describes
-    std::optional<Stamp> _walked;           // of the list as it was at the last walk
+    std::string _path;                      // kept for its room
+    std::string _lastPath;                  // asked for last; a folder's contents come one after the other
+    std::optional<std::size_t> _lastFound;
+    Stamp _stamp;                 // of the list that the index describes
+    std::optional<Stamp> _walked; // of the list as it was at the last walk
 };
 
 } // namespace tonewright
