@@ -41,17 +41,17 @@ class Scan {
   private:
     void item(int directory, const char* name, std::uint32_t parent, std::uint16_t depth, bool mayRemove) {
         struct statx status;
-        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return;
+        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
+            return;
         const std::size_t length = std::strlen(name);
         const auto number = static_cast<std::uint32_t>(_tree.records.size());
         const std::uint8_t rights = rightsTo(status);
-        _tree.records.push_back({status.stx_size, status.stx_ino, status.stx_mtime.tv_sec,
-                                 status.stx_btime.tv_sec, status.stx_mtime.tv_nsec, status.stx_btime.tv_nsec,
-                                 status.stx_mode, status.stx_uid, status.stx_gid, status.stx_nlink, parent,
-                                 static_cast<std::uint32_t>(_tree.names.size()),
-                                 static_cast<std::uint16_t>(length), depth,
-                                 static_cast<std::uint8_t>(rights | (mayRemove ? 8U : 0U)),
-                                 S_ISDIR(status.stx_mode)});
+        _tree.records.push_back(
+            {status.stx_size, status.stx_ino, status.stx_mtime.tv_sec, status.stx_btime.tv_sec,
+             status.stx_mtime.tv_nsec, status.stx_btime.tv_nsec, status.stx_mode, status.stx_uid,
+             status.stx_gid, status.stx_nlink, parent, static_cast<std::uint32_t>(_tree.names.size()),
+             static_cast<std::uint16_t>(length), depth,
+             static_cast<std::uint8_t>(rights | (mayRemove ? 8U : 0U)), S_ISDIR(status.stx_mode)});
         _tree.names.insert(_tree.names.end(), name, name + length);
         if (!S_ISDIR(status.stx_mode)) return;
         const int inner = ::openat(directory, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -63,7 +63,10 @@ class Scan {
     std::uint8_t rightsTo(const struct statx& status) const {
         const unsigned mode = status.stx_mode;
         if (_user == 0) return static_cast<std::uint8_t>(S_ISDIR(mode) || (mode & 0111U) != 0 ? 7U : 3U);
-        const unsigned bits = (status.stx_uid == _user ? mode >> 6U : status.stx_gid == _group ? mode >> 3U : mode) & 7U;
+        const unsigned bits = (status.stx_uid == _user    ? mode >> 6U
+                               : status.stx_gid == _group ? mode >> 3U
+                                                          : mode) &
+                              7U;
         return static_cast<std::uint8_t>((bits & 4U) >> 2U | (bits & 2U) | (bits & 1U) << 2U);
     }
 

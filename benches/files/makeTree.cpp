@@ -30,9 +30,9 @@ class Random {
     std::uint64_t _state = 20261124;
 };
 
-constexpr std::string_view Words[] = {"kick", "snare",   "hat",   "Loop", "vocal", "take",  "bass", "Pad",
-                                      "clap", "reverse", "fill",  "room", "tape",  "dusty", "warm", "Sub",
-                                      "lead", "texture", "synth", "drum"};
+constexpr std::string_view Words[] = {"kick", "snare", "hat",     "Loop",    "vocal", "take", "bass",
+                                      "Pad",  "clap",  "reverse", "fill",    "room",  "tape", "dusty",
+                                      "warm", "Sub",   "lead",    "texture", "synth", "drum"};
 constexpr std::string_view Extensions[] = {".wav", ".aif", ".m4a", ".mid", ".txt", ".flac", ".png", ".asd"};
 
 // One to three words and a number: 6 to 29 bytes.
@@ -40,7 +40,9 @@ std::string fileName(Random& random, std::uint64_t number) {
     std::string name(Words[random.below(std::size(Words))]);
     for (std::uint64_t words = random.below(3); words > 0; --words)
         name.append(random.below(2) == 0 ? " " : "_").append(Words[random.below(std::size(Words))]);
-    return name.append("-").append(std::to_string(number)).append(Extensions[random.below(std::size(Extensions))]);
+    return name.append("-")
+        .append(std::to_string(number))
+        .append(Extensions[random.below(std::size(Extensions))]);
 }
 
 [[noreturn]] void fail(const std::string& what) {
@@ -71,7 +73,8 @@ void makeDeep(const std::string& root, std::uint64_t items, Random& random) {
     constexpr std::uint64_t Levels = 100;
     std::string folder = root;
     for (std::uint64_t level = 0, made = 0; level < Levels; ++level) {
-        for (std::uint64_t i = 1; i < items / Levels; ++i) makeFile(folder + "/" + fileName(random, ++made), random);
+        for (std::uint64_t i = 1; i < items / Levels; ++i)
+            makeFile(folder + "/" + fileName(random, ++made), random);
         folder += "/level " + std::to_string(level);
         makeFolder(folder);
     }

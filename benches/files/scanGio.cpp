@@ -8,13 +8,14 @@
 
 namespace {
 
-constexpr const char* Attributes = "standard::name,standard::type,standard::size,time::modified,time::created,"
-                                   "unix::inode,unix::mode,unix::uid,unix::gid,access::*";
+constexpr const char* Attributes =
+    "standard::name,standard::type,standard::size,time::modified,time::created,"
+    "unix::inode,unix::mode,unix::uid,unix::gid,access::*";
 
 long walk(GFile* directory) {
     long items = 0;
-    GFileEnumerator* enumerator =
-        g_file_enumerate_children(directory, Attributes, G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS, nullptr, nullptr);
+    GFileEnumerator* enumerator = g_file_enumerate_children(
+        directory, Attributes, G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS, nullptr, nullptr);
     if (enumerator == nullptr) return 0;
     while (GFileInfo* info = g_file_enumerator_next_file(enumerator, nullptr, nullptr)) {
         ++items;

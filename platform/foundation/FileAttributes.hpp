@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What the file system records of one item: a dictionary to look at, a flat record of 36 bytes to keep.
-// The answers of the file manager are whole records; what such a record cannot hold (dates before 1698 or after
-// 2242, a dictionary that somebody puts together key by key) is kept as a real dictionary instead. A value; concurrent reading is safe.
+// The answers of the file manager are whole records; what such a record cannot hold (dates before 1698 or
+// after 2242, a dictionary that somebody puts together key by key) is kept as a real dictionary instead. A
+// value; concurrent reading is safe.
 #pragma once
 
 #include "platform/foundation/Date.hpp"

@@ -100,8 +100,9 @@ class FileEnumerator : public platform::FileManagerDelegate {
     void printDirectory(std::string_view label, platform::SearchPathDirectory directory) const;
 };
 
-/// Tells, for the paths of a walk in their order, which items a scan deletes: those whose path holds "__MACOSX"
-/// or ".DS_Store". No text of these crosses a "/", so that the last component decides, or an item above.
+/// Tells, for the paths of a walk in their order, which items a scan deletes: those whose path holds
+/// "__MACOSX" or ".DS_Store". No text of these crosses a "/", so that the last component decides, or an item
+/// above.
 class LitterTest {
   public:
     [[nodiscard]] bool operator()(std::string_view subpath);

@@ -14,8 +14,8 @@
 namespace tonewright {
 namespace {
 
-// The locations last used, by the length of their directory: a walk that goes depth first mostly finds its own
-// again.
+// The locations last used, by the length of their directory: a walk that goes depth first mostly finds its
+// own again.
 constexpr std::size_t RememberedLocations = 64;
 
 } // namespace

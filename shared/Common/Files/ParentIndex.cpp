@@ -105,8 +105,7 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
 ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, std::string_view path, std::size_t hash) {
     const std::size_t mask = _slots.size() - 1;
     std::size_t at = hash & mask;
-    while (_slots[at].next != 0 &&
-           (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path)))
+    while (_slots[at].next != 0 && (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path)))
         at = (at + 1) & mask;
     return _slots[at];
 }

@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/console.hpp"
+#include "shared/Common/Files/FileEnumerator.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/Scratch.hpp"
+#include "tests/support/child.hpp"
+#include "tests/support/treeCycles.hpp"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+using namespace tonewright;
+using tonewright::test::CapturedOutput;
+using tonewright::test::Scratch;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+const std::string End = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.";
+
+// A scanner whose tree is taken apart, and the current directory restored, when the test ends.
+struct Scanner {
+    FileEnumerator enumerator;
+    fs::path start = fs::current_path();
+    ~Scanner() {
+        test::takeApart(*enumerator.fileTree);
+        fs::current_path(start);
+    }
+};
+
+Lines childrenOf(const Folder& folder) {
+    Lines names;
+    for (const auto& child : folder.children) names.push_back(child->getFileName());
+    return names;
+}
+
+std::shared_ptr<File> child(const Folder& folder, std::string_view name) {
+    for (const auto& node : folder.children)
+        if (node->getFileName() == name) return node;
+    return nullptr;
+}
+
+} // namespace
+
+TEST(Scanner, BuildsTheTreeAndDeletesLitter) {
+    const Scratch scratch;
+    scratch.file("a/x.txt", "12345");
+    scratch.file("b.txt");
+    scratch.file(".DS_Store");
+    scratch.file("a/my.DS_Store.bak");
+    scratch.file("a/__MACOSX/deep/._x");
+    scratch.file("c__MACOSX__/inside");
+    scratch.file("c.ds_store");
+    Scanner scanner;
+    CapturedOutput output;
+    scanner.enumerator.enumerate(scratch.path());
+    EXPECT_EQ(output.take(), Lines{End});
+    const FileTree& tree = *scanner.enumerator.fileTree;
+    ASSERT_TRUE(tree.root);
+    EXPECT_TRUE(tree.filelist.empty());
+    EXPECT_EQ(tree.basePath, fs::canonical(scratch.path()));
+    EXPECT_EQ(childrenOf(*tree.root), (Lines{"a", "b.txt", "c.ds_store"}));
+    const auto a = child(*tree.root, "a");
+    EXPECT_EQ(childrenOf(*a->asFolder()), Lines{"x.txt"});
+    EXPECT_TRUE(a->isDirectory() && a->exists() && !a->_expanded());
+    const auto& x = a->asFolder()->children[0];
+    EXPECT_EQ(x->_indent(), 1);
+    EXPECT_EQ(x->parent(), a);
+    EXPECT_EQ(x->subpath(), "a/x.txt");
+    EXPECT_EQ(x->rootpath(), scratch.path());
+    EXPECT_EQ(x->getFileSizeFormatted(), "5 bytes");
+    EXPECT_EQ(x->uid(), x->getSystemFileNumber());
+    EXPECT_TRUE(tree.root->_expanded() && tree.root->isDirectory() && tree.root->_indent() == 0);
+    for (const char* gone : {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__"})
+        EXPECT_FALSE(fs::exists(scratch / gone)) << gone;
+    EXPECT_TRUE(fs::exists(scratch / "c.ds_store"));
+}
+
+TEST(Scanner, KeepsWhatALitterLinkPointsTo) {
+    const Scratch scratch;
+    const Scratch outside;
+    outside.file("kept/file");
+    scratch.file("plain");
+    fs::create_directory_symlink(outside / "kept", scratch / "__MACOSX");
+    Scanner scanner;
+    CapturedOutput output;
+    scanner.enumerator.enumerate(scratch.path());
+    EXPECT_TRUE(fs::exists(outside / "kept/file"));
+    EXPECT_FALSE(fs::exists(fs::symlink_status(scratch / "__MACOSX")));
+}
+
+TEST(Scanner, ReportsWhatItCannotDelete) {
+    const Scratch scratch;
+    scratch.file("locked/__MACOSX/x");
+    scratch.file("locked/y");
+    ::chmod(scratch.path().c_str(), 0755);
+    const int code = test::inChildAs(12345, 12345, {}, [&] {
+        FileEnumerator enumerator;
+        CapturedOutput output;
+        enumerator.enumerate(scratch.path());
+        const Lines lines = output.take();
+        ASSERT_EQ(lines.size(), 3U); // the folder, and what lies in it
+        EXPECT_EQ(lines[0], "The file 'x' couldn't be removed (Permission denied).");
+        EXPECT_EQ(lines[1], "The file 'x' couldn't be removed (Permission denied).");
+        EXPECT_EQ(lines[2], End);
+        EXPECT_EQ(childrenOf(*child(*enumerator.fileTree->root, "locked")->asFolder()), Lines{"y"});
+        test::takeApart(*enumerator.fileTree);
+    });
+    if (code == test::CannotTry) GTEST_SKIP();
+    EXPECT_EQ(code, 0);
+}
+
+TEST(Scanner, HostileNamesAndKindsPassUnchanged) {
+    const Scratch scratch;
+    const std::string longName(255, 'x');
+    const std::string hostile[] = {"new\nline", "quote'\"<&>", "\x01\x7f", "\xff\xfe",
+                                   "%s%n",      " ",           "-",        longName};
+    for (const std::string& name : hostile) scratch.file(name, "abc");
+    ::mkfifo((scratch / "fifo").c_str(), 0600);
+    const int sock = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/sock", scratch.path().c_str());
+    ASSERT_EQ(::bind(sock, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    fs::create_directory_symlink("..", scratch / "up");
+    fs::create_symlink("circle", scratch / "circle");
+    fs::create_symlink("nowhere", scratch / "dangling");
+    Scanner scanner;
+    CapturedOutput output;
+    scanner.enumerator.enumerate(scratch.path());
+    EXPECT_EQ(output.take(), Lines{End});
+    const Folder& root = *scanner.enumerator.fileTree->root;
+    EXPECT_EQ(root.children.size(), std::size(hostile) + 5);
+    for (const std::string& name : hostile) ASSERT_TRUE(child(root, name)) << name;
+    EXPECT_TRUE(child(root, "up")->isDirectory());
+    EXPECT_TRUE(child(root, "up")->asFolder()->children.empty());
+    EXPECT_FALSE(child(root, "dangling")->exists());
+    EXPECT_EQ(child(root, "dangling")->getFileSize(), platform::NSNumber(7));
+    EXPECT_NE(scanner.enumerator.fileTree->xml().find("<file name='new\nline' size='3 bytes'"),
+              std::string::npos);
+    ::close(sock);
+}
+
+TEST(Scanner, AttributesThatCannotBeReadAreReportedOnce) {
+    const Scratch scratch;
+    scratch.file("closed/one");
+    scratch.file("secret/two");
+    ::chmod((scratch / "closed").c_str(), 0444); // names, but no way to them
+    ::chmod((scratch / "secret").c_str(), 0000);
+    ::chmod(scratch.path().c_str(), 0755);
+    const int code = test::inChildAs(12345, 12345, {}, [&] {
+        FileEnumerator enumerator;
+        CapturedOutput output;
+        enumerator.enumerate(scratch.path());
+        const Lines lines = output.take();
+        ASSERT_EQ(lines.size(), 2U);
+        EXPECT_EQ(lines[0], "Error Domain=POSIX Code=13 \"The attributes of the file 'one' couldn't be read "
+                            "(Permission denied).\"");
+        const auto one = child(*enumerator.fileTree->root, "closed")->asFolder()->children[0];
+        EXPECT_EQ(one->uid(), platform::NSNumber(-1));
+        EXPECT_EQ(one->getCreationDateFormatted(), "(invalid attribute)");
+        EXPECT_FALSE(one->exists());
+        EXPECT_TRUE(child(*enumerator.fileTree->root, "secret")->asFolder()->children.empty());
+        EXPECT_EQ(enumerator.fileTree->findFileWithUID("(invalid attribute)"), one);
+        test::takeApart(*enumerator.fileTree);
+    });
+    if (code == test::CannotTry) GTEST_SKIP();
+    EXPECT_EQ(code, 0);
+}
+
+TEST(Scanner, ARootMayBeALinkButMustBeADirectory) {
+    const Scratch scratch;
+    scratch.file("real/inside");
+    fs::create_directory_symlink("real", scratch / "link");
+    Scanner scanner;
+    CapturedOutput output;
+    scanner.enumerator.enumerate(scratch / "link");
+    const Folder& root = *scanner.enumerator.fileTree->root;
+    struct stat link {};
+    struct stat real {};
+    ::lstat((scratch / "link").c_str(), &link);
+    ::stat((scratch / "link").c_str(), &real);
+    EXPECT_EQ(root.uid(), platform::NSNumber(link.st_ino));
+    EXPECT_EQ(root.getSystemFileNumber(), platform::NSNumber(real.st_ino));
+    EXPECT_EQ(root.children.size(), 1U);
+    (void)output.take();
+
+    const auto before = scanner.enumerator.fileTree->root;
+    for (const std::string& wrong : {scratch / "none", scratch / "real/inside", std::string()}) {
+        scanner.enumerator.enumerate(wrong);
+        EXPECT_EQ(output.take(),
+                  Lines{"Error: Could not set current path '" + wrong + "' for the file manager."});
+    }
+    EXPECT_EQ(scanner.enumerator.fileTree->root, before);
+    scanner.enumerator.enumerate(scratch / "real"); // a second scan has a new root
+    EXPECT_NE(scanner.enumerator.fileTree->root, before);
+    EXPECT_EQ(scanner.enumerator.fileTree->root->children.size(), 1U);
+    test::takeApart(before);
+}
+
+TEST(Scanner, AChangingDiskHarmsNothing) {
+    const Scratch scratch;
+    for (int i = 0; i < 300; ++i) scratch.file("d" + std::to_string(i % 30) + "/f" + std::to_string(i));
+    const pid_t churn = ::fork();
+    if (churn == 0) {
+        for (int i = 0;; ++i) {
+            const std::string name =
+                scratch / ("d" + std::to_string(i % 30) + "/new" + std::to_string(i % 11));
+            if (i % 3 == 0) {
+                std::error_code ignored;
+                fs::remove_all(name, ignored);
+            } else if (i % 3 == 1) {
+                ::mkdir(name.c_str(), 0755);
+            } else {
+                ::close(::open((name + "/__MACOSX").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+            }
+        }
+    }
+    for (int round = 0; round < 20; ++round) {
+        Scanner scanner;
+        CapturedOutput output;
+        scanner.enumerator.enumerate(scratch.path());
+        EXPECT_EQ(output.take().back(), End);
+        std::size_t files = 0;
+        for (const auto& folder : scanner.enumerator.fileTree->root->children)
+            for (const auto& node : folder->asFolder()->children)
+                if (node->getFileName().starts_with('f')) ++files;
+        EXPECT_EQ(files, 300U);
+    }
+    ::kill(churn, SIGKILL);
+    ::waitpid(churn, nullptr, 0);
+}
+
+TEST(Scanner, ExaminesOnePath) {
+    const Scratch scratch;
+    ::chmod(scratch.file("readonly").c_str(), 0444);
+    ::chmod(scratch.path().c_str(), 0755);
+    const int code = test::inChildAs(12345, 12345, {}, [&] {
+        FileEnumerator enumerator;
+        CapturedOutput output;
+        enumerator.examineFile("readonly", scratch.path());
+        Lines lines = output.take();
+        ASSERT_EQ(lines.size(), 10U);
+        EXPECT_TRUE(lines[9].starts_with("[NSFileAppendOnly: false, NSFileCreationDate: "));
+        lines.pop_back();
+        EXPECT_EQ(lines, (Lines{" ", "readonly", scratch / "readonly", " - file exists: true",
+                                " - file exist / is directory: true / false", " - file is writable: true",
+                                " - file is readeble: false", " - file is executable: false",
+                                " - file is deletable: false"}));
+        enumerator.examineFile("none", scratch.path());
+        lines = output.take();
+        EXPECT_EQ(lines[4], " - file exist / is directory: false / false");
+        EXPECT_TRUE(lines[9].starts_with("Error Domain=POSIX Code=2 "));
+    });
+    if (code == test::CannotTry) GTEST_SKIP();
+    EXPECT_EQ(code, 0);
+}
+
+TEST(Scanner, SmallThings) {
+    EXPECT_EQ(FileEnumerator::formatNumber(7), "07");
+    EXPECT_EQ(FileEnumerator::formatNumber(10), "10");
+    EXPECT_EQ(FileEnumerator::formatNumber(-5), "0-5");
+    EXPECT_EQ(&FileEnumerator::shared(), &FileEnumerator::shared());
+    FileEnumerator enumerator;
+    EXPECT_EQ(enumerator.fileManager.delegate(), &enumerator);
+    EXPECT_EQ(&enumerator.defaultFileManager, &platform::FileManager::defaultManager());
+    const Scratch scratch;
+    scratch.file("tree/a");
+    EXPECT_EQ(enumerator.fileManager.copyItemAtPath(scratch / "tree", scratch / "copy"), std::nullopt);
+    EXPECT_EQ(enumerator.fileManager.removeItemAtPath(scratch / "copy"), std::nullopt);
+    EXPECT_TRUE(enumerator.fileManager.removeItemAtPath(scratch / "copy"));
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/DateFormatter.hpp"
+#include "shared/Common/Files/FileTree.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/treeCycles.hpp"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+using namespace tonewright;
+using platform::Date;
+using platform::FileAttributeKey;
+using platform::NSNumber;
+
+namespace {
+
+// A root with a folder and a file, as a scan would have left them.
+class TreeTexts : public testing::Test {
+  protected:
+    void SetUp() override {
+        ::setenv("TZ", "UTC", 1);
+        platform::DateFormatter::resetTimeZone();
+        tree.basePath = "/private/music";
+        tree.root = node<Folder>("", 2, 0);
+        tree.root->set_expanded(true);
+        folder = node<Folder>("Drums", 10, 0);
+        inner = node<File>("Drums/it's <kick> & more.wav", 11, 12'345);
+        plain = node<File>("b.txt", 12, 1);
+        for (const auto& item : std::initializer_list<std::shared_ptr<File>>{folder, inner, plain}) {
+            tree.findParent(item);
+            tree.filelist.push_back(item);
+        }
+        tree.clearList();
+    }
+    void TearDown() override { test::takeApart(tree); }
+
+    template <class Node>
+    static std::shared_ptr<Node> node(std::string_view subpath, std::uint64_t number, std::int64_t size) {
+        auto made = std::make_shared<Node>();
+        made->setRootpath("/music");
+        if (!subpath.empty()) made->setSubpath(subpath);
+        made->setIsDirectory(std::is_same_v<Node, Folder>);
+        made->setExists(true);
+        platform::FileAttributes attributes;
+        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(number));
+        attributes.setValue(FileAttributeKey::NSFileSize, NSNumber(size));
+        attributes.setValue(FileAttributeKey::NSFileCreationDate, Date{0, 0});
+        attributes.setValue(FileAttributeKey::NSFileModificationDate, Date{1'794'822'014, 0});
+        made->setAttributes(attributes);
+        made->setUid(NSNumber(number));
+        return made;
+    }
+
+    FileTree tree;
+    std::shared_ptr<Folder> folder;
+    std::shared_ptr<File> inner;
+    std::shared_ptr<File> plain;
+};
+
+#define DATES "created='Jan 1, 1970 at 12:00:00 AM' modified='Nov 16, 2026 at 9:40:14 AM'"
+
+} // namespace
+
+TEST_F(TreeTexts, NestedElements) {
+    EXPECT_EQ(tree.xml(), "\n<folder path='/music' expanded='true' " DATES " depth='0' >"
+                          "\n\t<folder subpath='Drums' expanded='false' " DATES " depth='0' >"
+                          "\n\t\t<file name='it's <kick> & more.wav' size='12 KB' " DATES " depth='1' />"
+                          "\n\t</folder>"
+                          "\n\t<file name='b.txt' size='1 byte' " DATES " depth='0' />"
+                          "\n</folder>");
+    std::string text = "before";
+    folder->xml(text); // at no indentation every folder is a root
+    EXPECT_TRUE(text.starts_with("before\n<folder path='/music' expanded='false' "));
+    EXPECT_DEATH(folder->xml(text, -1), "Range requires lowerBound <= upperBound");
+    EXPECT_DEATH((void)FileTree().xml(),
+                 "^Unexpectedly found nil while implicitly unwrapping an Optional value");
+}
+
+TEST_F(TreeTexts, ElementsInARow) {
+    EXPECT_EQ(tree.list(), "\n<!-- file list -->\n<files basepath='/private/music'>\n</files>");
+    tree.setExpanded(true);
+    tree.makeExpandedList();
+    EXPECT_EQ(tree.list(),
+              "\n<!-- file list -->\n<files basepath='/private/music'>"
+              "\n\t<folder id='10' name 'Drums' subpath='Drums' " DATES " depth='0' />"
+              "\n\t\t<file id='11' name='it's <kick> & more.wav' size='12 KB' " DATES " depth='1' />"
+              "\n\t<file id='12' name='b.txt' size='1 byte' " DATES " depth='0' />"
+              "\n</files>");
+    const auto bare = std::make_shared<File>();
+    bare->setSubpath("bare");
+    std::string text;
+    bare->list(text);
+    EXPECT_EQ(text, "<file id='-1' name='bare' size='(invalid attribute)' created='(invalid attribute)' "
+                    "modified='(invalid attribute)' depth='0' />");
+    bare->setSubpath("");
+    EXPECT_DEATH(bare->list(text), "Range requires lowerBound <= upperBound");
+    EXPECT_DEATH(bare->dumpout(), "Range requires lowerBound <= upperBound");
+    text.clear();
+    bare->xml(text);
+    EXPECT_NE(text.find("depth='-1'"), std::string::npos);
+}
+
+TEST_F(TreeTexts, DumpsShowEveryField) {
+    test::CapturedOutput output;
+    tree.dumpoutRoot();
+    const auto lines = output.take();
+    const std::string id = inner->getIDFormatted();
+    const std::string attributes =
+        "[NSFileCreationDate: 1970-01-01 00:00:00 +0000, NSFileModificationDate: "
+        "2026-11-16 09:40:14 +0000, NSFileSize: 12345, NSFileSystemFileNumber: 11]";
+    char address[64];
+    std::snprintf(address, sizeof address, "Optional(<Folder: %p>)", static_cast<void*>(folder.get()));
+    const std::string item = "\t<item id=" + id;
+    const std::vector<std::string> expected = {
+        item + " filename='it's <kick> & more.wav' />",
+        item + " _remote='false' _expanded='false' _selected='false' _indent='1' />",
+        item + " uid=11 parent='" + address +
+            "' rootpath='/music' subpath='Drums/it's <kick> & more.wav' exists=true isDirectory=false "
+            "isWritable=false isReadeble=false isExecutable=false isDeleteble=false attributes='" +
+            attributes + "' />",
+        item + " label='uid' type='NSNumber' value='11' />",
+        item + " label='parent' type='Optional<File>' value='" + address + "' />",
+        item + " label='rootpath' type='String' value='/music' />",
+        item + " label='subpath' type='String' value='Drums/it's <kick> & more.wav' />",
+        item + " label='exists' type='Bool' value='true' />",
+        item + " label='isDirectory' type='Bool' value='false' />",
+        item + " label='isWritable' type='Bool' value='false' />",
+        item + " label='isReadeble' type='Bool' value='false' />",
+        item + " label='isExecutable' type='Bool' value='false' />",
+        item + " label='isDeleteble' type='Bool' value='false' />",
+        item + " label='attributes' type='Dictionary<FileAttributeKey, Any>' value='" + attributes + "' />",
+    };
+    // The root's five lines, the folder's five, the file's fourteen, the other file's fourteen.
+    ASSERT_EQ(lines.size(), 5U + 5U + 14U + 14U);
+    EXPECT_EQ(std::vector<std::string>(lines.begin() + 10, lines.begin() + 24), expected);
+    const std::string root = "<item id=" + tree.root->getIDFormatted();
+    EXPECT_EQ(lines[0], root + " filename='music' />");
+    EXPECT_NE(lines[2].find(" parent='nil' "), std::string::npos);
+    char value[128];
+    std::snprintf(value, sizeof value,
+                  " label='children' type='Array<File>' value='[<Folder: %p>, <File: %p>]' />",
+                  static_cast<void*>(folder.get()), static_cast<void*>(plain.get()));
+    EXPECT_EQ(lines[3], root + value);
+    EXPECT_EQ(lines[4], root + " label='children' type='Array<File>' />");
+
+    tree.makeExpandedList();
+    tree.dumpout();
+    EXPECT_EQ(output.take().size(), 5U + 14U + 14U);
+    tree.filelist.clear();
+    tree.filelist.push_back(plain);
+    tree.filelist.push_back(tree.root); // nothing behind the root is dumped
+    tree.filelist.push_back(plain);
+    tree.dumpout();
+    EXPECT_EQ(output.take().size(), 14U + 5U + 5U + 14U + 14U);
+    FileTree().dumpoutRoot();
+    EXPECT_TRUE(output.take().empty());
+}

@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "shared/Common/Files/FileTree.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/treeCycles.hpp"
+
+#include <gtest/gtest.h>
+
+using namespace tonewright;
+using platform::FileAttributeKey;
+using platform::NSNumber;
+
+namespace {
+
+constexpr std::string_view RootIdentifier = "NSFileProviderRootContainerItemIdentifier";
+constexpr std::string_view WorkingSetIdentifier = "NSFileProviderWorkingSetContainerItemIdentifier";
+using Names = std::vector<std::string>;
+
+// root: A (1) with x (2) and Deep (3) with y (4); b (5).
+class Tree : public testing::Test {
+  protected:
+    void SetUp() override {
+        tree.root = std::make_shared<Folder>();
+        tree.root->setIsDirectory(true);
+        add<Folder>("A", 1);
+        add<File>("A/x", 2);
+        add<Folder>("A/Deep", 3);
+        add<File>("A/Deep/y", 4);
+        add<File>("b", 5);
+        tree.clearList();
+    }
+    void TearDown() override { test::takeApart(tree); }
+
+    template <class Node>
+    std::shared_ptr<Node> add(std::string_view subpath, std::uint64_t number) {
+        auto node = std::make_shared<Node>();
+        node->setIsDirectory(std::is_same_v<Node, Folder>);
+        node->setSubpath(subpath);
+        tree.findParent(node);
+        platform::FileAttributes attributes;
+        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(number));
+        node->setAttributes(attributes);
+        tree.filelist.push_back(node);
+        return node;
+    }
+    Names names() const {
+        Names names;
+        for (const auto& node : tree.filelist) names.push_back(node->getFileName());
+        return names;
+    }
+
+    FileTree tree;
+};
+
+} // namespace
+
+TEST_F(Tree, PagesShowOneFolder) {
+    test::CapturedOutput output;
+    tree.setExpanded(true);
+    tree.makeExpandedPage(RootIdentifier);
+    EXPECT_EQ(names(), (Names{"A", "b"}));
+    EXPECT_TRUE(tree.root->_expanded());
+    EXPECT_EQ(output.take(), Names{"FileTree: Root node was expanded."});
+    tree.makeExpandedPage("1");
+    EXPECT_EQ(names(), (Names{"A", "x", "Deep"}));
+    EXPECT_EQ(output.take(), Names{"FileTree: The following folder was found:  1 A"});
+    tree.makeExpandedPage("5");
+    EXPECT_EQ(names(), Names{});
+    EXPECT_EQ(output.take(), (Names{"FileTree: The following file was found:  5 b",
+                                    "Warning: The file cannot become expanded."}));
+    for (const std::string_view unknown :
+         {std::string_view("77"), std::string_view(""), WorkingSetIdentifier}) {
+        tree.makeExpandedPage(unknown);
+        EXPECT_EQ(names(), Names{});
+        EXPECT_EQ(output.take(), Names{"Warning: The file was not found."});
+    }
+}
+
+TEST_F(Tree, PathsExpandTheAncestorsToo) {
+    test::CapturedOutput output;
+    tree.makeExpandedPath("3");
+    EXPECT_EQ(names(), (Names{"Deep", "y"}));
+    EXPECT_TRUE(tree.root->_expanded());
+    EXPECT_TRUE(tree.root->children[0]->_expanded());
+    tree.makeExpandedList();
+    EXPECT_EQ(names(), (Names{"A", "x", "Deep", "y", "b"}));
+    (void)output.take();
+    for (const std::string_view container : {RootIdentifier, WorkingSetIdentifier}) {
+        tree.makeExpandedPath(container);
+        EXPECT_EQ(names(), (Names{"A", "b"}));
+        EXPECT_EQ(output.take(), Names{"FileTree: (" + std::string(container) + ") Root node was expanded."});
+    }
+    tree.makeExpandedPath("4");
+    EXPECT_EQ(output.take().back(), "Warning: The file cannot become expanded.");
+    tree.makeExpandedPath("44");
+    EXPECT_EQ(output.take(), Names{"Warning: The file was not found."});
+}
+
+TEST_F(Tree, LookupReadsTheAttributesAndSparesTheRoot) {
+    test::CapturedOutput output;
+    EXPECT_EQ(tree.findFileWithUID(RootIdentifier), tree.root);
+    EXPECT_EQ(output.take(), Names{"FileTree: The file (root) was found :  " + std::string(RootIdentifier)});
+    platform::FileAttributes attributes;
+    attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(99));
+    tree.root->setAttributes(attributes);
+    EXPECT_EQ(tree.findFileWithUID("99"), nullptr);
+    tree.root->children[1]->setUid(NSNumber(4)); // only the attributes count
+    EXPECT_EQ(tree.findFileWithUID("4")->getFileName(), "y");
+    tree.setExpanded(true);
+    tree.root->set_expanded(false);
+    tree.setExpanded(true);
+    EXPECT_FALSE(tree.root->_expanded());
+}
+
+TEST_F(Tree, ParentsAreFoundInTheListOrAreTheRoot) {
+    auto orphan = std::make_shared<File>();
+    orphan->setSubpath("A/new");
+    tree.findParent(orphan); // the list is empty
+    EXPECT_EQ(orphan->parent(), nullptr);
+    tree.filelist.push_back(tree.root->children[1]);
+    tree.findParent(orphan); // no such folder in the list
+    EXPECT_EQ(orphan->parent(), tree.root);
+    auto misfit = std::make_shared<File>();
+    misfit->setSubpath("elsewhere");
+    misfit->setIsDirectory(true);
+    tree.filelist.push_back(misfit);
+    EXPECT_DEATH(tree.findParent(orphan), "Could not cast");
+    EXPECT_DEATH(tree.findParent(nullptr), "^Unexpectedly found nil while implicitly unwrapping");
+    auto top = std::make_shared<File>();
+    top->setSubpath("top");
+    tree.findParent(top);
+    EXPECT_EQ(top->parent(), tree.root);
+    test::takeApart(orphan);
+}
+
+TEST(EmptyTree, EndsOrStaysSilent) {
+    FileTree tree;
+    test::CapturedOutput output;
+    tree.makeExpandedPage(RootIdentifier);
+    tree.setExpanded(true);
+    EXPECT_EQ(tree.findFileWithUID("1"), nullptr);
+    EXPECT_TRUE(output.take().empty());
+    EXPECT_EQ(tree.findFileWithUID(RootIdentifier), nullptr);
+    EXPECT_EQ(output.take().size(), 1U);
+    tree.makeExpandedPath("1");
+    EXPECT_EQ(output.take(), Names{"Warning: The file was not found."});
+    EXPECT_DEATH(tree.makeExpandedPath(WorkingSetIdentifier),
+                 "^Unexpectedly found nil while implicitly unwrapping an Optional value");
+    EXPECT_DEATH(tree.makeExpandedList(), "^Unexpectedly found nil while unwrapping an Optional value");
+    EXPECT_DEATH(tree.findParent(std::make_shared<File>()),
+                 "^Unexpectedly found nil while implicitly unwrapping an Optional value");
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The computed access rights beside what the system answers.
+#include "platform/foundation/FileManager.hpp"
+#include "tests/support/Scratch.hpp"
+#include "tests/support/child.hpp"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+
+using namespace platform;
+using tonewright::test::CannotTry;
+using tonewright::test::inChild;
+using tonewright::test::inChildAs;
+using tonewright::test::Scratch;
+
+namespace {
+
+constexpr uid_t User = 12345;
+constexpr gid_t OtherGroup = 12346;
+
+// Walks `root` and compares every item's facts with the answers by path.
+int compare(const std::string& root) {
+    const FileManager& manager = FileManager::defaultManager();
+    const auto enumerator = manager.enumeratorAtPath(root);
+    if (!enumerator) {
+        ADD_FAILURE() << root;
+        return 0;
+    }
+    int items = 0;
+    while (const auto subpath = enumerator->nextObject()) {
+        const std::string path = root + "/" + *subpath;
+        const FileFacts facts = enumerator->facts();
+        bool isDirectory = false;
+        EXPECT_EQ(facts.exists, manager.fileExistsAtPath(path, isDirectory)) << path;
+        EXPECT_EQ(facts.isDirectory, isDirectory) << path;
+        EXPECT_EQ(facts.isReadable, manager.isReadableFileAtPath(path)) << path;
+        EXPECT_EQ(facts.isWritable, manager.isWritableFileAtPath(path)) << path;
+        EXPECT_EQ(facts.isExecutable, manager.isExecutableFileAtPath(path)) << path;
+        EXPECT_EQ(facts.isDeletable, manager.isDeletableFileAtPath(path)) << path;
+        const auto attributes = manager.attributesOfItemAtPath(path);
+        EXPECT_EQ(facts.error.has_value(), !attributes) << path;
+        if (attributes) {
+            EXPECT_EQ(facts.attributes, attributes.value()) << path;
+        }
+        ++items;
+    }
+    return items;
+}
+
+// Files, folders and links of every mode and several owners.
+void makeEveryMode(const Scratch& scratch) {
+    const bool isRoot = ::geteuid() == 0;
+    int number = 0;
+    for (const uid_t owner : {uid_t{0}, User}) {
+        for (const gid_t group : {gid_t{0}, gid_t{User}, gid_t{OtherGroup}}) {
+            for (unsigned mode = 0; mode <= 0777; mode += number % 2 == 0 ? 1 : 3) {
+                const std::string name = "f" + std::to_string(number++);
+                const std::string file = scratch.file("modes/" + name);
+                ::chmod(file.c_str(), mode);
+                if (isRoot && ::chown(file.c_str(), owner, group) != 0) FAIL();
+                if (mode % 8 != 5) continue;
+                const std::string folder = scratch.folder("folders/d" + std::to_string(number));
+                (void)::symlink(("../modes/" + name).c_str(), (folder + "-link").c_str());
+                scratch.file("folders/d" + std::to_string(number) + "/inside");
+                ::chmod(folder.c_str(), mode | (mode & 8U) << 6U); // some with the sticky bit
+                if (isRoot && ::chown(folder.c_str(), owner, group) != 0) FAIL();
+            }
+        }
+    }
+    (void)::symlink("nowhere", (scratch / "dangling").c_str());
+    (void)::symlink("loop", (scratch / "loop").c_str());
+    (void)::symlink("/dev/null", (scratch / "device").c_str());
+    (void)::symlink("/proc/self/status", (scratch / "foreign").c_str());
+    (void)::mkfifo((scratch / "fifo").c_str(), 0600);
+    ::chmod(scratch.path().c_str(), 0755);
+}
+
+} // namespace
+
+TEST(AccessRights, AreThoseOfTheSystemForEveryMode) {
+    const Scratch scratch;
+    makeEveryMode(scratch);
+    EXPECT_GT(compare(scratch.path()), 1500);
+    EXPECT_EQ(compare("/dev/pts") >= 0, true);
+    if (::geteuid() != 0) return;
+    const int code = inChildAs(User, User, {OtherGroup}, [&] { EXPECT_GT(compare(scratch.path()), 1500); });
+    if (code != CannotTry) {
+        EXPECT_EQ(code, 0);
+    }
+}
+
+TEST(AccessRights, AccessControlListsCount) {
+    const Scratch scratch;
+    ::chmod(scratch.path().c_str(), 0755);
+    for (const unsigned mode : {0640U, 0600U, 0644U, 0755U, 0770U, 0707U}) {
+        const std::string file = scratch.file("m" + std::to_string(mode));
+        ::chmod(file.c_str(), mode);
+    }
+    const std::string command = "setfacl -m u:12345:rwx '" + scratch.path() +
+                                "'/m* 2>/dev/null && setfacl -m g:12346:- '" + scratch.path() + "'/m493 '" +
+                                scratch.path() + "'/m420";
+    if (::geteuid() != 0 || std::system(command.c_str()) != 0) GTEST_SKIP() << "no access control lists here";
+    for (const uid_t user : {User, User + 7}) {
+        const int code = inChildAs(user, User, {OtherGroup}, [&] { EXPECT_EQ(compare(scratch.path()), 6); });
+        if (code == CannotTry) GTEST_SKIP();
+        EXPECT_EQ(code, 0);
+    }
+}
+
+TEST(AccessRights, MountsAndTheImmutableAttributeForbid) {
+    const Scratch scratch;
+    scratch.folder("mount");
+    const int code = inChild([&] {
+        const std::string mount = scratch / "mount";
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("none", mount.c_str(), "tmpfs", 0, nullptr) != 0)
+            ::_exit(CannotTry);
+        const std::string program = scratch.file("mount/program");
+        ::chmod(program.c_str(), 0755);
+        scratch.file("mount/folder/file");
+        (void)::mkfifo((mount + "/fifo").c_str(), 0666);
+        EXPECT_EQ(compare(scratch.path()), 5);
+        EXPECT_EQ(::mount("none", mount.c_str(), nullptr, MS_REMOUNT | MS_RDONLY | MS_NOEXEC, nullptr), 0);
+        EXPECT_EQ(compare(scratch.path()), 5);
+        const auto enumerator = FileManager::defaultManager().enumeratorAtPath(mount);
+        while (const auto subpath = enumerator->nextObject()) {
+            const FileFacts facts = enumerator->facts();
+            EXPECT_FALSE(facts.isDeletable);
+            if (*subpath == "program") {
+                EXPECT_FALSE(facts.isExecutable || facts.isWritable);
+            }
+        }
+    });
+    if (code == CannotTry) GTEST_SKIP() << "no right to mount here";
+    EXPECT_EQ(code, 0);
+}
+
+TEST(AccessRights, AnImmutableFileIsNotWritable) {
+    const Scratch scratch;
+    const std::string file = scratch.file("stone");
+    const int descriptor = ::open(file.c_str(), O_RDONLY);
+    int flags = 0;
+    const bool works = ::ioctl(descriptor, FS_IOC_GETFLAGS, &flags) == 0 &&
+                       ::ioctl(descriptor, FS_IOC_SETFLAGS, &(flags |= FS_IMMUTABLE_FL)) == 0;
+    EXPECT_EQ(compare(scratch.path()), 1);
+    if (works) {
+        EXPECT_FALSE(FileManager::defaultManager().isWritableFileAtPath(file));
+        flags &= ~FS_IMMUTABLE_FL;
+        ::ioctl(descriptor, FS_IOC_SETFLAGS, &flags);
+    }
+    ::close(descriptor);
+    if (!works) GTEST_SKIP() << "no such attribute here";
+}

@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/FileManager.hpp"
+#include "tests/support/Scratch.hpp"
+#include "tests/support/child.hpp"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/xattr.h>
+
+using namespace platform;
+using tonewright::test::CannotTry;
+using tonewright::test::contentOf;
+using tonewright::test::inChild;
+using tonewright::test::Scratch;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Allows what its lists do not forbid, and remembers what it was asked.
+class Answers : public FileManagerDelegate {
+  public:
+    std::vector<std::string> asked;
+    std::string forbidden = "?nothing?";
+    bool proceeds = false;
+
+    bool fileManagerShouldRemoveItemAtPath(FileManager&, const std::string& path) override {
+        return may(path);
+    }
+    bool fileManagerShouldRemoveItemAtURL(FileManager&, const URL& url) override {
+        return may(url.absoluteString());
+    }
+    bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string& path,
+                                         const std::string& to) override {
+        return may(path + " > " + to);
+    }
+    bool fileManagerShouldCopyItemAtURL(FileManager&, const URL& url, const URL& to) override {
+        return may(url.path() + " > " + to.path());
+    }
+    bool fileManagerShouldMoveItemAtPath(FileManager&, const std::string& path, const std::string&) override {
+        return may(path);
+    }
+    bool fileManagerShouldLinkItemAtURL(FileManager&, const URL& url, const URL&) override {
+        return may(url.path());
+    }
+    bool fileManagerShouldProceedAfterErrorRemovingItemAtPath(FileManager&, const Error& error,
+                                                              const std::string&) override {
+        return goOn(error);
+    }
+    bool fileManagerShouldProceedAfterErrorCopyingItemAtPath(FileManager&, const Error& error,
+                                                             const std::string&,
+                                                             const std::string&) override {
+        return goOn(error);
+    }
+
+  private:
+    bool may(const std::string& what) {
+        asked.push_back(what);
+        return what.find(forbidden) == std::string::npos;
+    }
+    bool goOn(const Error& error) {
+        asked.push_back(error.localizedDescription());
+        return proceeds;
+    }
+};
+
+} // namespace
+
+TEST(FileManager, AttributesDoNotFollowALinkTheQuestionsDo) {
+    const Scratch scratch;
+    scratch.file("file", "12345");
+    (void)::symlink("file", (scratch / "link").c_str());
+    (void)::symlink("nowhere", (scratch / "dangling").c_str());
+    const FileManager manager;
+    const auto link = manager.attributesOfItemAtPath(scratch / "link");
+    ASSERT_TRUE(link);
+    EXPECT_EQ(link.value().value(FileAttributeKey::NSFileType),
+              FileAttribute(std::string("NSFileTypeSymbolicLink")));
+    EXPECT_TRUE(manager.isReadableFileAtPath(scratch / "link"));
+    EXPECT_FALSE(manager.fileExistsAtPath(scratch / "dangling"));
+    EXPECT_TRUE(manager.isDeletableFileAtPath(scratch / "dangling"));
+    EXPECT_FALSE(manager.isDeletableFileAtPath(scratch / "none"));
+    EXPECT_FALSE(manager.isDeletableFileAtPath("/"));
+    EXPECT_FALSE(manager.fileExistsAtPath(""));
+    EXPECT_FALSE(manager.fileExistsAtPath(std::string("/tmp\0x", 6)));
+    const auto file = manager.attributesOfItemAtPath(scratch / "file");
+    EXPECT_EQ(file.value().size(), NSNumber(5));
+    EXPECT_EQ(file.value().count(), FileAttributeKeyCount);
+    struct stat status {};
+    ::stat((scratch / "file").c_str(), &status);
+    EXPECT_EQ(file.value().systemFileNumber(), NSNumber(status.st_ino));
+    EXPECT_EQ(file.value().modificationDate(),
+              (Date{status.st_mtim.tv_sec, static_cast<std::uint32_t>(status.st_mtim.tv_nsec)}));
+}
+
+TEST(FileManager, DatesFarAwayKeepTheirNanoseconds) {
+    const Scratch scratch;
+    const std::string file = scratch.file("old");
+    for (const long seconds : {-2'000'000'000L, -1L, 4'000'000'000L, 14'000'000'000L}) {
+        const timespec times[2] = {{0, UTIME_OMIT}, {seconds, 123'456'789}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+        struct stat status {};
+        ::stat(file.c_str(), &status);
+        if (status.st_mtim.tv_sec != seconds) continue; // beyond what this file system keeps
+        EXPECT_EQ(FileManager().attributesOfItemAtPath(file).value().modificationDate(),
+                  (Date{seconds, 123'456'789}));
+    }
+}
+
+TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
+    const Scratch scratch;
+    scratch.file("outside/kept");
+    scratch.file("tree/a/b/c");
+    scratch.file("tree/name\nwith'quotes");
+    (void)::symlink("../outside", (scratch / "tree/link").c_str());
+    (void)::symlink((scratch / "outside").c_str(), (scratch / "tree/a/absolute").c_str());
+    (void)::mkfifo((scratch / "tree/fifo").c_str(), 0600);
+    (void)::symlink("tree", (scratch / "toTree").c_str());
+    FileManager manager;
+    EXPECT_EQ(manager.removeItemAtPath(scratch / "toTree/"), std::nullopt);
+    EXPECT_TRUE(fs::exists(scratch / "tree/fifo"));
+    EXPECT_EQ(manager.removeItemAtURL(URL::fileURLWithPath(scratch / "tree")), std::nullopt);
+    EXPECT_FALSE(fs::exists(scratch / "tree"));
+    EXPECT_TRUE(fs::exists(scratch / "outside/kept"));
+
+    const auto error = manager.removeItemAtPath(scratch / "no\nsuch");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->localizedDescription(),
+              "The file 'no\\nsuch' couldn't be removed (No such file or directory).");
+    EXPECT_EQ(error->description(), "Error Domain=POSIX Code=2 \"" + error->localizedDescription() + "\"");
+    for (const char* bad : {"/", ".", "..", ""}) EXPECT_TRUE(manager.removeItemAtPath(bad)) << bad;
+    EXPECT_TRUE(manager.removeItemAtURL(*URL::fromString("http://example/")));
+}
+
+TEST(FileManager, AsksItsDelegateAboutEveryItem) {
+    const Scratch scratch;
+    scratch.file("tree/a/kept");
+    scratch.file("tree/b");
+    FileManager manager;
+    Answers answers;
+    manager.setDelegate(&answers);
+    answers.forbidden = "kept";
+    EXPECT_EQ(manager.removeItemAtPath(scratch / "tree"), std::nullopt);
+    EXPECT_EQ(answers.asked, (std::vector<std::string>{scratch / "tree", scratch / "tree/a",
+                                                       scratch / "tree/a/kept", scratch / "tree/b"}));
+    EXPECT_TRUE(fs::exists(scratch / "tree/a/kept"));
+    EXPECT_FALSE(fs::exists(scratch / "tree/b"));
+
+    answers.asked.clear();
+    EXPECT_EQ(
+        manager.copyItemAtURL(URL::fileURLWithPath(scratch / "tree"), URL::fileURLWithPath(scratch / "copy")),
+        std::nullopt);
+    EXPECT_EQ(answers.asked.size(), 3U);
+    EXPECT_EQ(answers.asked[1], (scratch / "tree/a") + " > " + (scratch / "copy/a"));
+    EXPECT_TRUE(fs::is_directory(scratch / "copy/a"));
+    EXPECT_FALSE(fs::exists(scratch / "copy/a/kept"));
+
+    EXPECT_EQ(manager.linkItemAtURL(URL::fileURLWithPath(scratch / "tree"),
+                                    URL::fileURLWithPath(scratch / "linked")),
+              std::nullopt);
+    answers.forbidden = "tree";
+    EXPECT_EQ(manager.moveItemAtPath(scratch / "tree", scratch / "moved"), std::nullopt);
+    EXPECT_TRUE(fs::exists(scratch / "tree"));
+
+    answers.forbidden = "?nothing?";
+    answers.asked.clear();
+    EXPECT_TRUE(manager.removeItemAtPath(scratch / "tree/none/x"));
+    EXPECT_TRUE(answers.asked.empty());
+    scratch.file("there");
+    EXPECT_TRUE(manager.copyItemAtPath(scratch / "tree/a/kept", scratch / "there"));
+    EXPECT_EQ(answers.asked.back(), "The file 'kept' couldn't be copied (File exists).");
+    answers.proceeds = true;
+    EXPECT_EQ(manager.copyItemAtPath(scratch / "tree/a/kept", scratch / "there"), std::nullopt);
+    manager.setDelegate(nullptr);
+}
+
+TEST(FileManager, CopiesEveryKindOfItem) {
+    const Scratch scratch;
+    const std::string content(300'000, 'x');
+    const std::string file = scratch.file("tree/file", content);
+    ::chmod(file.c_str(), 0640);
+    const timespec times[2] = {{0, UTIME_OMIT}, {1'000'000'000, 42}};
+    ::utimensat(AT_FDCWD, file.c_str(), times, 0);
+    const bool hasXattr = ::setxattr(file.c_str(), "user.note", "n", 1, 0) == 0;
+    scratch.file("tree/empty");
+    const std::string sparse = scratch.file("tree/sparse", "begin");
+    ASSERT_EQ(::truncate(sparse.c_str(), 50'000'000), 0);
+    (void)::symlink("../elsewhere", (scratch / "tree/link").c_str());
+    (void)::mkfifo((scratch / "tree/fifo").c_str(), 0600);
+    ::chmod(scratch.folder("tree/locked").c_str(), 0555);
+    FileManager manager;
+    ASSERT_EQ(manager.copyItemAtPath(scratch / "tree", scratch / "copy"), std::nullopt);
+    EXPECT_EQ(contentOf(scratch / "copy/file"), content);
+    struct stat status {};
+    ::stat((scratch / "copy/file").c_str(), &status);
+    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+    EXPECT_EQ(status.st_mtim.tv_sec, 1'000'000'000);
+    if (hasXattr) {
+        EXPECT_EQ(::getxattr((scratch / "copy/file").c_str(), "user.note", nullptr, 0), 1);
+    }
+    ::stat((scratch / "copy/sparse").c_str(), &status);
+    EXPECT_EQ(status.st_size, 50'000'000);
+    EXPECT_LT(status.st_blocks, 2000);
+    EXPECT_EQ(contentOf(scratch / "copy/sparse").substr(0, 6), std::string("begin\0", 6));
+    EXPECT_EQ(fs::read_symlink(scratch / "copy/link"), "../elsewhere");
+    EXPECT_TRUE(fs::is_fifo(scratch / "copy/fifo"));
+    EXPECT_EQ(fs::status(scratch / "copy/locked").permissions(), fs::perms(0555));
+    EXPECT_EQ(fs::file_size(scratch / "copy/empty"), 0U);
+
+    EXPECT_TRUE(manager.copyItemAtPath(scratch / "tree", scratch / "copy"));
+    EXPECT_TRUE(manager.copyItemAtPath(scratch / "tree", scratch / "tree/inside"));
+    EXPECT_FALSE(fs::exists(scratch / "tree/inside"));
+    EXPECT_TRUE(manager.copyItemAtPath(scratch / "tree/file", scratch / "none/file"));
+    EXPECT_EQ(manager.copyItemAtPath("/proc/self/status", scratch / "status"), std::nullopt);
+    EXPECT_GT(fs::file_size(scratch / "status"), 100U);
+    EXPECT_EQ(manager.moveItemAtPath(scratch / "copy", scratch / "moved"), std::nullopt);
+    EXPECT_TRUE(manager.moveItemAtPath(scratch / "tree", scratch / "moved"));
+    EXPECT_EQ(manager.linkItemAtPath(scratch / "tree/file", scratch / "hard"), std::nullopt);
+    EXPECT_EQ(fs::hard_link_count(scratch / "hard"), 2U);
+}
+
+TEST(FileManager, AFullDiskOrAFileSizeLimitLeavesNoPart) {
+    const Scratch scratch;
+    scratch.file("large", std::string(3'000'000, 'x'));
+    scratch.folder("disk");
+    EXPECT_EQ(inChild([&] {
+                  ::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{1'000'000, 1'000'000};
+                  ::setrlimit(RLIMIT_FSIZE, &limit);
+                  EXPECT_TRUE(FileManager().copyItemAtPath(scratch / "large", scratch / "part"));
+                  EXPECT_FALSE(fs::exists(scratch / "part"));
+              }),
+              0);
+    const int code = inChild([&] {
+        const std::string disk = scratch / "disk";
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("none", disk.c_str(), "tmpfs", 0, "size=1m") != 0)
+            ::_exit(CannotTry);
+        const auto error = FileManager().copyItemAtPath(scratch / "large", disk + "/copy");
+        EXPECT_TRUE(error && error->code() == ENOSPC);
+        scratch.file("tree/a", "small");
+        fs::rename(scratch / "large", scratch / "tree/large");
+        EXPECT_TRUE(FileManager().copyItemAtPath(scratch / "tree", disk + "/tree"));
+        EXPECT_TRUE(fs::is_empty(disk));
+        ::mount("none", disk.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr);
+        const auto readOnly = FileManager().copyItemAtPath(scratch / "tree/a", disk + "/a");
+        EXPECT_TRUE(readOnly && readOnly->code() == EROFS);
+    });
+    if (code != CannotTry) {
+        EXPECT_EQ(code, 0);
+    }
+}
+
+TEST(FileManager, KnowsTheStandardPlaces) {
+    const Scratch scratch;
+    ::setenv("XDG_DATA_HOME", (scratch / "data").c_str(), 1);
+    const FileManager manager;
+    const auto container = manager.containerURLForSecurityApplicationGroupIdentifier("group.test");
+    ASSERT_TRUE(container);
+    EXPECT_TRUE(fs::is_directory(scratch / "data/group.test"));
+    EXPECT_EQ(container->path(), scratch / "data/group.test");
+    for (const auto directory :
+         {SearchPathDirectory::Document, SearchPathDirectory::Music, SearchPathDirectory::ApplicationSupport})
+        EXPECT_FALSE(manager.URLsForDirectory(directory, SearchPathDomain::User).empty());
+    EXPECT_TRUE(
+        manager.URLsForDirectory(SearchPathDirectory::ItemReplacement, SearchPathDomain::All).empty());
+    EXPECT_EQ(manager.URLsForDirectory(SearchPathDirectory::AllLibraries, SearchPathDomain::All).size(), 3U);
+    EXPECT_EQ(manager.temporaryDirectory().absoluteString().back(), '/');
+    EXPECT_EQ(inChild([] {
+                  ::unsetenv("XDG_DATA_HOME");
+                  ::setenv("HOME", "/", 1);
+                  EXPECT_FALSE(FileManager().containerURLForSecurityApplicationGroupIdentifier("group.test"));
+              }),
+              0);
+    ::unsetenv("XDG_DATA_HOME");
+}
+
+TEST(FileManager, ListsInByteOrderAndSaysWhyNot) {
+    const Scratch scratch;
+    scratch.file("b/c");
+    scratch.file("a");
+    const FileManager manager;
+    EXPECT_EQ(manager.contentsOfDirectoryAtPath(scratch.path()).value(),
+              (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(manager.subpathsAtPath(scratch.path()), (std::vector<std::string>{"a", "b", "b/c"}));
+    EXPECT_FALSE(manager.subpathsAtPath(scratch / "none"));
+    EXPECT_EQ(manager.contentsOfDirectoryAtPath(scratch / "a").error().code(), ENOTDIR);
+    EXPECT_EQ(manager.subpathsOfDirectoryAtPath(scratch / "none").error().code(), ENOENT);
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/ByteCountFormatter.hpp"
+#include "platform/foundation/DateFormatter.hpp"
+#include "platform/foundation/FileAttributes.hpp"
+#include "platform/foundation/NSNumber.hpp"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+using namespace platform;
+
+namespace {
+
+// The same text made by the C library, moment by moment.
+std::string expected(std::int64_t seconds) {
+    const std::time_t moment = seconds;
+    std::tm local{};
+    ::localtime_r(&moment, &local);
+    char text[64];
+    const int hour = local.tm_hour % 12 == 0 ? 12 : local.tm_hour % 12;
+    static constexpr const char* Months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    std::snprintf(text, sizeof text, "%s %d, %lld at %d:%02d:%02d %s", Months[local.tm_mon], local.tm_mday,
+                  1900LL + local.tm_year, hour, local.tm_min, local.tm_sec, local.tm_hour < 12 ? "AM" : "PM");
+    return text;
+}
+
+class TimeZone {
+  public:
+    explicit TimeZone(const char* name) {
+        ::setenv("TZ", name, 1);
+        DateFormatter::resetTimeZone();
+    }
+    ~TimeZone() {
+        ::unsetenv("TZ");
+        DateFormatter::resetTimeZone();
+    }
+};
+
+} // namespace
+
+TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
+    for (const char* name :
+         {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "Pacific/Apia",
+          "Africa/Monrovia", "America/St_Johns", "<+0530>-5:30"}) {
+        const TimeZone zone(name);
+        std::mt19937_64 random(7);
+        std::uniform_int_distribution<std::int64_t> recent(-3'000'000'000, 6'000'000'000);
+        std::uniform_int_distribution<std::int64_t> any(-60'000'000'000, 250'000'000'000);
+        for (int i = 0; i < 20'000; ++i) {
+            const std::int64_t seconds = i % 4 == 0 ? any(random) : recent(random);
+            ASSERT_EQ(DateFormatter().stringFromDate({seconds, 999'999'999}), expected(seconds))
+                << name << " " << seconds;
+        }
+        // Every half hour of a year with its changes of the clock.
+        for (std::int64_t seconds = 1'767'225'600; seconds < 1'798'761'600; seconds += 1799)
+            ASSERT_EQ(DateFormatter().stringFromDate({seconds, 0}), expected(seconds))
+                << name << " " << seconds;
+    }
+}
+
+TEST(DateFormatter, WritesTheMediumStylesInEnglish) {
+    const TimeZone zone("UTC");
+    ::setenv("LC_ALL", "de_DE.UTF-8", 1);
+    const struct {
+        std::int64_t seconds;
+        const char* text;
+    } cases[] = {
+        {1'794'822'014, "Nov 16, 2026 at 9:40:14 AM"}, {0, "Jan 1, 1970 at 12:00:00 AM"},
+        {-1, "Dec 31, 1969 at 11:59:59 PM"},           {43'200, "Jan 1, 1970 at 12:00:00 PM"},
+        {2'147'483'648, "Jan 19, 2038 at 3:14:08 AM"}, {951'782'400, "Feb 29, 2000 at 12:00:00 AM"},
+    };
+    for (const auto& [seconds, text] : cases) EXPECT_EQ(DateFormatter().stringFromDate({seconds, 0}), text);
+    for (const std::int64_t far :
+         {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max(),
+          std::int64_t{1} << 60, -(std::int64_t{1} << 60)})
+        EXPECT_LE(DateFormatter().stringFromDate({far, 0}).size(), MediumDateTimeLength);
+    ::unsetenv("LC_ALL");
+}
+
+TEST(ByteCountFormatter, ChangesUnitsAndRoundsAtEveryBorder) {
+    const struct {
+        std::int64_t count;
+        const char* text;
+    } cases[] = {
+        {0, "Zero KB"},
+        {1, "1 byte"},
+        {2, "2 bytes"},
+        {999, "999 bytes"},
+        {1000, "1 KB"},
+        {1499, "1 KB"},
+        {1500, "2 KB"},
+        {2500, "2 KB"},
+        {2501, "3 KB"},
+        {12'345, "12 KB"},
+        {999'499, "999 KB"},
+        {999'999, "1000 KB"},
+        {1'000'000, "1 MB"},
+        {1'049'999, "1 MB"},
+        {1'050'000, "1 MB"},
+        {1'150'000, "1.2 MB"},
+        {1'234'567, "1.2 MB"},
+        {1'250'000, "1.2 MB"},
+        {1'350'000, "1.4 MB"},
+        {999'949'999, "999.9 MB"},
+        {999'950'000, "1000 MB"},
+        {1'000'000'000, "1 GB"},
+        {1'005'000'000, "1 GB"},
+        {1'015'000'000, "1.02 GB"},
+        {4'750'000'000, "4.75 GB"},
+        {4'100'000'000, "4.1 GB"},
+        {1'000'000'000'000, "1 TB"},
+        {1'500'000'000'000'000, "1.5 PB"},
+        {std::numeric_limits<std::int64_t>::max(), "9.22 EB"},
+        {-1, "-1 byte"},
+        {std::numeric_limits<std::int64_t>::min(), "-9.22 EB"},
+    };
+    for (const auto& [count, text] : cases)
+        EXPECT_EQ(ByteCountFormatter::stringFromByteCount(count, ByteCountStyle::File), text) << count;
+}
+
+TEST(NSNumber, KnowsSignedAndUnsigned) {
+    EXPECT_EQ(NSNumber(-1).stringValue(), "-1");
+    EXPECT_EQ(NSNumber(std::numeric_limits<std::uint64_t>::max()).stringValue(), "18446744073709551615");
+    EXPECT_NE(NSNumber(-1), NSNumber(std::numeric_limits<std::uint64_t>::max()));
+    EXPECT_EQ(NSNumber(5U), NSNumber(5));
+    EXPECT_LT(NSNumber(-1), NSNumber(std::numeric_limits<std::uint64_t>::max()));
+}
+
+TEST(FileAttributes, IsADictionaryThatOneCanPutTogether) {
+    FileAttributes attributes;
+    EXPECT_TRUE(attributes.isEmpty());
+    EXPECT_EQ(attributes.description(), "[:]");
+    attributes.setValue(FileAttributeKey::NSFileSize, NSNumber(7));
+    attributes.setValue(FileAttributeKey::NSFileModificationDate, Date{0, 0});
+    attributes.setValue(FileAttributeKey::NSFileImmutable, true);
+    EXPECT_EQ(attributes.description(),
+              "[NSFileImmutable: true, NSFileModificationDate: 1970-01-01 00:00:00 +0000, NSFileSize: 7]");
+    EXPECT_EQ(attributes.size(), NSNumber(7));
+    EXPECT_FALSE(attributes.systemFileNumber());
+    FileAttributes copy = attributes;
+    copy.removeValue(FileAttributeKey::NSFileImmutable);
+    EXPECT_EQ(copy.count(), 2U);
+    EXPECT_EQ(attributes.count(), 3U);
+    EXPECT_NE(copy, attributes);
+    copy = std::move(attributes);
+    EXPECT_EQ(copy.count(), 3U);
+    for (const auto key : {FileAttributeKey::NSFileSize, FileAttributeKey::NSFileModificationDate,
+                           FileAttributeKey::NSFileImmutable})
+        copy.removeValue(key);
+    EXPECT_TRUE(copy.isEmpty());
+    copy.setValue(FileAttributeKey::NSFileSize, std::string("large"));
+    EXPECT_DEATH((void)copy.size(), "Could not cast");
+}
