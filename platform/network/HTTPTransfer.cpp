@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <libsoup/soup.h>
+#include <sys/socket.h>
 
 namespace platform {
 namespace {
@@ -46,10 +47,17 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
 
     void send() {
         if (_isCancelled) return end(cancelled());
-        _message.reset(soup_message_new("GET", _request.url.absoluteString().c_str()));
+        GUri* uri = g_uri_parse(_request.url.absoluteString().c_str(),
+                                static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
+        if (uri != nullptr && g_uri_get_host(uri) != nullptr && g_uri_get_host(uri)[0] != '\0')
+            _message.reset(soup_message_new_from_uri("GET", uri));
+        if (uri != nullptr) g_uri_unref(uri);
         if (!_message) return end(transferError(TransferFailure::UnsupportedURL, "The URL names no server."));
         _cancellable.reset(g_cancellable_new());
         watchProgress();
+        // A connection of its own, whose end can be looked at.
+        soup_message_add_flags(_message.get(), SOUP_MESSAGE_NEW_CONNECTION);
+        g_signal_connect(_message.get(), "network-event", G_CALLBACK(&HTTPTransfer::onNetworkEvent), this);
         soup_session_send_async(_session->connections(), _message.get(), G_PRIORITY_DEFAULT,
                                 _cancellable.get(), &HTTPTransfer::onSent, new Self(self()));
     }
@@ -79,11 +87,33 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         GError* error = nullptr;
         const gssize length = g_input_stream_read_finish(G_INPUT_STREAM(source), result, &error);
         if (length < 0) return transfer->end(transfer->errorFrom(error));
+        if (length == 0 && transfer->wasCutBetweenChunks())
+            return transfer->end(
+                transferError(TransferFailure::Failed, "The transfer failed (The connection was cut)."));
         if (length == 0) return transfer->end(std::nullopt);
         if (auto failed =
                 transfer->_sink->append({transfer->_buffer.data(), static_cast<std::size_t>(length)}))
             return transfer->end(std::move(failed));
         transfer->read();
+    }
+
+    static void onNetworkEvent(SoupMessage*, GSocketClientEvent event, GIOStream* stream,
+                               HTTPTransfer* transfer) {
+        if (event == G_SOCKET_CLIENT_CONNECTED && G_IS_SOCKET_CONNECTION(stream))
+            transfer->_socket.reset(
+                G_SOCKET(g_object_ref(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream)))));
+    }
+
+    // A connection that ends between two chunks looks to the library like the end of the content. It is not
+    // one when the server had promised to keep the connection.
+    bool wasCutBetweenChunks() const {
+        SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
+        if (soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CHUNKED || !_socket) return false;
+        if (soup_message_get_http_version(_message.get()) != SOUP_HTTP_1_1 ||
+            soup_message_headers_header_contains(headers, "Connection", "close"))
+            return false;
+        char byte = 0;
+        return ::recv(g_socket_get_fd(_socket.get()), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
     }
 
     std::shared_ptr<URLResponse> makeResponse() const {
@@ -150,6 +180,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         if (_message) g_signal_handlers_disconnect_by_data(_message.get(), this);
         _stream.reset();
         _message.reset();
+        _socket.reset();
         finish(_response, std::move(error));
     }
 
@@ -157,6 +188,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     Owned<SoupMessage> _message;
     Owned<GCancellable> _cancellable;
     Owned<GInputStream> _stream;
+    Owned<GSocket> _socket; // under the message's connection
     GSource* _timer = nullptr;
     std::shared_ptr<URLResponse> _response;
     std::array<std::byte, 65536> _buffer{};

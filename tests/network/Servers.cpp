@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "tests/network/Servers.hpp"
+
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <future>
+#include <libsoup/soup.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace tonewright::test {
+namespace {
+
+constexpr std::size_t Piece = 65536;
+
+// A body that is made while it is sent, so that a large one takes no memory.
+struct Body {
+    std::size_t length;
+    std::size_t sent = 0;
+    unsigned pauseMilliseconds = 0;
+    bool isFinished = false; // the connection has gone
+};
+
+void sendPiece(SoupServerMessage* message, Body* body) {
+    SoupMessageBody* content = soup_server_message_get_response_body(message);
+    if (body->sent == body->length) {
+        soup_message_body_complete(content);
+        return;
+    }
+    const std::size_t size = std::min(Piece, body->length - body->sent);
+    auto* bytes = static_cast<char*>(g_malloc(size));
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = HTTPServer::byteAt(body->sent + i);
+    body->sent += size;
+    soup_message_body_append(content, SOUP_MEMORY_TAKE, bytes, size);
+}
+
+// Sends the next piece, after the pause if there is one.
+void sendNext(SoupServerMessage* message, Body* body) {
+    if (body->pauseMilliseconds == 0) return sendPiece(message, body);
+    GSource* timer = g_timeout_source_new(body->pauseMilliseconds);
+    g_source_set_callback(
+        timer,
+        [](gpointer data) -> gboolean {
+            auto* source = static_cast<SoupServerMessage*>(data);
+            auto* waiting = static_cast<Body*>(g_object_get_data(G_OBJECT(source), "body"));
+            if (waiting->isFinished) return G_SOURCE_REMOVE;
+            sendPiece(source, waiting);
+            soup_server_message_unpause(source);
+            return G_SOURCE_REMOVE;
+        },
+        g_object_ref(message), g_object_unref);
+    g_source_attach(timer, g_main_context_get_thread_default());
+    g_source_unref(timer);
+}
+
+void sendBody(SoupServerMessage* message, std::size_t length, bool announced, unsigned pauseMilliseconds) {
+    soup_server_message_set_status(message, 200, nullptr);
+    SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
+    if (announced)
+        soup_message_headers_set_content_length(headers, static_cast<goffset>(length));
+    else
+        soup_message_headers_set_encoding(headers, SOUP_ENCODING_CHUNKED);
+    soup_message_body_set_accumulate(soup_server_message_get_response_body(message), FALSE);
+    auto* body = new Body{length, 0, pauseMilliseconds, false};
+    g_object_set_data_full(G_OBJECT(message), "body", body,
+                           [](gpointer data) { delete static_cast<Body*>(data); });
+    sendPiece(message, body);
+    if (announced)
+        g_signal_connect(message, "wrote-body-data",
+                         G_CALLBACK(+[](SoupServerMessage* source, guint, gpointer data) {
+                             sendNext(source, static_cast<Body*>(data));
+                         }),
+                         body);
+    else
+        g_signal_connect(message, "wrote-chunk", G_CALLBACK(+[](SoupServerMessage* source, gpointer data) {
+                             sendNext(source, static_cast<Body*>(data));
+                         }),
+                         body);
+    g_signal_connect(message, "finished", G_CALLBACK(+[](SoupServerMessage*, gpointer data) {
+                         static_cast<Body*>(data)->isFinished = true;
+                     }),
+                     body);
+}
+
+void handle(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer) {
+    const std::string_view text = path;
+    const auto number = [&](std::string_view prefix) {
+        return std::strtoul(path + prefix.size(), nullptr, 10);
+    };
+    const auto answer = [&](unsigned status, const std::string& content) {
+        soup_server_message_set_status(message, status, nullptr);
+        soup_server_message_set_response(message, "text/plain", SOUP_MEMORY_COPY, content.data(),
+                                         content.size());
+    };
+    if (text == "/text") return answer(200, "hello");
+    if (text == "/empty") return answer(200, "");
+    if (text.starts_with("/status/"))
+        return answer(static_cast<unsigned>(number("/status/")),
+                      "status " + std::to_string(number("/status/")));
+    if (text.starts_with("/bytes/")) return sendBody(message, number("/bytes/"), true, 0);
+    if (text.starts_with("/chunked/")) return sendBody(message, number("/chunked/"), false, 0);
+    if (text.starts_with("/slow/")) {
+        const std::size_t length = number("/slow/");
+        return sendBody(message, length, true, static_cast<unsigned>(200 * Piece / length));
+    }
+    if (text == "/loop") return soup_server_message_set_redirect(message, 302, "/loop");
+    if (text == "/file") return soup_server_message_set_redirect(message, 302, "file:///etc/passwd");
+    if (text.starts_with("/redirect/")) {
+        const auto left = number("/redirect/");
+        const std::string to = left > 1 ? "/redirect/" + std::to_string(left - 1) : "/text";
+        return soup_server_message_set_redirect(message, left % 2 == 0 ? 301 : 307, to.c_str());
+    }
+    answer(404, "nothing here");
+}
+
+} // namespace
+
+class HTTPServer::Loop {
+  public:
+    explicit Loop(const std::string& certificate) {
+        std::promise<std::string> base;
+        auto ready = base.get_future();
+        _thread = std::thread([this, certificate, &base] { run(certificate, base); });
+        _base = ready.get();
+    }
+    ~Loop() {
+        g_main_context_invoke(
+            _context,
+            [](gpointer loop) -> gboolean {
+                g_main_loop_quit(static_cast<GMainLoop*>(loop));
+                return G_SOURCE_REMOVE;
+            },
+            _loop);
+        _thread.join();
+        g_main_loop_unref(_loop);
+        g_main_context_unref(_context);
+    }
+    [[nodiscard]] const std::string& base() const { return _base; }
+
+  private:
+    void run(const std::string& certificate, std::promise<std::string>& base) {
+        _context = g_main_context_new();
+        _loop = g_main_loop_new(_context, FALSE);
+        g_main_context_push_thread_default(_context);
+        SoupServer* server = soup_server_new(nullptr, nullptr);
+        if (!certificate.empty()) {
+            GTlsCertificate* tls = g_tls_certificate_new_from_file(certificate.c_str(), nullptr);
+            soup_server_set_tls_certificate(server, tls);
+            if (tls != nullptr) g_object_unref(tls);
+        }
+        soup_server_add_handler(server, nullptr, handle, nullptr, nullptr);
+        soup_server_listen_local(server, 0,
+                                 static_cast<SoupServerListenOptions>(
+                                     SOUP_SERVER_LISTEN_IPV4_ONLY |
+                                     (certificate.empty() ? 0 : static_cast<int>(SOUP_SERVER_LISTEN_HTTPS))),
+                                 nullptr);
+        GSList* uris = soup_server_get_uris(server);
+        base.set_value((certificate.empty() ? "http://127.0.0.1:" : "https://127.0.0.1:") +
+                       std::to_string(uris != nullptr ? g_uri_get_port(static_cast<GUri*>(uris->data)) : 0));
+        g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+        g_main_loop_run(_loop);
+        soup_server_disconnect(server);
+        g_object_unref(server);
+        g_main_context_pop_thread_default(_context);
+    }
+
+    GMainContext* _context = nullptr;
+    GMainLoop* _loop = nullptr;
+    std::thread _thread;
+    std::string _base;
+};
+
+HTTPServer::HTTPServer(const std::string& certificate)
+    : _loop(std::make_unique<Loop>(certificate))
+    , _base(_loop->base()) {}
+HTTPServer::~HTTPServer() = default;
+
+BadServer::BadServer(std::function<void(int)> answer)
+    : _answer(std::move(answer))
+    , _listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    if (::bind(_listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || ::listen(_listener, 8) != 0 ||
+        ::getsockname(_listener, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        std::abort();
+    _port = ntohs(address.sin_port);
+    _thread = std::thread([this] { run(); });
+}
+
+BadServer::~BadServer() {
+    ::shutdown(_listener, SHUT_RDWR);
+    _thread.join();
+    ::close(_listener);
+}
+
+void BadServer::run() {
+    while (true) {
+        const int connection = ::accept4(_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (connection < 0) return;
+        std::string request;
+        char byte = 0;
+        while (!request.ends_with("\r\n\r\n") && ::recv(connection, &byte, 1, 0) == 1) request += byte;
+        if (!request.empty()) _answer(connection);
+        ::close(connection);
+    }
+}
+
+void sendAll(int connection, const std::string& text) {
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t sent = ::send(connection, text.data() + done, text.size() - done, MSG_NOSIGNAL);
+        if (sent <= 0) return;
+        done += static_cast<std::size_t>(sent);
+    }
+}
+
+void waitForClose(int connection) {
+    char byte = 0;
+    while (::recv(connection, &byte, 1, 0) > 0) {
+    }
+}
+
+} // namespace tonewright::test

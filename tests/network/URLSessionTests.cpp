@@ -1,0 +1,272 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/FileManager.hpp"
+#include "platform/network/URLSession.hpp"
+#include "tests/network/Servers.hpp"
+#include "tests/support/Scratch.hpp"
+
+#include <chrono>
+#include <cstdlib>
+#include <future>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+
+using namespace platform;
+using namespace std::chrono_literals;
+using tonewright::test::BadServer;
+using tonewright::test::HTTPServer;
+using tonewright::test::Scratch;
+
+namespace {
+
+// What a completion was told.
+struct Outcome {
+    std::string content;
+    std::size_t size = 0;
+    bool hasContent = false;
+    bool isRight = true; // the content is what the server sends
+    int status = -1;
+    std::int64_t announced = -1;
+    std::string url;
+    std::string error;
+    long code = 0;
+    bool isOnOtherThread = false;
+    std::string location;
+    bool wasThere = false;
+
+    void note(const std::shared_ptr<URLResponse>& response, const std::optional<Error>& failed) {
+        if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get()))
+            status = http->statusCode();
+        if (response) {
+            url = response->url().absoluteString();
+            announced = response->expectedContentLength();
+        }
+        if (failed) {
+            error = failed->localizedDescription();
+            code = failed->code();
+        }
+    }
+};
+
+URLRequest request(const std::string& url, double timeout = 60) {
+    URLRequest made(*URL::fromString(url));
+    made.timeoutInterval = timeout;
+    return made;
+}
+
+Outcome waitFor(std::future<Outcome> future) {
+    if (future.wait_for(60s) != std::future_status::ready)
+        throw std::runtime_error("the completion never came");
+    return future.get();
+}
+
+Outcome fetch(const URLRequest& what) {
+    auto promise = std::make_shared<std::promise<Outcome>>();
+    auto future = promise->get_future();
+    const auto caller = std::this_thread::get_id();
+    URLSession::create(URLSessionConfiguration::defaultSessionConfiguration())
+        ->dataTaskWithRequest(what,
+                              [promise, caller](const auto& data, const auto& response, const auto& error) {
+                                  Outcome outcome;
+                                  outcome.note(response, error);
+                                  outcome.hasContent = data.has_value();
+                                  if (data) {
+                                      outcome.size = data->size();
+                                      outcome.content.assign(reinterpret_cast<const char*>(data->data()),
+                                                             std::min<std::size_t>(data->size(), 1000));
+                                  }
+                                  outcome.isOnOtherThread = std::this_thread::get_id() != caller;
+                                  promise->set_value(outcome);
+                              })
+        ->resume();
+    return waitFor(std::move(future));
+}
+
+Outcome download(const URLRequest& what) {
+    auto promise = std::make_shared<std::promise<Outcome>>();
+    auto future = promise->get_future();
+    URLSession::sharedSession()
+        ->downloadTaskWithRequest(
+            what,
+            [promise](const auto& location, const auto& response, const auto& error) {
+                Outcome outcome;
+                outcome.note(response, error);
+                if (location) {
+                    outcome.hasContent = true;
+                    outcome.location = location->path();
+                    outcome.wasThere = FileManager().fileExistsAtPath(outcome.location);
+                    std::ifstream file(outcome.location, std::ios::binary);
+                    std::vector<char> piece(1 << 20);
+                    while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
+                        for (std::streamsize i = 0; i < file.gcount(); i += 61)
+                            if (piece[static_cast<std::size_t>(i)] !=
+                                HTTPServer::byteAt(outcome.size + static_cast<std::size_t>(i)))
+                                outcome.isRight = false;
+                        outcome.size += static_cast<std::size_t>(file.gcount());
+                    }
+                }
+                promise->set_value(outcome);
+            })
+        ->resume();
+    return waitFor(std::move(future));
+}
+
+constexpr const char* Ok = "HTTP/1.1 200 OK\r\n";
+
+} // namespace
+
+TEST(URLSession, EveryStatusIsAnAnswer) {
+    const HTTPServer server;
+    const Outcome text = fetch(request(server.url("/text")));
+    EXPECT_EQ(text.content, "hello");
+    EXPECT_EQ(text.status, 200);
+    EXPECT_EQ(text.announced, 5);
+    EXPECT_TRUE(text.isOnOtherThread);
+    EXPECT_EQ(text.error, "");
+    for (const int status : {404, 500, 418}) {
+        const Outcome answer = fetch(request(server.url("/status/" + std::to_string(status))));
+        EXPECT_EQ(answer.status, status);
+        EXPECT_EQ(answer.content, "status " + std::to_string(status));
+    }
+    const Outcome empty = download(request(server.url("/empty")));
+    EXPECT_TRUE(empty.hasContent && empty.wasThere);
+    EXPECT_EQ(empty.size, 0U);
+}
+
+TEST(URLSession, FollowsRedirectsAndGivesUpOnLoops) {
+    const HTTPServer server;
+    const Outcome chain = fetch(request(server.url("/redirect/8")));
+    EXPECT_EQ(chain.content, "hello");
+    EXPECT_EQ(chain.url, server.url("/text"));
+    const Outcome loop = fetch(request(server.url("/loop")));
+    EXPECT_FALSE(loop.hasContent);
+    EXPECT_NE(loop.error, "");
+    const Outcome local = fetch(request(server.url("/file"))); // a server must not make us read our disk
+    EXPECT_EQ(local.content.find("root:"), std::string::npos);
+}
+
+TEST(URLSession, BodiesOfUnknownLengthAreWhole) {
+    const HTTPServer server;
+    const Outcome chunked = download(request(server.url("/chunked/3000001")));
+    EXPECT_EQ(chunked.size, 3'000'001U);
+    EXPECT_TRUE(chunked.isRight);
+    EXPECT_EQ(chunked.announced, -1);
+    EXPECT_EQ(fetch(request(server.url("/bytes/200000"))).size, 200'000U);
+}
+
+TEST(URLSession, AGigabyteTakesNoMemory) {
+    const Scratch scratch;
+    ::setenv("TMPDIR", scratch.path().c_str(), 1);
+    const HTTPServer server;
+    rusage before{};
+    ::getrusage(RUSAGE_SELF, &before);
+    const Outcome large = download(request(server.url("/bytes/1000000000")));
+    rusage after{};
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(large.size, 1'000'000'000U);
+    EXPECT_TRUE(large.isRight);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 50'000) << "kilobytes"; // server and detectors included
+    EXPECT_TRUE(std::filesystem::is_empty(scratch.path()));
+    ::unsetenv("TMPDIR");
+}
+
+TEST(URLSession, ATemporaryFileLivesAsLongAsTheCompletion) {
+    const Scratch scratch;
+    ::setenv("TMPDIR", scratch.path().c_str(), 1);
+    const HTTPServer server;
+    const Outcome outcome = download(request(server.url("/text")));
+    EXPECT_TRUE(outcome.wasThere);
+    EXPECT_TRUE(outcome.location.starts_with(scratch.path()));
+    // The completion has told; the file goes right after it.
+    for (int i = 0; i < 1000 && FileManager().fileExistsAtPath(outcome.location); ++i)
+        std::this_thread::sleep_for(1ms);
+    EXPECT_TRUE(std::filesystem::is_empty(scratch.path()));
+    ::setenv("TMPDIR", (scratch / "none").c_str(), 1);
+    EXPECT_NE(download(request(server.url("/text"))).error.find("couldn't be written"), std::string::npos);
+    ::unsetenv("TMPDIR");
+}
+
+TEST(URLSession, TheTimeOutIsOneWithoutProgress) {
+    BadServer silent([](int connection) { tonewright::test::waitForClose(connection); });
+    EXPECT_EQ(fetch(request(silent.url(), 0.3)).error, "The request timed out.");
+    BadServer stalled([](int connection) {
+        tonewright::test::sendAll(connection, std::string(Ok) + "Content-Length: 100\r\n\r\nhalf");
+        tonewright::test::waitForClose(connection);
+    });
+    const Outcome outcome = download(request(stalled.url(), 0.3));
+    EXPECT_EQ(outcome.error, "The request timed out.");
+    EXPECT_FALSE(outcome.hasContent);
+    // Slow, but never silent for as long as the limit.
+    BadServer slow([](int connection) {
+        tonewright::test::sendAll(connection, std::string(Ok) + "Content-Length: 10\r\n\r\n");
+        for (int i = 0; i < 10; ++i) {
+            std::this_thread::sleep_for(100ms);
+            tonewright::test::sendAll(connection, "x");
+        }
+    });
+    EXPECT_EQ(fetch(request(slow.url(), 0.7)).content, "xxxxxxxxxx");
+}
+
+TEST(URLSession, WhatIsCutShortIsAnError) {
+    for (const char* answer : {"HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nonly this",
+                               "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                               "5\r\nhello\r\n",
+                               "HTTP/1.1 200 OK\r\nContent-Le", "", "nonsense\r\n\r\n"}) {
+        BadServer server([answer](int connection) { tonewright::test::sendAll(connection, answer); });
+        const Outcome outcome = download(request(server.url(), 5));
+        EXPECT_FALSE(outcome.hasContent) << answer;
+        EXPECT_NE(outcome.error, "") << answer;
+        EXPECT_EQ(outcome.error.find('\n'), std::string::npos);
+    }
+}
+
+TEST(URLSession, ServersThatCannotBeTrustedOrReachedAreErrors) {
+    std::string closedPort;
+    {
+        const BadServer gone([](int) {});
+        closedPort = gone.url();
+    }
+    EXPECT_NE(fetch(request(closedPort)).error, "");
+    EXPECT_NE(fetch(request("http://no-such-host.invalid/", 10)).error, "");
+    const HTTPServer untrusted(std::string(std::getenv("TONEWRIGHT_SOURCE_DIR")) +
+                               "/tests/network/fixtures/untrusted.pem");
+    const Outcome outcome = fetch(request(untrusted.url("/text")));
+    EXPECT_FALSE(outcome.hasContent);
+    EXPECT_NE(outcome.error.find("certificate"), std::string::npos) << outcome.error;
+    for (const char* url : {"gopher://host/", "relative/path", "http:", "http:///x", "mailto:a@b"})
+        EXPECT_NE(fetch(request(url, 5)).error, "") << url;
+}
+
+TEST(URLSession, ReadsFilesWithoutWaiting) {
+    const Scratch scratch;
+    const auto file = URL::fileURLWithPath(scratch.file("a b", "content")).absoluteString();
+    const Outcome outcome = fetch(request(file));
+    EXPECT_EQ(outcome.content, "content");
+    EXPECT_EQ(outcome.status, -1);
+    EXPECT_EQ(outcome.announced, 7);
+    EXPECT_TRUE(download(request(file)).wasThere);
+    ::mkfifo((scratch / "fifo").c_str(), 0600);
+    for (const char* name : {"fifo", "none", ""})
+        EXPECT_NE(fetch(request("file://" + scratch.path() + "/" + name)).error, "") << name;
+    EXPECT_EQ(contentsOfURL(*URL::fromString(file)).value().size(), 7U);
+    EXPECT_FALSE(contentsOfURL(*URL::fromString("file:///none")));
+}
+
+TEST(URLSession, CancellingCallsTheCompletionOnce) {
+    BadServer silent([](int connection) { tonewright::test::waitForClose(connection); });
+    auto promise = std::make_shared<std::promise<long>>();
+    auto future = promise->get_future();
+    const auto task = URLSession::sharedSession()->dataTaskWithRequest(
+        request(silent.url()), [promise](const auto&, const auto&, const auto& error) {
+            promise->set_value(error ? error->code() : 0);
+        });
+    task->resume();
+    task->resume();
+    task->cancel();
+    task->cancel();
+    ASSERT_EQ(future.wait_for(20s), std::future_status::ready);
+    EXPECT_EQ(future.get(), -999);
+}
