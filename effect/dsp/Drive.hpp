@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The drive stage: gain, bias, an oversampled curve, and a gain that keeps the loudness. Clean
+// passes the signal through a delay instead; every setting has the same latency.
+// Used on the audio thread; only the constructor allocates.
+#pragma once
+
+#include "Halfband.hpp"
+#include "Parameters.hpp"
+#include "Tick.hpp"
+
+#include <array>
+#include <vector>
+
+namespace tonewright::effect {
+
+/// Delay of every drive setting, in frames at the host's rate.
+inline constexpr int DriveLatencyFrames = 37;
+
+/// Says what a lane does.
+struct DriveSetting {
+    Shape shape = Shape::Clean;
+    Oversampling oversampling = Oversampling::FourTimes;
+    friend bool operator==(const DriveSetting&, const DriveSetting&) = default;
+};
+
+/// One channel of one setting: its filters and their memory.
+class DriveLane {
+public:
+    DriveLane() noexcept;
+    void reset() noexcept;
+
+    /// Processes n <= TickFrames frames; `bias` is per frame, `out` may be `in`.
+    void process(DriveSetting setting, const float* in, const float* bias, float* out, int n) noexcept;
+
+private:
+    // Stage 1 (base rate to twice) has 63 taps: flat to 20 kHz at 48 kHz, 80 dB down from 28 kHz.
+    // Stage 2 (twice to four times) has 23: its signal leaves it far more room.
+    static constexpr int K1 = 15;
+    static constexpr int K2 = 5;
+    // Stage 2 delays by 4 * K2 + 2 samples at four times the rate; with one sample more at twice
+    // the rate that is a whole number of frames, which the other settings make up for.
+    static constexpr int Stage1Latency = 2 * K1 + 1;
+    static constexpr int Stage2Latency = K2 + 1;
+    static_assert(Stage1Latency + Stage2Latency == DriveLatencyFrames);
+
+    template <Shape S>
+    void twice(const float* in, const float* bias, float* out, int n) noexcept;
+    template <Shape S>
+    void fourTimes(const float* in, const float* bias, float* out, int n) noexcept;
+
+    const std::array<float, 2 * K1 + 2>& coefficients1_;
+    const std::array<float, 2 * K2 + 2>& coefficients2_;
+    FixedDelay<DriveLatencyFrames, TickFrames> clean_;
+    FixedDelay<Stage2Latency, TickFrames> padding_;
+    HalfbandUp<K1, TickFrames> up1_;
+    HalfbandDown<K1, TickFrames> down1_;
+    HalfbandUp<K2, 2 * TickFrames> up2_;
+    HalfbandDown<K2, 2 * TickFrames> down2_;
+    FixedDelay<1, 2 * TickFrames> align_;
+};
+
+/// The stereo stage. A change of curve or oversampling fades between two lanes.
+class Drive {
+public:
+    explicit Drive(double sampleRate);
+
+    /// Forgets all sound and takes the settings at once.
+    void reset(DriveSetting setting, float driveDecibels, float bias) noexcept;
+
+    /// Begins a tick that ends with these values. `bias` 0..1.
+    void beginTick(DriveSetting setting, float driveDecibels, float bias) noexcept;
+
+    /// Processes n <= TickFrames frames in place.
+    void process(float* left, float* right, int n) noexcept;
+
+    /// Returns the gain that brings a moderate sine back to its level behind the curve.
+    [[nodiscard]] float makeup(Shape shape, float driveDecibels) const noexcept;
+
+private:
+    static constexpr int TableSteps = 85; // from -24 dB to 60 dB
+
+    struct Lane {
+        DriveSetting setting;
+        Ramp makeup;
+        Ramp offset; // the curve's answer to the bias alone, taken off again
+        std::array<DriveLane, 2> channels;
+    };
+
+    void setLane(Lane& lane, DriveSetting setting) noexcept;
+    void aimLane(Lane& lane) noexcept;
+
+    std::array<std::array<float, TableSteps>, ShapeCount> makeupTable_{};
+    std::array<Lane, 2> lanes_;
+    std::size_t active_ = 0;
+    bool fading_ = false;
+    int warmUpTicks_ = 0; // ticks the new lane still fills its filters before the fade
+    float driveDecibels_ = 0.F;
+    float biasValue_ = 0.F;
+    Ramp gain_;
+    Ramp bias_;
+    Ramp fade_; // share of the lane that is not active
+    float fadeStep_;
+    float blockerPole_;
+    std::array<float, 2> blockerIn_{};
+    std::array<float, 2> blockerOut_{};
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Turns onsets into MIDI notes: one note on for each, and its note off when its time is over or
+// the next begins. A note that was begun is always ended, however little room the host gives.
+// Used on the audio thread; never allocates.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace tonewright::effect {
+
+/// One MIDI message for the host, at a frame of the present block.
+struct OutgoingMidi {
+    std::uint32_t frame = 0;
+    std::array<std::uint8_t, 3> bytes{};
+};
+
+/// Collects one block's messages. The limit of one block is far above what its onsets can need.
+class MidiOutbox {
+public:
+    static constexpr std::size_t Capacity = 128;
+
+    /// Empties the box and says how many messages the host's buffer can take.
+    void beginBlock(std::size_t room) noexcept {
+        count_ = 0;
+        room_ = room < Capacity ? room : Capacity;
+    }
+
+    [[nodiscard]] std::size_t room() const noexcept { return room_ - count_; }
+
+    bool push(OutgoingMidi message) noexcept {
+        if (room() == 0) {
+            return false;
+        }
+        messages_[count_++] = message;
+        return true;
+    }
+
+    [[nodiscard]] std::span<const OutgoingMidi> messages() const noexcept { return {messages_.data(), count_}; }
+
+private:
+    std::array<OutgoingMidi, Capacity> messages_{};
+    std::size_t count_ = 0;
+    std::size_t room_ = 0;
+};
+
+/// Keeps the one note that sounds.
+class OnsetNotes {
+public:
+    void reset() noexcept { sounding_ = -1; }
+
+    /// Begins a note; an onset for which there is no room is passed over.
+    void onset(std::uint8_t note, std::uint8_t velocity, int lengthFrames, std::uint32_t frame,
+               MidiOutbox& outbox) noexcept {
+        const std::size_t needed = sounding_ >= 0 ? 2 : 1;
+        if (outbox.room() < needed) {
+            return;
+        }
+        end(frame, outbox);
+        if (outbox.push({frame, {0x90, note, velocity}})) {
+            sounding_ = note;
+            framesLeft_ = lengthFrames;
+        }
+    }
+
+    /// Lets one frame pass.
+    void advance(std::uint32_t frame, MidiOutbox& outbox) noexcept {
+        if (sounding_ >= 0 && --framesLeft_ <= 0) {
+            end(frame, outbox);
+        }
+    }
+
+    /// Ends the note that sounds, if any; without room it is tried again later.
+    void end(std::uint32_t frame, MidiOutbox& outbox) noexcept {
+        if (sounding_ >= 0 && outbox.push({frame, {0x80, static_cast<std::uint8_t>(sounding_), 0x40}})) {
+            sounding_ = -1;
+        }
+        framesLeft_ = sounding_ >= 0 ? 0 : framesLeft_;
+    }
+
+private:
+    int sounding_ = -1;
+    int framesLeft_ = 0;
+};
+
+} // namespace tonewright::effect

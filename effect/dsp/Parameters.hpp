@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The table of every control the effect has: the one source that the audio code, the Turtle
+// descriptions, the user interface and the tests read. Immutable data, usable from any thread.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tonewright::effect {
+
+/// Names every control, in the order of the plug-in's control input ports.
+enum class Parameter : std::uint8_t {
+    Drive,
+    Shape,
+    Bias,
+    EnvelopeToDrive,
+    FilterMode,
+    Cutoff,
+    Resonance,
+    KeyTrack,
+    EnvelopeToCutoff,
+    Attack,
+    Release,
+    Note,
+    Voicing,
+    Decay,
+    Damping,
+    Glide,
+    ResonatorMix,
+    Sensitivity,
+    Gate,
+    MidiOut,
+    Oversampling,
+    Mix,
+    Output,
+    Enabled,
+};
+
+inline constexpr std::size_t ParameterCount = 24;
+
+/// Groups controls that stand together on the panel.
+enum class Section : std::uint8_t { Drive, Filter, Envelope, Resonator, Onsets, Output };
+
+/// Says what a value is measured in.
+enum class Unit : std::uint8_t {
+    None,
+    Decibel,
+    Hertz,
+    Milliseconds,
+    Seconds,
+    Percent,
+    Semitones,
+    MidiNote,
+};
+
+/// Says how knob travel maps to values.
+enum class Curve : std::uint8_t { Linear, Logarithmic, Integer, Choice, Toggle };
+
+// Values of Parameter::Shape.
+enum class Shape : std::uint8_t { Clean, Warm, Tube, Clip, Fold, Octave };
+inline constexpr std::size_t ShapeCount = 6;
+
+// Values of Parameter::FilterMode.
+enum class FilterMode : std::uint8_t { Off, LowPass12, LowPass24, BandPass, HighPass12, HighPass24, Notch };
+inline constexpr std::size_t FilterModeCount = 7;
+
+// Values of Parameter::Voicing.
+enum class Voicing : std::uint8_t { Unison, Octaves, Fifths, Major, Minor, Suspended, HeldChord };
+inline constexpr std::size_t VoicingCount = 7;
+
+// Values of Parameter::MidiOut.
+enum class MidiOut : std::uint8_t { Off, Held, Root };
+
+// Values of Parameter::Oversampling.
+enum class Oversampling : std::uint8_t { Twice, FourTimes };
+
+/// Describes one control.
+struct ParameterInfo {
+    std::string_view symbol; ///< port symbol, a C identifier
+    std::string_view name;   ///< full name, for hosts
+    std::string_view label;  ///< short name, for the panel
+    Section section;
+    float minimum;
+    float maximum;
+    float defaultValue;
+    Unit unit;
+    Curve curve;
+    std::span<const std::string_view> choices; ///< names of the values of a Choice, from 0
+    std::string_view comment;                  ///< one sentence for users
+};
+
+using ParameterValues = std::array<float, ParameterCount>;
+
+[[nodiscard]] constexpr std::size_t index(Parameter parameter) noexcept {
+    return static_cast<std::size_t>(parameter);
+}
+
+/// Returns the whole table, indexed by Parameter.
+[[nodiscard]] std::span<const ParameterInfo, ParameterCount> parameterTable() noexcept;
+
+/// Returns one row of the table.
+[[nodiscard]] const ParameterInfo& info(Parameter parameter) noexcept;
+
+/// Returns every control at its default.
+[[nodiscard]] ParameterValues defaultValues() noexcept;
+
+/// Finds a control by its port symbol.
+[[nodiscard]] std::optional<Parameter> findParameter(std::string_view symbol) noexcept;
+
+/// Brings any float into the control's range; whole numbers where the control has steps, the
+/// default for what is not a number.
+[[nodiscard]] float sanitised(const ParameterInfo& parameter, float value) noexcept;
+
+/// Maps a value to knob travel 0..1.
+[[nodiscard]] float toTravel(const ParameterInfo& parameter, float value) noexcept;
+
+/// Maps knob travel 0..1 to a value, rounded where the control has steps.
+[[nodiscard]] float fromTravel(const ParameterInfo& parameter, float travel) noexcept;
+
+/// Writes a value with its unit as a person reads it ("1.25 kHz", "C3", "-6.0 dB").
+[[nodiscard]] std::string valueText(const ParameterInfo& parameter, float value);
+
+/// Returns the name of a MIDI note, C4 for 60.
+[[nodiscard]] std::string noteName(int note);
+
+/// Reads what a person typed ("1.2k", "440", "-6 dB", "a2", "tube"); absent when it makes no sense.
+[[nodiscard]] std::optional<float> parseValue(const ParameterInfo& parameter, std::string_view text);
+
+} // namespace tonewright::effect

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The whole effect: drive, filter and resonators, shaped by an envelope follower and by MIDI,
+// beside a dry path of the same latency; and a MIDI note for every onset of the input.
+//
+// One thread at a time: the constructor allocates, everything else is for the audio thread and
+// neither allocates nor waits. Sound and messages do not depend on how a stretch of time is cut
+// into blocks.
+#pragma once
+
+#include "Drive.hpp"
+#include "EnvelopeFollower.hpp"
+#include "Halfband.hpp"
+#include "OnsetDetector.hpp"
+#include "OnsetNotes.hpp"
+#include "Parameters.hpp"
+#include "Performance.hpp"
+#include "ResonatorBank.hpp"
+#include "SpectrumAnalyser.hpp"
+#include "StateVariableFilter.hpp"
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace tonewright::effect {
+
+/// What a panel shows of the sound.
+struct DisplayFrame {
+    std::array<float, 2> inputPeaks{};  ///< linear, since the last frame
+    std::array<float, 2> outputPeaks{}; ///< linear, since the last frame
+    float envelope = 0.F;               ///< reading of the envelope follower, 0..1
+    float cutoffHertz = 0.F;            ///< where the filter is, modulation included
+    float rootNote = 0.F;               ///< MIDI note that tunes the resonators
+    float onsets = 0.F;                 ///< onsets since the start, modulo 4096
+    Spectrum spectrum{};                ///< of the output
+};
+
+/// Processes stereo sound at one sample rate.
+class Processor {
+public:
+    explicit Processor(double sampleRate);
+
+    /// Ends all sound and all held notes; the tuning by earlier notes stays.
+    void reset() noexcept;
+
+    /// Sets every control; values may be anything. The first call after construction, reset or
+    /// restore takes effect at once, later ones glide.
+    void setParameters(const ParameterValues& values) noexcept;
+
+    /// Takes one MIDI message, at the present frame.
+    void midi(std::span<const std::uint8_t> message) noexcept { performance_.handle(message); }
+
+    /// Processes a stretch of a block. Outputs may be the inputs, in any order. `firstFrame`:
+    /// where in the block the stretch begins, for the frames of messages.
+    void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, std::uint32_t frames,
+                 std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
+
+    /// Returns by how many frames the output is late; the same whatever the controls say.
+    [[nodiscard]] static constexpr int latencyFrames() noexcept { return DriveLatencyFrames; }
+
+    /// Says whether anybody looks; without it nothing is measured.
+    void setMetering(bool on) noexcept;
+
+    /// Measures what there was since the last call.
+    [[nodiscard]] DisplayFrame takeDisplay() noexcept;
+
+    [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return performance_.snapshot(); }
+    void restore(const PerformanceSnapshot& snapshot) noexcept;
+
+private:
+    // What a tick works with; the smoothed part of the controls.
+    enum Smooth : std::size_t {
+        DriveDecibels,
+        Bias,
+        EnvelopeDrive,
+        CutoffNote,
+        Resonance,
+        EnvelopeCutoff,
+        DecayOctaves,
+        Damping,
+        ResonatorShare,
+        WetShare,
+        OutputGain,
+        SmoothCount,
+    };
+
+    [[nodiscard]] float value(Parameter parameter) const noexcept { return values_[index(parameter)]; }
+    [[nodiscard]] float rootNote() const noexcept;
+    [[nodiscard]] ResonatorSetting resonatorSetting() const noexcept;
+    void aimSmoothers() noexcept;
+    void resetSound() noexcept;
+    void beginTick() noexcept;
+    void segment(const float* inLeft, const float* inRight, float* outLeft, float* outRight, int n,
+                 std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
+    void listen(const TickBuffer& left, const TickBuffer& right, int n, std::uint32_t firstFrame,
+                MidiOutbox& outbox) noexcept;
+    void wetPath(TickBuffer& left, TickBuffer& right, int n) noexcept;
+    void meter(const TickBuffer& inLeft, const TickBuffer& inRight, const float* outLeft, const float* outRight,
+               int n) noexcept;
+
+    double sampleRate_;
+    ParameterValues raw_{};    // as the host gave them
+    ParameterValues values_{}; // in range
+    bool settle_ = true;       // the next values take effect at once
+    int tickPhase_ = 0;
+
+    Performance performance_;
+    EnvelopeFollower envelope_;
+    OnsetDetector detector_;
+    OnsetNotes notes_;
+    Drive drive_;
+    StateVariableFilter filter_;
+    ResonatorBank bank_;
+    std::array<FixedDelay<DriveLatencyFrames, TickFrames>, 2> dryDelay_;
+
+    float smoothing_;
+    std::array<Smoothed, SmoothCount> smooth_{};
+    Ramp wetRamp_;
+    Ramp bankRamp_;
+    Ramp gainRamp_;
+    Ramp enabledRamp_;
+    float enabledStep_;
+    Smoothed bankGate_; // closes for a moment when all sound is to end
+    Ramp bankGateRamp_;
+    float bankGateCoefficient_;
+    float cutoffHertz_ = 1000.F;
+
+    bool metering_ = false;
+    DisplayFrame display_{};
+    std::uint32_t onsetCount_ = 0;
+    SpectrumAnalyser analyser_;
+};
+
+} // namespace tonewright::effect

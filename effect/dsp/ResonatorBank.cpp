@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ResonatorBank.hpp"
+
+#include "Denormals.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+namespace tonewright::effect {
+namespace {
+
+constexpr float LowestHertz = 16.F;
+constexpr float ShortestDelay = 4.F;
+// A delay that changes by d frames per frame plays its contents at the speed 1 - d: half a frame
+// sounds like a hand on the reel, faster like a fault.
+constexpr float FastestSlide = 0.5F;
+
+using Intervals = std::array<float, ResonatorBank::VoiceCount>;
+constexpr std::array<Intervals, VoicingCount> VoicingIntervals{{
+    {0.F, 0.F, 0.F, 0.F},
+    {0.F, 12.F, -12.F, 24.F},
+    {0.F, 7.F, 12.F, 19.F},
+    {0.F, 4.F, 7.F, 12.F},
+    {0.F, 3.F, 7.F, 12.F},
+    {0.F, 5.F, 7.F, 12.F},
+    {0.F, 12.F, 7.F, 19.F}, // until a chord was held
+}};
+// No two strings in exactly the same tune: that is what makes them several.
+constexpr Intervals VoiceDetune{0.F, 0.05F, -0.04F, 0.03F};
+constexpr Intervals UnisonDetune{0.F, 0.08F, -0.07F, 0.03F};
+constexpr std::array<float, 2> ChannelDetune{-0.015F, 0.015F};
+
+float hertzOf(float note) noexcept {
+    return 440.F * std::exp2((note - 69.F) / 12.F);
+}
+
+// Third-order Lagrange interpolation; its gain never exceeds one, so a loop through it stays stable.
+float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t write, float delay) noexcept {
+    const auto whole = static_cast<std::size_t>(delay);
+    const float t = delay - static_cast<float>(whole);
+    const float a = line[(write - whole + 1) & mask];
+    const float b = line[(write - whole) & mask];
+    const float c = line[(write - whole - 1) & mask];
+    const float d = line[(write - whole - 2) & mask];
+    const float t1 = t + 1.F;
+    const float t2 = t - 1.F;
+    const float t3 = t - 2.F;
+    return -t * t2 * t3 / 6.F * a + t1 * t2 * t3 / 2.F * b - t1 * t * t3 / 2.F * c + t1 * t * t2 / 6.F * d;
+}
+
+} // namespace
+
+ResonatorBank::ResonatorBank(double sampleRate) : sampleRate_{static_cast<float>(sampleRate)} {
+    const auto needed = static_cast<std::size_t>(sampleRate / static_cast<double>(LowestHertz)) + 8;
+    const std::size_t size = std::bit_ceil(needed);
+    mask_ = size - 1;
+    longestDelay_ = static_cast<float>(needed - 6);
+    for (auto& voice : voices_) {
+        for (auto& string : voice.channels) {
+            string.line.assign(size, 0.F);
+        }
+    }
+}
+
+float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voice) const noexcept {
+    if (setting.voicing == Voicing::HeldChord && !setting.chord.empty()) {
+        const std::size_t count = setting.chord.size();
+        // Fewer notes than strings: the others double them an octave higher.
+        const float octave = voice < count ? 0.F : 12.F;
+        return static_cast<float>(setting.chord[voice % count]) + octave + VoiceDetune[voice];
+    }
+    const auto& detune = setting.voicing == Voicing::Unison ? UnisonDetune : VoiceDetune;
+    return setting.rootNote + VoicingIntervals[static_cast<std::size_t>(setting.voicing)][voice] + detune[voice];
+}
+
+float ResonatorBank::delayFor(float note) const noexcept {
+    const float hertz = std::clamp(hertzOf(note), LowestHertz, sampleRate_ / (2.F * ShortestDelay));
+    // The damping filter delays the fundamental too; take that off the line.
+    const float omega = 2.F * std::numbers::pi_v<float> * hertz / sampleRate_;
+    const float filterDelay =
+        std::atan2(lowpassPole_ * std::sin(omega), 1.F - lowpassPole_ * std::cos(omega)) / omega;
+    return std::clamp(sampleRate_ / hertz - filterDelay, ShortestDelay, longestDelay_);
+}
+
+void ResonatorBank::updateDamping(float damping) noexcept {
+    if (damping != damping_) {
+        damping_ = damping;
+        const float corner = std::min(18000.F * std::pow(0.045F, damping), 0.45F * sampleRate_);
+        lowpassPole_ = std::exp(-2.F * std::numbers::pi_v<float> * corner / sampleRate_);
+    }
+}
+
+void ResonatorBank::aim(String& string, float note, const ResonatorSetting& setting, bool atOnce) noexcept {
+    string.lowpass = flushed(string.lowpass);
+    const bool sameAim = string.aimedNote == note && string.aimedDecay == setting.decaySeconds &&
+                         string.aimedPole == lowpassPole_;
+    if (sameAim && !atOnce && string.delay == string.wantedDelay) {
+        string.delayRamp.beginTick(string.delay);
+        string.feedback.beginTick(string.feedback.end());
+        string.level.beginTick(string.level.end());
+        return;
+    }
+    if (!sameAim) {
+        string.aimedNote = note;
+        string.aimedDecay = setting.decaySeconds;
+        string.aimedPole = lowpassPole_;
+        string.wantedDelay = delayFor(note);
+    }
+    const float reach = FastestSlide * static_cast<float>(TickFrames);
+    string.delay = atOnce ? string.wantedDelay
+                          : std::clamp(string.wantedDelay, string.delay - reach, string.delay + reach);
+    const float feedback = std::pow(10.F, -3.F * string.delay / (sampleRate_ * setting.decaySeconds));
+    // Noise through the loop gains 1 / sqrt(1 - f^2), a tone in tune 1 / (1 - f): go between.
+    const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.62F);
+    if (atOnce) {
+        string.delayRamp.snap(string.delay);
+        string.feedback.snap(feedback);
+        string.level.snap(level);
+    } else {
+        string.delayRamp.beginTick(string.delay);
+        string.feedback.beginTick(feedback);
+        string.level.beginTick(level);
+    }
+}
+
+void ResonatorBank::silence() noexcept {
+    if (silent_) {
+        return;
+    }
+    silent_ = true;
+    for (auto& voice : voices_) {
+        for (auto& string : voice.channels) {
+            std::fill(string.line.begin(), string.line.end(), 0.F);
+            string.lowpass = 0.F;
+        }
+    }
+}
+
+void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
+    silence();
+    updateDamping(setting.damping);
+    for (std::size_t v = 0; v < VoiceCount; ++v) {
+        Voice& voice = voices_[v];
+        voice.pitch = voice.target = targetNote(setting, v);
+        for (std::size_t c = 0; c < 2; ++c) {
+            aim(voice.channels[c], voice.pitch + setting.bendSemitones + ChannelDetune[c], setting, true);
+        }
+    }
+}
+
+void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
+    updateDamping(setting.damping);
+    // A third of the time as time constant: after the whole of it 95 % of the way is gone.
+    const float glide =
+        tickCoefficient(static_cast<double>(sampleRate_), static_cast<double>(setting.glideMilliseconds) / 3000.);
+    for (std::size_t v = 0; v < VoiceCount; ++v) {
+        Voice& voice = voices_[v];
+        voice.target = targetNote(setting, v);
+        voice.pitch += glide * (voice.target - voice.pitch);
+        if (std::abs(voice.target - voice.pitch) < 2e-4F) {
+            voice.pitch = voice.target;
+        }
+        for (std::size_t c = 0; c < 2; ++c) {
+            aim(voice.channels[c], voice.pitch + setting.bendSemitones + ChannelDetune[c], setting, false);
+        }
+    }
+}
+
+void ResonatorBank::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
+                            int n) noexcept {
+    silent_ = false;
+    const std::array<const float*, 2> in{inLeft, inRight};
+    const std::array<float*, 2> out{outLeft, outRight};
+    for (std::size_t c = 0; c < 2; ++c) {
+        TickBuffer sum{};
+        for (auto& voice : voices_) {
+            String& string = voice.channels[c];
+            for (int i = 0; i < n; ++i) {
+                const float heard = interpolated(string.line, mask_, string.write, string.delayRamp.next());
+                string.lowpass = heard + lowpassPole_ * (string.lowpass - heard);
+                string.line[string.write] = in[c][i] * string.level.next() + string.feedback.next() * string.lowpass;
+                string.write = (string.write + 1) & mask_;
+                sum[static_cast<std::size_t>(i)] += string.lowpass;
+            }
+        }
+        std::copy_n(sum.data(), n, out[c]);
+    }
+}
+
+} // namespace tonewright::effect

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Four tuned strings beside each channel: delay lines that feed back through a damping filter, so
+// that they ring at a pitch and its partials. Retuning slides the delays and never clicks.
+// Used on the audio thread; only the constructor allocates.
+#pragma once
+
+#include "Parameters.hpp"
+#include "Tick.hpp"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tonewright::effect {
+
+/// What the bank is to sound like.
+struct ResonatorSetting {
+    float rootNote = 48.F;                   ///< MIDI note, fractions allowed
+    Voicing voicing = Voicing::Unison;
+    std::span<const std::uint8_t> chord;     ///< held notes for Voicing::HeldChord, latest first
+    float bendSemitones = 0.F;
+    float decaySeconds = 1.F;                ///< time to fall by 60 dB
+    float damping = 0.F;                     ///< 0..1
+    float glideMilliseconds = 0.F;
+};
+
+/// The resonators of both channels.
+class ResonatorBank {
+public:
+    static constexpr std::size_t VoiceCount = 4;
+
+    explicit ResonatorBank(double sampleRate);
+
+    /// Forgets all sound and takes the tuning at once.
+    void reset(const ResonatorSetting& setting) noexcept;
+
+    /// Lets all sound end, keeping the tuning.
+    void silence() noexcept;
+
+    /// Begins a tick that ends with this setting.
+    void beginTick(const ResonatorSetting& setting) noexcept;
+
+    /// Excites the bank by n <= TickFrames frames and gives its sound alone.
+    void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, int n) noexcept;
+
+private:
+    struct String {
+        std::vector<float> line;
+        std::size_t write = 0;
+        float lowpass = 0.F;
+        float delay = 0.F; // where the delay is at the end of the tick, in frames
+        float aimedNote = -1.F; // what delay, feedback and level were last worked out for
+        float aimedDecay = -1.F;
+        float aimedPole = -1.F;
+        float wantedDelay = 0.F;
+        Ramp delayRamp;
+        Ramp feedback;
+        Ramp level;
+    };
+    struct Voice {
+        float pitch = 48.F;  // gliding, MIDI note
+        float target = 48.F; // where it glides to
+        std::array<String, 2> channels;
+    };
+
+    [[nodiscard]] float targetNote(const ResonatorSetting& setting, std::size_t voice) const noexcept;
+    [[nodiscard]] float delayFor(float note) const noexcept;
+    void aim(String& string, float note, const ResonatorSetting& setting, bool atOnce) noexcept;
+    void updateDamping(float damping) noexcept;
+
+    float sampleRate_;
+    std::size_t mask_;
+    float longestDelay_;
+    float damping_ = -1.F;
+    float lowpassPole_ = 0.F;
+    bool silent_ = true; // the lines hold nothing but zeros
+    std::array<Voice, VoiceCount> voices_;
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The spectrum that the panel shows, in bands even to the ear. Computed on the audio thread about
+// thirty times a second while a panel asks for it; only the constructor allocates.
+#pragma once
+
+#include <array>
+#include <complex>
+#include <cstddef>
+#include <vector>
+
+namespace tonewright::effect {
+
+inline constexpr std::size_t SpectrumBands = 64;
+inline constexpr float SpectrumLowestHertz = 25.F;
+inline constexpr float SpectrumHighestHertz = 20000.F;
+inline constexpr float SpectrumFloorDecibels = -90.F;
+
+using Spectrum = std::array<float, SpectrumBands>;
+
+/// Returns the frequency at the middle of a band.
+[[nodiscard]] float spectrumBandHertz(std::size_t band) noexcept;
+
+/// Keeps the last moments of a signal and analyses them on demand.
+class SpectrumAnalyser {
+public:
+    explicit SpectrumAnalyser(double sampleRate);
+
+    void reset() noexcept;
+
+    void push(float sample) noexcept {
+        ring_[write_] = sample;
+        write_ = (write_ + 1) & (ring_.size() - 1);
+    }
+
+    /// Measures the bands in decibels; a full-scale sine reads 0.
+    void analyse(Spectrum& bands) noexcept;
+
+private:
+    void transform() noexcept;
+
+    float sampleRate_;
+    std::vector<float> ring_;
+    std::size_t write_ = 0;
+    std::vector<float> window_;
+    std::vector<std::complex<float>> work_;
+    std::vector<std::complex<float>> twiddles_;
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Control-rate machinery. Controls advance once per tick of TickFrames frames, counted from the
+// start of processing and not from the start of a block, so that the sound does not depend on the
+// host's block size; in between, values move in straight lines.
+#pragma once
+
+#include <array>
+#include <cmath>
+
+namespace tonewright::effect {
+
+inline constexpr int TickFrames = 16;
+
+/// Holds one stretch of samples that lies within a tick.
+using TickBuffer = std::array<float, TickFrames>;
+
+/// Returns the share of the way that a one-pole smoother of this time constant goes per tick.
+[[nodiscard]] inline float tickCoefficient(double sampleRate, double seconds) noexcept {
+    return seconds <= 0. ? 1.F : static_cast<float>(1. - std::exp(-TickFrames / (sampleRate * seconds)));
+}
+
+/// Follows a target once per tick and comes to rest exactly on it.
+struct Smoothed {
+    float value = 0.F;
+    float target = 0.F;
+
+    void snap(float to) noexcept { value = target = to; }
+
+    void advance(float coefficient) noexcept {
+        value += coefficient * (target - value);
+        if (std::abs(target - value) < 1e-5F * (1.F + std::abs(target))) {
+            value = target;
+        }
+    }
+};
+
+/// Moves in a straight line through one tick.
+class Ramp {
+public:
+    void snap(float to) noexcept {
+        now_ = end_ = to;
+        step_ = 0.F;
+    }
+
+    /// Begins a tick that ends at this value.
+    void beginTick(float end) noexcept {
+        now_ = end_;
+        end_ = end;
+        step_ = (end_ - now_) / static_cast<float>(TickFrames);
+    }
+
+    /// Returns the value for the next frame.
+    float next() noexcept {
+        now_ += step_;
+        return now_;
+    }
+
+    [[nodiscard]] float now() const noexcept { return now_; }
+    [[nodiscard]] float end() const noexcept { return end_; }
+
+    /// Tells whether the value stays exactly the same for the rest of the tick.
+    [[nodiscard]] bool restsAt(float value) const noexcept { return step_ == 0.F && now_ == value; }
+
+private:
+    float now_ = 0.F;
+    float end_ = 0.F;
+    float step_ = 0.F;
+};
+
+} // namespace tonewright::effect

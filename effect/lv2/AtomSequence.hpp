@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Reading and writing of atom sequences in the host's buffers, never a byte beyond them.
+// Used on the audio thread.
+#pragma once
+
+#include <lv2/atom/atom.h>
+#include <lv2/urid/urid.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+namespace tonewright::effect {
+
+[[nodiscard]] constexpr std::size_t paddedAtomSize(std::size_t size) noexcept {
+    return (size + 7U) & ~std::size_t{7};
+}
+
+/// Calls `use(frame, type, body)` for every event of a sequence; stops at the first that does not
+/// fit into it.
+template <typename Use>
+void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&sequence.body);
+    const std::size_t size = sequence.atom.size;
+    std::size_t at = sizeof(LV2_Atom_Sequence_Body);
+    while (at + sizeof(LV2_Atom_Event) <= size) {
+        LV2_Atom_Event event{};
+        std::memcpy(&event, bytes + at, sizeof(event));
+        at += sizeof(event);
+        if (event.body.size > size - at) {
+            return;
+        }
+        use(event.time.frames, event.body.type, std::span<const std::uint8_t>{bytes + at, event.body.size});
+        at += paddedAtomSize(event.body.size);
+    }
+}
+
+/// Fills an output port's sequence. An event is written whole or not at all.
+class AtomSequenceWriter {
+public:
+    /// `buffer` holds, as the host left it, its capacity in the size field.
+    AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept : sequence_{buffer} {
+        capacity_ = sequence_ == nullptr ? 0 : sequence_->atom.size;
+        if (capacity_ < sizeof(LV2_Atom_Sequence)) {
+            sequence_ = nullptr;
+            return;
+        }
+        sequence_->atom = {sizeof(LV2_Atom_Sequence_Body), sequenceType};
+        sequence_->body = {0, 0};
+    }
+
+    /// Returns how many events with a body of this size still fit.
+    [[nodiscard]] std::size_t room(std::size_t bodySize) const noexcept {
+        if (sequence_ == nullptr) {
+            return 0;
+        }
+        // Hosts differ on whether the capacity counts the header: count it.
+        const std::size_t used = sizeof(LV2_Atom) + sequence_->atom.size;
+        return used >= capacity_ ? 0 : (capacity_ - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
+    }
+
+    /// Appends an event; frames must not decrease.
+    bool append(std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) noexcept {
+        if (room(body.size()) == 0) {
+            return false;
+        }
+        auto* at = reinterpret_cast<std::uint8_t*>(sequence_) + sizeof(LV2_Atom) + sequence_->atom.size;
+        LV2_Atom_Event event{};
+        event.time.frames = frame;
+        event.body = {static_cast<std::uint32_t>(body.size()), type};
+        std::memcpy(at, &event, sizeof(event));
+        std::memcpy(at + sizeof(event), body.data(), body.size());
+        std::memset(at + sizeof(event) + body.size(), 0, paddedAtomSize(body.size()) - body.size());
+        sequence_->atom.size += static_cast<std::uint32_t>(sizeof(event) + paddedAtomSize(body.size()));
+        return true;
+    }
+
+private:
+    LV2_Atom_Sequence* sequence_;
+    std::size_t capacity_ = 0;
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The effect as an LV2 plug-in: ports, messages, state. `run` is for the audio thread and neither
+// allocates nor waits; the rest belongs to the host's other threads, as LV2 has it.
+#pragma once
+
+#include "DisplayMessage.hpp"
+#include "Ports.hpp"
+#include "effect/dsp/Processor.hpp"
+
+#include <lv2/atom/atom.h>
+#include <lv2/state/state.h>
+#include <lv2/urid/urid.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+namespace tonewright::effect {
+
+/// One instance. Without the host's URID map it still processes sound, but hears no messages.
+class Plugin {
+public:
+    Plugin(double sampleRate, const LV2_URID_Map* map);
+
+    void connect(std::uint32_t port, void* data) noexcept;
+    void activate() noexcept;
+    void run(std::uint32_t frames) noexcept;
+
+    LV2_State_Status save(LV2_State_Store_Function store, LV2_State_Handle handle) const noexcept;
+    LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle) noexcept;
+
+private:
+    struct Urids {
+        LV2_URID atomFloat = 0;
+        LV2_URID atomInt = 0;
+        LV2_URID atomObject = 0;
+        LV2_URID atomSequence = 0;
+        LV2_URID atomVector = 0;
+        LV2_URID midiEvent = 0;
+        LV2_URID tuning = 0;
+        LV2_URID modWheel = 0;
+        DisplayUrids display;
+    };
+
+    void readParameters() noexcept;
+    void processBlock(std::uint32_t frames) noexcept;
+    void handleEvent(LV2_URID type, std::span<const std::uint8_t> body) noexcept;
+    void sendDisplay(std::uint32_t frames, class AtomSequenceWriter& writer) noexcept;
+    void publishSnapshot() noexcept;
+
+    double sampleRate_;
+    bool hasUrids_;
+    Urids urids_;
+    Processor processor_;
+    MidiOutbox outbox_;
+
+    std::array<const float*, 2> inputs_{};
+    std::array<float*, 2> outputs_{};
+    const LV2_Atom_Sequence* control_ = nullptr;
+    LV2_Atom_Sequence* notify_ = nullptr;
+    float* latency_ = nullptr;
+    std::array<const float*, ParameterCount> controls_{};
+    ParameterValues values_;
+
+    std::int64_t displayLeaseFrames_ = 0;
+    std::int64_t framesSinceDisplay_ = 0;
+
+    // The one value that crosses threads: the performance to be saved, packed into a word by `run`
+    // and read by `save`, which may be called at the same time.
+    std::atomic<std::uint64_t> savedPerformance_;
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Where everything on the panel stands, for any size of its window. Pure arithmetic.
+#pragma once
+
+#include "Geometry.hpp"
+#include "effect/dsp/Parameters.hpp"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace tonewright::effect {
+
+inline constexpr int NaturalWidth = 760;
+inline constexpr int NaturalHeight = 440;
+inline constexpr int MinimumWidth = 420;
+inline constexpr int MinimumHeight = 260;
+
+enum class ControlKind { PresetMenu, PreviousPreset, NextPreset, Power, Selector, Knob };
+
+/// One thing on the panel that can be focused and operated.
+struct PanelControl {
+    ControlKind kind = ControlKind::Knob;
+    Parameter parameter = Parameter::Drive; ///< for Power, Selector and Knob
+    Rect area;
+};
+
+struct PanelSection {
+    Section section = Section::Drive;
+    Rect area;
+    Rect title;
+};
+
+struct Layout {
+    Rect window;
+    double unit = 1.; ///< size of a design pixel
+    Rect header;
+    Rect name;
+    Rect display;
+    Rect inputMeter;
+    Rect outputMeter;
+    std::vector<PanelSection> sections;
+    std::vector<PanelControl> controls; ///< in the order in which Tab visits them
+
+    /// Returns the control under a point.
+    [[nodiscard]] std::optional<std::size_t> controlAt(Point point) const noexcept;
+};
+
+/// Lays the panel out: two rows of sections, or three where the window is narrow and tall.
+[[nodiscard]] Layout layOut(int width, int height);
+
+} // namespace tonewright::effect

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A list that opens over the panel: presets, or the values of a selector. It is drawn inside the
+// panel's own window, so it needs nothing of a window manager.
+#pragma once
+
+#include "Geometry.hpp"
+
+#include <cairo.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tonewright::effect {
+
+class Menu {
+public:
+    /// Opens below (or above, or over) a control, inside the window.
+    void open(const Rect& owner, const Rect& window, double unit, std::vector<std::string> items,
+              std::optional<std::size_t> current);
+    void close() noexcept { items_.clear(); }
+
+    [[nodiscard]] bool isOpen() const noexcept { return !items_.empty(); }
+    [[nodiscard]] const Rect& area() const noexcept { return area_; }
+    [[nodiscard]] std::optional<std::size_t> itemAt(Point point) const noexcept;
+    [[nodiscard]] std::optional<std::size_t> highlighted() const noexcept { return highlighted_; }
+
+    /// Highlights an item; tells whether that changed anything.
+    bool highlight(std::optional<std::size_t> item) noexcept;
+    /// Moves the highlight by keyboard or wheel, round the ends.
+    void move(int by) noexcept;
+
+    void draw(cairo_t* context) const;
+
+private:
+    [[nodiscard]] Rect itemArea(std::size_t item) const noexcept;
+
+    std::vector<std::string> items_;
+    std::optional<std::size_t> current_;
+    std::optional<std::size_t> highlighted_;
+    Rect area_;
+    double unit_ = 1.;
+    double rowHeight_ = 20.;
+    std::size_t rows_ = 1; // items per column
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The panel itself, free of any window system: what it shows, and what pointer and keys do to it.
+// One thread, the one on which the host calls its user interfaces.
+#pragma once
+
+#include "Geometry.hpp"
+#include "Layout.hpp"
+#include "Menu.hpp"
+#include "SignalView.hpp"
+#include "drawControls.hpp"
+#include "effect/dsp/Parameters.hpp"
+#include "effect/dsp/Processor.hpp"
+
+#include <cairo.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tonewright::effect {
+
+/// What the panel does to its surroundings.
+struct PanelActions {
+    std::function<void(Parameter, float)> write;      ///< sets a control of the plug-in
+    std::function<void(Parameter, bool)> touch;       ///< a gesture begins (true) or ends
+    std::function<void()> releaseKeyboard = [] {};    ///< gives the keyboard back to the host
+};
+
+struct KeyModifiers {
+    bool shift = false;
+    bool control = false;
+    [[nodiscard]] bool fine() const noexcept { return shift || control; }
+};
+
+enum class Key {
+    Character,
+    Tab,
+    Up,
+    Down,
+    Left,
+    Right,
+    PageUp,
+    PageDown,
+    Home,
+    End,
+    Enter,
+    Escape,
+    Backspace,
+    Delete,
+};
+
+class Panel {
+public:
+    explicit Panel(PanelActions actions);
+
+    void resize(int width, int height);
+
+    /// Shows a value that came from the host.
+    void showValue(Parameter parameter, float value);
+
+    /// Shows what the plug-in measured.
+    void showFrame(const DisplayFrame& frame);
+
+    /// Lets time pass for what moves.
+    void advance(double seconds);
+
+    // Pointer and keyboard. `seconds` is any steady clock, for double clicks.
+    void pointerMoved(Point point, KeyModifiers modifiers);
+    void pointerPressed(Point point, double seconds);
+    void pointerReleased(Point point);
+    void pointerLeft();
+    void wheel(Point point, int steps, KeyModifiers modifiers);
+    /// Tells whether the key meant something here.
+    bool key(Key key, KeyModifiers modifiers, std::string_view text);
+    void keyboardArrived(bool arrived);
+
+    /// Returns what has to be drawn again, and forgets it.
+    [[nodiscard]] std::vector<Rect> takeDamage();
+    /// Draws whatever meets the rectangle.
+    void draw(cairo_t* context, const Rect& part);
+
+    [[nodiscard]] const Layout& layout() const noexcept { return layout_; }
+    [[nodiscard]] const ParameterValues& values() const noexcept { return values_; }
+    [[nodiscard]] const Menu& menu() const noexcept { return menu_; }
+    [[nodiscard]] std::string presetName() const;
+
+private:
+    struct Drag {
+        std::size_t control;
+        Point last;
+        double travel;
+    };
+
+    void damage(const Rect& rect);
+    void damageControl(std::optional<std::size_t> control);
+    void damageParameter(Parameter parameter);
+    void setFocus(std::optional<std::size_t> control);
+    void setHover(std::optional<std::size_t> control);
+    void setValue(Parameter parameter, float value);
+    void step(const PanelControl& control, int steps, bool fine);
+    void activate(std::size_t control);
+    void openMenu(std::size_t control);
+    void chooseMenuItem(std::size_t item);
+    void closeMenu();
+    void stepPreset(int by);
+    void applyPreset(std::size_t preset);
+    void beginEdit(std::string text);
+    void endEdit(bool keep);
+    void endDrag();
+    bool menuKey(Key key);
+    bool editKey(Key key, std::string_view text);
+    bool knobKey(Key key, KeyModifiers modifiers, std::string_view text);
+    [[nodiscard]] ControlLook lookOf(std::size_t control) const;
+    [[nodiscard]] Rect displayArea() const noexcept;
+
+    PanelActions actions_;
+    Layout layout_;
+    ParameterValues values_;
+    SignalView signal_;
+    std::size_t cutoffKnob_ = 0;
+    float shownCutoff_ = 0.F;
+    std::optional<std::size_t> focus_;
+    bool hasKeyboard_ = false;
+    std::optional<std::size_t> hover_;
+    std::optional<Drag> drag_;
+    std::optional<std::size_t> pressed_; // a button that acts when it is let go
+    std::optional<std::size_t> lastClicked_;
+    double lastClickSeconds_ = -10.;
+    Menu menu_;
+    std::size_t menuOwner_ = 0;
+    std::optional<std::string> edit_;
+    std::size_t lastPreset_ = 0; // the preset the values began from
+    std::vector<Rect> damage_; // apart from each other
+};
+
+} // namespace tonewright::effect

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The panel's X11 window: its own connection, its events, its drawing. Lives inside any window the
+// host gives, mapped or not; all calls come on the host's user interface thread.
+#pragma once
+
+#include "Panel.hpp"
+
+#include <X11/Xlib.h>
+#include <cairo.h>
+
+#include <functional>
+#include <memory>
+
+namespace tonewright::effect {
+
+struct PanelWindowConfig {
+    Window parent = 0;       ///< 0: a window of its own
+    double scaleFactor = 1.; ///< of the natural size
+    PanelActions actions;
+};
+
+class PanelWindow {
+public:
+    /// Opens the window; null when there is no display or the parent is not a window.
+    [[nodiscard]] static std::unique_ptr<PanelWindow> open(PanelWindowConfig config);
+    ~PanelWindow();
+    PanelWindow(const PanelWindow&) = delete;
+    PanelWindow& operator=(const PanelWindow&) = delete;
+
+    /// Handles what has happened and draws what has changed; false once the window is gone.
+    bool idle();
+
+    /// Tells whether any of the window can be seen.
+    [[nodiscard]] bool isVisible() const noexcept { return mapped_ && viewable_ && !obscured_; }
+
+    /// Resizes the window to the host's wish.
+    void resize(int width, int height);
+
+    [[nodiscard]] Panel& panel() noexcept { return panel_; }
+    [[nodiscard]] Window window() const noexcept { return window_; }
+    [[nodiscard]] int width() const noexcept { return width_; }
+    [[nodiscard]] int height() const noexcept { return height_; }
+
+private:
+    struct CloseDisplay {
+        void operator()(Display* display) const noexcept { XCloseDisplay(display); }
+    };
+    struct DestroySurface {
+        void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
+    };
+    using Surface = std::unique_ptr<cairo_surface_t, DestroySurface>;
+
+    PanelWindow(std::unique_ptr<Display, CloseDisplay> display, PanelActions actions);
+    bool create(Window parent, double scaleFactor);
+    void handle(XEvent& event);
+    void handleOwn(XEvent& event);
+    void handleKey(XKeyEvent& event);
+    void handleButton(const XButtonEvent& event);
+    void takeKeyboard(Time time);
+    void giveKeyboardBack();
+    void followParent(Window parent);
+    void sizeChanged(int width, int height);
+    void checkViewable();
+    void paint();
+    void copyToWindow(const Rect& rect);
+
+    std::unique_ptr<Display, CloseDisplay> display_;
+    Panel panel_;
+    Window window_ = 0;
+    Window parent_ = 0;
+    Window root_ = 0;
+    Window keyboardBefore_ = 0;
+    GC copyContext_ = nullptr;
+    Surface windowSurface_;
+    Surface buffer_; // what the window shows, kept by the server
+    int width_ = 0;
+    int height_ = 0;
+    bool alive_ = false;
+    bool mapped_ = false;
+    bool viewable_ = false;
+    bool obscured_ = true;
+    bool pendingMove_ = false;
+    XMotionEvent lastMove_{};
+    double lastViewableCheck_ = -1.;
+    double lastAdvance_ = -1.;
+};
+
+/// Returns a steady clock's reading, for everything that moves on the panel.
+[[nodiscard]] double steadySeconds() noexcept;
+
+} // namespace tonewright::effect

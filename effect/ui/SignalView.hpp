@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The live part of the panel: spectrum, filter curve and level meters, with their ballistics.
+#pragma once
+
+#include "Layout.hpp"
+#include "effect/dsp/Parameters.hpp"
+#include "effect/dsp/Processor.hpp"
+
+#include <cairo.h>
+
+#include <array>
+
+namespace tonewright::effect {
+
+/// Turns display frames into a calm picture.
+class SignalView {
+public:
+    /// Takes what the plug-in measured.
+    void push(const DisplayFrame& frame) noexcept;
+
+    /// Lets time pass; tells whether the picture has changed since it was last drawn.
+    bool advance(double seconds) noexcept;
+
+    /// Asks for the picture to be drawn again whatever the signal does.
+    void invalidate() noexcept { changed_ = true; }
+
+    void draw(cairo_t* context, const Layout& layout, const ParameterValues& values);
+
+    /// Returns where modulation holds the cutoff; 0 before anything was heard.
+    [[nodiscard]] float cutoffHertz() const noexcept { return frame_.cutoffHertz; }
+
+private:
+    struct Meter {
+        float level = -90.F; // decibels
+        float hold = -90.F;
+        double holdSeconds = 0.;
+
+        void rise(float peak) noexcept;
+        bool fall(double seconds) noexcept;
+    };
+
+    void drawSpectrum(cairo_t* context, const Rect& area, double unit) const;
+    void drawFilterCurve(cairo_t* context, const Rect& area, double unit, const ParameterValues& values) const;
+    void drawCaption(cairo_t* context, const Rect& area, double unit, const ParameterValues& values) const;
+
+    DisplayFrame frame_{};
+    Spectrum bands_ = filled(SpectrumFloorDecibels);
+    std::array<Meter, 2> input_;
+    std::array<Meter, 2> output_;
+    double flash_ = 0.; // of the onset lamp, 1 down to 0
+    double silentSeconds_ = 0.;
+    bool changed_ = true;
+
+    [[nodiscard]] static Spectrum filled(float value) noexcept {
+        Spectrum spectrum;
+        spectrum.fill(value);
+        return spectrum;
+    }
+};
+
+} // namespace tonewright::effect
