@@ -17,18 +17,25 @@ namespace tonewright::effect {
 
 /// Sets flush-to-zero for the life of the object, on the calling thread.
 class FlushDenormals {
-public:
-    FlushDenormals() noexcept : saved_{read()} { write(saved_ | FlushBits); }
+  public:
+    FlushDenormals() noexcept
+        : saved_{read()} {
+        write(saved_ | FlushBits);
+    }
     ~FlushDenormals() { write(saved_); }
     FlushDenormals(const FlushDenormals&) = delete;
     FlushDenormals& operator=(const FlushDenormals&) = delete;
 
-private:
+  private:
 #if defined(__SSE2__)
     using Word = unsigned;
     static constexpr Word FlushBits = 0x8040U; // flush-to-zero and denormals-are-zero
-    static Word read() noexcept { return _mm_getcsr(); }
-    static void write(Word word) noexcept { _mm_setcsr(word); }
+    static Word read() noexcept {
+        return _mm_getcsr();
+    }
+    static void write(Word word) noexcept {
+        _mm_setcsr(word);
+    }
 #elif defined(__aarch64__)
     using Word = std::uint64_t;
     static constexpr Word FlushBits = std::uint64_t{1} << 24U;
@@ -37,11 +44,15 @@ private:
         asm volatile("mrs %0, fpcr" : "=r"(word));
         return word;
     }
-    static void write(Word word) noexcept { asm volatile("msr fpcr, %0" : : "r"(word)); }
+    static void write(Word word) noexcept {
+        asm volatile("msr fpcr, %0" : : "r"(word));
+    }
 #else
     using Word = unsigned;
     static constexpr Word FlushBits = 0;
-    static Word read() noexcept { return 0; }
+    static Word read() noexcept {
+        return 0;
+    }
     static void write(Word) noexcept {}
 #endif
     Word saved_;

@@ -34,7 +34,8 @@ const std::array<float, 2 * K + 2>& sharedCoefficients() noexcept {
 } // namespace
 
 DriveLane::DriveLane() noexcept
-    : coefficients1_{sharedCoefficients<K1>()}, coefficients2_{sharedCoefficients<K2>()} {}
+    : coefficients1_{sharedCoefficients<K1>()}
+    , coefficients2_{sharedCoefficients<K2>()} {}
 
 void DriveLane::reset() noexcept {
     clean_.reset();
@@ -88,7 +89,8 @@ void DriveLane::fourTimes(const float* in, const float* bias, float* out, int n)
     down1_.process(coefficients1_, even.data(), odd.data(), out, n);
 }
 
-void DriveLane::process(DriveSetting setting, const float* in, const float* bias, float* out, int n) noexcept {
+void DriveLane::process(DriveSetting setting, const float* in, const float* bias, float* out,
+                        int n) noexcept {
     if (setting.shape == Shape::Clean) {
         clean_.process(in, out, n);
         return;
@@ -103,8 +105,8 @@ void DriveLane::process(DriveSetting setting, const float* in, const float* bias
 }
 
 Drive::Drive(double sampleRate)
-    : fadeStep_{static_cast<float>(TickFrames / (sampleRate * FadeSeconds))},
-      blockerPole_{static_cast<float>(std::exp(-2. * std::numbers::pi * BlockerHertz / sampleRate))} {
+    : fadeStep_{static_cast<float>(TickFrames / (sampleRate * FadeSeconds))}
+    , blockerPole_{static_cast<float>(std::exp(-2. * std::numbers::pi * BlockerHertz / sampleRate))} {
     // The reference is a sine at -12 dB below full scale, about the level of a played part.
     constexpr float Reference = 0.25F;
     constexpr int Points = 128;

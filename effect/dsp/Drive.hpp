@@ -27,14 +27,14 @@ struct DriveSetting {
 
 /// One channel of one setting: its filters and their memory.
 class DriveLane {
-public:
+  public:
     DriveLane() noexcept;
     void reset() noexcept;
 
     /// Processes n <= TickFrames frames; `bias` is per frame, `out` may be `in`.
     void process(DriveSetting setting, const float* in, const float* bias, float* out, int n) noexcept;
 
-private:
+  private:
     // Stage 1 (base rate to twice) has 63 taps: flat to 20 kHz at 48 kHz, 80 dB down from 28 kHz.
     // Stage 2 (twice to four times) has 23: its signal leaves it far more room.
     static constexpr int K1 = 15;
@@ -63,7 +63,7 @@ private:
 
 /// The stereo stage. A change of curve or oversampling fades between two lanes.
 class Drive {
-public:
+  public:
     explicit Drive(double sampleRate);
 
     /// Forgets all sound and takes the settings at once.
@@ -78,7 +78,7 @@ public:
     /// Returns the gain that brings a moderate sine back to its level behind the curve.
     [[nodiscard]] float makeup(Shape shape, float driveDecibels) const noexcept;
 
-private:
+  private:
     static constexpr int TableSteps = 85; // from -24 dB to 60 dB
 
     struct Lane {

@@ -13,8 +13,9 @@ namespace tonewright::effect {
 
 /// A peak follower whose reading is even to the ear.
 class EnvelopeFollower {
-public:
-    explicit EnvelopeFollower(double sampleRate) noexcept : sampleRate_{sampleRate} {}
+  public:
+    explicit EnvelopeFollower(double sampleRate) noexcept
+        : sampleRate_{sampleRate} {}
 
     void reset() noexcept { level_ = 0.F; }
 
@@ -41,7 +42,7 @@ public:
         return std::clamp((decibels + 48.F) / 48.F, 0.F, 1.F);
     }
 
-private:
+  private:
     [[nodiscard]] float coefficient(float milliseconds) const noexcept {
         return 1.F - std::exp(-1000.F / (milliseconds * static_cast<float>(sampleRate_)));
     }

@@ -34,7 +34,8 @@ template <int K>
         const double offset = 2 * i - Centre;
         const double ideal = std::sin(std::numbers::pi * offset / 2.) / (std::numbers::pi * offset);
         const double place = offset / (Centre + 1.);
-        exact[static_cast<std::size_t>(i)] = ideal * bessel(beta * std::sqrt(1. - place * place)) / bessel(beta);
+        exact[static_cast<std::size_t>(i)] =
+            ideal * bessel(beta * std::sqrt(1. - place * place)) / bessel(beta);
         sum += exact[static_cast<std::size_t>(i)];
     }
     std::array<float, 2 * K + 2> coefficients{};
@@ -46,7 +47,7 @@ template <int K>
 /// Keeps the last samples of a stream in front of the present ones. Max: longest stretch.
 template <int History, int Max>
 class SampleHistory {
-public:
+  public:
     void reset() noexcept { samples_.fill(0.F); }
 
     /// Appends n samples; `at(0)` is then the first of them, `at(-History)` the oldest known.
@@ -55,16 +56,18 @@ public:
     [[nodiscard]] const float* at(int offset) const noexcept { return samples_.data() + History + offset; }
 
     /// Forgets all but the last History samples.
-    void retire(int n) noexcept { std::copy(samples_.data() + n, samples_.data() + n + History, samples_.data()); }
+    void retire(int n) noexcept {
+        std::copy(samples_.data() + n, samples_.data() + n + History, samples_.data());
+    }
 
-private:
+  private:
     std::array<float, static_cast<std::size_t>(History + Max)> samples_{};
 };
 
 /// Delays by a whole number of samples.
 template <int Delay, int Max>
 class FixedDelay {
-public:
+  public:
     void reset() noexcept { history_.reset(); }
 
     void process(const float* in, float* out, int n) noexcept {
@@ -73,14 +76,15 @@ public:
         history_.retire(n);
     }
 
-private:
+  private:
     SampleHistory<Delay, Max> history_;
 };
 
 /// Convolves with the symmetric even-position coefficients.
 template <int K, int Max>
-void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history, const std::array<float, 2 * K + 2>& coefficients,
-                       float gain, float* out, int n) noexcept {
+void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history,
+                       const std::array<float, 2 * K + 2>& coefficients, float gain, float* out,
+                       int n) noexcept {
     constexpr int Last = 2 * K + 1;
     std::array<float, Max> sum{};
     for (int i = 0; i <= K; ++i) {
@@ -97,7 +101,7 @@ void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history, const std::
 /// Doubles the rate; gives the two phases of the result. Max: longest stretch of input.
 template <int K, int Max>
 class HalfbandUp {
-public:
+  public:
     using Coefficients = std::array<float, 2 * K + 2>;
 
     void reset() noexcept { history_.reset(); }
@@ -109,14 +113,14 @@ public:
         history_.retire(n);
     }
 
-private:
+  private:
     SampleHistory<2 * K + 1, Max> history_;
 };
 
 /// Halves the rate of a stream given as its two phases. Max: longest stretch of output.
 template <int K, int Max>
 class HalfbandDown {
-public:
+  public:
     using Coefficients = std::array<float, 2 * K + 2>;
 
     void reset() noexcept {
@@ -124,7 +128,8 @@ public:
         odd_.reset();
     }
 
-    void process(const Coefficients& coefficients, const float* even, const float* odd, float* out, int n) noexcept {
+    void process(const Coefficients& coefficients, const float* even, const float* odd, float* out,
+                 int n) noexcept {
         even_.push(even, n);
         odd_.push(odd, n);
         convolveSymmetric<K, Max>(even_, coefficients, 1.F, out, n);
@@ -136,7 +141,7 @@ public:
         odd_.retire(n);
     }
 
-private:
+  private:
     SampleHistory<2 * K + 1, Max> even_;
     SampleHistory<K + 1, Max> odd_;
 };

@@ -13,7 +13,7 @@ namespace tonewright::effect {
 
 /// Detects onsets in a stereo stream.
 class OnsetDetector {
-public:
+  public:
     explicit OnsetDetector(double sampleRate) noexcept;
 
     void reset() noexcept;
@@ -25,7 +25,7 @@ public:
     /// frame (about 5 ms after it began: its strength is the peak of that time).
     [[nodiscard]] std::uint8_t push(float left, float right) noexcept;
 
-private:
+  private:
     [[nodiscard]] std::uint8_t endHop() noexcept;
 
     int hopFrames_;

@@ -21,7 +21,7 @@ struct OutgoingMidi {
 
 /// Collects one block's messages. The limit of one block is far above what its onsets can need.
 class MidiOutbox {
-public:
+  public:
     static constexpr std::size_t Capacity = 128;
 
     /// Empties the box and says how many messages the host's buffer can take.
@@ -40,9 +40,11 @@ public:
         return true;
     }
 
-    [[nodiscard]] std::span<const OutgoingMidi> messages() const noexcept { return {messages_.data(), count_}; }
+    [[nodiscard]] std::span<const OutgoingMidi> messages() const noexcept {
+        return {messages_.data(), count_};
+    }
 
-private:
+  private:
     std::array<OutgoingMidi, Capacity> messages_{};
     std::size_t count_ = 0;
     std::size_t room_ = 0;
@@ -50,7 +52,7 @@ private:
 
 /// Keeps the one note that sounds.
 class OnsetNotes {
-public:
+  public:
     void reset() noexcept { sounding_ = -1; }
 
     /// Begins a note; an onset for which there is no room is passed over.
@@ -82,7 +84,7 @@ public:
         framesLeft_ = sounding_ >= 0 ? 0 : framesLeft_;
     }
 
-private:
+  private:
     int sounding_ = -1;
     int framesLeft_ = 0;
 };

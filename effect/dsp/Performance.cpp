@@ -119,7 +119,8 @@ void Performance::removeFromStack(std::uint8_t note) noexcept {
 
 void Performance::releaseSustained() noexcept {
     auto* const end = stack_.data() + stackSize_;
-    auto* const kept = std::remove_if(stack_.data(), end, [this](std::uint8_t note) { return !keyDown_[note]; });
+    auto* const kept =
+        std::remove_if(stack_.data(), end, [this](std::uint8_t note) { return !keyDown_[note]; });
     stackSize_ = static_cast<std::size_t>(kept - stack_.data());
     retune();
 }

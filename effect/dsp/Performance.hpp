@@ -20,7 +20,7 @@ struct PerformanceSnapshot {
 
 /// Follows MIDI messages.
 class Performance {
-public:
+  public:
     static constexpr std::size_t ChordSize = 4;
 
     /// Takes one complete message; ignores what it has no use for and whatever is malformed.
@@ -37,17 +37,19 @@ public:
     [[nodiscard]] int tuningNote() const noexcept { return chordCount_ == 0 ? -1 : chord_[0]; }
 
     /// Returns the notes of the tuning chord, latest first; kept after release.
-    [[nodiscard]] std::span<const std::uint8_t> chord() const noexcept { return {chord_.data(), chordCount_}; }
+    [[nodiscard]] std::span<const std::uint8_t> chord() const noexcept {
+        return {chord_.data(), chordCount_};
+    }
 
     /// Returns the latest note that is still held; -1 when none is.
     [[nodiscard]] int heldNote() const noexcept { return stackSize_ == 0 ? -1 : stack_[stackSize_ - 1]; }
 
-    [[nodiscard]] float velocity() const noexcept { return velocity_; }     ///< -1..1, 0 before the first note
-    [[nodiscard]] float bendSemitones() const noexcept { return bend_; }    ///< -2..2
-    [[nodiscard]] float modWheel() const noexcept { return modWheel_; }     ///< 0..1, controller 1
-    [[nodiscard]] float breath() const noexcept { return breath_; }         ///< 0..1, controller 2
-    [[nodiscard]] float resonance() const noexcept { return resonance_; }   ///< -1..1, controller 71
-    [[nodiscard]] float decay() const noexcept { return decay_; }           ///< -1..1, controller 72
+    [[nodiscard]] float velocity() const noexcept { return velocity_; }   ///< -1..1, 0 before the first note
+    [[nodiscard]] float bendSemitones() const noexcept { return bend_; }  ///< -2..2
+    [[nodiscard]] float modWheel() const noexcept { return modWheel_; }   ///< 0..1, controller 1
+    [[nodiscard]] float breath() const noexcept { return breath_; }       ///< 0..1, controller 2
+    [[nodiscard]] float resonance() const noexcept { return resonance_; } ///< -1..1, controller 71
+    [[nodiscard]] float decay() const noexcept { return decay_; }         ///< -1..1, controller 72
     [[nodiscard]] float brightness() const noexcept { return brightness_; } ///< -1..1, controller 74
 
     /// Tells once that all sound is to end (controller 120).
@@ -56,7 +58,7 @@ public:
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept;
     void restore(const PerformanceSnapshot& snapshot) noexcept;
 
-private:
+  private:
     void noteOn(std::uint8_t note, std::uint8_t velocity) noexcept;
     void noteOff(std::uint8_t note) noexcept;
     void controller(std::uint8_t number, std::uint8_t value) noexcept;

@@ -29,8 +29,8 @@ ParameterValues with(std::initializer_list<std::pair<Parameter, float>> changes)
 
 const std::array<Preset, 10>& presets() noexcept {
     static const std::array<Preset, 10> list{{
-        {"tonewright", "Tonewright", "The starting point: warm drive, a low pass that opens with the playing.",
-         defaultValues()},
+        {"tonewright", "Tonewright",
+         "The starting point: warm drive, a low pass that opens with the playing.", defaultValues()},
         {"tape-hearth", "Tape Hearth", "Gentle saturation and a rounded top, for whole mixes.",
          with({{P::Drive, 9.F},
                {P::Shape, choice(Shape::Warm)},
@@ -41,7 +41,8 @@ const std::array<Preset, 10>& presets() noexcept {
                {P::EnvelopeToCutoff, 6.F},
                {P::ResonatorMix, 0.F},
                {P::Mix, 85.F}})},
-        {"finger-wah", "Finger Wah", "A band pass that opens with every stroke; for bass, clavinet and guitar.",
+        {"finger-wah", "Finger Wah",
+         "A band pass that opens with every stroke; for bass, clavinet and guitar.",
          with({{P::Drive, 12.F},
                {P::Shape, choice(Shape::Tube)},
                {P::FilterMode, choice(FilterMode::BandPass)},

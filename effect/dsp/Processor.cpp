@@ -51,10 +51,16 @@ float ceiling(float x) noexcept {
 } // namespace
 
 Processor::Processor(double sampleRate)
-    : sampleRate_{sampleRate}, envelope_{sampleRate}, detector_{sampleRate}, drive_{sampleRate},
-      filter_{sampleRate}, bank_{sampleRate}, smoothing_{tickCoefficient(sampleRate, SmoothingSeconds)},
-      enabledStep_{static_cast<float>(TickFrames / (sampleRate * BypassSeconds))},
-      bankGateCoefficient_{tickCoefficient(sampleRate, BankGateSeconds)}, analyser_{sampleRate} {
+    : sampleRate_{sampleRate}
+    , envelope_{sampleRate}
+    , detector_{sampleRate}
+    , drive_{sampleRate}
+    , filter_{sampleRate}
+    , bank_{sampleRate}
+    , smoothing_{tickCoefficient(sampleRate, SmoothingSeconds)}
+    , enabledStep_{static_cast<float>(TickFrames / (sampleRate * BypassSeconds))}
+    , bankGateCoefficient_{tickCoefficient(sampleRate, BankGateSeconds)}
+    , analyser_{sampleRate} {
     setParameters(defaultValues());
     reset();
 }
@@ -115,16 +121,17 @@ void Processor::setParameters(const ParameterValues& values) noexcept {
 
 void Processor::aimSmoothers() noexcept {
     const int played = performance_.tuningNote();
-    const float tracked = played < 0 ? performance_.bendSemitones()
-                                     : static_cast<float>(played) + performance_.bendSemitones() - TrackingCentre;
+    const float tracked = played < 0
+                              ? performance_.bendSemitones()
+                              : static_cast<float>(played) + performance_.bendSemitones() - TrackingCentre;
     smooth_[DriveDecibels].target = value(Parameter::Drive) + BreathDecibels * performance_.breath() +
                                     VelocityDecibels * performance_.velocity();
     smooth_[Bias].target = value(Parameter::Bias) / 100.F;
     smooth_[EnvelopeDrive].target = value(Parameter::EnvelopeToDrive);
-    smooth_[CutoffNote].target = noteOf(value(Parameter::Cutoff)) + value(Parameter::KeyTrack) / 100.F * tracked +
-                                 ModWheelSemitones * performance_.modWheel() +
-                                 BrightnessSemitones * performance_.brightness() +
-                                 VelocitySemitones * performance_.velocity();
+    smooth_[CutoffNote].target =
+        noteOf(value(Parameter::Cutoff)) + value(Parameter::KeyTrack) / 100.F * tracked +
+        ModWheelSemitones * performance_.modWheel() + BrightnessSemitones * performance_.brightness() +
+        VelocitySemitones * performance_.velocity();
     smooth_[Resonance].target =
         std::clamp(value(Parameter::Resonance) / 100.F + ResonanceReach * performance_.resonance(), 0.F, 1.F);
     smooth_[EnvelopeCutoff].target = value(Parameter::EnvelopeToCutoff);
@@ -151,7 +158,8 @@ void Processor::resetSound() noexcept {
     drive_.reset({static_cast<Shape>(value(Parameter::Shape)),
                   static_cast<Oversampling>(value(Parameter::Oversampling))},
                  smooth_[DriveDecibels].value, smooth_[Bias].value);
-    filter_.reset(static_cast<FilterMode>(value(Parameter::FilterMode)), cutoffHertz_, smooth_[Resonance].value);
+    filter_.reset(static_cast<FilterMode>(value(Parameter::FilterMode)), cutoffHertz_,
+                  smooth_[Resonance].value);
     bank_.reset(resonatorSetting());
 }
 
@@ -203,8 +211,8 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
         if (tickPhase_ == 0) {
             beginTick();
         }
-        const auto n = static_cast<int>(
-            std::min(frames - done, static_cast<std::uint32_t>(TickFrames - tickPhase_)));
+        const auto n =
+            static_cast<int>(std::min(frames - done, static_cast<std::uint32_t>(TickFrames - tickPhase_)));
         segment(inLeft + done, inRight + done, outLeft + done, outRight + done, n, firstFrame + done, outbox);
         tickPhase_ = (tickPhase_ + n) % TickFrames;
         done += static_cast<std::uint32_t>(n);

@@ -39,7 +39,7 @@ struct DisplayFrame {
 
 /// Processes stereo sound at one sample rate.
 class Processor {
-public:
+  public:
     explicit Processor(double sampleRate);
 
     /// Ends all sound and all held notes; the tuning by earlier notes stays.
@@ -54,8 +54,8 @@ public:
 
     /// Processes a stretch of a block. Outputs may be the inputs, in any order. `firstFrame`:
     /// where in the block the stretch begins, for the frames of messages.
-    void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, std::uint32_t frames,
-                 std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
+    void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
+                 std::uint32_t frames, std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
 
     /// Returns by how many frames the output is late; the same whatever the controls say.
     [[nodiscard]] static constexpr int latencyFrames() noexcept { return DriveLatencyFrames; }
@@ -69,7 +69,7 @@ public:
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return performance_.snapshot(); }
     void restore(const PerformanceSnapshot& snapshot) noexcept;
 
-private:
+  private:
     // What a tick works with; the smoothed part of the controls.
     enum Smooth : std::size_t {
         DriveDecibels,
@@ -97,8 +97,8 @@ private:
     void listen(const TickBuffer& left, const TickBuffer& right, int n, std::uint32_t firstFrame,
                 MidiOutbox& outbox) noexcept;
     void wetPath(TickBuffer& left, TickBuffer& right, int n) noexcept;
-    void meter(const TickBuffer& inLeft, const TickBuffer& inRight, const float* outLeft, const float* outRight,
-               int n) noexcept;
+    void meter(const TickBuffer& inLeft, const TickBuffer& inRight, const float* outLeft,
+               const float* outRight, int n) noexcept;
 
     double sampleRate_;
     ParameterValues raw_{};    // as the host gave them

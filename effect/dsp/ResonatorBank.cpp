@@ -39,7 +39,8 @@ float hertzOf(float note) noexcept {
 }
 
 // Third-order Lagrange interpolation; its gain never exceeds one, so a loop through it stays stable.
-float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t write, float delay) noexcept {
+float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t write,
+                   float delay) noexcept {
     const auto whole = static_cast<std::size_t>(delay);
     const float t = delay - static_cast<float>(whole);
     const float a = line[(write - whole + 1) & mask];
@@ -54,7 +55,8 @@ float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t
 
 } // namespace
 
-ResonatorBank::ResonatorBank(double sampleRate) : sampleRate_{static_cast<float>(sampleRate)} {
+ResonatorBank::ResonatorBank(double sampleRate)
+    : sampleRate_{static_cast<float>(sampleRate)} {
     const auto needed = static_cast<std::size_t>(sampleRate / static_cast<double>(LowestHertz)) + 8;
     const std::size_t size = std::bit_ceil(needed);
     mask_ = size - 1;
@@ -74,7 +76,8 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
         return static_cast<float>(setting.chord[voice % count]) + octave + VoiceDetune[voice];
     }
     const auto& detune = setting.voicing == Voicing::Unison ? UnisonDetune : VoiceDetune;
-    return setting.rootNote + VoicingIntervals[static_cast<std::size_t>(setting.voicing)][voice] + detune[voice];
+    return setting.rootNote + VoicingIntervals[static_cast<std::size_t>(setting.voicing)][voice] +
+           detune[voice];
 }
 
 float ResonatorBank::delayFor(float note) const noexcept {
@@ -155,8 +158,8 @@ void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
 void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
     updateDamping(setting.damping);
     // A third of the time as time constant: after the whole of it 95 % of the way is gone.
-    const float glide =
-        tickCoefficient(static_cast<double>(sampleRate_), static_cast<double>(setting.glideMilliseconds) / 3000.);
+    const float glide = tickCoefficient(static_cast<double>(sampleRate_),
+                                        static_cast<double>(setting.glideMilliseconds) / 3000.);
     for (std::size_t v = 0; v < VoiceCount; ++v) {
         Voice& voice = voices_[v];
         voice.target = targetNote(setting, v);
@@ -182,7 +185,8 @@ void ResonatorBank::process(const float* inLeft, const float* inRight, float* ou
             for (int i = 0; i < n; ++i) {
                 const float heard = interpolated(string.line, mask_, string.write, string.delayRamp.next());
                 string.lowpass = heard + lowpassPole_ * (string.lowpass - heard);
-                string.line[string.write] = in[c][i] * string.level.next() + string.feedback.next() * string.lowpass;
+                string.line[string.write] =
+                    in[c][i] * string.level.next() + string.feedback.next() * string.lowpass;
                 string.write = (string.write + 1) & mask_;
                 sum[static_cast<std::size_t>(i)] += string.lowpass;
             }

@@ -18,18 +18,18 @@ namespace tonewright::effect {
 
 /// What the bank is to sound like.
 struct ResonatorSetting {
-    float rootNote = 48.F;                   ///< MIDI note, fractions allowed
+    float rootNote = 48.F; ///< MIDI note, fractions allowed
     Voicing voicing = Voicing::Unison;
-    std::span<const std::uint8_t> chord;     ///< held notes for Voicing::HeldChord, latest first
+    std::span<const std::uint8_t> chord; ///< held notes for Voicing::HeldChord, latest first
     float bendSemitones = 0.F;
-    float decaySeconds = 1.F;                ///< time to fall by 60 dB
-    float damping = 0.F;                     ///< 0..1
+    float decaySeconds = 1.F; ///< time to fall by 60 dB
+    float damping = 0.F;      ///< 0..1
     float glideMilliseconds = 0.F;
 };
 
 /// The resonators of both channels.
 class ResonatorBank {
-public:
+  public:
     static constexpr std::size_t VoiceCount = 4;
 
     explicit ResonatorBank(double sampleRate);
@@ -46,12 +46,12 @@ public:
     /// Excites the bank by n <= TickFrames frames and gives its sound alone.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, int n) noexcept;
 
-private:
+  private:
     struct String {
         std::vector<float> line;
         std::size_t write = 0;
         float lowpass = 0.F;
-        float delay = 0.F; // where the delay is at the end of the tick, in frames
+        float delay = 0.F;      // where the delay is at the end of the tick, in frames
         float aimedNote = -1.F; // what delay, feedback and level were last worked out for
         float aimedDecay = -1.F;
         float aimedPole = -1.F;

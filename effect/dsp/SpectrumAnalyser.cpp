@@ -22,7 +22,8 @@ float spectrumBandHertz(std::size_t band) noexcept {
     return std::sqrt(edgeHertz(band) * edgeHertz(band + 1));
 }
 
-SpectrumAnalyser::SpectrumAnalyser(double sampleRate) : sampleRate_{static_cast<float>(sampleRate)} {
+SpectrumAnalyser::SpectrumAnalyser(double sampleRate)
+    : sampleRate_{static_cast<float>(sampleRate)} {
     // About 43 ms whatever the rate.
     const std::size_t size = std::bit_ceil(static_cast<std::size_t>(sampleRate / 30.));
     ring_.assign(size, 0.F);

@@ -24,7 +24,7 @@ using Spectrum = std::array<float, SpectrumBands>;
 
 /// Keeps the last moments of a signal and analyses them on demand.
 class SpectrumAnalyser {
-public:
+  public:
     explicit SpectrumAnalyser(double sampleRate);
 
     void reset() noexcept;
@@ -37,7 +37,7 @@ public:
     /// Measures the bands in decibels; a full-scale sine reads 0.
     void analyse(Spectrum& bands) noexcept;
 
-private:
+  private:
     void transform() noexcept;
 
     float sampleRate_;

@@ -23,8 +23,9 @@ float levelOf(float resonance) noexcept {
 } // namespace
 
 StateVariableFilter::StateVariableFilter(double sampleRate) noexcept
-    : sampleRate_{sampleRate}, highestCutoff_{static_cast<float>(std::min(20000., 0.45 * sampleRate))},
-      modeCoefficient_{tickCoefficient(sampleRate, 0.006)} {}
+    : sampleRate_{sampleRate}
+    , highestCutoff_{static_cast<float>(std::min(20000., 0.45 * sampleRate))}
+    , modeCoefficient_{tickCoefficient(sampleRate, 0.006)} {}
 
 StateVariableFilter::Response StateVariableFilter::responseOf(FilterMode mode) noexcept {
     constexpr Shares Through{1.F, 0.F, 0.F, 0.F};
@@ -56,7 +57,8 @@ float StateVariableFilter::dampingOf(float resonance) noexcept {
 }
 
 float StateVariableFilter::tangentOf(float cutoffHertz) const noexcept {
-    const double inside = std::clamp(static_cast<double>(cutoffHertz), 5., static_cast<double>(highestCutoff_));
+    const double inside =
+        std::clamp(static_cast<double>(cutoffHertz), 5., static_cast<double>(highestCutoff_));
     return static_cast<float>(std::tan(std::numbers::pi * inside / sampleRate_));
 }
 
@@ -106,7 +108,8 @@ void StateVariableFilter::process(float* left, float* right, int n) noexcept {
         sections_[1] = {};
     }
     const std::array<float*, 2> channels{left, right};
-    const auto section = [](Section& s, std::size_t c, float g, float k, float a, const Shares& shares, float in) {
+    const auto section = [](Section& s, std::size_t c, float g, float k, float a, const Shares& shares,
+                            float in) {
         // Trapezoidal integration without a unit delay; the two states are the integrators'.
         const float high = (in - (g + k) * s.state1[c] - s.state2[c]) * a;
         const float band = g * high + s.state1[c];
@@ -138,11 +141,13 @@ void StateVariableFilter::process(float* left, float* right, int n) noexcept {
     }
 }
 
-float StateVariableFilter::magnitude(FilterMode mode, float cutoffHertz, float resonance, float hertz) noexcept {
+float StateVariableFilter::magnitude(FilterMode mode, float cutoffHertz, float resonance,
+                                     float hertz) noexcept {
     const std::complex<float> s{0.F, hertz / std::max(cutoffHertz, 1.F)};
     const auto gain = [&s](const Shares& shares, float k) {
         const std::complex<float> denominator = s * s + k * s + 1.F;
-        return std::abs(shares[Input] + (shares[Low] + shares[Band] * k * s + shares[High] * s * s) / denominator);
+        return std::abs(shares[Input] +
+                        (shares[Low] + shares[Band] * k * s + shares[High] * s * s) / denominator);
     };
     const Response response = responseOf(mode);
     const float scale = mode == FilterMode::Off ? 1.F : levelOf(resonance);

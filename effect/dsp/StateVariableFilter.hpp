@@ -16,7 +16,7 @@ namespace tonewright::effect {
 
 /// The filter stage of both channels.
 class StateVariableFilter {
-public:
+  public:
     explicit StateVariableFilter(double sampleRate) noexcept;
 
     /// Forgets all sound and takes the settings at once. `resonance` 0..1.
@@ -32,9 +32,10 @@ public:
     [[nodiscard]] float highestCutoff() const noexcept { return highestCutoff_; }
 
     /// Returns the gain of a mode at a frequency, for drawing: analog prototype, linear scale.
-    [[nodiscard]] static float magnitude(FilterMode mode, float cutoffHertz, float resonance, float hertz) noexcept;
+    [[nodiscard]] static float magnitude(FilterMode mode, float cutoffHertz, float resonance,
+                                         float hertz) noexcept;
 
-private:
+  private:
     // Shares of a section's input and its three outputs.
     enum Share : std::size_t { Input, Low, Band, High, ShareCount };
     using Shares = std::array<float, ShareCount>;

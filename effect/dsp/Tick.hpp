@@ -38,7 +38,7 @@ struct Smoothed {
 
 /// Moves in a straight line through one tick.
 class Ramp {
-public:
+  public:
     void snap(float to) noexcept {
         now_ = end_ = to;
         step_ = 0.F;
@@ -63,7 +63,7 @@ public:
     /// Tells whether the value stays exactly the same for the rest of the tick.
     [[nodiscard]] bool restsAt(float value) const noexcept { return step_ == 0.F && now_ == value; }
 
-private:
+  private:
     float now_ = 0.F;
     float end_ = 0.F;
     float step_ = 0.F;

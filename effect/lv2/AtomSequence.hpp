@@ -40,9 +40,10 @@ void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
 
 /// Fills an output port's sequence. An event is written whole or not at all.
 class AtomSequenceWriter {
-public:
+  public:
     /// `buffer` holds, as the host left it, its capacity in the size field.
-    AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept : sequence_{buffer} {
+    AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept
+        : sequence_{buffer} {
         capacity_ = sequence_ == nullptr ? 0 : sequence_->atom.size;
         if (capacity_ < sizeof(LV2_Atom_Sequence)) {
             sequence_ = nullptr;
@@ -59,7 +60,8 @@ public:
         }
         // Hosts differ on whether the capacity counts the header: count it.
         const std::size_t used = sizeof(LV2_Atom) + sequence_->atom.size;
-        return used >= capacity_ ? 0 : (capacity_ - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
+        return used >= capacity_ ? 0
+                                 : (capacity_ - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
     }
 
     /// Appends an event; frames must not decrease.
@@ -78,7 +80,7 @@ public:
         return true;
     }
 
-private:
+  private:
     LV2_Atom_Sequence* sequence_;
     std::size_t capacity_ = 0;
 };

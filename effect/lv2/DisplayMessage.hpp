@@ -36,8 +36,9 @@ struct DisplayUrids {
 
     [[nodiscard]] static DisplayUrids mapped(const LV2_URID_Map& map) {
         const auto of = [&map](const char* uri) { return map.map(map.handle, uri); };
-        return {of(LV2_ATOM__Float),  of(LV2_ATOM__Object), of(LV2_ATOM__Vector), of(LV2_ATOM__eventTransfer),
-                of(DisplayRequestUri), of(DisplayFrameUri), of(LevelsUri),        of(SpectrumUri)};
+        return {
+            of(LV2_ATOM__Float),   of(LV2_ATOM__Object), of(LV2_ATOM__Vector), of(LV2_ATOM__eventTransfer),
+            of(DisplayRequestUri), of(DisplayFrameUri),  of(LevelsUri),        of(SpectrumUri)};
     }
 };
 
@@ -71,7 +72,8 @@ struct DisplayMessage {
 
     [[nodiscard]] static DisplayMessage of(const DisplayFrame& frame, const DisplayUrids& urids) noexcept {
         DisplayMessage message;
-        message.atom = {static_cast<std::uint32_t>(sizeof(DisplayMessage) - sizeof(LV2_Atom)), urids.atomObject};
+        message.atom = {static_cast<std::uint32_t>(sizeof(DisplayMessage) - sizeof(LV2_Atom)),
+                        urids.atomObject};
         message.object = {0, urids.displayFrame};
         message.levels.describe(urids.levels, urids);
         message.levels.data = {frame.inputPeaks[0],  frame.inputPeaks[1], frame.outputPeaks[0],
@@ -90,7 +92,8 @@ struct DisplayMessage {
             return std::nullopt;
         }
         std::memcpy(&message, atom, sizeof(DisplayMessage));
-        if (message.atom.type != urids.atomObject || message.atom.size != sizeof(DisplayMessage) - sizeof(LV2_Atom) ||
+        if (message.atom.type != urids.atomObject ||
+            message.atom.size != sizeof(DisplayMessage) - sizeof(LV2_Atom) ||
             message.object.otype != urids.displayFrame || !message.levels.is(urids.levels, urids) ||
             !message.spectrum.is(urids.spectrum, urids)) {
             return std::nullopt;

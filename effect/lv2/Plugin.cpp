@@ -44,13 +44,16 @@ PerformanceSnapshot unpacked(std::uint64_t word) noexcept {
 } // namespace
 
 Plugin::Plugin(double sampleRate, const LV2_URID_Map* map)
-    : sampleRate_{sampleRate}, hasUrids_{map != nullptr}, processor_{sampleRate}, values_{defaultValues()},
-      savedPerformance_{packed({})} {
+    : sampleRate_{sampleRate}
+    , hasUrids_{map != nullptr}
+    , processor_{sampleRate}
+    , values_{defaultValues()}
+    , savedPerformance_{packed({})} {
     if (map != nullptr) {
         const auto of = [map](const char* uri) { return map->map(map->handle, uri); };
-        urids_ = {of(LV2_ATOM__Float),  of(LV2_ATOM__Int),       of(LV2_ATOM__Object), of(LV2_ATOM__Sequence),
-                  of(LV2_ATOM__Vector), of(LV2_MIDI__MidiEvent), of(TuningUri),        of(ModWheelUri),
-                  DisplayUrids::mapped(*map)};
+        urids_ = {of(LV2_ATOM__Float),    of(LV2_ATOM__Int),    of(LV2_ATOM__Object),
+                  of(LV2_ATOM__Sequence), of(LV2_ATOM__Vector), of(LV2_MIDI__MidiEvent),
+                  of(TuningUri),          of(ModWheelUri),      DisplayUrids::mapped(*map)};
     }
 }
 
@@ -113,8 +116,9 @@ void Plugin::run(std::uint32_t frames) noexcept {
 }
 
 void Plugin::processBlock(std::uint32_t frames) noexcept {
-    const bool hasSound = std::all_of(inputs_.begin(), inputs_.end(), [](const float* p) { return p != nullptr; }) &&
-                          std::all_of(outputs_.begin(), outputs_.end(), [](const float* p) { return p != nullptr; });
+    const bool hasSound =
+        std::all_of(inputs_.begin(), inputs_.end(), [](const float* p) { return p != nullptr; }) &&
+        std::all_of(outputs_.begin(), outputs_.end(), [](const float* p) { return p != nullptr; });
     std::uint32_t done = 0;
     const auto processUpTo = [&](std::uint32_t end) {
         if (hasSound && end > done) {
@@ -175,7 +179,8 @@ LV2_State_Status Plugin::save(LV2_State_Store_Function store, LV2_State_Handle h
     const PerformanceSnapshot snapshot = unpacked(savedPerformance_.load(std::memory_order_relaxed));
     const StoredNotes notes{{sizeof(std::int32_t), urids_.atomInt}, snapshot.notes};
     constexpr std::uint32_t Flags = LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE;
-    const LV2_State_Status first = store(handle, urids_.tuning, &notes, sizeof(notes), urids_.atomVector, Flags);
+    const LV2_State_Status first =
+        store(handle, urids_.tuning, &notes, sizeof(notes), urids_.atomVector, Flags);
     const LV2_State_Status second =
         store(handle, urids_.modWheel, &snapshot.modWheel, sizeof(float), urids_.atomFloat, Flags);
     return first == LV2_STATE_SUCCESS ? second : first;

@@ -22,7 +22,7 @@ namespace tonewright::effect {
 
 /// One instance. Without the host's URID map it still processes sound, but hears no messages.
 class Plugin {
-public:
+  public:
     Plugin(double sampleRate, const LV2_URID_Map* map);
 
     void connect(std::uint32_t port, void* data) noexcept;
@@ -32,7 +32,7 @@ public:
     LV2_State_Status save(LV2_State_Store_Function store, LV2_State_Handle handle) const noexcept;
     LV2_State_Status restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle) noexcept;
 
-private:
+  private:
     struct Urids {
         LV2_URID atomFloat = 0;
         LV2_URID atomInt = 0;

@@ -6,7 +6,8 @@
 
 namespace tonewright::effect {
 
-#define TONEWRIGHT_URI "https://tonewright.example/lv2/tonewright" // a macro, to be joined with literals below
+#define TONEWRIGHT_URI                                                                                       \
+    "https://tonewright.example/lv2/tonewright" // a macro, to be joined with literals below
 
 inline constexpr char PluginUri[] = TONEWRIGHT_URI;
 inline constexpr char PanelUri[] = TONEWRIGHT_URI "#ui";

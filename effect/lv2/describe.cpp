@@ -162,35 +162,36 @@ void writePlugin(std::ostream& out) {
     lv2:microVersion 2 ;
     lv2:optionalFeature lv2:hardRTCapable , urid:map ;
     lv2:extensionData state:interface ;
-    ui:ui )" << iri(PanelUri)
-        << " ;\n    pg:mainInput this:in ;\n    pg:mainOutput this:out ;\n    lv2:port ";
+    ui:ui )"
+        << iri(PanelUri) << " ;\n    pg:mainInput this:in ;\n    pg:mainOutput this:out ;\n    lv2:port ";
     const auto audio = [&out](std::uint32_t index, std::string_view direction, std::string_view symbol,
                               std::string_view name, std::string_view group, std::string_view side) {
         out << (index == 0 ? "" : " , ") << "[\n        a lv2:" << direction
-            << "Port , lv2:AudioPort ;\n        lv2:index " << index << " ;\n        lv2:symbol " << quoted(symbol)
-            << " ;\n        lv2:name " << quoted(name) << " ;\n        pg:group " << group
+            << "Port , lv2:AudioPort ;\n        lv2:index " << index << " ;\n        lv2:symbol "
+            << quoted(symbol) << " ;\n        lv2:name " << quoted(name) << " ;\n        pg:group " << group
             << " ;\n        lv2:designation pg:" << side << "\n    ]";
     };
     audio(InputLeft, "Input", "in_left", "In Left", "this:in", "left");
     audio(InputRight, "Input", "in_right", "In Right", "this:in", "right");
     audio(OutputLeft, "Output", "out_left", "Out Left", "this:out", "left");
     audio(OutputRight, "Output", "out_right", "Out Right", "this:out", "right");
-    out << " , [\n        a lv2:InputPort , atom:AtomPort ;\n        lv2:index " << Control
-        << R"( ;
+    out << " , [\n        a lv2:InputPort , atom:AtomPort ;\n        lv2:index " << Control << R"( ;
         lv2:symbol "control" ;
         lv2:name "Control" ;
         lv2:designation lv2:control ;
         lv2:portProperty lv2:connectionOptional ;
         atom:bufferType atom:Sequence ;
         atom:supports midi:MidiEvent , )"
-        << "this:DisplayRequest" << " ;\n        rsz:minimumSize 8192\n    ] , [\n"
+        << "this:DisplayRequest"
+        << " ;\n        rsz:minimumSize 8192\n    ] , [\n"
         << "        a lv2:OutputPort , atom:AtomPort ;\n        lv2:index " << Notify << R"( ;
         lv2:symbol "notify" ;
         lv2:name "Notify" ;
         lv2:portProperty lv2:connectionOptional ;
         atom:bufferType atom:Sequence ;
         atom:supports midi:MidiEvent , )"
-        << "this:DisplayFrame" << " ;\n        rsz:minimumSize 8192\n    ] , [\n"
+        << "this:DisplayFrame"
+        << " ;\n        rsz:minimumSize 8192\n    ] , [\n"
         << "        a lv2:OutputPort , lv2:ControlPort ;\n        lv2:index " << Latency << R"( ;
         lv2:symbol "latency" ;
         lv2:name "Latency" ;
@@ -228,7 +229,8 @@ this:DisplayFrame
     rdfs:label "Display frame" ;
     rdfs:comment "Levels and spectrum for the panel, about thirty a second while requests come." .
 
-)" << iri(PanelUri) << R"(
+)" << iri(PanelUri)
+        << R"(
     a ui:X11UI ;
     lv2:optionalFeature ui:parent , ui:resize , ui:touch , ui:idleInterface , urid:map , opts:options ;
     opts:supportedOption ui:scaleFactor ;
@@ -246,8 +248,8 @@ void writePresets(std::ostream& out) {
     out << Prefixes;
     for (const Preset& preset : factoryPresets()) {
         out << presetIri(preset) << "\n    a pset:Preset ;\n    lv2:appliesTo " << iri(PluginUri)
-            << " ;\n    rdfs:label " << quoted(preset.name) << " ;\n    rdfs:comment " << quoted(preset.comment)
-            << " ;\n    lv2:port ";
+            << " ;\n    rdfs:label " << quoted(preset.name) << " ;\n    rdfs:comment "
+            << quoted(preset.comment) << " ;\n    lv2:port ";
         bool first = true;
         for (std::size_t i = 0; i < ParameterCount; ++i) {
             if (i == index(Parameter::Enabled)) {
@@ -269,13 +271,17 @@ void writeVocabulary(std::ostream& out) {
     const auto property = [&out](std::string_view name, std::string_view label, std::string_view range,
                                  std::string_view comment) {
         out << "\ntw:" << name << "\n    a rdf:Property , owl:DatatypeProperty , owl:FunctionalProperty ;\n"
-            << "    rdfs:domain lv2:Plugin ;\n    rdfs:range xsd:" << range << " ;\n    rdfs:label " << quoted(label)
-            << " ;\n    rdfs:comment " << quoted(comment) << " .\n";
+            << "    rdfs:domain lv2:Plugin ;\n    rdfs:range xsd:" << range << " ;\n    rdfs:label "
+            << quoted(label) << " ;\n    rdfs:comment " << quoted(comment) << " .\n";
     };
-    property("componentType", "component type", "string", "What kind of component it is: four ASCII characters.");
-    property("componentSubType", "component subtype", "string", "Which one of its maker's: four ASCII characters.");
-    property("componentManufacturer", "component manufacturer", "string", "Its maker: four ASCII characters.");
-    property("componentFlags", "component flags", "integer", "A word of flags; 2 says it is safe in a sandbox.");
+    property("componentType", "component type", "string",
+             "What kind of component it is: four ASCII characters.");
+    property("componentSubType", "component subtype", "string",
+             "Which one of its maker's: four ASCII characters.");
+    property("componentManufacturer", "component manufacturer", "string",
+             "Its maker: four ASCII characters.");
+    property("componentFlags", "component flags", "integer",
+             "A word of flags; 2 says it is safe in a sandbox.");
     property("displayName", "display name", "string", "The name under which it is listed.");
 }
 

@@ -48,8 +48,8 @@ void cleanup(LV2_Handle handle) {
     const std::unique_ptr<Plugin> last{&plugin(handle)};
 }
 
-LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_State_Handle state, std::uint32_t,
-                      const LV2_Feature* const*) {
+LV2_State_Status save(LV2_Handle handle, LV2_State_Store_Function store, LV2_State_Handle state,
+                      std::uint32_t, const LV2_Feature* const*) {
     return plugin(handle).save(store, state);
 }
 
@@ -63,8 +63,8 @@ const void* extensionData(const char* uri) {
     return std::string_view{uri} == LV2_STATE__interface ? &state : nullptr;
 }
 
-const LV2_Descriptor descriptor{tonewright::effect::PluginUri, instantiate, connectPort,  activate, run,
-                                nullptr,                       cleanup,     extensionData};
+const LV2_Descriptor descriptor{
+    tonewright::effect::PluginUri, instantiate, connectPort, activate, run, nullptr, cleanup, extensionData};
 
 } // namespace
 

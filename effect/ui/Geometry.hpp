@@ -27,7 +27,9 @@ struct Rect {
     [[nodiscard]] bool contains(Point p) const noexcept {
         return p.x >= x && p.x < right() && p.y >= y && p.y < bottom();
     }
-    [[nodiscard]] Rect inset(double by) const noexcept { return {x + by, y + by, width - 2. * by, height - 2. * by}; }
+    [[nodiscard]] Rect inset(double by) const noexcept {
+        return {x + by, y + by, width - 2. * by, height - 2. * by};
+    }
     [[nodiscard]] bool meets(const Rect& other) const noexcept {
         return x < other.right() && other.x < right() && y < other.bottom() && other.y < bottom();
     }

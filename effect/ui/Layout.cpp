@@ -38,7 +38,8 @@ void layOutHeader(Layout& layout) {
     const double menuWidth = std::min(250. * u, bar.width * 0.42);
     const Rect menu{bar.centre().x - menuWidth / 2., middle - button / 2., menuWidth, button};
     layout.name = {bar.x + margin, bar.y, menu.x - button - 2. * margin - bar.x, bar.height};
-    layout.controls.push_back({ControlKind::PreviousPreset, {}, {menu.x - button - 3. * u, menu.y, button, button}});
+    layout.controls.push_back(
+        {ControlKind::PreviousPreset, {}, {menu.x - button - 3. * u, menu.y, button, button}});
     layout.controls.push_back({ControlKind::PresetMenu, {}, menu});
     layout.controls.push_back({ControlKind::NextPreset, {}, {menu.right() + 3. * u, menu.y, button, button}});
     layout.controls.push_back({ControlKind::Power, Parameter::Enabled, power});
@@ -53,17 +54,18 @@ void layOutSection(Layout& layout, Section section, Rect area) {
     if (content.selector) {
         // The narrowest sections give the selector a little more than half.
         const double width = std::min(placed.title.width * 0.58, 104. * u);
-        layout.controls.push_back({ControlKind::Selector,
-                                   *content.selector,
-                                   {placed.title.right() - width, area.y + 3.5 * u, width, titleHeight - 6. * u}});
+        layout.controls.push_back(
+            {ControlKind::Selector,
+             *content.selector,
+             {placed.title.right() - width, area.y + 3.5 * u, width, titleHeight - 6. * u}});
         placed.title.width -= width + 3. * u;
     }
     const double cellWidth = (area.width - 2. * pad) / static_cast<double>(content.knobs.size());
     for (std::size_t i = 0; i < content.knobs.size(); ++i) {
         layout.controls.push_back({ControlKind::Knob,
                                    content.knobs[i],
-                                   {area.x + pad + cellWidth * static_cast<double>(i), area.y + titleHeight, cellWidth,
-                                    area.height - titleHeight - 3. * u}});
+                                   {area.x + pad + cellWidth * static_cast<double>(i), area.y + titleHeight,
+                                    cellWidth, area.height - titleHeight - 3. * u}});
     }
     layout.sections.push_back(placed);
 }
@@ -120,7 +122,8 @@ Layout layOut(int width, int height) {
         const double forCells = w - margin * static_cast<double>(row.size() + 1);
         double x = margin;
         for (const Section section : row) {
-            const double sectionWidth = forCells * static_cast<double>(contentOf(section).knobs.size()) / cells;
+            const double sectionWidth =
+                forCells * static_cast<double>(contentOf(section).knobs.size()) / cells;
             layOutSection(layout, section, {x, y, sectionWidth, rowHeight});
             x += sectionWidth + margin;
         }

@@ -16,7 +16,7 @@
 namespace tonewright::effect {
 
 class Menu {
-public:
+  public:
     /// Opens below (or above, or over) a control, inside the window.
     void open(const Rect& owner, const Rect& window, double unit, std::vector<std::string> items,
               std::optional<std::size_t> current);
@@ -34,7 +34,7 @@ public:
 
     void draw(cairo_t* context) const;
 
-private:
+  private:
     [[nodiscard]] Rect itemArea(std::size_t item) const noexcept;
 
     std::vector<std::string> items_;

@@ -10,7 +10,9 @@
 
 namespace tonewright::effect {
 
-Panel::Panel(PanelActions actions) : actions_{std::move(actions)}, values_{defaultValues()} {
+Panel::Panel(PanelActions actions)
+    : actions_{std::move(actions)}
+    , values_{defaultValues()} {
     resize(NaturalWidth, NaturalHeight);
 }
 
@@ -23,7 +25,8 @@ void Panel::resize(int width, int height) {
     hover_.reset();
     layout_ = layOut(width, height); // the order of controls, and so the focus, stays
     for (std::size_t i = 0; i < layout_.controls.size(); ++i) {
-        if (layout_.controls[i].kind == ControlKind::Knob && layout_.controls[i].parameter == Parameter::Cutoff) {
+        if (layout_.controls[i].kind == ControlKind::Knob &&
+            layout_.controls[i].parameter == Parameter::Cutoff) {
             cutoffKnob_ = i;
         }
     }
@@ -151,7 +154,8 @@ void Panel::draw(cairo_t* context, const Rect& part) {
         if (part.meets(section.area)) {
             fillRoundedRect(context, section.area, 6. * u, Surface);
             drawText(context, section.title, titleOf(section.section),
-                     {std::max(9.5 * u, 6.5), accentOf(section.section).mixed(DimInk, 0.35), Align::Left, Weight::Bold});
+                     {std::max(9.5 * u, 6.5), accentOf(section.section).mixed(DimInk, 0.35), Align::Left,
+                      Weight::Bold});
         }
     }
     for (std::size_t i = 0; i < layout_.controls.size(); ++i) {

@@ -25,9 +25,9 @@ namespace tonewright::effect {
 
 /// What the panel does to its surroundings.
 struct PanelActions {
-    std::function<void(Parameter, float)> write;      ///< sets a control of the plug-in
-    std::function<void(Parameter, bool)> touch;       ///< a gesture begins (true) or ends
-    std::function<void()> releaseKeyboard = [] {};    ///< gives the keyboard back to the host
+    std::function<void(Parameter, float)> write;   ///< sets a control of the plug-in
+    std::function<void(Parameter, bool)> touch;    ///< a gesture begins (true) or ends
+    std::function<void()> releaseKeyboard = [] {}; ///< gives the keyboard back to the host
 };
 
 struct KeyModifiers {
@@ -54,7 +54,7 @@ enum class Key {
 };
 
 class Panel {
-public:
+  public:
     explicit Panel(PanelActions actions);
 
     void resize(int width, int height);
@@ -88,7 +88,7 @@ public:
     [[nodiscard]] const Menu& menu() const noexcept { return menu_; }
     [[nodiscard]] std::string presetName() const;
 
-private:
+  private:
     struct Drag {
         std::size_t control;
         Point last;
@@ -134,7 +134,7 @@ private:
     std::size_t menuOwner_ = 0;
     std::optional<std::string> edit_;
     std::size_t lastPreset_ = 0; // the preset the values began from
-    std::vector<Rect> damage_; // apart from each other
+    std::vector<Rect> damage_;   // apart from each other
 };
 
 } // namespace tonewright::effect

@@ -103,8 +103,9 @@ void Panel::pointerPressed(Point point, double seconds) {
         if (twice) {
             setValue(control.parameter, info(control.parameter).defaultValue);
         }
-        drag_ = Drag{*hit, point,
-                     static_cast<double>(toTravel(info(control.parameter), values_[index(control.parameter)]))};
+        drag_ =
+            Drag{*hit, point,
+                 static_cast<double>(toTravel(info(control.parameter), values_[index(control.parameter)]))};
         break;
     case ControlKind::Selector:
     case ControlKind::PresetMenu:
@@ -339,7 +340,8 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
     case Key::Right:
     case Key::Down:
     case Key::Left: {
-        const bool up = key == Key::Up || (key == Key::Right && upwards > 0) || (key == Key::Left && upwards < 0);
+        const bool up =
+            key == Key::Up || (key == Key::Right && upwards > 0) || (key == Key::Left && upwards < 0);
         if (hasValue) {
             step(control, up ? upwards : -upwards, modifiers.fine());
         } else if (control.kind != ControlKind::Power) {
@@ -350,7 +352,8 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
     case Key::PageUp:
     case Key::PageDown:
         if (hasValue) {
-            step(control, (key == Key::PageUp ? upwards : -upwards) * (p.curve == Curve::Integer ? 12 : 10), false);
+            step(control, (key == Key::PageUp ? upwards : -upwards) * (p.curve == Curve::Integer ? 12 : 10),
+                 false);
         }
         return hasValue;
     case Key::Home:

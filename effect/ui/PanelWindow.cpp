@@ -16,8 +16,8 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr double FrameSeconds = 0.028;         // thirty frames a second, however often the host calls
-constexpr double ViewableCheckSeconds = 0.25;  // see checkViewable
+constexpr double FrameSeconds = 0.028;        // thirty frames a second, however often the host calls
+constexpr double ViewableCheckSeconds = 0.25; // see checkViewable
 constexpr int ScrollUp = Button4;
 constexpr int ScrollDown = Button5;
 
@@ -36,16 +36,35 @@ struct KeyMeaning {
 };
 
 constexpr std::array<KeyMeaning, 29> KeyMeanings{{
-    {XK_Tab, Key::Tab},           {XK_ISO_Left_Tab, Key::Tab}, {XK_KP_Tab, Key::Tab},
-    {XK_Up, Key::Up},             {XK_KP_Up, Key::Up},         {XK_Down, Key::Down},
-    {XK_KP_Down, Key::Down},      {XK_Left, Key::Left},        {XK_KP_Left, Key::Left},
-    {XK_Right, Key::Right},       {XK_KP_Right, Key::Right},   {XK_Page_Up, Key::PageUp},
-    {XK_KP_Page_Up, Key::PageUp}, {XK_Page_Down, Key::PageDown}, {XK_KP_Page_Down, Key::PageDown},
-    {XK_Home, Key::Home},         {XK_KP_Home, Key::Home},     {XK_End, Key::End},
-    {XK_KP_End, Key::End},        {XK_Return, Key::Enter},     {XK_KP_Enter, Key::Enter},
-    {XK_ISO_Enter, Key::Enter},   {XK_Escape, Key::Escape},    {XK_BackSpace, Key::Backspace},
-    {XK_Delete, Key::Delete},     {XK_KP_Delete, Key::Delete}, {XK_Cancel, Key::Escape},
-    {XK_Begin, Key::Home},        {XK_KP_Begin, Key::Home},
+    {XK_Tab, Key::Tab},
+    {XK_ISO_Left_Tab, Key::Tab},
+    {XK_KP_Tab, Key::Tab},
+    {XK_Up, Key::Up},
+    {XK_KP_Up, Key::Up},
+    {XK_Down, Key::Down},
+    {XK_KP_Down, Key::Down},
+    {XK_Left, Key::Left},
+    {XK_KP_Left, Key::Left},
+    {XK_Right, Key::Right},
+    {XK_KP_Right, Key::Right},
+    {XK_Page_Up, Key::PageUp},
+    {XK_KP_Page_Up, Key::PageUp},
+    {XK_Page_Down, Key::PageDown},
+    {XK_KP_Page_Down, Key::PageDown},
+    {XK_Home, Key::Home},
+    {XK_KP_Home, Key::Home},
+    {XK_End, Key::End},
+    {XK_KP_End, Key::End},
+    {XK_Return, Key::Enter},
+    {XK_KP_Enter, Key::Enter},
+    {XK_ISO_Enter, Key::Enter},
+    {XK_Escape, Key::Escape},
+    {XK_BackSpace, Key::Backspace},
+    {XK_Delete, Key::Delete},
+    {XK_KP_Delete, Key::Delete},
+    {XK_Cancel, Key::Escape},
+    {XK_Begin, Key::Home},
+    {XK_KP_Begin, Key::Home},
 }};
 
 } // namespace
@@ -55,10 +74,11 @@ double steadySeconds() noexcept {
 }
 
 PanelWindow::PanelWindow(std::unique_ptr<Display, CloseDisplay> display, PanelActions actions)
-    : display_{std::move(display)}, panel_{[this, &actions] {
-          actions.releaseKeyboard = [this] { giveKeyboardBack(); };
-          return std::move(actions);
-      }()} {}
+    : display_{std::move(display)}
+    , panel_{[this, &actions] {
+        actions.releaseKeyboard = [this] { giveKeyboardBack(); };
+        return std::move(actions);
+    }()} {}
 
 std::unique_ptr<PanelWindow> PanelWindow::open(PanelWindowConfig config) {
     std::unique_ptr<Display, CloseDisplay> display{XOpenDisplay(nullptr)};
@@ -89,10 +109,12 @@ bool PanelWindow::create(Window parent, double scaleFactor) {
     wanted.colormap = DefaultColormap(display, screen);
     wanted.bit_gravity = NorthWestGravity;
     wanted.event_mask = ExposureMask | StructureNotifyMask | VisibilityChangeMask | ButtonPressMask |
-                        ButtonReleaseMask | PointerMotionMask | LeaveWindowMask | KeyPressMask | FocusChangeMask;
-    window_ = XCreateWindow(display, parent_, 0, 0, static_cast<unsigned>(width_), static_cast<unsigned>(height_), 0,
-                            DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
-                            CWBackPixmap | CWBorderPixel | CWColormap | CWBitGravity | CWEventMask, &wanted);
+                        ButtonReleaseMask | PointerMotionMask | LeaveWindowMask | KeyPressMask |
+                        FocusChangeMask;
+    window_ =
+        XCreateWindow(display, parent_, 0, 0, static_cast<unsigned>(width_), static_cast<unsigned>(height_),
+                      0, DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
+                      CWBackPixmap | CWBorderPixel | CWColormap | CWBitGravity | CWEventMask, &wanted);
     XSizeHints hints{};
     hints.flags = PMinSize | PBaseSize;
     hints.min_width = static_cast<int>(MinimumWidth * scaleFactor);
@@ -256,7 +278,8 @@ void PanelWindow::handleButton(const XButtonEvent& event) {
 void PanelWindow::handleKey(XKeyEvent& event) {
     std::array<char, 16> text{};
     KeySym symbol = NoSymbol;
-    const int length = XLookupString(&event, text.data(), static_cast<int>(text.size()) - 1, &symbol, nullptr);
+    const int length =
+        XLookupString(&event, text.data(), static_cast<int>(text.size()) - 1, &symbol, nullptr);
     const KeyModifiers modifiers = modifiersOf(event.state);
     for (const KeyMeaning& meaning : KeyMeanings) {
         if (meaning.symbol == symbol) {
@@ -341,9 +364,10 @@ void PanelWindow::paint() {
 }
 
 void PanelWindow::copyToWindow(const Rect& rect) {
-    XCopyArea(display_.get(), cairo_xlib_surface_get_drawable(buffer_.get()), window_, copyContext_,
-              static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<unsigned>(std::max(rect.width, 0.)),
-              static_cast<unsigned>(std::max(rect.height, 0.)), static_cast<int>(rect.x), static_cast<int>(rect.y));
+    XCopyArea(
+        display_.get(), cairo_xlib_surface_get_drawable(buffer_.get()), window_, copyContext_,
+        static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<unsigned>(std::max(rect.width, 0.)),
+        static_cast<unsigned>(std::max(rect.height, 0.)), static_cast<int>(rect.x), static_cast<int>(rect.y));
 }
 
 } // namespace tonewright::effect

@@ -22,7 +22,7 @@ struct PanelWindowConfig {
 };
 
 class PanelWindow {
-public:
+  public:
     /// Opens the window; null when there is no display or the parent is not a window.
     [[nodiscard]] static std::unique_ptr<PanelWindow> open(PanelWindowConfig config);
     ~PanelWindow();
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] int width() const noexcept { return width_; }
     [[nodiscard]] int height() const noexcept { return height_; }
 
-private:
+  private:
     struct CloseDisplay {
         void operator()(Display* display) const noexcept { XCloseDisplay(display); }
     };

@@ -13,7 +13,7 @@ namespace {
 
 constexpr float TopDecibels = 0.F;
 constexpr float BottomDecibels = -78.F;
-constexpr float CurveTop = 24.F; // the filter curve has a scale of its own, 0 dB in the middle
+constexpr float CurveTop = 24.F;     // the filter curve has a scale of its own, 0 dB in the middle
 constexpr double SpectrumFall = 70.; // decibels per second
 constexpr double MeterFall = 26.;
 constexpr double HoldSeconds = 1.2;
@@ -58,12 +58,13 @@ void drawGrid(cairo_t* context, const Rect& area, double u) {
     cairo_stroke(context);
     const double size = std::max(9. * u, 7.);
     for (const Mark& mark : Named) {
-        drawText(context, {xOf(mark.hertz, area) + 3. * u, area.bottom() - size * 1.5, 40. * u, size * 1.4}, mark.name,
-                 {size, FaintInk, Align::Left});
+        drawText(context, {xOf(mark.hertz, area) + 3. * u, area.bottom() - size * 1.5, 40. * u, size * 1.4},
+                 mark.name, {size, FaintInk, Align::Left});
     }
 }
 
-void drawMeter(cairo_t* context, const Rect& area, std::array<float, 2> levels, std::array<float, 2> holds, double u) {
+void drawMeter(cairo_t* context, const Rect& area, std::array<float, 2> levels, std::array<float, 2> holds,
+               double u) {
     fillRoundedRect(context, area, 3. * u, Well);
     const double gap = std::max(1.5 * u, 1.);
     const double width = (area.width - 3. * gap) / 2.;
@@ -175,7 +176,8 @@ void SignalView::drawSpectrum(cairo_t* context, const Rect& area, double u) cons
     cairo_stroke(context);
 }
 
-void SignalView::drawFilterCurve(cairo_t* context, const Rect& area, double u, const ParameterValues& values) const {
+void SignalView::drawFilterCurve(cairo_t* context, const Rect& area, double u,
+                                 const ParameterValues& values) const {
     const auto mode = static_cast<FilterMode>(values[index(Parameter::FilterMode)]);
     if (mode == FilterMode::Off) {
         return;
@@ -190,14 +192,16 @@ void SignalView::drawFilterCurve(cairo_t* context, const Rect& area, double u, c
         const float gain = StateVariableFilter::magnitude(mode, cutoff, resonance, hertz);
         const float decibels = std::max(20.F * std::log10(gain + 1e-6F), -60.F);
         const double y = area.y + area.height * (0.36 - 0.36 * static_cast<double>(decibels / CurveTop));
-        cairo_line_to(context, area.x + area.width * static_cast<double>(part), std::min(y, area.bottom() + 4.));
+        cairo_line_to(context, area.x + area.width * static_cast<double>(part),
+                      std::min(y, area.bottom() + 4.));
     }
     setColour(context, Cool.withAlpha(0.9));
     cairo_set_line_width(context, std::max(1.6 * u, 1.1));
     cairo_stroke(context);
 }
 
-void SignalView::drawCaption(cairo_t* context, const Rect& area, double u, const ParameterValues& values) const {
+void SignalView::drawCaption(cairo_t* context, const Rect& area, double u,
+                             const ParameterValues& values) const {
     const double size = std::max(10. * u, 7.);
     const double radius = size * 0.34;
     const Point lamp{area.right() - 9. * u, area.y + 10. * u};
@@ -212,9 +216,10 @@ void SignalView::drawCaption(cairo_t* context, const Rect& area, double u, const
 
 void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterValues& values) {
     const double u = layout.unit;
-    drawMeter(context, layout.inputMeter, {input_[0].level, input_[1].level}, {input_[0].hold, input_[1].hold}, u);
-    drawMeter(context, layout.outputMeter, {output_[0].level, output_[1].level}, {output_[0].hold, output_[1].hold},
-              u);
+    drawMeter(context, layout.inputMeter, {input_[0].level, input_[1].level},
+              {input_[0].hold, input_[1].hold}, u);
+    drawMeter(context, layout.outputMeter, {output_[0].level, output_[1].level},
+              {output_[0].hold, output_[1].hold}, u);
     const Rect area = layout.display;
     fillRoundedRect(context, area, 5. * u, Well);
     cairo_save(context);

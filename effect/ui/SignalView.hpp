@@ -16,7 +16,7 @@ namespace tonewright::effect {
 
 /// Turns display frames into a calm picture.
 class SignalView {
-public:
+  public:
     /// Takes what the plug-in measured.
     void push(const DisplayFrame& frame) noexcept;
 
@@ -31,7 +31,7 @@ public:
     /// Returns where modulation holds the cutoff; 0 before anything was heard.
     [[nodiscard]] float cutoffHertz() const noexcept { return frame_.cutoffHertz; }
 
-private:
+  private:
     struct Meter {
         float level = -90.F; // decibels
         float hold = -90.F;
@@ -42,7 +42,8 @@ private:
     };
 
     void drawSpectrum(cairo_t* context, const Rect& area, double unit) const;
-    void drawFilterCurve(cairo_t* context, const Rect& area, double unit, const ParameterValues& values) const;
+    void drawFilterCurve(cairo_t* context, const Rect& area, double unit,
+                         const ParameterValues& values) const;
     void drawCaption(cairo_t* context, const Rect& area, double unit, const ParameterValues& values) const;
 
     DisplayFrame frame_{};

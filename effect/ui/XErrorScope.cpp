@@ -18,7 +18,8 @@ XErrorScope* innermost = nullptr;
 
 } // namespace
 
-XErrorScope::XErrorScope(Display* display) noexcept : display_{display} {
+XErrorScope::XErrorScope(Display* display) noexcept
+    : display_{display} {
     const std::lock_guard lock{chainMutex()};
     outer_ = innermost;
     innermost = this;

@@ -11,14 +11,14 @@
 namespace tonewright::effect {
 
 class XErrorScope {
-public:
+  public:
     /// Begins to handle errors on a connection. Scopes of one thread may nest.
     explicit XErrorScope(Display* display) noexcept;
     ~XErrorScope();
     XErrorScope(const XErrorScope&) = delete;
     XErrorScope& operator=(const XErrorScope&) = delete;
 
-private:
+  private:
     static int handle(Display* display, XErrorEvent* event);
 
     Display* display_;

@@ -19,7 +19,8 @@ void drawFocus(cairo_t* context, const Rect& area, double unit) {
     strokeRoundedRect(context, area.inset(0.5), 4. * unit, Cool, std::max(1.25, 1.6 * unit));
 }
 
-void drawArc(cairo_t* context, Point centre, double radius, double from, double to, Colour colour, double width) {
+void drawArc(cairo_t* context, Point centre, double radius, double from, double to, Colour colour,
+             double width) {
     cairo_new_path(context);
     cairo_arc(context, centre.x, centre.y, radius, angleOf(std::min(from, to)), angleOf(std::max(from, to)));
     setColour(context, colour);
@@ -38,7 +39,8 @@ void drawKnob(cairo_t* context, const PanelControl& control, const ControlLook& 
              {textSize, look.active ? Warm : (look.hovered ? Ink : DimInk.mixed(Ink, 0.5)), Align::Centre});
 
     const Rect room{area.x, area.y + line, area.width, area.height - 2. * line};
-    const double radius = std::max(std::min({room.width / 2. - 4. * u, room.height / 2. - 1.5 * u, 40. * u}), 4.);
+    const double radius =
+        std::max(std::min({room.width / 2. - 4. * u, room.height / 2. - 1.5 * u, 40. * u}), 4.);
     const Point c = room.centre();
     const double ring = std::max(radius * 0.17, 1.6);
     const double arcRadius = radius - ring / 2.;
@@ -78,8 +80,8 @@ void drawKnob(cairo_t* context, const PanelControl& control, const ControlLook& 
 
     if (look.modulation) {
         const double at = angleOf(static_cast<double>(*look.modulation));
-        cairo_arc(context, c.x + std::cos(at) * arcRadius, c.y + std::sin(at) * arcRadius, std::max(ring * 0.5, 1.4), 0.,
-                  2. * std::numbers::pi);
+        cairo_arc(context, c.x + std::cos(at) * arcRadius, c.y + std::sin(at) * arcRadius,
+                  std::max(ring * 0.5, 1.4), 0., 2. * std::numbers::pi);
         setColour(context, Cool.mixed(Ink, 0.35));
         cairo_fill(context);
     }
@@ -119,7 +121,8 @@ void drawStep(cairo_t* context, const PanelControl& control, const ControlLook& 
     if (look.hovered || look.active) {
         fillRoundedRect(context, control.area, 4. * u, Surface);
     }
-    drawTriangle(context, control.area.centre(), 5. * u, forward ? 0. : std::numbers::pi, look.hovered ? Ink : DimInk);
+    drawTriangle(context, control.area.centre(), 5. * u, forward ? 0. : std::numbers::pi,
+                 look.hovered ? Ink : DimInk);
     if (look.focused) {
         drawFocus(context, control.area, u);
     }

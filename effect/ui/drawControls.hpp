@@ -17,7 +17,7 @@ namespace tonewright::effect {
 /// What a control shows beside its place.
 struct ControlLook {
     float value = 0.F;
-    std::string text;                ///< of its value, or what is being typed
+    std::string text; ///< of its value, or what is being typed
     bool focused = false;
     bool hovered = false;
     bool active = false;             ///< dragged, open or typed into

@@ -76,8 +76,8 @@ double scaleFactorOf(const LV2_Options_Option* options, const LV2_URID_Map* map)
 }
 
 LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const char*,
-                         LV2UI_Write_Function writeFunction, LV2UI_Controller controller, LV2UI_Widget* widget,
-                         const LV2_Feature* const* features) {
+                         LV2UI_Write_Function writeFunction, LV2UI_Controller controller,
+                         LV2UI_Widget* widget, const LV2_Feature* const* features) {
     if (std::strcmp(pluginUri, PluginUri) != 0 || widget == nullptr || writeFunction == nullptr) {
         return nullptr;
     }
@@ -96,7 +96,8 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const c
         PanelInstance* const self = panel.get();
         panel->window = PanelWindow::open(
             {.parent = reinterpret_cast<Window>(feature(LV2_UI__parent)),
-             .scaleFactor = scaleFactorOf(static_cast<const LV2_Options_Option*>(feature(LV2_OPTIONS__options)), map),
+             .scaleFactor =
+                 scaleFactorOf(static_cast<const LV2_Options_Option*>(feature(LV2_OPTIONS__options)), map),
              .actions = {.write = [self](Parameter p, float value) { self->write(p, value); },
                          .touch = [self](Parameter p, bool begins) { self->gesture(p, begins); }}});
         if (!panel->window) {
@@ -117,7 +118,8 @@ void cleanup(LV2UI_Handle handle) {
     const std::unique_ptr<PanelInstance> last{&instance(handle)};
 }
 
-void portEvent(LV2UI_Handle handle, std::uint32_t port, std::uint32_t size, std::uint32_t format, const void* buffer) {
+void portEvent(LV2UI_Handle handle, std::uint32_t port, std::uint32_t size, std::uint32_t format,
+               const void* buffer) {
     PanelInstance& panel = instance(handle);
     if (format == 0 && size == sizeof(float) && port >= FirstParameter && port < PortCount) {
         float value = 0.F;
