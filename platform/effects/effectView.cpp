@@ -52,6 +52,12 @@ class EmbeddedInterface {
         on("map", G_CALLBACK(+[](GtkWidget*, Self* self) { self->showAgain(); }));
         on("unmap", G_CALLBACK(+[](GtkWidget*, Self* self) { self->hide(); }));
         on("resize", G_CALLBACK(+[](GtkWidget*, int, int, Self* self) { self->follow(); }));
+        gtk_widget_set_focusable(area, TRUE);
+        GtkEventController* focus = gtk_event_controller_focus_new();
+        g_signal_connect_swapped(focus, "enter",
+                                 G_CALLBACK(+[](Self* self) { (void)self->_host->socket().giveKeyboard(); }),
+                                 this);
+        gtk_widget_add_controller(area, focus); // which owns it
         updateEvery(HiddenMilliseconds);
     }
 
@@ -60,10 +66,19 @@ class EmbeddedInterface {
         _timer = g_timeout_add(
             milliseconds,
             [](gpointer self) -> gboolean {
-                static_cast<EmbeddedInterface*>(self)->_host->update();
+                static_cast<EmbeddedInterface*>(self)->update();
                 return G_SOURCE_CONTINUE;
             },
             this);
+    }
+
+    void update() {
+        if (!_host->update()) return;
+        // Back to this window's own controls, to the one after the interface.
+        GtkRoot* root = gtk_widget_get_root(_area);
+        if (root == nullptr) return;
+        gdk_toplevel_focus(GDK_TOPLEVEL(gtk_native_get_surface(GTK_NATIVE(root))), GDK_CURRENT_TIME);
+        gtk_widget_child_focus(GTK_WIDGET(root), GTK_DIR_TAB_FORWARD);
     }
 
     void enterWindow() {

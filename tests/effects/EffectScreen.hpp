@@ -77,6 +77,21 @@ class EffectScreen {
     [[nodiscard]] UIView& panel() { return *_panel; }
     [[nodiscard]] UIView& effect() { return *_effect; }
 
+    /// Give the window that has the keyboard.
+    [[nodiscard]] Window focusedWindow() const {
+        Window window = None;
+        int revert = 0;
+        XGetInputFocus(_display, &window, &revert);
+        return window;
+    }
+
+    /// Give the keyboard to the window, as a window manager does.
+    void focusWindow() const {
+        XSetInputFocus(_display, topLevel(), RevertToParent, CurrentTime);
+        XSync(_display, False);
+        EXPECT_TRUE(waitUntil([&] { return gtk_window_is_active(GTK_WINDOW(widgetOf(*_window))) != FALSE; }));
+    }
+
     struct Socket {
         Window window = None, child = None;
         int x = 0, y = 0, width = 0, height = 0;                     // in the top level
@@ -85,9 +100,8 @@ class EffectScreen {
     };
     /// Find the effect's X window; absent when the top level has none.
     [[nodiscard]] std::optional<Socket> socket() const {
-        GdkSurface* surface = gtk_native_get_surface(gtk_widget_get_native(widgetOf(*_panel)));
         Socket found;
-        found.window = firstChild(gdk_x11_surface_get_xid(surface));
+        found.window = firstChild(topLevel());
         if (found.window == None) return std::nullopt;
         XWindowAttributes attributes{};
         XGetWindowAttributes(_display, found.window, &attributes);
@@ -121,6 +135,9 @@ class EffectScreen {
     }
 
   private:
+    [[nodiscard]] Window topLevel() const {
+        return gdk_x11_surface_get_xid(gtk_native_get_surface(gtk_widget_get_native(widgetOf(*_panel))));
+    }
     [[nodiscard]] Window firstChild(Window window) const {
         Window root = None, parent = None, *children = nullptr;
         unsigned count = 0;

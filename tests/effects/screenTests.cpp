@@ -89,6 +89,32 @@ TEST_F(Interface, HearsOfValuesAndSetsThem) {
     EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 0.75F; }));
 }
 
+TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    ASSERT_TRUE(unit);
+    const auto controller = requestScreen(*unit);
+    ASSERT_TRUE(controller);
+    EffectScreen screen(controller, 400, 300);
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
+    GtkWidget* area = widgetOf(*controller->view());
+    const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
+    screen.focusWindow();
+    EXPECT_FALSE(hasKeyboard());
+    for (int round = 0; round < 2; ++round) {
+        gtk_root_set_focus(gtk_widget_get_root(area), nullptr);
+        gtk_widget_grab_focus(area);
+        EXPECT_TRUE(waitUntil(hasKeyboard));
+        unit->setParameterValue(GainPort, 1);
+        ASSERT_EQ(std::system("xdotool key x"), 0);
+        EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
+        unit->setParameterValue(GainPort, 1);
+        ASSERT_EQ(std::system("xdotool key Escape"), 0);
+        EXPECT_TRUE(waitUntil([&] { return !hasKeyboard(); }));
+        EXPECT_TRUE(
+            waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; })); // it hears Escape as well
+    }
+}
+
 TEST_F(Interface, OnlyOneIsOpenAndTheNextIsPlain) {
     const auto unit = makeUnit("urn:tonewright:test:gain");
     ASSERT_TRUE(unit);

@@ -181,7 +181,7 @@ void InterfaceHost::tellValues() {
     }
 }
 
-void InterfaceHost::update() {
+bool InterfaceHost::update() {
     tellValues();
     std::uint32_t port = 0;
     // As many as there were at the start: an effect that sends without end must not hold the screen.
@@ -195,7 +195,7 @@ void InterfaceHost::update() {
     }
     if (_idle != nullptr && _idle->idle != nullptr && _idle->idle(_handle) != 0)
         _idle = nullptr; // it has closed
-    _socket->followChild();
+    return _socket->followChild();
 }
 
 } // namespace platform::lv2

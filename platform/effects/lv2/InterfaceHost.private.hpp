@@ -32,8 +32,8 @@ class InterfaceHost {
 
     [[nodiscard]] X11Socket& socket() noexcept { return *_socket; }
     /// Tell the interface what changed and let it do its work; to be called some thirty times a second while
-    /// it is visible.
-    void update();
+    /// it is visible. Tells whether Escape was pressed in it.
+    [[nodiscard]] bool update();
 
   private:
     InterfaceHost(std::shared_ptr<AudioUnit> unit, std::unique_ptr<X11Socket> socket, float scale);

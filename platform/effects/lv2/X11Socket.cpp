@@ -7,6 +7,7 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/keysym.h>
 #include <algorithm>
 #include <atomic>
 #include <string>
@@ -182,12 +183,31 @@ void X11Socket::hide() {
     self.isMapped = false;
 }
 
-void X11Socket::followChild() {
+bool X11Socket::giveKeyboard() {
     auto& self = *_implementation;
-    bool hasChanged = false;
+    XWindowAttributes attributes{};
+    if (!self.isMapped || self.child == None ||
+        XGetWindowAttributes(self.display, self.child, &attributes) == 0 ||
+        (attributes.all_event_masks & KeyPressMask) == 0 || attributes.map_state != IsViewable)
+        return false;
+    // Escape reaches this program first and the interface after it: no interface can keep a person inside.
+    XGrabKey(self.display, XKeysymToKeycode(self.display, XK_Escape), AnyModifier, self.window, False,
+             GrabModeAsync, GrabModeSync);
+    XSetInputFocus(self.display, self.child, RevertToParent, CurrentTime);
+    XSync(self.display, False);
+    return true;
+}
+
+bool X11Socket::followChild() {
+    auto& self = *_implementation;
+    bool hasChanged = false, isLeaving = false;
     while (XPending(self.display) > 0) {
         XEvent event;
         XNextEvent(self.display, &event);
+        if (event.type == KeyPress || event.type == KeyRelease) {
+            XAllowEvents(self.display, ReplayKeyboard, event.xkey.time);
+            isLeaving = isLeaving || event.type == KeyPress;
+        }
         if (event.type == DestroyNotify && event.xdestroywindow.window == self.child) self.child = None;
         if (event.type != ConfigureNotify || event.xconfigure.window != self.child) continue;
         const auto& now = event.xconfigure;
@@ -197,10 +217,13 @@ void X11Socket::followChild() {
         self.naturalHeight = now.height;
         hasChanged = self.keepsSize;
     }
-    if (!hasChanged) return;
-    self.childPlace = {};
-    self.placeChild();
+    if (hasChanged) {
+        self.childPlace = {};
+        self.placeChild();
+    }
+    if (isLeaving) XUngrabKey(self.display, AnyKey, AnyModifier, self.window);
     XFlush(self.display);
+    return isLeaving;
 }
 
 } // namespace platform::lv2

@@ -49,8 +49,11 @@ class X11Socket {
     /// unmaps the socket. Does nothing when nothing changed.
     void place(const PixelRect& area, const PixelRect& visible);
     void hide();
-    /// Take the interface's window in again after it changed its own size or its hints.
-    void followChild();
+    /// Follow what the interface does with its window: its size, its end. Tells whether Escape was pressed in
+    /// it, which asks to leave it; the interface hears of the key as well.
+    [[nodiscard]] bool followChild();
+    /// Give the keyboard to the interface, if it wants keys at all. Tells whether it has it now.
+    bool giveKeyboard();
 
   private:
     struct Implementation;
