@@ -21,13 +21,13 @@ from screen import Controls, Screen
 BUNDLED = "https://tonewright.example/lv2/tonewright"
 FOREIGN = "http://lsp-plug.in/plugins/lv2/trigger_midi_stereo"
 
-SIDE_BUNDLE = f"""@prefix lv2: <http://lv2plug.in/ns/lv2core#> .
-@prefix component: <https://tonewright.example/ns/component#> .
+SIDE_BUNDLE = f"""@prefix tw: <https://tonewright.example/ns/component#> .
 <{FOREIGN}>
-    component:type "aumf" ;
-    component:subType "ovTw" ;
-    component:manufacturer "KVRN" ;
-    component:flags 2 .
+    tw:displayName "The other effect" ;
+    tw:componentType "aumf" ;
+    tw:componentSubType "ovTw" ;
+    tw:componentManufacturer "KVRN" ;
+    tw:componentFlags 2 .
 """
 
 

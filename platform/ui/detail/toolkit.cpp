@@ -19,8 +19,7 @@ void startToolkit() {
     // first frame and saves the memory of its driver.
     setenv("GDK_BACKEND", "x11", 1);
     setenv("GSK_RENDERER", "cairo", 1);
-    const char* given = std::getenv("GDK_DEBUG");
-    setenv("GDK_DEBUG", (std::string(given != nullptr ? given : "") + " gl-disable").c_str(), 1);
+    setenv("GDK_DEBUG", "gl-disable", 0);
     XInitThreads();
     g_log_writer_default_set_use_stderr(TRUE);
     g_set_prgname("tonewright");
