@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Timers of a thread's run loop. A timer belongs to the thread that schedules it: it fires there, while that
+// thread runs its loop, and every operation is called there. All timers of a thread share one descriptor.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace platform {
+
+class TimerQueue;
+
+class Timer final : public std::enable_shared_from_this<Timer> {
+  public:
+    using Block = std::function<void()>;
+
+    /// Schedule `block` on the calling thread's loop, `interval` seconds from now and, when `repeats` is set,
+    /// at every further multiple of `interval`. An interval of 0 or less, or not a number, counts as 0.0001
+    /// seconds; an infinite one never fires.
+    ///
+    /// A timer fires at most once per turn of the loop. Dates that passed while the loop was busy are left
+    /// out, and the next one lies on the grid of the first: neither a burst nor a drift. Timers that are due
+    /// together fire in the order of their dates, those of one date in the order of their making.
+    ///
+    /// The loop keeps the timer and its block until the timer is invalidated, has fired its only time, or the
+    /// thread ends.
+    [[nodiscard]] static std::shared_ptr<Timer> scheduledTimerWithTimeInterval(double interval, bool repeats,
+                                                                               Block block);
+
+    /// Let the timer never fire again and release its block (a block that is running ends first). May be
+    /// called inside the firing, and again.
+    void invalidate();
+    /// Tell whether the timer may still fire.
+    [[nodiscard]] bool isValid() const noexcept { return _queue != nullptr; }
+
+    ~Timer() = default;
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+  private:
+    friend class TimerQueue;
+    Timer(TimerQueue& queue, double intervalNanoseconds, bool repeats, Block block);
+
+    TimerQueue* _queue; // null once invalid
+    double _intervalNanoseconds;
+    std::int64_t _start; // nanoseconds of the steady clock; the grid's origin
+    std::int64_t _date = 0;
+    std::uint64_t _number = 0; // orders timers of one date
+    Block _block;
+    bool _repeats;
+    bool _firing = false;
+};
+
+} // namespace platform

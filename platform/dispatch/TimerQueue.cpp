@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/dispatch/TimerQueue.private.hpp"
+
+#include "platform/dispatch/RunLoop.private.hpp"
+#include "platform/foundation/fatal.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <sys/timerfd.h>
+#include <time.h>
+#include <unistd.h>
+#include <vector>
+
+namespace platform {
+namespace {
+
+constexpr std::int64_t Never = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
+constexpr double LongestNanoseconds = 4e18; // more than a century; keeps every date inside the clock's range
+
+// Timers that cannot keep up with their own dates share the loop's turns with the toolkit's drawing instead
+// of pushing it out for good. The number is the toolkit's own for drawing.
+constexpr int OverrunPriority = G_PRIORITY_HIGH_IDLE + 20;
+
+// Gives the first date of the grid `start + k * interval`, k = 1, 2, ..., that lies after `now`. Every date
+// is computed from the origin, so that rounding never adds up.
+std::int64_t dateAfter(std::int64_t now, std::int64_t start, double interval) {
+    interval = std::max(interval, 1.0); // a grid finer than the clock is due on every turn all the same
+    const double elapsed = static_cast<double>(now - start);
+    const double next = (std::floor(elapsed / interval) + 1) * interval;
+    // The quotient may have been rounded up to the present date.
+    const double later = next > elapsed ? next : next + interval;
+    if (!(later < LongestNanoseconds)) return Never;
+    return std::max<std::int64_t>(now + 1, start + std::llround(later));
+}
+
+} // namespace
+
+std::int64_t steadyNanoseconds() noexcept {
+    timespec time{};
+    ::clock_gettime(CLOCK_MONOTONIC, &time);
+    return time.tv_sec * NanosecondsPerSecond + time.tv_nsec;
+}
+
+struct TimerQueue::Source {
+    GSource base;
+    TimerQueue* queue;
+    gpointer tag; // of the descriptor
+
+    static Source& of(GSource* source) { return *reinterpret_cast<Source*>(source); }
+    static gboolean prepare(GSource*, gint* timeout) {
+        *timeout = -1;
+        return FALSE;
+    }
+    static gboolean check(GSource* source) {
+        return g_source_query_unix_fd(source, of(source).tag) != 0 ? TRUE : FALSE;
+    }
+    static gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
+        of(source).queue->fireDue();
+        return G_SOURCE_CONTINUE;
+    }
+};
+
+TimerQueue& TimerQueue::current() {
+    const RunLoop loop =
+        RunLoop::current(); // made before the queue, so that it is still there when that ends
+    (void)loop;
+    thread_local TimerQueue queue;
+    return queue;
+}
+
+TimerQueue::TimerQueue()
+    : _armedDate(Never)
+    , _descriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    if (_descriptor == -1) fatal(std::string("No timer: ") + std::strerror(errno));
+    static GSourceFuncs functions = {Source::prepare, Source::check, Source::dispatch,
+                                     nullptr,         nullptr,       nullptr};
+    _source = g_source_new(&functions, sizeof(Source));
+    Source& source = Source::of(_source);
+    source.queue = this;
+    source.tag = g_source_add_unix_fd(_source, _descriptor, G_IO_IN);
+    g_source_set_name(_source, "timers");
+    g_source_set_can_recurse(_source, TRUE); // a firing may run the loop; its own timer then waits
+    g_source_attach(_source, contextOf(RunLoop::current()));
+}
+
+TimerQueue::~TimerQueue() {
+    g_source_destroy(_source);
+    g_source_unref(_source);
+    // Releasing a block may invalidate other timers of this thread, so that they go one by one.
+    while (!_timers.empty()) {
+        const auto timer = _timers.begin()->second;
+        timer->invalidate();
+    }
+    ::close(_descriptor);
+}
+
+void TimerQueue::add(const std::shared_ptr<Timer>& timer) {
+    timer->_number = _nextNumber++;
+    timer->_date = dateAfter(timer->_start, timer->_start, timer->_intervalNanoseconds);
+    _timers.emplace(Key(timer->_date, timer->_number), timer);
+    if (timer->_date < _armedDate) armAt(timer->_date);
+}
+
+void TimerQueue::remove(const Timer& timer) {
+    // The descriptor stays set: one turn that finds nothing due is cheaper than a system call per removal.
+    const auto node = _timers.extract(Key(timer._date, timer._number));
+}
+
+void TimerQueue::fireDue() {
+    const std::int64_t now = steadyNanoseconds();
+    std::vector<std::shared_ptr<Timer>> due;
+    while (!_timers.empty() && _timers.begin()->first.first <= now) {
+        auto node = _timers.extract(_timers.begin());
+        Timer& timer = *node.mapped();
+        if (!timer._firing) due.push_back(node.mapped());
+        // The next date is set before the block runs: it may invalidate the timer, or run the loop.
+        timer._date = timer._repeats ? dateAfter(now, timer._start, timer._intervalNanoseconds) : Never;
+        node.key().first = timer._date;
+        _timers.insert(std::move(node));
+    }
+    arm(); // before the blocks run: one that runs the loop itself shall not stop the other timers
+    for (const auto& timer : due) fire(*timer);
+    const bool overrun = !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds();
+    const int priority = overrun ? OverrunPriority : G_PRIORITY_DEFAULT;
+    if (g_source_get_priority(_source) != priority) g_source_set_priority(_source, priority);
+}
+
+void TimerQueue::fire(Timer& timer) {
+    if (!timer.isValid() || timer._firing) return;
+    if (!timer._repeats) std::exchange(timer._queue, nullptr)->remove(timer);
+    timer._firing = true;
+    if (timer._block) timer._block();
+    timer._firing = false;
+    if (!timer.isValid()) std::exchange(timer._block, nullptr);
+}
+
+void TimerQueue::arm() {
+    armAt(_timers.empty() ? Never : _timers.begin()->first.first);
+}
+
+// Setting the descriptor also clears that it has expired, so that it need not be read.
+void TimerQueue::armAt(std::int64_t date) {
+    _armedDate = date;
+    itimerspec setting{};
+    if (date != Never) {
+        setting.it_value.tv_sec = date / NanosecondsPerSecond;
+        setting.it_value.tv_nsec = date % NanosecondsPerSecond;
+    }
+    ::timerfd_settime(_descriptor, TFD_TIMER_ABSTIME, &setting, nullptr);
+}
+
+} // namespace platform

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The timers of one thread, ordered by date, behind one timerfd in the thread's loop. Private to
+// platform/dispatch; used on its own thread only.
+#pragma once
+
+#include "platform/dispatch/Timer.hpp"
+
+#include <cstdint>
+#include <glib.h>
+#include <map>
+#include <memory>
+#include <utility>
+
+namespace platform {
+
+/// Give the steady clock's time in nanoseconds, the unit and origin that a timerfd takes.
+[[nodiscard]] std::int64_t steadyNanoseconds() noexcept;
+
+class TimerQueue {
+  public:
+    /// Give the calling thread's queue.
+    [[nodiscard]] static TimerQueue& current();
+
+    TimerQueue();
+    ~TimerQueue();
+    TimerQueue(const TimerQueue&) = delete;
+    TimerQueue& operator=(const TimerQueue&) = delete;
+
+    /// Keep `timer` and fire it at its first date.
+    void add(const std::shared_ptr<Timer>& timer);
+    /// Let go of `timer`.
+    void remove(const Timer& timer);
+    /// Fire what is due now, each timer at most once.
+    void fireDue();
+
+  private:
+    using Key = std::pair<std::int64_t, std::uint64_t>; // date, number
+    using Timers = std::map<Key, std::shared_ptr<Timer>>;
+    struct Source;
+
+    void fire(Timer& timer);
+    void arm();
+    void armAt(std::int64_t date);
+
+    Timers _timers;
+    std::uint64_t _nextNumber = 0;
+    std::int64_t _armedDate; // what the descriptor is set to
+    int _descriptor;
+    GSource* _source;
+};
+
+} // namespace platform

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/dispatch/Timer.hpp"
+
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <limits>
+#include <thread>
+#include <vector>
+
+using namespace platform;
+
+namespace {
+
+constexpr double Limit = 20; // seconds; generous, for a loaded machine
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+std::shared_ptr<Timer> every(double interval, Timer::Block block) {
+    return Timer::scheduledTimerWithTimeInterval(interval, true, std::move(block));
+}
+
+std::size_t openDescriptors() {
+    using std::filesystem::directory_iterator;
+    return static_cast<std::size_t>(std::distance(directory_iterator("/proc/self/fd"), directory_iterator()));
+}
+
+// Runs on the main loop and on a plain thread's, which must not differ.
+void onBothLoops(const std::function<void()>& body) {
+    body();
+    std::thread(body).join();
+}
+
+} // namespace
+
+TEST(Timer, FiresOnItsGrid) {
+    onBothLoops([] {
+        const auto start = Clock::now();
+        std::vector<double> dates;
+        const auto timer = every(0.005, [&] { dates.push_back(secondsSince(start)); });
+        EXPECT_TRUE(RunLoop::current().runUntil([&] { return dates.size() == 40; }, Limit));
+        timer->invalidate();
+        double previous = 0;
+        for (const double date : dates) {
+            const double grid = std::floor(date / 0.005); // the date that this firing is for, or a later one
+            EXPECT_GE(grid, 1);
+            EXPECT_GT(grid, previous); // one firing per date at most
+            previous = grid;
+        }
+    });
+}
+
+TEST(Timer, LeavesOutWhatPassedAndKeepsTheGrid) {
+    const auto start = Clock::now();
+    std::vector<double> dates;
+    const auto timer = every(0.01, [&] {
+        dates.push_back(secondsSince(start));
+        if (dates.size() == 2) std::this_thread::sleep_for(std::chrono::milliseconds(55));
+    });
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return dates.size() == 6; }, Limit));
+    timer->invalidate();
+    EXPECT_GT(dates[3], 0.075 - 0.006); // 20 ms, then busy until 75: no burst of five
+    for (std::size_t i = 3; i < 6; ++i)
+        EXPECT_GE(std::floor(dates[i] / 0.01), std::floor(dates[i - 1] / 0.01));
+}
+
+TEST(Timer, OncePerTurnInTheOrderOfDates) {
+    std::vector<int> order;
+    const auto slow = every(0.02, [&] { order.push_back(2); });
+    const auto fast = every(0.001, [&] { order.push_back(1); });
+    const auto alsoSlow = Timer::scheduledTimerWithTimeInterval(0.02, false, [&] { order.push_back(3); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    int turns = 0;
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return ++turns > 0 && order.size() >= 3; }, Limit));
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3})); // all due, one turn, one firing each
+    EXPECT_FALSE(alsoSlow->isValid());
+    fast->invalidate();
+    slow->invalidate();
+}
+
+TEST(Timer, InvalidationInsideTheFiring) {
+    onBothLoops([] {
+        const auto token = std::make_shared<int>(0);
+        int fired = 0, others = 0;
+        std::shared_ptr<Timer> timer, other;
+        timer = every(0.001, [&, token] {
+            ++fired;
+            timer->invalidate();
+            other->invalidate();             // due in the same turn, and later in it
+            EXPECT_EQ(token.use_count(), 2); // the running block stays
+            timer->invalidate();
+        });
+        other = every(0.001, [&] { ++others; });
+        std::this_thread::sleep_for(std::chrono::milliseconds(3));
+        RunLoop::current().runFor(0.02);
+        EXPECT_EQ(fired, 1);
+        EXPECT_EQ(others, 0);
+        EXPECT_EQ(token.use_count(), 1);
+    });
+}
+
+TEST(Timer, KeptByTheLoopUntilInvalidatedAndItsThreadsEnd) {
+    std::weak_ptr<int> watch;
+    std::thread([&] {
+        const auto token = std::make_shared<int>(0);
+        watch = token;
+        int fired = 0;
+        (void)every(0.001, [&fired, token] { ++fired; });
+        EXPECT_TRUE(RunLoop::current().runUntil([&] { return fired >= 2; }, Limit));
+    }).join();
+    EXPECT_TRUE(watch.expired());
+
+    const auto token = std::make_shared<int>(0);
+    const auto idle = every(1000, [token] {});
+    EXPECT_EQ(token.use_count(), 2);
+    idle->invalidate();
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+TEST(Timer, IntervalsThatAreNone) {
+    constexpr double Infinity = std::numeric_limits<double>::infinity();
+    int never = 0;
+    const auto infinite = every(Infinity, [&] { ++never; });
+    const auto aeons = every(1e300, [&] { ++never; });
+    for (const double interval : {0.0, -1.0, -Infinity, std::nan(""), 0.0001, 1e-12, 5e-324}) {
+        int fired = 0;
+        const auto start = Clock::now();
+        const auto timer = every(interval, [&] { ++fired; });
+        EXPECT_TRUE(RunLoop::current().runUntil([&] { return fired >= 20; }, Limit)) << interval;
+        const double least = interval >= 0.0001 || !(interval > 0) ? 0.0001 : 0;
+        EXPECT_GE(secondsSince(start), 20 * least - 1e-6) << interval;
+        timer->invalidate();
+    }
+    EXPECT_EQ(never, 0);
+    infinite->invalidate();
+    aeons->invalidate();
+}
+
+TEST(Timer, ManyShareOneDescriptor) {
+    (void)every(1000, [] {}); // the thread's queue is there
+    const std::size_t before = openDescriptors();
+    int fired = 0;
+    std::vector<std::shared_ptr<Timer>> timers;
+    for (int i = 0; i < 10'000; ++i) timers.push_back(every(0.02 + i * 1e-6, [&] { ++fired; }));
+    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return fired >= 10'000; }, Limit));
+    for (const auto& timer : timers) timer->invalidate();
+}
+
+TEST(Timer, ALoopInsideAFiringRunsTheOthers) {
+    int others = 0, depth = 0, deepest = 0;
+    const auto other = every(0.001, [&] { ++others; });
+    bool done = false;
+    const auto nesting = every(0.001, [&] {
+        deepest = std::max(deepest, ++depth);
+        const int before = others;
+        EXPECT_TRUE(RunLoop::current().runUntil([&] { return others >= before + 3; }, Limit));
+        --depth;
+        done = true;
+    });
+    EXPECT_TRUE(RunLoop::current().runUntil([&] { return done; }, Limit));
+    EXPECT_EQ(deepest, 1); // never fires inside its own firing
+    other->invalidate();
+    nesting->invalidate();
+}
