@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Plays animators one after the other on one timer, forwards or backwards; or, asynchronously, starts one per
+// tick on a timer of its own. Members that have played are idle and are passed over the next time unless they
+// are armed again (`Animator::rewind`). Single-threaded, on the run loop of the thread that calls `start`; a
+// running timer keeps the chain alive.
+#pragma once
+
+#include "shared/Common/Animator/MemberList.hpp"
+
+namespace tonewright {
+
+class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
+  public:
+    AnimatorChain() = default;
+    virtual ~AnimatorChain() = default;
+    AnimatorChain(const AnimatorChain&) = delete;
+    AnimatorChain& operator=(const AnimatorChain&) = delete;
+
+    /// Append `item`, if there is one.
+    virtual void add(std::shared_ptr<Animator> item);
+    /// Remove the first entry that is `item`, if there is an item; one that is no member is fatal. The
+    /// position of the chain stays.
+    virtual void remove(const std::shared_ptr<Animator>& item);
+    /// Stop and let go of all members.
+    virtual void removeAll();
+    [[nodiscard]] virtual std::int64_t getCount();
+    [[nodiscard]] virtual std::int64_t getCurrentIndex();
+    /// Give the current member, if it is neither the first nor the last.
+    [[nodiscard]] virtual std::shared_ptr<Animator> getCurrentItem();
+    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    virtual void start();
+    /// Stop the timer and go back to the first member. Members keep their state.
+    virtual void stop();
+    /// Go backwards (`direction` true) or forwards from the next step on.
+    virtual void setBackwards(bool direction);
+    /// Do one tick.
+    virtual void animate();
+
+  private:
+    friend struct AnimatorInspection;
+
+    void reset();
+
+    std::shared_ptr<platform::Timer> _timer;
+    MemberList _animators;
+    std::int64_t _currentIndex = 0;
+    std::int64_t _direction = 1;
+
+  public:
+    /// Seconds per tick; read by `start`.
+    float interval = 0.005F;
+    /// Start members on their own timers, one per tick, instead of playing them in turn.
+    bool async = false;
+    /// Called with the current member on every tick, before it is advanced or started.
+    Callback<AnimatorChain&, Animator&> onAnimation;
+    /// Called when the chain has run past its end, before it stops.
+    Callback<AnimatorChain&> onFinished;
+};
+
+} // namespace tonewright

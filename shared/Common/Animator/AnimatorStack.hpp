@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Runs animators in parallel on one timer: each tick advances every unfinished one by a frame, and those that
+// arrive are dropped. Single-threaded, on the run loop of the thread that calls `start`; a running timer
+// keeps the stack alive.
+#pragma once
+
+#include "shared/Common/Animator/MemberList.hpp"
+
+namespace tonewright {
+
+class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
+  public:
+    AnimatorStack() = default;
+    virtual ~AnimatorStack() = default;
+    AnimatorStack(const AnimatorStack&) = delete;
+    AnimatorStack& operator=(const AnimatorStack&) = delete;
+
+    /// Append `item`, if there is one. An animator added twice moves two frames per tick.
+    virtual void add(std::shared_ptr<Animator> item);
+    [[nodiscard]] virtual std::int64_t getCount();
+    [[nodiscard]] virtual std::vector<std::shared_ptr<Animator>> getItems();
+    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    virtual void start();
+    /// Stop the timer and let go of all members.
+    virtual void stop();
+    /// Do one tick. A tick that finds nothing to move reports the end and stops.
+    virtual void animate();
+    virtual void reset();
+
+  private:
+    friend struct AnimatorInspection;
+
+    std::shared_ptr<platform::Timer> _timer;
+    MemberList _animators;
+
+  public:
+    /// Seconds per tick; read by `start`.
+    float interval = 0.005F;
+    /// Called before each member's frame.
+    Callback<AnimatorStack&, Animator&> onAnimation;
+    /// Called when a tick has found nothing to move, before the stack stops.
+    Callback<AnimatorStack&> onFinished;
+    /// Called when a member has arrived and been dropped.
+    Callback<AnimatorStack&, Animator&> onRemovedItem;
+};
+
+} // namespace tonewright

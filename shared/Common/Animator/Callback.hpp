@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the animation classes call when something happens: an optional callable in 24 bytes, as cheap to call
+// as a function pointer, which survives its own replacement. A callback that assigns to its own field, or
+// empties it, runs on to its end; the new one is called from the next time on.
+//
+// Small captures that are plain bytes lie inside, everything else behind one allocation. Copies are deep.
+// Single-threaded, like the objects that hold it.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace tonewright {
+
+template <class... Arguments>
+class Callback {
+  public:
+    constexpr Callback() noexcept = default;
+    constexpr Callback(std::nullptr_t) noexcept {}
+
+    /// Hold a copy of `callable`; an empty function pointer, std::function or other nullable gives an empty
+    /// one.
+    template <class Callable>
+    requires(!std::same_as<std::remove_cvref_t<Callable>, Callback> &&
+             std::copy_constructible<std::decay_t<Callable>> &&
+             std::invocable<std::decay_t<Callable>&, Arguments...>) Callback(Callable&& callable) {
+        using Target = std::decay_t<Callable>;
+        if constexpr (std::is_constructible_v<Target, std::nullptr_t>)
+            if (callable == nullptr) return;
+        if constexpr (fitsInside<Target>)
+            ::new (static_cast<void*>(_storage.bytes)) Target(std::forward<Callable>(callable));
+        else
+            _storage.shared =
+                std::make_unique<SharedTarget<Target>>(std::forward<Callable>(callable)).release();
+        _operations = &operationsOf<Target>;
+    }
+
+    Callback(const Callback& other)
+        : _storage(other._operations != nullptr ? other._operations->copy(other._storage) : Storage{})
+        , _operations(other._operations) {}
+    Callback(Callback&& other) noexcept
+        : _storage(other._storage)
+        , _operations(std::exchange(other._operations, nullptr)) {}
+    /// Take `other`'s callable; the old one is destroyed when it no longer runs.
+    Callback& operator=(Callback other) noexcept {
+        std::swap(_storage, other._storage);
+        std::swap(_operations, other._operations);
+        return *this;
+    }
+    ~Callback() {
+        if (_operations != nullptr) _operations->release(_storage);
+    }
+
+    [[nodiscard]] explicit operator bool() const noexcept { return _operations != nullptr; }
+    /// Call the callable, which must be there.
+    void operator()(Arguments... arguments) const {
+        _operations->call(_storage, std::forward<Arguments>(arguments)...);
+    }
+
+  private:
+    // A callable too large for the inside. `holders` counts the callback that owns it and the calls under
+    // way.
+    struct Shared {
+        std::uint32_t holders = 1;
+        Shared() = default;
+        Shared(const Shared&) = delete;
+        Shared& operator=(const Shared&) = delete;
+        virtual ~Shared() = default;
+    };
+    template <class Target>
+    struct SharedTarget final : Shared {
+        template <class Source>
+        explicit SharedTarget(Source&& source)
+            : target(std::forward<Source>(source)) {}
+        Target target;
+    };
+
+    union Storage {
+        std::byte bytes[2 * sizeof(void*)] = {};
+        Shared* shared;
+    };
+
+    struct Operations {
+        void (*call)(const Storage&, Arguments&&...);
+        Storage (*copy)(const Storage&);
+        void (*release)(const Storage&);
+    };
+
+    // Held in place only where a copy may be called instead: callables with state of their own, which a call
+    // changes, must stay the same object.
+    template <class Target>
+    static constexpr bool
+        fitsInside = sizeof(Target) <= sizeof(Storage) && alignof(Target) <= alignof(Storage) &&
+                     std::is_trivially_copyable_v<Target>&& std::invocable<const Target&, Arguments...>;
+
+    static void release(Shared* shared) {
+        if (--shared->holders == 0) std::unique_ptr<Shared>(shared).reset();
+    }
+
+    template <class Target>
+    static void call(const Storage& storage, Arguments&&... arguments) {
+        if constexpr (fitsInside<Target>) {
+            const Storage kept = storage; // the call may overwrite its own place
+            (*std::launder(reinterpret_cast<const Target*>(kept.bytes)))(
+                std::forward<Arguments>(arguments)...);
+        } else {
+            auto* shared = static_cast<SharedTarget<Target>*>(storage.shared);
+            ++shared->holders;
+            const std::unique_ptr<Shared, void (*)(Shared*)> held(shared, release);
+            shared->target(std::forward<Arguments>(arguments)...);
+        }
+    }
+    template <class Target>
+    static Storage copy(const Storage& storage) {
+        Storage result = storage;
+        if constexpr (!fitsInside<Target>)
+            result.shared = std::make_unique<SharedTarget<Target>>(
+                                static_cast<const SharedTarget<Target>*>(storage.shared)->target)
+                                .release();
+        return result;
+    }
+    template <class Target>
+    static void releaseTarget(const Storage& storage) {
+        if constexpr (!fitsInside<Target>) release(storage.shared);
+    }
+    template <class Target>
+    static constexpr Operations operationsOf = {call<Target>, copy<Target>, releaseTarget<Target>};
+
+    Storage _storage{};
+    const Operations* _operations = nullptr;
+};
+
+} // namespace tonewright

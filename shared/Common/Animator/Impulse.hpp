@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Moves a value that was kicked and coasts to rest: each tick damps the velocity and adds it to the value,
+// until the velocity falls below a threshold. Two walls may keep the value between them. Single-threaded, on
+// the run loop of the thread that calls `start`; a running timer keeps the impulse alive.
+#pragma once
+
+#include "platform/dispatch/Timer.hpp"
+#include "shared/Common/Animator/Callback.hpp"
+
+#include <cstdint>
+#include <memory>
+
+namespace tonewright {
+
+class Impulse : public std::enable_shared_from_this<Impulse> {
+  public:
+    Impulse() = default;
+    virtual ~Impulse() = default;
+    Impulse(const Impulse&) = delete;
+    Impulse& operator=(const Impulse&) = delete;
+
+    /// Make an impulse and set it up.
+    [[nodiscard]] static std::shared_ptr<Impulse> create(std::int64_t frames, float amount,
+                                                         float interval = 0.009F, float intensity = 0.75F);
+
+    /// Arm with an initial velocity of `amount` per tick, damped by the factor `intensity` on every tick of
+    /// `interval` seconds, the first included. `frames` is kept and does not limit the motion. The value
+    /// stays.
+    virtual void setup(std::int64_t frames, float amount, float interval = 0.009F, float intensity = 0.75F);
+    /// Keep the value between `min` and `max`, both excluded, or let it free.
+    virtual void setMinMax(bool enabled, float min, float max);
+    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    virtual void start();
+    /// Stop the timer and become idle, with value 0.
+    virtual void stop();
+    /// Do one tick.
+    virtual void animate();
+    [[nodiscard]] virtual bool isFinished();
+    /// Give the initial velocity.
+    [[nodiscard]] virtual float getSourceValue();
+    /// Give the present value.
+    [[nodiscard]] float getValue() const noexcept { return _value; }
+
+  private:
+    friend struct AnimatorInspection;
+
+    void reset();
+
+    std::shared_ptr<platform::Timer> _timer;
+    std::int64_t _frames = -1; // -1 when idle
+    std::int64_t _step = 0;
+    float _amount = 0; // velocity per tick
+    float _value = 0;
+    float _source = 0;
+    float _intensity = 0.75F;
+    float _threshold = 0.001F;
+    float _interval = 0.009F; // seconds
+    float _minVal = -1024;
+    float _maxVal = 1024;
+    bool _collision = false;
+
+  public:
+    /// Called after every tick that moved.
+    Callback<Impulse&> onAnimation;
+    /// Called when the motion has died out, while the value is still there.
+    Callback<Impulse&> onFinished;
+    /// Called when a step would have reached a wall and was taken back, before `onAnimation`.
+    Callback<Impulse&> onCollision;
+};
+
+} // namespace tonewright

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The ordered list of a group's members, shared references, which may be changed while it is walked. A walk
+// sees the members that were there when it began, in order, whatever happens to the list meanwhile, without
+// copying the list: entries removed meanwhile stay behind as gaps, and keep their animators alive, until the
+// walk has ended. Counts and searches see the list as it is at the moment. Internal to the animation engine.
+#pragma once
+
+#include "shared/Common/Animator/Animator.hpp"
+#include "shared/Common/Animator/OccurrenceIndex.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace tonewright {
+
+class MemberList {
+  public:
+    using Members = std::vector<std::shared_ptr<Animator>>;
+    static constexpr std::size_t None = OccurrenceIndex::None;
+
+    MemberList() = default;
+    ~MemberList();
+    MemberList(const MemberList&) = delete;
+    MemberList& operator=(const MemberList&) = delete;
+
+    void append(std::shared_ptr<Animator> item);
+    /// Remove everything.
+    void clear();
+    /// Remove the first entry that is `item`; tell whether there was one. `hint` is the position at which the
+    /// present walk stands, if any.
+    [[nodiscard]] bool removeFirst(const Animator& item, std::size_t hint = None);
+    [[nodiscard]] bool contains(const Animator& item);
+    [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
+    /// Give the member at `index`, which is below the count. Never inside a walk.
+    [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index);
+    [[nodiscard]] Members items() const;
+
+    /// Call `visit(animator, position)` for every member of this moment.
+    template <class Visit>
+    void walk(const Visit& visit) {
+        if (_walkEnd > 0) { // a callback of the outer walk ticks the same group: rare, and worth a copy
+            for (const auto& member : items()) visit(*member, None);
+            return;
+        }
+        compact();
+        const std::size_t end = _entries.size();
+        const Walk walking(*this, end);
+        for (std::size_t i = 0; i < end; ++i) {
+            if (i + Ahead < end) prefetch(*_entries[i + Ahead]);
+            visit(*_entries[i], i);
+        }
+    }
+
+  private:
+    // Animators lie wherever they were made; asking for them well ahead hides most of the way to memory.
+    static constexpr std::size_t Ahead = 32;
+    static void prefetch(const Animator& animator) {
+        // What a frame touches: from the values to the callback of each frame.
+        __builtin_prefetch(&animator._source, 1);
+        __builtin_prefetch(&animator._action, 1);
+        __builtin_prefetch(&animator.onAnimation + 1, 1);
+    }
+
+    struct Walk {
+        Walk(MemberList& walked, std::size_t end)
+            : list(walked) {
+            list._walkEnd = end;
+        }
+        ~Walk() {
+            list._walkEnd = 0;
+            list.compact();
+        }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+        MemberList& list;
+    };
+
+    [[nodiscard]] bool isGap(std::size_t position) const {
+        return position < _firstLive || (!_gaps.empty() && _gaps[position] != 0);
+    }
+    [[nodiscard]] std::size_t find(const Animator& item, std::size_t hint);
+    void makeIndex();
+    void compact();
+
+    std::deque<std::shared_ptr<Animator>> _entries; // the members and gaps
+    std::vector<std::uint8_t> _gaps;                // empty, or one mark per entry
+    std::size_t _live = 0;                          // entries that are no gaps
+    std::size_t _firstLive = 0;                     // all entries before are gaps
+    std::size_t _walkEnd = 0; // entries before are under a walk and must stay; 0 without a walk
+    ScanBudget _scans;
+    std::unique_ptr<OccurrenceIndex> _index; // present once scans became dear
+};
+
+} // namespace tonewright

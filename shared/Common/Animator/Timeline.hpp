@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A sequencer's members in the order of their start frames, equal ones in the order of their coming. Internal
+// to the animation engine.
+//
+// The list behaves as if every addition sorted it by the members' start frames of that moment, and as if
+// every measuring looked at every member. It does neither: additions wait, to be sorted together when the
+// order is first looked at, and what was measured before is not measured again. Two things can go wrong
+// behind its back, for animators may be members of several time lines: another one writes a member's start
+// frame, or somebody sets a member up anew with more frames. Two counters tell all time lines that such a
+// thing has happened somewhere; one that meets a changed counter looks at its members again.
+#pragma once
+
+#include "shared/Common/Animator/Animator.hpp"
+#include "shared/Common/Animator/OccurrenceIndex.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace tonewright {
+
+class Timeline {
+  public:
+    /// The mark of an animator that has been placed in more than one time line.
+    static constexpr std::uint32_t Several = std::numeric_limits<std::uint32_t>::max();
+
+    Timeline();
+    ~Timeline();
+    Timeline(const Timeline&) = delete;
+    Timeline& operator=(const Timeline&) = delete;
+
+    /// Tell all time lines that the end of a placed animator may lie later than when it was measured.
+    static void lengthChanged() noexcept;
+
+    /// Write `startFrame` into `item` and place it.
+    void add(std::shared_ptr<Animator> item, std::int64_t startFrame);
+    /// Take out the first entry that is `item`; tell whether there was one.
+    [[nodiscard]] bool remove(const Animator& item);
+    void clear();
+    [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
+    /// Give the larger of `end` and the latest end (start frame and frames) of all members; overflow is
+    /// fatal.
+    [[nodiscard]] std::int64_t latestEnd(std::int64_t end);
+
+    /// Bring everything into its place, for `at` and `liesAhead`. Holds until the list is changed.
+    void putInOrder();
+    [[nodiscard]] bool isInOrder() const noexcept {
+        return _live == _entries.size() && _sorted == _entries.size();
+    }
+    /// Give all members, in order.
+    [[nodiscard]] std::vector<std::shared_ptr<Animator>> items();
+    /// Give the member at `index`, which is below the count.
+    [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index) const {
+        return _entries[static_cast<std::size_t>(index)].animator;
+    }
+    /// Tell whether the member at `index` and all after it are known to start later than at `frame`.
+    [[nodiscard]] bool liesAhead(std::int64_t index, std::int64_t frame) const noexcept {
+        return isTrusted() && _entries[static_cast<std::size_t>(index)].startFrame > frame;
+    }
+
+  private:
+    struct Entry {
+        std::int64_t startFrame; // the member's when the list was last sorted; a later one may differ
+        std::shared_ptr<Animator> animator; // null: a gap
+    };
+
+    static void leave(Animator& animator);
+    [[nodiscard]] bool isTrusted() const noexcept;
+    [[nodiscard]] std::size_t find(const Animator& item);
+    void sortPending();
+    void sortAnew();
+    void compact();
+    void dropIndex();
+
+    std::vector<Entry> _entries;
+    std::size_t _live = 0;   // entries that are no gaps
+    std::size_t _sorted = 0; // how many entries, from the front, are in order
+    std::uint64_t _starts;   // the counter of start frames at which the order was known to be right
+    std::uint64_t _lengths;  // the counter of lengths at which all was measured but `_unmeasured`
+    const Animator* _unmeasured = nullptr; // the only one that came since
+    bool _measureAll = false;
+    std::uint32_t _number;
+    ScanBudget _scans;
+    std::unique_ptr<OccurrenceIndex> _index;
+};
+
+} // namespace tonewright
