@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Many tweens of one library, all in one group: from 0 to 100 in a thousand frames, eased in and out by
+// squares, each calling back with its value on every tick.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+namespace bench {
+
+inline constexpr float Destination = 100;
+inline constexpr int Frames = 1000;
+
+class Crowd {
+  public:
+    Crowd() = default;
+    virtual ~Crowd() = default;
+    Crowd(const Crowd&) = delete;
+    Crowd& operator=(const Crowd&) = delete;
+    virtual void add() = 0;                       ///< put the tweens, which are made, into the group
+    virtual void tick() = 0;                      ///< advance each by one frame
+    virtual void remove() = 0;                    ///< take all out of the group
+    [[nodiscard]] virtual double sum() const = 0; ///< of all values called back with
+};
+
+[[nodiscard]] std::unique_ptr<Crowd> makeStackCrowd(std::size_t count);
+[[nodiscard]] std::unique_ptr<Crowd> makeLimitCrowd(std::size_t count);
+[[nodiscard]] std::unique_ptr<Crowd> makeTweenyCrowd(std::size_t count);
+[[nodiscard]] std::unique_ptr<Crowd> makeClawCrowd(std::size_t count);
+[[nodiscard]] std::unique_ptr<Crowd> makeQtCrowd(std::size_t count);
+
+/// Give the milliseconds that a stack takes for the tick on which all of `count` members arrive.
+[[nodiscard]] double finishMilliseconds(std::size_t count);
+/// Give the bytes of the heap per animator in a stack, with one callback that captures a reference.
+[[nodiscard]] double bytesPerAnimator(std::size_t count);
+
+} // namespace bench
