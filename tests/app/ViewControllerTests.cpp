@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The main screen with its real interface description in a real window, on the offline device and with an
+// effect that lives in the test.
+#include "app/interface/ViewController.hpp"
+
+#include "app/Audio Engine/AUExtensionManager.hpp"
+#include "platform/audio/OfflineDevice.hpp"
+#include "platform/effects/AVAudioUnit.hpp"
+#include "platform/effects/AVAudioUnitComponentManager.hpp"
+#include "platform/foundation/fatal.hpp"
+#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/InProcessEffect.hpp"
+#include "tests/ui/toolkitFixture.hpp"
+
+#include <cmath>
+
+namespace tonewright {
+
+struct ViewControllerProbe {
+    ViewController& screen;
+
+    [[nodiscard]] std::shared_ptr<AUExtensionManager>& manager() const { return screen.audioUnitManager; }
+    [[nodiscard]] std::shared_ptr<platform::UIViewController>& effectController() const {
+        return screen.audioUnitViewController;
+    }
+    void resetPluginView(double w, double h) const { screen.resetPluginView(w, h); }
+    void embedPlugInView() const { screen.embedPlugInView(); }
+    [[nodiscard]] const std::string& documentsPath() const { return screen.documentsPath; }
+    [[nodiscard]] const std::string& sharedPath() const { return screen.sharedPath; }
+    [[nodiscard]] const std::string& resourcesPath() const { return screen.resourcesPath; }
+    [[nodiscard]] bool hasUnit() const { return screen.avAudioUnit != nullptr; }
+};
+
+namespace test {
+namespace {
+
+using Lines = std::vector<std::string>;
+using platform::CGRect;
+using platform::UIView;
+using platform::UIViewController;
+using platform::testing::waitFor;
+
+constexpr const char* Loading = "ViewController: Loading the audio unit's interface...";
+constexpr const char* NoView =
+    "ERROR: Something is wrong with the view controller and view of the audio unit.";
+
+/// Counts the toggles instead of playing; it searches for effects like any manager.
+class CountingManager final : public AUExtensionManager {
+  public:
+    CountingManager()
+        : AUExtensionManager(nullptr) {}
+    bool togglePlayback() override { return ++toggles % 2 == 1; }
+    int toggles = 0;
+};
+
+class ViewControllerTest : public platform::testing::ToolkitTest {
+  protected:
+    ViewControllerTest() {
+        platform::setSharedOutputDevice(std::make_shared<platform::OfflineDevice>());
+        registry().setProvider(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{}));
+        const auto description = platform::InterfaceDescription::load("Main", platform::Bundle::main());
+        window = platform::unwrap(description).window();
+        screen = ViewController::initWithCoder(platform::NSCoder(description));
+        window->setRootViewController(screen);
+        // The search of the start finds nothing and ends with a line of its own.
+        EXPECT_TRUE(waitFor([&] { return output.lines().size() >= 5; }));
+        startLines = output.take();
+    }
+    ~ViewControllerTest() override {
+        window->close();
+        ViewControllerProbe{*screen}.manager() =
+            nullptr; // the screen, the manager and the player own one another
+        registry().setProvider(nullptr);
+        platform::setSharedOutputDevice(nullptr);
+    }
+
+    static platform::AVAudioUnitComponentManager& registry() {
+        return platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
+    }
+
+    void showAt(int width, int height) const {
+        window->makeKeyAndVisible();
+        gtk_window_set_default_size(GTK_WINDOW(platform::widgetOf(*window)), width, height);
+        EXPECT_TRUE(waitFor([&] {
+            return screen->view()->bounds() == CGRect{0, 0, double(width), double(height)};
+        }));
+    }
+
+    std::shared_ptr<CountingManager> countToggles() const {
+        auto manager = std::make_shared<CountingManager>();
+        ViewControllerProbe{*screen}.manager() = manager;
+        return manager;
+    }
+
+    static std::shared_ptr<platform::AVAudioUnit>
+    makeUnit(std::function<void(std::function<void(std::shared_ptr<UIViewController>)>)> onViewRequest) {
+        const auto effect = std::make_shared<InProcessEffect>(InProcessEffect::Settings{});
+        effect->onViewRequest = std::move(onViewRequest);
+        const platform::AudioComponentDescription description{.componentType =
+                                                                  platform::fourCharCode("aumf")};
+        registry().setProvider(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
+            {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
+        std::shared_ptr<platform::AVAudioUnit> made;
+        platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
+                                           [&](const auto& unit, const auto&) { made = unit; });
+        EXPECT_TRUE(waitFor([&] { return made != nullptr; }));
+        return made;
+    }
+
+    void expectButtons(bool playing) const {
+        EXPECT_EQ(screen->playButton->isHidden(), playing);
+        EXPECT_EQ(screen->stopButton->isHidden(), !playing);
+    }
+
+    CapturedOutput output;
+    std::shared_ptr<platform::UIWindow> window;
+    std::shared_ptr<ViewController> screen;
+    Lines startLines;
+};
+
+TEST_F(ViewControllerTest, StartsWithPlayInSightAndThePanelHidden) {
+    const ViewControllerProbe probe{*screen};
+    expectButtons(false);
+    EXPECT_TRUE(screen->pluginView->isHidden());
+    ASSERT_EQ(startLines.size(), 5U);
+    EXPECT_EQ(startLines[0], "Info: Main view controller loaded.");
+    EXPECT_EQ(startLines[1].substr(0, 5), "NOTE:");
+    // The search ends when it ends; the other lines keep their order.
+    std::erase(startLines, "ERROR: There were no audio units found.");
+    ASSERT_EQ(startLines.size(), 4U);
+    EXPECT_EQ(startLines[2], "ViewController: The app's documents path is: " + probe.documentsPath());
+    EXPECT_EQ(startLines[3], "ViewController: The app's resources path is: " + probe.resourcesPath());
+    EXPECT_EQ(probe.resourcesPath(), platform::Bundle::main().resourceURL()->path());
+    EXPECT_FALSE(probe.documentsPath().empty());
+    EXPECT_TRUE(probe.sharedPath().empty());
+    EXPECT_FALSE(probe.hasUnit());
+    EXPECT_FALSE(probe.effectController());
+    EXPECT_EQ(probe.manager()->auEngine->delegate, screen);
+    EXPECT_FALSE(screen->buttonHelp->isEnabled());
+    EXPECT_FALSE(screen->buttonInfo->isEnabled());
+}
+
+TEST_F(ViewControllerTest, ButtonsDoWhatTheyAreConnectedTo) {
+    screen->buttonUnit->press();
+    EXPECT_FALSE(screen->pluginView->isHidden());
+    screen->buttonUnit->press();
+    EXPECT_TRUE(screen->pluginView->isHidden());
+    const auto manager = countToggles();
+    screen->stopButton->press(); // Stop starts when nothing plays
+    EXPECT_EQ(manager->toggles, 1);
+    screen->playButton->press();
+    EXPECT_EQ(manager->toggles, 2);
+    for (const char* action : {"onButtonUnit:", "onPlayButton:", "onStopButton:"})
+        EXPECT_TRUE(screen->canPerformAction(action, nullptr)) << action;
+    EXPECT_FALSE(screen->canPerformAction("onNothing:", screen));
+}
+
+TEST_F(ViewControllerTest, PlayStateDecidesWhichButtonIsSeen) {
+    for (const bool playing : {true, true, false, false, true, false}) {
+        screen->onPlayerStateChanged(playing);
+        expectButtons(playing);
+    }
+    EXPECT_TRUE(output.take().empty());
+}
+
+TEST_F(ViewControllerTest, EffectsViewFillsThePanelAndFollowsItWhileHidden) {
+    showAt(700, 500);
+    const auto effectController = std::make_shared<platform::testing::PlainController>();
+    const auto effectView = std::make_shared<UIView>(CGRect{0, 0, 40, 30});
+    effectController->setView(effectView);
+    screen->onFoundComponent(makeUnit([&](const auto& completion) { completion(effectController); }));
+    EXPECT_EQ(output.take(), Lines{Loading});
+    EXPECT_EQ(effectView->superview(), screen->pluginView);
+    EXPECT_EQ(effectController->parentViewController(), screen);
+    EXPECT_EQ(effectView->frame(), screen->pluginView->bounds());
+    EXPECT_GT(effectView->frame().width, 0);
+    for (const auto& [width, height] : {std::pair{900, 650}, {560, 420}}) {
+        showAt(width, height);
+        EXPECT_EQ(effectView->frame(), screen->pluginView->bounds());
+        EXPECT_EQ(effectView->frame().width, width);
+        EXPECT_TRUE(screen->pluginView->isHidden());
+    }
+}
+
+TEST_F(ViewControllerTest, FailuresOfTheEffectsInterfaceAreOneLine) {
+    screen->onFoundComponent(nullptr);
+    EXPECT_EQ(output.take(),
+              (Lines{Loading, "ERROR: The audio unit is not initialized to load the user interface."}));
+    screen->onFoundComponent(makeUnit([](const auto& completion) { completion(nullptr); }));
+    EXPECT_EQ(output.take(), (Lines{Loading, NoView}));
+    screen->onFoundComponent(makeUnit([](const auto& completion) {
+        completion(std::make_shared<UIViewController>()); // without a view
+    }));
+    EXPECT_EQ(output.take(), (Lines{Loading, NoView}));
+    EXPECT_TRUE(screen->pluginView->subviews().empty());
+    EXPECT_TRUE(screen->childViewControllers().empty());
+}
+
+TEST_F(ViewControllerTest, InterfaceThatComesAfterTheScreenIsGoneIsSaid) {
+    std::function<void(std::shared_ptr<UIViewController>)> later;
+    const auto other = std::make_shared<ViewController>(std::nullopt);
+    std::weak_ptr<ViewController> gone;
+    {
+        const auto brief = std::make_shared<ViewController>(std::nullopt);
+        gone = brief;
+        brief->onFoundComponent(makeUnit([&](auto completion) { later = std::move(completion); }));
+    }
+    ASSERT_TRUE(gone.expired()) << "the request keeps the screen alive";
+    (void)output.take();
+    later(std::make_shared<UIViewController>());
+    EXPECT_EQ(output.take(), Lines{"ERROR: Self is nil !?"});
+}
+
+TEST_F(ViewControllerTest, SquareCoversTheScreenOnceThereIsAnEffectController) {
+    const ViewControllerProbe probe{*screen};
+    showAt(600, 500);
+    const CGRect before = screen->pluginView->frame();
+    screen->centerPluginView();
+    EXPECT_EQ(output.take(), Lines{"WARNING: Cannot reset the pluginview (yet)."});
+    EXPECT_EQ(screen->pluginView->frame(), before);
+
+    probe.effectController() = std::make_shared<platform::testing::PlainController>();
+    const auto effectView = std::make_shared<UIView>();
+    probe.effectController()->setView(effectView);
+    struct Case {
+        double w, h;
+        CGRect panel, inside;
+    };
+    for (const Case& each : {
+             Case{600, 500, {0, -50, 600, 600}, {0, 0, 600, 600}},
+             Case{300, 500, {50, 0, 500, 500}, {0, 0, 500, 500}}, // centred on the view's width, not on w
+             Case{500, 500, {0, 0, 500, 500}, {0, 0, 500, 500}},
+         }) {
+        probe.resetPluginView(each.w, each.h);
+        EXPECT_EQ(screen->pluginView->frame(), each.panel);
+        EXPECT_EQ(effectView->frame(), each.inside);
+    }
+    showAt(480, 640);
+    screen->centerPluginView();
+    EXPECT_EQ(screen->pluginView->frame(), (CGRect{-80, 0, 640, 640}));
+    probe.resetPluginView(std::nan(""), 500); // no number takes the branch of the broad screen
+    EXPECT_EQ(screen->pluginView->frame().x, 0);
+    EXPECT_TRUE(std::isnan(screen->pluginView->frame().width));
+    probe.effectController() = std::make_shared<platform::testing::PlainController>();
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(probe.resetPluginView(1, 2),
+                 "Unexpectedly found nil while implicitly unwrapping an Optional value");
+}
+
+TEST_F(ViewControllerTest, WhatMustBeThereIsFatalWhenItIsNot) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    constexpr const char* Nil = "Unexpectedly found nil while implicitly unwrapping an Optional value";
+    const ViewControllerProbe probe{*screen};
+    EXPECT_DEATH(probe.embedPlugInView(), "ERROR: Could not load audio unit's view controller.");
+    const auto bare = std::make_shared<ViewController>(std::nullopt);
+    EXPECT_DEATH(bare->viewDidLoad(), Nil);
+    EXPECT_DEATH(bare->onButtonUnit(nullptr), Nil);
+    EXPECT_DEATH(bare->onPlayButton(nullptr), Nil);
+    EXPECT_DEATH(bare->onStopButton(nullptr), Nil);
+    EXPECT_DEATH(bare->onPlayerStateChanged(true), Nil);
+    EXPECT_EQ(ViewController::initWithCoder(platform::NSCoder(nullptr)), nullptr);
+}
+
+} // namespace
+} // namespace test
+} // namespace tonewright
