@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A loop's exact samples as a wav file of 32-bit floats, for tests, benchmarks and ears. Any thread.
+#pragma once
+
+#include "tools/loops/synth/Render.hpp"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace tonewright::loops {
+
+/// Writes `pcm`; gives what went wrong, or nothing.
+[[nodiscard]] std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path& file);
+
+} // namespace tonewright::loops

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// tonewright-loops: plays recipes and writes loops. Run by the build; see `help` below.
+
+#include "WavFile.hpp"
+#include "encode/LoopEncoder.hpp"
+#include "synth/Loudness.hpp"
+#include "synth/RecipeParser.hpp"
+#include "synth/Render.hpp"
+
+#include <atomic>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace tonewright::loops;
+namespace fs = std::filesystem;
+
+constexpr std::string_view Help = R"(tonewright-loops - plays recipes and writes loops
+
+  tonewright-loops RECIPE... --out FOLDER    write FOLDER/NAME.m4a for every NAME.loop
+  tonewright-loops --wav RECIPE FILE         write the exact samples as a wav file of floats
+  tonewright-loops --check RECIPE...         read the recipes and say what they make
+  tonewright-loops --help                    say this
+
+Recipes are text; resources/loops/README.md describes them. Without a fault nothing is printed, except by --check.
+The exit status is 0, 1 for a fault in a recipe or file, 2 for a wrong command line.
+)";
+
+/// Says one sentence on standard error, whole also when several threads speak.
+void complain(const std::string& sentence)
+{
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    std::fprintf(stderr, "tonewright-loops: %s.\n", sentence.c_str());
+}
+
+std::optional<Recipe> readRecipe(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (!in) {
+        complain("the recipe '" + file.string() + "' cannot be read");
+        return std::nullopt;
+    }
+    std::variant<Recipe, RecipeFault> read = parseRecipe(text);
+    if (const auto* fault = std::get_if<RecipeFault>(&read)) {
+        const std::string place = fault->line == 0 ? "" : ":" + std::to_string(fault->line);
+        complain(file.string() + place + ": " + fault->message);
+        return std::nullopt;
+    }
+    return std::get<Recipe>(std::move(read));
+}
+
+/// Writes beside the target and renames, so that a build that is interrupted leaves no half loop.
+bool makeLoop(const fs::path& recipeFile, const fs::path& folder)
+{
+    const std::optional<Recipe> recipe = readRecipe(recipeFile);
+    if (!recipe) return false;
+    const fs::path target = folder / (recipeFile.stem().string() + ".m4a");
+    const fs::path unfinished = target.string() + ".part";
+    std::error_code error;
+    if (const auto fault = encodeLoop(render(*recipe), recipe->title, unfinished)) {
+        complain("'" + target.string() + "' was not made: " + *fault);
+        fs::remove(unfinished, error);
+        return false;
+    }
+    fs::rename(unfinished, target, error);
+    if (error) complain("'" + target.string() + "' was not made: " + error.message());
+    return !error;
+}
+
+int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder)
+{
+    std::error_code error;
+    fs::create_directories(folder, error);
+    std::atomic<std::size_t> next = 0; // the only thing the workers share: each takes the next recipe alone
+    std::atomic<bool> allMade = true;
+    const auto work = [&] {
+        for (std::size_t index = next++; index < recipes.size(); index = next++) {
+            if (!makeLoop(recipes[index], folder)) allMade = false;
+        }
+    };
+    {
+        const std::jthread helper(work);
+        work();
+    }
+    return allMade ? 0 : 1;
+}
+
+int writeSamples(const fs::path& recipeFile, const fs::path& file)
+{
+    const std::optional<Recipe> recipe = readRecipe(recipeFile);
+    if (!recipe) return 1;
+    if (const auto fault = writeWav(render(*recipe), file)) {
+        complain("'" + file.string() + "': " + *fault);
+        return 1;
+    }
+    return 0;
+}
+
+int check(const std::vector<fs::path>& recipes)
+{
+    bool sound = true;
+    for (const fs::path& file : recipes) {
+        const std::optional<Recipe> recipe = readRecipe(file);
+        sound = sound && recipe;
+        if (!recipe) continue;
+        std::printf("%s: %s, %d/%d, %d bars, %.3f s at %d Hz, %d channel(s), %zu parts\n", file.filename().c_str(),
+            recipe->title.c_str(), recipe->beats, recipe->unit, recipe->bars,
+            static_cast<double>(recipe->frames()) / recipe->rate, recipe->rate, recipe->channels, recipe->tracks.size());
+    }
+    return sound ? 0 : 1;
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    quietEncoder();
+    const std::vector<std::string_view> words(arguments + 1, arguments + count);
+    std::vector<fs::path> files;
+    fs::path folder;
+    bool wav = false;
+    bool checking = false;
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        const std::string_view word = words[index];
+        if (word == "--help") {
+            std::fputs(Help.data(), stdout);
+            return 0;
+        }
+        if (word == "--out" && index + 1 < words.size()) {
+            folder = words[++index];
+        } else if (word == "--wav") {
+            wav = true;
+        } else if (word == "--check") {
+            checking = true;
+        } else if (word.starts_with("-")) {
+            complain("unknown option '" + std::string(word) + "'; --help says what there is");
+            return 2;
+        } else {
+            files.emplace_back(word);
+        }
+    }
+    if (wav && files.size() == 2) return writeSamples(files[0], files[1]);
+    if (checking && !files.empty()) return check(files);
+    if (!wav && !checking && !files.empty() && !folder.empty()) return makeLoops(files, folder);
+    complain("this command line makes no sense; --help says what does");
+    return 2;
+}

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The drums: six ways of making a stroke, each a plain struct of numbers, and the kits made with them.
+// `renderStroke` gives one stroke with its whole tail; it is a pure function of its arguments.
+#pragma once
+
+#include "Settings.hpp"
+#include "StereoBuffer.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+namespace tonewright::loops {
+
+/// A skin: a sine that falls in pitch, a click, some noise. Bass drums, toms, hand drums.
+struct MembranePatch {
+    double pitch = 50;       // Hz, where the fall ends
+    double fall = 24;        // semitones above it where the fall begins
+    double falltime = 0.06;  // seconds to -60 dB
+    double decay = 0.4;      // seconds to -60 dB
+    double overtone = 0;     // level of a second mode at 1.59 times the pitch
+    double click = 0.3, noise = 0, tone = 3000; // tone: cutoff of click and noise
+    double drive = 0.2;
+};
+
+/// Wires under a skin: two modes and a band of noise.
+struct SnarePatch {
+    double pitch = 185, body = 0.6, decay = 0.16;
+    double noise = 0.8, noisedecay = 0.22;
+    double low = 700, high = 9000; // band of the noise
+    double snap = 0.4;
+    double drive = 0.15;
+};
+
+/// Hands: bursts of noise that run into one tail.
+struct ClapPatch {
+    double bursts = 3, spacing = 0.011; // seconds
+    double decay = 0.2, tone = 1300, reso = 0.4;
+};
+
+/// Sheets of metal: six squares at odd ratios, high-passed, with noise. Hi-hats, cymbals, cowbells.
+struct MetalPatch {
+    double pitch = 320, decay = 0.06;
+    double noise = 0.4, highpass = 7000;
+    double ring = 0;      // level of two clear partials
+    double ringtone = 3;  // their place above the pitch
+    double attack = 0.0005;
+};
+
+/// Grains: shaped noise. Shakers, brushes, tambourines, snaps.
+struct ShakerPatch {
+    double attack = 0.012, decay = 0.05;
+    double tone = 6000, reso = 0.2, highpass = 2500;
+    double jingle = 0; // level of ringing plates
+};
+
+/// Wood and stone: a few short modes. Rims, blocks, claves.
+struct WoodPatch {
+    double pitch = 900, ratio = 1.48, decay = 0.06, click = 0.4;
+};
+
+using DrumPatch = std::variant<MembranePatch, SnarePatch, ClapPatch, MetalPatch, ShakerPatch, WoodPatch>;
+
+/// A member of a kit: its sound and its place in the mix.
+struct Drum {
+    DrumPatch patch;
+    double level = 0; // decibels
+    double pan = 0;   // -1 left to 1 right
+};
+
+/// Says whether there is a kit of this name.
+[[nodiscard]] bool isKit(std::string_view kit);
+
+/// Gives all names of kits, separated by commas.
+[[nodiscard]] std::string kitNames();
+
+/// Gives the drum of that name in `kit`, or nothing. Every kit has every drum.
+[[nodiscard]] std::optional<Drum> drumNamed(std::string_view kit, std::string_view drum);
+
+/// Gives all names of drums, separated by commas.
+[[nodiscard]] std::string drumNames();
+
+/// Sets one number of a drum (those of its patch, "level" and "pan"), or says why not.
+[[nodiscard]] SettingFault setDrum(Drum& drum, std::string_view name, double value);
+
+/// One stroke: `velocity` from 0 to 1; `gateFrames` is where another stroke chokes it.
+struct Stroke {
+    double velocity = 0.8;
+    std::size_t gateFrames = 0; // 0: never choked
+    std::uint64_t seed = 1;
+};
+
+/// Plays one stroke at `rate` frames a second until it has died away; both channels carry the same.
+[[nodiscard]] StereoBuffer renderStroke(const DrumPatch& patch, const Stroke& stroke, double rate);
+
+} // namespace tonewright::loops

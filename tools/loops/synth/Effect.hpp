@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The effects of a track. Each takes a whole loop and gives a whole loop: what it remembers at the end is what it
+// starts with, and whatever swings does so a whole number of times in the loop. Pure functions of their arguments.
+#pragma once
+
+#include "Settings.hpp"
+#include "StereoBuffer.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace tonewright::loops {
+
+/// Overdrive, level kept.
+struct Drive {
+    double amount = 0.4; // 0 to 3
+    double tone = 9000;  // Hz, of the low-pass behind it
+    double mix = 1;
+};
+
+/// A filter that may travel between two cutoffs. Modes: 0 low-pass, 1 band-pass, 2 high-pass.
+struct Sweep {
+    double mode = 0;
+    double cutoff = 1000, to = 0; // Hz; `to` of 0 stands still
+    double reso = 0.2;
+    double cycles = 1;           // per loop
+    double shape = 0;            // 0 sine, 1 rising saw, 2 falling saw, 3 triangle
+    double poles = 2;
+};
+
+struct Chorus {
+    double depth = 3;  // milliseconds
+    double delay = 12; // milliseconds
+    double cycles = 4; // per loop
+    double mix = 0.5;
+};
+
+struct Phaser {
+    double low = 300, high = 2400; // Hz
+    double cycles = 1;             // per loop
+    double feedback = 0.5;
+    double mix = 0.5;
+};
+
+/// Swells of level, or of place.
+struct Tremolo {
+    double cycles = 16; // per loop
+    double depth = 0.5;
+    double pan = 0; // 1: left and right in turn
+};
+
+/// Repeats; `steps` counts sixteenths.
+struct Echo {
+    double steps = 3;
+    double feedback = 0.4;
+    double mix = 0.3;
+    double tone = 3500; // Hz
+    double cross = 1;   // how far repeats change sides
+};
+
+/// Fewer bits, fewer samples.
+struct Crush {
+    double bits = 8;
+    double hold = 4; // frames
+    double mix = 1;
+};
+
+/// Makes room for every stroke of the bass drum.
+struct Duck {
+    double depth = 0.6;
+    double time = 0.28; // seconds until all is back
+};
+
+/// Scatters the loop into short grains of itself.
+struct Grains {
+    double density = 24; // per second
+    double size = 0.18;  // seconds
+    double shift = 12;   // semitones up for some of them
+    double share = 0.3;  // how many are shifted
+    double mix = 0.6;
+};
+
+/// Cuts holes: sixteenths of the track that are heard.
+struct Chop {
+    std::vector<bool> open;
+    double depth = 1;
+};
+
+/// Low and high shelves in decibels, and the width of the stereo field.
+struct Tone {
+    double low = 0, high = 0;
+    double width = 1;
+};
+
+using Effect = std::variant<Drive, Sweep, Chorus, Phaser, Tremolo, Echo, Crush, Duck, Grains, Chop, Tone>;
+
+/// Gives the named effect with its usual numbers, or nothing.
+[[nodiscard]] std::optional<Effect> effectNamed(std::string_view name);
+
+/// Gives all names of effects, separated by commas.
+[[nodiscard]] std::string effectNames();
+
+/// Sets one number of an effect, or says why not.
+[[nodiscard]] SettingFault setEffect(Effect& effect, std::string_view name, double value);
+
+/// A stroke that others make room for.
+struct Kick {
+    std::size_t frame = 0;
+    double velocity = 1.0;
+};
+
+/// What effects know of the loop they work on.
+struct EffectContext {
+    double rate = 44100;     // Hz
+    double sixteenths = 64;  // in the loop
+    std::uint64_t seed = 1;
+    std::vector<Kick> kicks;
+};
+
+/// Runs one effect over the loop in place.
+void applyEffect(StereoBuffer& loop, const Effect& effect, const EffectContext& context);
+
+/// The reverb that all tracks send to.
+struct Room {
+    double decay = 1.4;     // seconds to -60 dB
+    double damp = 5500;     // Hz above which it dies sooner
+    double predelay = 0.012; // seconds
+    double size = 1;        // of its delay lines
+};
+
+/// Sets one number of the room, or says why not.
+[[nodiscard]] SettingFault setRoom(Room& room, std::string_view name, double value);
+
+/// Replaces what was sent into the room by what comes back from it.
+void applyRoom(StereoBuffer& loop, const Room& room, double rate);
+
+} // namespace tonewright::loops

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The filters of voices and effects: a two-pole state-variable filter solved without a delay in its loop
+// (trapezoidal integration), a one-pole smoother and a DC blocker. Values, one per channel; not shared by threads.
+#pragma once
+
+#include "ExactMath.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tonewright::loops {
+
+/// The coefficients of a state-variable filter.
+struct FilterTuning {
+    double g = 0.0;
+    double k = 1.0;
+
+    FilterTuning() = default;
+
+    /// Tunes to `cutoff` Hz; `resonance` from 0 (damped, Butterworth) to 1 (on the edge of ringing for ever).
+    FilterTuning(double cutoff, double resonance, double rate)
+    {
+        const double turns = std::clamp(cutoff, 10.0, 0.46 * rate) / rate * 0.5;
+        g = sineOfTurns(turns) / cosineOfTurns(turns);
+        k = 1.4142135623730951 - 1.3742135623730951 * std::clamp(resonance, 0.0, 1.0);
+    }
+};
+
+/// What a state-variable filter gives for one frame.
+struct FilterOutputs {
+    double low = 0.0;
+    double band = 0.0; // scaled so that the centre passes at the damping's gain
+    double high = 0.0;
+};
+
+/// The state of one channel.
+class StateVariableFilter {
+public:
+    /// Takes one frame through the filter.
+    FilterOutputs step(double input, const FilterTuning& tuning) noexcept
+    {
+        const double high = (input - (tuning.k + tuning.g) * first_ - second_) / (1.0 + tuning.g * (tuning.g + tuning.k));
+        const double band = tuning.g * high + first_;
+        const double low = tuning.g * band + second_;
+        first_ = settled(tuning.g * high + band);
+        second_ = settled(tuning.g * band + low);
+        return {low, band, high};
+    }
+
+private:
+    static double settled(double value) noexcept { return std::fabs(value) < 1e-20 ? 0.0 : value; }
+
+    double first_ = 0.0;
+    double second_ = 0.0;
+};
+
+/// A one-pole low-pass filter.
+class Smoother {
+public:
+    Smoother() = default;
+
+    Smoother(double cutoff, double rate)
+        : amount_(1.0 - exponential(-2.0 * Pi * std::min(cutoff, 0.49 * rate) / rate))
+    {
+    }
+
+    double step(double input) noexcept
+    {
+        state_ += amount_ * (input - state_);
+        if (std::fabs(state_) < 1e-20) {
+            state_ = 0.0;
+        }
+        return state_;
+    }
+
+private:
+    double amount_ = 1.0;
+    double state_ = 0.0;
+};
+
+} // namespace tonewright::loops

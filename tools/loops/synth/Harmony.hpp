@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Keys, scales and chords: from what a recipe writes to MIDI note numbers. Pure functions.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace tonewright::loops {
+
+/// A tonic and the scale above it.
+struct Key {
+    int root = 0;                            // pitch class: 0 is C
+    std::vector<int> scale{0, 2, 4, 5, 7, 9, 11}; // semitones above the root, rising
+};
+
+/// A chord: its root, its tones above the root, and another bass if it has one.
+struct Chord {
+    int root = 0;
+    std::vector<int> tones{0, 4, 7}; // semitones above the root, rising; ninths and above exceed 12
+    int bass = 0;                    // pitch class
+};
+
+/// Reads a pitch class: a letter A to G with any number of # and b. Takes what it reads off `text`.
+[[nodiscard]] std::optional<int> readPitchClass(std::string_view& text);
+
+/// Gives the scale of that name ("dorian", "minor", "blues", ...), or nothing.
+[[nodiscard]] std::optional<std::vector<int>> scaleNamed(std::string_view name);
+
+/// Reads a chord symbol: a root, a quality ("m9", "maj7", "7b9", "sus4", ...), and perhaps "/bass".
+[[nodiscard]] std::optional<Chord> chordNamed(std::string_view symbol);
+
+/// Gives the note of `degree` (1 is the tonic, 8 its octave, 0 and below lie under it) with the tonic in `octave`.
+[[nodiscard]] int noteOfKey(const Key& key, int degree, int octave);
+
+/// Gives the note of `degree` counted from the chord's root: its own third, fifth and seventh, the rest from the key.
+[[nodiscard]] int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave);
+
+/// Gives the `index`th tone of a rising chord (1 is the lowest); beyond its end it goes on an octave higher.
+[[nodiscard]] int noteOfChord(const std::vector<int>& rising, int index);
+
+enum class Voicing { Close, DropTwo, Spread, Shell };
+
+/// Lays a chord out with at most `voices` notes near `centre`, moving as little as it can from `before`.
+[[nodiscard]] std::vector<int> voiced(
+    const Chord& chord, Voicing voicing, int voices, double centre, const std::vector<int>& before);
+
+} // namespace tonewright::loops

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// From a recipe's written parts to timed notes and strokes: swing, human unevenness, ties round the loop's end.
+// Pure functions; the unevenness comes from the recipe's seed.
+#pragma once
+
+#include "Recipe.hpp"
+
+#include <vector>
+
+namespace tonewright::loops {
+
+/// A note, and the frame of the loop on which it starts.
+struct TimedNote {
+    std::size_t frame = 0;
+    Note note;
+};
+
+/// A stroke, and the frame of the loop on which it falls.
+struct TimedStroke {
+    std::size_t frame = 0;
+    Stroke stroke;
+};
+
+/// Gives the notes of a pitched track.
+[[nodiscard]] std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track);
+
+/// Gives the strokes of one row of a drum track.
+[[nodiscard]] std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, const DrumRow& row);
+
+} // namespace tonewright::loops

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Two channels of equal length, and the arithmetic of a loop: positions wrap, tails are added round the end.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace tonewright::loops {
+
+struct StereoBuffer {
+    std::vector<double> left;
+    std::vector<double> right;
+
+    StereoBuffer() = default;
+    explicit StereoBuffer(std::size_t frames)
+        : left(frames)
+        , right(frames)
+    {
+    }
+
+    [[nodiscard]] std::size_t frames() const noexcept { return left.size(); }
+};
+
+/// Adds `sound` to `loop` from frame `start` on; what passes the loop's end goes on at its beginning.
+inline void addAround(StereoBuffer& loop, const StereoBuffer& sound, std::size_t start, double leftGain, double rightGain)
+{
+    const std::size_t length = loop.frames();
+    std::size_t at = start % length;
+    for (std::size_t frame = 0; frame < sound.frames(); ++frame) {
+        loop.left[at] += sound.left[frame] * leftGain;
+        loop.right[at] += sound.right[frame] * rightGain;
+        if (++at == length) {
+            at = 0;
+        }
+    }
+}
+
+/// One frame of both channels.
+struct StereoFrame {
+    double left = 0.0;
+    double right = 0.0;
+};
+
+/// Runs something with a memory round a loop: `step(frame, position)` sees the loop's last `warmFrames` frames
+/// (several rounds of it if need be) before what it gives is kept, so that its state at the end is that at the start.
+template <typename Step>
+void runAround(StereoBuffer& loop, std::size_t warmFrames, Step step)
+{
+    const std::size_t length = loop.frames();
+    std::size_t at = (length - warmFrames % length) % length;
+    for (std::size_t frame = 0; frame < warmFrames; ++frame) {
+        step(StereoFrame{loop.left[at], loop.right[at]}, at);
+        at = at + 1 == length ? 0 : at + 1;
+    }
+    for (std::size_t frame = 0; frame < length; ++frame) {
+        const StereoFrame result = step(StereoFrame{loop.left[frame], loop.right[frame]}, frame);
+        loop.left[frame] = result.left;
+        loop.right[frame] = result.right;
+    }
+}
+
+} // namespace tonewright::loops
