@@ -136,13 +136,16 @@ void limitPeaks(StereoBuffer& loop, double ceiling, double rate)
     }
     // ... then averaged over the same stretch, so that it moves without an edge and is low enough at the peak.
     const double share = 1.0 / static_cast<double>(2 * ahead + 1);
+    double sum = 0.0;
+    for (std::size_t offset = 0; offset < 2 * ahead; ++offset) {
+        sum += held[(length + offset - ahead) % length];
+    }
     for (std::size_t frame = 0; frame < length; ++frame) {
-        double sum = 0.0;
-        for (std::size_t offset = 0; offset <= 2 * ahead; ++offset) {
-            sum += held[(frame + length + offset - ahead) % length];
-        }
-        loop.left[frame] *= std::min(sum * share, 1.0);
-        loop.right[frame] *= std::min(sum * share, 1.0);
+        sum += held[(frame + ahead) % length];
+        const double mean = std::min(sum * share, 1.0);
+        loop.left[frame] *= mean;
+        loop.right[frame] *= mean;
+        sum -= held[(frame + length - ahead) % length];
     }
 }
 
