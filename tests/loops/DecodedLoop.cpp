@@ -21,8 +21,7 @@ struct Closer {
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
 };
 
-void take(DecodedLoop& loop, AVCodecContext& decoder, AVFrame& frame)
-{
+void take(DecodedLoop& loop, AVCodecContext& decoder, AVFrame& frame) {
     while (avcodec_receive_frame(&decoder, &frame) >= 0) {
         loop.decodedFrames += frame.nb_samples;
         for (std::size_t channel = 0; channel < loop.channels.size(); ++channel) {
@@ -34,8 +33,7 @@ void take(DecodedLoop& loop, AVCodecContext& decoder, AVFrame& frame)
 
 } // namespace
 
-DecodedLoop decodeLoop(const std::filesystem::path& file)
-{
+DecodedLoop decodeLoop(const std::filesystem::path& file) {
     DecodedLoop loop;
     AVFormatContext* opened = nullptr;
     if (avformat_open_input(&opened, file.c_str(), nullptr, nullptr) < 0) {
@@ -56,7 +54,8 @@ DecodedLoop decodeLoop(const std::filesystem::path& file)
         loop.fault = "cannot be decoded";
         return loop;
     }
-    if (const AVDictionaryEntry* title = av_dict_get(container->metadata, "title", nullptr, 0)) loop.title = title->value;
+    if (const AVDictionaryEntry* title = av_dict_get(container->metadata, "title", nullptr, 0))
+        loop.title = title->value;
     loop.rate = decoder->sample_rate;
     loop.statedFrames = av_rescale_q(stream.duration, stream.time_base, {1, loop.rate});
     loop.channels.resize(static_cast<std::size_t>(decoder->ch_layout.nb_channels));

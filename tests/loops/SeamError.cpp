@@ -8,8 +8,8 @@
 
 namespace tonewright::loops {
 
-SeamError seamError(const std::vector<std::vector<float>>& recipe, const std::vector<std::vector<float>>& decoded)
-{
+SeamError seamError(const std::vector<std::vector<float>>& recipe,
+                    const std::vector<std::vector<float>>& decoded) {
     constexpr std::size_t Around = 2000;
     double seam = 0;
     double rest = 0;
@@ -26,8 +26,9 @@ SeamError seamError(const std::vector<std::vector<float>>& recipe, const std::ve
     }
     const double sides = static_cast<double>(recipe.size());
     const auto decibels = [](double power) { return 10.0 * std::log10(power + 1e-20); };
-    return {decibels(seam / (sides * 2.0 * Around)), decibels(rest / (sides * static_cast<double>(length - 2 * Around))),
-        decibels(signal) - decibels(seam + rest)};
+    return {decibels(seam / (sides * 2.0 * Around)),
+            decibels(rest / (sides * static_cast<double>(length - 2 * Around))),
+            decibels(signal) - decibels(seam + rest)};
 }
 
 } // namespace tonewright::loops

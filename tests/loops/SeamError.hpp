@@ -10,14 +10,14 @@
 namespace tonewright::loops {
 
 struct SeamError {
-    double seamDecibels = 0;   // power of decoded minus recipe in the 2,000 frames on either side of the seam
-    double restDecibels = 0;   // the same in the rest of the loop
-    double signalToNoise = 0;  // decibels, over the whole loop
+    double seamDecibels = 0;  // power of decoded minus recipe in the 2,000 frames on either side of the seam
+    double restDecibels = 0;  // the same in the rest of the loop
+    double signalToNoise = 0; // decibels, over the whole loop
 
     [[nodiscard]] double excess() const { return seamDecibels - restDecibels; }
 };
 
-[[nodiscard]] SeamError seamError(
-    const std::vector<std::vector<float>>& recipe, const std::vector<std::vector<float>>& decoded);
+[[nodiscard]] SeamError seamError(const std::vector<std::vector<float>>& recipe,
+                                  const std::vector<std::vector<float>>& decoded);
 
 } // namespace tonewright::loops

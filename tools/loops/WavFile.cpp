@@ -12,17 +12,16 @@ namespace tonewright::loops {
 
 namespace {
 
-void put(std::string& bytes, std::uint32_t value, unsigned count)
-{
+void put(std::string& bytes, std::uint32_t value, unsigned count) {
     for (unsigned index = 0; index < count; ++index) {
-        bytes.push_back(static_cast<char>((value >> (8U * index)) & 0xFFU)); // little-endian whatever the machine
+        bytes.push_back(
+            static_cast<char>((value >> (8U * index)) & 0xFFU)); // little-endian whatever the machine
     }
 }
 
 } // namespace
 
-std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path& file)
-{
+std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path& file) {
     const auto channels = static_cast<std::uint32_t>(pcm.channels.size());
     const auto frames = static_cast<std::uint32_t>(pcm.frames());
     const auto rate = static_cast<std::uint32_t>(pcm.rate);

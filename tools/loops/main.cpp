@@ -36,15 +36,13 @@ The exit status is 0, 1 for a fault in a recipe or file, 2 for a wrong command l
 )";
 
 /// Says one sentence on standard error, whole also when several threads speak.
-void complain(const std::string& sentence)
-{
+void complain(const std::string& sentence) {
     static std::mutex mutex;
     const std::lock_guard lock(mutex);
     std::fprintf(stderr, "tonewright-loops: %s.\n", sentence.c_str());
 }
 
-std::optional<Recipe> readRecipe(const fs::path& file)
-{
+std::optional<Recipe> readRecipe(const fs::path& file) {
     std::ifstream in(file, std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (!in) {
@@ -61,8 +59,7 @@ std::optional<Recipe> readRecipe(const fs::path& file)
 }
 
 /// Writes beside the target and renames, so that a build that is interrupted leaves no half loop.
-bool makeLoop(const fs::path& recipeFile, const fs::path& folder)
-{
+bool makeLoop(const fs::path& recipeFile, const fs::path& folder) {
     const std::optional<Recipe> recipe = readRecipe(recipeFile);
     if (!recipe) return false;
     const fs::path target = folder / (recipeFile.stem().string() + ".m4a");
@@ -78,8 +75,7 @@ bool makeLoop(const fs::path& recipeFile, const fs::path& folder)
     return !error;
 }
 
-int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder)
-{
+int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
     std::atomic<std::size_t> next = 0; // the only thing the workers share: each takes the next recipe alone
@@ -96,8 +92,7 @@ int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder)
     return allMade ? 0 : 1;
 }
 
-int writeSamples(const fs::path& recipeFile, const fs::path& file)
-{
+int writeSamples(const fs::path& recipeFile, const fs::path& file) {
     const std::optional<Recipe> recipe = readRecipe(recipeFile);
     if (!recipe) return 1;
     if (const auto fault = writeWav(render(*recipe), file)) {
@@ -107,24 +102,23 @@ int writeSamples(const fs::path& recipeFile, const fs::path& file)
     return 0;
 }
 
-int check(const std::vector<fs::path>& recipes)
-{
+int check(const std::vector<fs::path>& recipes) {
     bool sound = true;
     for (const fs::path& file : recipes) {
         const std::optional<Recipe> recipe = readRecipe(file);
         sound = sound && recipe;
         if (!recipe) continue;
-        std::printf("%s: %s, %d/%d, %d bars, %.3f s at %d Hz, %d channel(s), %zu parts\n", file.filename().c_str(),
-            recipe->title.c_str(), recipe->beats, recipe->unit, recipe->bars,
-            static_cast<double>(recipe->frames()) / recipe->rate, recipe->rate, recipe->channels, recipe->tracks.size());
+        std::printf("%s: %s, %d/%d, %d bars, %.3f s at %d Hz, %d channel(s), %zu parts\n",
+                    file.filename().c_str(), recipe->title.c_str(), recipe->beats, recipe->unit, recipe->bars,
+                    static_cast<double>(recipe->frames()) / recipe->rate, recipe->rate, recipe->channels,
+                    recipe->tracks.size());
     }
     return sound ? 0 : 1;
 }
 
 } // namespace
 
-int main(int count, char** arguments)
-{
+int main(int count, char** arguments) {
     quietEncoder();
     const std::vector<std::string_view> words(arguments + 1, arguments + count);
     std::vector<fs::path> files;

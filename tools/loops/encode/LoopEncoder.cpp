@@ -28,17 +28,17 @@ constexpr std::int64_t Block = 1024;
 constexpr std::int64_t HiddenPackets = 2;
 constexpr std::int64_t WarmBlocks = 24; // for the encoder's rate control; not written
 
-/// How much worse than elsewhere the coding may be around the seam before the seam is given more bits, in decibels.
+/// How much worse than elsewhere the coding may be around the seam before the seam is given more bits, in
+/// decibels.
 constexpr double AcceptedExcess = 0.0;
 constexpr std::array<double, 4> SeamShares{1.3, 1.6, 2.0, 2.6}; // of the bit rate
-constexpr std::int64_t AroundSeam = 2000;                           // frames on either side
+constexpr std::int64_t AroundSeam = 2000;                       // frames on either side
 
 struct Closer {
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-    void operator()(AVFormatContext* context) const
-    {
+    void operator()(AVFormatContext* context) const {
         if (context->pb != nullptr) avio_closep(&context->pb);
         avformat_free_context(context);
     }
@@ -51,19 +51,18 @@ using Frame = std::unique_ptr<AVFrame, Closer>;
 using Packet = std::unique_ptr<AVPacket, Closer>;
 using Container = std::unique_ptr<AVFormatContext, Closer>;
 
-std::string errorText(const char* doing, int code)
-{
+std::string errorText(const char* doing, int code) {
     std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
     av_strerror(code, text.data(), text.size());
     return std::string(doing) + ": " + text.data();
 }
 
 /// Copies a block of the endless loop, beginning at `start`, into a frame.
-void fill(AVFrame& frame, const Pcm& pcm, std::int64_t start)
-{
+void fill(AVFrame& frame, const Pcm& pcm, std::int64_t start) {
     const auto length = static_cast<std::int64_t>(pcm.frames());
     for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
-        auto* target = reinterpret_cast<float*>(frame.data[channel]); // planar floats are what the encoder takes
+        auto* target =
+            reinterpret_cast<float*>(frame.data[channel]); // planar floats are what the encoder takes
         for (std::int64_t index = 0; index < Block; ++index) {
             const std::int64_t place = (((start + index) % length) + length) % length;
             target[index] = pcm.channels[channel][static_cast<std::size_t>(place)];
@@ -78,16 +77,15 @@ struct Encoded {
 };
 
 /// Says whether the block that begins at `start` reaches into the frames around the seam.
-bool touchesSeam(std::int64_t start, std::int64_t length)
-{
+bool touchesSeam(std::int64_t start, std::int64_t length) {
     const std::int64_t window = 2 * Block;
-    return (start < AroundSeam && start + window > -AroundSeam)
-        || (start < length + AroundSeam && start + window > length - AroundSeam);
+    return (start < AroundSeam && start + window > -AroundSeam) ||
+           (start < length + AroundSeam && start + window > length - AroundSeam);
 }
 
-/// Encodes the loop with some loop before and after it, the blocks around the seam at `seamShare` of the bit rate.
-Encoded encodePackets(const Pcm& pcm, double seamShare)
-{
+/// Encodes the loop with some loop before and after it, the blocks around the seam at `seamShare` of the bit
+/// rate.
+Encoded encodePackets(const Pcm& pcm, double seamShare) {
     Encoded result;
     const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_AAC);
     if (codec == nullptr) {
@@ -126,7 +124,8 @@ Encoded encodePackets(const Pcm& pcm, double seamShare)
             packet->pts = packet->dts = next;
             packet->duration = std::min(Block, length - next);
             next += Block;
-            if (packet->pts >= -HiddenPackets * Block && packet->pts < length) result.packets.push_back(std::move(packet));
+            if (packet->pts >= -HiddenPackets * Block && packet->pts < length)
+                result.packets.push_back(std::move(packet));
         }
     };
     for (std::int64_t start = first; start < end; start += Block) {
@@ -140,7 +139,8 @@ Encoded encodePackets(const Pcm& pcm, double seamShare)
         if (code >= 0) {
             fill(*frame, pcm, start);
             // The encoder asks for its rate block by block; the block it will now code begins at `next`.
-            encoder.bit_rate = touchesSeam(next, length) ? static_cast<std::int64_t>(bitRate * seamShare) : bitRate;
+            encoder.bit_rate =
+                touchesSeam(next, length) ? static_cast<std::int64_t>(bitRate * seamShare) : bitRate;
             code = avcodec_send_frame(&encoder, frame.get());
         }
         if (code >= 0) code = collect();
@@ -154,8 +154,8 @@ Encoded encodePackets(const Pcm& pcm, double seamShare)
     return result;
 }
 
-std::optional<std::string> writeFile(Encoded& encoded, const std::string& title, const std::filesystem::path& file)
-{
+std::optional<std::string> writeFile(Encoded& encoded, const std::string& title,
+                                     const std::filesystem::path& file) {
     AVFormatContext* made = nullptr;
     int code = avformat_alloc_output_context2(&made, nullptr, "ipod", file.c_str());
     if (code < 0) return errorText("preparing the container", code);
@@ -186,9 +186,9 @@ std::optional<std::string> writeFile(Encoded& encoded, const std::string& title,
     return std::nullopt;
 }
 
-/// Decodes the packets again and gives by how many decibels the error around the seam exceeds that of the rest.
-std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm)
-{
+/// Decodes the packets again and gives by how many decibels the error around the seam exceeds that of the
+/// rest.
+std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm) {
     const CodecContext decoder(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_AAC)));
     std::unique_ptr<AVCodecParameters, ParameterCloser> parameters(avcodec_parameters_alloc());
     avcodec_parameters_from_context(parameters.get(), encoded.encoder.get());
@@ -200,13 +200,15 @@ std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm)
     double rest = 0.0;
     for (const Packet& packet : encoded.packets) {
         if (avcodec_send_packet(decoder.get(), packet.get()) < 0) return std::nullopt;
-        if (avcodec_receive_frame(decoder.get(), frame.get()) < 0) return std::nullopt; // this codec answers at once
+        if (avcodec_receive_frame(decoder.get(), frame.get()) < 0)
+            return std::nullopt; // this codec answers at once
         for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
             const auto* samples = reinterpret_cast<const float*>(frame->data[channel]);
             for (std::int64_t index = 0; index < frame->nb_samples; ++index) {
                 const std::int64_t place = packet->pts + index;
                 if (place < 0 || place >= length) continue;
-                const double error = static_cast<double>(samples[index] - pcm.channels[channel][static_cast<std::size_t>(place)]);
+                const double error = static_cast<double>(
+                    samples[index] - pcm.channels[channel][static_cast<std::size_t>(place)]);
                 (place < AroundSeam || place >= length - AroundSeam ? seam : rest) += error * error;
             }
         }
@@ -218,8 +220,8 @@ std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm)
 
 } // namespace
 
-std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title, const std::filesystem::path& file)
-{
+std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
+                                      const std::filesystem::path& file) {
     Encoded best;
     double least = 1e9;
     for (const double share : SeamShares) {
@@ -236,8 +238,7 @@ std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title, 
     return writeFile(best, title, file);
 }
 
-void quietEncoder() noexcept
-{
+void quietEncoder() noexcept {
     av_log_set_level(AV_LOG_ERROR);
 }
 

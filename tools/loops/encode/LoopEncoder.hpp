@@ -14,12 +14,12 @@ namespace tonewright::loops {
 
 /// Writes `pcm` as AAC-LC in an m4a file; gives what went wrong, or nothing.
 ///
-/// A codec of overlapping blocks knows nothing of what comes before its first sample or after its last, and is worst
-/// there. So the encoder hears the loop go round: its own end before the beginning, its own beginning after the end.
-/// The file keeps two packets from before the beginning for the decoder to start up with; the edit list hides them,
-/// and gives the length to the frame.
-[[nodiscard]] std::optional<std::string> encodeLoop(
-    const Pcm& pcm, const std::string& title, const std::filesystem::path& file);
+/// A codec of overlapping blocks knows nothing of what comes before its first sample or after its last, and
+/// is worst there. So the encoder hears the loop go round: its own end before the beginning, its own
+/// beginning after the end. The file keeps two packets from before the beginning for the decoder to start up
+/// with; the edit list hides them, and gives the length to the frame.
+[[nodiscard]] std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
+                                                    const std::filesystem::path& file);
 
 /// Keeps the encoding library's chatter to real errors, for the whole process.
 void quietEncoder() noexcept;

@@ -17,11 +17,11 @@ namespace tonewright::loops {
 
 /// A skin: a sine that falls in pitch, a click, some noise. Bass drums, toms, hand drums.
 struct MembranePatch {
-    double pitch = 50;       // Hz, where the fall ends
-    double fall = 24;        // semitones above it where the fall begins
-    double falltime = 0.06;  // seconds to -60 dB
-    double decay = 0.4;      // seconds to -60 dB
-    double overtone = 0;     // level of a second mode at 1.59 times the pitch
+    double pitch = 50;                          // Hz, where the fall ends
+    double fall = 24;                           // semitones above it where the fall begins
+    double falltime = 0.06;                     // seconds to -60 dB
+    double decay = 0.4;                         // seconds to -60 dB
+    double overtone = 0;                        // level of a second mode at 1.59 times the pitch
     double click = 0.3, noise = 0, tone = 3000; // tone: cutoff of click and noise
     double drive = 0.2;
 };
@@ -45,8 +45,8 @@ struct ClapPatch {
 struct MetalPatch {
     double pitch = 320, decay = 0.06;
     double noise = 0.4, highpass = 7000;
-    double ring = 0;      // level of two clear partials
-    double ringtone = 3;  // their place above the pitch
+    double ring = 0;     // level of two clear partials
+    double ringtone = 3; // their place above the pitch
     double attack = 0.0005;
 };
 

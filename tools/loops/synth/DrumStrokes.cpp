@@ -17,20 +17,18 @@ namespace {
 
 /// Collects a stroke's frames and ends it when it has faded or has been choked.
 class StrokeWriter {
-public:
+  public:
     StrokeWriter(const Stroke& stroke, double seconds, double rate)
         : velocity_(stroke.velocity)
         , gate_(stroke.gateFrames)
         , most_(static_cast<std::size_t>(seconds * rate))
-        , fall_(decayFactor(0.03, rate))
-    {
+        , fall_(decayFactor(0.03, rate)) {
         sound_.left.reserve(most_);
     }
 
     [[nodiscard]] bool goesOn() const noexcept { return sound_.left.size() < most_ && choke_ > 1e-4; }
 
-    void write(double value)
-    {
+    void write(double value) {
         if (gate_ != 0 && sound_.left.size() >= gate_) choke_ *= fall_;
         // The last thirty-second of the time fades to nothing, so that no stroke ends on an edge.
         const auto left = static_cast<double>(most_ - sound_.left.size());
@@ -38,13 +36,12 @@ public:
         sound_.left.push_back(value * velocity_ * choke_ * fade);
     }
 
-    StereoBuffer finish()
-    {
+    StereoBuffer finish() {
         sound_.right = sound_.left;
         return std::move(sound_);
     }
 
-private:
+  private:
     StereoBuffer sound_;
     double velocity_;
     std::size_t gate_;
@@ -53,16 +50,14 @@ private:
     double choke_ = 1.0;
 };
 
-double turned(double& phase, double step)
-{
+double turned(double& phase, double step) {
     const double value = sineOfTurns(phase);
     phase += step;
     phase -= phase >= 1.0 ? 1.0 : 0.0;
     return value;
 }
 
-StereoBuffer render(const MembranePatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const MembranePatch& patch, const Stroke& stroke, double rate) {
     Random random(stroke.seed);
     StrokeWriter writer(stroke, patch.decay * 1.15 + 0.02, rate);
     StateVariableFilter tone;
@@ -97,8 +92,7 @@ StereoBuffer render(const MembranePatch& patch, const Stroke& stroke, double rat
     return writer.finish();
 }
 
-StereoBuffer render(const SnarePatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const SnarePatch& patch, const Stroke& stroke, double rate) {
     Random random(stroke.seed);
     StrokeWriter writer(stroke, std::max(patch.decay, patch.noisedecay) * 1.15 + 0.02, rate);
     StateVariableFilter lower;
@@ -132,8 +126,7 @@ StereoBuffer render(const SnarePatch& patch, const Stroke& stroke, double rate)
     return writer.finish();
 }
 
-StereoBuffer render(const ClapPatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const ClapPatch& patch, const Stroke& stroke, double rate) {
     Random random(stroke.seed);
     StrokeWriter writer(stroke, patch.decay * 1.2 + patch.bursts * patch.spacing, rate);
     StateVariableFilter band;
@@ -157,8 +150,7 @@ StereoBuffer render(const ClapPatch& patch, const Stroke& stroke, double rate)
     return writer.finish();
 }
 
-StereoBuffer render(const MetalPatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const MetalPatch& patch, const Stroke& stroke, double rate) {
     constexpr std::array<double, 6> Ratios{1.0, 1.342, 1.2312, 1.6532, 1.9523, 2.1523};
     Random random(stroke.seed);
     StrokeWriter writer(stroke, patch.decay * 1.15 + 0.02, rate);
@@ -188,8 +180,8 @@ StereoBuffer render(const MetalPatch& patch, const Stroke& stroke, double rate)
         value = 0.3 * value + patch.noise * random.signedUnit();
         value = second.step(first.step(value, tuning).high, tuning).high;
         if (patch.ring > 0.0) {
-            value += patch.ring * (turned(phase, patch.pitch * patch.ringtone / rate)
-                        + 0.7 * turned(phase2, patch.pitch * patch.ringtone * 1.483 / rate));
+            value += patch.ring * (turned(phase, patch.pitch * patch.ringtone / rate) +
+                                   0.7 * turned(phase2, patch.pitch * patch.ringtone * 1.483 / rate));
         }
         const double opened = std::min(1.0, static_cast<double>(frame) * rise);
         writer.write(value * (level + strike) * opened * 0.7);
@@ -199,8 +191,7 @@ StereoBuffer render(const MetalPatch& patch, const Stroke& stroke, double rate)
     return writer.finish();
 }
 
-StereoBuffer render(const ShakerPatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const ShakerPatch& patch, const Stroke& stroke, double rate) {
     constexpr std::array<double, 4> Plates{0.91, 1.13, 1.37, 1.71};
     Random random(stroke.seed);
     StrokeWriter writer(stroke, patch.attack + patch.decay * 1.2 + 0.01, rate);
@@ -217,8 +208,9 @@ StereoBuffer render(const ShakerPatch& patch, const Stroke& stroke, double rate)
         double value = high.step(band.step(random.signedUnit(), tuning).low, highTuning).high;
         if (patch.jingle > 0.0) {
             for (std::size_t plate = 0; plate < 4; ++plate) {
-                value += patch.jingle * 0.25 * turned(phases[plate], std::min(0.45, patch.tone * Plates[plate] / rate))
-                    * (0.6 + 0.4 * random.signedUnit());
+                value += patch.jingle * 0.25 *
+                         turned(phases[plate], std::min(0.45, patch.tone * Plates[plate] / rate)) *
+                         (0.6 + 0.4 * random.signedUnit());
             }
         }
         writer.write(value * level * opened * opened * 1.1);
@@ -227,8 +219,7 @@ StereoBuffer render(const ShakerPatch& patch, const Stroke& stroke, double rate)
     return writer.finish();
 }
 
-StereoBuffer render(const WoodPatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer render(const WoodPatch& patch, const Stroke& stroke, double rate) {
     Random random(stroke.seed);
     StrokeWriter writer(stroke, patch.decay * 1.2 + 0.02, rate);
     StateVariableFilter tone;
@@ -256,8 +247,7 @@ StereoBuffer render(const WoodPatch& patch, const Stroke& stroke, double rate)
 
 } // namespace
 
-StereoBuffer renderStroke(const DrumPatch& patch, const Stroke& stroke, double rate)
-{
+StereoBuffer renderStroke(const DrumPatch& patch, const Stroke& stroke, double rate) {
     return std::visit([&](const auto& kind) { return render(kind, stroke, rate); }, patch);
 }
 

@@ -11,25 +11,38 @@ namespace {
 
 constexpr std::array<Setting<Drive>, 3> DriveSettings{
     {{"amount", &Drive::amount, 0, 3}, {"tone", &Drive::tone, 200, 18000}, {"mix", &Drive::mix, 0, 1}}};
-constexpr std::array<Setting<Sweep>, 7> SweepSettings{{{"mode", &Sweep::mode, 0, 2}, {"cutoff", &Sweep::cutoff, 20, 18000},
-    {"to", &Sweep::to, 20, 18000}, {"reso", &Sweep::reso, 0, 0.95}, {"cycles", &Sweep::cycles, 1, 256},
-    {"shape", &Sweep::shape, 0, 3}, {"poles", &Sweep::poles, 2, 4}}};
+constexpr std::array<Setting<Sweep>, 7> SweepSettings{{{"mode", &Sweep::mode, 0, 2},
+                                                       {"cutoff", &Sweep::cutoff, 20, 18000},
+                                                       {"to", &Sweep::to, 20, 18000},
+                                                       {"reso", &Sweep::reso, 0, 0.95},
+                                                       {"cycles", &Sweep::cycles, 1, 256},
+                                                       {"shape", &Sweep::shape, 0, 3},
+                                                       {"poles", &Sweep::poles, 2, 4}}};
 constexpr std::array<Setting<Chorus>, 4> ChorusSettings{{{"depth", &Chorus::depth, 0.1, 12},
-    {"delay", &Chorus::delay, 1, 40}, {"cycles", &Chorus::cycles, 1, 256}, {"mix", &Chorus::mix, 0, 1}}};
+                                                         {"delay", &Chorus::delay, 1, 40},
+                                                         {"cycles", &Chorus::cycles, 1, 256},
+                                                         {"mix", &Chorus::mix, 0, 1}}};
 constexpr std::array<Setting<Phaser>, 5> PhaserSettings{{{"low", &Phaser::low, 60, 8000},
-    {"high", &Phaser::high, 60, 12000}, {"cycles", &Phaser::cycles, 1, 256}, {"feedback", &Phaser::feedback, 0, 0.9},
-    {"mix", &Phaser::mix, 0, 1}}};
-constexpr std::array<Setting<Tremolo>, 3> TremoloSettings{{{"cycles", &Tremolo::cycles, 1, 512},
-    {"depth", &Tremolo::depth, 0, 1}, {"pan", &Tremolo::pan, 0, 1}}};
+                                                         {"high", &Phaser::high, 60, 12000},
+                                                         {"cycles", &Phaser::cycles, 1, 256},
+                                                         {"feedback", &Phaser::feedback, 0, 0.9},
+                                                         {"mix", &Phaser::mix, 0, 1}}};
+constexpr std::array<Setting<Tremolo>, 3> TremoloSettings{
+    {{"cycles", &Tremolo::cycles, 1, 512}, {"depth", &Tremolo::depth, 0, 1}, {"pan", &Tremolo::pan, 0, 1}}};
 constexpr std::array<Setting<Echo>, 5> EchoSettings{{{"steps", &Echo::steps, 0.25, 64},
-    {"feedback", &Echo::feedback, 0, 0.9}, {"mix", &Echo::mix, 0, 1}, {"tone", &Echo::tone, 200, 18000},
-    {"cross", &Echo::cross, 0, 1}}};
+                                                     {"feedback", &Echo::feedback, 0, 0.9},
+                                                     {"mix", &Echo::mix, 0, 1},
+                                                     {"tone", &Echo::tone, 200, 18000},
+                                                     {"cross", &Echo::cross, 0, 1}}};
 constexpr std::array<Setting<Crush>, 3> CrushSettings{
     {{"bits", &Crush::bits, 2, 16}, {"hold", &Crush::hold, 1, 64}, {"mix", &Crush::mix, 0, 1}}};
-constexpr std::array<Setting<Duck>, 2> DuckSettings{{{"depth", &Duck::depth, 0, 1}, {"time", &Duck::time, 0.03, 2}}};
+constexpr std::array<Setting<Duck>, 2> DuckSettings{
+    {{"depth", &Duck::depth, 0, 1}, {"time", &Duck::time, 0.03, 2}}};
 constexpr std::array<Setting<Grains>, 5> GrainsSettings{{{"density", &Grains::density, 1, 200},
-    {"size", &Grains::size, 0.01, 1}, {"shift", &Grains::shift, -24, 24}, {"share", &Grains::share, 0, 1},
-    {"mix", &Grains::mix, 0, 1}}};
+                                                         {"size", &Grains::size, 0.01, 1},
+                                                         {"shift", &Grains::shift, -24, 24},
+                                                         {"share", &Grains::share, 0, 1},
+                                                         {"mix", &Grains::mix, 0, 1}}};
 constexpr std::array<Setting<Chop>, 1> ChopSettings{{{"depth", &Chop::depth, 0, 1}}};
 constexpr std::array<Setting<Tone>, 3> ToneSettings{
     {{"low", &Tone::low, -24, 12}, {"high", &Tone::high, -24, 12}, {"width", &Tone::width, 0, 2}}};
@@ -39,8 +52,7 @@ struct Named {
     Effect effect;
 };
 
-const auto& effects()
-{
+const auto& effects() {
     static const std::array Table = std::to_array<Named>({
         {"drive", Drive{}},
         {"lowpass", Sweep{}},
@@ -61,16 +73,14 @@ const auto& effects()
 
 } // namespace
 
-std::optional<Effect> effectNamed(std::string_view name)
-{
+std::optional<Effect> effectNamed(std::string_view name) {
     for (const Named& one : effects()) {
         if (one.name == name) return one.effect;
     }
     return std::nullopt;
 }
 
-std::string effectNames()
-{
+std::string effectNames() {
     std::string names;
     for (const Named& one : effects()) {
         names += (names.empty() ? "" : ", ") + std::string(one.name);
@@ -78,8 +88,7 @@ std::string effectNames()
     return names;
 }
 
-SettingFault setEffect(Effect& effect, std::string_view name, double value)
-{
+SettingFault setEffect(Effect& effect, std::string_view name, double value) {
     struct Assign {
         std::string_view name;
         double value;

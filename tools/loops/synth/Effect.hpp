@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effects of a track. Each takes a whole loop and gives a whole loop: what it remembers at the end is what it
-// starts with, and whatever swings does so a whole number of times in the loop. Pure functions of their arguments.
+// The effects of a track. Each takes a whole loop and gives a whole loop: what it remembers at the end is
+// what it starts with, and whatever swings does so a whole number of times in the loop. Pure functions of
+// their arguments.
 #pragma once
 
 #include "Settings.hpp"
@@ -28,8 +29,8 @@ struct Sweep {
     double mode = 0;
     double cutoff = 1000, to = 0; // Hz; `to` of 0 stands still
     double reso = 0.2;
-    double cycles = 1;           // per loop
-    double shape = 0;            // 0 sine, 1 rising saw, 2 falling saw, 3 triangle
+    double cycles = 1; // per loop
+    double shape = 0;  // 0 sine, 1 rising saw, 2 falling saw, 3 triangle
     double poles = 2;
 };
 
@@ -116,8 +117,8 @@ struct Kick {
 
 /// What effects know of the loop they work on.
 struct EffectContext {
-    double rate = 44100;     // Hz
-    double sixteenths = 64;  // in the loop
+    double rate = 44100;    // Hz
+    double sixteenths = 64; // in the loop
     std::uint64_t seed = 1;
     std::vector<Kick> kicks;
 };
@@ -127,10 +128,10 @@ void applyEffect(StereoBuffer& loop, const Effect& effect, const EffectContext& 
 
 /// The reverb that all tracks send to.
 struct Room {
-    double decay = 1.4;     // seconds to -60 dB
-    double damp = 5500;     // Hz above which it dies sooner
+    double decay = 1.4;      // seconds to -60 dB
+    double damp = 5500;      // Hz above which it dies sooner
     double predelay = 0.012; // seconds
-    double size = 1;        // of its delay lines
+    double size = 1;         // of its delay lines
 };
 
 /// Sets one number of the room, or says why not.

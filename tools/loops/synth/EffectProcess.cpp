@@ -16,19 +16,16 @@ namespace tonewright::loops {
 
 namespace {
 
-double wholeCycles(double cycles)
-{
+double wholeCycles(double cycles) {
     return std::max(1.0, std::floor(cycles + 0.5)); // anything else would break at the seam
 }
 
-double placeIn(const StereoBuffer& loop, std::size_t frame)
-{
+double placeIn(const StereoBuffer& loop, std::size_t frame) {
     return static_cast<double>(frame) / static_cast<double>(loop.frames());
 }
 
 /// Reads between frames, round the loop; `position` may lie up to one loop before its beginning.
-double readAround(const std::vector<double>& channel, double position)
-{
+double readAround(const std::vector<double>& channel, double position) {
     const double length = static_cast<double>(channel.size());
     position -= std::floor(position / length) * length;
     const auto index = std::min(static_cast<std::size_t>(position), channel.size() - 1);
@@ -37,14 +34,14 @@ double readAround(const std::vector<double>& channel, double position)
     return channel[index] + (next - channel[index]) * part;
 }
 
-void apply(StereoBuffer& loop, const Drive& drive, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Drive& drive, const EffectContext& context) {
     const double push = 1.0 + 9.0 * drive.amount;
     const double makeUp = 1.0 / (1.0 + 3.5 * drive.amount);
     const FilterTuning tuning(drive.tone, 0.0, context.rate);
     std::array<StateVariableFilter, 2> filters;
     const auto bent = [&](double value, StateVariableFilter& filter) {
-        const double wet = filter.step(saturate((value + 0.03) * push) - saturate(0.03 * push), tuning).low * makeUp;
+        const double wet =
+            filter.step(saturate((value + 0.03) * push) - saturate(0.03 * push), tuning).low * makeUp;
         return value + drive.mix * (wet - value);
     };
     runAround(loop, 4096, [&](StereoFrame in, std::size_t) {
@@ -52,8 +49,7 @@ void apply(StereoBuffer& loop, const Drive& drive, const EffectContext& context)
     });
 }
 
-double travel(double shape, double phase)
-{
+double travel(double shape, double phase) {
     switch (static_cast<int>(shape)) {
     case 1:
         // A saw's jump is spread over a fiftieth of its cycle.
@@ -67,13 +63,11 @@ double travel(double shape, double phase)
     }
 }
 
-double chosen(const FilterOutputs& outputs, int mode)
-{
+double chosen(const FilterOutputs& outputs, int mode) {
     return mode == 0 ? outputs.low : mode == 1 ? outputs.band : outputs.high;
 }
 
-void apply(StereoBuffer& loop, const Sweep& sweep, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Sweep& sweep, const EffectContext& context) {
     const double cycles = wholeCycles(sweep.cycles);
     const double octaves = sweep.to > 0.0 ? logarithmOfTwo(sweep.to / sweep.cutoff) : 0.0;
     const int mode = static_cast<int>(sweep.mode);
@@ -87,7 +81,8 @@ void apply(StereoBuffer& loop, const Sweep& sweep, const EffectContext& context)
             const double way = travel(sweep.shape, phase - std::floor(phase));
             tuning = FilterTuning(sweep.cutoff * powerOfTwo(octaves * way), sweep.reso, context.rate);
         }
-        StereoFrame out{chosen(filters[0].step(in.left, tuning), mode), chosen(filters[1].step(in.right, tuning), mode)};
+        StereoFrame out{chosen(filters[0].step(in.left, tuning), mode),
+                        chosen(filters[1].step(in.right, tuning), mode)};
         if (steep) {
             out.left = chosen(filters[2].step(out.left, tuning), mode);
             out.right = chosen(filters[3].step(out.right, tuning), mode);
@@ -96,8 +91,7 @@ void apply(StereoBuffer& loop, const Sweep& sweep, const EffectContext& context)
     });
 }
 
-void apply(StereoBuffer& loop, const Chorus& chorus, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Chorus& chorus, const EffectContext& context) {
     const StereoBuffer dry = loop;
     const double cycles = wholeCycles(chorus.cycles);
     const double perMillisecond = context.rate * 0.001;
@@ -109,21 +103,19 @@ void apply(StereoBuffer& loop, const Chorus& chorus, const EffectContext& contex
             return readAround(channel, at - delay * perMillisecond);
         };
         const double keep = 1.0 - 0.5 * chorus.mix;
-        loop.left[frame] = keep * dry.left[frame]
-            + 0.6 * chorus.mix * (tap(dry.left, 0.0) + 0.6 * tap(dry.right, 0.37));
-        loop.right[frame] = keep * dry.right[frame]
-            + 0.6 * chorus.mix * (tap(dry.right, 0.25) + 0.6 * tap(dry.left, 0.63));
+        loop.left[frame] =
+            keep * dry.left[frame] + 0.6 * chorus.mix * (tap(dry.left, 0.0) + 0.6 * tap(dry.right, 0.37));
+        loop.right[frame] =
+            keep * dry.right[frame] + 0.6 * chorus.mix * (tap(dry.right, 0.25) + 0.6 * tap(dry.left, 0.63));
     }
 }
 
-void apply(StereoBuffer& loop, const Phaser& phaser, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Phaser& phaser, const EffectContext& context) {
     constexpr std::size_t Stages = 6;
     struct Side {
         std::array<double, Stages> memory{};
         double fed = 0.0;
-        double step(double input, double g, double feedback)
-        {
+        double step(double input, double g, double feedback) {
             double value = input + feedback * fed;
             for (double& held : memory) { // one-pole all-pass stages
                 const double out = held - g * value;
@@ -140,7 +132,8 @@ void apply(StereoBuffer& loop, const Phaser& phaser, const EffectContext& contex
     std::array<double, 2> tuning{};
     runAround(loop, static_cast<std::size_t>(0.6 * context.rate), [&](StereoFrame in, std::size_t frame) {
         for (std::size_t side = 0; side < 2; ++side) {
-            const double way = 0.5 - 0.5 * cosineOfTurns(placeIn(loop, frame) * cycles + 0.2 * static_cast<double>(side));
+            const double way =
+                0.5 - 0.5 * cosineOfTurns(placeIn(loop, frame) * cycles + 0.2 * static_cast<double>(side));
             if (frame % ControlFrames == 0) {
                 const double turns = phaser.low * powerOfTwo(octaves * way) / context.rate * 0.5;
                 const double tangent = sineOfTurns(turns) / cosineOfTurns(turns);
@@ -148,13 +141,13 @@ void apply(StereoBuffer& loop, const Phaser& phaser, const EffectContext& contex
             }
         }
         const double keep = 1.0 - 0.5 * phaser.mix;
-        return StereoFrame{keep * in.left + phaser.mix * 0.6 * sides[0].step(in.left, tuning[0], phaser.feedback),
+        return StereoFrame{
+            keep * in.left + phaser.mix * 0.6 * sides[0].step(in.left, tuning[0], phaser.feedback),
             keep * in.right + phaser.mix * 0.6 * sides[1].step(in.right, tuning[1], phaser.feedback)};
     });
 }
 
-void apply(StereoBuffer& loop, const Tremolo& tremolo, const EffectContext&)
-{
+void apply(StereoBuffer& loop, const Tremolo& tremolo, const EffectContext&) {
     const double cycles = wholeCycles(tremolo.cycles);
     for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
         const double wave = sineOfTurns(placeIn(loop, frame) * cycles);
@@ -164,10 +157,10 @@ void apply(StereoBuffer& loop, const Tremolo& tremolo, const EffectContext&)
     }
 }
 
-void apply(StereoBuffer& loop, const Echo& echo, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Echo& echo, const EffectContext& context) {
     const auto frames = std::max<std::size_t>(
-        1, static_cast<std::size_t>(echo.steps * static_cast<double>(loop.frames()) / context.sixteenths + 0.5));
+        1,
+        static_cast<std::size_t>(echo.steps * static_cast<double>(loop.frames()) / context.sixteenths + 0.5));
     std::vector<StereoFrame> line(frames);
     std::array<Smoother, 2> tone{Smoother(echo.tone, context.rate), Smoother(echo.tone, context.rate)};
     std::size_t at = 0;
@@ -177,19 +170,18 @@ void apply(StereoBuffer& loop, const Echo& echo, const EffectContext& context)
     runAround(loop, static_cast<std::size_t>(rounds) * frames, [&](StereoFrame in, std::size_t) {
         const StereoFrame wet = line[at];
         const StereoFrame turned{wet.right * echo.cross + wet.left * (1.0 - echo.cross),
-            wet.left * echo.cross + wet.right * (1.0 - echo.cross)};
+                                 wet.left * echo.cross + wet.right * (1.0 - echo.cross)};
         // With crossing repeats the first goes to the left, so that they answer each other.
         const double middle = 0.5 * (in.left + in.right);
         const StereoFrame sent{in.left + echo.cross * (middle - in.left), in.right * (1.0 - echo.cross)};
         line[at] = {tone[0].step(sent.left + turned.left * echo.feedback),
-            tone[1].step(sent.right + turned.right * echo.feedback)};
+                    tone[1].step(sent.right + turned.right * echo.feedback)};
         at = at + 1 == frames ? 0 : at + 1;
         return StereoFrame{in.left + echo.mix * wet.left, in.right + echo.mix * wet.right};
     });
 }
 
-void apply(StereoBuffer& loop, const Crush& crush, const EffectContext&)
-{
+void apply(StereoBuffer& loop, const Crush& crush, const EffectContext&) {
     const StereoBuffer dry = loop;
     const double steps = powerOfTwo(crush.bits - 1.0);
     const auto hold = static_cast<std::size_t>(crush.hold);
@@ -201,8 +193,7 @@ void apply(StereoBuffer& loop, const Crush& crush, const EffectContext&)
     }
 }
 
-void apply(StereoBuffer& loop, const Duck& duck, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Duck& duck, const EffectContext& context) {
     std::vector<double> dip(loop.frames());
     const auto lead = static_cast<std::size_t>(0.004 * context.rate); // gets out of the way just before
     const auto length = static_cast<std::size_t>(duck.time * context.rate);
@@ -210,8 +201,8 @@ void apply(StereoBuffer& loop, const Duck& duck, const EffectContext& context)
         const std::size_t start = (kick.frame + loop.frames() - lead % loop.frames()) % loop.frames();
         for (std::size_t frame = 0; frame < lead + length; ++frame) {
             const double way = frame < lead
-                ? static_cast<double>(frame) / static_cast<double>(lead)
-                : 1.0 - static_cast<double>(frame - lead) / static_cast<double>(length);
+                                   ? static_cast<double>(frame) / static_cast<double>(lead)
+                                   : 1.0 - static_cast<double>(frame - lead) / static_cast<double>(length);
             double& here = dip[(start + frame) % loop.frames()];
             here = std::max(here, kick.velocity * way * way);
         }
@@ -223,8 +214,7 @@ void apply(StereoBuffer& loop, const Duck& duck, const EffectContext& context)
     }
 }
 
-void apply(StereoBuffer& loop, const Grains& grains, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Grains& grains, const EffectContext& context) {
     Random random(seedFrom("grains", context.seed));
     StereoBuffer cloud(loop.frames());
     const double seconds = static_cast<double>(loop.frames()) / context.rate;
@@ -251,8 +241,7 @@ void apply(StereoBuffer& loop, const Grains& grains, const EffectContext& contex
     }
 }
 
-void apply(StereoBuffer& loop, const Chop& chop, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Chop& chop, const EffectContext& context) {
     if (chop.open.empty()) return;
     const double ease = 1.0 / (0.005 * context.rate); // gates open and close within five milliseconds
     double gain = 1.0;
@@ -264,15 +253,16 @@ void apply(StereoBuffer& loop, const Chop& chop, const EffectContext& context)
     });
 }
 
-void apply(StereoBuffer& loop, const Tone& tone, const EffectContext& context)
-{
+void apply(StereoBuffer& loop, const Tone& tone, const EffectContext& context) {
     std::array<Smoother, 4> bands{Smoother(220.0, context.rate), Smoother(220.0, context.rate),
-        Smoother(3200.0, context.rate), Smoother(3200.0, context.rate)};
+                                  Smoother(3200.0, context.rate), Smoother(3200.0, context.rate)};
     const double low = gainOfDecibels(tone.low) - 1.0;
     const double high = gainOfDecibels(tone.high) - 1.0;
     runAround(loop, 16384, [&](StereoFrame in, std::size_t) {
-        const double left = in.left + low * bands[0].step(in.left) + high * (in.left - bands[2].step(in.left));
-        const double right = in.right + low * bands[1].step(in.right) + high * (in.right - bands[3].step(in.right));
+        const double left =
+            in.left + low * bands[0].step(in.left) + high * (in.left - bands[2].step(in.left));
+        const double right =
+            in.right + low * bands[1].step(in.right) + high * (in.right - bands[3].step(in.right));
         const double middle = 0.5 * (left + right);
         const double side = 0.5 * (left - right) * tone.width;
         return StereoFrame{middle + side, middle - side};
@@ -281,8 +271,7 @@ void apply(StereoBuffer& loop, const Tone& tone, const EffectContext& context)
 
 } // namespace
 
-void applyEffect(StereoBuffer& loop, const Effect& effect, const EffectContext& context)
-{
+void applyEffect(StereoBuffer& loop, const Effect& effect, const EffectContext& context) {
     std::visit([&](const auto& kind) { apply(loop, kind, context); }, effect);
 }
 

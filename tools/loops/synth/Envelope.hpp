@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An attack-decay-sustain-release envelope with exponential decay and release. A value; not shared by threads.
+// An attack-decay-sustain-release envelope with exponential decay and release. A value; not shared by
+// threads.
 #pragma once
 
 #include "ExactMath.hpp"
@@ -20,19 +21,16 @@ struct EnvelopeTimes {
 };
 
 class Envelope {
-public:
+  public:
     Envelope(const EnvelopeTimes& times, std::size_t gateFrames, double rate)
         : gateFrames_(gateFrames)
         , rise_(1.0 / std::max(1.0, times.attack * rate))
         , decay_(decayFactor(times.decay, rate))
         , sustain_(times.sustain)
-        , release_(decayFactor(std::max(times.release, 0.004), rate))
-    {
-    }
+        , release_(decayFactor(std::max(times.release, 0.004), rate)) {}
 
     /// Gives the next frame's value, 0 to 1.
-    double step() noexcept
-    {
+    double step() noexcept {
         if (frame_ >= gateFrames_) {
             value_ *= release_;
         } else if (rising_) {
@@ -49,12 +47,11 @@ public:
     }
 
     /// Says whether nothing more is to be heard.
-    [[nodiscard]] bool ended() const noexcept
-    {
+    [[nodiscard]] bool ended() const noexcept {
         return value_ < 1e-4 && (frame_ > gateFrames_ || (!rising_ && sustain_ < 1e-4));
     }
 
-private:
+  private:
     std::size_t gateFrames_;
     std::size_t frame_ = 0;
     double rise_;

@@ -9,8 +9,7 @@
 
 namespace tonewright::loops {
 
-double sineOfTurns(double turns) noexcept
-{
+double sineOfTurns(double turns) noexcept {
     double x = turns - std::floor(turns + 0.5); // in [-0.5, 0.5), exact
     if (x > 0.25) {
         x = 0.5 - x;
@@ -27,13 +26,11 @@ double sineOfTurns(double turns) noexcept
     return angle * sum;
 }
 
-double cosineOfTurns(double turns) noexcept
-{
+double cosineOfTurns(double turns) noexcept {
     return sineOfTurns(turns + 0.25);
 }
 
-double powerOfTwo(double exponent) noexcept
-{
+double powerOfTwo(double exponent) noexcept {
     if (!(exponent > -1000.0)) {
         return 0.0;
     }
@@ -50,8 +47,7 @@ double powerOfTwo(double exponent) noexcept
     return sum * std::bit_cast<double>(biased << 52U);
 }
 
-double logarithmOfTwo(double value) noexcept
-{
+double logarithmOfTwo(double value) noexcept {
     int exponent = 0;
     double mantissa = std::frexp(value, &exponent); // exact, in [0.5, 1)
     if (mantissa < 0.70710678118654752440) {
@@ -67,36 +63,30 @@ double logarithmOfTwo(double value) noexcept
     return static_cast<double>(exponent) + 2.0 * ratio * sum * 1.44269504088896340736;
 }
 
-double exponential(double exponent) noexcept
-{
+double exponential(double exponent) noexcept {
     return powerOfTwo(exponent * 1.44269504088896340736);
 }
 
-double gainOfDecibels(double decibels) noexcept
-{
+double gainOfDecibels(double decibels) noexcept {
     return powerOfTwo(decibels * 0.16609640474436811739);
 }
 
-double decibelsOfGain(double gain) noexcept
-{
+double decibelsOfGain(double gain) noexcept {
     return logarithmOfTwo(gain > 1e-15 ? gain : 1e-15) / 0.16609640474436811739;
 }
 
-double frequencyOfNote(double note) noexcept
-{
+double frequencyOfNote(double note) noexcept {
     return 440.0 * powerOfTwo((note - 69.0) / 12.0);
 }
 
-double decayFactor(double seconds, double rate) noexcept
-{
+double decayFactor(double seconds, double rate) noexcept {
     if (!(seconds * rate > 1.0)) {
         return 0.0;
     }
     return powerOfTwo(-9.96578428466208704576 / (seconds * rate)); // 60 dB is a factor of 1000, 2^9.9658
 }
 
-double saturate(double value) noexcept
-{
+double saturate(double value) noexcept {
     if (value >= 3.0) {
         return 1.0;
     }

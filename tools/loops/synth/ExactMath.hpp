@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Elementary functions that give the same bits on every machine: nothing but IEEE additions, multiplications,
-// divisions and exact scaling, in a fixed order. The C library's own differ in the last bit from one version to the
-// next, and a feedback loop makes that audible in a checksum. Accurate to about 1e-14. Pure functions; any thread.
+// divisions and exact scaling, in a fixed order. The C library's own differ in the last bit from one version
+// to the next, and a feedback loop makes that audible in a checksum. Accurate to about 1e-14. Pure functions;
+// any thread.
 #pragma once
 
 namespace tonewright::loops {

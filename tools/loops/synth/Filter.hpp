@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The filters of voices and effects: a two-pole state-variable filter solved without a delay in its loop
-// (trapezoidal integration), a one-pole smoother and a DC blocker. Values, one per channel; not shared by threads.
+// (trapezoidal integration), a one-pole smoother and a DC blocker. Values, one per channel; not shared by
+// threads.
 #pragma once
 
 #include "ExactMath.hpp"
@@ -20,8 +21,7 @@ struct FilterTuning {
     FilterTuning() = default;
 
     /// Tunes to `cutoff` Hz; `resonance` from 0 (damped, Butterworth) to 1 (on the edge of ringing for ever).
-    FilterTuning(double cutoff, double resonance, double rate)
-    {
+    FilterTuning(double cutoff, double resonance, double rate) {
         const double turns = std::clamp(cutoff, 10.0, 0.46 * rate) / rate * 0.5;
         g = sineOfTurns(turns) / cosineOfTurns(turns);
         k = 1.4142135623730951 - 1.3742135623730951 * std::clamp(resonance, 0.0, 1.0);
@@ -37,11 +37,11 @@ struct FilterOutputs {
 
 /// The state of one channel.
 class StateVariableFilter {
-public:
+  public:
     /// Takes one frame through the filter.
-    FilterOutputs step(double input, const FilterTuning& tuning) noexcept
-    {
-        const double high = (input - (tuning.k + tuning.g) * first_ - second_) / (1.0 + tuning.g * (tuning.g + tuning.k));
+    FilterOutputs step(double input, const FilterTuning& tuning) noexcept {
+        const double high =
+            (input - (tuning.k + tuning.g) * first_ - second_) / (1.0 + tuning.g * (tuning.g + tuning.k));
         const double band = tuning.g * high + first_;
         const double low = tuning.g * band + second_;
         first_ = settled(tuning.g * high + band);
@@ -49,7 +49,7 @@ public:
         return {low, band, high};
     }
 
-private:
+  private:
     static double settled(double value) noexcept { return std::fabs(value) < 1e-20 ? 0.0 : value; }
 
     double first_ = 0.0;
@@ -58,16 +58,13 @@ private:
 
 /// A one-pole low-pass filter.
 class Smoother {
-public:
+  public:
     Smoother() = default;
 
     Smoother(double cutoff, double rate)
-        : amount_(1.0 - exponential(-2.0 * Pi * std::min(cutoff, 0.49 * rate) / rate))
-    {
-    }
+        : amount_(1.0 - exponential(-2.0 * Pi * std::min(cutoff, 0.49 * rate) / rate)) {}
 
-    double step(double input) noexcept
-    {
+    double step(double input) noexcept {
         state_ += amount_ * (input - state_);
         if (std::fabs(state_) < 1e-20) {
             state_ = 0.0;
@@ -75,7 +72,7 @@ public:
         return state_;
     }
 
-private:
+  private:
     double amount_ = 1.0;
     double state_ = 0.0;
 };

@@ -13,8 +13,7 @@ namespace tonewright::loops {
 
 namespace {
 
-double wrapped(double phase)
-{
+double wrapped(double phase) {
     return phase - std::floor(phase);
 }
 
@@ -25,8 +24,7 @@ struct Operators {
     double second = 0.0;
     double last = 0.0;
 
-    double step(const FmPatch& patch, const WaveCycle& sine, double turns, double index, double index2)
-    {
+    double step(const FmPatch& patch, const WaveCycle& sine, double turns, double index, double index2) {
         const double modulator = sine.at(wrapped(first + patch.feedback * 0.15 * last));
         last = modulator;
         const double bend = index * modulator + index2 * sine.at(second);
@@ -40,8 +38,7 @@ struct Operators {
 
 } // namespace
 
-StereoBuffer renderFm(const FmPatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderFm(const FmPatch& patch, const Note& note, double rate) {
     const WaveCycle& sine = waveCycle(WaveShape::Sine, 440.0, rate);
     PitchPath pitch(note, patch.glide, {patch.vibrato, patch.vibratorate, patch.vibratodelay}, rate);
     Envelope loudness({patch.attack, patch.decay, patch.sustain, patch.release}, note.gateFrames, rate);

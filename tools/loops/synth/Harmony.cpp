@@ -14,8 +14,7 @@ namespace {
 
 using Named = std::pair<std::string_view, std::vector<int>>;
 
-const std::vector<Named>& scales()
-{
+const std::vector<Named>& scales() {
     static const std::vector<Named> Table{
         {"major", {0, 2, 4, 5, 7, 9, 11}},
         {"minor", {0, 2, 3, 5, 7, 8, 10}},
@@ -38,35 +37,55 @@ const std::vector<Named>& scales()
     return Table;
 }
 
-const std::vector<Named>& qualities()
-{
+const std::vector<Named>& qualities() {
     static const std::vector<Named> Table{
-        {"", {0, 4, 7}}, {"m", {0, 3, 7}}, {"5", {0, 7}}, {"6", {0, 4, 7, 9}}, {"m6", {0, 3, 7, 9}},
-        {"69", {0, 4, 7, 9, 14}}, {"maj7", {0, 4, 7, 11}}, {"7", {0, 4, 7, 10}}, {"m7", {0, 3, 7, 10}},
-        {"mmaj7", {0, 3, 7, 11}}, {"maj9", {0, 4, 7, 11, 14}}, {"9", {0, 4, 7, 10, 14}}, {"m9", {0, 3, 7, 10, 14}},
-        {"add9", {0, 4, 7, 14}}, {"madd9", {0, 3, 7, 14}}, {"m11", {0, 3, 7, 10, 14, 17}}, {"11", {0, 7, 10, 14, 17}},
-        {"13", {0, 4, 10, 14, 21}}, {"maj13", {0, 4, 11, 14, 21}}, {"7b9", {0, 4, 7, 10, 13}},
-        {"7#9", {0, 4, 7, 10, 15}}, {"7#5", {0, 4, 8, 10}}, {"7sus4", {0, 5, 7, 10}}, {"9sus4", {0, 5, 7, 10, 14}},
-        {"sus2", {0, 2, 7}}, {"sus4", {0, 5, 7}}, {"dim", {0, 3, 6}}, {"dim7", {0, 3, 6, 9}}, {"m7b5", {0, 3, 6, 10}},
-        {"aug", {0, 4, 8}}, {"maj7#11", {0, 4, 7, 11, 18}}, {"maj7#5", {0, 4, 8, 11}},
+        {"", {0, 4, 7}},
+        {"m", {0, 3, 7}},
+        {"5", {0, 7}},
+        {"6", {0, 4, 7, 9}},
+        {"m6", {0, 3, 7, 9}},
+        {"69", {0, 4, 7, 9, 14}},
+        {"maj7", {0, 4, 7, 11}},
+        {"7", {0, 4, 7, 10}},
+        {"m7", {0, 3, 7, 10}},
+        {"mmaj7", {0, 3, 7, 11}},
+        {"maj9", {0, 4, 7, 11, 14}},
+        {"9", {0, 4, 7, 10, 14}},
+        {"m9", {0, 3, 7, 10, 14}},
+        {"add9", {0, 4, 7, 14}},
+        {"madd9", {0, 3, 7, 14}},
+        {"m11", {0, 3, 7, 10, 14, 17}},
+        {"11", {0, 7, 10, 14, 17}},
+        {"13", {0, 4, 10, 14, 21}},
+        {"maj13", {0, 4, 11, 14, 21}},
+        {"7b9", {0, 4, 7, 10, 13}},
+        {"7#9", {0, 4, 7, 10, 15}},
+        {"7#5", {0, 4, 8, 10}},
+        {"7sus4", {0, 5, 7, 10}},
+        {"9sus4", {0, 5, 7, 10, 14}},
+        {"sus2", {0, 2, 7}},
+        {"sus4", {0, 5, 7}},
+        {"dim", {0, 3, 6}},
+        {"dim7", {0, 3, 6, 9}},
+        {"m7b5", {0, 3, 6, 10}},
+        {"aug", {0, 4, 8}},
+        {"maj7#11", {0, 4, 7, 11, 18}},
+        {"maj7#5", {0, 4, 8, 11}},
     };
     return Table;
 }
 
-int floorDivided(int value, int divisor)
-{
+int floorDivided(int value, int divisor) {
     return value >= 0 ? value / divisor : -((-value + divisor - 1) / divisor);
 }
 
-int within12(int value)
-{
+int within12(int value) {
     return ((value % 12) + 12) % 12;
 }
 
 } // namespace
 
-std::optional<int> readPitchClass(std::string_view& text)
-{
+std::optional<int> readPitchClass(std::string_view& text) {
     constexpr std::array<int, 7> Letters{9, 11, 0, 2, 4, 5, 7}; // from A
     if (text.empty() || text.front() < 'A' || text.front() > 'G') return std::nullopt;
     int pitch = Letters[static_cast<std::size_t>(text.front() - 'A')];
@@ -78,16 +97,14 @@ std::optional<int> readPitchClass(std::string_view& text)
     return within12(pitch);
 }
 
-std::optional<std::vector<int>> scaleNamed(std::string_view name)
-{
+std::optional<std::vector<int>> scaleNamed(std::string_view name) {
     for (const Named& scale : scales()) {
         if (scale.first == name) return scale.second;
     }
     return std::nullopt;
 }
 
-std::optional<Chord> chordNamed(std::string_view symbol)
-{
+std::optional<Chord> chordNamed(std::string_view symbol) {
     const std::optional<int> root = readPitchClass(symbol);
     if (!root) return std::nullopt;
     Chord chord{.root = *root, .tones = {}, .bass = *root};
@@ -107,16 +124,14 @@ std::optional<Chord> chordNamed(std::string_view symbol)
     return std::nullopt;
 }
 
-int noteOfKey(const Key& key, int degree, int octave)
-{
+int noteOfKey(const Key& key, int degree, int octave) {
     const int size = static_cast<int>(key.scale.size());
     const int octaves = floorDivided(degree - 1, size);
     const int step = degree - 1 - octaves * size;
     return 12 * (octave + 1 + octaves) + key.root + key.scale[static_cast<std::size_t>(step)];
 }
 
-int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave)
-{
+int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave) {
     constexpr std::array<int, 7> Plain{0, 2, 4, 5, 7, 9, 10};
     const int octaves = floorDivided(degree - 1, 7);
     const int step = degree - 1 - octaves * 7;
@@ -126,8 +141,8 @@ int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave)
         const int above = within12(tone + key.root - chord.root);
         constexpr std::array<int, 7> Low{0, 1, 3, 5, 6, 8, 10};
         constexpr std::array<int, 7> High{0, 2, 4, 6, 8, 9, 11};
-        if (above >= Low[static_cast<std::size_t>(step)] && above <= High[static_cast<std::size_t>(step)]
-            && (step != 4 || above != 6) && (step != 3 || above != 6)) {
+        if (above >= Low[static_cast<std::size_t>(step)] && above <= High[static_cast<std::size_t>(step)] &&
+            (step != 4 || above != 6) && (step != 3 || above != 6)) {
             interval = above;
             break;
         }
@@ -146,15 +161,14 @@ int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave)
     return 12 * (octave + 1 + octaves) + base + interval;
 }
 
-int noteOfChord(const std::vector<int>& rising, int index)
-{
+int noteOfChord(const std::vector<int>& rising, int index) {
     const int size = static_cast<int>(rising.size());
     const int octaves = floorDivided(index - 1, size);
     return rising[static_cast<std::size_t>(index - 1 - octaves * size)] + 12 * octaves;
 }
 
-std::vector<int> voiced(const Chord& chord, Voicing voicing, int voices, double centre, const std::vector<int>& before)
-{
+std::vector<int> voiced(const Chord& chord, Voicing voicing, int voices, double centre,
+                        const std::vector<int>& before) {
     std::vector<int> tones = chord.tones;
     const auto drop = [&tones](int tone) {
         const auto found = std::find(tones.begin(), tones.end(), tone);

@@ -12,7 +12,7 @@ namespace tonewright::loops {
 
 /// A tonic and the scale above it.
 struct Key {
-    int root = 0;                            // pitch class: 0 is C
+    int root = 0;                                 // pitch class: 0 is C
     std::vector<int> scale{0, 2, 4, 5, 7, 9, 11}; // semitones above the root, rising
 };
 
@@ -32,10 +32,12 @@ struct Chord {
 /// Reads a chord symbol: a root, a quality ("m9", "maj7", "7b9", "sus4", ...), and perhaps "/bass".
 [[nodiscard]] std::optional<Chord> chordNamed(std::string_view symbol);
 
-/// Gives the note of `degree` (1 is the tonic, 8 its octave, 0 and below lie under it) with the tonic in `octave`.
+/// Gives the note of `degree` (1 is the tonic, 8 its octave, 0 and below lie under it) with the tonic in
+/// `octave`.
 [[nodiscard]] int noteOfKey(const Key& key, int degree, int octave);
 
-/// Gives the note of `degree` counted from the chord's root: its own third, fifth and seventh, the rest from the key.
+/// Gives the note of `degree` counted from the chord's root: its own third, fifth and seventh, the rest from
+/// the key.
 [[nodiscard]] int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave);
 
 /// Gives the `index`th tone of a rising chord (1 is the lowest); beyond its end it goes on an octave higher.
@@ -44,7 +46,7 @@ struct Chord {
 enum class Voicing { Close, DropTwo, Spread, Shell };
 
 /// Lays a chord out with at most `voices` notes near `centre`, moving as little as it can from `before`.
-[[nodiscard]] std::vector<int> voiced(
-    const Chord& chord, Voicing voicing, int voices, double centre, const std::vector<int>& before);
+[[nodiscard]] std::vector<int> voiced(const Chord& chord, Voicing voicing, int voices, double centre,
+                                      const std::vector<int>& before);
 
 } // namespace tonewright::loops

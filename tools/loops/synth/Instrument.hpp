@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The pitched instruments: five ways of making a note, each a plain struct of numbers, and the named instruments
-// made with them. `renderNote` gives one note with its whole tail; it is a pure function of its arguments.
+// The pitched instruments: five ways of making a note, each a plain struct of numbers, and the named
+// instruments made with them. `renderNote` gives one note with its whole tail; it is a pure function of its
+// arguments.
 #pragma once
 
 #include "Settings.hpp"

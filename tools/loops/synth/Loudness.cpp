@@ -17,8 +17,7 @@ struct Biquad {
     double b0 = 1, b1 = 0, b2 = 0, a1 = 0, a2 = 0;
     double s1 = 0, s2 = 0;
 
-    double step(double x) noexcept
-    {
+    double step(double x) noexcept {
         const double y = b0 * x + s1;
         s1 = b1 * x - a1 * y + s2;
         s2 = b2 * x - a2 * y;
@@ -28,26 +27,23 @@ struct Biquad {
     }
 };
 
-double tangent(double hertz, double rate)
-{
+double tangent(double hertz, double rate) {
     return sineOfTurns(hertz / rate * 0.5) / cosineOfTurns(hertz / rate * 0.5);
 }
 
-// The two stages of the weighting as analogue prototypes with the constants that give the standard's coefficients
-// at 48 kHz, so that they hold at other rates.
-Biquad headShelf(double rate)
-{
+// The two stages of the weighting as analogue prototypes with the constants that give the standard's
+// coefficients at 48 kHz, so that they hold at other rates.
+Biquad headShelf(double rate) {
     const double k = tangent(1681.974450955533, rate);
     const double q = 0.7071752369554196;
     const double high = gainOfDecibels(3.999843853973347);
     const double band = powerOfTwo(0.4996667741545416 * logarithmOfTwo(high));
     const double a0 = 1.0 + k / q + k * k;
     return {(high + band * k / q + k * k) / a0, 2.0 * (k * k - high) / a0, (high - band * k / q + k * k) / a0,
-        2.0 * (k * k - 1.0) / a0, (1.0 - k / q + k * k) / a0};
+            2.0 * (k * k - 1.0) / a0, (1.0 - k / q + k * k) / a0};
 }
 
-Biquad earHighPass(double rate)
-{
+Biquad earHighPass(double rate) {
     const double k = tangent(38.13547087602444, rate);
     const double q = 0.5003270373238773;
     const double a0 = 1.0 + k / q + k * k;
@@ -55,13 +51,13 @@ Biquad earHighPass(double rate)
 }
 
 /// The weighted power of every frame, both sides summed.
-std::vector<double> weightedPower(const StereoBuffer& loop, double rate)
-{
+std::vector<double> weightedPower(const StereoBuffer& loop, double rate) {
     std::array<Biquad, 2> shelves{headShelf(rate), headShelf(rate)};
     std::array<Biquad, 2> passes{earHighPass(rate), earHighPass(rate)};
     StereoBuffer copy = loop;
     runAround(copy, static_cast<std::size_t>(0.5 * rate), [&](StereoFrame in, std::size_t) {
-        return StereoFrame{passes[0].step(shelves[0].step(in.left)), passes[1].step(shelves[1].step(in.right))};
+        return StereoFrame{passes[0].step(shelves[0].step(in.left)),
+                           passes[1].step(shelves[1].step(in.right))};
     });
     std::vector<double> power(loop.frames());
     for (std::size_t frame = 0; frame < power.size(); ++frame) {
@@ -70,15 +66,13 @@ std::vector<double> weightedPower(const StereoBuffer& loop, double rate)
     return power;
 }
 
-double unitsOf(double power)
-{
+double unitsOf(double power) {
     return -0.691 + 0.5 * decibelsOfGain(power);
 }
 
 } // namespace
 
-double loudnessOf(const StereoBuffer& loop, double rate)
-{
+double loudnessOf(const StereoBuffer& loop, double rate) {
     double sum = 0.0;
     for (const double power : weightedPower(loop, rate)) {
         sum += power;
@@ -86,8 +80,7 @@ double loudnessOf(const StereoBuffer& loop, double rate)
     return unitsOf(sum / static_cast<double>(loop.frames()));
 }
 
-double loudnessWhileSounding(const StereoBuffer& loop, double rate)
-{
+double loudnessWhileSounding(const StereoBuffer& loop, double rate) {
     const std::vector<double> power = weightedPower(loop, rate);
     const auto length = static_cast<std::size_t>(0.05 * rate);
     std::vector<double> stretches;
@@ -109,8 +102,7 @@ double loudnessWhileSounding(const StereoBuffer& loop, double rate)
     return unitsOf(sum / std::max(count, 1.0));
 }
 
-void limitPeaks(StereoBuffer& loop, double ceiling, double rate)
-{
+void limitPeaks(StereoBuffer& loop, double ceiling, double rate) {
     const std::size_t length = loop.frames();
     const auto ahead = static_cast<std::size_t>(0.0015 * rate);
     // The gain that each frame needs, then the least of it within `ahead` on either side, ...
@@ -134,7 +126,8 @@ void limitPeaks(StereoBuffer& loop, double ceiling, double rate)
         gain = std::min(held[frame % length], gain + (1.0 - gain) * recovery);
         if (frame >= length) held[frame - length] = gain;
     }
-    // ... then averaged over the same stretch, so that it moves without an edge and is low enough at the peak.
+    // ... then averaged over the same stretch, so that it moves without an edge and is low enough at the
+    // peak.
     const double share = 1.0 / static_cast<double>(2 * ahead + 1);
     double sum = 0.0;
     for (std::size_t offset = 0; offset < 2 * ahead; ++offset) {
@@ -149,8 +142,7 @@ void limitPeaks(StereoBuffer& loop, double ceiling, double rate)
     }
 }
 
-void compress(StereoBuffer& loop, double threshold, double ratio, double rate)
-{
+void compress(StereoBuffer& loop, double threshold, double ratio, double rate) {
     const double rise = 1.0 - decayFactor(0.03, rate);
     const double attack = 1.0 - decayFactor(0.05, rate);
     const double release = 1.0 - decayFactor(0.5, rate);

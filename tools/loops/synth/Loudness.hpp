@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How loud a loop is, by the weighting of ITU-R BS.1770 (a shelf for the head, a high-pass for the ear), and the
-// limiter that keeps peaks in. Both treat the loop as a circle. Pure functions.
+// How loud a loop is, by the weighting of ITU-R BS.1770 (a shelf for the head, a high-pass for the ear), and
+// the limiter that keeps peaks in. Both treat the loop as a circle. Pure functions.
 #pragma once
 
 #include "StereoBuffer.hpp"

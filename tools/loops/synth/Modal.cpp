@@ -22,8 +22,8 @@ struct Material {
     std::array<double, ModeCount> levels;
 };
 
-// Ratios of the partials: free bars (tuned by undercutting as instrument makers do), a minor-third bell, a bowl whose
-// partials grow with the square of their number, and a thin tine clamped at one end.
+// Ratios of the partials: free bars (tuned by undercutting as instrument makers do), a minor-third bell, a
+// bowl whose partials grow with the square of their number, and a thin tine clamped at one end.
 constexpr std::array<Material, 6> Materials{{
     {{1, 3.99, 9.93, 17.1, 24.6, 0, 0}, {1, .35, .16, .07, .03, 0, 0}},
     {{1, 2.756, 5.404, 8.933, 13.34, 18.64, 0}, {1, .6, .35, .2, .1, .05, 0}},
@@ -43,8 +43,7 @@ struct Mode {
 
 } // namespace
 
-StereoBuffer renderModal(const ModalPatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderModal(const ModalPatch& patch, const Note& note, double rate) {
     Random random(note.seed);
     const Material& material = Materials[static_cast<std::size_t>(std::clamp(patch.material, 0.0, 5.0))];
     const WaveCycle& sine = waveCycle(WaveShape::Sine, 440.0, rate);
@@ -61,8 +60,8 @@ StereoBuffer renderModal(const ModalPatch& patch, const Note& note, double rate)
         }
         Mode& mode = modes[count++];
         const double height = std::max(material.ratios[index], 1.0);
-        const double seconds = patch.decay * powerOfTwo(-patch.damping * logarithmOfTwo(height))
-            * powerOfTwo((60.0 - note.note) / 36.0);
+        const double seconds = patch.decay * powerOfTwo(-patch.damping * logarithmOfTwo(height)) *
+                               powerOfTwo((60.0 - note.note) / 36.0);
         mode.step = hertz / rate;
         mode.level = material.levels[index] * powerOfTwo((firmness - 0.7) * 1.5 * logarithmOfTwo(height));
         mode.fall = decayFactor(seconds, rate);

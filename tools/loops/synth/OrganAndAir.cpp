@@ -13,12 +13,11 @@
 
 namespace tonewright::loops {
 
-StereoBuffer renderOrgan(const OrganPatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderOrgan(const OrganPatch& patch, const Note& note, double rate) {
     constexpr std::size_t BarCount = 9;
     constexpr std::array<double, BarCount> Ratios{.5, 1.5, 1, 2, 3, 4, 5, 6, 8};
-    const std::array<double, BarCount> levels{patch.bar16, patch.bar5, patch.bar8, patch.bar4, patch.bar3, patch.bar2,
-        patch.bar17, patch.bar13, patch.bar1};
+    const std::array<double, BarCount> levels{patch.bar16, patch.bar5,  patch.bar8,  patch.bar4, patch.bar3,
+                                              patch.bar2,  patch.bar17, patch.bar13, patch.bar1};
     const WaveCycle& sine = waveCycle(WaveShape::Sine, 440.0, rate);
     Random random(note.seed);
     PitchPath pitch(note, 0.03, {patch.vibrato, patch.vibratorate, 0.0}, rate);
@@ -54,8 +53,7 @@ StereoBuffer renderOrgan(const OrganPatch& patch, const Note& note, double rate)
     return sound;
 }
 
-StereoBuffer renderAir(const AirPatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderAir(const AirPatch& patch, const Note& note, double rate) {
     Random random(note.seed);
     Envelope held({patch.attack, patch.decay, patch.sustain, patch.release}, note.gateFrames, rate);
     std::array<StateVariableFilter, 4> filters;
@@ -66,11 +64,13 @@ StereoBuffer renderAir(const AirPatch& patch, const Note& note, double rate)
     const auto most = static_cast<std::size_t>(LongestNoteSeconds * rate);
     for (std::size_t frame = 0; frame < most && !held.ended(); ++frame) {
         if (frame % ControlFrames == 0) {
-            const double way = std::min(1.0, static_cast<double>(frame) / static_cast<double>(note.gateFrames));
+            const double way =
+                std::min(1.0, static_cast<double>(frame) / static_cast<double>(note.gateFrames));
             const double seconds = static_cast<double>(frame) / rate;
-            const double waver = sineOfTurns(start + seconds * patch.flutterrate)
-                + 0.6 * sineOfTurns(2.7 * start + seconds * patch.flutterrate * 2.31);
-            const double octaves = patch.sweep * way + patch.flutter * waver + patch.track * (note.note - 60.0) / 12.0;
+            const double waver = sineOfTurns(start + seconds * patch.flutterrate) +
+                                 0.6 * sineOfTurns(2.7 * start + seconds * patch.flutterrate * 2.31);
+            const double octaves =
+                patch.sweep * way + patch.flutter * waver + patch.track * (note.note - 60.0) / 12.0;
             tuning = FilterTuning(patch.cutoff * powerOfTwo(octaves), patch.reso, rate);
         }
         const double left = random.signedUnit();
@@ -78,10 +78,10 @@ StereoBuffer renderAir(const AirPatch& patch, const Note& note, double rate)
         const double right = patch.wide * other + (1.0 - patch.wide) * left;
         const double gain = held.step() * note.velocity * 0.5;
         const double damped = 0.4 + 0.6 * (1.0 - patch.reso);
-        sound.left.push_back(
-            gain * damped * filters[1].step(filters[0].step(left, tuning).band, tuning).band);
-        sound.right.push_back(
-            gain * damped * filters[3].step(filters[2].step(right, tuning).band, tuning).band);
+        sound.left.push_back(gain * damped *
+                             filters[1].step(filters[0].step(left, tuning).band, tuning).band);
+        sound.right.push_back(gain * damped *
+                              filters[3].step(filters[2].step(right, tuning).band, tuning).band);
     }
     return sound;
 }

@@ -13,19 +13,16 @@ constexpr double Loud = 1.0;
 constexpr double Plain = 0.78;
 constexpr double Soft = 0.45;
 
-bool isBlank(char letter)
-{
+bool isBlank(char letter) {
     return letter == ' ' || letter == '\t';
 }
 
-std::string quoted(std::string_view text)
-{
+std::string quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }
 
 /// Reads one degree off the front of `text`.
-std::optional<Cell::Degree> readDegree(std::string_view& text)
-{
+std::optional<Cell::Degree> readDegree(std::string_view& text) {
     Cell::Degree degree;
     while (!text.empty() && (text.front() == 'b' || text.front() == '#')) {
         degree.alteration += text.front() == '#' ? 1 : -1;
@@ -41,8 +38,7 @@ std::optional<Cell::Degree> readDegree(std::string_view& text)
     return degree;
 }
 
-std::optional<Cell> cellOf(std::string_view word)
-{
+std::optional<Cell> cellOf(std::string_view word) {
     Cell cell;
     if (word == ".") return cell;
     if (word == "-") {
@@ -77,8 +73,7 @@ std::optional<Cell> cellOf(std::string_view word)
 
 } // namespace
 
-std::vector<std::string_view> wordsOf(std::string_view text)
-{
+std::vector<std::string_view> wordsOf(std::string_view text) {
     std::vector<std::string_view> words;
     std::size_t at = 0;
     while (at < text.size()) {
@@ -90,16 +85,15 @@ std::vector<std::string_view> wordsOf(std::string_view text)
     return words;
 }
 
-std::optional<double> numberOf(std::string_view text)
-{
+std::optional<double> numberOf(std::string_view text) {
     double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
     return value;
 }
 
-std::optional<int> gridOf(std::string_view text)
-{
+std::optional<int> gridOf(std::string_view text) {
     const bool triplet = !text.empty() && text.back() == 't';
     if (triplet) text.remove_suffix(1);
     for (const int unit : {1, 2, 4, 8, 16, 32}) {
@@ -111,8 +105,7 @@ std::optional<int> gridOf(std::string_view text)
     return std::nullopt;
 }
 
-Parsed<std::vector<Hit>> hitsOf(std::string_view text)
-{
+Parsed<std::vector<Hit>> hitsOf(std::string_view text) {
     std::vector<Hit> hits;
     for (const char letter : text) {
         switch (letter) {
@@ -139,15 +132,15 @@ Parsed<std::vector<Hit>> hitsOf(std::string_view text)
         case '|':
             break;
         default:
-            return PartFault{quoted(std::string_view(&letter, 1)) + " is no drum stroke; there are X, x, o, r, t and ."};
+            return PartFault{quoted(std::string_view(&letter, 1)) +
+                             " is no drum stroke; there are X, x, o, r, t and ."};
         }
     }
     if (hits.empty()) return PartFault{"a drum row needs at least one step"};
     return hits;
 }
 
-Parsed<std::vector<Cell>> chordCellsOf(std::string_view text)
-{
+Parsed<std::vector<Cell>> chordCellsOf(std::string_view text) {
     std::vector<Cell> cells;
     for (const char letter : text) {
         if (isBlank(letter) || letter == '|') continue;
@@ -171,7 +164,8 @@ Parsed<std::vector<Cell>> chordCellsOf(std::string_view text)
             cell.staccato = true;
             break;
         default:
-            return PartFault{quoted(std::string_view(&letter, 1)) + " is no chord step; there are X, x, o, s, - and ."};
+            return PartFault{quoted(std::string_view(&letter, 1)) +
+                             " is no chord step; there are X, x, o, s, - and ."};
         }
         cells.push_back(std::move(cell));
     }
@@ -179,28 +173,28 @@ Parsed<std::vector<Cell>> chordCellsOf(std::string_view text)
     return cells;
 }
 
-Parsed<std::vector<Cell>> noteCellsOf(std::string_view text)
-{
+Parsed<std::vector<Cell>> noteCellsOf(std::string_view text) {
     std::vector<Cell> cells;
     for (const std::string_view word : wordsOf(text)) {
         if (word == "|") continue;
         std::optional<Cell> cell = cellOf(word);
-        if (!cell) return PartFault{quoted(word) + " is no note; notes look like 5, b3, 8', 1+3+5, ~2, - or ."};
+        if (!cell)
+            return PartFault{quoted(word) + " is no note; notes look like 5, b3, 8', 1+3+5, ~2, - or ."};
         cells.push_back(std::move(*cell));
     }
     if (cells.empty()) return PartFault{"a line needs at least one note"};
     return cells;
 }
 
-Parsed<std::vector<std::vector<Chord>>> chordBarsOf(std::string_view text)
-{
+Parsed<std::vector<std::vector<Chord>>> chordBarsOf(std::string_view text) {
     std::vector<std::vector<Chord>> bars(1);
     for (const std::string_view word : wordsOf(text)) {
         if (word == "|") {
             if (bars.back().empty()) return PartFault{"a bar without a chord"};
             bars.emplace_back();
         } else if (word == "%") {
-            if (bars.size() < 2 || !bars.back().empty()) return PartFault{"'%' repeats a bar, but there is none before it"};
+            if (bars.size() < 2 || !bars.back().empty())
+                return PartFault{"'%' repeats a bar, but there is none before it"};
             bars.back() = bars[bars.size() - 2];
         } else {
             const std::optional<Chord> chord = chordNamed(word);

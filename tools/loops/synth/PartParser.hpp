@@ -32,13 +32,15 @@ using Parsed = std::variant<Value, PartFault>;
 /// Reads a step length, "1/16" or "1/8t" (a triplet), as ticks.
 [[nodiscard]] std::optional<int> gridOf(std::string_view text);
 
-/// Reads a drum row: X accent, x stroke, o soft, r two strokes, t three, . nothing; blanks and bars do not count.
+/// Reads a drum row: X accent, x stroke, o soft, r two strokes, t three, . nothing; blanks and bars do not
+/// count.
 [[nodiscard]] Parsed<std::vector<Hit>> hitsOf(std::string_view text);
 
 /// Reads the rhythm of a chordal part: X, x, o, "-" held, "." rest, "s" short.
 [[nodiscard]] Parsed<std::vector<Cell>> chordCellsOf(std::string_view text);
 
-/// Reads notes separated by blanks: "5", "b3", "8'", "1+3+5", "~5" slides, "-" holds, "." rests; then "!" loud,
+/// Reads notes separated by blanks: "5", "b3", "8'", "1+3+5", "~5" slides, "-" holds, "." rests; then "!"
+/// loud,
 /// "?" soft, "*" short.
 [[nodiscard]] Parsed<std::vector<Cell>> noteCellsOf(std::string_view text);
 

@@ -24,7 +24,7 @@ struct Vibrato {
 };
 
 class PitchPath {
-public:
+  public:
     PitchPath(const Note& note, double glideSeconds, const Vibrato& vibrato, double rate)
         : slides_(&note.slides)
         , current_(note.note)
@@ -32,13 +32,10 @@ public:
         , target_(note.note)
         , glideFrames_(std::max(1.0, glideSeconds * rate))
         , vibrato_(vibrato)
-        , rate_(rate)
-    {
-    }
+        , rate_(rate) {}
 
     /// Gives the MIDI note number at `frame`; frames must not go backwards.
-    double noteAt(std::size_t frame) noexcept
-    {
+    double noteAt(std::size_t frame) noexcept {
         while (next_ < slides_->size() && (*slides_)[next_].frame <= frame) {
             from_ = current_;
             target_ = (*slides_)[next_].note;
@@ -56,7 +53,7 @@ public:
         return current_ + vibrato_.cents * 0.01 * depth * sineOfTurns(seconds * vibrato_.rate);
     }
 
-private:
+  private:
     const std::vector<Slide>* slides_;
     std::size_t next_ = 0;
     std::size_t since_ = 0;

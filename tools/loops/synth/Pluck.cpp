@@ -12,11 +12,11 @@
 
 namespace tonewright::loops {
 
-StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate) {
     Random random(note.seed);
     PitchPath pitch(note, patch.glide, {}, rate);
-    std::vector<double> line(static_cast<std::size_t>(rate / 20.0) + 8); // deep enough for every note there is
+    std::vector<double> line(static_cast<std::size_t>(rate / 20.0) +
+                             8); // deep enough for every note there is
 
     // The pick: noise, softer for soft notes, notched where the pick touches the string.
     const double frequency = frequencyOfNote(note.note);
@@ -36,7 +36,8 @@ StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate)
         energy += value * value / static_cast<double>(period);
     }
     const double level = 0.45 / std::sqrt(energy);
-    const auto notch = std::max<std::size_t>(1, static_cast<std::size_t>(patch.position * static_cast<double>(period)));
+    const auto notch =
+        std::max<std::size_t>(1, static_cast<std::size_t>(patch.position * static_cast<double>(period)));
 
     const double blend = 0.5 + 0.5 * patch.bright; // of the two-point average in the loop
     Envelope held({0.0, 1.0, 1.0, patch.release}, note.gateFrames, rate);
@@ -63,7 +64,8 @@ StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate)
         }
         double fresh = 0.0;
         if (frame < period + notch) {
-            fresh = (frame < period ? burst[frame] : 0.0) - 0.9 * (frame >= notch ? burst[frame - notch] : 0.0);
+            fresh =
+                (frame < period ? burst[frame] : 0.0) - 0.9 * (frame >= notch ? burst[frame - notch] : 0.0);
         }
         const double out = line[(write + line.size() - delay) % line.size()];
         const double tuned = allpass * (out - allpassOut) + allpassIn;

@@ -10,8 +10,8 @@
 namespace tonewright::loops {
 
 /// Mixes text into a seed (FNV-1a, 64 bits), so that every track and row has a stream of its own.
-[[nodiscard]] constexpr std::uint64_t seedFrom(std::string_view text, std::uint64_t seed = 14695981039346656037ULL) noexcept
-{
+[[nodiscard]] constexpr std::uint64_t seedFrom(std::string_view text,
+                                               std::uint64_t seed = 14695981039346656037ULL) noexcept {
     for (const char letter : text) {
         seed = (seed ^ static_cast<unsigned char>(letter)) * 1099511628211ULL;
     }
@@ -20,15 +20,12 @@ namespace tonewright::loops {
 
 /// A stream of random numbers (SplitMix64). A value; not shared between threads.
 class Random {
-public:
+  public:
     explicit constexpr Random(std::uint64_t seed) noexcept
-        : state_(seed)
-    {
-    }
+        : state_(seed) {}
 
     /// Gives the next 64 random bits.
-    constexpr std::uint64_t bits() noexcept
-    {
+    constexpr std::uint64_t bits() noexcept {
         state_ += 0x9E3779B97F4A7C15ULL;
         std::uint64_t mixed = state_;
         mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9ULL;
@@ -42,7 +39,7 @@ public:
     /// Gives a number from -1 up to, not including, 1: one frame of white noise.
     constexpr double signedUnit() noexcept { return unit() * 2.0 - 1.0; }
 
-private:
+  private:
     std::uint64_t state_;
 };
 

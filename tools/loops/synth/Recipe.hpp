@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A recipe: all that makes a loop, as values. `parseRecipe` reads one from text; resources/loops/README.md describes
-// the format. Times inside are ticks, 960 to the quarter note.
+// A recipe: all that makes a loop, as values. `parseRecipe` reads one from text; resources/loops/README.md
+// describes the format. Times inside are ticks, 960 to the quarter note.
 #pragma once
 
 #include "Drum.hpp"
@@ -64,7 +64,7 @@ enum class CountFrom {
 struct Track {
     std::size_t line = 0; // of the recipe, for messages
     bool drums = false;
-    std::string name;     // of the kit or instrument
+    std::string name; // of the kit or instrument
     // Drums
     std::vector<DrumRow> rows;
     // Pitched
@@ -80,11 +80,11 @@ struct Track {
     double gate = 0.92;
     // Both
     int gridTicks = TicksPerQuarter / 4;
-    double level = 0;    // decibels beside the other tracks while it sounds
-    double pan = 0;      // -1 to 1
-    double send = -100;  // decibels into the room
-    double human = 0.3;  // how uneven time and force are, 0 to 1
-    double swing = -1;   // percent; -1: the recipe's
+    double level = 0;   // decibels beside the other tracks while it sounds
+    double pan = 0;     // -1 to 1
+    double send = -100; // decibels into the room
+    double human = 0.3; // how uneven time and force are, 0 to 1
+    double swing = -1;  // percent; -1: the recipe's
     std::vector<Effect> effects;
 };
 
@@ -97,10 +97,10 @@ struct Recipe {
     Key key;
     int rate = 44100;
     int channels = 2;
-    double swing = 50;   // percent of a pair that its first half takes
+    double swing = 50; // percent of a pair that its first half takes
     int swingTicks = TicksPerQuarter / 4;
     std::uint64_t seed = 1;
-    double glue = 0.5;   // of the compressor on the sum, 0 to 1
+    double glue = 0.5; // of the compressor on the sum, 0 to 1
     Room room;
     std::vector<ChordSpan> chords;
     std::vector<Track> tracks;
@@ -109,8 +109,7 @@ struct Recipe {
     [[nodiscard]] int ticks() const noexcept { return bars * barTicks(); }
 
     /// Gives the length in frames: whole, rounded to the nearest, computed in integers.
-    [[nodiscard]] std::size_t frames() const noexcept
-    {
+    [[nodiscard]] std::size_t frames() const noexcept {
         const std::int64_t numerator = std::int64_t{ticks()} * 60 * 1000 * rate;
         const std::int64_t denominator = std::int64_t{TicksPerQuarter} * tempoThousandths;
         return static_cast<std::size_t>((numerator + denominator / 2) / denominator);

@@ -17,16 +17,14 @@ namespace {
 
 using Words = std::span<const std::string_view>;
 
-std::string quoted(std::string_view text)
-{
+std::string quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }
 
 /// Goes through a recipe line by line. A message that is not empty ends it.
 class Reader {
-public:
-    std::variant<Recipe, RecipeFault> read(std::string_view text)
-    {
+  public:
+    std::variant<Recipe, RecipeFault> read(std::string_view text) {
         std::size_t line = 0;
         while (!text.empty()) {
             ++line;
@@ -35,28 +33,29 @@ public:
             text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
             if (!content.empty() && content.back() == '\r') content.remove_suffix(1);
             line_ = line;
-            if (std::string message = readLine(content); !message.empty()) return RecipeFault{line, std::move(message)};
+            if (std::string message = readLine(content); !message.empty())
+                return RecipeFault{line, std::move(message)};
         }
         return finish();
     }
 
-private:
-    std::string readLine(std::string_view content)
-    {
+  private:
+    std::string readLine(std::string_view content) {
         const std::vector<std::string_view> words = wordsOf(content);
         if (words.empty() || words.front().front() == '#') return {};
         const std::string_view keyword = words.front();
-        const std::string_view rest = content.substr(static_cast<std::size_t>(keyword.data() + keyword.size() - content.data()));
+        const std::string_view rest =
+            content.substr(static_cast<std::size_t>(keyword.data() + keyword.size() - content.data()));
         const Words arguments = Words(words).subspan(1);
         if (keyword == "drums" || keyword == "play") return beginTrack(keyword == "drums", arguments);
         if (recipe_.tracks.empty()) return readHead(keyword, rest, arguments);
         return readTrackLine(recipe_.tracks.back(), keyword, rest, arguments);
     }
 
-    // --- the head -----------------------------------------------------------------------------------------------
+    // --- the head
+    // -----------------------------------------------------------------------------------------------
 
-    std::string readHead(std::string_view keyword, std::string_view rest, Words arguments)
-    {
+    std::string readHead(std::string_view keyword, std::string_view rest, Words arguments) {
         if (keyword == "title") {
             for (const std::string_view word : arguments) {
                 recipe_.title += (recipe_.title.empty() ? "" : " ") + std::string(word);
@@ -65,7 +64,9 @@ private:
         }
         if (keyword == "chords") return append(chordBars_, chordBarsOf(rest));
         if (keyword == "room") {
-            return settings(arguments, [this](std::string_view name, double value) { return setRoom(recipe_.room, name, value); });
+            return settings(arguments, [this](std::string_view name, double value) {
+                return setRoom(recipe_.room, name, value);
+            });
         }
         if (keyword == "metre") return readMetre(arguments);
         if (keyword == "key") return readKey(arguments);
@@ -73,7 +74,8 @@ private:
         double value = 0.0;
         const auto whole = [&](double least, double greatest) {
             std::string fault = number(arguments, least, greatest, value);
-            if (fault.empty() && value != std::floor(value)) fault = quoted(keyword) + " must be a whole number";
+            if (fault.empty() && value != std::floor(value))
+                fault = quoted(keyword) + " must be a whole number";
             return fault;
         };
         if (keyword == "tempo") {
@@ -107,16 +109,23 @@ private:
             recipe_.glue = value;
             return fault;
         }
-        return "unknown word " + quoted(keyword)
-            + "; before the first part there are title, tempo, metre, bars, key, chords, rate, channels, swing, seed, "
-              "glue, room, and then drums or play";
+        return "unknown word " + quoted(keyword) +
+               "; before the first part there are title, tempo, metre, bars, key, chords, rate, channels, "
+               "swing, seed, "
+               "glue, room, and then drums or play";
     }
 
-    std::string readMetre(Words arguments)
-    {
-        constexpr std::array<std::pair<std::string_view, std::pair<int, int>>, 10> Metres{{{"4/4", {4, 4}}, {"3/4", {3, 4}},
-            {"2/4", {2, 4}}, {"5/4", {5, 4}}, {"6/8", {6, 8}}, {"7/8", {7, 8}}, {"9/8", {9, 8}}, {"12/8", {12, 8}},
-            {"7/4", {7, 4}}, {"5/8", {5, 8}}}};
+    std::string readMetre(Words arguments) {
+        constexpr std::array<std::pair<std::string_view, std::pair<int, int>>, 10> Metres{{{"4/4", {4, 4}},
+                                                                                           {"3/4", {3, 4}},
+                                                                                           {"2/4", {2, 4}},
+                                                                                           {"5/4", {5, 4}},
+                                                                                           {"6/8", {6, 8}},
+                                                                                           {"7/8", {7, 8}},
+                                                                                           {"9/8", {9, 8}},
+                                                                                           {"12/8", {12, 8}},
+                                                                                           {"7/4", {7, 4}},
+                                                                                           {"5/8", {5, 8}}}};
         for (const auto& [name, parts] : Metres) {
             if (arguments.size() == 1 && arguments[0] == name) {
                 recipe_.beats = parts.first;
@@ -127,8 +136,7 @@ private:
         return "a metre is one of 4/4, 3/4, 2/4, 5/4, 7/4, 5/8, 6/8, 7/8, 9/8, 12/8";
     }
 
-    std::string readKey(Words arguments)
-    {
+    std::string readKey(Words arguments) {
         if (arguments.size() != 2) return "a key is a note and a scale, such as: key D dorian";
         std::string_view note = arguments[0];
         const std::optional<int> root = readPitchClass(note);
@@ -139,8 +147,7 @@ private:
         return {};
     }
 
-    std::string readSwing(Words arguments)
-    {
+    std::string readSwing(Words arguments) {
         if (arguments.size() == 2) {
             const std::optional<int> grid = gridOf(arguments[1]);
             if (!grid) return "unknown step " + quoted(arguments[1]);
@@ -150,11 +157,12 @@ private:
         return number(arguments, 50, 75, recipe_.swing);
     }
 
-    // --- parts --------------------------------------------------------------------------------------------------
+    // --- parts
+    // --------------------------------------------------------------------------------------------------
 
-    std::string beginTrack(bool drums, Words arguments)
-    {
-        if (arguments.empty()) return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
+    std::string beginTrack(bool drums, Words arguments) {
+        if (arguments.empty())
+            return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
         Track track;
         track.line = line_;
         track.drums = drums;
@@ -164,18 +172,20 @@ private:
             if (arguments.size() > 1) return "nothing follows the name of a kit";
         } else {
             std::optional<Patch> patch = instrumentNamed(track.name);
-            if (!patch) return "unknown instrument " + quoted(track.name) + "; there are " + instrumentNames();
+            if (!patch)
+                return "unknown instrument " + quoted(track.name) + "; there are " + instrumentNames();
             track.patch = *patch;
-            std::string fault = settings(arguments.subspan(1),
-                [&track](std::string_view name, double value) { return setPatch(track.patch, name, value); });
+            std::string fault = settings(arguments.subspan(1), [&track](std::string_view name, double value) {
+                return setPatch(track.patch, name, value);
+            });
             if (!fault.empty()) return fault;
         }
         recipe_.tracks.push_back(std::move(track));
         return {};
     }
 
-    std::string readTrackLine(Track& track, std::string_view keyword, std::string_view rest, Words arguments)
-    {
+    std::string readTrackLine(Track& track, std::string_view keyword, std::string_view rest,
+                              Words arguments) {
         if (keyword == "level") return number(arguments, -40, 20, track.level);
         if (keyword == "pan") return number(arguments, -1, 1, track.pan);
         if (keyword == "send") return number(arguments, -60, 12, track.send);
@@ -198,51 +208,53 @@ private:
             track.effects.emplace_back(std::move(chop));
             return {};
         }
-        return track.drums ? readDrumLine(track, keyword, rest, arguments) : readPitchedLine(track, keyword, rest, arguments);
+        return track.drums ? readDrumLine(track, keyword, rest, arguments)
+                           : readPitchedLine(track, keyword, rest, arguments);
     }
 
-    std::string readEffect(Track& track, Words arguments)
-    {
+    std::string readEffect(Track& track, Words arguments) {
         if (arguments.empty()) return "'fx' needs the name of an effect";
         std::optional<Effect> effect = effectNamed(arguments[0]);
         if (!effect || std::holds_alternative<Chop>(*effect)) {
             return "unknown effect " + quoted(arguments[0]) + "; there are " + effectNames();
         }
-        std::string fault = settings(arguments.subspan(1),
-            [&effect](std::string_view name, double value) { return setEffect(*effect, name, value); });
+        std::string fault = settings(arguments.subspan(1), [&effect](std::string_view name, double value) {
+            return setEffect(*effect, name, value);
+        });
         track.effects.push_back(std::move(*effect));
         return fault;
     }
 
-    static DrumRow* rowNamed(Track& track, std::string_view name)
-    {
+    static DrumRow* rowNamed(Track& track, std::string_view name) {
         for (DrumRow& row : track.rows) {
             if (row.name == name) return &row;
         }
         return nullptr;
     }
 
-    std::string readDrumLine(Track& track, std::string_view keyword, std::string_view rest, Words arguments)
-    {
+    std::string readDrumLine(Track& track, std::string_view keyword, std::string_view rest, Words arguments) {
         if (keyword == "tune") {
             if (arguments.empty()) return "'tune' needs the name of a drum";
             DrumRow* row = rowNamed(track, arguments[0]);
-            if (row == nullptr) return "'tune' follows the drum's row, and there is no row " + quoted(arguments[0]);
-            return settings(arguments.subspan(1),
-                [row](std::string_view name, double value) { return setDrum(row->drum, name, value); });
+            if (row == nullptr)
+                return "'tune' follows the drum's row, and there is no row " + quoted(arguments[0]);
+            return settings(arguments.subspan(1), [row](std::string_view name, double value) {
+                return setDrum(row->drum, name, value);
+            });
         }
         const std::optional<Drum> drum = drumNamed(track.name, keyword);
         if (!drum) {
-            return "unknown word " + quoted(keyword)
-                + "; a drum part has level, pan, send, human, swing, grid, fx, chop, tune, and rows of " + drumNames();
+            return "unknown word " + quoted(keyword) +
+                   "; a drum part has level, pan, send, human, swing, grid, fx, chop, tune, and rows of " +
+                   drumNames();
         }
         DrumRow* row = rowNamed(track, keyword);
         if (row == nullptr) row = &track.rows.emplace_back(DrumRow{std::string(keyword), *drum, {}});
         return append(row->hits, hitsOf(rest));
     }
 
-    std::string readPitchedLine(Track& track, std::string_view keyword, std::string_view rest, Words arguments)
-    {
+    std::string readPitchedLine(Track& track, std::string_view keyword, std::string_view rest,
+                                Words arguments) {
         double value = 0.0;
         if (keyword == "octave") {
             std::string fault = number(arguments, 0, 8, value);
@@ -262,13 +274,18 @@ private:
         if (keyword == "gate") return number(arguments, 0.05, 4, track.gate);
         if (keyword == "strum") return number(arguments, 0, 0.2, track.strumSeconds);
         if (keyword == "from") {
-            constexpr std::array<std::pair<std::string_view, CountFrom>, 4> Kinds{{{"key", CountFrom::Key},
-                {"root", CountFrom::Root}, {"chord", CountFrom::Chord}, {"voicing", CountFrom::Voicing}}};
+            constexpr std::array<std::pair<std::string_view, CountFrom>, 4> Kinds{
+                {{"key", CountFrom::Key},
+                 {"root", CountFrom::Root},
+                 {"chord", CountFrom::Chord},
+                 {"voicing", CountFrom::Voicing}}};
             return choose(arguments, Kinds, track.countFrom, "'from' is key, root, chord or voicing");
         }
         if (keyword == "voicing") {
             constexpr std::array<std::pair<std::string_view, Voicing>, 4> Kinds{{{"close", Voicing::Close},
-                {"drop2", Voicing::DropTwo}, {"spread", Voicing::Spread}, {"shell", Voicing::Shell}}};
+                                                                                 {"drop2", Voicing::DropTwo},
+                                                                                 {"spread", Voicing::Spread},
+                                                                                 {"shell", Voicing::Shell}}};
             return choose(arguments, Kinds, track.voicing, "'voicing' is close, drop2, spread or shell");
         }
         if (keyword == "line" || keyword == "hits") {
@@ -277,27 +294,28 @@ private:
             track.chordal = chordal;
             return append(track.cells, chordal ? chordCellsOf(rest) : noteCellsOf(rest));
         }
-        return "unknown word " + quoted(keyword)
-            + "; a pitched part has level, pan, send, human, swing, grid, fx, chop, octave, transpose, voices, gate, strum, "
-              "from, voicing, line and hits";
+        return "unknown word " + quoted(keyword) +
+               "; a pitched part has level, pan, send, human, swing, grid, fx, chop, octave, transpose, "
+               "voices, gate, strum, "
+               "from, voicing, line and hits";
     }
 
-    // --- pieces -------------------------------------------------------------------------------------------------
+    // --- pieces
+    // -------------------------------------------------------------------------------------------------
 
-    static std::string number(Words arguments, double least, double greatest, double& into)
-    {
+    static std::string number(Words arguments, double least, double greatest, double& into) {
         const std::optional<double> value = arguments.size() == 1 ? numberOf(arguments[0]) : std::nullopt;
         if (!value) return "one number is expected here";
         if (!(*value >= least && *value <= greatest)) {
-            return quoted(arguments[0]) + " must lie between " + plainNumber(least) + " and " + plainNumber(greatest);
+            return quoted(arguments[0]) + " must lie between " + plainNumber(least) + " and " +
+                   plainNumber(greatest);
         }
         into = *value;
         return {};
     }
 
     template <typename Kinds, typename Kind>
-    static std::string choose(Words arguments, const Kinds& kinds, Kind& into, const char* message)
-    {
+    static std::string choose(Words arguments, const Kinds& kinds, Kind& into, const char* message) {
         for (const auto& [name, kind] : kinds) {
             if (arguments.size() == 1 && arguments[0] == name) {
                 into = kind;
@@ -307,12 +325,12 @@ private:
         return message;
     }
 
-    static std::string settings(Words arguments, const std::function<SettingFault(std::string_view, double)>& set)
-    {
+    static std::string settings(Words arguments,
+                                const std::function<SettingFault(std::string_view, double)>& set) {
         for (const std::string_view argument : arguments) {
             const std::size_t sign = argument.find('=');
-            const std::optional<double> value
-                = sign == std::string_view::npos ? std::nullopt : numberOf(argument.substr(sign + 1));
+            const std::optional<double> value =
+                sign == std::string_view::npos ? std::nullopt : numberOf(argument.substr(sign + 1));
             if (!value) return quoted(argument) + " is no setting; settings look like cutoff=800";
             if (SettingFault fault = set(argument.substr(0, sign), *value); !fault.empty()) return fault;
         }
@@ -320,8 +338,7 @@ private:
     }
 
     template <typename Item>
-    static std::string append(std::vector<Item>& into, Parsed<std::vector<Item>> parsed)
-    {
+    static std::string append(std::vector<Item>& into, Parsed<std::vector<Item>> parsed) {
         if (const auto* fault = std::get_if<PartFault>(&parsed)) return fault->message;
         for (Item& item : std::get<std::vector<Item>>(parsed)) {
             into.push_back(std::move(item));
@@ -329,18 +346,19 @@ private:
         return {};
     }
 
-    // --- the whole ----------------------------------------------------------------------------------------------
+    // --- the whole
+    // ----------------------------------------------------------------------------------------------
 
-    std::variant<Recipe, RecipeFault> finish()
-    {
+    std::variant<Recipe, RecipeFault> finish() {
         if (recipe_.tracks.empty()) return RecipeFault{0, "there is no part: 'drums' or 'play' begins one"};
         const double seconds = static_cast<double>(recipe_.frames()) / recipe_.rate;
         if (seconds < 2.0 || seconds > 16.0) {
-            return RecipeFault{0, "the loop would last " + plainNumber(seconds) + " seconds; loops last from 2 to 16"};
+            return RecipeFault{0, "the loop would last " + plainNumber(seconds) +
+                                      " seconds; loops last from 2 to 16"};
         }
         if (chordBars_.size() > static_cast<std::size_t>(recipe_.bars)) {
-            return RecipeFault{0, "there are chords for " + std::to_string(chordBars_.size()) + " bars, but only "
-                    + std::to_string(recipe_.bars) + " bars"};
+            return RecipeFault{0, "there are chords for " + std::to_string(chordBars_.size()) +
+                                      " bars, but only " + std::to_string(recipe_.bars) + " bars"};
         }
         for (int bar = 0; bar < recipe_.bars && !chordBars_.empty(); ++bar) {
             const std::vector<Chord>& chords = chordBars_[static_cast<std::size_t>(bar) % chordBars_.size()];
@@ -348,13 +366,17 @@ private:
             for (int index = 0; index < count; ++index) {
                 const int start = bar * recipe_.barTicks();
                 recipe_.chords.push_back({start + recipe_.barTicks() * index / count,
-                    start + recipe_.barTicks() * (index + 1) / count, chords[static_cast<std::size_t>(index)]});
+                                          start + recipe_.barTicks() * (index + 1) / count,
+                                          chords[static_cast<std::size_t>(index)]});
             }
         }
         for (const Track& track : recipe_.tracks) {
-            if (track.drums ? track.rows.empty() : track.cells.empty()) return RecipeFault{track.line, "this part has no notes"};
-            if (std::string message = tooLong(track); !message.empty()) return RecipeFault{track.line, std::move(message)};
-            if (std::string message = holdsNothing(track); !message.empty()) return RecipeFault{track.line, std::move(message)};
+            if (track.drums ? track.rows.empty() : track.cells.empty())
+                return RecipeFault{track.line, "this part has no notes"};
+            if (std::string message = tooLong(track); !message.empty())
+                return RecipeFault{track.line, std::move(message)};
+            if (std::string message = holdsNothing(track); !message.empty())
+                return RecipeFault{track.line, std::move(message)};
             const bool needsChords = !track.drums && (track.chordal || track.countFrom != CountFrom::Key);
             if (needsChords && recipe_.chords.empty()) {
                 return RecipeFault{track.line, "this part follows chords, but the recipe has no 'chords'"};
@@ -363,24 +385,26 @@ private:
         return std::move(recipe_);
     }
 
-    /// A hold or slide at the very beginning goes on from the loop's end; anywhere it needs a note to go on from.
-    static std::string holdsNothing(const Track& track)
-    {
+    /// A hold or slide at the very beginning goes on from the loop's end; anywhere it needs a note to go on
+    /// from.
+    static std::string holdsNothing(const Track& track) {
         for (std::size_t index = 0; index < track.cells.size(); ++index) {
             const Cell::Kind before = track.cells[(index + track.cells.size() - 1) % track.cells.size()].kind;
             const Cell::Kind here = track.cells[index].kind;
             if (before == Cell::Kind::Rest && (here == Cell::Kind::Hold || here == Cell::Kind::Slide)) {
-                return "step " + std::to_string(index + 1) + " of this part holds or slides, but no note sounds before it";
+                return "step " + std::to_string(index + 1) +
+                       " of this part holds or slides, but no note sounds before it";
             }
         }
         return {};
     }
 
-    [[nodiscard]] std::string tooLong(const Track& track) const
-    {
-        const auto steps = static_cast<std::size_t>((recipe_.ticks() + track.gridTicks - 1) / track.gridTicks);
+    [[nodiscard]] std::string tooLong(const Track& track) const {
+        const auto steps =
+            static_cast<std::size_t>((recipe_.ticks() + track.gridTicks - 1) / track.gridTicks);
         const auto message = [steps](const std::string& what, std::size_t length) {
-            return what + " has " + std::to_string(length) + " steps, but the loop has only " + std::to_string(steps);
+            return what + " has " + std::to_string(length) + " steps, but the loop has only " +
+                   std::to_string(steps);
         };
         if (track.cells.size() > steps) return message("this part", track.cells.size());
         for (const DrumRow& row : track.rows) {
@@ -396,8 +420,7 @@ private:
 
 } // namespace
 
-std::variant<Recipe, RecipeFault> parseRecipe(std::string_view text)
-{
+std::variant<Recipe, RecipeFault> parseRecipe(std::string_view text) {
     return Reader().read(text);
 }
 

@@ -17,14 +17,12 @@ namespace tonewright::loops {
 namespace {
 
 /// The gains of both sides for a place from -1 to 1, equal power, 1 in the middle.
-StereoFrame placed(double pan)
-{
+StereoFrame placed(double pan) {
     const double turns = (pan + 1.0) * 0.125;
     return {cosineOfTurns(turns) * 1.41421356237309504880, sineOfTurns(turns) * 1.41421356237309504880};
 }
 
-void playRow(StereoBuffer& loop, const Recipe& recipe, const Track& track, const DrumRow& row)
-{
+void playRow(StereoBuffer& loop, const Recipe& recipe, const Track& track, const DrumRow& row) {
     std::vector<TimedStroke> strokes = strokesOf(recipe, track, row);
     if (row.name == "openhat") { // closing the hat ends it
         for (const DrumRow& other : track.rows) {
@@ -46,8 +44,7 @@ void playRow(StereoBuffer& loop, const Recipe& recipe, const Track& track, const
     }
 }
 
-StereoBuffer playTrack(const Recipe& recipe, const Track& track)
-{
+StereoBuffer playTrack(const Recipe& recipe, const Track& track) {
     StereoBuffer loop(recipe.frames());
     for (const DrumRow& row : track.rows) {
         playRow(loop, recipe, track, row);
@@ -58,16 +55,14 @@ StereoBuffer playTrack(const Recipe& recipe, const Track& track)
     return loop;
 }
 
-void scale(StereoBuffer& loop, double left, double right)
-{
+void scale(StereoBuffer& loop, double left, double right) {
     for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
         loop.left[frame] *= left;
         loop.right[frame] *= right;
     }
 }
 
-std::vector<Kick> kicksOf(const Recipe& recipe)
-{
+std::vector<Kick> kicksOf(const Recipe& recipe) {
     std::vector<Kick> kicks;
     for (const Track& track : recipe.tracks) {
         for (const DrumRow& row : track.rows) {
@@ -80,9 +75,9 @@ std::vector<Kick> kicksOf(const Recipe& recipe)
     return kicks;
 }
 
-/// Brings a track to the loudness that its `level` asks for, so that levels compare whatever the instruments are.
-void setLevel(StereoBuffer& loop, double level, double pan, double rate)
-{
+/// Brings a track to the loudness that its `level` asks for, so that levels compare whatever the instruments
+/// are.
+void setLevel(StereoBuffer& loop, double level, double pan, double rate) {
     const double loudness = loudnessWhileSounding(loop, rate);
     if (loudness < -120.0) return; // a silent track stays silent
     const double gain = gainOfDecibels(-20.0 + level - loudness);
@@ -91,8 +86,7 @@ void setLevel(StereoBuffer& loop, double level, double pan, double rate)
 }
 
 /// The last stage: no rumble, a little glue, the common loudness, no peak above the ceiling.
-void master(StereoBuffer& loop, const Recipe& recipe)
-{
+void master(StereoBuffer& loop, const Recipe& recipe) {
     const double rate = recipe.rate;
     std::array<StateVariableFilter, 2> rumble;
     const FilterTuning tuning(24.0, 0.0, rate);
@@ -113,17 +107,16 @@ void master(StereoBuffer& loop, const Recipe& recipe)
 
 } // namespace
 
-Pcm render(const Recipe& recipe)
-{
+Pcm render(const Recipe& recipe) {
     const std::size_t frames = recipe.frames();
     const double rate = recipe.rate;
     StereoBuffer sum(frames);
     StereoBuffer sent(frames);
     bool anySent = false;
     EffectContext context{.rate = rate,
-        .sixteenths = static_cast<double>(recipe.ticks()) / (TicksPerQuarter / 4.0),
-        .seed = recipe.seed,
-        .kicks = kicksOf(recipe)};
+                          .sixteenths = static_cast<double>(recipe.ticks()) / (TicksPerQuarter / 4.0),
+                          .seed = recipe.seed,
+                          .kicks = kicksOf(recipe)};
     for (const Track& track : recipe.tracks) {
         StereoBuffer loop = playTrack(recipe, track);
         context.seed = seedFrom(track.name, recipe.seed + track.line);
@@ -165,8 +158,7 @@ Pcm render(const Recipe& recipe)
     return pcm;
 }
 
-std::uint64_t checksum(const Pcm& pcm) noexcept
-{
+std::uint64_t checksum(const Pcm& pcm) noexcept {
     std::uint64_t hash = 14695981039346656037ULL;
     for (const std::vector<float>& channel : pcm.channels) {
         for (const float sample : channel) {

@@ -22,7 +22,9 @@ struct Pcm {
     int rate = 44100;
     std::vector<std::vector<float>> channels; // one or two, of equal length
 
-    [[nodiscard]] std::size_t frames() const noexcept { return channels.empty() ? 0 : channels.front().size(); }
+    [[nodiscard]] std::size_t frames() const noexcept {
+        return channels.empty() ? 0 : channels.front().size();
+    }
 };
 
 /// Plays a recipe.

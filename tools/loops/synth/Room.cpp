@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The reverb: diffusion by all-pass filters, then eight delay lines that feed each other through an orthogonal
-// (Hadamard) matrix, each with the loss that makes all frequencies below the damping fall by 60 dB in the same time.
+// The reverb: diffusion by all-pass filters, then eight delay lines that feed each other through an
+// orthogonal (Hadamard) matrix, each with the loss that makes all frequencies below the damping fall by 60 dB
+// in the same time.
 
 #include "Effect.hpp"
 #include "ExactMath.hpp"
@@ -15,46 +16,39 @@ namespace tonewright::loops {
 namespace {
 
 class DelayLine {
-public:
+  public:
     explicit DelayLine(std::size_t frames)
-        : frames_(std::max<std::size_t>(frames, 1))
-    {
-    }
+        : frames_(std::max<std::size_t>(frames, 1)) {}
 
     [[nodiscard]] double read() const noexcept { return frames_[at_]; }
 
-    void write(double value) noexcept
-    {
+    void write(double value) noexcept {
         frames_[at_] = std::fabs(value) < 1e-20 ? 0.0 : value;
         at_ = at_ + 1 == frames_.size() ? 0 : at_ + 1;
     }
 
-private:
+  private:
     std::vector<double> frames_;
     std::size_t at_ = 0;
 };
 
 class Diffuser {
-public:
+  public:
     explicit Diffuser(std::size_t frames)
-        : line_(frames)
-    {
-    }
+        : line_(frames) {}
 
-    double step(double input) noexcept
-    {
+    double step(double input) noexcept {
         const double delayed = line_.read();
         const double fed = input - 0.62 * delayed;
         line_.write(fed);
         return delayed + 0.62 * fed;
     }
 
-private:
+  private:
     DelayLine line_;
 };
 
-void mix(std::array<double, 8>& values) noexcept
-{
+void mix(std::array<double, 8>& values) noexcept {
     for (std::size_t span = 1; span < 8; span *= 2) {
         for (std::size_t index = 0; index < 8; ++index) {
             if ((index & span) == 0) {
@@ -70,19 +64,21 @@ void mix(std::array<double, 8>& values) noexcept
 
 } // namespace
 
-SettingFault setRoom(Room& room, std::string_view name, double value)
-{
-    constexpr std::array<Setting<Room>, 4> Settings{{{"decay", &Room::decay, 0.1, 12}, {"damp", &Room::damp, 200, 18000},
-        {"predelay", &Room::predelay, 0, 0.3}, {"size", &Room::size, 0.2, 3}}};
+SettingFault setRoom(Room& room, std::string_view name, double value) {
+    constexpr std::array<Setting<Room>, 4> Settings{{{"decay", &Room::decay, 0.1, 12},
+                                                     {"damp", &Room::damp, 200, 18000},
+                                                     {"predelay", &Room::predelay, 0, 0.3},
+                                                     {"size", &Room::size, 0.2, 3}}};
     return assign<Room>(room, Settings, name, value);
 }
 
-void applyRoom(StereoBuffer& loop, const Room& room, double rate)
-{
+void applyRoom(StereoBuffer& loop, const Room& room, double rate) {
     constexpr std::array<double, 8> Milliseconds{29.7, 37.1, 41.3, 47.9, 53.3, 61.7, 71.9, 83.1};
     constexpr std::array<double, 4> DiffusionLeft{4.77, 3.59, 12.73, 9.31};
     constexpr std::array<double, 4> DiffusionRight{4.93, 3.47, 12.19, 9.83};
-    const auto framesOf = [rate](double milliseconds) { return static_cast<std::size_t>(milliseconds * 0.001 * rate); };
+    const auto framesOf = [rate](double milliseconds) {
+        return static_cast<std::size_t>(milliseconds * 0.001 * rate);
+    };
 
     std::vector<DelayLine> lines;
     std::array<double, 8> losses{};
@@ -117,14 +113,16 @@ void applyRoom(StereoBuffer& loop, const Room& room, double rate)
         for (std::size_t index = 0; index < 8; ++index) {
             values[index] = dampers[index].step(lines[index].read()) * losses[index];
         }
-        const StereoFrame out{values[0] + values[2] - values[4] + values[6], values[1] - values[3] + values[5] + values[7]};
+        const StereoFrame out{values[0] + values[2] - values[4] + values[6],
+                              values[1] - values[3] + values[5] + values[7]};
         mix(values);
         for (std::size_t index = 0; index < 8; ++index) {
             lines[index].write(values[index] + (index % 2 == 0 ? fed.left : fed.right));
         }
         return StereoFrame{out.left * 0.5, out.right * 0.5};
     };
-    runAround(loop, static_cast<std::size_t>((1.8 * room.decay + 0.3) * rate), step); // remembers below -108 dB
+    runAround(loop, static_cast<std::size_t>((1.8 * room.decay + 0.3) * rate),
+              step); // remembers below -108 dB
 }
 
 } // namespace tonewright::loops

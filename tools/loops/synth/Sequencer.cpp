@@ -14,17 +14,14 @@ namespace {
 
 /// Maps ticks to frames, swing included.
 class Clock {
-public:
+  public:
     Clock(const Recipe& recipe, const Track& track)
         : framesPerTick_(static_cast<double>(recipe.frames()) / static_cast<double>(recipe.ticks()))
         , frames_(recipe.frames())
         , pair_(2.0 * static_cast<double>(recipe.swingTicks))
-        , share_((track.swing >= 0.0 ? track.swing : recipe.swing) * 0.01)
-    {
-    }
+        , share_((track.swing >= 0.0 ? track.swing : recipe.swing) * 0.01) {}
 
-    [[nodiscard]] double position(double tick) const
-    {
+    [[nodiscard]] double position(double tick) const {
         const double pairs = std::floor(tick / pair_);
         const double part = tick / pair_ - pairs;
         const double swung = part < 0.5 ? 2.0 * part * share_ : share_ + (2.0 * part - 1.0) * (1.0 - share_);
@@ -32,22 +29,20 @@ public:
     }
 
     /// Wraps a position, which may lie a little before the loop's beginning, to a frame of the loop.
-    [[nodiscard]] std::size_t wrapped(double position) const
-    {
+    [[nodiscard]] std::size_t wrapped(double position) const {
         const auto length = static_cast<std::int64_t>(frames_);
         const auto frame = static_cast<std::int64_t>(std::floor(position + 0.5));
         return static_cast<std::size_t>(((frame % length) + length) % length);
     }
 
-private:
+  private:
     double framesPerTick_;
     std::size_t frames_;
     double pair_;
     double share_;
 };
 
-const Chord& chordAt(const Recipe& recipe, int tick)
-{
+const Chord& chordAt(const Recipe& recipe, int tick) {
     static const Chord None;
     for (const ChordSpan& span : recipe.chords) {
         if (tick < span.endTick) return span.chord;
@@ -56,8 +51,7 @@ const Chord& chordAt(const Recipe& recipe, int tick)
 }
 
 /// The whole progression laid out, chord by chord.
-std::vector<std::vector<int>> layOut(const Recipe& recipe, const Track& track)
-{
+std::vector<std::vector<int>> layOut(const Recipe& recipe, const Track& track) {
     std::vector<std::vector<int>> layouts;
     const double centre = 12.0 * (track.octave + 1) + 6.0;
     std::vector<int> before;
@@ -69,17 +63,15 @@ std::vector<std::vector<int>> layOut(const Recipe& recipe, const Track& track)
     return layouts;
 }
 
-std::size_t chordIndexAt(const Recipe& recipe, int tick)
-{
+std::size_t chordIndexAt(const Recipe& recipe, int tick) {
     for (std::size_t index = 0; index < recipe.chords.size(); ++index) {
         if (tick < recipe.chords[index].endTick) return index;
     }
     return recipe.chords.empty() ? 0 : recipe.chords.size() - 1;
 }
 
-std::vector<int> pitchesOf(
-    const Recipe& recipe, const Track& track, const Cell& cell, int tick, const std::vector<std::vector<int>>& layouts)
-{
+std::vector<int> pitchesOf(const Recipe& recipe, const Track& track, const Cell& cell, int tick,
+                           const std::vector<std::vector<int>>& layouts) {
     const std::vector<int>& layout = layouts[chordIndexAt(recipe, tick)];
     std::vector<int> pitches;
     if (track.chordal) {
@@ -121,21 +113,18 @@ struct Unevenness {
     double seconds = 0.0;
 };
 
-Unevenness uneven(Random& random, double human)
-{
+Unevenness uneven(Random& random, double human) {
     const double force = 1.0 + human * 0.16 * random.signedUnit();
     return {force, human * 0.009 * random.signedUnit()};
 }
 
-double limited(double velocity)
-{
+double limited(double velocity) {
     return std::clamp(velocity, 0.05, 1.0);
 }
 
 } // namespace
 
-std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track)
-{
+std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track) {
     std::vector<TimedNote> notes;
     if (track.cells.empty()) return notes;
     const Clock clock(recipe, track);
@@ -174,11 +163,12 @@ std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track)
             timed.note.seed = random.bits();
             for (const int slide : slides) {
                 const int slideTick = tick + slide * track.gridTicks;
-                const std::vector<int> reached
-                    = pitchesOf(recipe, track, cellAt(step + slide), slideTick % recipe.ticks(), layouts);
+                const std::vector<int> reached =
+                    pitchesOf(recipe, track, cellAt(step + slide), slideTick % recipe.ticks(), layouts);
                 if (reached.empty()) continue;
                 const auto frame = static_cast<std::size_t>(clock.position(slideTick) - clock.position(tick));
-                timed.note.slides.push_back({frame, static_cast<double>(reached[std::min(index, reached.size() - 1)])});
+                timed.note.slides.push_back(
+                    {frame, static_cast<double>(reached[std::min(index, reached.size() - 1)])});
             }
             notes.push_back(std::move(timed));
         }
@@ -186,8 +176,7 @@ std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track)
     return notes;
 }
 
-std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, const DrumRow& row)
-{
+std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, const DrumRow& row) {
     std::vector<TimedStroke> strokes;
     if (row.hits.empty()) return strokes;
     const Clock clock(recipe, track);
@@ -197,7 +186,8 @@ std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, con
         const Hit& hit = row.hits[static_cast<std::size_t>(step) % row.hits.size()];
         if (hit.velocity <= 0.0) continue;
         for (int stroke = 0; stroke < hit.strokes; ++stroke) {
-            const double tick = (static_cast<double>(step) + static_cast<double>(stroke) / hit.strokes) * track.gridTicks;
+            const double tick =
+                (static_cast<double>(step) + static_cast<double>(stroke) / hit.strokes) * track.gridTicks;
             if (tick >= recipe.ticks()) continue;
             const Unevenness unevenness = uneven(random, track.human);
             // Rolls swell into their last stroke.

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From a recipe's written parts to timed notes and strokes: swing, human unevenness, ties round the loop's end.
-// Pure functions; the unevenness comes from the recipe's seed.
+// From a recipe's written parts to timed notes and strokes: swing, human unevenness, ties round the loop's
+// end. Pure functions; the unevenness comes from the recipe's seed.
 #pragma once
 
 #include "Recipe.hpp"
@@ -27,6 +27,7 @@ struct TimedStroke {
 [[nodiscard]] std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track);
 
 /// Gives the strokes of one row of a drum track.
-[[nodiscard]] std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, const DrumRow& row);
+[[nodiscard]] std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track,
+                                                 const DrumRow& row);
 
 } // namespace tonewright::loops

@@ -7,8 +7,7 @@
 
 namespace tonewright::loops {
 
-std::string plainNumber(double value)
-{
+std::string plainNumber(double value) {
     char text[64];
     std::snprintf(text, sizeof text, "%.3f", value);
     std::string plain = text;

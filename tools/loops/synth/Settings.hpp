@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Named numbers of a plain struct, so that a recipe can set them: a table of name, member and range for each struct
-// that a recipe speaks of. The tables stand beside the structs and are constants.
+// Named numbers of a plain struct, so that a recipe can set them: a table of name, member and range for each
+// struct that a recipe speaks of. The tables stand beside the structs and are constants.
 #pragma once
 
 #include <span>
@@ -15,7 +15,7 @@ namespace tonewright::loops {
 template <typename Owner>
 struct Setting {
     std::string_view name;
-    double Owner::* member;
+    double Owner::*member;
     double least;
     double greatest;
 };
@@ -28,14 +28,14 @@ using SettingFault = std::string;
 
 /// Puts `value` into the member called `name`, or says in one clause why not.
 template <typename Owner>
-SettingFault assign(Owner& owner, std::span<const Setting<Owner>> settings, std::string_view name, double value)
-{
+SettingFault assign(Owner& owner, std::span<const Setting<Owner>> settings, std::string_view name,
+                    double value) {
     std::string known;
     for (const Setting<Owner>& setting : settings) {
         if (setting.name == name) {
             if (!(value >= setting.least && value <= setting.greatest)) {
-                return "'" + std::string(name) + "' must lie between " + plainNumber(setting.least) + " and "
-                    + plainNumber(setting.greatest);
+                return "'" + std::string(name) + "' must lie between " + plainNumber(setting.least) +
+                       " and " + plainNumber(setting.greatest);
             }
             owner.*setting.member = value;
             return {};

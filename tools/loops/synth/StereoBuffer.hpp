@@ -16,16 +16,14 @@ struct StereoBuffer {
     StereoBuffer() = default;
     explicit StereoBuffer(std::size_t frames)
         : left(frames)
-        , right(frames)
-    {
-    }
+        , right(frames) {}
 
     [[nodiscard]] std::size_t frames() const noexcept { return left.size(); }
 };
 
 /// Adds `sound` to `loop` from frame `start` on; what passes the loop's end goes on at its beginning.
-inline void addAround(StereoBuffer& loop, const StereoBuffer& sound, std::size_t start, double leftGain, double rightGain)
-{
+inline void addAround(StereoBuffer& loop, const StereoBuffer& sound, std::size_t start, double leftGain,
+                      double rightGain) {
     const std::size_t length = loop.frames();
     std::size_t at = start % length;
     for (std::size_t frame = 0; frame < sound.frames(); ++frame) {
@@ -43,11 +41,11 @@ struct StereoFrame {
     double right = 0.0;
 };
 
-/// Runs something with a memory round a loop: `step(frame, position)` sees the loop's last `warmFrames` frames
-/// (several rounds of it if need be) before what it gives is kept, so that its state at the end is that at the start.
+/// Runs something with a memory round a loop: `step(frame, position)` sees the loop's last `warmFrames`
+/// frames (several rounds of it if need be) before what it gives is kept, so that its state at the end is
+/// that at the start.
 template <typename Step>
-void runAround(StereoBuffer& loop, std::size_t warmFrames, Step step)
-{
+void runAround(StereoBuffer& loop, std::size_t warmFrames, Step step) {
     const std::size_t length = loop.frames();
     std::size_t at = (length - warmFrames % length) % length;
     for (std::size_t frame = 0; frame < warmFrames; ++frame) {

@@ -26,15 +26,13 @@ struct Oscillator {
     double right = 0.7;
     const WaveCycle* cycle = nullptr;
 
-    void tune(double note, double rate)
-    {
+    void tune(double note, double rate) {
         const double frequency = frequencyOfNote(note + offset);
         step = std::min(frequency / rate, 0.49);
         cycle = &waveCycle(shape, frequency, rate);
     }
 
-    double next(double width) noexcept
-    {
+    double next(double width) noexcept {
         double value = cycle->at(phase);
         if (shape == WaveShape::Square && width != 0.5) { // two opposed halves moved apart give a pulse
             const double other = phase + 0.5 - width;
@@ -52,8 +50,7 @@ struct Bank {
     std::array<Oscillator, MostOscillators> items;
     std::size_t count = 0;
 
-    void add(WaveShape shape, double offset, double gain, double pan, double phase)
-    {
+    void add(WaveShape shape, double offset, double gain, double pan, double phase) {
         Oscillator& one = items[count++];
         one.shape = shape;
         one.offset = offset;
@@ -63,22 +60,21 @@ struct Bank {
     }
 };
 
-WaveShape shapeOf(double number)
-{
+WaveShape shapeOf(double number) {
     return static_cast<WaveShape>(static_cast<int>(std::clamp(number, 0.0, 3.0)));
 }
 
-Bank oscillators(const SubtractivePatch& patch, Random& random)
-{
+Bank oscillators(const SubtractivePatch& patch, Random& random) {
     Bank bank;
     const auto copies = static_cast<std::size_t>(std::clamp(patch.unison, 1.0, 7.0));
     const double gain = 1.0 / std::sqrt(static_cast<double>(copies));
     for (std::size_t copy = 0; copy < copies; ++copy) {
-        const double place = copies == 1 ? 0.0 : 2.0 * static_cast<double>(copy) / static_cast<double>(copies - 1) - 1.0;
+        const double place =
+            copies == 1 ? 0.0 : 2.0 * static_cast<double>(copy) / static_cast<double>(copies - 1) - 1.0;
         // Neighbours in pitch stand on opposite sides, so that neither side leans sharp.
         const double side = copies == 1 ? 0.0 : (copy % 2 == 0 ? 1.0 : -1.0) * (1.0 - 0.4 * std::fabs(place));
         bank.add(shapeOf(patch.shape), place * patch.detune * 0.01, gain, side * patch.spread,
-            copies == 1 ? 0.0 : random.unit());
+                 copies == 1 ? 0.0 : random.unit());
     }
     if (patch.mix2 > 0.0) {
         bank.add(shapeOf(patch.shape2), patch.tune2, patch.mix2, 0.0, 0.25);
@@ -96,10 +92,13 @@ struct Formants {
     std::array<StateVariableFilter, 3> left;
     std::array<StateVariableFilter, 3> right;
 
-    Formants(double vowel, double rate)
-    {
-        constexpr std::array<std::array<double, 3>, 6> Frequencies{{{800, 1150, 2900}, {480, 1700, 2600},
-            {320, 2150, 3000}, {450, 800, 2830}, {325, 700, 2700}, {325, 700, 2700}}};
+    Formants(double vowel, double rate) {
+        constexpr std::array<std::array<double, 3>, 6> Frequencies{{{800, 1150, 2900},
+                                                                    {480, 1700, 2600},
+                                                                    {320, 2150, 3000},
+                                                                    {450, 800, 2830},
+                                                                    {325, 700, 2700},
+                                                                    {325, 700, 2700}}};
         const auto index = static_cast<std::size_t>(std::clamp(vowel, 0.0, 4.0));
         const double part = std::clamp(vowel, 0.0, 4.0) - static_cast<double>(index);
         for (std::size_t band = 0; band < 3; ++band) {
@@ -108,8 +107,7 @@ struct Formants {
         }
     }
 
-    static double pass(double input, std::array<StateVariableFilter, 3>& filters, const Formants& shape)
-    {
+    static double pass(double input, std::array<StateVariableFilter, 3>& filters, const Formants& shape) {
         double sum = 0.1 * input;
         for (std::size_t band = 0; band < 3; ++band) {
             sum += shape.gains[band] * 0.5 * filters[band].step(input, shape.tunings[band]).band;
@@ -120,15 +118,12 @@ struct Formants {
 
 /// The filter's envelope: up over its attack, then down for good.
 class SweepEnvelope {
-public:
+  public:
     SweepEnvelope(const SubtractivePatch& patch, double rate)
         : rise_(1.0 / std::max(1.0, patch.sweepattack * rate))
-        , fall_(decayFactor(patch.sweepdecay, rate))
-    {
-    }
+        , fall_(decayFactor(patch.sweepdecay, rate)) {}
 
-    double step() noexcept
-    {
+    double step() noexcept {
         if (rising_) {
             value_ += rise_;
             if (value_ >= 1.0) {
@@ -141,7 +136,7 @@ public:
         return value_;
     }
 
-private:
+  private:
     double rise_;
     double fall_;
     double value_ = 0.0;
@@ -150,8 +145,7 @@ private:
 
 } // namespace
 
-StereoBuffer renderSubtractive(const SubtractivePatch& patch, const Note& note, double rate)
-{
+StereoBuffer renderSubtractive(const SubtractivePatch& patch, const Note& note, double rate) {
     Random random(note.seed);
     Bank bank = oscillators(patch, random);
     PitchPath pitch(note, patch.glide, {patch.vibrato, patch.vibratorate, patch.vibratodelay}, rate);
@@ -176,8 +170,8 @@ StereoBuffer renderSubtractive(const SubtractivePatch& patch, const Note& note, 
             for (std::size_t index = 0; index < bank.count; ++index) {
                 bank.items[index].tune(pitchNow, rate);
             }
-            const double octaves = patch.sweep * opening * (0.4 + 0.6 * note.velocity) + touch
-                + patch.track * (pitchNow - 60.0) / 12.0;
+            const double octaves = patch.sweep * opening * (0.4 + 0.6 * note.velocity) + touch +
+                                   patch.track * (pitchNow - 60.0) / 12.0;
             tuning = FilterTuning(patch.cutoff * powerOfTwo(octaves), patch.reso, rate);
         }
         StereoFrame value;

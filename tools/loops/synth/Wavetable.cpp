@@ -16,8 +16,7 @@ constexpr std::size_t LevelCount = 31;
 using Levels = std::vector<WaveCycle>;
 
 /// The greatest harmonic of each level: 1024, 813, 645, 512, ... 1.
-std::array<std::size_t, LevelCount> harmonicLimits()
-{
+std::array<std::size_t, LevelCount> harmonicLimits() {
     std::array<std::size_t, LevelCount> limits{};
     for (std::size_t level = 0; level < LevelCount; ++level) {
         limits[level] = static_cast<std::size_t>(powerOfTwo(10.0 - static_cast<double>(level) / 3.0) + 0.01);
@@ -25,8 +24,7 @@ std::array<std::size_t, LevelCount> harmonicLimits()
     return limits;
 }
 
-double amplitude(WaveShape shape, std::size_t harmonic)
-{
+double amplitude(WaveShape shape, std::size_t harmonic) {
     const double order = static_cast<double>(harmonic);
     const bool odd = harmonic % 2 == 1;
     switch (shape) {
@@ -42,8 +40,7 @@ double amplitude(WaveShape shape, std::size_t harmonic)
     return 0.0;
 }
 
-Levels build(WaveShape shape)
-{
+Levels build(WaveShape shape) {
     std::vector<double> sine(WaveCycle::Size);
     for (std::size_t index = 0; index < sine.size(); ++index) {
         sine[index] = sineOfTurns(static_cast<double>(index) / static_cast<double>(WaveCycle::Size));
@@ -53,7 +50,8 @@ Levels build(WaveShape shape)
     std::vector<Levels::value_type> levels;
     levels.reserve(LevelCount);
     std::size_t harmonic = 1;
-    for (std::size_t level = LevelCount; level-- > 0;) { // from few harmonics to many, each adding to the last
+    for (std::size_t level = LevelCount;
+         level-- > 0;) { // from few harmonics to many, each adding to the last
         for (; harmonic <= limits[level]; ++harmonic) {
             const double gain = amplitude(shape, harmonic);
             if (gain == 0.0) {
@@ -71,8 +69,7 @@ Levels build(WaveShape shape)
 } // namespace
 
 WaveCycle::WaveCycle(std::vector<double> table)
-    : table_(std::move(table))
-{
+    : table_(std::move(table)) {
     const double last = table_.back();
     const double first = table_[0];
     const double second = table_[1];
@@ -81,10 +78,9 @@ WaveCycle::WaveCycle(std::vector<double> table)
     table_.insert(table_.end(), {first, second, third});
 }
 
-const WaveCycle& waveCycle(WaveShape shape, double frequency, double rate)
-{
-    static const std::array<Levels, 4> tables{
-        build(WaveShape::Sine), build(WaveShape::Triangle), build(WaveShape::Saw), build(WaveShape::Square)};
+const WaveCycle& waveCycle(WaveShape shape, double frequency, double rate) {
+    static const std::array<Levels, 4> tables{build(WaveShape::Sine), build(WaveShape::Triangle),
+                                              build(WaveShape::Saw), build(WaveShape::Square)};
     static const auto limits = harmonicLimits();
     const Levels& levels = tables[static_cast<std::size_t>(shape)];
     const double allowed = frequency > 1.0 ? 0.45 * rate / frequency : 1024.0;
