@@ -28,7 +28,8 @@ class Tree:
     """A tree like the built one, in which a test may replace the loops and the plug-ins."""
 
     def __init__(self):
-        self.root = pathlib.Path(tempfile.mkdtemp(prefix="e2e.", dir=BUILD))
+        (BUILD / "e2e").mkdir(exist_ok=True)
+        self.root = pathlib.Path(tempfile.mkdtemp(dir=BUILD / "e2e"))
         (self.root / "bin").mkdir()
         # The program finds its tree by its own path, so it is no symbolic link.
         os.link(BUILD / "bin" / "tonewright", self.program)
