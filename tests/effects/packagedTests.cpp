@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Effects that were not written here, as Debian packages them: each makes sound, and shows its interface.
+// Effects as they are installed, the bundled one and those that Debian packages: each makes sound, keeps its state
+// and shows its interface.
 #include "tests/effects/EffectScreen.hpp"
 
 #include <algorithm>
@@ -21,6 +22,7 @@ struct Subject {
 // Chosen for what they need of a host: worker, state, MIDI in and out, three inputs, presets, one with a
 // file, bounded block length, isLive, no interface.
 constexpr Subject Subjects[] = {
+    {"https://tonewright.example/lv2/tonewright", true, true, true},
     {"http://lsp-plug.in/plugins/lv2/trigger_midi_stereo", true, false, true},
     {"http://gareus.org/oss/lv2/tuna#one", true, false, true},
     {"http://gareus.org/oss/lv2/fat1", false, true, true},
