@@ -8,8 +8,8 @@
 #ifdef TONEWRIGHT_RTSAN
 extern "C" void __rtsan_realtime_enter();
 extern "C" void __rtsan_realtime_exit();
-extern "C" void __rtsan_disable();
-extern "C" void __rtsan_enable();
+extern "C" void __rtsan_off();
+extern "C" void __rtsan_on();
 #endif
 
 namespace platform {
@@ -38,10 +38,10 @@ class ForeignCodeScope {
   public:
 #ifdef TONEWRIGHT_RTSAN
     ForeignCodeScope() noexcept {
-        __rtsan_disable();
+        __rtsan_off();
     }
     ~ForeignCodeScope() {
-        __rtsan_enable();
+        __rtsan_on();
     }
 #else
     ForeignCodeScope() noexcept {}

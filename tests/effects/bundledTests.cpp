@@ -57,3 +57,14 @@ TEST(BundledEffect, IsFoundRunsAndHearsItsPresets) {
     EXPECT_GT(loudest, 1e-3F);
     EXPECT_TRUE(waitUntil([&] { return notes > 0; })); // the first sound was an onset
 }
+
+#ifdef TONEWRIGHT_RTSAN
+TEST(RealtimeDetector, SeesWhatTheScopeForbids) {
+    EXPECT_DEATH(
+        {
+            const RealtimeScope realtime;
+            (void)makeUnit("urn:tonewright:test:gain");
+        },
+        "RealtimeSanitizer");
+}
+#endif
