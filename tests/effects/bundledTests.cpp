@@ -65,6 +65,6 @@ TEST(RealtimeDetector, SeesWhatTheScopeForbids) {
             const RealtimeScope realtime;
             (void)makeUnit("urn:tonewright:test:gain");
         },
-        "RealtimeSanitizer");
+        "real-time unsafe function `malloc`");
 }
 #endif
