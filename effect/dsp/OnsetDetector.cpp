@@ -12,11 +12,12 @@ namespace {
 constexpr double HopSeconds = 0.00133;
 constexpr double RefractorySeconds = 0.05;
 constexpr float ReleaseDecibelsPerSecond = 200.F; // the gaps between a bass note's waves stay bridged
-constexpr double ReferenceSeconds = 0.03;
+constexpr double ReferenceRiseSeconds = 0.03;
+constexpr double ReferenceFallSeconds = 0.008;
 constexpr int StrengthHops = 3;
 constexpr float Silence = -80.F;
 constexpr float QuietestOnset = -54.F;
-constexpr float LoudestOnset = -6.F;
+constexpr float LoudestOnset = 0.F;
 
 float decibelsOf(float energy) noexcept {
     return 10.F * std::log10(energy + 1e-8F);
@@ -29,7 +30,8 @@ OnsetDetector::OnsetDetector(double sampleRate) noexcept
     const double hop = hopFrames_ / sampleRate;
     refractoryHops_ = static_cast<int>(std::lround(RefractorySeconds / hop));
     hopRelease_ = ReleaseDecibelsPerSecond * static_cast<float>(hop);
-    hopReference_ = static_cast<float>(1. - std::exp(-hop / ReferenceSeconds));
+    referenceRise_ = static_cast<float>(1. - std::exp(-hop / ReferenceRiseSeconds));
+    referenceFall_ = static_cast<float>(1. - std::exp(-hop / ReferenceFallSeconds));
     reset();
 }
 
@@ -62,7 +64,7 @@ std::uint8_t OnsetDetector::endHop() noexcept {
 
     level_ = std::max(now, level_ - hopRelease_);
     const float rise = level_ - reference_;
-    reference_ += hopReference_ * (level_ - reference_);
+    reference_ += (rise > 0.F ? referenceRise_ : referenceFall_) * rise;
     waiting_ = std::max(waiting_ - 1, 0);
 
     if (measuring_ == 0) {
@@ -77,6 +79,7 @@ std::uint8_t OnsetDetector::endHop() noexcept {
     if (--measuring_ > 0) {
         return 0;
     }
+    reference_ = level_; // this rise has been counted
     const float strength = (peak_ - QuietestOnset) / (LoudestOnset - QuietestOnset);
     return static_cast<std::uint8_t>(std::lround(1.F + 126.F * std::clamp(strength, 0.F, 1.F)));
 }

@@ -19,7 +19,7 @@ class OnsetDetector {
     void reset() noexcept;
 
     /// Sets how small a rise counts, 0..1.
-    void setSensitivity(float sensitivity) noexcept { thresholdDecibels_ = 18.F - 15.F * sensitivity; }
+    void setSensitivity(float sensitivity) noexcept { thresholdDecibels_ = 14.F - 11.F * sensitivity; }
 
     /// Takes one frame; returns 0, or the MIDI velocity of an onset that is certain as of this
     /// frame (about 5 ms after it began: its strength is the peak of that time).
@@ -30,9 +30,10 @@ class OnsetDetector {
 
     int hopFrames_;
     int refractoryHops_;
-    float hopRelease_;   // decibels that the held level falls per hop
-    float hopReference_; // share of the way that the reference goes per hop
-    float thresholdDecibels_ = 9.F;
+    float hopRelease_;    // decibels that the held level falls per hop
+    float referenceRise_; // share of the way that the reference goes per hop
+    float referenceFall_;
+    float thresholdDecibels_ = 7.F;
 
     int frame_ = 0;
     float energy_ = 0.F;

@@ -118,7 +118,7 @@ void ResonatorBank::aim(String& string, float note, const ResonatorSetting& sett
                           : std::clamp(string.wantedDelay, string.delay - reach, string.delay + reach);
     const float feedback = std::pow(10.F, -3.F * string.delay / (sampleRate_ * setting.decaySeconds));
     // Noise through the loop gains 1 / sqrt(1 - f^2), a tone in tune 1 / (1 - f): go between.
-    const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.62F);
+    const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.55F);
     if (atOnce) {
         string.delayRamp.snap(string.delay);
         string.feedback.snap(feedback);

@@ -109,9 +109,13 @@ Layout layOut(int width, int height) {
     const double displayHeight = below - rowCount * (rowHeight + margin) - margin;
     const double meterWidth = 16. * u;
     const double top = layout.header.bottom();
-    layout.inputMeter = {margin, top, meterWidth, displayHeight};
-    layout.outputMeter = {w - margin - meterWidth, top, meterWidth, displayHeight};
-    layout.display = {margin * 1.6 + meterWidth, top, w - 2. * (margin * 1.6 + meterWidth), displayHeight};
+    // Whole pixels: what moves is drawn again and again inside these, and must meet its surroundings exactly.
+    layout.inputMeter = Rect{margin, top, meterWidth, displayHeight}.snapped();
+    layout.outputMeter = Rect{w - margin - meterWidth, top, meterWidth, displayHeight}.snapped();
+    const double gap = std::ceil(0.6 * margin);
+    layout.display = layout.inputMeter;
+    layout.display.x = layout.inputMeter.right() + gap;
+    layout.display.width = layout.outputMeter.x - gap - layout.display.x;
 
     double y = layout.display.bottom() + margin;
     for (const auto& row : rows) {

@@ -89,7 +89,7 @@ void PluginHost::run(const float* left, const float* right, float* outLeft, floa
     }
     notify->atom = {notifyCapacity_, urids_(LV2_ATOM__Chunk)};
     // Beyond what the plug-in may use stands a mark that it must not touch.
-    std::fill(notifyBuffer_.begin() + static_cast<std::ptrdiff_t>((notifyCapacity_ + 7) / 8),
+    std::fill(notifyBuffer_.begin() + static_cast<std::ptrdiff_t>(firstWordBeyond()),
               notifyBuffer_.end(), 0xA5A5A5A5A5A5A5A5ULL);
     descriptor_->connect_port(handle_, InputLeft, const_cast<float*>(left));
     descriptor_->connect_port(handle_, InputRight, const_cast<float*>(right));
@@ -102,7 +102,7 @@ void PluginHost::run(const float* left, const float* right, float* outLeft, floa
 void PluginHost::collect() {
     sent_.clear();
     const auto* const notify = reinterpret_cast<const LV2_Atom_Sequence*>(notifyBuffer_.data());
-    for (auto i = (notifyCapacity_ + 7) / 8; i < notifyBuffer_.size(); ++i) {
+    for (auto i = firstWordBeyond(); i < notifyBuffer_.size(); ++i) {
         if (notifyBuffer_[i] != 0xA5A5A5A5A5A5A5A5ULL) {
             throw std::runtime_error{"the plug-in wrote beyond its buffer"};
         }

@@ -12,6 +12,7 @@
 #include <lv2/ui/ui.h>
 #include <lv2/urid/urid.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <deque>
@@ -69,6 +70,8 @@ class PluginHost {
 
   private:
     void collect();
+    /// The capacity itself stands in the first word.
+    [[nodiscard]] std::size_t firstWordBeyond() const { return std::max<std::size_t>(1, (notifyCapacity_ + 7) / 8); }
 
     UridTable& urids_;
     void* library_ = nullptr;

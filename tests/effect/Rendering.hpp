@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Signals, and the effect's processor run over them, for tests.
+#pragma once
+
+#include "effect/dsp/Denormals.hpp"
+#include "effect/dsp/Processor.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <numbers>
+#include <utility>
+#include <vector>
+
+namespace tonewright::effect::test {
+
+using Signal = std::vector<float>;
+
+inline constexpr double Rate = 48000.;
+
+[[nodiscard]] inline ParameterValues controls(std::initializer_list<std::pair<Parameter, float>> changes) {
+    ParameterValues values = defaultValues();
+    for (const auto& [parameter, value] : changes) {
+        values[index(parameter)] = value;
+    }
+    return values;
+}
+
+/// Settings under which the effect does nothing but be late.
+[[nodiscard]] inline ParameterValues transparent() {
+    return controls({{Parameter::Shape, 0.F}, {Parameter::FilterMode, 0.F}, {Parameter::ResonatorMix, 0.F}});
+}
+
+[[nodiscard]] inline ParameterValues changed(ParameterValues values, Parameter parameter, float value) {
+    values[index(parameter)] = value;
+    return values;
+}
+
+[[nodiscard]] inline Signal sine(double hertz, float amplitude, std::size_t frames, double rate = Rate) {
+    Signal signal(frames);
+    for (std::size_t i = 0; i < frames; ++i) {
+        signal[i] = amplitude * static_cast<float>(
+                                    std::sin(2. * std::numbers::pi * hertz * static_cast<double>(i) / rate));
+    }
+    return signal;
+}
+
+[[nodiscard]] inline Signal noise(float amplitude, std::size_t frames, std::uint32_t seed = 1) {
+    Signal signal(frames);
+    for (float& sample : signal) {
+        seed = seed * 1664525U + 1013904223U;
+        sample = amplitude * (static_cast<float>(seed >> 8U) / 8388608.F - 1.F);
+    }
+    return signal;
+}
+
+struct Rendered {
+    Signal left;
+    Signal right;
+    std::vector<OutgoingMidi> midi; ///< frames from the start
+};
+
+/// What is to happen before a block begins.
+using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
+
+[[nodiscard]] inline Rendered render(Processor& processor, const Signal& in, std::size_t block,
+                                     const BeforeBlock& before = {}) {
+    const FlushDenormals flush;
+    Rendered out{Signal(in.size()), Signal(in.size()), {}};
+    MidiOutbox outbox;
+    for (std::size_t at = 0; at < in.size(); at += block) {
+        if (before) {
+            before(processor, at);
+        }
+        const std::size_t frames = std::min(block, in.size() - at);
+        outbox.beginBlock(MidiOutbox::Capacity);
+        processor.process(in.data() + at, in.data() + at, out.left.data() + at, out.right.data() + at,
+                          static_cast<std::uint32_t>(frames), 0, outbox);
+        for (OutgoingMidi message : outbox.messages()) {
+            message.frame += static_cast<std::uint32_t>(at);
+            out.midi.push_back(message);
+        }
+    }
+    return out;
+}
+
+[[nodiscard]] inline Rendered render(const ParameterValues& values, const Signal& in,
+                                     std::size_t block = 256) {
+    Processor processor{Rate};
+    processor.setParameters(values);
+    return render(processor, in, block);
+}
+
+/// Returns the amplitude of one frequency in a stretch of a signal (Hann window).
+[[nodiscard]] inline double amplitudeAt(const Signal& signal, std::size_t from, std::size_t frames,
+                                        double hertz, double rate = Rate) {
+    double real = 0.;
+    double imaginary = 0.;
+    double weights = 0.;
+    for (std::size_t i = 0; i < frames; ++i) {
+        const double turn = 2. * std::numbers::pi * static_cast<double>(i);
+        const double weight = 0.5 - 0.5 * std::cos(turn / static_cast<double>(frames));
+        const double sample = weight * static_cast<double>(signal[from + i]);
+        real += sample * std::cos(turn * hertz / rate);
+        imaginary += sample * std::sin(turn * hertz / rate);
+        weights += weight;
+    }
+    return 2. * std::hypot(real, imaginary) / weights;
+}
+
+[[nodiscard]] inline double decibels(double linear) {
+    return 20. * std::log10(linear + 1e-12);
+}
+
+[[nodiscard]] inline double rms(const Signal& signal, std::size_t from, std::size_t to) {
+    double sum = 0.;
+    for (std::size_t i = from; i < to; ++i) {
+        sum += static_cast<double>(signal[i]) * static_cast<double>(signal[i]);
+    }
+    return std::sqrt(sum / static_cast<double>(to - from));
+}
+
+/// Returns the sharpest corner of a stretch of a signal: its largest second difference.
+[[nodiscard]] inline float sharpestCorner(const Signal& signal, std::size_t from, std::size_t to) {
+    float most = 0.F;
+    for (std::size_t i = from + 1; i + 1 < to; ++i) {
+        most = std::max(most, std::abs(signal[i + 1] - 2.F * signal[i] + signal[i - 1]));
+    }
+    return most;
+}
+
+} // namespace tonewright::effect::test

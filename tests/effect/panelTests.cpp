@@ -1,0 +1,367 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The built panel library on a real (virtual) display, inside a window that a host gave it.
+
+#include <gtest/gtest.h> // first: Xlib has macros of common names
+
+#include "MiniHost.hpp"
+#include "Rendering.hpp"
+
+#include "effect/dsp/Presets.hpp"
+#include "effect/lv2/DisplayMessage.hpp"
+#include "effect/ui/Layout.hpp"
+
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+#include <sys/resource.h>
+
+#include <set>
+
+namespace tonewright::effect::test {
+namespace {
+
+using P = Parameter;
+
+double processorSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec);
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+struct Stage {
+    UridTable urids;
+    PanelHost host;
+    explicit Stage(PanelHost::Options options = {})
+        : host{urids, options} {}
+
+    Layout layout() const {
+        XWindowAttributes attributes{};
+        XGetWindowAttributes(host.display(), host.window(), &attributes);
+        return layOut(attributes.width, attributes.height);
+    }
+    Point middleOf(P parameter) const {
+        for (const PanelControl& control : layout().controls) {
+            if (control.parameter == parameter &&
+                (control.kind == ControlKind::Knob || control.kind == ControlKind::Selector ||
+                 control.kind == ControlKind::Power)) {
+                return control.area.centre();
+            }
+        }
+        return {};
+    }
+    Point middleOf(ControlKind kind) const {
+        for (const PanelControl& control : layout().controls) {
+            if (control.kind == kind) {
+                return control.area.centre();
+            }
+        }
+        return {};
+    }
+    void resizeParent(int width, int height) {
+        XResizeWindow(host.display(), host.parent(), static_cast<unsigned>(width),
+                      static_cast<unsigned>(height));
+        settle();
+    }
+    void settle() {
+        XSync(host.display(), False);
+        for (int i = 0; i < 4; ++i) {
+            host.idleFor(0.04);
+        }
+    }
+    std::vector<std::uint32_t> picture() {
+        settle();
+        int width = 0;
+        int height = 0;
+        return host.picture(width, height);
+    }
+    /// Returns the last value written to a control, or NaN.
+    float written(P parameter) const {
+        float value = std::nanf("");
+        for (const auto& write : host.writes) {
+            if (write.port == portOf(parameter)) {
+                value = write.value();
+            }
+        }
+        return value;
+    }
+    void click(Point p, unsigned button = Button1, unsigned state = 0) {
+        host.press(static_cast<int>(p.x), static_cast<int>(p.y), button, state);
+        host.release(static_cast<int>(p.x), static_cast<int>(p.y), button, state);
+        host.idle();
+    }
+    int requests() const {
+        return static_cast<int>(std::count_if(host.writes.begin(), host.writes.end(),
+                                              [](const auto& write) { return write.port == Control; }));
+    }
+    void sendFrame(float level) {
+        const auto* const map = static_cast<LV2_URID_Map*>(urids.feature()->data);
+        DisplayFrame frame;
+        frame.inputPeaks = frame.outputPeaks = {level, level};
+        frame.spectrum.fill(-20.F - 40.F * level);
+        frame.cutoffHertz = 500.F + 4000.F * level;
+        const auto message = DisplayMessage::of(frame, DisplayUrids::mapped(*map));
+        host.sendAtom({reinterpret_cast<const std::uint8_t*>(&message), sizeof(message)});
+    }
+};
+
+TEST(Panel, DrawsItselfAndShowsValues) {
+    Stage stage;
+    ASSERT_TRUE(stage.host.isOpen());
+    EXPECT_EQ(stage.host.askedWidth, NaturalWidth);
+    stage.resizeParent(stage.host.askedWidth, stage.host.askedHeight);
+    const auto first = stage.picture();
+    ASSERT_EQ(first.size(), static_cast<std::size_t>(NaturalWidth * NaturalHeight));
+    EXPECT_GT(std::set(first.begin(), first.end()).size(), 100U) << "hardly anything is drawn";
+    EXPECT_EQ(stage.picture(), first) << "at rest it stays as it is";
+    stage.host.send(P::Cutoff, 200.F);
+    const auto second = stage.picture();
+    EXPECT_NE(first, second);
+    stage.host.send(P::Cutoff, info(P::Cutoff).defaultValue);
+    EXPECT_EQ(stage.picture(), first) << "drawing is exact: the same values look the same";
+}
+
+TEST(Panel, FollowsItsParentFromSmallToLarge) {
+    Stage stage;
+    for (const auto& [width, height] : {std::pair{420, 260}, {1600, 900}, {500, 700}, {900, 500}}) {
+        stage.resizeParent(width, height);
+        XWindowAttributes attributes{};
+        XGetWindowAttributes(stage.host.display(), stage.host.window(), &attributes);
+        EXPECT_EQ(attributes.width, width);
+        EXPECT_EQ(attributes.height, height);
+        const Layout layout = layOut(width, height);
+        EXPECT_EQ(layout.controls.size(), 4 + 5 + 18U);
+        for (const PanelControl& control : layout.controls) {
+            EXPECT_GE(control.area.x, 0.);
+            EXPECT_GE(control.area.y, 0.);
+            EXPECT_LE(control.area.right(), width);
+            EXPECT_LE(control.area.bottom(), height);
+            for (const PanelControl& other : layout.controls) {
+                EXPECT_TRUE(&control == &other || !control.area.inset(0.01).meets(other.area))
+                    << width << "x" << height;
+            }
+        }
+        EXPECT_GT(layout.display.height, 40.);
+    }
+}
+
+TEST(Panel, ObeysTheScaleFactor) {
+    PanelHost::Options options;
+    options.scaleFactor = 2.F;
+    Stage stage{options};
+    EXPECT_EQ(stage.host.askedWidth, 2 * NaturalWidth);
+    EXPECT_EQ(stage.host.askedHeight, 2 * NaturalHeight);
+}
+
+TEST(Panel, OpensWithWhateverTheHostOffers) {
+    for (int bits = 0; bits < 8; ++bits) {
+        PanelHost::Options options;
+        options.withUrids = (bits & 1) != 0;
+        options.withParent = (bits & 2) != 0;
+        options.withResize = (bits & 4) != 0;
+        Stage stage{options};
+        ASSERT_TRUE(stage.host.isOpen()) << bits;
+        stage.settle();
+        EXPECT_EQ(stage.host.idle(), 0) << bits;
+    }
+}
+
+TEST(Panel, WritesWhatTheHandDrags) {
+    Stage stage;
+    stage.resizeParent(NaturalWidth, NaturalHeight);
+    const Point knob = stage.middleOf(P::Drive);
+    const auto x = static_cast<int>(knob.x);
+    const auto y = static_cast<int>(knob.y);
+    stage.host.press(x, y);
+    stage.host.move(x, y - 60, Button1Mask);
+    stage.host.idle();
+    const float coarse = stage.written(P::Drive);
+    EXPECT_NEAR(coarse, 6.F + 36.F * 60.F / 180.F, 1.F);
+    stage.host.move(x, y - 80, Button1Mask | ShiftMask);
+    stage.host.idle();
+    EXPECT_NEAR(stage.written(P::Drive) - coarse, 36.F * 2.F / 180.F, 0.15F) << "fine";
+    stage.host.move(x, y - 5000, Button1Mask);
+    stage.host.idle();
+    EXPECT_EQ(stage.written(P::Drive), 36.F);
+    stage.host.release(x, y - 5000);
+    stage.host.move(x, y, 0);
+    stage.host.idle();
+    EXPECT_EQ(stage.written(P::Drive), 36.F) << "let go is let go";
+
+    stage.click(knob);
+    stage.click(knob); // 20 ms later
+    EXPECT_EQ(stage.written(P::Drive), info(P::Drive).defaultValue);
+
+    stage.host.writes.clear();
+    stage.click(knob, Button4);
+    EXPECT_GT(stage.written(P::Drive), info(P::Drive).defaultValue);
+    const float once = stage.written(P::Drive) - info(P::Drive).defaultValue;
+    stage.click(knob, Button5, ControlMask);
+    EXPECT_NEAR(stage.written(P::Drive), info(P::Drive).defaultValue + 0.9F * once, 0.01F);
+    stage.click(stage.middleOf(P::Enabled));
+    EXPECT_EQ(stage.written(P::Enabled), 0.F);
+}
+
+TEST(Panel, WorksByKeyboard) {
+    Stage stage;
+    stage.resizeParent(NaturalWidth, NaturalHeight);
+    const auto plain = stage.picture();
+    XSetInputFocus(stage.host.display(), stage.host.window(), RevertToParent, CurrentTime);
+    XSync(stage.host.display(), False);
+    stage.host.key(XK_Tab);
+    EXPECT_NE(stage.picture(), plain) << "the focus must show";
+    // The order: three preset controls, power, then the sections; the shape is the first selector.
+    for (int i = 0; i < 4; ++i) {
+        stage.host.key(XK_Tab);
+    }
+    stage.host.key(XK_Down);
+    stage.settle();
+    EXPECT_EQ(stage.written(P::Shape), 2.F);
+    stage.host.key(XK_Tab); // Drive
+    stage.host.key(XK_End);
+    stage.settle();
+    EXPECT_EQ(stage.written(P::Drive), 36.F);
+    stage.host.key(XK_Home);
+    stage.host.key(XK_Up);
+    stage.settle();
+    EXPECT_NEAR(stage.written(P::Drive), 0.36F, 0.001F);
+    stage.host.key(XK_1);
+    stage.host.key(XK_2);
+    stage.host.key(XK_period);
+    stage.host.key(XK_5);
+    stage.host.key(XK_Return);
+    stage.settle();
+    EXPECT_EQ(stage.written(P::Drive), 12.5F) << "typed";
+    stage.host.key(XK_Delete);
+    stage.settle();
+    EXPECT_EQ(stage.written(P::Drive), info(P::Drive).defaultValue);
+    stage.host.key(XK_Tab, ShiftMask);
+    stage.host.key(XK_Return); // opens the list at Tube
+    stage.host.key(XK_Down);
+    stage.host.key(XK_Return);
+    stage.settle();
+    EXPECT_EQ(stage.written(P::Shape), 3.F);
+}
+
+TEST(Panel, AppliesPresetsThroughThePorts) {
+    Stage stage;
+    stage.resizeParent(NaturalWidth, NaturalHeight);
+    const auto before = stage.picture();
+    stage.click(stage.middleOf(ControlKind::PresetMenu));
+    const auto open = stage.picture();
+    EXPECT_NE(open, before) << "the menu must show";
+    for (int i = 0; i < 3; ++i) {
+        stage.host.key(XK_Down);
+    }
+    stage.host.key(XK_Return);
+    stage.settle();
+    ParameterValues values = defaultValues();
+    for (std::size_t i = 0; i < ParameterCount; ++i) {
+        const float value = stage.written(static_cast<P>(i));
+        values[i] = std::isnan(value) ? values[i] : value;
+    }
+    EXPECT_EQ(matchingPreset(values), 3U);
+    EXPECT_TRUE(std::isnan(stage.written(P::Enabled)));
+    stage.click(stage.middleOf(ControlKind::NextPreset));
+    EXPECT_EQ(stage.written(P::Decay), factoryPresets()[4].values[index(P::Decay)]);
+}
+
+TEST(Panel, AsksForTheSignalAndShowsIt) {
+    Stage stage;
+    stage.resizeParent(NaturalWidth, NaturalHeight);
+    const auto silent = stage.picture();
+    stage.host.idleFor(1.2);
+    EXPECT_GE(stage.requests(), 2);
+    EXPECT_LE(stage.requests(), 5);
+    stage.sendFrame(0.8F);
+    EXPECT_NE(stage.picture(), silent);
+}
+
+TEST(Panel, RestsWhileItCannotBeSeen) {
+    Stage stage;
+    stage.resizeParent(NaturalWidth, NaturalHeight);
+    const auto measure = [&stage](double seconds) {
+        stage.host.writes.clear();
+        const double before = processorSeconds();
+        for (int i = 0; i < static_cast<int>(seconds * 30.); ++i) {
+            stage.sendFrame(static_cast<float>(i % 7) / 7.F);
+            stage.host.idleFor(0.034);
+        }
+        return (processorSeconds() - before) / seconds;
+    };
+    const double visible = measure(2.);
+    EXPECT_GT(stage.requests(), 0);
+    // The parent alone goes: X tells the panel nothing about that.
+    XUnmapWindow(stage.host.display(), stage.host.parent());
+    stage.settle();
+    stage.host.idleFor(0.5);
+    const double hidden = measure(2.);
+    EXPECT_EQ(stage.requests(), 0) << "it must not ask for what nobody sees";
+    EXPECT_LT(hidden, 0.005) << "share of a core, visible: " << visible;
+    EXPECT_LT(hidden, 0.5 * visible);
+    XMapWindow(stage.host.display(), stage.host.parent());
+    stage.settle();
+    measure(0.6);
+    EXPECT_GT(stage.requests(), 0) << "it comes back";
+    // A window in front hides it as well.
+    const Window cover = XCreateSimpleWindow(stage.host.display(), DefaultRootWindow(stage.host.display()), 0,
+                                             0, 1200, 900, 0, 0, 0);
+    XMapRaised(stage.host.display(), cover);
+    stage.settle();
+    measure(0.6);
+    EXPECT_EQ(stage.requests(), 0) << "behind another window";
+    XDestroyWindow(stage.host.display(), cover);
+}
+
+TEST(Panel, LivesInAParentThatIsMovedAndMappedLater) {
+    PanelHost::Options options;
+    options.parentMapped = false;
+    Stage stage{options};
+    stage.settle();
+    EXPECT_EQ(stage.requests(), 0);
+    Display* const display = stage.host.display();
+    const Window frame = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 900, 600, 0, 0, 0);
+    XMapWindow(display, frame);
+    XReparentWindow(display, stage.host.parent(), frame, 10, 10);
+    stage.resizeParent(640, 400);
+    XMapWindow(display, stage.host.parent());
+    const auto pixels = stage.picture();
+    EXPECT_EQ(pixels.size(), 640U * 400U);
+    EXPECT_GT(std::set(pixels.begin(), pixels.end()).size(), 100U);
+    EXPECT_GT(stage.requests(), 0);
+}
+
+TEST(Panel, OutlivesItsWindow) {
+    static int foreign = 0;
+    XSetErrorHandler([](Display*, XErrorEvent*) { return ++foreign; });
+    {
+        Stage stage;
+        stage.settle();
+        XDestroyWindow(stage.host.display(), stage.host.parent());
+        XSync(stage.host.display(), False);
+        int answer = 0;
+        for (int i = 0; i < 50 && answer == 0; ++i) {
+            stage.sendFrame(0.5F);
+            stage.host.idleFor(0.04);
+            answer = stage.host.idle();
+        }
+        EXPECT_NE(answer, 0) << "the host is told";
+        stage.sendFrame(0.2F);
+        stage.host.idle();
+    }
+    EXPECT_EQ(foreign, 0) << "the panel's own errors must not reach the host";
+    const XErrorHandler after = XSetErrorHandler(nullptr);
+    Display* const display = XOpenDisplay(nullptr);
+    XSetErrorHandler(after);
+    XMapWindow(display, 0x7FFFFFFF);
+    XSync(display, False);
+    EXPECT_EQ(foreign, 1) << "the host's handler is in its place again";
+    XCloseDisplay(display);
+    XSetErrorHandler(nullptr);
+}
+
+} // namespace
+} // namespace tonewright::effect::test

@@ -1,0 +1,237 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the effect hears: onsets in the sound, notes and controllers from the player.
+
+#include "Rendering.hpp"
+
+#include <gtest/gtest.h>
+
+namespace tonewright::effect::test {
+namespace {
+
+using P = Parameter;
+using Bytes = std::vector<std::uint8_t>;
+
+// Struck tones with known beginnings and levels, over a faint floor of noise.
+Signal strokes(const std::vector<std::size_t>& at, const std::vector<float>& levels, std::size_t frames,
+               double hertz) {
+    Signal signal = noise(0.0005F, frames);
+    for (std::size_t s = 0; s < at.size(); ++s) {
+        for (std::size_t i = at[s]; i < frames; ++i) {
+            const double t = static_cast<double>(i - at[s]) / Rate;
+            signal[i] += levels[s] *
+                         static_cast<float>(std::exp(-14. * t) * std::sin(2. * std::numbers::pi * hertz * t));
+        }
+    }
+    return signal;
+}
+
+std::vector<OutgoingMidi> notesOn(const Rendered& rendered) {
+    std::vector<OutgoingMidi> on;
+    std::copy_if(rendered.midi.begin(), rendered.midi.end(), std::back_inserter(on),
+                 [](const OutgoingMidi& m) { return (m.bytes[0] & 0xF0U) == 0x90U; });
+    return on;
+}
+
+TEST(Onsets, AreFoundOnceEachInTimeAndInOrderOfStrength) {
+    const std::vector<std::size_t> at{6000, 20000, 33000, 47000, 62000, 75000};
+    const std::vector<float> levels{0.05F, 0.1F, 0.2F, 0.35F, 0.6F, 0.95F};
+    for (const double hertz : {45., 110., 880., 5000.}) {
+        const Rendered out = render(defaultValues(), strokes(at, levels, 96000, hertz));
+        const auto on = notesOn(out);
+        ASSERT_EQ(on.size(), at.size()) << hertz << " Hz";
+        for (std::size_t i = 0; i < at.size(); ++i) {
+            const auto late = static_cast<double>(on[i].frame) - static_cast<double>(at[i]);
+            EXPECT_GE(late, 0.);
+            EXPECT_LT(late, 0.010 * Rate) << hertz << " Hz, stroke " << i;
+            if (i > 0) {
+                EXPECT_GT(on[i].bytes[2], on[i - 1].bytes[2]) << hertz << " Hz, stroke " << i;
+            }
+        }
+    }
+}
+
+TEST(Onsets, AreNotFoundInSteadySound) {
+    for (const double hertz : {40., 220., 3000.}) {
+        const Signal in = sine(hertz, 0.5F, 96000);
+        EXPECT_LE(notesOn(render(defaultValues(), in)).size(), 1U) << hertz; // its beginning is one
+    }
+    EXPECT_LE(notesOn(render(defaultValues(), noise(0.3F, 96000))).size(), 1U);
+    EXPECT_TRUE(notesOn(render(defaultValues(), Signal(48000, 0.F))).empty());
+}
+
+TEST(Onsets, EndEveryNoteTheyBegin) {
+    std::vector<std::size_t> at;
+    for (std::size_t i = 0; i < 40; ++i) {
+        at.push_back(3000 + i * 4000);
+    }
+    const Rendered out = render(changed(defaultValues(), P::Gate, 500.F),
+                                strokes(at, std::vector<float>(40, 0.4F), 240000, 600.));
+    int sounding = 0;
+    std::uint32_t last = 0;
+    for (const OutgoingMidi& message : out.midi) {
+        EXPECT_GE(message.frame, last);
+        last = message.frame;
+        sounding += (message.bytes[0] & 0xF0U) == 0x90U ? 1 : -1;
+        EXPECT_GE(sounding, 0);
+        EXPECT_LE(sounding, 1);
+    }
+    EXPECT_EQ(sounding, 0);
+    EXPECT_EQ(notesOn(out).size(), 40U);
+}
+
+TEST(Onsets, WaitForRoomToEndANote) {
+    OnsetNotes notes;
+    MidiOutbox outbox;
+    outbox.beginBlock(1);
+    notes.onset(60, 100, 10, 0, outbox);
+    EXPECT_EQ(outbox.messages().size(), 1U);
+    outbox.beginBlock(0);
+    for (std::uint32_t i = 0; i < 50; ++i) {
+        notes.advance(i, outbox);
+    }
+    notes.onset(62, 100, 10, 50, outbox); // no room for either message
+    outbox.beginBlock(8);
+    notes.advance(0, outbox);
+    notes.advance(1, outbox);
+    ASSERT_EQ(outbox.messages().size(), 1U);
+    EXPECT_EQ(outbox.messages()[0].bytes[0], 0x80U);
+    EXPECT_EQ(outbox.messages()[0].bytes[1], 60U);
+}
+
+TEST(Onsets, SendTheHeldNoteTheRootOrNothing) {
+    const Signal in = strokes({3000}, {0.5F}, 24000, 300.);
+    const auto sent = [&in](float mode, const std::vector<Bytes>& messages) {
+        Processor processor{Rate};
+        processor.setParameters(changed(changed(defaultValues(), P::MidiOut, mode), P::Note, 40.F));
+        for (const Bytes& message : messages) {
+            processor.midi(message);
+        }
+        const auto on = notesOn(render(processor, in, 256));
+        return on.empty() ? -1 : static_cast<int>(on[0].bytes[1]);
+    };
+    EXPECT_EQ(sent(0.F, {}), -1);
+    EXPECT_EQ(sent(1.F, {}), 40);
+    EXPECT_EQ(sent(1.F, {{0x90, 67, 100}}), 67);
+    EXPECT_EQ(sent(2.F, {{0x90, 67, 100}}), 40);
+}
+
+TEST(Playing, KeepsAStackOfHeldNotes) {
+    Performance performance;
+    const auto play = [&](const Bytes& message) { performance.handle(message); };
+    EXPECT_EQ(performance.tuningNote(), -1);
+    play({0x90, 60, 100});
+    play({0x93, 64, 100}); // any channel
+    play({0x90, 67, 100});
+    EXPECT_EQ(performance.tuningNote(), 67);
+    EXPECT_EQ(performance.chord().size(), 3U);
+    play({0x80, 67, 0});
+    EXPECT_EQ(performance.tuningNote(), 64) << "back to the note that is still held";
+    play({0x90, 64, 0}); // a note off in disguise
+    play({0x80, 60, 0});
+    EXPECT_EQ(performance.heldNote(), -1);
+    EXPECT_EQ(performance.tuningNote(), 60) << "the last tuning stays";
+    play({0xB0, 64, 127});
+    play({0x90, 50, 90});
+    play({0x80, 50, 0});
+    EXPECT_EQ(performance.heldNote(), 50) << "sustained";
+    play({0xB0, 64, 0});
+    EXPECT_EQ(performance.heldNote(), -1);
+    play({0x90, 55, 90});
+    play({0xB0, 123, 0});
+    EXPECT_EQ(performance.heldNote(), -1);
+}
+
+TEST(Playing, IgnoresWhatIsMalformed) {
+    Performance performance;
+    for (const Bytes& message : {Bytes{}, Bytes{0x90}, Bytes{0x90, 60}, Bytes{60, 60, 60},
+                                 Bytes{0x90, 0xFF, 0x40}, Bytes{0xF0, 1, 2, 3, 0xF7}, Bytes(300, 0x90)}) {
+        performance.handle(message);
+    }
+    EXPECT_EQ(performance.heldNote(), -1);
+    for (int i = 0; i < 50000; ++i) {
+        performance.handle(
+            Bytes{0x90, static_cast<std::uint8_t>(i % 128), static_cast<std::uint8_t>(1 + i % 127)});
+    }
+    EXPECT_EQ(performance.heldNote(), 49999 % 128);
+}
+
+TEST(Playing, ShapesTheSound) {
+    // Each message must move something, and in the direction that is promised.
+    ParameterValues values = changed(transparent(), P::FilterMode, static_cast<float>(FilterMode::LowPass24));
+    values = changed(changed(values, P::Cutoff, 400.F), P::EnvelopeToCutoff, 0.F);
+    const auto brightness = [&values](const std::vector<Bytes>& messages) {
+        Processor processor{Rate};
+        processor.setParameters(values);
+        for (const Bytes& message : messages) {
+            processor.midi(message);
+        }
+        return decibels(rms(render(processor, sine(2000., 0.3F, 24000), 256).left, 12000, 24000));
+    };
+    const double plain = brightness({});
+    EXPECT_GT(brightness({{0xB0, 1, 127}}), plain + 20.) << "mod wheel";
+    EXPECT_GT(brightness({{0xB0, 74, 127}}), plain + 15.) << "brightness";
+    EXPECT_LT(brightness({{0xB0, 74, 0}}), plain - 15.) << "brightness";
+    EXPECT_GT(brightness({{0x90, 60, 127}}), plain + 8.) << "velocity";
+    EXPECT_LT(brightness({{0x90, 60, 1}}), plain - 8.) << "velocity";
+    EXPECT_GT(brightness({{0x90, 96, 64}}), brightness({{0x90, 60, 64}}) + 10.) << "key tracking";
+    EXPECT_NEAR(brightness({{0xB0, 1, 127}, {0xB0, 121, 0}}), plain, 0.1) << "reset all controllers";
+}
+
+TEST(Playing, RetunesTheResonatorsAndTheKnobTakesOver) {
+    ParameterValues values = changed(transparent(), P::ResonatorMix, 100.F);
+    values = changed(changed(values, P::Voicing, 0.F), P::Note, 48.F);
+    values = changed(changed(values, P::Glide, 0.F), P::Decay, 2.F);
+    const Signal in = noise(0.2F, 48000);
+    const auto ringsAt = [&in](Processor& processor, double hertz) {
+        const Signal out = render(processor, in, 256).left;
+        return amplitudeAt(out, 24000, 24000, hertz);
+    };
+    Processor processor{Rate};
+    processor.setParameters(values);
+    const Bytes a4{0x90, 69, 64};
+    processor.midi(a4);
+    EXPECT_GT(ringsAt(processor, 440.), 5. * ringsAt(processor, 392.));
+    processor.midi(Bytes{0x80, 69, 0});
+    processor.setParameters(changed(values, P::Note, 67.F));
+    EXPECT_GT(ringsAt(processor, 392.), 5. * ringsAt(processor, 440.));
+    processor.midi(a4);
+    processor.midi(Bytes{0xE0, 0x7F, 0x7F}); // two semitones up
+    EXPECT_GT(ringsAt(processor, 493.9), 5. * ringsAt(processor, 440.));
+    const Signal silence(9600, 0.F);
+    const double ringing = rms(render(processor, silence, 256).left, 4800, 9600);
+    processor.midi(Bytes{0xB0, 120, 0});
+    const double stopped = rms(render(processor, silence, 256).left, 4800, 9600);
+    EXPECT_LT(decibels(stopped / ringing), -50.) << "all sound off";
+}
+
+TEST(Controls, ReadAndWriteAsPeopleDo) {
+    const auto text = [](Parameter p, float value) { return valueText(info(p), value); };
+    EXPECT_EQ(text(P::Cutoff, 440.F), "440 Hz");
+    EXPECT_EQ(text(P::Cutoff, 1250.F), "1.25 kHz");
+    EXPECT_EQ(text(P::Output, -6.F), "-6.0 dB");
+    EXPECT_EQ(text(P::Note, 60.F), "C4");
+    EXPECT_EQ(text(P::Shape, 2.F), "Tube");
+    const auto parsed = [](Parameter p, std::string_view typed) {
+        return parseValue(info(p), typed).value_or(-999.F);
+    };
+    EXPECT_EQ(parsed(P::Cutoff, "1.2k"), 1200.F);
+    EXPECT_EQ(parsed(P::Cutoff, " 99999"), 20000.F);
+    EXPECT_EQ(parsed(P::Note, "a3"), 57.F);
+    EXPECT_EQ(parsed(P::Note, "Db2"), 37.F);
+    EXPECT_EQ(parsed(P::Shape, "tu"), 2.F);
+    EXPECT_EQ(parsed(P::Output, "-6 dB"), -6.F);
+    EXPECT_EQ(parsed(P::Output, "loud"), -999.F);
+    for (std::size_t i = 0; i < ParameterCount; ++i) {
+        const ParameterInfo& p = parameterTable()[i];
+        for (const float travel : {0.F, 0.25F, 1.F}) {
+            const float value = fromTravel(p, travel);
+            EXPECT_NEAR(fromTravel(p, toTravel(p, value)), value, 1e-3F * std::abs(value) + 1e-4F)
+                << p.symbol;
+        }
+    }
+}
+
+} // namespace
+} // namespace tonewright::effect::test

@@ -1,0 +1,352 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the effect does to sound: delay, transparency, aliasing, loudness, tuning, smooth changes.
+
+#include "Rendering.hpp"
+
+#include "effect/dsp/Presets.hpp"
+#include "effect/dsp/Shapers.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace tonewright::effect::test {
+namespace {
+
+using P = Parameter;
+constexpr auto Late = static_cast<std::size_t>(Processor::latencyFrames());
+
+TEST(Latency, IsWhatIsReportedAtEverySetting) {
+    Signal impulse(512, 0.F);
+    impulse[100] = 0.01F; // small: every curve is nearly straight there
+    for (const double rate : {8000., 44100., 48000., 192000.}) {
+        for (std::size_t shape = 0; shape < ShapeCount; ++shape) {
+            if (static_cast<Shape>(shape) == Shape::Octave) {
+                continue; // rectifies: not straight anywhere
+            }
+            for (const float oversampling : {0.F, 1.F}) {
+                Processor processor{rate};
+                ParameterValues values = changed(transparent(), P::Shape, static_cast<float>(shape));
+                values = changed(values, P::Oversampling, oversampling);
+                processor.setParameters(changed(values, P::Drive, 0.F));
+                const Signal out = render(processor, impulse, 64).left;
+                const auto peak = std::max_element(out.begin(), out.end()) - out.begin();
+                EXPECT_EQ(peak, 100 + Processor::latencyFrames()) << rate << " shape " << shape;
+                // Exactly in the middle between two samples would look the same: the sides must be alike.
+                const auto at = static_cast<std::size_t>(peak);
+                EXPECT_NEAR(out[at - 1], out[at + 1], 0.02F * out[at] + 1e-5F);
+            }
+        }
+    }
+}
+
+TEST(DryPath, IsBitTrueWhenBypassedOrDry) {
+    const Signal in = noise(0.7F, 20000);
+    for (const ParameterValues& values :
+         {changed(defaultValues(), P::Enabled, 0.F), changed(defaultValues(), P::Mix, 0.F)}) {
+        const Rendered out = render(values, in, 100);
+        for (std::size_t i = Late; i < in.size(); ++i) {
+            ASSERT_EQ(out.left[i], in[i - Late]) << i;
+        }
+    }
+}
+
+TEST(DryPath, CancelsAgainstACleanWetPath) {
+    // Half dry, half wet and transparent: if the two were not aligned, a comb would show.
+    const Signal in = sine(9000., 0.5F, 20000);
+    const Rendered out = render(changed(transparent(), P::Mix, 50.F), in);
+    Signal rest(in.size());
+    for (std::size_t i = Late; i < in.size(); ++i) {
+        rest[i] = out.left[i] - in[i - Late];
+    }
+    EXPECT_LT(decibels(rms(rest, 4000, in.size()) / rms(in, 4000, in.size())), -55.);
+}
+
+TEST(Drive, KeepsAliasesDown) {
+    // 5 kHz distorted at 48 kHz: the harmonics at 25, 35, 45 kHz fold to 23, 13 and 3 kHz.
+    const Signal in = sine(5000., 0.5F, 24000);
+    for (const auto& [oversampling, limit] : {std::pair{0.F, -50.}, std::pair{1.F, -70.}}) {
+        ParameterValues values = changed(transparent(), P::Shape, static_cast<float>(Shape::Warm));
+        values = changed(changed(values, P::Drive, 18.F), P::Oversampling, oversampling);
+        const Signal out = render(values, in).left;
+        const double tone = amplitudeAt(out, 8000, 9600, 5000.);
+        for (const double alias : {13000., 3000., 7000.}) {
+            EXPECT_LT(decibels(amplitudeAt(out, 8000, 9600, alias) / tone), limit)
+                << alias << " Hz, oversampling " << oversampling;
+        }
+        EXPECT_GT(decibels(amplitudeAt(out, 8000, 9600, 15000.) / tone), -30.)
+            << "there is no distortion to alias";
+    }
+}
+
+TEST(Drive, KeepsLoudnessAndBlocksDirectCurrent) {
+    const Signal in = sine(200., 0.25F, 48000);
+    for (std::size_t shape = 1; shape < ShapeCount; ++shape) {
+        for (const float drive : {0.F, 12.F, 24.F, 36.F}) {
+            ParameterValues values = changed(transparent(), P::Shape, static_cast<float>(shape));
+            const Signal out = render(changed(changed(values, P::Drive, drive), P::Bias, 0.F), in).left;
+            EXPECT_NEAR(decibels(rms(out, 24000, 48000) / rms(in, 24000, 48000)), 0., 1.)
+                << "shape " << shape << " drive " << drive;
+            const Signal biased = render(changed(changed(values, P::Drive, drive), P::Bias, 80.F), in).left;
+            double mean = 0.;
+            for (std::size_t i = 24000; i < 48000; ++i) {
+                mean += static_cast<double>(biased[i]) / 24000.;
+            }
+            EXPECT_LT(std::abs(mean), 1e-3) << "shape " << shape << " drive " << drive;
+        }
+    }
+}
+
+TEST(Filter, HasTheResponseItDraws) {
+    for (std::size_t mode = 1; mode < FilterModeCount; ++mode) {
+        for (const double hertz : {250., 900., 1000., 4000.}) {
+            ParameterValues values = changed(transparent(), P::FilterMode, static_cast<float>(mode));
+            values = changed(changed(values, P::Cutoff, 1000.F), P::Resonance, 40.F);
+            const Signal out =
+                render(changed(values, P::EnvelopeToCutoff, 0.F), sine(hertz, 0.25F, 30000)).left;
+            const double wanted = decibels(static_cast<double>(StateVariableFilter::magnitude(
+                static_cast<FilterMode>(mode), 1000.F, 0.4F, static_cast<float>(hertz))));
+            const double heard = decibels(amplitudeAt(out, 15000, 9600, hertz) / 0.25);
+            if (wanted > -60.) {
+                EXPECT_NEAR(heard, wanted, 1.) << "mode " << mode << " at " << hertz;
+            }
+        }
+    }
+}
+
+TEST(Filter, StaysStableUnderTheFastestModulation) {
+    const FlushDenormals flush;
+    StateVariableFilter filter{Rate};
+    filter.reset(FilterMode::LowPass24, 1000.F, 1.F);
+    const Signal in = noise(0.5F, 48000);
+    float most = 0.F;
+    for (std::size_t at = 0; at + TickFrames <= in.size(); at += TickFrames) {
+        const bool high = (at / TickFrames) % 2 == 0;
+        filter.beginTick(FilterMode::LowPass24, high ? 20000.F : 20.F, 1.F);
+        TickBuffer left{};
+        std::copy_n(in.begin() + static_cast<std::ptrdiff_t>(at), TickFrames, left.begin());
+        TickBuffer right = left;
+        filter.process(left.data(), right.data(), TickFrames);
+        for (const float sample : left) {
+            most = std::max(most, std::abs(sample));
+        }
+    }
+    EXPECT_LT(most, 20.F);
+    EXPECT_GT(most, 0.F);
+}
+
+TEST(Resonators, RingInTuneAndDecayAsSaid) {
+    Signal in(96000, 0.F);
+    const Signal burst = noise(0.5F, 200);
+    std::copy(burst.begin(), burst.end(), in.begin());
+    ParameterValues values = changed(transparent(), P::ResonatorMix, 100.F);
+    values = changed(changed(values, P::Voicing, 3.F), P::Damping, 0.F);
+    values = changed(changed(values, P::Note, 57.F), P::Decay, 2.F);
+    for (const double rate : {44100., 48000., 96000.}) {
+        Processor processor{rate};
+        processor.setParameters(values);
+        const Signal out = render(processor, in, 256).left;
+        // Around the A at 220 Hz, where is the peak? (The left channel lies 1.5 cents below.)
+        double best = 0.;
+        double bestCents = -100.;
+        for (double cents = -30.; cents <= 30.; cents += 0.5) {
+            const double level = amplitudeAt(out, 4000, 60000, 220. * std::exp2(cents / 1200.), rate);
+            if (level > best) {
+                best = level;
+                bestCents = cents;
+            }
+        }
+        EXPECT_NEAR(bestCents, -1.5, 2.) << rate;
+        EXPECT_LT(amplitudeAt(out, 4000, 60000, 235., rate), best / 30.)
+            << "between the strings there is nothing";
+    }
+    Processor processor{Rate};
+    processor.setParameters(values);
+    const Signal out = render(processor, in, 256).left;
+    const double fall = decibels(rms(out, 12000, 24000)) - decibels(rms(out, 60000, 72000));
+    EXPECT_NEAR(fall, 30., 5.) << "in one second, half of the time for 60 dB";
+}
+
+TEST(Changes, AreFreeOfClicks) {
+    // A low sine has no corners of its own; a change may bend it, but not break it.
+    const Signal in = sine(110., 0.4F, 48000);
+    struct Change {
+        const char* name;
+        ParameterValues from;
+        ParameterValues to;
+        float limit; // corner beside that of the louder steady state
+    };
+    const ParameterValues clean = changed(transparent(), P::Shape, 1.F);
+    const ParameterValues lowPass = changed(changed(clean, P::FilterMode, 2.F), P::EnvelopeToCutoff, 0.F);
+    const ParameterValues strings = changed(lowPass, P::ResonatorMix, 80.F);
+    const std::vector<Change> changes{
+        {"output", clean, changed(clean, P::Output, -24.F), 0.004F},
+        {"mix", changed(strings, P::Mix, 100.F), changed(strings, P::Mix, 0.F), 0.004F},
+        {"bypass", strings, changed(strings, P::Enabled, 0.F), 0.004F},
+        {"drive", changed(lowPass, P::Drive, 0.F), changed(lowPass, P::Drive, 30.F), 0.004F},
+        {"shape", changed(lowPass, P::Drive, 6.F), changed(changed(lowPass, P::Drive, 6.F), P::Shape, 2.F),
+         0.004F},
+        {"oversampling", lowPass, changed(lowPass, P::Oversampling, 0.F), 0.004F},
+        {"cutoff", changed(lowPass, P::Cutoff, 300.F), changed(lowPass, P::Cutoff, 12000.F), 0.008F},
+        {"mode", changed(lowPass, P::Cutoff, 800.F),
+         changed(changed(lowPass, P::Cutoff, 800.F), P::FilterMode, 5.F), 0.008F},
+        {"resonance", changed(lowPass, P::Resonance, 0.F), changed(lowPass, P::Resonance, 90.F), 0.008F},
+        {"resonator mix", changed(strings, P::ResonatorMix, 0.F), strings, 0.01F},
+        {"decay", strings, changed(strings, P::Decay, 0.1F), 0.01F},
+    };
+    for (const Change& change : changes) {
+        for (const bool back : {false, true}) {
+            Processor processor{Rate};
+            processor.setParameters(back ? change.to : change.from);
+            const Signal out = render(processor, in, 480, [&](Processor& p, std::size_t frame) {
+                                   p.setParameters((frame >= 24000) == back ? change.from : change.to);
+                               }).left;
+            const float steady =
+                std::max(sharpestCorner(out, 18000, 23900), sharpestCorner(out, 40000, 47900));
+            EXPECT_LT(sharpestCorner(out, 23900, 36000), steady + change.limit)
+                << change.name << (back ? " back" : " forth") << ", steady " << steady;
+        }
+    }
+    // The bound can tell: the same change of level without smoothing breaks it many times over.
+    Signal broken = in;
+    for (std::size_t i = 24000 + 100; i < broken.size(); ++i) {
+        broken[i] *= 0.06F;
+    }
+    EXPECT_GT(sharpestCorner(broken, 23900, 36000), sharpestCorner(in, 18000, 23900) + 0.05F);
+}
+
+TEST(Blocks, DoNotChangeTheSound) {
+    const Signal in = noise(0.4F, 30000);
+    for (const Preset& preset : factoryPresets()) {
+        Processor reference{Rate};
+        reference.setParameters(preset.values);
+        const Rendered expected = render(reference, in, in.size());
+        for (const std::size_t block : {1U, 7U, 64U, 1000U, 8192U}) {
+            Processor processor{Rate};
+            processor.setParameters(preset.values);
+            const Rendered out = render(processor, in, block);
+            ASSERT_EQ(out.left, expected.left) << preset.name << " in blocks of " << block;
+            ASSERT_EQ(out.midi.size(), expected.midi.size());
+        }
+    }
+}
+
+TEST(Blocks, MayBeProcessedInPlaceAndCrossed) {
+    const Signal left = noise(0.4F, 4096, 1);
+    const Signal right = noise(0.4F, 4096, 2);
+    const auto process = [&](auto&& run) {
+        Processor processor{Rate};
+        processor.setParameters(factoryPresets()[3].values);
+        MidiOutbox outbox;
+        outbox.beginBlock(0);
+        run(processor, outbox);
+    };
+    Signal outLeft(4096);
+    Signal outRight(4096);
+    process([&](Processor& p, MidiOutbox& box) {
+        p.process(left.data(), right.data(), outLeft.data(), outRight.data(), 4096, 0, box);
+    });
+    Signal a = left;
+    Signal b = right;
+    process([&](Processor& p, MidiOutbox& box) {
+        p.process(a.data(), b.data(), a.data(), b.data(), 4096, 0, box);
+    });
+    EXPECT_EQ(a, outLeft);
+    EXPECT_EQ(b, outRight);
+    a = left;
+    b = right;
+    process([&](Processor& p, MidiOutbox& box) {
+        p.process(a.data(), b.data(), b.data(), a.data(), 4096, 0, box);
+    });
+    EXPECT_EQ(b, outLeft);
+    EXPECT_EQ(a, outRight);
+}
+
+TEST(BadInput, IsForgottenAtOnce) {
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    const float nan = std::nanf("");
+    const Signal good = noise(0.3F, 48000);
+    Signal bad = good;
+    for (std::size_t i = 2000; i < 2100; ++i) {
+        bad[i] = i % 4 == 0 ? nan : (i % 4 == 1 ? Infinity : (i % 4 == 2 ? -Infinity : 3e38F));
+    }
+    for (const Preset& preset : factoryPresets()) {
+        const Signal out = render(preset.values, bad).left;
+        for (const float sample : out) {
+            ASSERT_TRUE(std::isfinite(sample)) << preset.name;
+        }
+        EXPECT_GT(rms(out, 40000, 48000), 1e-3) << preset.name << " fell silent";
+    }
+    ParameterValues values = defaultValues();
+    values.fill(nan);
+    for (const float sample : render(values, good).left) {
+        ASSERT_TRUE(std::isfinite(sample));
+    }
+    values.fill(-Infinity);
+    for (const float sample : render(values, good).left) {
+        ASSERT_TRUE(std::isfinite(sample));
+    }
+}
+
+TEST(BadInput, FadesIntoTrueSilence) {
+    Signal in(48000 * 6, 0.F);
+    const Signal burst = noise(0.5F, 4800);
+    std::copy(burst.begin(), burst.end(), in.begin());
+    for (const Preset& preset : factoryPresets()) {
+        const Signal out = render(changed(preset.values, P::Decay, 0.3F), in).left;
+        for (std::size_t i = in.size() - 4800; i < in.size(); ++i) {
+            ASSERT_NE(std::fpclassify(out[i]), FP_SUBNORMAL) << preset.name;
+            ASSERT_LT(std::abs(out[i]), 1e-6F) << preset.name;
+        }
+    }
+}
+
+TEST(Rates, FromEightToAHundredAndNinetyTwo) {
+    for (const double rate : {8000., 11025., 22050., 88200., 192000.}) {
+        for (const Preset& preset : factoryPresets()) {
+            Processor processor{rate};
+            processor.setParameters(preset.values);
+            const Signal out = render(processor, noise(0.3F, 20000), 333).left;
+            float most = 0.F;
+            for (const float sample : out) {
+                most = std::isfinite(sample) ? std::max(most, std::abs(sample)) : 1e9F;
+            }
+            EXPECT_LT(most, 4.F) << preset.name << " at " << rate;
+            EXPECT_GT(most, 0.005F) << preset.name << " at " << rate;
+        }
+    }
+}
+
+TEST(Presets, SoundDifferentFromEachOther) {
+    Signal in(48000, 0.F);
+    for (std::size_t i = 0; i < in.size(); ++i) { // strokes of a plucked note
+        const double t = static_cast<double>(i % 12000) / Rate;
+        for (int k = 1; k <= 8; ++k) {
+            const double level = 0.4 / k * std::exp(-(4. + 2. * k) * t);
+            in[i] += static_cast<float>(level * std::sin(2. * std::numbers::pi * 146.8 * k * t));
+        }
+    }
+    std::vector<Signal> sounds;
+    for (const Preset& preset : factoryPresets()) {
+        sounds.push_back(render(preset.values, in).left);
+        const double level = decibels(rms(sounds.back(), 0, in.size()) / rms(in, 0, in.size()));
+        EXPECT_GT(level, -14.) << preset.name << " is too quiet";
+        EXPECT_LT(level, 9.) << preset.name << " is too loud";
+    }
+    for (std::size_t a = 0; a < sounds.size(); ++a) {
+        for (std::size_t b = a + 1; b < sounds.size(); ++b) {
+            Signal difference(in.size());
+            for (std::size_t i = 0; i < in.size(); ++i) {
+                difference[i] = sounds[a][i] - sounds[b][i];
+            }
+            const double quieter = std::min(rms(sounds[a], 0, in.size()), rms(sounds[b], 0, in.size()));
+            EXPECT_GT(decibels(rms(difference, 0, in.size()) / quieter), -12.)
+                << factoryPresets()[a].name << " and " << factoryPresets()[b].name;
+        }
+    }
+}
+
+} // namespace
+} // namespace tonewright::effect::test
