@@ -195,6 +195,7 @@ class GenericInterface {
         gtk_widget_set_halign(label, GTK_ALIGN_START);
         gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
         gtk_label_set_width_chars(GTK_LABEL(label), 12);
+        gtk_label_set_xalign(GTK_LABEL(label), 0);
         gtk_grid_attach(GTK_GRID(_grid), label, 0, _rowCount, 1, 1);
         if (row->parameter.isWritable) {
             makeControl(*row);

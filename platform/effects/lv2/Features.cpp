@@ -100,7 +100,9 @@ Features::Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t
                 [](LV2_State_Make_Path_Handle handle, const char* path) {
                     return ::strdup(static_cast<ScratchDirectory*>(handle)->pathFor(path).c_str());
                 }}
-    , _freePath{nullptr, [](LV2_State_Free_Path_Handle, char* path) { std::free(path); }} {
+    , _freePath{nullptr, [](LV2_State_Free_Path_Handle, char* path) {
+                    std::free(path); // NOLINT(cppcoreguidelines-no-malloc): it came from strdup, as LV2 wants
+                }} {
     const Urids& urids = Urids::shared();
     const auto whole = [&](LV2_URID key, const std::int32_t& value) {
         return option(key, urids.atomInt, sizeof value, &value);

@@ -82,6 +82,7 @@ void InterfaceHost::listFeatures() {
                  {LV2_URID__unmap, UridMap::shared().unmapFeature()},
                  {LV2_OPTIONS__options, _options.data()},
                  {LV2_LOG__log, logFeature()},
+                 // NOLINTNEXTLINE(performance-no-int-to-ptr): as above
                  {LV2_UI__parent, reinterpret_cast<void*>(_socket->window())},
                  {LV2_UI__resize, &_resize},
                  {LV2_UI__portMap, &_portMap},
