@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The sanitizer builds: `cmake --preset asan`, `tsan`, `rtsan`.
 
-set(TONEWRIGHT_SANITIZER "" CACHE STRING "asan, tsan or rtsan; empty for none")
+set(TONEWRIGHT_SANITIZER "" CACHE STRING "asan, tsan, rtsan or fuzz; empty for none")
 
 # What the detectors must overlook in libraries that are not ours stands in tests/suppressions, with a reason each.
 set(suppressions "${PROJECT_SOURCE_DIR}/tests/suppressions")
@@ -36,8 +36,12 @@ elseif(TONEWRIGHT_SANITIZER STREQUAL "rtsan")
     # Into programs only; a plug-in finds it in the program that loads it.
     set(rtsan_link "-Wl,--whole-archive,${rtsan_library},--no-whole-archive" -ldl -lpthread -lm)
     add_link_options("$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${rtsan_link}>")
+elseif(TONEWRIGHT_SANITIZER STREQUAL "fuzz")
+    # What the fuzz targets are built with: clang, with coverage in every object.
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined -O1 -g)
+    add_link_options(-fsanitize=address,undefined)
 elseif(TONEWRIGHT_SANITIZER)
-    message(FATAL_ERROR "TONEWRIGHT_SANITIZER is asan, tsan, rtsan or empty, not '${TONEWRIGHT_SANITIZER}'.")
+    message(FATAL_ERROR "TONEWRIGHT_SANITIZER is asan, tsan, rtsan, fuzz or empty, not '${TONEWRIGHT_SANITIZER}'.")
 endif()
 
 if(TONEWRIGHT_SANITIZER MATCHES "asan|tsan")

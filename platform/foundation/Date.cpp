@@ -3,7 +3,6 @@
 
 #include "platform/foundation/Date.hpp"
 
-#include <cstdio>
 #include <ctime>
 
 namespace platform {
@@ -33,11 +32,22 @@ std::string Date::description() const {
     const std::int64_t days = seconds / Day - (seconds % Day < 0 ? 1 : 0);
     const auto second = static_cast<unsigned>(seconds - days * Day);
     const CivilDay civil = civilDay(days);
-    char text[64];
-    const int length = std::snprintf(text, sizeof text, "%04lld-%02u-%02u %02u:%02u:%02u +0000",
-                                     static_cast<long long>(civil.year), civil.month, civil.day,
-                                     second / 3600, second / 60 % 60, second % 60);
-    return {text, static_cast<std::size_t>(length)};
+    std::string text;
+    text.reserve(32);
+    const std::string year = std::to_string(civil.year);
+    if (civil.year >= 0 && year.size() < 4) text.assign(4 - year.size(), '0');
+    text += year;
+    const auto append = [&text](char before, unsigned number) {
+        text += before;
+        text += static_cast<char>('0' + number / 10);
+        text += static_cast<char>('0' + number % 10);
+    };
+    append('-', civil.month);
+    append('-', civil.day);
+    append(' ', second / 3600);
+    append(':', second / 60 % 60);
+    append(':', second % 60);
+    return text += " +0000";
 }
 
 } // namespace platform

@@ -14,7 +14,7 @@ namespace platform {
 namespace {
 
 constexpr std::int64_t Day = 86400;
-constexpr std::int64_t NoDay = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t NoSpan = std::numeric_limits<std::int64_t>::min();
 
 std::atomic<unsigned> timeZoneGeneration{0};
 
@@ -30,31 +30,45 @@ std::int64_t askOffset(std::int64_t seconds) {
     return ::localtime_r(&moment, &local) != nullptr ? local.tm_gmtoff : 0;
 }
 
-// Asking the C library costs ten times what the rest of the text costs; a day of UTC on which the offset does
-// not change needs to be asked for once. On the others every moment is asked for.
-struct KnownDay {
-    std::int64_t day = NoDay;
-    std::int64_t offset = 0;
+// Asking the C library costs ten times what the rest of the text costs; a span of UTC in which the offset
+// does not change needs to be asked for once. In the others every moment is asked for. A span is taken as
+// constant when the offset is the same every three days: the shortest time for which any zone's clock has
+// left an offset and come back to it is nearly four (the time zone database).
+constexpr std::int64_t SpanDays = 12;
+constexpr std::int64_t Sample = 3 * Day;
+
+struct KnownSpan {
+    std::int64_t number = NoSpan;
+    std::int32_t offset = 0;
     bool changes = false;
 };
 
-struct KnownDays {
+struct KnownSpans {
     unsigned generation = 0;
-    std::array<KnownDay, 1024> days;
+    std::array<KnownSpan, 2048> spans;
 };
 
-std::int64_t offsetAt(std::int64_t seconds, std::int64_t day) {
-    thread_local KnownDays known;
+KnownSpan askSpan(std::int64_t number) {
+    const std::int64_t begin = number * SpanDays * Day;
+    const std::int64_t first = askOffset(begin);
+    KnownSpan span{number, static_cast<std::int32_t>(first), false};
+    for (std::int64_t moment = begin + Sample; moment < begin + SpanDays * Day; moment += Sample)
+        span.changes = span.changes || askOffset(moment) != first;
+    span.changes = span.changes || askOffset(begin + SpanDays * Day - 1) != first;
+    return span;
+}
+
+std::int64_t offsetAt(std::int64_t seconds) {
+    thread_local KnownSpans known;
     if (const unsigned now = timeZoneGeneration.load(std::memory_order_relaxed); known.generation != now) {
-        known = {};
+        known.spans.fill({});
         known.generation = now;
     }
-    KnownDay& entry = known.days[static_cast<std::uint64_t>(day) % known.days.size()];
-    if (entry.day != day) {
-        const std::int64_t first = askOffset(day * Day);
-        entry = {day, first, askOffset(day * Day + Day - 1) != first};
-    }
-    return entry.changes ? askOffset(seconds) : entry.offset;
+    constexpr std::int64_t Length = SpanDays * Day;
+    const std::int64_t number = seconds / Length - (seconds % Length < 0 ? 1 : 0);
+    KnownSpan& span = known.spans[static_cast<std::uint64_t>(number) % known.spans.size()];
+    if (span.number != number) span = askSpan(number);
+    return span.changes ? askOffset(seconds) : span.offset;
 }
 
 char* writeTwo(char* text, unsigned number) {
@@ -67,12 +81,11 @@ char* writeTwo(char* text, unsigned number) {
 
 char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     // Far beyond any calendar the arithmetic below would overflow.
-    constexpr std::int64_t Furthest = std::numeric_limits<std::int64_t>::max() - 4 * Day;
+    constexpr std::int64_t Furthest = std::numeric_limits<std::int64_t>::max() - 2 * SpanDays * Day;
     const std::int64_t seconds = date.seconds > Furthest    ? Furthest
                                  : date.seconds < -Furthest ? -Furthest
                                                             : date.seconds;
-    const std::int64_t utcDay = seconds / Day - (seconds % Day < 0 ? 1 : 0);
-    const std::int64_t local = seconds + offsetAt(seconds, utcDay);
+    const std::int64_t local = seconds + offsetAt(seconds);
     const std::int64_t day = local / Day - (local % Day < 0 ? 1 : 0);
     const auto second = static_cast<unsigned>(local - day * Day);
     const CivilDay civil = civilDay(day);

@@ -30,7 +30,7 @@ class DirectoryEnumerator::Implementation {
         _levels.emplace_back().listing.read(_stack.descriptor());
     }
 
-    std::optional<std::string> nextObject() {
+    std::optional<std::string_view> nextObject() {
         if (_mayDescend) descend();
         _itemStatus.reset();
         _mayDescend = false;
@@ -144,7 +144,7 @@ DirectoryEnumerator::DirectoryEnumerator(std::unique_ptr<Implementation> impleme
     : _implementation(std::move(implementation)) {}
 DirectoryEnumerator::~DirectoryEnumerator() = default;
 
-std::optional<std::string> DirectoryEnumerator::nextObject() {
+std::optional<std::string_view> DirectoryEnumerator::nextObject() {
     return _implementation->nextObject();
 }
 std::int64_t DirectoryEnumerator::level() const noexcept {

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -36,8 +37,8 @@ class DirectoryEnumerator {
     DirectoryEnumerator(const DirectoryEnumerator&) = delete;
     DirectoryEnumerator& operator=(const DirectoryEnumerator&) = delete;
 
-    /// Give the next item as a path relative to the directory; absent at the end.
-    [[nodiscard]] std::optional<std::string> nextObject();
+    /// Give the next item as a path relative to the directory, valid until the next call; absent at the end.
+    [[nodiscard]] std::optional<std::string_view> nextObject();
     /// Give the depth of the item last returned: 1 for items directly inside the directory.
     [[nodiscard]] std::int64_t level() const noexcept;
     /// Give the attributes of the enumerated directory itself; absent when they cannot be read.

@@ -121,7 +121,7 @@ Result<std::vector<std::string>> FileManager::subpathsOfDirectoryAtPath(const st
         return detail::itemError(error, path, "opened");
     }
     std::vector<std::string> subpaths;
-    while (auto subpath = enumerator->nextObject()) subpaths.push_back(std::move(*subpath));
+    while (const auto subpath = enumerator->nextObject()) subpaths.emplace_back(*subpath);
     return subpaths;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/console.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -24,7 +25,14 @@ std::mutex& lineMutex() {
 
 // Writes both pieces whole; gives up silently on a broken descriptor, for there is nowhere left to say it.
 void writeLine(int descriptor, std::string_view line) {
+    // Most lines are short, and one piece is written faster than two.
+    char whole[1024];
     const char newline = '\n';
+    const bool isShort = line.size() < sizeof whole;
+    if (isShort) {
+        std::copy(line.begin(), line.end(), whole);
+        whole[line.size()] = newline;
+    }
     std::size_t done = 0;
     const std::size_t total = line.size() + 1;
     const std::scoped_lock lock(lineMutex());
@@ -33,7 +41,8 @@ void writeLine(int descriptor, std::string_view line) {
         int count = 0;
         if (done < line.size()) pieces[count++] = {const_cast<char*>(line.data()) + done, line.size() - done};
         pieces[count++] = {const_cast<char*>(&newline), 1};
-        const ssize_t written = ::writev(descriptor, pieces, count);
+        const ssize_t written =
+            isShort ? ::write(descriptor, whole + done, total - done) : ::writev(descriptor, pieces, count);
         if (written >= 0) {
             done += static_cast<std::size_t>(written);
         } else if (errno == EAGAIN || errno == EWOULDBLOCK) {

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/FileTree.hpp"
+#include "shared/Common/Files/TextWriter.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/treeCycles.hpp"
 
@@ -156,4 +157,20 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
     EXPECT_EQ(output.take().size(), 14U + 5U + 5U + 14U + 14U);
     FileTree().dumpoutRoot();
     EXPECT_TRUE(output.take().empty());
+}
+
+TEST(TextWriter, PiecesOfEveryKindStayWholeWhereverTheTextGrows) {
+    std::string expected;
+    std::string text;
+    {
+        TextWriter writer(text);
+        for (int i = 0; i < 5000; ++i) {
+            writer.writeNumber(-i);
+            writer.write(std::string(static_cast<std::size_t>(i % 7), 'x'));
+            writer.writeTabs(i % 3);
+            expected += std::to_string(-i) + std::string(static_cast<std::size_t>(i % 7), 'x') +
+                        std::string(static_cast<std::size_t>(i % 3), '\t');
+        }
+    }
+    EXPECT_EQ(text, expected);
 }

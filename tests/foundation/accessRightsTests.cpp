@@ -34,7 +34,7 @@ int compare(const std::string& root) {
     }
     int items = 0;
     while (const auto subpath = enumerator->nextObject()) {
-        const std::string path = root + "/" + *subpath;
+        const std::string path = root + "/" + std::string(*subpath);
         const FileFacts facts = enumerator->facts();
         bool isDirectory = false;
         EXPECT_EQ(facts.exists, manager.fileExistsAtPath(path, isDirectory)) << path;

@@ -24,10 +24,10 @@ std::vector<std::string> walk(const std::string& path) {
     std::vector<std::string> items;
     const auto enumerator = FileManager::defaultManager().enumeratorAtPath(path);
     while (enumerator) {
-        auto item = enumerator->nextObject();
+        const auto item = enumerator->nextObject();
         if (!item) break;
         EXPECT_EQ(enumerator->level(), 1 + std::count(item->begin(), item->end(), '/')) << *item;
-        items.push_back(std::move(*item));
+        items.emplace_back(*item);
     }
     return items;
 }
@@ -154,10 +154,10 @@ TEST(DirectoryEnumerator, LosesNothingThatStaysWhileOthersComeAndGo) {
     for (int round = 0; round < 30; ++round) {
         const auto enumerator = FileManager::defaultManager().enumeratorAtPath(scratch.path());
         std::set<std::string> seen;
-        while (auto item = enumerator->nextObject()) {
+        while (const auto item = enumerator->nextObject()) {
             const FileFacts facts = enumerator->facts();
             EXPECT_EQ(facts.error.has_value(), facts.attributes.isEmpty());
-            EXPECT_TRUE(seen.insert(std::move(*item)).second);
+            EXPECT_TRUE(seen.insert(std::string(*item)).second);
         }
         EXPECT_TRUE(std::includes(seen.begin(), seen.end(), staying.begin(), staying.end()));
     }

@@ -45,9 +45,9 @@ class TimeZone {
 } // namespace
 
 TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
-    for (const char* name :
-         {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "Pacific/Apia",
-          "Africa/Monrovia", "America/St_Johns", "<+0530>-5:30"}) {
+    for (const char* name : {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu",
+                             "Australia/Lord_Howe", "Pacific/Apia", "Africa/Monrovia", "Africa/Freetown",
+                             "America/Recife", "America/Boa_Vista", "America/St_Johns", "<+0530>-5:30"}) {
         const TimeZone zone(name);
         std::mt19937_64 random(7);
         std::uniform_int_distribution<std::int64_t> recent(-3'000'000'000, 6'000'000'000);
@@ -57,6 +57,10 @@ TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
             ASSERT_EQ(DateFormatter().stringFromDate({seconds, 999'999'999}), expected(seconds))
                 << name << " " << seconds;
         }
+        // The shortest times for which clocks were changed and changed back: four days, a week.
+        for (const std::int64_t around : {-957'308'400, 970'974'000, 970'977'600})
+            for (std::int64_t seconds = around - 1'500'000; seconds < around + 1'500'000; seconds += 1733)
+                ASSERT_EQ(DateFormatter().stringFromDate({seconds, 0}), expected(seconds)) << name << seconds;
         // Every half hour of a year with its changes of the clock.
         for (std::int64_t seconds = 1'767'225'600; seconds < 1'798'761'600; seconds += 1799)
             ASSERT_EQ(DateFormatter().stringFromDate({seconds, 0}), expected(seconds))

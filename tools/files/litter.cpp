@@ -19,10 +19,10 @@ std::vector<std::string> findLitter(const std::string& directory) {
     const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(directory);
     if (!enumerator) return litter; // the scan will say why
     LitterTest isLitter;
-    while (auto subpath = enumerator->nextObject()) {
+    while (const auto subpath = enumerator->nextObject()) {
         if (!isLitter(*subpath)) continue;
         const bool liesInside = !litter.empty() && subpath->starts_with(litter.back() + "/");
-        if (!liesInside) litter.push_back(std::move(*subpath));
+        if (!liesInside) litter.emplace_back(*subpath);
     }
     return litter;
 }

@@ -5,6 +5,7 @@
 
 #include "platform/foundation/fatal.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -14,7 +15,7 @@ namespace tonewright {
 
 CompactText::CompactText(std::string_view text) {
     if (text.size() <= MostInside) {
-        std::memcpy(_bytes.data(), text.data(), text.size());
+        std::copy(text.begin(), text.end(), _bytes.begin());
         _bytes[MostInside] = static_cast<char>(text.size());
         return;
     }

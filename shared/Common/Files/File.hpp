@@ -114,7 +114,7 @@ class File : public FileBase {
 
   protected:
     /// Print the lines of the fields that this very class declares.
-    virtual void dumpFields(const std::string& head) const;
+    virtual void dumpFields(const std::string& head, const std::string& attributesText) const;
 
   private:
     void noteRelabeling() noexcept;

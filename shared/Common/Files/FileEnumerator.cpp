@@ -66,7 +66,7 @@ void FileEnumerator::enumerate(const std::string& path) {
             break;
         }
         if (isLitter(*subpath)) {
-            const auto url = platform::URL::fileURLWithPath(path + "/" + *subpath);
+            const auto url = platform::URL::fileURLWithPath(std::string(path).append("/").append(*subpath));
             if (const auto error = platform::FileManager::defaultManager().removeItemAtURL(url))
                 print(error->localizedDescription());
             continue;
@@ -109,7 +109,7 @@ void FileEnumerator::createRootNode(const std::string& path) {
 
 // The enumerator answers what the file manager would for the item's path, from the directory that it has
 // open.
-void FileEnumerator::createChildNode(const std::string& subpath, const std::string& path,
+void FileEnumerator::createChildNode(std::string_view subpath, const std::string& path,
                                      platform::DirectoryEnumerator& enumerator) {
     platform::FileFacts facts = enumerator.facts();
     const std::shared_ptr<File> node =

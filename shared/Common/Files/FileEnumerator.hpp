@@ -95,7 +95,7 @@ class FileEnumerator : public platform::FileManagerDelegate {
 
   private:
     void createRootNode(const std::string& path);
-    void createChildNode(const std::string& subpath, const std::string& path,
+    void createChildNode(std::string_view subpath, const std::string& path,
                          platform::DirectoryEnumerator& enumerator);
     void printDirectory(std::string_view label, platform::SearchPathDirectory directory) const;
 };

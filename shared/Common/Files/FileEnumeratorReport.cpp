@@ -126,7 +126,7 @@ void FileEnumerator::testFileManager() {
     print("Die Einzeluntersuchung der 'Resources' Ordners ergab folgendes: ");
     const auto enumerator = fileManager.enumeratorAtPath(resources);
     if (!enumerator) platform::fatal(platform::UnexpectedNilUnwrapping);
-    while (const auto subpath = enumerator->nextObject()) examineFile(*subpath, resources);
+    while (const auto subpath = enumerator->nextObject()) examineFile(std::string(*subpath), resources);
     print("empty (object)");
     print("Alle *.png Dateien im 'Resources' Ordners sind: ");
     print(describe(Bundle::pathsForResourcesOfType("png", resources)));

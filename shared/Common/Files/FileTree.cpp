@@ -12,6 +12,9 @@
 namespace tonewright {
 namespace {
 
+// What a node takes of a text, generously: room that is not written to costs nothing, growing does.
+constexpr std::size_t UsualElementLength = 256;
+
 constexpr std::string_view NotFound = "Warning: The file was not found.";
 constexpr std::string_view NotExpandable = "Warning: The file cannot become expanded.";
 
@@ -22,7 +25,8 @@ Folder& FileTree::requiredRoot() const {
     return *root;
 }
 
-void FileTree::attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder) const {
+void FileTree::attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder) {
+    ++_attached;
     file->setParent(folder);
     folder->asFolder()->children.push_back(file);
 }
@@ -135,12 +139,14 @@ void FileTree::dumpoutRoot() const {
 
 std::string FileTree::xml() const {
     std::string result;
+    result.reserve(_attached * UsualElementLength);
     requiredRoot().xml(result, 0);
     return result;
 }
 
 std::string FileTree::list() const {
     std::string result;
+    result.reserve(filelist.size() * UsualElementLength);
     {
         TextWriter writer(result);
         writer.write("\n<!-- file list -->\n<files basepath='");

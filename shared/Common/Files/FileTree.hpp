@@ -54,9 +54,10 @@ class FileTree {
 
   private:
     [[nodiscard]] Folder& requiredRoot() const;
-    void attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder) const;
+    void attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder);
 
     ParentIndex _index;
+    std::size_t _attached = 0; // nodes so far: tells how long a text will be, roughly
 };
 
 } // namespace tonewright

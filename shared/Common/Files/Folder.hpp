@@ -28,7 +28,7 @@ class Folder final : public File {
     void writeXML(TextWriter& writer, std::int64_t indent) const override;
 
   protected:
-    void dumpFields(const std::string& head) const override;
+    void dumpFields(const std::string& head, const std::string& attributesText) const override;
 };
 
 } // namespace tonewright

@@ -6,8 +6,8 @@
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/pathText.hpp"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 #include <new>
 
@@ -29,7 +29,7 @@ NodeLocation* NodeLocation::make(const Root& rootpath, std::string_view director
     if (directory.size() > std::numeric_limits<std::uint32_t>::max()) platform::fatal("A path is too long");
     void* room = ::operator new(sizeof(NodeLocation) + directory.size());
     auto* location = new (room) NodeLocation(rootpath, directory);
-    std::memcpy(static_cast<void*>(location + 1), directory.data(), directory.size());
+    std::copy(directory.begin(), directory.end(), reinterpret_cast<char*>(location + 1));
     return location;
 }
 

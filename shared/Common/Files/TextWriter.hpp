@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Appends to a text without asking for room byte by byte: what is to be written asks once for the most it can
-// need. Used from one thread at a time.
+// Appends to a text by way of a small buffer that stays in the cache, so that the text itself is neither
+// asked for room piece by piece nor filled twice. Used from one thread at a time.
 #pragma once
 
 #include "platform/foundation/fatal.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <concepts>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -20,40 +22,56 @@ class TextWriter {
   public:
     /// Write behind what `text` holds; the text is complete when the writer has gone.
     explicit TextWriter(std::string& text)
-        : _text(text)
-        , _length(text.size()) {}
+        : _text(text) {}
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
-    ~TextWriter() { _text.resize(_length); }
+    ~TextWriter() { flush(); }
 
-    /// Give room for `size` bytes; `advanceTo` tells how far it was used.
+    /// Give room for `size` bytes, at most `MostRoom`; `advanceTo` tells how far it was used.
     [[nodiscard]] char* room(std::size_t size) {
-        if (_text.size() - _length < size) grow(size);
-        return _text.data() + _length;
+        if (_buffer.size() - _length < size) flush();
+        return _buffer.data() + _length;
     }
-    void advanceTo(const char* end) noexcept { _length = static_cast<std::size_t>(end - _text.data()); }
+    void advanceTo(const char* end) noexcept { _length = static_cast<std::size_t>(end - _buffer.data()); }
 
     void write(std::string_view piece) {
-        std::memcpy(room(piece.size()), piece.data(), piece.size());
-        _length += piece.size();
+        if (piece.size() > MostRoom) {
+            flush();
+            _text.append(piece);
+            return;
+        }
+        advanceTo(std::copy(piece.begin(), piece.end(), room(piece.size())));
     }
     void writeTabs(std::int64_t count) {
         if (count < 0) platform::fatal("Range requires lowerBound <= upperBound");
         const auto size = static_cast<std::size_t>(count);
-        std::memset(room(size), '\t', size);
-        _length += size;
+        if (size > MostRoom) {
+            flush();
+            _text.append(size, '\t');
+            return;
+        }
+        char* const text = room(size);
+        std::memset(text, '\t', size);
+        advanceTo(text + size);
     }
-    void writeNumber(std::int64_t number) {
-        advanceTo(std::to_chars(room(20), _text.data() + _text.size(), number).ptr);
+    template <std::integral T>
+    void writeNumber(T number) {
+        constexpr std::size_t MostDigits = 20;
+        char* const text = room(MostDigits);
+        advanceTo(std::to_chars(text, text + MostDigits, number).ptr);
     }
 
+    static constexpr std::size_t MostRoom = 16384;
+
   private:
-    void grow(std::size_t size) {
-        _text.resize(std::max({_length + size, _text.size() * 2, std::size_t{256}}));
+    void flush() {
+        _text.append(_buffer.data(), _length);
+        _length = 0;
     }
 
     std::string& _text;
-    std::size_t _length;
+    std::size_t _length = 0;
+    std::array<char, MostRoom> _buffer; // holds `_length` bytes
 };
 
 } // namespace tonewright

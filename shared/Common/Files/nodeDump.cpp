@@ -48,10 +48,13 @@ std::string headOf(const FileBase& node) {
     return head;
 }
 
-// One line of pieces, in a buffer that is kept.
+// One line of pieces, in a buffer that is kept: a dump has millions of lines. One at a time.
 class Line {
   public:
-    explicit Line(std::string_view head) { _text = head; }
+    explicit Line(std::string_view head)
+        : _text(buffer()) {
+        _text.assign(head);
+    }
     Line& operator<<(std::string_view piece) {
         _text.append(piece);
         return *this;
@@ -60,7 +63,11 @@ class Line {
     void print() const { platform::print(_text); }
 
   private:
-    std::string _text;
+    static std::string& buffer() {
+        thread_local std::string kept;
+        return kept;
+    }
+    std::string& _text;
 };
 
 void printField(const std::string& head, std::string_view label, std::string_view type,
@@ -78,6 +85,7 @@ void FileBase::dumpout() const {
 
 void File::dumpout() const {
     const std::string head = headOf(*this);
+    const std::string attributesText = attributes().description();
     (Line(head) << " filename='" << getFileName() << "' />").print();
     FileBase::dumpout();
     (Line(head) << " uid=" << uid().stringValue() << " parent='" << describe(parent()) << "' rootpath='"
@@ -85,12 +93,12 @@ void File::dumpout() const {
                 << "' exists=" << textOf(exists()) << " isDirectory=" << textOf(isDirectory())
                 << " isWritable=" << textOf(isWritable()) << " isReadeble=" << textOf(isReadeble())
                 << " isExecutable=" << textOf(isExecutable()) << " isDeleteble=" << textOf(isDeleteble())
-                << " attributes='" << attributes().description() << "' />")
+                << " attributes='" << attributesText << "' />")
         .print();
-    dumpFields(head);
+    dumpFields(head, attributesText);
 }
 
-void File::dumpFields(const std::string& head) const {
+void File::dumpFields(const std::string& head, const std::string& attributesText) const {
     printField(head, "uid", "NSNumber", uid().stringValue());
     printField(head, "parent", "Optional<File>", describe(parent()));
     printField(head, "rootpath", "String", rootpath());
@@ -101,10 +109,10 @@ void File::dumpFields(const std::string& head) const {
     printField(head, "isReadeble", "Bool", textOf(isReadeble()));
     printField(head, "isExecutable", "Bool", textOf(isExecutable()));
     printField(head, "isDeleteble", "Bool", textOf(isDeleteble()));
-    printField(head, "attributes", "Dictionary<FileAttributeKey, Any>", attributes().description());
+    printField(head, "attributes", "Dictionary<FileAttributeKey, Any>", attributesText);
 }
 
-void Folder::dumpFields(const std::string& head) const {
+void Folder::dumpFields(const std::string& head, const std::string& /*attributesText*/) const {
     std::string value;
     {
         TextWriter writer(value);

@@ -103,7 +103,11 @@ void File::list(std::string& result) const {
 void File::writeListElement(TextWriter& writer) const {
     writer.writeTabs(_indent());
     writer.write(isDirectory() ? "<folder id='" : "<file id='");
-    writer.write(getSystemFileNumber().stringValue());
+    const platform::NSNumber number = getSystemFileNumber();
+    if (number.isBeyondSigned())
+        writer.writeNumber(number.unsignedLongLongValue());
+    else
+        writer.writeNumber(number.longLongValue());
     writer.write(isDirectory() ? "' name '" : "' name='");
     writeFileName(writer);
     if (isDirectory()) {

@@ -1,0 +1,118 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""tonewright-files as it is used in a shell."""
+import os
+import pathlib
+import pty
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from cases import BUILD, SOURCE, main  # noqa: E402
+
+TOOL = BUILD / "bin/tonewright-files"
+END = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.\n"
+
+
+class Tool(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tonewright-tool-"))
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        (self.folder / "music/Drums").mkdir(parents=True)
+        (self.folder / "music/Drums/kick.wav").write_bytes(b"x" * 1500)
+        (self.folder / "music/b.txt").write_text("b")
+
+    def run_tool(self, *words, stdin="", **keywords):
+        return subprocess.run([TOOL, *words], input=stdin, capture_output=True, text=True, cwd=self.folder,
+                              timeout=60, **keywords)
+
+    def test_forms_go_to_standard_output_and_lines_elsewhere(self):
+        result = self.run_tool("xml", "music")  # relative
+        self.assertEqual((result.returncode, result.stderr), (0, END))
+        self.assertTrue(result.stdout.startswith(f"\n<folder path='{self.folder}/music' expanded='true' "))
+        self.assertIn("\n\t\t<file name='kick.wav' size='2 KB' ", result.stdout)
+        self.assertTrue(result.stdout.endswith("\n</folder>\n"))
+        self.assertEqual(self.run_tool("scan", "music/").stdout, "2 files, 1 folders, 1501 bytes\n")
+        listing = self.run_tool("list", "music").stdout
+        self.assertEqual(listing.count("\n\t"), 3)
+        self.assertIn(f"<files basepath='{self.folder}/music'>", listing)
+        dump = self.run_tool("dump", "music")
+        self.assertEqual(dump.stderr, END)
+        self.assertEqual(dump.stdout.count("\n"), 5 + 5 + 14 + 14)
+
+    def test_pages(self):
+        number = os.stat(self.folder / "music/Drums").st_ino
+        result = self.run_tool("page", "music", str(number))
+        self.assertIn("name 'Drums'", result.stdout)
+        self.assertIn("name='kick.wav'", result.stdout)
+        self.assertNotIn("b.txt", result.stdout)
+        self.assertIn(f"FileTree: The following folder was found:  {number} Drums\n", result.stderr)
+        self.assertIn("b.txt", self.run_tool("page", "music").stdout)
+        missing = self.run_tool("page", "music", "x")
+        self.assertEqual((missing.returncode, missing.stdout), (1, ""))
+        self.assertIn("Warning: The file was not found.\n", missing.stderr)
+
+    def test_nothing_is_deleted_unasked(self):
+        litter = self.folder / "music/__MACOSX/deep"
+        litter.mkdir(parents=True)
+        (self.folder / "music/Drums/.DS_Store").touch()
+        refused = self.run_tool("scan", "music")
+        self.assertEqual((refused.returncode, refused.stdout), (1, ""))
+        dry = self.run_tool("scan", "--dry-run", "music")
+        self.assertEqual(dry.stdout, f"{self.folder}/music/Drums/.DS_Store\n{self.folder}/music/__MACOSX\n")
+        self.assertTrue(litter.exists())
+        for answer, code in (("n", 1), ("y", 0)):
+            master, slave = pty.openpty()
+            process = subprocess.Popen([TOOL, "scan", "music"], stdin=slave, stdout=subprocess.PIPE, stderr=slave,
+                                       cwd=self.folder)
+            os.write(master, answer.encode() + b"\n")
+            self.assertEqual(process.wait(timeout=60), code)
+            process.stdout.close()
+            os.close(slave)
+            self.assertIn(b"Delete and go on? [y/N]", os.read(master, 65536))
+            os.close(master)
+            self.assertEqual(litter.exists(), answer == "n")
+        (self.folder / "music/.DS_Store").touch()
+        self.assertEqual(self.run_tool("scan", "-y", "music").returncode, 0)
+        self.assertFalse((self.folder / "music/.DS_Store").exists())
+
+    def test_pipes_files_and_usage(self):
+        self.assertEqual(self.run_tool("scan", "-", stdin="music\n").stdout, "2 files, 1 folders, 1501 bytes\n")
+        self.assertEqual(self.run_tool("scan", "music", "-o", "result").stdout, "")
+        self.assertEqual((self.folder / "result").read_text(), "2 files, 1 folders, 1501 bytes\n")
+        self.assertEqual(self.run_tool("scan", "music", "-o", "none/result").returncode, 1)
+        full = subprocess.run(f"'{TOOL}' xml music > /dev/full", shell=True, cwd=self.folder, capture_output=True)
+        self.assertEqual(full.returncode, 1)
+        help_text = self.run_tool("--help")
+        self.assertEqual(help_text.returncode, 0)
+        self.assertTrue(help_text.stdout.startswith("Usage: tonewright-files "))
+        self.assertRegex(self.run_tool("--version").stdout, r"^tonewright-files \d+\.\d+")
+        for wrong in ((), ("sing",), ("xml",), ("xml", "a", "b"), ("scan", "--loud", "music"), ("download", "no url"),
+                      ("scan", "music", "-o")):
+            result = self.run_tool(*wrong)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), wrong)
+            self.assertTrue(result.stderr.startswith("tonewright-files: "), wrong)
+        missing = self.run_tool("xml", "none")
+        self.assertEqual(missing.returncode, 1)
+        self.assertEqual(missing.stderr,
+                         f"Error: Could not set current path '{self.folder}/none' for the file manager.\n")
+
+    def test_downloads(self):
+        environment = dict(os.environ, XDG_DATA_HOME=str(self.folder / "data"))
+        failed = self.run_tool("download", "http://127.0.0.1:1/", env=environment)
+        self.assertEqual((failed.returncode, failed.stderr), (1, ""))
+        self.assertTrue(failed.stdout.endswith("\nAsynchroner Download...\n"))
+        self.assertIn("FEHLER: Während des Downloads der Datei (http://127.0.0.1:1/)", failed.stdout)
+
+    @unittest.skipUnless(shutil.which("mandoc"), "no mandoc")
+    def test_the_manual_page_is_well_formed(self):
+        lint = subprocess.run(["mandoc", "-Tlint", "-Wwarning", SOURCE / "tools/files/tonewright-files.1"],
+                              capture_output=True, text=True)
+        self.assertEqual(lint.stdout, "")
+
+
+if __name__ == "__main__":
+    main("test_files_tool")

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Names and paths of any bytes through the nodes and their texts.
+#include "tests/fuzz/fuzz.hpp"
+
+#include "platform/foundation/DateFormatter.hpp"
+#include "shared/Common/Files/FileTree.hpp"
+#include "shared/Common/Files/pathText.hpp"
+#include "tests/support/treeCycles.hpp"
+
+#include <cstdlib>
+#include <cstring>
+
+using namespace tonewright;
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+// One node from a piece of the input: its first nine bytes are numbers, the rest is its path.
+std::shared_ptr<File> nodeFrom(std::string_view piece) {
+    std::shared_ptr<File> node = std::make_shared<Folder>();
+    unsigned char flags = 0;
+    std::int64_t number = 0;
+    if (piece.size() > 9) {
+        flags = static_cast<unsigned char>(piece[0]);
+        std::memcpy(&number, piece.data() + 1, sizeof number);
+        piece.remove_prefix(9);
+    }
+    if ((flags & 1U) == 0) node = std::make_shared<File>();
+    node->setIsDirectory((flags & 1U) != 0 && (flags & 2U) == 0);
+    node->setRootpath((flags & 4U) != 0 ? "/root/" : piece.substr(piece.size() / 2));
+    node->setSubpath(piece);
+    require(node->subpath() == piece);
+    require(node->_indent() == componentCount(piece) - 1);
+    if ((flags & 8U) != 0) {
+        using platform::FileAttributeKey;
+        platform::FileAttributes attributes;
+        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, platform::NSNumber(number));
+        attributes.setValue(FileAttributeKey::NSFileSize, platform::NSNumber(number));
+        attributes.setValue(FileAttributeKey::NSFileCreationDate, platform::Date{number, 0});
+        attributes.setValue(FileAttributeKey::NSFileModificationDate,
+                            platform::Date{-number / 3, 999'999'999});
+        node->setAttributes(attributes);
+    }
+    return node;
+}
+
+} // namespace
+
+void fuzzOne(std::string_view input) {
+    FileTree tree;
+    tree.root = std::make_shared<Folder>();
+    tree.root->setIsDirectory(true);
+    std::size_t names = 0;
+    while (!input.empty()) {
+        const std::size_t length =
+            std::min(input.size(), std::size_t{1} + static_cast<unsigned char>(input[0]));
+        const auto node = nodeFrom(input.substr(0, length));
+        input.remove_prefix(length);
+        tree.findParent(node);
+        tree.filelist.push_back(node);
+        names += node->getFileName().size() + node->getFileExtension().size() + node->getParentPath().size();
+        if (names % 5 == 0) tree.filelist[0]->setSubpath(node->subpath());
+    }
+    (void)tree.xml();
+    bool listable = true;
+    for (const auto& node : tree.filelist) listable = listable && node->_indent() >= 0;
+    if (listable) {
+        const std::string list = tree.list();
+        require(list.size() >= tree.filelist.size());
+        tree.dumpout();
+    }
+    for (const auto& node : tree.filelist) {
+        const std::string uid = node->getSystemFileNumberFormatted();
+        tree.makeExpandedPath(uid);
+        break;
+    }
+    const FileList listed = tree.filelist;
+    test::takeApart(tree);
+    for (const auto& node : listed) test::takeApart(node);
+}
