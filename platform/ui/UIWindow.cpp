@@ -6,6 +6,7 @@
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
 #include "platform/ui/detail/buttonKeys.hpp"
+#include "platform/ui/detail/keyboardFocus.hpp"
 
 namespace platform {
 namespace {
@@ -32,6 +33,7 @@ UIWindow::UIWindow(std::unique_ptr<Implementation> implementation)
     g_signal_connect(window, "close-request", G_CALLBACK(onCloseRequested), this);
     g_signal_connect(window, "notify::is-active", G_CALLBACK(onIsActive), this);
     watchHeldKeys(window);
+    keepKeysFromThePointer(window);
 }
 
 UIWindow::~UIWindow() {
