@@ -38,15 +38,16 @@ class Display(Screen):
 class Probe:
     """The running probe and the lines it wrote."""
 
-    def __init__(self, screen: Display):
+    def __init__(self, screen: Display, takes_keyboard: bool = True, **environment: str):
         self.screen = screen
         self.process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
+                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1", **environment))
         self.lines: list[str] = []
         self.process.stderr.readline()  # the first frame: from now on there is something to hit
         self.window = screen.wait_window(self.process.pid)
         self.wait(START)
-        screen.focus(self.window)
+        if takes_keyboard:
+            screen.focus(self.window)
 
     def read(self, timeout: float = 0) -> None:
         """Take what was written; wait for something at most `timeout` seconds. A line comes in one piece."""
@@ -147,6 +148,49 @@ class Controls(unittest.TestCase):
             self.probe.press("space")
             self.probe.wait(["stopped"])
         self.assertLess(time.monotonic() - began, 20 * 0.2, "a press takes as long as the toolkit's animation")
+
+
+class Surroundings(unittest.TestCase):
+    def setUp(self):
+        self.screen = Display()
+        self.addCleanup(self.screen.close)
+
+    def wait(self, condition) -> None:
+        end = time.monotonic() + 20
+        while not condition():
+            self.assertLess(time.monotonic(), end, "it did not come about")
+            time.sleep(0.02)
+
+    def test_keys_do_not_follow_the_pointer_into_an_effects_window(self):
+        probe = Probe(self.screen, takes_keyboard=False)
+        self.addCleanup(probe.end)
+        x = self.screen.x
+        inner = probe.window.create_window(0, 0, 400, 300, 0, X.CopyFromParent, event_mask=X.KeyPressMask)
+        inner.map()
+        place = probe.window.translate_coords(x.screen().root, 0, 0)
+        xtest.fake_input(x, X.MotionNotify, x=100 - place.x, y=100 - place.y)
+        x.sync()
+        self.wait(lambda: x.get_input_focus().focus not in (probe.window, X.PointerRoot, X.NONE))
+        probe.press("space")
+        probe.wait(["playing"])
+
+    def test_light_and_dark_follow_the_desktop(self):
+        portal = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("fakePortal.py"), "1"],
+                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(portal.communicate)  # the end of its input ends it
+        address = portal.stdout.readline().strip()
+        probe = Probe(self.screen, DBUS_SESSION_BUS_ADDRESS=address)
+        self.addCleanup(probe.end)
+
+        def brightness() -> float:
+            return float(self.screen.picture(probe.window, (300, 20, 40, 40)).mean())
+
+        self.wait(lambda: brightness() < 90)
+        for scheme, fits in (("2", lambda: brightness() > 160), ("1", lambda: brightness() < 90),
+                             ("0", lambda: brightness() > 160)):
+            portal.stdin.write(scheme + "\n")
+            portal.stdin.flush()
+            self.wait(fits)
 
 
 class Life(unittest.TestCase):
