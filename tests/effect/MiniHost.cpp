@@ -89,8 +89,8 @@ void PluginHost::run(const float* left, const float* right, float* outLeft, floa
     }
     notify->atom = {notifyCapacity_, urids_(LV2_ATOM__Chunk)};
     // Beyond what the plug-in may use stands a mark that it must not touch.
-    std::fill(notifyBuffer_.begin() + static_cast<std::ptrdiff_t>(firstWordBeyond()),
-              notifyBuffer_.end(), 0xA5A5A5A5A5A5A5A5ULL);
+    std::fill(notifyBuffer_.begin() + static_cast<std::ptrdiff_t>(firstWordBeyond()), notifyBuffer_.end(),
+              0xA5A5A5A5A5A5A5A5ULL);
     descriptor_->connect_port(handle_, InputLeft, const_cast<float*>(left));
     descriptor_->connect_port(handle_, InputRight, const_cast<float*>(right));
     descriptor_->connect_port(handle_, OutputLeft, outLeft);

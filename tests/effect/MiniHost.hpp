@@ -71,7 +71,9 @@ class PluginHost {
   private:
     void collect();
     /// The capacity itself stands in the first word.
-    [[nodiscard]] std::size_t firstWordBeyond() const { return std::max<std::size_t>(1, (notifyCapacity_ + 7) / 8); }
+    [[nodiscard]] std::size_t firstWordBeyond() const {
+        return std::max<std::size_t>(1, (notifyCapacity_ + 7) / 8);
+    }
 
     UridTable& urids_;
     void* library_ = nullptr;
