@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Effects as they are installed, the bundled one and those that Debian packages: each makes sound, keeps its state
-// and shows its interface.
+// Effects as they are installed, the bundled one and those that Debian packages: each makes sound, keeps its
+// state and shows its interface.
 #include "tests/effects/EffectScreen.hpp"
 
 #include <algorithm>
