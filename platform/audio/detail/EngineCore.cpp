@@ -128,8 +128,8 @@ void EngineCore::watch() {
     while (true) {
         _shared.news.acquire();
         const std::scoped_lock lock(_mutex);
-        if (_ended) return;
         _graph.reportBadSamples();
+        if (_ended) return;
     }
 }
 
