@@ -188,6 +188,9 @@ void AutomaticDevice::lookAtHardware() {
             }
         } else if (!_silent && Clock::now() - _lastCall > _limits.streaming) {
             playSilently("The sound server doesn't play");
+        } else if (_silent && Clock::now() - _lastCall > _limits.streaming + _limits.reconnect) {
+            dropHardware(); // perhaps what answers by now is another server
+            return;
         }
         if (formatChanged) _client->outputFormatDidChange();
     }
@@ -211,6 +214,7 @@ void AutomaticDevice::tryAgain(std::unique_lock<std::mutex>& lock) {
     if (!found || _ended || _claims == 0 || _hardware) return; // `found` closes again
     adopt(std::move(found), index);
     _callsSeen = _shared.calls;
+    _lastCall = Clock::now();
     if (!_client) return;
     _hardware->run(true); // the silent device plays on until the hardware asks for sound
 }

@@ -1,0 +1,277 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Losing the sound output and getting it back, with a hardware device that does what the test says.
+#include "platform/audio/AVAudioSession.hpp"
+#include "platform/audio/devices/AutomaticDevice.hpp"
+#include "tests/audio/audioFixture.hpp"
+
+#include <array>
+#include <thread>
+
+using namespace platform;
+using namespace tonewright::test;
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// A sound server that is there or not, refuses or not, plays or not.
+struct Server {
+    std::atomic<bool> present{true};
+    std::atomic<bool> refuses{false};
+    std::atomic<bool> plays{true};
+    std::atomic<double> rate{48000};
+    std::atomic<int> open{0}; // connections
+    std::mutex mutex;         // guards the listener, which goes with its connection
+    HardwareListener* listener = nullptr;
+
+    void lose() {
+        present = false;
+        const std::scoped_lock lock(mutex);
+        if (listener != nullptr) listener->hardwareWasLost();
+    }
+    void changeRate(double newRate) {
+        rate = newRate;
+        const std::scoped_lock lock(mutex);
+        if (listener != nullptr) listener->hardwareFormatDidChange();
+    }
+};
+
+class FakeHardware final : public HardwareDevice {
+  public:
+    explicit FakeHardware(Server& server)
+        : _server(server) {}
+    ~FakeHardware() override {
+        if (!_thread.joinable()) return;
+        {
+            const std::scoped_lock lock(_server.mutex);
+            _server.listener = nullptr;
+        }
+        _ended = true;
+        _thread.join();
+        --_server.open;
+    }
+    FakeHardware(const FakeHardware&) = delete;
+    FakeHardware& operator=(const FakeHardware&) = delete;
+
+    Answer open(HardwareListener& listener) override {
+        if (!_server.present) return {.kind = Answer::Kind::Absent};
+        if (_server.refuses) return {.kind = Answer::Kind::Refused, .error = Error("test", 1, "It refuses.")};
+        ++_server.open;
+        const std::scoped_lock lock(_server.mutex);
+        _server.listener = &listener;
+        _thread = std::thread([this, &listener] { play(listener); });
+        return {.kind = Answer::Kind::Opened};
+    }
+    void run(bool running) noexcept override { _running = running; }
+    AVAudioFormat format() const noexcept override { return {_server.rate, 2}; }
+
+  private:
+    void play(HardwareListener& listener) {
+        std::array<float, 256> left{};
+        std::array<float, 256> right{};
+        const std::array<float*, 2> planes{left.data(), right.data()};
+        while (!_ended) {
+            std::this_thread::sleep_for(milliseconds(2));
+            if (_running && _server.plays && _server.present)
+                listener.hardwareRender(planes.data(), format(), 256);
+        }
+    }
+
+    Server& _server;
+    std::atomic<bool> _running{false};
+    std::atomic<bool> _ended{false};
+    std::thread _thread;
+};
+
+// A client that notes who asked it for what.
+class Client final : public OutputClient {
+  public:
+    std::atomic<int> calls{0};
+    std::atomic<int> changes{0};
+    std::atomic<double> rate{0};
+    std::atomic<bool> inside{false};
+    std::atomic<bool> overlapped{false};
+
+    void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept override {
+        if (inside.exchange(true)) overlapped = true; // two devices at once
+        for (std::uint32_t c = 0; c < format.channelCount; ++c) std::fill_n(planes[c], frames, 0.1F);
+        rate = format.sampleRate;
+        ++calls;
+        inside = false;
+    }
+    void outputFormatDidChange() override { ++changes; }
+};
+
+bool eventually(const std::function<bool()>& holds) {
+    for (int i = 0; i < 20000; ++i) {
+        if (holds()) return true;
+        std::this_thread::sleep_for(milliseconds(1));
+    }
+    return false;
+}
+
+struct AutomaticDeviceTest : testing::Test {
+    Server server;
+    std::shared_ptr<Client> client = std::make_shared<Client>();
+    std::unique_ptr<AutomaticDevice> device = std::make_unique<AutomaticDevice>(
+        std::vector<HardwareFactory>{[this] { return std::make_unique<FakeHardware>(server); }},
+        AutomaticDevice::Limits{.streaming = milliseconds(300), .retry = milliseconds(30)});
+
+    bool goesOn() {
+        const int before = client->calls;
+        return eventually([&] { return client->calls > before + 3; });
+    }
+    ~AutomaticDeviceTest() override {
+        device.reset();
+        EXPECT_FALSE(client->overlapped);
+        EXPECT_EQ(server.open, 0);
+    }
+};
+
+constexpr auto Gone = "The sound output has gone; playing silently until that changes.\n";
+
+} // namespace
+
+TEST_F(AutomaticDeviceTest, ClaimsAreCountedAndTheLastReleases) {
+    EXPECT_FALSE(device->open());
+    EXPECT_EQ(server.open, 1);
+    EXPECT_FALSE(device->start(client));
+    EXPECT_TRUE(device->start(std::make_shared<Client>())); // one client at a time
+    EXPECT_TRUE(goesOn());
+    device->stop();
+    const int before = client->calls;
+    std::this_thread::sleep_for(milliseconds(20));
+    EXPECT_EQ(client->calls, before); // no call runs after stop
+    EXPECT_EQ(server.open, 1);
+    device->close();
+    EXPECT_EQ(server.open, 0);
+}
+
+TEST_F(AutomaticDeviceTest, ALostServerIsSilentlyReplacedAndComesBack) {
+    testing::internal::CaptureStderr();
+    ASSERT_FALSE(device->start(client));
+    EXPECT_TRUE(goesOn());
+    EXPECT_TRUE(device->isAudible());
+    server.lose();
+    EXPECT_TRUE(eventually([&] { return !device->isAudible(); }));
+    EXPECT_TRUE(goesOn());
+    server.rate = 44100; // it comes back as another
+    server.present = true;
+    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
+    EXPECT_TRUE(eventually([&] { return client->rate == 44100 && client->changes > 0; }));
+    EXPECT_EQ(device->format(), (AVAudioFormat{44100, 2}));
+    device->stop();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), Gone);
+}
+
+TEST_F(AutomaticDeviceTest, AServerThatNeverPlaysIsReplacedUntilItDoes) {
+    testing::internal::CaptureStderr();
+    server.plays = false;
+    ASSERT_FALSE(device->start(client));
+    EXPECT_TRUE(goesOn());
+    EXPECT_FALSE(device->isAudible());
+    server.plays = true;
+    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
+    EXPECT_TRUE(goesOn());
+    device->stop();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "The sound server doesn't play; playing silently until that changes.\n");
+}
+
+TEST_F(AutomaticDeviceTest, WithNoServerAtAllItIsSaidOnceHoweverOftenItIsStarted) {
+    testing::internal::CaptureStderr();
+    server.present = false;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_FALSE(device->open());
+        ASSERT_FALSE(device->start(client));
+        EXPECT_TRUE(goesOn());
+        device->stop();
+        device->close();
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "No sound server and no sound card answers; playing silently until that changes.\n");
+}
+
+TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {
+    server.refuses = true;
+    const auto refused = device->open();
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->localizedDescription(), "It refuses.");
+    EXPECT_TRUE(device->start(client));
+    server.refuses = false;
+    EXPECT_FALSE(device->start(client)); // nothing is left of the failure
+    EXPECT_TRUE(goesOn());
+    device->stop();
+}
+
+TEST_F(AutomaticDeviceTest, AChangeOfRateReachesTheClient) {
+    ASSERT_FALSE(device->start(client));
+    EXPECT_TRUE(goesOn());
+    server.changeRate(96000);
+    EXPECT_TRUE(eventually([&] { return client->changes == 1 && client->rate == 96000; }));
+    device->stop();
+}
+
+TEST_F(AutomaticDeviceTest, ManyStartsAndStopsWhileTheServerComesAndGoes) {
+    testing::internal::CaptureStderr();
+    std::atomic<bool> ended{false};
+    std::thread trouble([&] {
+        while (!ended) {
+            server.lose();
+            std::this_thread::sleep_for(milliseconds(7));
+            server.present = true;
+            std::this_thread::sleep_for(milliseconds(13));
+        }
+    });
+    for (int i = 0; i < 60; ++i) {
+        EXPECT_FALSE(device->open());
+        EXPECT_FALSE(device->start(client));
+        std::this_thread::sleep_for(milliseconds(i % 10));
+        device->stop();
+        device->close();
+    }
+    ended = true;
+    trouble.join();
+    testing::internal::GetCapturedStderr();
+}
+
+TEST(AVAudioSession, ClaimsAndReleasesTheOutputAndFailsWhereATestSaysSo) {
+    const auto offline = std::make_shared<OfflineDevice>();
+    setSharedOutputDevice(offline);
+    AVAudioSession& session = AVAudioSession::sharedInstance();
+    using CategoryOptions = AVAudioSession::CategoryOptions;
+    using SetActiveOptions = AVAudioSession::SetActiveOptions;
+    EXPECT_FALSE(session.setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
+                                     CategoryOptions::None));
+    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
+    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
+    EXPECT_EQ(offline->claims(), 1);
+    EXPECT_FALSE(session.setActive(false, SetActiveOptions::None));
+    EXPECT_EQ(offline->claims(), 0);
+    session.setFaults({.setCategory = [] { return Error("test", 1, "No category."); },
+                       .setActive = [](bool active) -> std::optional<Error> {
+                           if (active) return std::nullopt;
+                           return Error("test", 2, "No way back.");
+                       }});
+    EXPECT_TRUE(session.setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
+                                    CategoryOptions::None));
+    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
+    EXPECT_TRUE(session.setActive(false, SetActiveOptions::None));
+    session.setFaults({});
+    EXPECT_FALSE(session.setActive(false, SetActiveOptions::None));
+    EXPECT_EQ(offline->claims(), 0);
+    setSharedOutputDevice(nullptr);
+}
+
+TEST(SilentDevice, AsksAtThePaceOfTheClock) {
+    const auto client = std::make_shared<Client>();
+    SilentDevice silent({48000, 2}, 480);
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_FALSE(silent.start(client));
+    EXPECT_TRUE(eventually([&] { return client->calls >= 50; }));
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    silent.stop();
+    EXPECT_GE(seconds, 0.48); // 50 blocks of 10 ms, the first at once
+}
