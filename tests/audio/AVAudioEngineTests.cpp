@@ -310,3 +310,19 @@ TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
     volatile float tiny = std::numeric_limits<float>::min();
     EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread has its own way back
 }
+
+#ifdef TONEWRIGHT_RTSAN
+TEST(AVAudioEngineDeathTest, TheDetectorSeesAnAllocationOnTheAudioThread) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    OfflineEngine offline;
+    const auto unit = std::make_shared<TestUnit>();
+    unit->testProcessor->work = [](const float* const*, float* const* out, std::uint32_t frames,
+                                   std::int64_t) {
+        const std::vector<float> forbidden(frames);
+        for (int c = 0; c < 2; ++c) std::copy_n(forbidden.data(), frames, out[c]);
+    };
+    offline.insert(unit);
+    offline.start();
+    EXPECT_DEATH(static_cast<void>(offline.render(256)), "RealtimeSanitizer");
+}
+#endif

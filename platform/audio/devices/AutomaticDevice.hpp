@@ -28,6 +28,7 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
         std::chrono::milliseconds streaming{
             2000};                             // without a call for sound the device counts as not playing
         std::chrono::milliseconds retry{1000}; // between attempts to get a lost device back
+        std::chrono::milliseconds reconnect{5000}; // after which one that does not play is asked for anew
     };
 
     /// `factories`: in the order in which they are tried; none: silence for ever, without a word.
