@@ -7,6 +7,7 @@
 #include "tests/audio/audioFixture.hpp"
 
 #include <array>
+#include <cstdlib>
 #include <thread>
 
 using namespace platform;
@@ -274,4 +275,26 @@ TEST(SilentDevice, AsksAtThePaceOfTheClock) {
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     silent.stop();
     EXPECT_GE(seconds, 0.48); // 50 blocks of 10 ms, the first at once
+}
+
+TEST(AVAudioEngineDeathTest, TheProgramMayEndWhileItPlays) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    TemporaryFolder folder;
+    const auto playAndExit = [&] {
+        const auto file = makeFile(folder.path("pass.wav"), countingSound(2, 500), 48000);
+        const auto client = AVAudioEngine::create(std::make_shared<SilentDevice>());
+        const auto player = AVAudioPlayerNode::create();
+        client->attachNode(player);
+        client->connect(player, client->mainMixerNode(), std::nullopt);
+        Signal passed;
+        std::function<void()> again = [&] {
+            passed.raise();
+            player->scheduleFile(file, std::nullopt, again);
+        };
+        player->scheduleFile(file, std::nullopt, again);
+        static_cast<void>(client->start());
+        player->play();
+        std::exit(passed.wait(100) ? 0 : 1); // with the engine, its threads and the device as they are
+    };
+    EXPECT_EXIT(playAndExit(), testing::ExitedWithCode(0), "");
 }

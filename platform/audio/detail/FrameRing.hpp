@@ -30,7 +30,7 @@ class FrameRing {
 
     [[nodiscard]] std::uint32_t channels() const noexcept { return _channels; }
     [[nodiscard]] std::uint32_t capacity() const noexcept { return _capacity; }
-    /// Give the number of frames to read; exact on the reader's side, a lower bound elsewhere.
+    /// Give the number of frames to read; to the reader at least that, to the writer at most.
     [[nodiscard]] std::uint32_t readable() const noexcept {
         const std::uint64_t read = _read.load(std::memory_order_acquire);
         return static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - read);

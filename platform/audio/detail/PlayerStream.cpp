@@ -21,6 +21,8 @@ constexpr std::chrono::milliseconds PrimingLimit{20};
 // How long an offline render waits, after a completion has returned, for what it may have caused to be
 // scheduled.
 constexpr std::chrono::seconds ScheduleLimit{2};
+// How long it waits in all, for a completion that does not return.
+constexpr std::chrono::seconds CompletionLimit{10};
 
 thread_local const PlayerStream* completing = nullptr; // the stream whose completion this thread runs
 
@@ -232,7 +234,8 @@ std::uint32_t PlayerStream::ringFramesFor(std::uint32_t outputFrames) const {
 
 void PlayerStream::provide(std::uint32_t frames) {
     std::unique_lock lock(_mutex);
-    while (_playing && !_ended) {
+    const auto limit = Clock::now() + CompletionLimit;
+    while (_playing && !_ended && Clock::now() < limit) {
         if (_ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames)) break;
         if (decodeSome()) continue;
         if (_completionsUnderWay == 0) {
