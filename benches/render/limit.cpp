@@ -13,6 +13,7 @@ extern "C" {
 #include <lilv/lilv.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -62,10 +63,13 @@ int main(int count, char** arguments) {
     auto left = static_cast<std::int64_t>(std::atof(arguments[4]) * rate);
     std::int64_t position = 0; // in the file, whose padding at the end is left out
     std::size_t filled = 0;
+    // Hidden packets at the beginning are what the decoder starts up with.
+    const AVIndexEntry* entry = avformat_index_get_entry(stream, 0);
+    const std::int64_t first = entry == nullptr ? 0 : entry->timestamp;
     while (left > 0) {
         if (avcodec_receive_frame(codec, frame) < 0) {
             if (av_read_frame(container, packet) < 0) {
-                av_seek_frame(container, 0, 0, AVSEEK_FLAG_BACKWARD);
+                av_seek_frame(container, 0, first, AVSEEK_FLAG_BACKWARD);
                 avcodec_flush_buffers(codec);
                 position = 0;
                 continue;

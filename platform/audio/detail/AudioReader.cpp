@@ -291,7 +291,11 @@ std::uint32_t AudioReader::read(float* const* planes, std::uint32_t capacity) {
 bool AudioReader::rewind() {
     Library& library = *_library;
     if (library.position == 0) return true;
-    const int answer = avformat_seek_file(library.container.get(), library.stream->index, INT64_MIN, 0, 0, 0);
+    // To the first packet of all: those that an edit list hides are what the decoder starts up with.
+    const AVIndexEntry* first = avformat_index_get_entry(library.stream, 0);
+    const std::int64_t start = first == nullptr ? 0 : std::min<std::int64_t>(first->timestamp, 0);
+    const int answer =
+        av_seek_frame(library.container.get(), library.stream->index, start, AVSEEK_FLAG_BACKWARD);
     if (answer < 0) return false;
     avcodec_flush_buffers(library.codec.get());
     library.frameOffset = library.frameLength = 0;
