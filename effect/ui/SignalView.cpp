@@ -65,7 +65,6 @@ void drawGrid(cairo_t* context, const Rect& area, double u) {
 
 void drawMeter(cairo_t* context, const Rect& area, std::array<float, 2> levels, std::array<float, 2> holds,
                double u) {
-    fillRoundedRect(context, area, 3. * u, Well);
     const double gap = std::max(1.5 * u, 1.);
     const double width = (area.width - 3. * gap) / 2.;
     const Rect inner = area.inset(gap);
@@ -185,7 +184,7 @@ void SignalView::drawFilterCurve(cairo_t* context, const Rect& area, double u,
     const float cutoff = frame_.cutoffHertz > 0.F ? frame_.cutoffHertz : values[index(Parameter::Cutoff)];
     const float resonance = values[index(Parameter::Resonance)] / 100.F;
     cairo_new_path(context);
-    const int steps = 96;
+    const int steps = 72;
     for (int i = 0; i <= steps; ++i) {
         const float part = static_cast<float>(i) / static_cast<float>(steps);
         const float hertz = SpectrumLowestHertz * std::pow(SpectrumHighestHertz / SpectrumLowestHertz, part);
@@ -214,18 +213,41 @@ void SignalView::drawCaption(cairo_t* context, const Rect& area, double u,
              noteName(static_cast<int>(root)), {size, DimInk, Align::Right});
 }
 
+void SignalView::paintBackdrop(cairo_t* context, const Layout& layout) {
+    const Rect whole = layout.inputMeter.united(layout.outputMeter);
+    if (!backdrop_) {
+        backdrop_.reset(cairo_surface_create_similar(cairo_get_target(context), CAIRO_CONTENT_COLOR,
+                                                     static_cast<int>(whole.width),
+                                                     static_cast<int>(whole.height)));
+        cairo_t* const once = cairo_create(backdrop_.get());
+        cairo_translate(once, -whole.x, -whole.y);
+        setColour(once, Background);
+        cairo_paint(once);
+        fillRoundedRect(once, layout.inputMeter, 3. * layout.unit, Well);
+        fillRoundedRect(once, layout.outputMeter, 3. * layout.unit, Well);
+        fillRoundedRect(once, layout.display, 5. * layout.unit, Well);
+        drawGrid(once, layout.display, layout.unit);
+        cairo_destroy(once);
+    }
+    cairo_set_source_surface(context, backdrop_.get(), whole.x, whole.y);
+    cairo_rectangle(context, whole.x, whole.y, whole.width, whole.height);
+    cairo_fill(context);
+}
+
 void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterValues& values) {
     const double u = layout.unit;
+    paintBackdrop(context, layout);
     drawMeter(context, layout.inputMeter, {input_[0].level, input_[1].level},
               {input_[0].hold, input_[1].hold}, u);
     drawMeter(context, layout.outputMeter, {output_[0].level, output_[1].level},
               {output_[0].hold, output_[1].hold}, u);
     const Rect area = layout.display;
-    fillRoundedRect(context, area, 5. * u, Well);
     cairo_save(context);
     cairo_rectangle(context, area.x, area.y, area.width, area.height);
     cairo_clip(context);
-    drawGrid(context, area, u);
+    // Good enough for what moves, and half the work.
+    cairo_set_antialias(context, CAIRO_ANTIALIAS_FAST);
+    cairo_set_tolerance(context, 0.3);
     drawSpectrum(context, area, u);
     drawFilterCurve(context, area, u, values);
     drawCaption(context, area, u, values);

@@ -11,6 +11,7 @@
 #include <cairo.h>
 
 #include <array>
+#include <memory>
 
 namespace tonewright::effect {
 
@@ -22,6 +23,9 @@ class SignalView {
 
     /// Lets time pass; tells whether the picture has changed since it was last drawn.
     bool advance(double seconds) noexcept;
+
+    /// Forgets what was drawn for another size.
+    void resized() noexcept { backdrop_.reset(); }
 
     /// Asks for the picture to be drawn again whatever the signal does.
     void invalidate() noexcept { changed_ = true; }
@@ -41,6 +45,11 @@ class SignalView {
         bool fall(double seconds) noexcept;
     };
 
+    struct DestroySurface {
+        void operator()(cairo_surface_t* surface) const noexcept { cairo_surface_destroy(surface); }
+    };
+
+    void paintBackdrop(cairo_t* context, const Layout& layout);
     void drawSpectrum(cairo_t* context, const Rect& area, double unit) const;
     void drawFilterCurve(cairo_t* context, const Rect& area, double unit,
                          const ParameterValues& values) const;
@@ -53,6 +62,8 @@ class SignalView {
     double flash_ = 0.; // of the onset lamp, 1 down to 0
     double silentSeconds_ = 0.;
     bool changed_ = true;
+    // What does not move, drawn once: rounded corners and writing cost more than all that moves.
+    std::unique_ptr<cairo_surface_t, DestroySurface> backdrop_;
 
     [[nodiscard]] static Spectrum filled(float value) noexcept {
         Spectrum spectrum;
