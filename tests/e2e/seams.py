@@ -74,8 +74,8 @@ def other_device() -> None:
     rate, frames = 44100, 24011
     loop = numpy.repeat(noise(frames)[:, :1], 2, axis=1)
     work = pathlib.Path(tempfile.mkdtemp(prefix="device."))
-    file = sound.write_wav(work / "thrice.wav", numpy.tile(loop, (4, 1)), 48000)
-    wanted = sound.decode(file, rate, work)[:, 0]
+    file = sound.write_wav(work / "loop.wav", loop, 48000)
+    wanted = sound.passes(file, 4, rate, work)[0][:, 0]
     heard = play(sound.write_wav(BUILD / "noise.wav", loop, 48000), 3, rate, 1)
     began = int(numpy.argmax(numpy.abs(heard).max(axis=1) > 1e-3))
     part = heard[began + 8000:began + 8000 + rate // 2, 0]  # half a second; the pass is a little longer

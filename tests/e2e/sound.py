@@ -64,12 +64,22 @@ def write_wav(path: pathlib.Path, samples: numpy.ndarray, rate: int) -> pathlib.
     return path
 
 
-def decode(path: pathlib.Path, rate: int, work: pathlib.Path) -> numpy.ndarray:
-    """Give a file's stereo sound at `rate`, decoded by a program that is not ours."""
-    out = work / f"{path.stem}.decoded.wav"
-    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(path), "-ac", "2", "-ar", str(rate), "-c:a", "pcm_f32le",
-                    str(out)], check=True, stdin=subprocess.DEVNULL)
+def convert(source: pathlib.Path, out: pathlib.Path, *options: str) -> numpy.ndarray:
+    """Give a file's sound, decoded and converted by a program that is not ours."""
+    subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", str(source), *options, "-c:a", "pcm_f32le", str(out)],
+                   check=True, stdin=subprocess.DEVNULL)
     return read_wav(out)
+
+
+def passes(path: pathlib.Path, count: int, rate: int, work: pathlib.Path) -> tuple[numpy.ndarray, int]:
+    """Give a loop's stereo sound `count` times over at `rate`, and the frames of one pass at that rate."""
+    about = subprocess.run(["ffprobe", "-v", "error", "-show_entries", "stream=sample_rate,duration", "-of",
+                            "default=nw=1:nk=1", str(path)], capture_output=True, text=True, check=True).stdout.split()
+    own_rate, seconds = int(about[0]), float(about[1])
+    # A decoder gives whole codec frames; the file says where the sound ends.
+    once = convert(path, work / "once.wav", "-ac", "2")[:round(seconds * own_rate)]
+    often = write_wav(work / "often.wav", numpy.tile(once, (count, 1)), own_rate)
+    return convert(often, work / "converted.wav", "-ar", str(rate)), round(seconds * rate)
 
 
 def loudness(samples: numpy.ndarray) -> float:
