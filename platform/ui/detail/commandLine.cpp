@@ -20,7 +20,8 @@ Play loops through an audio effect and work the effect's own interface.
   --version  show the version and end
 
 Environment:
-  LV2_PATH   where to look for effects, a list of folders
+  LV2_PATH           where to look for effects, a list of folders
+  TONEWRIGHT_EFFECT  the URI of the effect to host, instead of the bundled one
 
 The program has no other options, no settings, and remembers nothing.)";
 
