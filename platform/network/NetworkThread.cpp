@@ -4,7 +4,6 @@
 #include "platform/network/NetworkThread.private.hpp"
 
 #include <glib.h>
-#include <memory>
 #include <thread>
 
 namespace platform {
@@ -23,18 +22,31 @@ NetworkThread::NetworkThread()
 }
 
 void NetworkThread::run(std::function<void()> work) {
-    using Work = std::function<void()>;
+    {
+        const std::scoped_lock lock(_mutex);
+        _work.push_back(std::move(work));
+    }
     GSource* source = g_idle_source_new();
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
     g_source_set_callback(
         source,
         [](gpointer data) -> gboolean {
-            (*static_cast<Work*>(data))();
+            static_cast<NetworkThread*>(data)->runNext();
             return G_SOURCE_REMOVE;
         },
-        new Work(std::move(work)), [](gpointer data) { delete static_cast<Work*>(data); });
+        this, nullptr);
     g_source_attach(source, _context);
     g_source_unref(source);
+}
+
+void NetworkThread::runNext() {
+    std::function<void()> work;
+    {
+        const std::scoped_lock lock(_mutex);
+        work = std::move(_work.front());
+        _work.pop_front();
+    }
+    work();
 }
 
 } // namespace platform

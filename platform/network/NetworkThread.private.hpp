@@ -4,7 +4,9 @@
 // The one thread on which all network work runs, with a loop of its own. Private to platform/network.
 #pragma once
 
+#include <deque>
 #include <functional>
+#include <mutex>
 
 typedef struct _GMainContext GMainContext;
 
@@ -21,7 +23,11 @@ class NetworkThread {
 
   private:
     NetworkThread();
+    void runNext();
+
     GMainContext* _context;
+    std::mutex _mutex;
+    std::deque<std::function<void()>> _work; // guarded by _mutex
 };
 
 } // namespace platform

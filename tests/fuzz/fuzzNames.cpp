@@ -43,7 +43,7 @@ std::shared_ptr<File> nodeFrom(std::string_view piece) {
         attributes.setValue(FileAttributeKey::NSFileSize, platform::NSNumber(number));
         attributes.setValue(FileAttributeKey::NSFileCreationDate, platform::Date{number, 0});
         attributes.setValue(FileAttributeKey::NSFileModificationDate,
-                            platform::Date{-number / 3, 999'999'999});
+                            platform::Date{~number / 3, 999'999'999});
         node->setAttributes(attributes);
     }
     return node;
