@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -23,16 +24,28 @@ namespace tonewright::loops {
 
 namespace {
 
-constexpr int BitRate = 192000; // of two channels
 constexpr std::int64_t Block = 1024;
 constexpr std::int64_t HiddenPackets = 2;
 constexpr std::int64_t WarmBlocks = 24; // for the encoder's rate control; not written
 
-/// How much worse than elsewhere the coding may be around the seam before the seam is given more bits, in
-/// decibels.
-constexpr double AcceptedExcess = 0.0;
-constexpr std::array<double, 4> SeamShares{1.3, 1.6, 2.0, 2.6}; // of the bit rate
-constexpr std::int64_t AroundSeam = 2000;                       // frames on either side
+/// One way to code a loop: bits a second of two channels, and how much more the blocks around the seam get.
+struct Attempt {
+    int bitRate;
+    double seamShare;
+};
+constexpr std::array<Attempt, 7> Attempts{{{192000, 1.3},
+                                           {192000, 1.6},
+                                           {192000, 2.0},
+                                           {192000, 2.6},
+                                           {224000, 1.3},
+                                           {256000, 1.3},
+                                           {256000, 1.8}}};
+
+// The first attempt is taken whose coding is no worse around the seam than elsewhere, and which stays in
+// bounds.
+constexpr double AcceptedExcess = 0.0; // decibels
+constexpr double AcceptedPeak = 0.98;
+constexpr std::int64_t AroundSeam = 2000; // frames on either side
 
 struct Closer {
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
@@ -85,7 +98,7 @@ bool touchesSeam(std::int64_t start, std::int64_t length) {
 
 /// Encodes the loop with some loop before and after it, the blocks around the seam at `seamShare` of the bit
 /// rate.
-Encoded encodePackets(const Pcm& pcm, double seamShare) {
+Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
     Encoded result;
     const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_AAC);
     if (codec == nullptr) {
@@ -98,7 +111,7 @@ Encoded encodePackets(const Pcm& pcm, double seamShare) {
     encoder.sample_fmt = AV_SAMPLE_FMT_FLTP;
     encoder.sample_rate = pcm.rate;
     encoder.time_base = {1, pcm.rate};
-    const int bitRate = channels == 1 ? BitRate * 5 / 8 : BitRate;
+    const int bitRate = channels == 1 ? attempt.bitRate * 5 / 8 : attempt.bitRate;
     encoder.bit_rate = bitRate;
     encoder.profile = FF_PROFILE_AAC_LOW;
     encoder.cutoff = 20000;
@@ -140,7 +153,7 @@ Encoded encodePackets(const Pcm& pcm, double seamShare) {
             fill(*frame, pcm, start);
             // The encoder asks for its rate block by block; the block it will now code begins at `next`.
             encoder.bit_rate =
-                touchesSeam(next, length) ? static_cast<std::int64_t>(bitRate * seamShare) : bitRate;
+                touchesSeam(next, length) ? static_cast<std::int64_t>(bitRate * attempt.seamShare) : bitRate;
             code = avcodec_send_frame(&encoder, frame.get());
         }
         if (code >= 0) code = collect();
@@ -186,9 +199,14 @@ std::optional<std::string> writeFile(Encoded& encoded, const std::string& title,
     return std::nullopt;
 }
 
-/// Decodes the packets again and gives by how many decibels the error around the seam exceeds that of the
-/// rest.
-std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm) {
+/// What comes out when the packets are decoded again.
+struct Proof {
+    double seamExcess = 0.0; // decibels by which the error around the seam exceeds that of the rest
+    double peak = 0.0;
+};
+
+/// Decodes the packets and holds the result against the samples; nothing when they cannot be decoded.
+std::optional<Proof> prove(const Encoded& encoded, const Pcm& pcm) {
     const CodecContext decoder(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_AAC)));
     std::unique_ptr<AVCodecParameters, ParameterCloser> parameters(avcodec_parameters_alloc());
     avcodec_parameters_from_context(parameters.get(), encoded.encoder.get());
@@ -198,6 +216,7 @@ std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm) {
     const Frame frame(av_frame_alloc());
     double seam = 0.0;
     double rest = 0.0;
+    double peak = 0.0;
     for (const Packet& packet : encoded.packets) {
         if (avcodec_send_packet(decoder.get(), packet.get()) < 0) return std::nullopt;
         if (avcodec_receive_frame(decoder.get(), frame.get()) < 0)
@@ -207,6 +226,7 @@ std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm) {
             for (std::int64_t index = 0; index < frame->nb_samples; ++index) {
                 const std::int64_t place = packet->pts + index;
                 if (place < 0 || place >= length) continue;
+                peak = std::max(peak, std::fabs(static_cast<double>(samples[index])));
                 const double error = static_cast<double>(
                     samples[index] - pcm.channels[channel][static_cast<std::size_t>(place)]);
                 (place < AroundSeam || place >= length - AroundSeam ? seam : rest) += error * error;
@@ -215,7 +235,7 @@ std::optional<double> seamExcess(const Encoded& encoded, const Pcm& pcm) {
     }
     const double seamPower = seam / static_cast<double>(2 * AroundSeam);
     const double restPower = rest / static_cast<double>(length - 2 * AroundSeam);
-    return decibelsOfGain((seamPower + 1e-15) / (restPower + 1e-15)) * 0.5;
+    return Proof{decibelsOfGain((seamPower + 1e-15) / (restPower + 1e-15)) * 0.5, peak};
 }
 
 } // namespace
@@ -224,13 +244,16 @@ std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
                                       const std::filesystem::path& file) {
     Encoded best;
     double least = 1e9;
-    for (const double share : SeamShares) {
-        Encoded encoded = encodePackets(pcm, share);
+    for (const Attempt& attempt : Attempts) {
+        Encoded encoded = encodePackets(pcm, attempt);
         if (!encoded.fault.empty()) return encoded.fault;
-        const std::optional<double> excess = seamExcess(encoded, pcm);
-        if (!excess) return "what was encoded cannot be decoded";
-        if (*excess < least) {
-            least = *excess;
+        const std::optional<Proof> proof = prove(encoded, pcm);
+        if (!proof) return "what was encoded cannot be decoded";
+        // A peak out of bounds outweighs any seam.
+        const double badness =
+            std::max(proof->seamExcess, AcceptedExcess) + 1000.0 * std::max(proof->peak - AcceptedPeak, 0.0);
+        if (badness < least) {
+            least = badness;
             best = std::move(encoded);
         }
         if (least <= AcceptedExcess) break;

@@ -4,6 +4,7 @@
 #include "PartParser.hpp"
 
 #include <charconv>
+#include <cmath>
 
 namespace tonewright::loops {
 
@@ -89,7 +90,8 @@ std::optional<double> numberOf(std::string_view text) {
     double value = 0.0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
+        return std::nullopt;
     return value;
 }
 

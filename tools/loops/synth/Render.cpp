@@ -85,13 +85,22 @@ void setLevel(StereoBuffer& loop, double level, double pan, double rate) {
     scale(loop, gain * gains.left, gain * gains.right);
 }
 
-/// The last stage: no rumble, a little glue, the common loudness, no peak above the ceiling.
+/// The last stage: no rumble, nothing that only bats and codecs hear, a little glue, the common loudness, no
+/// peak above the ceiling.
 void master(StereoBuffer& loop, const Recipe& recipe) {
     const double rate = recipe.rate;
     std::array<StateVariableFilter, 2> rumble;
     const FilterTuning tuning(24.0, 0.0, rate);
     runAround(loop, static_cast<std::size_t>(0.5 * rate), [&](StereoFrame in, std::size_t) {
         return StereoFrame{rumble[0].step(in.left, tuning).high, rumble[1].step(in.right, tuning).high};
+    });
+    // What lies above 17 kHz costs the encoder bits and comes back as peaks above the ceiling.
+    std::array<StateVariableFilter, 4> hiss;
+    const FilterTuning first(17000.0, 0.0, rate);
+    const FilterTuning second(17000.0, 0.5, rate);
+    runAround(loop, static_cast<std::size_t>(0.1 * rate), [&](StereoFrame in, std::size_t) {
+        return StereoFrame{hiss[1].step(hiss[0].step(in.left, first).low, second).low,
+                           hiss[3].step(hiss[2].step(in.right, first).low, second).low};
     });
     const auto adjust = [&] {
         const double gain = gainOfDecibels(TargetLoudness - loudnessOf(loop, rate));
