@@ -68,7 +68,7 @@ TEST(Callback, MayCallItself) {
     int deepest = 0;
     callback = [&, kept = std::string(40, 'x')](int depth) {
         deepest = std::max(deepest, depth);
-        if (depth == 1) callback = callback;
+        if (depth == 1) callback = Callback<int>(callback);
         if (depth < 3) callback(depth + 1);
         EXPECT_EQ(kept.size(), 40U);
     };

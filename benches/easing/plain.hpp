@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The bare formulas, written out once more, one function per curve, and nothing around them.
+#pragma once
+
+#include <cstdint>
+
+namespace bench {
+
+using Plain = float (*)(std::int64_t, float, float, std::int64_t);
+
+inline constexpr int PlainCount = 41;
+extern const Plain PlainFormulas[PlainCount]; // in the order of the catalogue
+
+} // namespace bench

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Timers at four intervals, one after the other, beside GLib's and Qt's: how late the firings are against the
+// grid of the first date, how many are lost, how far the last has drifted. And what ten thousand armed, idle
+// timers cost. Argument: seconds per run (10).
+#include "benches/support/measure.hpp"
+#include "benches/timer/peers.hpp"
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/dispatch/Timer.hpp"
+
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+bench::Dates tonewrightDates(double interval, double seconds) {
+    bench::Dates dates;
+    auto loop = platform::RunLoop::current();
+    const auto start = Clock::now();
+    const auto timer = platform::Timer::scheduledTimerWithTimeInterval(interval, true, [&] {
+        dates.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+    });
+    loop.runFor(seconds + interval / 2);
+    timer->invalidate();
+    return dates;
+}
+
+struct Quality {
+    double medianErrorMilliseconds, worstErrorMilliseconds, driftMilliseconds;
+    double lost; // dates of the grid without a firing
+};
+
+Quality judge(const bench::Dates& dates, double interval, double seconds) {
+    std::vector<double> errors;
+    double lastGrid = 0;
+    for (const double date : dates) {
+        const double grid = std::floor(date / interval + 1e-9); // the latest date this firing can be for
+        errors.push_back((date - std::max(grid, lastGrid + 1) * interval) * 1e3);
+        lastGrid = std::max(grid, lastGrid + 1);
+    }
+    const double expected = std::floor((seconds + interval / 2) / interval);
+    for (double& error : errors) error = std::fabs(error);
+    const double worst = errors.empty() ? 0 : *std::max_element(errors.begin(), errors.end());
+    // The date of the n-th firing, as a user counts them, against n intervals.
+    const double drift =
+        dates.empty() ? 0 : (dates.back() - static_cast<double>(dates.size()) * interval) * 1e3;
+    return {bench::median(errors), worst, drift, expected - static_cast<double>(dates.size())};
+}
+
+double processorSeconds() {
+    timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+// Gives the processor time of one second in which a timer of 5 ms runs beside `idle` armed ones.
+double cost(int idle) {
+    std::vector<std::shared_ptr<platform::Timer>> timers;
+    for (int i = 0; i < idle; ++i)
+        timers.push_back(platform::Timer::scheduledTimerWithTimeInterval(3600 + i, true, [] {}));
+    const double before = processorSeconds();
+    (void)tonewrightDates(0.005, 1);
+    const double used = processorSeconds() - before;
+    for (const auto& timer : timers) timer->invalidate();
+    return used;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const double seconds = argc > 1 ? std::atof(argv[1]) : 10;
+    bench::Report report;
+    std::printf("%-12s %10s %16s %14s %8s %12s\n", "", "interval", "median err (ms)", "worst (ms)", "lost",
+                "drift (ms)");
+    struct Subject {
+        const char* name;
+        bench::Dates (*run)(double, double);
+    };
+    constexpr Subject Subjects[] = {
+        {"tonewright", tonewrightDates}, {"g_timeout", bench::glibDates}, {"qt", bench::qtDates}};
+    for (const double milliseconds : {0.5, 1.0, 5.0, 16.0})
+        for (const Subject& subject : Subjects) {
+            const double interval = milliseconds / 1e3;
+            const Quality q = judge(subject.run(interval, seconds), interval, seconds);
+            std::printf("%-12s %7.1f ms %16.4f %14.3f %8.0f %12.3f\n", subject.name, milliseconds,
+                        q.medianErrorMilliseconds, q.worstErrorMilliseconds, q.lost, q.driftMilliseconds);
+            std::fflush(stdout);
+            char size[16];
+            std::snprintf(size, sizeof size, "%gms", milliseconds);
+            const std::string prefix = std::string(subject.name) + "_" + size + "_";
+            report.figure(prefix + "median_error_ms", q.medianErrorMilliseconds);
+            report.figure(prefix + "lost", q.lost);
+            report.figure(prefix + "drift_ms", q.driftMilliseconds);
+        }
+    const double alone = cost(0);
+    const double crowded = cost(10'000);
+    std::printf("one 5 ms timer for a second: %.2f ms of processor; beside 10,000 idle ones: %.2f ms\n",
+                alone * 1e3, crowded * 1e3);
+    report.figure("second_alone_cpu_ms", alone * 1e3);
+    report.figure("second_beside_10k_idle_cpu_ms", crowded * 1e3);
+    report.write("timer");
+}
