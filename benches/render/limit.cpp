@@ -11,12 +11,28 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 #include <lilv/lilv.h>
+#include <lv2/atom/atom.h>
+#include <lv2/buf-size/buf-size.h>
+#include <lv2/options/options.h>
+#include <lv2/urid/urid.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <string>
 #include <vector>
+
+namespace {
+
+// The effect asks for these two features; without them it is not made.
+LV2_URID mapUri(LV2_URID_Map_Handle /*handle*/, const char* uri) {
+    static std::map<std::string, LV2_URID> known;
+    return known.try_emplace(uri, static_cast<LV2_URID>(known.size() + 1)).first->second;
+}
+
+} // namespace
 
 int main(int count, char** arguments) {
     if (count < 5) return 1;
@@ -37,7 +53,17 @@ int main(int count, char** arguments) {
     lilv_world_load_all(world);
     LilvNode* uri = lilv_new_uri(world, arguments[2]);
     const LilvPlugin* plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), uri);
-    LilvInstance* instance = lilv_plugin_instantiate(plugin, rate, nullptr);
+    LV2_URID_Map map{nullptr, mapUri};
+    const auto blockLength = static_cast<std::int32_t>(block);
+    const LV2_URID integer = mapUri(nullptr, LV2_ATOM__Int);
+    const LV2_Options_Option options[] = {{LV2_OPTIONS_INSTANCE, 0,
+                                           mapUri(nullptr, LV2_BUF_SIZE__maxBlockLength), sizeof blockLength,
+                                           integer, &blockLength},
+                                          {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
+    const LV2_Feature mapFeature{LV2_URID__map, &map};
+    const LV2_Feature optionsFeature{LV2_OPTIONS__options, const_cast<LV2_Options_Option*>(options)};
+    const LV2_Feature* const features[] = {&mapFeature, &optionsFeature, nullptr};
+    LilvInstance* instance = lilv_plugin_instantiate(plugin, rate, features);
     const std::uint32_t ports = lilv_plugin_get_num_ports(plugin);
     std::vector<float> controls(ports);
     lilv_plugin_get_port_ranges_float(plugin, nullptr, nullptr, controls.data());
