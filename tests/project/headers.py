@@ -30,7 +30,9 @@ class Headers(unittest.TestCase):
             for index, word in enumerate(words):
                 if word == "-isystem":
                     word = f"-isystem{words[index + 1]}"
-                if re.match(r"-(I|isystem|D)\S", word) and word not in known:
+                name = word.split("=")[0] if word.startswith("-D") else word  # a macro has one value at a time
+                if re.match(r"-(I|isystem|D)\S", word) and not any(
+                        name == (other.split("=")[0] if other.startswith("-D") else other) for other in known):
                     known.append(word)
         everything = sorted({word for words in flags.values() for word in words if not word.startswith("-D")})
         out = BUILD / "headers"

@@ -184,6 +184,7 @@ std::vector<int> voiced(const Chord& chord, Voicing voicing, int voices, double 
     if (tones.size() > most) tones.resize(most);
 
     std::vector<int> classes;
+    classes.reserve(tones.size());
     for (const int tone : tones) {
         classes.push_back(within12(chord.root + tone));
     }
