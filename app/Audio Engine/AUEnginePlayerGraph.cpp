@@ -66,7 +66,7 @@ void AUEnginePlayer::takeOutActiveUnit(const std::shared_ptr<AVAudioUnit>& unit)
 }
 
 void AUEnginePlayer::installMIDIOutput(AVAudioUnit& unit) {
-    const auto audioUnit = unit.auAudioUnit();
+    const auto& audioUnit = unit.auAudioUnit();
     if (audioUnit->MIDIOutputNames().empty()) return;
     print("AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.");
     audioUnit->setMIDIOutputEventBlock(midiOutBlock);
