@@ -8,6 +8,7 @@
 #include <lv2/atom/atom.h>
 #include <lv2/urid/urid.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -74,7 +75,7 @@ class AtomSequenceWriter {
         event.time.frames = frame;
         event.body = {static_cast<std::uint32_t>(body.size()), type};
         std::memcpy(at, &event, sizeof(event));
-        std::memcpy(at + sizeof(event), body.data(), body.size());
+        std::copy(body.begin(), body.end(), at + sizeof(event));
         std::memset(at + sizeof(event) + body.size(), 0, paddedAtomSize(body.size()) - body.size());
         sequence_->atom.size += static_cast<std::uint32_t>(sizeof(event) + paddedAtomSize(body.size()));
         return true;

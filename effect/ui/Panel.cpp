@@ -31,7 +31,7 @@ void Panel::resize(int width, int height) {
         }
     }
     damage(layout_.window);
-    signal_.resized();
+    signal_.forgetBackdrop();
     signal_.invalidate();
 }
 

@@ -83,6 +83,9 @@ class Panel {
     /// Draws whatever meets the rectangle.
     void draw(cairo_t* context, const Rect& part);
 
+    /// Lets go of everything that belongs to the display, before it closes.
+    void displayCloses() noexcept { signal_.forgetBackdrop(); }
+
     [[nodiscard]] const Layout& layout() const noexcept { return layout_; }
     [[nodiscard]] const ParameterValues& values() const noexcept { return values_; }
     [[nodiscard]] const Menu& menu() const noexcept { return menu_; }

@@ -142,6 +142,7 @@ bool PanelWindow::create(Window parent, double scaleFactor) {
 
 PanelWindow::~PanelWindow() {
     const XErrorScope errors{display_.get()};
+    panel_.displayCloses();
     buffer_.reset();
     windowSurface_.reset();
     if (copyContext_ != nullptr) {

@@ -24,8 +24,8 @@ class SignalView {
     /// Lets time pass; tells whether the picture has changed since it was last drawn.
     bool advance(double seconds) noexcept;
 
-    /// Forgets what was drawn for another size.
-    void resized() noexcept { backdrop_.reset(); }
+    /// Forgets what was drawn for another size, or on a display that closes.
+    void forgetBackdrop() noexcept { backdrop_.reset(); }
 
     /// Asks for the picture to be drawn again whatever the signal does.
     void invalidate() noexcept { changed_ = true; }
