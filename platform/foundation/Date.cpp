@@ -29,8 +29,9 @@ CivilDay civilDay(std::int64_t days) noexcept {
 
 std::string Date::description() const {
     constexpr std::int64_t Day = 86400;
-    const std::int64_t days = seconds / Day - (seconds % Day < 0 ? 1 : 0);
-    const auto second = static_cast<unsigned>(seconds - days * Day);
+    const std::int64_t rest = seconds % Day;
+    const std::int64_t days = seconds / Day - (rest < 0 ? 1 : 0);
+    const auto second = static_cast<unsigned>(rest < 0 ? rest + Day : rest);
     const CivilDay civil = civilDay(days);
     std::string text;
     text.reserve(32);
