@@ -73,6 +73,7 @@ std::string errorText(const char* doing, int code) {
 /// Copies a block of the endless loop, beginning at `start`, into a frame.
 void fill(AVFrame& frame, const Pcm& pcm, std::int64_t start) {
     const auto length = static_cast<std::int64_t>(pcm.frames());
+    if (length == 0) return;
     for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
         auto* target =
             reinterpret_cast<float*>(frame.data[channel]); // planar floats are what the encoder takes

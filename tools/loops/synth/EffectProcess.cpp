@@ -158,9 +158,8 @@ void apply(StereoBuffer& loop, const Tremolo& tremolo, const EffectContext&) {
 }
 
 void apply(StereoBuffer& loop, const Echo& echo, const EffectContext& context) {
-    const auto frames = std::max<std::size_t>(
-        1,
-        static_cast<std::size_t>(echo.steps * static_cast<double>(loop.frames()) / context.sixteenths + 0.5));
+    const double wanted = echo.steps * static_cast<double>(loop.frames()) / context.sixteenths;
+    const auto frames = static_cast<std::size_t>(std::max(1LL, std::llround(wanted)));
     std::vector<StereoFrame> line(frames);
     std::array<Smoother, 2> tone{Smoother(echo.tone, context.rate), Smoother(echo.tone, context.rate)};
     std::size_t at = 0;

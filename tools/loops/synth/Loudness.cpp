@@ -104,6 +104,7 @@ double loudnessWhileSounding(const StereoBuffer& loop, double rate) {
 
 void limitPeaks(StereoBuffer& loop, double ceiling, double rate) {
     const std::size_t length = loop.frames();
+    if (length == 0) return;
     const auto ahead = static_cast<std::size_t>(0.0015 * rate);
     // The gain that each frame needs, then the least of it within `ahead` on either side, ...
     std::vector<double> needed(length);

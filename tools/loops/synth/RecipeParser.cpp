@@ -80,7 +80,7 @@ class Reader {
         };
         if (keyword == "tempo") {
             std::string fault = number(arguments, 40, 240, value);
-            recipe_.tempoThousandths = static_cast<std::int64_t>(value * 1000.0 + 0.5);
+            recipe_.tempoThousandths = std::llround(value * 1000.0);
             return fault;
         }
         if (keyword == "bars") {
