@@ -66,6 +66,7 @@ void fuzzOne(std::string_view input) {
         names += node->getFileName().size() + node->getFileExtension().size() + node->getParentPath().size();
         if (names % 5 == 0) tree.filelist[0]->setSubpath(node->subpath());
     }
+    const FileList listed = tree.filelist; // with the nodes that were never attached to the root
     (void)tree.xml();
     bool listable = true;
     for (const auto& node : tree.filelist) listable = listable && node->_indent() >= 0;
@@ -79,7 +80,6 @@ void fuzzOne(std::string_view input) {
         tree.makeExpandedPath(uid);
         break;
     }
-    const FileList listed = tree.filelist;
     test::takeApart(tree);
     for (const auto& node : listed) test::takeApart(node);
 }
