@@ -9,6 +9,7 @@ set(suppressions "${PROJECT_SOURCE_DIR}/tests/suppressions")
 set(TONEWRIGHT_SANITIZER_ENVIRONMENT "")
 
 if(TONEWRIGHT_SANITIZER STREQUAL "asan")
+    add_compile_definitions(TONEWRIGHT_ASAN=1)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
     set(TONEWRIGHT_SANITIZER_ENVIRONMENT
@@ -16,6 +17,7 @@ if(TONEWRIGHT_SANITIZER STREQUAL "asan")
         "LSAN_OPTIONS=suppressions=${suppressions}/leaks.supp:print_suppressions=0"
         "UBSAN_OPTIONS=print_stacktrace=1:suppressions=${suppressions}/undefined.supp")
 elseif(TONEWRIGHT_SANITIZER STREQUAL "tsan")
+    add_compile_definitions(TONEWRIGHT_TSAN=1)
     # Fences are not understood by the detector; none of our code uses one, libstdc++ warns about its own.
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -Wno-tsan)
     add_link_options(-fsanitize=thread)

@@ -6,6 +6,7 @@
 #include "platform/audio/devices/PipeWireDevice.hpp"
 #include "platform/audio/devices/RtAudioDevice.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/termination.hpp"
 
 #include <cstdlib>
 #include <mutex>
@@ -50,7 +51,11 @@ Error outputIsInUse() {
 std::shared_ptr<OutputDevice> sharedOutputDevice() {
     SharedOutput& output = sharedOutput();
     const std::scoped_lock lock(output.mutex);
-    if (!output.device) output.device = makeAutomaticDevice();
+    if (!output.device) {
+        output.device = makeAutomaticDevice();
+        // A program that ends while it plays would take an effect's code from under the audio thread.
+        atTermination([device = output.device] { device->stop(); });
+    }
     return output.device;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
+#include "platform/foundation/termination.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
@@ -119,6 +120,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     controller->viewDidDisappear(false);
     delegate.applicationDidEnterBackground(application);
     delegate.applicationWillTerminate(application);
+    prepareForTermination();
     return 0;
 }
 

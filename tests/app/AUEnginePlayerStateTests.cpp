@@ -85,7 +85,7 @@ TEST_F(StateTest, WorksWithoutADelegateAndIsReleasedQuietlyWhilePlaying) {
 }
 
 TEST_F(StateTest, RefusedSessionIsFatal) {
-    GTEST_FLAG_SET(death_test_style, "fast");
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the session starts threads in the child
     auto& session = platform::AVAudioSession::sharedInstance();
     const auto refuse = [] { return platform::Error("Test", 7, "No."); };
     EXPECT_DEATH(

@@ -13,6 +13,7 @@
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/InProcessEffect.hpp"
 
+#include <chrono>
 #include <gtest/gtest.h>
 
 namespace tonewright::test {
@@ -68,12 +69,14 @@ class ManagerTest : public testing::Test {
         registry().setProvider(provider);
         CapturedOutput output;
         manager = AUExtensionManager::create(delegate);
-        EXPECT_TRUE(platform::RunLoop::current().runUntil(
-            [&] {
-                const auto lines = output.lines();
-                return !lines.empty() && lines.back().starts_with(last);
-            },
-            20));
+        // A line from another thread wakes nobody, so the loop turns in short steps.
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        const auto isLast = [&] {
+            const auto lines = output.lines();
+            return !lines.empty() && lines.back().starts_with(last);
+        };
+        while (!isLast() && std::chrono::steady_clock::now() < end) platform::RunLoop::current().runFor(0.01);
+        EXPECT_TRUE(isLast());
         platform::RunLoop::current().runFor(0.05); // nothing may follow
         return output.lines();
     }

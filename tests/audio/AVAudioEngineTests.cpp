@@ -323,6 +323,6 @@ TEST(AVAudioEngineDeathTest, TheDetectorSeesAnAllocationOnTheAudioThread) {
     };
     offline.insert(unit);
     offline.start();
-    EXPECT_DEATH(static_cast<void>(offline.render(256)), "RealtimeSanitizer");
+    EXPECT_DEATH(static_cast<void>(offline.render(256)), "RealtimeSanitizer|Real-time violation");
 }
 #endif

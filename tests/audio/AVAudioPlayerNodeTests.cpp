@@ -100,8 +100,8 @@ TEST(AVAudioPlayerNode, PauseKeepsThePlaceAndCallsNothing) {
     TemporaryFolder folder;
     const Sound pass = countingSound(2, 50000);
     const auto file = makeFile(folder.path("pass.wav"), pass, 44100);
-    OfflineEngine offline;
     std::atomic<int> called{0};
+    OfflineEngine offline;
     offline.player->scheduleFile(file, std::nullopt, [&] { ++called; });
     offline.start();
     Sound heard = offline.render(1000);

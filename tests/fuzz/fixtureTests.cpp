@@ -22,7 +22,7 @@ TEST(Fuzz, KeptAndRandomInputs) {
     std::mt19937 random(3);
     for (int i = 0; i < 3000; ++i) {
         std::string input(random() % 200, '\0');
-        for (char& c : input) c = "/ab.%\0\x01\xff'<:?#@0129"[random() % 20];
+        for (char& c : input) c = "/ab.%\0\x01\xff'<:?#@0129"[random() % 19];
         if (i % 2 == 0)
             for (char& c : input)
                 if (random() % 3 == 0) c = static_cast<char>(random());

@@ -120,7 +120,7 @@ bool becomesEmpty(const std::string& folder) {
     return std::filesystem::is_empty(folder);
 }
 
-#if defined(__SANITIZE_THREAD__) // under which it would take half a minute
+#if defined(TONEWRIGHT_TSAN) // under which it would take half a minute
 constexpr std::size_t Gigabyte = 100'000'000;
 #else
 constexpr std::size_t Gigabyte = 1'000'000'000;
@@ -179,7 +179,7 @@ TEST(URLSession, AGigabyteTakesNoMemory) {
     ::getrusage(RUSAGE_SELF, &after);
     EXPECT_EQ(large.size, Gigabyte);
     EXPECT_TRUE(large.isRight);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // these keep what was freed
+#if !defined(TONEWRIGHT_ASAN) && !defined(TONEWRIGHT_TSAN) // these keep what was freed
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 50'000) << "kilobytes, the server's included";
 #endif
     EXPECT_TRUE(becomesEmpty(scratch.path()));

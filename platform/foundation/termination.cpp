@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/foundation/termination.hpp"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace platform {
+namespace {
+
+struct Handlers {
+    std::mutex mutex; // guards the list; not held while a handler runs
+    std::vector<std::function<void()>> list;
+};
+
+Handlers& handlers() {
+    static Handlers all;
+    return all;
+}
+
+} // namespace
+
+void atTermination(std::function<void()> handler) {
+    const std::scoped_lock lock(handlers().mutex);
+    handlers().list.push_back(std::move(handler));
+}
+
+void prepareForTermination() {
+    std::vector<std::function<void()>> list;
+    {
+        const std::scoped_lock lock(handlers().mutex);
+        list.swap(handlers().list);
+    }
+    for (auto handler = list.rbegin(); handler != list.rend(); ++handler) (*handler)();
+}
+
+} // namespace platform
