@@ -61,6 +61,10 @@ bool draw(EnumEasing type, const std::string& directory) {
     const std::string name(easingName(type));
     std::ofstream file(directory + "/" + name + ".svg");
     file
+        << "<!-- SPDX-"
+           "FileCopyrightText: 2026 The Tonewright Authors -->\n"
+        << "<!-- SPDX-"
+           "License-Identifier: GPL-3.0-or-later -->\n"
         << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"200\" height=\"200\" viewBox=\"0 0 200 200\">\n"
         << "<title>" << name << "</title>\n<rect width=\"200\" height=\"200\" fill=\"#ffffff\"/>\n"
         << line(0, lowest, highest) << line(1, lowest, highest) << "<path d=\""
