@@ -103,6 +103,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const c
         if (!panel->window) {
             return nullptr;
         }
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands an X window's number over as a pointer
         *widget = reinterpret_cast<LV2UI_Widget>(panel->window->window());
         const auto* const resize = static_cast<const LV2UI_Resize*>(feature(LV2_UI__resize));
         if (resize != nullptr && resize->ui_resize != nullptr) {

@@ -300,7 +300,12 @@ TEST(Panel, RestsWhileItCannotBeSeen) {
     stage.host.idleFor(0.5);
     const double hidden = measure(2.);
     EXPECT_EQ(stage.requests(), 0) << "it must not ask for what nobody sees";
-    EXPECT_LT(hidden, 0.005) << "share of a core, visible: " << visible;
+#if defined(TONEWRIGHT_ASAN) || defined(TONEWRIGHT_TSAN)
+    constexpr double Rest = 0.02; // a detector makes the test's own part dearer
+#else
+    constexpr double Rest = 0.005;
+#endif
+    EXPECT_LT(hidden, Rest) << "share of a core, visible: " << visible;
     EXPECT_LT(hidden, 0.5 * visible);
     XMapWindow(stage.host.display(), stage.host.parent());
     stage.settle();

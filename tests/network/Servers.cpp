@@ -30,10 +30,10 @@ void sendPiece(SoupServerMessage* message, Body* body) {
         return;
     }
     const std::size_t size = std::min(Piece, body->length - body->sent);
-    auto* bytes = static_cast<char*>(g_malloc(size));
+    std::string bytes(size, '\0');
     for (std::size_t i = 0; i < size; ++i) bytes[i] = HTTPServer::byteAt(body->sent + i);
     body->sent += size;
-    soup_message_body_append(content, SOUP_MEMORY_TAKE, bytes, size);
+    soup_message_body_append(content, SOUP_MEMORY_COPY, bytes.data(), size);
 }
 
 // Sends the next piece, after the pause if there is one.
