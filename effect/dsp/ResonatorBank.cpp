@@ -73,6 +73,7 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
         const std::size_t count = setting.chord.size();
         // Fewer notes than strings: the others double them an octave higher.
         const float octave = voice < count ? 0.F : 12.F;
+        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): a chord that holds nothing was turned away above
         return static_cast<float>(setting.chord[voice % count]) + octave + VoiceDetune[voice];
     }
     const auto& detune = setting.voicing == Voicing::Unison ? UnisonDetune : VoiceDetune;

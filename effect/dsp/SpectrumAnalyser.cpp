@@ -81,7 +81,8 @@ void SpectrumAnalyser::analyse(Spectrum& bands) noexcept {
     transform();
     const float binsPerHertz = static_cast<float>(size) / sampleRate_;
     const float scale = 4.F / static_cast<float>(size); // Hann window: half the amplitude is lost
-    const float lastBin = static_cast<float>(size / 2 - 1);
+    const auto lastIndex = size / 2 - 1;
+    const auto lastBin = static_cast<float>(lastIndex);
     const auto power = [this](float bin) {
         const auto lower = static_cast<std::size_t>(bin);
         const float part = bin - static_cast<float>(lower);

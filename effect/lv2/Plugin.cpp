@@ -24,7 +24,7 @@ struct StoredNotes {
 
 // Notes as bytes (0xFF for none) and the wheel in 16 bits.
 std::uint64_t packed(const PerformanceSnapshot& snapshot) noexcept {
-    auto word = static_cast<std::uint64_t>(snapshot.modWheel * 65535.F + 0.5F) << 32U;
+    auto word = static_cast<std::uint64_t>(std::lround(snapshot.modWheel * 65535.F)) << 32U;
     for (std::size_t i = 0; i < snapshot.notes.size(); ++i) {
         word |= static_cast<std::uint64_t>(static_cast<std::uint8_t>(snapshot.notes[i])) << (8 * i);
     }
