@@ -9,6 +9,7 @@
 #include <lv2/midi/midi.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace tonewright::effect {

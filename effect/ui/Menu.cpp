@@ -18,7 +18,8 @@ void Menu::open(const Rect& owner, const Rect& window, double unit, std::vector<
     const double available = window.height - 4. * pad;
     rows_ = std::min(items_.size(),
                      std::max<std::size_t>(1, static_cast<std::size_t>((available - 2. * pad) / rowHeight_)));
-    const auto columns = static_cast<double>((items_.size() + rows_ - 1) / rows_);
+    const std::size_t columnCount = (items_.size() + rows_ - 1) / rows_;
+    const auto columns = static_cast<double>(columnCount);
     const double width = std::min(std::max(owner.width, 110. * unit) * columns, window.width - 4. * pad);
     const double height = rowHeight_ * static_cast<double>(rows_) + 2. * pad;
     double y = owner.bottom() + 2. * unit;
@@ -32,9 +33,11 @@ void Menu::open(const Rect& owner, const Rect& window, double unit, std::vector<
 
 Rect Menu::itemArea(std::size_t item) const noexcept {
     const double pad = 4. * unit_;
-    const auto columns = static_cast<double>((items_.size() + rows_ - 1) / rows_);
+    const std::size_t columnCount = (items_.size() + rows_ - 1) / rows_;
+    const auto columns = static_cast<double>(columnCount);
     const double width = (area_.width - 2. * pad) / columns;
-    return {area_.x + pad + width * static_cast<double>(item / rows_),
+    const std::size_t column = item / rows_;
+    return {area_.x + pad + width * static_cast<double>(column),
             area_.y + pad + rowHeight_ * static_cast<double>(item % rows_), width, rowHeight_};
 }
 

@@ -24,7 +24,7 @@ Timer::Timer(TimerQueue& queue, double intervalNanoseconds, bool repeats, Block 
 std::shared_ptr<Timer> Timer::scheduledTimerWithTimeInterval(double interval, bool repeats, Block block) {
     TimerQueue& queue = TimerQueue::current();
     const double seconds = interval > 0 ? interval : ShortestInterval; // also for a NaN
-    const std::shared_ptr<Timer> timer(new Timer(queue, seconds * 1e9, repeats, std::move(block)));
+    std::shared_ptr<Timer> timer(new Timer(queue, seconds * 1e9, repeats, std::move(block)));
     queue.add(timer);
     return timer;
 }

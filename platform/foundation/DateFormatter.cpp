@@ -90,7 +90,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     const auto second = static_cast<unsigned>(local - day * Day);
     const CivilDay civil = civilDay(day);
 
-    std::memcpy(text, &"JanFebMarAprMayJunJulAugSepOctNovDec"[(civil.month - 1) * 3], 3);
+    std::memcpy(text, &"JanFebMarAprMayJunJulAugSepOctNovDec"[(civil.month - std::size_t{1}) * 3], 3);
     text[3] = ' ';
     text += 4;
     if (civil.day >= 10) *text++ = static_cast<char>('0' + civil.day / 10);
@@ -103,7 +103,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     } else {
         text = std::to_chars(text, text + 20, civil.year).ptr;
     }
-    std::memcpy(text, " at ", 4);
+    std::memcpy(text, " at ", 4); // NOLINT(bugprone-not-null-terminated-result): the text goes on
     text += 4;
     const unsigned hour = second / 3600;
     const unsigned twelve = hour % 12 == 0 ? 12 : hour % 12;
@@ -113,6 +113,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     text = writeTwo(text, second / 60 % 60);
     *text++ = ':';
     text = writeTwo(text, second % 60);
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the end is what is returned
     std::memcpy(text, hour < 12 ? " AM" : " PM", 3);
     return text + 3;
 }

@@ -107,7 +107,7 @@ class NodeGraph::Compilation {
     std::vector<PlaneSet> inputsOf(const AVAudioNode& node, std::uint32_t channels) {
         std::vector<PlaneSet> inputs;
         for (const Link& link : _graph._links) {
-            if (link.to != &node || channels == 0) continue;
+            if (link.to != &node || link.from == nullptr || channels == 0) continue;
             if (const auto* player = dynamic_cast<const AVAudioPlayerNode*>(link.from)) {
                 player->stream()->setOutput(_plan.format().sampleRate, _offline);
                 inputs.push_back(
