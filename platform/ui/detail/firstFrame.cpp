@@ -13,23 +13,33 @@
 namespace platform {
 namespace {
 
-using Task = std::function<void()>;
+using Task = std::shared_ptr<const std::function<void()>>;
 
-void onAfterPaint(GdkFrameClock* clock, gpointer data) {
-    const std::unique_ptr<Task> task(static_cast<Task*>(data));
-    g_signal_handlers_disconnect_by_data(clock, data);
+// Connects `handler` with a hold on the task, which goes with the connection: a window may close before it is
+// drawn.
+void connect(gpointer object, const char* signal, GCallback handler, const Task& task) {
+    const auto release = [](gpointer held, GClosure*) { delete static_cast<Task*>(held); };
+    g_signal_connect_data(object, signal, handler, std::make_unique<Task>(task).release(), release,
+                          static_cast<GConnectFlags>(0));
+}
+
+void onAfterPaint(GdkFrameClock* clock, gpointer held) {
+    const Task task = *static_cast<Task*>(held);
+    g_signal_handlers_disconnect_by_data(clock, held);
     (*task)();
 }
 
-void onRealise(GtkWidget* window, gpointer data) {
-    g_signal_handlers_disconnect_by_data(window, data);
-    g_signal_connect(gtk_widget_get_frame_clock(window), "after-paint", G_CALLBACK(onAfterPaint), data);
+void onRealise(GtkWidget* window, gpointer held) {
+    const Task task = *static_cast<Task*>(held);
+    g_signal_handlers_disconnect_by_data(window, held);
+    connect(gtk_widget_get_frame_clock(window), "after-paint", G_CALLBACK(onAfterPaint), task);
 }
 
 } // namespace
 
 void afterFirstFrame(GtkWidget* window, std::function<void()> task) {
-    g_signal_connect(window, "realize", G_CALLBACK(onRealise), new Task(std::move(task)));
+    connect(window, "realize", G_CALLBACK(onRealise),
+            std::make_shared<const std::function<void()>>(std::move(task)));
 }
 
 void traceFirstFrame() {
