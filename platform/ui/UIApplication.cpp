@@ -33,7 +33,7 @@ std::shared_ptr<UIWindow> loadMainScreen() {
     applyStyleSheet(MainInterface);
     const auto description = InterfaceDescription::load(MainInterface, Bundle::main());
     if (!description) std::exit(EXIT_FAILURE);
-    const auto window = description->window();
+    auto window = description->window();
     const auto controller = makeController(description->controllerClass(), NSCoder(description));
     if (!window || !controller)
         fatal("The main interface description needs a window and a view with a known controller class");

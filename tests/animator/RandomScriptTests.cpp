@@ -104,6 +104,7 @@ std::vector<std::string> runEngine(const Plan& plan) {
         Script<EngineWorld> script(plan, [&](std::string line) { lines.push_back(std::move(line)); });
         script.run();
     }).join();
+    EngineWorld::output = nullptr;
     return lines;
 }
 

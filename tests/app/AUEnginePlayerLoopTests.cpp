@@ -50,7 +50,7 @@ TEST_F(LoopTest, UnopenableFilesKeepTheFormerOnePlayingUnderTheNewName) {
         platform::URL::fileURLWithPath("/nonexistent/7.m4a", false),
         rawFile("empty.m4a", ""),
         rawFile("text.m4a", "this is not sound\n"),
-        rawFile("truncated.wav", "RIFF\x24\x00\x00\x00WAVEfmt "),
+        rawFile("truncated.wav", std::string("RIFF\x24") + std::string(3, '\0') + "WAVEfmt "),
         constantFile("no frames.wav", 0, 0),
     };
     for (const auto& url : bad) {

@@ -20,7 +20,6 @@ namespace tonewright::test {
 namespace {
 
 using Lines = std::vector<std::string>;
-using platform::AudioComponentDescription;
 using platform::fourCharCode;
 
 constexpr const char* Note =

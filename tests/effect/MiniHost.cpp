@@ -154,6 +154,7 @@ PanelHost::PanelHost(UridTable& urids, Options options)
     library_ = openLibrary("tonewright_ui.so");
     const auto entry = reinterpret_cast<LV2UI_DescriptorFunction>(dlsym(library_, "lv2ui_descriptor"));
     descriptor_ = entry(0);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands an X window's number over as a pointer
     const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent_)};
     LV2UI_Resize resize{this, [](LV2UI_Feature_Handle self, int width, int height) {
                             auto& host = *static_cast<PanelHost*>(self);

@@ -336,7 +336,7 @@ TEST_F(Description, StatesTheComponentCodesInTheManifest) {
         const std::string uri = std::string{ComponentVocabulary} + property;
         LilvNode* const predicate = lilv_new_uri(world, uri.c_str());
         LilvNode* const value = lilv_world_get(world, subject, predicate, nullptr);
-        const std::string text = value == nullptr ? "" : lilv_node_as_string(value);
+        std::string text = value == nullptr ? "" : lilv_node_as_string(value);
         lilv_node_free(value);
         lilv_node_free(predicate);
         return text;

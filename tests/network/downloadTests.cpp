@@ -134,7 +134,9 @@ TEST(KilledDownload, LeavesTheOldFileOrNoneOrTheWholeNew) {
     constexpr int Rounds = 10;
     constexpr int AtOnce = 20;
     constexpr std::size_t Size = 1'500'000;
-    const std::string program = std::string(std::getenv("TONEWRIGHT_BUILD_DIR")) + "/bin/tonewright-files";
+    const char* const build = std::getenv("TONEWRIGHT_BUILD_DIR");
+    ASSERT_NE(build, nullptr);
+    const std::string program = std::string(build) + "/bin/tonewright-files";
     ASSERT_TRUE(std::filesystem::exists(program));
     std::string whole(Size, ' ');
     for (std::size_t i = 0; i < Size; ++i) whole[i] = HTTPServer::byteAt(i);

@@ -21,7 +21,7 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
         return nullptr;
     }
     (void)containerWidgetType(); // the description names it
-    const auto description = std::make_shared<InterfaceDescription>();
+    auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;
     description->_builder = GObjectRef<GtkBuilder>::adopt(gtk_builder_new());
     gtk_builder_set_scope(description->_builder.get(), makeActionScope(description).get());
