@@ -15,6 +15,7 @@ class Recording:
 
     def __init__(self, path: pathlib.Path, rate: int = 48000, channels: int = 2):
         self.path, self.channels = path, channels
+        path.unlink(missing_ok=True)  # what an earlier recording left there is no sign that this one runs
         self._process = subprocess.Popen(
             ["pw-record", "--format", "f32", "--rate", str(rate), "--channels", str(channels),
              "--latency", f"1024/{rate}", "-P", "{ stream.capture.sink=true node.name=e2e-recording }",

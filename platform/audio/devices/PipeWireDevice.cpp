@@ -15,9 +15,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <mutex>
-#include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
-#include <spa/utils/result.h>
 #include <string>
 
 namespace platform {

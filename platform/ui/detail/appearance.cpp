@@ -10,6 +10,7 @@
 #include <gtk/gtk.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -96,12 +97,23 @@ void followColorScheme() {
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, nullptr);
 }
 
+// A vector image would bring its renderer into the process (7 MB) for the sake of one small picture.
 void showIcon(GtkWindow* window, const char* name) {
-    // Icons lie beside the resources: share/icons and share/tonewright.
-    if (const auto resources = Bundle::main().resourceURL())
-        gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
-                                       (resources->path() + "/../icons").c_str());
-    gtk_window_set_icon_name(window, name);
+    const auto resources = Bundle::main().resourceURL();
+    GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window));
+    if (!resources || !GDK_IS_TOPLEVEL(surface)) return;
+    std::vector<GObjectRef<GdkTexture>> textures;
+    GList* list = nullptr;
+    for (const char* size : {"48x48", "128x128"}) {
+        // Icons lie beside the resources: share/icons and share/tonewright.
+        const std::string path = resources->path() + "/../icons/hicolor/" + size + "/apps/" + name + ".png";
+        GdkTexture* texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
+        if (texture == nullptr) continue; // the desktop shows one of its own
+        textures.push_back(GObjectRef<GdkTexture>::adopt(texture));
+        list = g_list_append(list, texture);
+    }
+    gdk_toplevel_set_icon_list(GDK_TOPLEVEL(surface), list);
+    g_list_free(list);
 }
 
 } // namespace platform

@@ -16,7 +16,7 @@ void applyStyleSheet(const char* name);
 /// changes. It is asked for without waiting; where there is no portal the toolkit's own setting holds.
 void followColorScheme();
 
-/// Give `window` the icon `name`, which is looked for beside the resources too.
+/// Give `window`, which is realised, the icon `name`: its PNG files beside the resources.
 void showIcon(GtkWindow* window, const char* name);
 
 } // namespace platform
