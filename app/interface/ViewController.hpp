@@ -11,6 +11,7 @@
 #include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
 #include "app/Audio Engine/AUExtensionManagerDelegate.hpp"
 #include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIDocumentPickerViewController.hpp"
 #include "platform/ui/UIViewController.hpp"
 
 #include <cstdint>
@@ -18,6 +19,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 class AVAudioUnit;
@@ -29,7 +31,8 @@ class AUExtensionManager;
 
 class ViewController : public platform::UIViewController,
                        public AUExtensionManagerDelegate,
-                       public AUEnginePlayerDelegate {
+                       public AUEnginePlayerDelegate,
+                       public platform::UIDocumentPickerDelegate {
   public:
     explicit ViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
     /// Make the screen that `coder` describes; absent when nothing can be made from it.
@@ -54,6 +57,17 @@ class ViewController : public platform::UIViewController,
     void onPlayerStateChanged(bool playing) override;
     void onFileSelect(const std::string& file) override;
     void onLoop(std::int64_t count) override;
+
+    /// Have the user choose a folder. What is chosen is written to the log and nothing else.
+    virtual void openFilePicker();
+    void documentPicker(platform::UIDocumentPickerViewController& controller,
+                        const platform::URL& didPickDocumentAt) override;
+    /// Say what was chosen; an empty list is fatal.
+    void documentPicker(platform::UIDocumentPickerViewController& controller,
+                        const std::vector<platform::URL>& didPickDocumentsAt) override;
+    void documentPickerWasCancelled(platform::UIDocumentPickerViewController& controller) override;
+    /// Show an alert with the buttons OK and Cancel and return; the choice is written to the log.
+    virtual void alertMessage(const std::string& title, const std::string& message);
 
     /// Lay the panel out as a square that covers the screen.
     virtual void centerPluginView();

@@ -14,6 +14,7 @@
 #include "platform/ui/detail/InterfaceDescription.hpp"
 #include "platform/ui/detail/appearance.hpp"
 #include "platform/ui/detail/commandLine.hpp"
+#include "platform/ui/detail/externalURL.hpp"
 #include "platform/ui/detail/firstFrame.hpp"
 #include "platform/ui/detail/toolkit.hpp"
 
@@ -73,6 +74,12 @@ class Activity {
 UIApplication& UIApplication::shared() {
     static UIApplication application;
     return application;
+}
+
+void UIApplication::openURL(const URL& url, const std::map<std::string, std::string>&,
+                            std::function<void(bool)> completionHandler) {
+    const URLOpener opener = _urlOpener ? _urlOpener : openOnDesktop; // a copy: it may be replaced meanwhile
+    opener(url, std::move(completionHandler));
 }
 
 void UIApplication::terminate() {

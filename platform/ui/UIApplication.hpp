@@ -4,6 +4,10 @@
 // The running application and the process's entry into it. Main thread only.
 #pragma once
 
+#include "platform/foundation/URL.hpp"
+
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +16,10 @@
 namespace platform {
 
 class UIApplicationDelegate;
+
+/// Opens a URL outside the program and calls `completion` (which may be empty) on the main queue with whether
+/// that began.
+using URLOpener = std::function<void(const URL& url, std::function<void(bool)> completion)>;
 
 class UIApplication {
   public:
@@ -23,6 +31,12 @@ class UIApplication {
     }
     void setDelegate(std::shared_ptr<UIApplicationDelegate> delegate) { _delegate = std::move(delegate); }
 
+    /// Open `url` in the desktop's own program for it, and return at once. No option is known.
+    void openURL(const URL& url, const std::map<std::string, std::string>& options,
+                 std::function<void(bool success)> completionHandler);
+    /// Let `opener` open URLs instead of the desktop; empty: the desktop again. For tests.
+    void setURLOpener(URLOpener opener) { _urlOpener = std::move(opener); }
+
     /// Let the loop end after the present turn.
     void terminate();
     [[nodiscard]] bool isTerminating() const noexcept { return _isTerminating; }
@@ -30,6 +44,7 @@ class UIApplication {
   private:
     UIApplication() = default;
     std::shared_ptr<UIApplicationDelegate> _delegate;
+    URLOpener _urlOpener; // empty: the desktop
     bool _isTerminating = false;
 };
 

@@ -10,6 +10,7 @@
 #include "platform/ui/UIResponder.hpp"
 #include "platform/ui/UIView.hpp"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -60,6 +61,12 @@ class UIViewController : public UIResponder {
     }
     [[nodiscard]] std::shared_ptr<UIViewController> parentViewController() const { return _parent.lock(); }
 
+    /// Show `controller` in front of this one and keep it while it is shown; a dialog comes as a window of
+    /// the desktop's own. `completion`, which may be empty, is called once when it is there, never inside the
+    /// call.
+    virtual void presentViewController(const std::shared_ptr<UIViewController>& controller, bool animated,
+                                       std::function<void()> completion);
+
     [[nodiscard]] std::shared_ptr<UIResponder> nextResponder() override;
     [[nodiscard]] bool canPerformAction(std::string_view selector,
                                         const std::shared_ptr<UIResponder>& withSender) override;
@@ -70,6 +77,9 @@ class UIViewController : public UIResponder {
   protected:
     /// Name the outlets and actions that the interface description may connect.
     virtual void offerConnections(InterfaceConnections& connections);
+
+    /// Come on the screen in front of `presenter`, as a controller of this kind does.
+    virtual void showOver(UIViewController& presenter, bool animated, std::function<void()> completion);
 
   private:
     friend class InterfaceDescription;

@@ -10,6 +10,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/ActionScope.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
+#include "platform/ui/detail/translated.hpp"
 
 namespace platform {
 
@@ -24,6 +25,7 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
     auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;
     description->_builder = GObjectRef<GtkBuilder>::adopt(gtk_builder_new());
+    gtk_builder_set_translation_domain(description->_builder.get(), TextDomain);
     gtk_builder_set_scope(description->_builder.get(), makeActionScope(description).get());
     GError* error = nullptr;
     if (gtk_builder_add_from_file(description->_builder.get(), file->path().c_str(), &error) == FALSE) {

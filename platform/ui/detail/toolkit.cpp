@@ -3,7 +3,9 @@
 
 #include "platform/ui/detail/toolkit.hpp"
 
+#include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/ui/detail/translated.hpp"
 
 #include <X11/Xlib.h>
 #include <clocale>
@@ -29,6 +31,9 @@ void startToolkit() {
     std::setlocale(LC_ALL, "");
     std::setlocale(LC_NUMERIC, "C");
     gtk_disable_setlocale();
+    // Translations lie beside the resources: share/locale and share/tonewright.
+    if (const auto resources = Bundle::main().resourceURL())
+        findTranslationsIn((resources->path() + "/../locale").c_str());
     if (gtk_init_check() != FALSE) return;
     const char* display = std::getenv("DISPLAY");
     warn(display == nullptr || *display == '\0'

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Whole files as text. Any thread; blocks while it reads.
+#pragma once
+
+#include "platform/foundation/Result.hpp"
+
+#include <string>
+
+namespace platform {
+
+/// Read the file at `path` as UTF-8 text, byte for byte. What is no regular file, cannot be read, or is not
+/// UTF-8 (RFC 3629: no surrogates, nothing overlong) gives an error; a pipe is not waited for.
+[[nodiscard]] Result<std::string> stringWithContentsOfFile(const std::string& path);
+
+} // namespace platform

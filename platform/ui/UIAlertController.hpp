@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// An alert: a title, a message and a row of buttons, in a dialog of the desktop's own before the presenter's
+// window. Escape and the dialog's close button do what its cancel button does. Main thread only.
+#pragma once
+
+#include "platform/ui/UIViewController.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+enum class UIAlertControllerStyle : std::int64_t { ActionSheet = 0, Alert = 1 };
+enum class UIAlertActionStyle : std::int64_t { Default = 0, Cancel = 1, Destructive = 2 };
+
+/// One button of an alert.
+class UIAlertAction final {
+  public:
+    using Handler = std::function<void(const UIAlertAction&)>;
+    /// Make an action whose `handler`, which may be empty, is called once the alert has left the screen.
+    [[nodiscard]] static std::shared_ptr<UIAlertAction>
+    actionWithTitle(std::string title, UIAlertActionStyle style, Handler handler);
+
+    [[nodiscard]] const std::string& title() const noexcept { return _title; }
+    [[nodiscard]] UIAlertActionStyle style() const noexcept { return _style; }
+    [[nodiscard]] const Handler& handler() const noexcept { return _handler; }
+
+  private:
+    UIAlertAction(std::string title, UIAlertActionStyle style, Handler handler);
+
+    std::string _title;
+    UIAlertActionStyle _style;
+    Handler _handler;
+};
+
+class UIAlertController final : public UIViewController {
+  public:
+    /// Make an alert without buttons. Both styles are shown as a dialog: this desktop has no other form.
+    [[nodiscard]] static std::shared_ptr<UIAlertController>
+    alertControllerWithTitle(std::string title, std::string message, UIAlertControllerStyle preferredStyle);
+
+    /// Add a button behind the others, before the alert is presented.
+    void addAction(std::shared_ptr<UIAlertAction> action) { _actions.push_back(std::move(action)); }
+    [[nodiscard]] const std::vector<std::shared_ptr<UIAlertAction>>& actions() const noexcept {
+        return _actions;
+    }
+
+  protected:
+    /// Show the dialog and return; it keeps this controller until it is answered.
+    void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
+
+  private:
+    UIAlertController(std::string title, std::string message);
+    [[nodiscard]] int cancelIndex() const;
+    void answer(int response) const;
+
+    std::string _title;
+    std::string _message;
+    std::vector<std::shared_ptr<UIAlertAction>> _actions;
+};
+
+} // namespace platform

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Choosing files or folders in the desktop's own chooser. Main thread only.
+#pragma once
+
+#include "platform/foundation/URL.hpp"
+#include "platform/ui/UIViewController.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+class UIDocumentPickerViewController;
+
+/// Hears what became of a choice: exactly one call for each time a picker is presented.
+class UIDocumentPickerDelegate {
+  public:
+    virtual ~UIDocumentPickerDelegate() = default;
+    /// Hear of one choice. Pickers answer with a list; this form is for whoever calls it.
+    virtual void documentPicker(UIDocumentPickerViewController& controller, const URL& didPickDocumentAt) = 0;
+    /// Hear of the choices: at least one, and only one unless the picker allows more. What was chosen may
+    /// have gone since.
+    virtual void documentPicker(UIDocumentPickerViewController& controller,
+                                const std::vector<URL>& didPickDocumentsAt) = 0;
+    /// Hear that the chooser was left, or closed with nothing chosen.
+    virtual void documentPickerWasCancelled(UIDocumentPickerViewController& controller) = 0;
+};
+
+/// What is done with what is chosen; here it always stays where it is.
+enum class UIDocumentPickerMode : std::uint64_t {
+    Import = 0,
+    Open = 1,
+    ExportToService = 2,
+    MoveToService = 3
+};
+
+class UIDocumentPickerViewController final : public UIViewController {
+  public:
+    /// Make a picker of folders, when `documentTypes` names "public.folder", otherwise of files.
+    UIDocumentPickerViewController(const std::vector<std::string>& documentTypes,
+                                   UIDocumentPickerMode inMode);
+    ~UIDocumentPickerViewController() override;
+
+    void setDelegate(const std::shared_ptr<UIDocumentPickerDelegate>& delegate) { _delegate = delegate; }
+    void setAllowsMultipleSelection(bool allows) noexcept { _allowsMultipleSelection = allows; }
+    [[nodiscard]] bool allowsMultipleSelection() const noexcept { return _allowsMultipleSelection; }
+
+  protected:
+    /// Show the chooser and return; it keeps this controller until it is answered.
+    void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
+
+  private:
+    struct Chooser;
+    void answer(const std::vector<URL>& chosen);
+
+    bool _picksFolders;
+    bool _allowsMultipleSelection = false;
+    std::weak_ptr<UIDocumentPickerDelegate> _delegate;
+    std::unique_ptr<Chooser> _chooser; // while it is shown
+};
+
+} // namespace platform

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the dialogs share. Main thread only.
+#pragma once
+
+#include "platform/ui/UIViewController.hpp"
+
+#include <functional>
+#include <gtk/gtk.h>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Give the window on which `presenter` is shown; null when it is on none.
+[[nodiscard]] GtkWindow* windowOf(UIViewController& presenter);
+
+/// Give `text` as the toolkit takes it: valid UTF-8 without NUL, the rest replaced by U+FFFD.
+[[nodiscard]] std::string showableText(std::string_view text);
+
+/// Call `completion`, unless it is empty, in a later turn of the loop.
+void callLater(std::function<void()> completion);
+
+} // namespace platform

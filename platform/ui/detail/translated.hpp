@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The program's texts in the user's language. The template for translators, po/tonewright.pot, is made of the
+// texts that are handed to `translated` and of those marked in interface descriptions. Any thread.
+#pragma once
+
+#include <glib/gi18n.h>
+
+namespace platform {
+
+/// The name under which translations are found: share/locale/LANGUAGE/LC_MESSAGES/tonewright.mo.
+inline constexpr const char* TextDomain = "tonewright";
+
+/// Give `text` in the user's language; itself when there is no translation.
+[[nodiscard]] inline const char* translated(const char* text) {
+    return g_dgettext(TextDomain, text);
+}
+
+/// Look for translations in `directory`.
+inline void findTranslationsIn(const char* directory) {
+    bindtextdomain(TextDomain, directory);
+    bind_textdomain_codeset(TextDomain, "UTF-8");
+}
+
+} // namespace platform
