@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <bit>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -20,11 +21,13 @@ using bench::nanoseconds;
 constexpr std::int64_t Frames = 1000;
 constexpr int Rounds = 400;
 
-// Gives the nanoseconds per call of one run over all frames.
+// Gives the nanoseconds per call of one run over all frames. A function of its own with the call in its
+// hands, so that every subject is called from a loop that holds what it needs in registers.
 template <class Call>
-double perCall(const Call& call) {
-    return nanoseconds([&] {
-               for (std::int64_t t = 0; t < Frames; ++t) bench::keep(call(t));
+[[gnu::noinline]] double perCall(Call call) {
+    return nanoseconds([call] {
+               const Call own = call;
+               for (std::int64_t t = 0; t < Frames; ++t) bench::keep(own(t));
            }) /
            static_cast<double>(Frames);
 }
@@ -34,54 +37,75 @@ QEasingCurve::Type qtType(int raw) {
     return static_cast<QEasingCurve::Type>(raw);
 }
 
+struct Curve {
+    Animator::Action selected;
+    bench::Plain bare;
+    QEasingCurve qt;
+    std::vector<double> ours, bares, qts, toBare, toQt;
+};
+
+bool sameBits(Animator& animator, const Curve& curve) {
+    for (const std::int64_t d : {7, 60, 1000})
+        for (std::int64_t t = 0; t <= d; ++t)
+            for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {-3.5F, 100.0F}})
+                if (std::bit_cast<std::uint32_t>(curve.selected(animator, t, b, c, d)) !=
+                    std::bit_cast<std::uint32_t>(curve.bare(t, b, c, d)))
+                    return false;
+    return true;
+}
+
 } // namespace
 
 int main() {
     bench::Report report;
+    Animator animator;
+    std::vector<Curve> curves;
+    for (int raw = 0; raw < bench::PlainCount; ++raw) {
+        animator.setType(static_cast<EnumEasing>(raw));
+        curves.push_back({AnimatorInspection::action(animator),
+                          bench::PlainFormulas[raw],
+                          QEasingCurve(qtType(raw)),
+                          {},
+                          {},
+                          {},
+                          {},
+                          {}});
+    }
+    // Taken in turns, so that all see the same machine: its clock changes between the rounds by a half and
+    // hardly within one. A ratio is formed in each round, and the middle one counts.
+    for (int round = 0; round < Rounds; ++round)
+        for (Curve& curve : curves) {
+            curve.ours.push_back(perCall([action = curve.selected, actor = &animator](std::int64_t t) {
+                return action(*actor, t, 1, 100, Frames);
+            }));
+            curve.bares.push_back(
+                perCall([formula = curve.bare](std::int64_t t) { return formula(t, 1, 100, Frames); }));
+            curve.qts.push_back(perCall([held = &curve.qt](std::int64_t t) {
+                return static_cast<float>(
+                    1 + 100 * held->valueForProgress(static_cast<double>(t) / static_cast<double>(Frames)));
+            }));
+            curve.toBare.push_back(curve.ours.back() / curve.bares.back());
+            curve.toQt.push_back(curve.ours.back() / curve.qts.back());
+        }
     std::printf("%-20s %10s %10s %10s %12s %10s\n", "ns per call", "selected", "bare", "Qt", "selected/bare",
                 "same bits");
     double worst = 0;
     double slowestAgainstQt = 0;
     int different = 0;
-    Animator animator;
-    for (int raw = 0; raw < bench::PlainCount; ++raw) {
-        const auto type = static_cast<EnumEasing>(raw);
-        animator.setType(type);
-        const Animator::Action selected = AnimatorInspection::action(animator);
-        const bench::Plain plain = bench::PlainFormulas[raw];
-        bool same = true;
-        for (const std::int64_t d : {7, 60, 1000})
-            for (std::int64_t t = 0; t <= d; ++t)
-                for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {-3.5F, 100.0F}})
-                    same = same && std::bit_cast<std::uint32_t>(selected(animator, t, b, c, d)) ==
-                                       std::bit_cast<std::uint32_t>(plain(t, b, c, d));
+    for (std::size_t raw = 0; raw < curves.size(); ++raw) {
+        const Curve& curve = curves[raw];
+        const std::string name(easingName(static_cast<EnumEasing>(raw)));
+        const bool same = sameBits(animator, curve);
+        const double toBare = bench::median(curve.toBare);
+        const double toQt = bench::median(curve.toQt);
+        std::printf("%-20s %10.2f %10.2f %10.2f %12.3f %10s\n", name.c_str(), bench::median(curve.ours),
+                    bench::median(curve.bares), bench::median(curve.qts), toBare, same ? "yes" : "NO");
+        worst = std::max(worst, toBare);
         different += same ? 0 : 1;
-        Animator::Action volatile selectedPointer = selected;
-        bench::Plain volatile plainPointer = plain;
-        const QEasingCurve curve(qtType(raw));
-        // The shortest of many runs, for what disturbs a run only makes it longer; taken in turns, so that
-        // all three see the same machine.
-        double ours = 1e300, bare = 1e300, qt = 1e300;
-        for (int round = 0; round < Rounds; ++round) {
-            const Animator::Action action = selectedPointer;
-            const bench::Plain formula = plainPointer;
-            ours =
-                std::min(ours, perCall([&](std::int64_t t) { return action(animator, t, 1, 100, Frames); }));
-            bare = std::min(bare, perCall([&](std::int64_t t) { return formula(t, 1, 100, Frames); }));
-            qt = std::min(qt, perCall([&](std::int64_t t) {
-                              return static_cast<float>(
-                                  1 + 100 * curve.valueForProgress(static_cast<double>(t) /
-                                                                   static_cast<double>(Frames)));
-                          }));
-        }
-        const std::string name(easingName(type));
-        std::printf("%-20s %10.2f %10.2f %10.2f %12.3f %10s\n", name.c_str(), ours, bare, qt, ours / bare,
-                    same ? "yes" : "NO");
-        worst = std::max(worst, ours / bare);
-        const int family = (raw - 1) / 4;
+        const std::size_t family = (raw - 1) / 4;
         if (raw > 0 && (family == 4 || family == 5 || family == 7)) {
-            report.ratio(name + "/qt", ours / qt);
-            slowestAgainstQt = std::max(slowestAgainstQt, ours / qt);
+            report.ratio(name + "/qt", toQt);
+            slowestAgainstQt = std::max(slowestAgainstQt, toQt);
         }
     }
     report.ratio("selected/bare_worst", worst);

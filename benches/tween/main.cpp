@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -44,39 +46,55 @@ Times measure(const Subject& subject, std::size_t count) {
     return times;
 }
 
+using Rounds = std::vector<Times>;
+
+double middle(const Rounds& rounds, double Times::*field) {
+    std::vector<double> values;
+    for (const Times& times : rounds) values.push_back(times.*field);
+    return median(values);
+}
+
+// Gives the middle of the rounds' own ratios: the subjects of one round met the same machine.
+double ratio(const Rounds& ours, const Rounds& theirs, double Times::*field) {
+    std::vector<double> values;
+    for (std::size_t i = 0; i < ours.size(); ++i) values.push_back((ours[i].*field) / (theirs[i].*field));
+    return median(values);
+}
+
 } // namespace
 
 int main() {
     Report report;
-    std::map<std::string, Times> at100k;
+    std::map<std::string, Rounds> at100k;
     std::printf("%-12s %10s %14s %14s %14s\n", "", "tweens", "tick (ns)", "add (ns)", "remove (ns)");
-    for (const std::size_t count : {std::size_t{1'000}, std::size_t{100'000}, std::size_t{1'000'000}})
+    for (const std::size_t count : {std::size_t{1'000}, std::size_t{100'000}, std::size_t{1'000'000}}) {
+        std::map<std::string, Rounds> rounds;
+        for (int round = 0; round < (count == 100'000 ? 7 : 3); ++round)
+            for (const Subject& subject : Subjects)
+                if (count <= subject.largest) rounds[subject.name].push_back(measure(subject, count));
         for (const Subject& subject : Subjects) {
             if (count > subject.largest) continue;
-            std::vector<double> add, tick, remove;
-            for (int round = 0; round < 3; ++round) {
-                const Times times = measure(subject, count);
-                add.push_back(times.add), tick.push_back(times.tick), remove.push_back(times.remove);
-            }
-            const Times times{median(add), median(tick), median(remove)};
-            std::printf("%-12s %10zu %14.2f %14.2f %14.2f\n", subject.name, count, times.tick, times.add,
-                        times.remove);
-            std::fflush(stdout);
+            const Rounds& own = rounds[subject.name];
+            const double tick = middle(own, &Times::tick);
+            const double add = middle(own, &Times::add);
+            const double remove = middle(own, &Times::remove);
+            std::printf("%-12s %10zu %14.2f %14.2f %14.2f\n", subject.name, count, tick, add, remove);
             const std::string size = count == 1'000 ? "1k" : count == 100'000 ? "100k" : "1m";
-            report.figure("tick" + size + "_" + subject.name + "_ns", times.tick);
-            if (count == 100'000) {
-                report.figure(std::string("add_") + subject.name + "_ns", times.add);
-                report.figure(std::string("remove_") + subject.name + "_ns", times.remove);
-                at100k[subject.name] = times;
-            }
+            report.figure("tick" + size + "_" + subject.name + "_ns", tick);
+            if (count != 100'000) continue;
+            report.figure(std::string("add_") + subject.name + "_ns", add);
+            report.figure(std::string("remove_") + subject.name + "_ns", remove);
         }
+        std::fflush(stdout);
+        if (count == 100'000) at100k = std::move(rounds);
+    }
     for (const char* peer : {"limit", "tweeny", "claw", "qt"}) {
-        const Times& ours = at100k["tonewright"];
-        const Times& theirs = at100k[peer];
-        report.ratio(std::string("tick100k/") + peer, ours.tick / theirs.tick);
+        const Rounds& ours = at100k["tonewright"];
+        const Rounds& theirs = at100k[peer];
+        report.ratio(std::string("tick100k/") + peer, ratio(ours, theirs, &Times::tick));
         if (std::string(peer) == "limit") continue; // it has no members to add and remove
-        report.ratio(std::string("add100k/") + peer, ours.add / theirs.add);
-        report.ratio(std::string("remove100k/") + peer, ours.remove / theirs.remove);
+        report.ratio(std::string("add100k/") + peer, ratio(ours, theirs, &Times::add));
+        report.ratio(std::string("remove100k/") + peer, ratio(ours, theirs, &Times::remove));
     }
     report.figure("finish100k_ms", finishMilliseconds(100'000));
     report.figure("bytes_per_animator", bytesPerAnimator(100'000));

@@ -4,8 +4,12 @@
 // The curves against an evaluation of their own in extended precision, written from the mathematics of the
 // families (one generic shape per family) and not from the code, and against known values.
 #include "shared/Common/Animator/Easing.hpp"
+#include "shared/Common/Animator/Sine.private.hpp"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
@@ -161,6 +165,23 @@ TEST(Easing, EveryCurveIsTheMathematicalOne) {
                                 static_cast<double>(tolerance))
                         << easingName(static_cast<EnumEasing>(raw)) << " at " << t << " of " << d;
                 }
+}
+
+// As near as a C library's single-precision functions come, at every four thousandth float from 0 to pi,
+// where the program computes them itself, and beyond, where it does not.
+TEST(Easing, SineAndCosineAreRoundedWell) {
+    const auto isNear = [](float got, Real want) {
+        const Real unit = std::scalbn(1.0L, std::max(std::ilogb(want) - 23, -149)); // of the last digit
+        return std::fabs(static_cast<Real>(got) - want) <= 0.561L * unit;
+    };
+    for (std::uint32_t bits = 0; bits <= std::bit_cast<std::uint32_t>(7.0F); bits += 4001) {
+        const float x = std::bit_cast<float>(bits);
+        ASSERT_TRUE(isNear(easing::sine(x), std::sin(static_cast<Real>(x)))) << x;
+        ASSERT_TRUE(isNear(easing::cosine(x), std::cos(static_cast<Real>(x)))) << x;
+        ASSERT_EQ(easing::sine(-x), -easing::sine(x)) << x;
+        ASSERT_EQ(easing::cosine(-x), easing::cosine(x)) << x;
+    }
+    EXPECT_TRUE(std::isnan(easing::sine(INFINITY)) && std::isnan(easing::cosine(std::nanf(""))));
 }
 
 TEST(Easing, KnownValues) {

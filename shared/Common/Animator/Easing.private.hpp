@@ -12,6 +12,7 @@
 
 #include "platform/foundation/checked.hpp"
 #include "shared/Common/Animator/Easing.hpp"
+#include "shared/Common/Animator/Sine.private.hpp"
 
 #include <cmath>
 #include <cstdint>
@@ -27,9 +28,11 @@ inline constexpr float Pi = std::numbers::pi_v<float>;
     return static_cast<float>(frame);
 }
 
-/// Give the integer of a frame that was formed as a float; one outside the 64-bit range is fatal.
-[[nodiscard]] inline Frame frameOf(float value) {
-    return platform::checkedInteger(static_cast<double>(value));
+/// Let a frame that was formed as a float pass as it comes back from its integer: unchanged, for it is a
+/// whole number; one outside the 64-bit range is fatal.
+[[nodiscard]] inline float wholeFrame(float value) {
+    if (!(std::fabs(value) < 0x1p63F)) (void)platform::checkedInteger(static_cast<double>(value));
+    return value;
 }
 
 inline float easeNone(Frame t, float b, float c, Frame d) {
@@ -90,16 +93,16 @@ inline float easeInOutQuad(Frame t, float b, float c, Frame d) {
 
 inline float easeInSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
-    return -c * std::cos(u * Pi / 2) + c + b;
+    return -c * cosine(u * Pi / 2) + c + b;
 }
 
 inline float easeOutSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
-    return c * std::sin(u * Pi / 2) + b;
+    return c * sine(u * Pi / 2) + b;
 }
 
 inline float easeInOutSine(Frame t, float b, float c, Frame d) {
-    return (-c / 2) * (std::cos(Pi * number(t) / number(d)) - 1) + b;
+    return (-c / 2) * (cosine(Pi * number(t) / number(d)) - 1) + b;
 }
 
 // Expo
@@ -200,9 +203,9 @@ inline float easeInOutBack(Frame t, float b, float c, Frame d) {
 
 // Bounce
 
-inline float easeOutBounce(Frame t, float b, float c, Frame d) {
+[[nodiscard]] inline float bounce(float t, float b, float c, float d) {
     constexpr float Factor = 7.5625F;
-    const float u = number(t) / number(d);
+    const float u = t / d;
     if (u < static_cast<float>(1 / 2.75)) return c * (Factor * u * u) + b;
     if (u < 2 / 2.75F) {
         const float v = u - 1.5F / 2.75F;
@@ -216,15 +219,23 @@ inline float easeOutBounce(Frame t, float b, float c, Frame d) {
     return c * (Factor * v * v + 0.984375F) + b;
 }
 
-// Frames are formed as floats and made integers again, so that frame counts beyond 2^24 lose their last
-// digits.
+inline float easeOutBounce(Frame t, float b, float c, Frame d) {
+    return bounce(number(t), b, c, number(d));
+}
+
+// Frames are formed as floats, so that frame counts beyond 2^24 lose their last digits.
+[[nodiscard]] inline float bounceIn(float t, float b, float c, float d) {
+    return c - bounce(wholeFrame(d - t), 0, c, wholeFrame(d)) + b;
+}
+
 inline float easeInBounce(Frame t, float b, float c, Frame d) {
-    return c - easeOutBounce(frameOf(number(d) - number(t)), 0, c, frameOf(number(d))) + b;
+    return bounceIn(number(t), b, c, number(d));
 }
 
 inline float easeInOutBounce(Frame t, float b, float c, Frame d) {
-    if (number(t) < number(d) / 2) return easeInBounce(frameOf(number(t) * 2), 0, c, d) * 0.5F + b;
-    return easeOutBounce(frameOf(number(t) * 2 - number(d)), 0, c, d) * 0.5F + c * 0.5F + b;
+    const float twice = number(t) * 2;
+    if (number(t) < number(d) / 2) return bounceIn(wholeFrame(twice), 0, c, number(d)) * 0.5F + b;
+    return bounce(wholeFrame(twice - number(d)), 0, c, number(d)) * 0.5F + c * 0.5F + b;
 }
 
 // OutIn
