@@ -148,7 +148,9 @@ RenderPlan* EngineCore::acquirePlan() noexcept {
 // Offline there is time to wait for what is to be rendered; the plan must not be held meanwhile.
 void EngineCore::provide(std::uint32_t frames) {
     std::vector<std::shared_ptr<PlayerStream>> players;
-    if (RenderPlan* plan = acquirePlan()) players = plan->players();
+    const auto isReady = [frames](const auto& player) { return player->isProvided(frames); };
+    if (const RenderPlan* plan = acquirePlan(); plan != nullptr && !std::ranges::all_of(plan->players(), isReady))
+        players = plan->players();
     releasePlan();
     for (const auto& player : players) player->provide(frames);
 }

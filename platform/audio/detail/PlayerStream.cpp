@@ -63,7 +63,7 @@ void PlayerStream::schedule(std::shared_ptr<AVAudioFile> file, std::int64_t sile
     _passes.push_back({std::move(file), silentFrames, std::move(completion)});
     _shared.passUnderWay = true;
     if (!_decoder.joinable()) _decoder = std::thread([this] { runDecoder(); });
-    wakeDecoder();
+    if (!_offline || !_playing) wakeDecoder(); // an offline render decodes for itself, on one core
     _scheduleChanged.notify_all();
 }
 
@@ -119,6 +119,7 @@ void PlayerStream::shutDown() {
 
 void PlayerStream::setOutput(double rate, bool offline) {
     const std::scoped_lock lock(_mutex);
+    _offline = offline;
     _shared.offline = offline;
     if (rate == _outputRate) return;
     _shared.gate.close();
@@ -232,12 +233,20 @@ std::uint32_t PlayerStream::ringFramesFor(std::uint32_t outputFrames) const {
     return static_cast<std::uint32_t>(std::min(needed, static_cast<double>(_shared.ring.capacity())));
 }
 
+bool PlayerStream::isProvided(std::uint32_t frames) {
+    const std::scoped_lock lock(_mutex);
+    if (!_playing || _ended) return true;
+    return _primed && _ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames);
+}
+
 void PlayerStream::provide(std::uint32_t frames) {
     std::unique_lock lock(_mutex);
-    const auto limit = Clock::now() + CompletionLimit;
-    while (_playing && !_ended && Clock::now() < limit) {
+    std::optional<Clock::time_point> limit;
+    while (_playing && !_ended) {
         if (_ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames)) break;
         if (decodeSome()) continue;
+        if (!limit) limit = Clock::now() + CompletionLimit;
+        if (Clock::now() >= *limit) break;
         if (_completionsUnderWay == 0) {
             if (Clock::now() - _lastCompletion > ScheduleLimit) _mayBeScheduled = false;
             if (!_mayBeScheduled) break;

@@ -53,6 +53,8 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     /// Offline only, on the thread that renders: decode here until `frames` frames of output are there; with
     /// the schedule empty, wait a while for what the last completion may still schedule.
     void provide(std::uint32_t frames);
+    /// Tell whether `provide` would have nothing to do. Offline only, on the thread that renders.
+    [[nodiscard]] bool isProvided(std::uint32_t frames);
 
     /// Write `frames` frames (at most MaximumFrames) into `channels` planes. If `linkChannels` is not 0 and
     /// narrower, the sound passes through that many channels. Audio thread.
@@ -109,6 +111,7 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     double _outputRate = 0;
     bool _primed = false; // the ring holds enough to begin with
     bool _playing = false;
+    bool _offline = false;
     bool _ended = false;
     int _completionsUnderWay = 0;
     std::chrono::steady_clock::time_point _lastCompletion; // returned at

@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 namespace platform {
@@ -17,13 +18,40 @@ namespace platform {
     return (std::bit_cast<std::uint32_t>(value) & 0x7f800000U) != 0x7f800000U;
 }
 
+/// Four samples' bits, which every processor takes at once.
+using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
+
+/// Read the four samples at `samples`; give all ones for those that are no numbers, and 0 for the others.
+[[nodiscard]] inline FourSamples findBadSamples(const float* samples, FourSamples& bits) noexcept {
+    std::memcpy(&bits, samples, sizeof bits);
+    return reinterpret_cast<FourSamples>((bits & 0x7f800000U) == 0x7f800000U);
+}
+
 /// Tell whether all of `count` samples are numbers.
 [[nodiscard]] inline bool allFinite(const float* samples, std::uint32_t count) noexcept {
-    std::uint32_t bad = 0;
-    for (std::uint32_t i = 0; i < count; ++i)
-        bad |= static_cast<std::uint32_t>((std::bit_cast<std::uint32_t>(samples[i]) & 0x7f800000U) ==
-                                          0x7f800000U);
-    return bad == 0;
+    FourSamples bits;
+    FourSamples bad{};
+    std::uint32_t i = 0;
+    for (; i + 16 <= count; i += 16) {
+        bad |= findBadSamples(samples + i, bits) | findBadSamples(samples + i + 4, bits);
+        bad |= findBadSamples(samples + i + 8, bits) | findBadSamples(samples + i + 12, bits);
+    }
+    std::uint32_t anyBad = bad[0] | bad[1] | bad[2] | bad[3];
+    for (; i < count; ++i) anyBad |= isFinite(samples[i]) ? 0U : 1U;
+    return anyBad == 0;
+}
+
+/// Copy `count` samples; zeros stand for what is no number.
+inline void copyFinite(const float* source, float* plane, std::uint32_t count) noexcept {
+    std::uint32_t i = 0;
+    for (; i + 16 <= count; i += 16)
+        for (std::uint32_t k = i; k < i + 16; k += 4) {
+            FourSamples bits;
+            const FourSamples bad = findBadSamples(source + k, bits);
+            bits &= ~bad;
+            std::memcpy(plane + k, &bits, sizeof bits);
+        }
+    for (; i < count; ++i) plane[i] = isFinite(source[i]) ? source[i] : 0.0F;
 }
 
 template <class Sample>
@@ -57,7 +85,10 @@ inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint
     for (std::uint32_t channel = 0; channel < channels; ++channel) {
         if (planar || channels == 1) {
             const auto* source = reinterpret_cast<const Sample*>(data[channel]) + first;
-            copyToPlane<1>(source, 1, planes[channel], count);
+            if constexpr (std::is_same_v<Sample, float>)
+                copyFinite(source, planes[channel], count);
+            else
+                copyToPlane<1>(source, 1, planes[channel], count);
         } else {
             const auto* source = reinterpret_cast<const Sample*>(data[0]) +
                                  static_cast<std::size_t>(first) * channels + channel;
