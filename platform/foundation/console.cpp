@@ -4,6 +4,7 @@
 #include "platform/foundation/console.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -18,13 +19,15 @@ namespace {
 
 int outputDescriptor = STDOUT_FILENO; // written once at entry, before any other thread runs
 
+std::atomic<int> lastError{0};
+
 std::mutex& lineMutex() {
     static auto* mutex = new std::mutex; // outlives every static: lines may be written while the process ends
     return *mutex;
 }
 
-// Writes both pieces whole; gives up silently on a broken descriptor, for there is nowhere left to say it.
-void writeLine(int descriptor, std::string_view line) {
+// Writes both pieces whole, or gives the error number.
+int writeLine(int descriptor, std::string_view line) {
     // Most lines are short, and one piece is written faster than two.
     char whole[1024];
     const char newline = '\n';
@@ -49,15 +52,21 @@ void writeLine(int descriptor, std::string_view line) {
             pollfd ready{descriptor, POLLOUT, 0};
             ::poll(&ready, 1, -1);
         } else if (errno != EINTR) {
-            return;
+            return errno;
         }
     }
+    return 0;
 }
 
 } // namespace
 
 void print(std::string_view line) {
-    writeLine(outputDescriptor, line);
+    // A broken descriptor is no reason to end: there is nowhere left to say it.
+    if (const int error = writeLine(outputDescriptor, line); error != 0) lastError = error;
+}
+
+int printError() noexcept {
+    return lastError;
 }
 
 void printToStandardError(bool instead) {
@@ -66,7 +75,7 @@ void printToStandardError(bool instead) {
 }
 
 void warn(std::string_view line) {
-    writeLine(STDERR_FILENO, line);
+    (void)writeLine(STDERR_FILENO, line);
 }
 
 void reserveStandardOutput() {

@@ -45,7 +45,7 @@ class FileTransfer final : public URLSessionTask::Transfer {
             if (length == 0) return finish(response, std::nullopt);
             if (length < 0 && errno == EINTR) continue;
             if (length < 0) return fail(errno);
-            if (auto error = _sink->append({buffer.data(), static_cast<std::size_t>(length)}))
+            if (auto error = append({buffer.data(), static_cast<std::size_t>(length)}))
                 return finish(response, error);
         }
     }

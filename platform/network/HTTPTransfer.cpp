@@ -2,13 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The transfer of an http or https URL: everything runs on the network thread, in constant memory.
+#include "platform/network/ChunkedBody.private.hpp"
+#include "platform/network/GzipContent.private.hpp"
 #include "platform/network/NetworkThread.private.hpp"
 #include "platform/network/URLSession.private.hpp"
 
 #include <array>
 #include <cmath>
 #include <libsoup/soup.h>
-#include <sys/socket.h>
+#include <string_view>
 
 namespace platform {
 namespace {
@@ -55,9 +57,11 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         if (!_message) return end(transferError(TransferFailure::UnsupportedURL, "The URL names no server."));
         _cancellable.reset(g_cancellable_new());
         watchProgress();
-        // A connection of its own, whose end can be looked at.
+        // A connection of its own: what is read below the library belongs to nobody else.
         soup_message_add_flags(_message.get(), SOUP_MESSAGE_NEW_CONNECTION);
-        g_signal_connect(_message.get(), "network-event", G_CALLBACK(&HTTPTransfer::onNetworkEvent), this);
+        soup_message_disable_feature(_message.get(), SOUP_TYPE_CONTENT_DECODER);
+        soup_message_headers_replace(soup_message_get_request_headers(_message.get()), "Accept-Encoding",
+                                     "gzip");
         soup_session_send_async(_session->connections(), _message.get(), G_PRIORITY_DEFAULT,
                                 _cancellable.get(), &HTTPTransfer::onSent, new Self(self()));
     }
@@ -73,12 +77,34 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         transfer->_stream.reset(soup_session_send_finish(SOUP_SESSION(source), result, &error));
         if (!transfer->_stream) return transfer->end(transfer->errorFrom(error));
         transfer->_response = transfer->makeResponse();
+        transfer->takeApart();
         transfer->read();
+    }
+
+    // A connection that ends between two chunks, or within packed content, looks to the library like the end
+    // of the content. So both are taken apart here, the chunks from the stream that the library takes them
+    // from.
+    void takeApart() {
+        if (isPacked()) _packed = std::make_unique<GzipContent>();
+        const auto below = [](GInputStream* stream) -> GInputStream* {
+            return G_IS_FILTER_INPUT_STREAM(stream)
+                       ? g_filter_input_stream_get_base_stream(G_FILTER_INPUT_STREAM(stream))
+                       : nullptr;
+        };
+        SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
+        if (soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CHUNKED) return;
+        GInputStream* body = below(_stream.get());
+        if (body == nullptr || std::string_view(G_OBJECT_TYPE_NAME(body)) != "SoupBodyInputStream") return;
+        GInputStream* connection = below(body);
+        if (connection == nullptr) return;
+        _chunkedStream.reset(G_INPUT_STREAM(g_object_ref(connection)));
+        _chunks.emplace();
     }
 
     void read() {
         noteProgress();
-        g_input_stream_read_async(_stream.get(), _buffer.data(), _buffer.size(), G_PRIORITY_DEFAULT,
+        GInputStream* stream = _chunks ? _chunkedStream.get() : _stream.get();
+        g_input_stream_read_async(stream, _buffer.data(), _buffer.size(), G_PRIORITY_DEFAULT,
                                   _cancellable.get(), &HTTPTransfer::onRead, new Self(self()));
     }
 
@@ -87,39 +113,43 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         GError* error = nullptr;
         const gssize length = g_input_stream_read_finish(G_INPUT_STREAM(source), result, &error);
         if (length < 0) return transfer->end(transfer->errorFrom(error));
-        if (length == 0 && transfer->wasCutBetweenChunks())
-            return transfer->end(
-                transferError(TransferFailure::Failed, "The transfer failed (The connection was cut)."));
-        if (length == 0) return transfer->end(std::nullopt);
-        if (auto failed =
-                transfer->_sink->append({transfer->_buffer.data(), static_cast<std::size_t>(length)}))
+        const std::span bytes(transfer->_buffer.data(), static_cast<std::size_t>(length));
+        if (auto failed = transfer->_chunks ? transfer->takeChunks(bytes) : transfer->unpack(bytes))
             return transfer->end(std::move(failed));
-        transfer->read();
+        if (length > 0 && !(transfer->_chunks && transfer->_chunks->isWhole())) return transfer->read();
+        transfer->end(transfer->isCut()
+                          ? std::optional(transferError(TransferFailure::Failed,
+                                                        "The transfer failed (The connection was cut)."))
+                          : std::nullopt);
     }
 
-    static void onNetworkEvent(SoupMessage*, GSocketClientEvent event, GIOStream* stream,
-                               HTTPTransfer* transfer) {
-        if (event == G_SOCKET_CLIENT_CONNECTED && G_IS_SOCKET_CONNECTION(stream))
-            transfer->_socket.reset(
-                G_SOCKET(g_object_ref(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream)))));
+    bool isPacked() const {
+        const char* coding = soup_message_headers_get_one(soup_message_get_response_headers(_message.get()),
+                                                          "Content-Encoding");
+        return coding != nullptr &&
+               (g_ascii_strcasecmp(coding, "gzip") == 0 || g_ascii_strcasecmp(coding, "x-gzip") == 0);
     }
 
-    // A connection that ends between two chunks looks to the library like the end of the content. It is not
-    // one when the server had promised to keep the connection.
-    bool wasCutBetweenChunks() const {
-        SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
-        if (soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CHUNKED || !_socket) return false;
-        if (soup_message_get_http_version(_message.get()) != SOUP_HTTP_1_1 ||
-            soup_message_headers_header_contains(headers, "Connection", "close"))
-            return false;
-        char byte = 0;
-        return ::recv(g_socket_get_fd(_socket.get()), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+    bool isCut() const { return (_chunks && !_chunks->isWhole()) || (_packed && !_packed->isWhole()); }
+
+    std::optional<Error> unpack(std::span<const std::byte> bytes) {
+        if (!_packed) return append(bytes);
+        return _packed->unpack(bytes, [this](std::span<const std::byte> content) { return append(content); });
+    }
+
+    std::optional<Error> takeChunks(std::span<const std::byte> bytes) {
+        for (auto content = _chunks->next(bytes); !content.empty(); content = _chunks->next(bytes))
+            if (auto failed = unpack(content)) return failed;
+        if (_chunks->isBroken())
+            return transferError(TransferFailure::Failed, "The transfer failed (The chunks are damaged).");
+        return std::nullopt;
     }
 
     std::shared_ptr<URLResponse> makeResponse() const {
         SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
         const char* type = soup_message_headers_get_content_type(headers, nullptr);
-        const bool hasLength = soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH;
+        const bool hasLength =
+            soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH && !isPacked();
         char* text = g_uri_to_string(soup_message_get_uri(_message.get()));
         auto url = URL::fromString(text);
         g_free(text);
@@ -178,9 +208,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
             _timer = nullptr;
         }
         if (_message) g_signal_handlers_disconnect_by_data(_message.get(), this);
+        _chunkedStream.reset();
         _stream.reset();
         _message.reset();
-        _socket.reset();
         finish(_response, std::move(error));
     }
 
@@ -188,7 +218,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     Owned<SoupMessage> _message;
     Owned<GCancellable> _cancellable;
     Owned<GInputStream> _stream;
-    Owned<GSocket> _socket; // under the message's connection
+    Owned<GInputStream> _chunkedStream; // under it; only with `_chunks`
+    std::optional<ChunkedBody> _chunks;
+    std::unique_ptr<GzipContent> _packed;
     GSource* _timer = nullptr;
     std::shared_ptr<URLResponse> _response;
     std::array<std::byte, 65536> _buffer{};

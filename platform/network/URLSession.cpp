@@ -61,6 +61,10 @@ void URLSessionTask::cancel() {
     _transfer->cancel();
 }
 
+std::int64_t URLSessionTask::countOfBytesReceived() const noexcept {
+    return _transfer->received();
+}
+
 std::shared_ptr<URLSession> URLSession::sharedSession() {
     static auto* session = new std::shared_ptr<URLSession>(create({})); // outlives every static
     return *session;

@@ -3,7 +3,8 @@
 
 // Fetching of what URLs name: http and https over the network, file from the disk. A transfer runs in the
 // background; its completion is called once, on a queue of the session's own. All operations may be called
-// from any thread but the audio thread.
+// from any thread but the audio thread. Content that a server neither announces nor divides into chunks ends
+// with the connection: no one can tell whether it was cut.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -93,6 +94,8 @@ class URLSessionTask {
     void resume();
     /// Give up: the completion is called with an error, unless it was already.
     void cancel();
+    /// Give how much of the content came so far.
+    [[nodiscard]] std::int64_t countOfBytesReceived() const noexcept;
 
   private:
     std::shared_ptr<Transfer> _transfer;

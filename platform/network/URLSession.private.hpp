@@ -46,12 +46,19 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
         if (!_began.exchange(true)) start();
     }
     virtual void cancel() = 0;
+    [[nodiscard]] std::int64_t received() const noexcept { return _received; }
 
   protected:
     /// Begin; called once, from any thread.
     virtual void start() = 0;
     /// Hand the content, or the error, to the completion. The first call counts.
     void finish(std::shared_ptr<URLResponse> response, std::optional<Error> error);
+
+    /// Hand on a piece of the content; gives the error that prevents it.
+    [[nodiscard]] std::optional<Error> append(std::span<const std::byte> bytes) {
+        _received.fetch_add(static_cast<std::int64_t>(bytes.size()), std::memory_order_relaxed);
+        return _sink->append(bytes);
+    }
 
     std::shared_ptr<URLSession::Implementation> _session;
     URLRequest _request;
@@ -60,6 +67,7 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
   private:
     std::atomic<bool> _began{false};
     std::atomic<bool> _ended{false};
+    std::atomic<std::int64_t> _received{0};
 };
 
 [[nodiscard]] std::shared_ptr<URLSessionTask::Transfer>

@@ -30,12 +30,12 @@ class Tool(unittest.TestCase):
                               timeout=60, **keywords)
 
     def test_forms_go_to_standard_output_and_lines_elsewhere(self):
-        result = self.run_tool("xml", "music")  # relative
+        result = self.run_tool("xml", ".//music/.")  # relative
         self.assertEqual((result.returncode, result.stderr), (0, END))
         self.assertTrue(result.stdout.startswith(f"\n<folder path='{self.folder}/music' expanded='true' "))
         self.assertIn("\n\t\t<file name='kick.wav' size='2 KB' ", result.stdout)
         self.assertTrue(result.stdout.endswith("\n</folder>\n"))
-        self.assertEqual(self.run_tool("scan", "music/").stdout, "2 files, 1 folders, 1501 bytes\n")
+        self.assertEqual(self.run_tool("scan", "music/").stdout, "2 files, 1 folder, 1501 bytes\n")
         listing = self.run_tool("list", "music").stdout
         self.assertEqual(listing.count("\n\t"), 3)
         self.assertIn(f"<files basepath='{self.folder}/music'>", listing)
@@ -58,11 +58,11 @@ class Tool(unittest.TestCase):
     def test_nothing_is_deleted_unasked(self):
         litter = self.folder / "music/__MACOSX/deep"
         litter.mkdir(parents=True)
-        (self.folder / "music/Drums/.DS_Store").touch()
+        (self.folder / "music/Drums/a\x1b[31m.DS_Store").touch()
         refused = self.run_tool("scan", "music")
         self.assertEqual((refused.returncode, refused.stdout), (1, ""))
         dry = self.run_tool("scan", "--dry-run", "music")
-        self.assertEqual(dry.stdout, f"{self.folder}/music/Drums/.DS_Store\n{self.folder}/music/__MACOSX\n")
+        self.assertEqual(dry.stdout, f"{self.folder}/music/Drums/a\x1b[31m.DS_Store\n{self.folder}/music/__MACOSX\n")
         self.assertTrue(litter.exists())
         for answer, code in (("n", 1), ("y", 0)):
             master, slave = pty.openpty()
@@ -72,7 +72,9 @@ class Tool(unittest.TestCase):
             self.assertEqual(process.wait(timeout=60), code)
             process.stdout.close()
             os.close(slave)
-            self.assertIn(b"Delete and go on? [y/N]", os.read(master, 65536))
+            asked = os.read(master, 65536)
+            self.assertIn(b"Delete and go on? [y/N]", asked)
+            self.assertIn(b"  Drums/a?[31m.DS_Store", asked)  # a name does not command the terminal
             os.close(master)
             self.assertEqual(litter.exists(), answer == "n")
         (self.folder / "music/.DS_Store").touch()
@@ -80,18 +82,21 @@ class Tool(unittest.TestCase):
         self.assertFalse((self.folder / "music/.DS_Store").exists())
 
     def test_pipes_files_and_usage(self):
-        self.assertEqual(self.run_tool("scan", "-", stdin="music\n").stdout, "2 files, 1 folders, 1501 bytes\n")
+        self.assertEqual(self.run_tool("scan", "-", stdin="music\n").stdout, "2 files, 1 folder, 1501 bytes\n")
         self.assertEqual(self.run_tool("scan", "music", "-o", "result").stdout, "")
-        self.assertEqual((self.folder / "result").read_text(), "2 files, 1 folders, 1501 bytes\n")
+        self.assertEqual((self.folder / "result").read_text(), "2 files, 1 folder, 1501 bytes\n")
         self.assertEqual(self.run_tool("scan", "music", "-o", "none/result").returncode, 1)
-        full = subprocess.run(f"'{TOOL}' xml music > /dev/full", shell=True, cwd=self.folder, capture_output=True)
-        self.assertEqual(full.returncode, 1)
+        for form in ("xml music", "dump music", "report"):
+            full = subprocess.run(f"'{TOOL}' {form} > /dev/full", shell=True, cwd=self.folder, capture_output=True)
+            self.assertEqual(full.returncode, 1, form)
+            self.assertIn(b"cannot write standard output: No space left on device", full.stderr)
         help_text = self.run_tool("--help")
         self.assertEqual(help_text.returncode, 0)
         self.assertTrue(help_text.stdout.startswith("Usage: tonewright-files "))
         self.assertRegex(self.run_tool("--version").stdout, r"^tonewright-files \d+\.\d+")
         for wrong in ((), ("sing",), ("xml",), ("xml", "a", "b"), ("scan", "--loud", "music"), ("download", "no url"),
-                      ("scan", "music", "-o")):
+                      ("scan", "music", "-o"), ("scan", ""), ("scan", "-"), ("download", "-n", "http://127.0.0.1:1/"),
+                      ("report", "--yes")):
             result = self.run_tool(*wrong)
             self.assertEqual((result.returncode, result.stdout), (2, ""), wrong)
             self.assertTrue(result.stderr.startswith("tonewright-files: "), wrong)
@@ -106,6 +111,9 @@ class Tool(unittest.TestCase):
         self.assertEqual((failed.returncode, failed.stderr), (1, ""))
         self.assertTrue(failed.stdout.endswith("\nAsynchroner Download...\n"))
         self.assertIn("FEHLER: Während des Downloads der Datei (http://127.0.0.1:1/)", failed.stdout)
+        local = self.run_tool("download", f"file://{self.folder}/music/b.txt", env=environment)
+        self.assertEqual((local.returncode, local.stdout.count("\n")), (1, 2))
+        self.assertIn("only what comes over http or https is stored", local.stderr)
 
     @unittest.skipUnless(shutil.which("mandoc"), "no mandoc")
     def test_the_manual_page_is_well_formed(self):

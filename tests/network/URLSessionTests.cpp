@@ -126,6 +126,10 @@ constexpr std::size_t Gigabyte = 100'000'000;
 constexpr std::size_t Gigabyte = 1'000'000'000;
 #endif
 constexpr const char* Ok = "HTTP/1.1 200 OK\r\n";
+const std::string Chunked = std::string(Ok) + "Transfer-Encoding: chunked\r\n\r\n";
+constexpr std::string_view
+    Packed("\x1f\x8b\x08\0\0\0\0\0\x02\xff\xcb\x48\xcd\xc9\xc9\x07\0\x86\xa6\x10\x36\x05\0\0\0",
+           25); // "hello"
 
 } // namespace
 
@@ -166,6 +170,18 @@ TEST(URLSession, BodiesOfUnknownLengthAreWhole) {
     EXPECT_TRUE(chunked.isRight);
     EXPECT_EQ(chunked.announced, -1);
     EXPECT_EQ(fetch(request(server.url("/bytes/200000"))).size, 200'000U);
+    const std::string packed(Packed);
+    const std::string answers[] = {
+        Chunked + "5;a=\"b\"\r\nhello\r\n0\r\nTrailer: x\r\n\r\n", Chunked + "2\nhe\n03 \nllo\n0\n\n",
+        std::string(Ok) + "\r\nhello", std::string(Ok) + "Content-Encoding: gzip\r\n\r\n" + packed,
+        std::string(Ok) + "Content-Encoding: gzip\r\nTransfer-Encoding: chunked\r\n\r\n9\r\n" +
+            packed.substr(0, 9) + "\r\n10\r\n" + packed.substr(9) + "\r\n0\r\n\r\n"};
+    for (const std::string& answer : answers) {
+        BadServer plain([answer](int connection) { tonewright::test::sendAll(connection, answer); });
+        const Outcome outcome = fetch(request(plain.url(), 5));
+        EXPECT_EQ(outcome.content, "hello") << answer << outcome.error;
+        EXPECT_EQ(outcome.announced, -1);
+    }
 }
 
 TEST(URLSession, AGigabyteTakesNoMemory) {
@@ -221,10 +237,21 @@ TEST(URLSession, TheTimeOutIsOneWithoutProgress) {
 }
 
 TEST(URLSession, WhatIsCutShortIsAnError) {
-    for (const char* answer : {"HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nonly this",
-                               "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
-                               "5\r\nhello\r\n",
-                               "HTTP/1.1 200 OK\r\nContent-Le", "", "nonsense\r\n\r\n"}) {
+    const std::string packed(Packed);
+    const std::string answers[] = {
+        std::string(Ok) + "Content-Length: 100\r\n\r\nonly this",
+        std::string("HTTP/1.1 200 OK\r\nContent-Le"),
+        std::string(),
+        std::string("nonsense\r\n\r\n"),
+        Chunked + "5\r\nhello\r\n",
+        Chunked + "5\r\nhello\r\n0\r\n",
+        Chunked + "5\r\nhello\r\nff",
+        Chunked + "5\r\nhello, no size",
+        Chunked,
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nConnection: close\r\n\r\n5\r\nhello\r\n",
+        std::string(Ok) + "Content-Encoding: gzip\r\n\r\n" + packed.substr(0, 20),
+        std::string(Ok) + "Content-Encoding: gzip\r\n\r\n" + packed.substr(0, 5)};
+    for (const std::string& answer : answers) {
         BadServer server([answer](int connection) { tonewright::test::sendAll(connection, answer); });
         const Outcome outcome = download(request(server.url(), 5));
         EXPECT_FALSE(outcome.hasContent) << answer;

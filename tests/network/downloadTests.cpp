@@ -35,11 +35,11 @@ class Download : public testing::Test {
         std::atomic<bool> ended{false};
         test::CapturedOutput output;
         auto loop = platform::RunLoop::current();
-        FileEnumerator::startDownload(*URL::fromString(url), [&](DownloadOutcome how) {
-            outcome = how;
-            ended = true;
-            loop.wakeUp();
-        });
+        FileEnumerator::startDownload(*URL::fromString(url), {nullptr, [&](DownloadOutcome how) {
+                                                                  outcome = how;
+                                                                  ended = true;
+                                                                  loop.wakeUp();
+                                                              }});
         EXPECT_EQ(output.lines(), Lines{"Download von '" + url + "' wurde gestartet."});
         EXPECT_TRUE(loop.runUntil([&] { return ended.load(); }, 60));
         return output.take();

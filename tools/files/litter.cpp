@@ -13,13 +13,24 @@
 #include <unistd.h>
 
 namespace tonewright::tool {
+namespace {
 
-std::vector<std::string> findLitter(const std::string& directory) {
+// A name must not command the terminal.
+std::string printable(std::string name) {
+    for (char& c : name)
+        if (const auto byte = static_cast<unsigned char>(c); byte < 0x20 || byte == 0x7F) c = '?';
+    return name;
+}
+
+} // namespace
+
+std::vector<std::string> findLitter(const std::string& directory, std::atomic<std::int64_t>& seen) {
     std::vector<std::string> litter;
     const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(directory);
     if (!enumerator) return litter; // the scan will say why
     LitterTest isLitter;
     while (const auto subpath = enumerator->nextObject()) {
+        seen.fetch_add(1, std::memory_order_relaxed);
         if (!isLitter(*subpath)) continue;
         const bool liesInside = !litter.empty() && subpath->starts_with(litter.back() + "/");
         if (!liesInside) litter.emplace_back(*subpath);
@@ -31,11 +42,13 @@ bool mayDelete(const std::vector<std::string>& litter) {
     constexpr std::size_t MostNamed = 10;
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
         platform::warn("tonewright-files: the scan would delete " + std::to_string(litter.size()) +
-                       " items of litter; say --yes to let it, --dry-run to see them");
+                       (litter.size() == 1 ? " item" : " items") +
+                       " of litter; say --yes to let it, --dry-run to see them");
         return false;
     }
     platform::warn("The scan deletes:");
-    for (std::size_t i = 0; i < litter.size() && i < MostNamed; ++i) platform::warn("  " + litter[i]);
+    for (std::size_t i = 0; i < litter.size() && i < MostNamed; ++i)
+        platform::warn("  " + printable(litter[i]));
     if (litter.size() > MostNamed)
         platform::warn("  and " + std::to_string(litter.size() - MostNamed) + " more");
     std::cerr << "Delete and go on? [y/N] " << std::flush;

@@ -4,14 +4,17 @@
 // What a scan would delete.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace tonewright::tool {
 
 /// Give the items below `directory` that a scan deletes; what lies inside one of them goes with it and is not
-/// named.
-[[nodiscard]] std::vector<std::string> findLitter(const std::string& directory);
+/// named. `seen` counts the items looked at.
+[[nodiscard]] std::vector<std::string> findLitter(const std::string& directory,
+                                                  std::atomic<std::int64_t>& seen);
 
 /// Ask on the terminal whether `litter` may be deleted; false without a terminal to ask on.
 [[nodiscard]] bool mayDelete(const std::vector<std::string>& litter);

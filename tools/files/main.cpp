@@ -3,14 +3,17 @@
 
 // tonewright-files: scans directories into trees and writes them, downloads, reports.
 #include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/network/URLSession.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
 #include "tools/files/Arguments.hpp"
-#include "tools/files/ScanProgress.hpp"
+#include "tools/files/Progress.hpp"
 #include "tools/files/litter.hpp"
 #include "tools/files/output.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <iostream>
@@ -43,22 +46,35 @@ void count(const Folder& folder, Counts& counts) {
     }
 }
 
+std::string counted(std::int64_t number, std::string_view what) {
+    return std::to_string(number).append(" ").append(what).append(number == 1 ? "" : "s");
+}
+
 // The current directory changes with the scan, so what the user named relative to it is made absolute first.
 std::string directoryOf(const Arguments& arguments) {
     std::string named = arguments.operands.front();
-    if (named == "-") std::getline(std::cin, named);
+    if (named == "-" && !std::getline(std::cin, named)) named.clear();
+    if (named.empty()) return named;
     std::error_code ignored;
-    std::string absolute =
-        named.starts_with('/') ? named : (std::filesystem::current_path(ignored) / named).string();
-    while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
-    return absolute;
+    std::string absolute = named.starts_with('/') ? "" : std::filesystem::current_path(ignored).string();
+    // Without the components that say nothing; ".." is the file system's to understand.
+    for (std::size_t at = 0; at < named.size();) {
+        const std::size_t end = std::min(named.find('/', at), named.size());
+        const std::string_view component = std::string_view(named).substr(at, end - at);
+        if (!component.empty() && component != ".") {
+            if (!absolute.ends_with('/')) absolute += '/';
+            absolute += component;
+        }
+        at = end + 1;
+    }
+    return absolute.empty() ? "/" : absolute;
 }
 
 int writeDump(const FileTree& tree, const Arguments& arguments) {
     if (!redirectOutput(arguments.output)) return Failed;
     platform::printToStandardError(false);
     tree.dumpoutRoot();
-    return Done;
+    return linesGotOut(arguments.output) ? Done : Failed;
 }
 
 int writeTree(FileTree& tree, const Arguments& arguments) {
@@ -81,8 +97,8 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
     default: {
         Counts counts;
         count(*tree.root, counts);
-        result = std::to_string(counts.files) + " files, " + std::to_string(counts.folders) + " folders, " +
-                 std::to_string(counts.bytes) + " bytes";
+        result = counted(counts.files, "file") + ", " + counted(counts.folders, "folder") + ", " +
+                 counted(counts.bytes, "byte");
     }
     }
     result += '\n';
@@ -91,15 +107,24 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
 
 int scan(const Arguments& arguments) {
     const std::string directory = directoryOf(arguments);
-    const auto litter =
-        arguments.saysYes && !arguments.isDryRun ? std::vector<std::string>() : findLitter(directory);
+    if (directory.empty()) {
+        platform::warn("tonewright-files: no directory was named");
+        return WrongUsage;
+    }
+    std::vector<std::string> litter;
+    if (arguments.isDryRun || !arguments.saysYes) {
+        std::atomic<std::int64_t> seen{0};
+        const Progress progress([&seen] { return std::to_string(seen) + " items looked at"; });
+        litter = findLitter(directory, seen);
+    }
     if (arguments.isDryRun) {
         if (!platform::FileManager::defaultManager().enumeratorAtPath(directory)) {
             platform::warn("tonewright-files: cannot open '" + directory + "'");
             return Failed;
         }
         std::string result;
-        for (const std::string& subpath : litter) result += directory + "/" + subpath + "\n";
+        for (const std::string& subpath : litter)
+            result += (directory == "/" ? "" : directory) + "/" + subpath + "\n";
         return writeResult(result, arguments.output) ? Done : Failed;
     }
     if (!litter.empty() && !mayDelete(litter)) return Failed;
@@ -108,7 +133,8 @@ int scan(const Arguments& arguments) {
     static auto* enumerator = new FileEnumerator;
     const std::string start = enumerator->fileManager.currentDirectoryPath();
     {
-        const ScanProgress progress;
+        const Progress progress(
+            [first = FileBase::lastID()] { return std::to_string(FileBase::lastID() - first) + " items"; });
         platform::printToStandardError(true);
         enumerator->enumerate(directory);
     }
@@ -125,14 +151,31 @@ int download(const Arguments& arguments) {
         return WrongUsage;
     }
     if (!redirectOutput(arguments.output)) return Failed;
-    static std::atomic<int> outcome{-1};
-    platform::RunLoop loop = platform::RunLoop::current();
-    FileEnumerator::startDownload(*url, [loop](DownloadOutcome ended) mutable {
-        outcome = ended == DownloadOutcome::Stored ? Done : Failed;
-        loop.wakeUp();
-    });
-    loop.runUntil([] { return outcome >= 0; }, std::numeric_limits<double>::infinity());
-    return outcome;
+    static std::atomic<bool> hasEnded{false};
+    static DownloadOutcome outcome{}; // written before hasEnded
+    static std::shared_ptr<platform::URLSessionTask> kept;
+    static std::atomic<platform::URLSessionTask*> task{nullptr}; // in `kept`
+    {
+        const Progress progress([] {
+            const platform::URLSessionTask* begun = task;
+            return platform::ByteCountFormatter::stringFromByteCount(
+                begun ? begun->countOfBytesReceived() : 0, platform::ByteCountStyle::File);
+        });
+        platform::RunLoop loop = platform::RunLoop::current();
+        FileEnumerator::startDownload(*url, {[](const auto& begun) {
+                                                 kept = begun;
+                                                 task = kept.get();
+                                             },
+                                             [loop](DownloadOutcome ended) mutable {
+                                                 outcome = ended;
+                                                 hasEnded = true;
+                                                 loop.wakeUp();
+                                             }});
+        loop.runUntil([] { return hasEnded.load(); }, std::numeric_limits<double>::infinity());
+    }
+    if (outcome == DownloadOutcome::NotStored)
+        platform::warn("tonewright-files: only what comes over http or https is stored");
+    return linesGotOut(arguments.output) && outcome == DownloadOutcome::Stored ? Done : Failed;
 }
 
 } // namespace
@@ -152,7 +195,7 @@ int main(int argc, char** argv) {
     case Command::Report:
         if (!redirectOutput(arguments->output)) return Failed;
         FileEnumerator::shared().testFileManager();
-        return Done;
+        return linesGotOut(arguments->output) ? Done : Failed;
     default:
         return scan(*arguments);
     }

@@ -15,8 +15,8 @@ namespace {
 
 bool fail(const std::string& name, int error) {
     const char* reason = ::strerrordesc_np(error);
-    platform::warn("tonewright-files: cannot write '" + name +
-                   "': " + (reason != nullptr ? reason : "error"));
+    platform::warn("tonewright-files: cannot write " + (name == "-" ? "standard output" : "'" + name + "'") +
+                   ": " + (reason != nullptr ? reason : "error"));
     return false;
 }
 
@@ -39,6 +39,11 @@ bool writeResult(std::string_view text, const std::string& name) {
         text.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
+}
+
+bool linesGotOut(const std::string& name) {
+    const int error = platform::printError();
+    return error == 0 || fail(name, error);
 }
 
 } // namespace tonewright::tool

@@ -13,6 +13,9 @@ namespace tonewright::tool {
 /// that fails.
 [[nodiscard]] bool writeResult(std::string_view text, const std::string& name);
 
+/// Tell whether every line that was printed got out; if not, a line on standard error says so.
+[[nodiscard]] bool linesGotOut(const std::string& name);
+
 /// Let standard output be the file `name` from now on, unless it is "-".
 [[nodiscard]] bool redirectOutput(const std::string& name);
 

@@ -15,6 +15,10 @@
 #include <memory>
 #include <string>
 
+namespace platform {
+class URLSessionTask;
+}
+
 namespace tonewright {
 
 /// The folder that the maker's programs share.
@@ -24,6 +28,14 @@ enum class DownloadOutcome {
     Stored,    // at its destination
     NotStored, // the source was none that is stored
     Failed,    // a line said why
+};
+
+/// Who hears of a download; both may be absent.
+struct DownloadObserver {
+    /// Called with the task right after it began, on the main queue.
+    std::function<void(const std::shared_ptr<platform::URLSessionTask>& task)> onBegan;
+    /// Called behind the download's last line, on the session's queue.
+    std::function<void(DownloadOutcome outcome)> onEnded;
 };
 
 class FileEnumerator : public platform::FileManagerDelegate {
@@ -52,8 +64,8 @@ class FileEnumerator : public platform::FileManagerDelegate {
     /// Print where the application's files live.
     void testFileManager();
 
-    /// Do what `downloadFile` does, and tell on the session's queue how it ended.
-    static void startDownload(const platform::URL& url, std::function<void(DownloadOutcome)> whenEnded);
+    /// Do what `downloadFile` does, and tell `observer` of it.
+    static void startDownload(const platform::URL& url, const DownloadObserver& observer);
 
     // The answers: every operation is allowed, none goes on after an error.
     bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override;

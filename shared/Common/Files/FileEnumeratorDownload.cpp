@@ -60,28 +60,28 @@ DownloadOutcome finish(const URL& source, const URL& destination, const std::opt
 } // namespace
 
 void FileEnumerator::downloadFile(const URL& url) {
-    startDownload(url, nullptr);
+    startDownload(url, {});
 }
 
-void FileEnumerator::startDownload(const URL& url, std::function<void(DownloadOutcome)> whenEnded) {
+void FileEnumerator::startDownload(const URL& url, const DownloadObserver& observer) {
     print("Download von '" + url.absoluteString() + "' wurde gestartet.");
     const auto container = FileManager::defaultManager().containerURLForSecurityApplicationGroupIdentifier(
         ApplicationGroupIdentifier);
     const URL destination = platform::unwrap(container).appendingPathComponent("download.zip");
-    platform::DispatchQueue::main().asyncAfter(StartDelaySeconds, [url, destination, whenEnded] {
+    platform::DispatchQueue::main().asyncAfter(StartDelaySeconds, [url, destination, observer] {
         platform::URLRequest request(url);
         request.timeoutInterval = TimeoutSeconds;
         const auto session =
             platform::URLSession::create(platform::URLSessionConfiguration::defaultSessionConfiguration());
-        session
-            ->downloadTaskWithRequest(
-                request,
-                [url, destination, whenEnded](const auto& file, const auto& response, const auto& error) {
-                    const auto outcome = finish(url, destination, file, response, error);
-                    print("Asynchroner Download...");
-                    if (whenEnded) whenEnded(outcome);
-                })
-            ->resume();
+        const auto task = session->downloadTaskWithRequest(
+            request, [url, destination, onEnded = observer.onEnded](const auto& file, const auto& response,
+                                                                    const auto& error) {
+                const auto outcome = finish(url, destination, file, response, error);
+                print("Asynchroner Download...");
+                if (onEnded) onEnded(outcome);
+            });
+        task->resume();
+        if (observer.onBegan) observer.onBegan(task);
     });
 }
 

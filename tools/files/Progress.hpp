@@ -1,29 +1,31 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Shows on a terminal how far a long scan is. A thread of its own writes; nothing is shown in the first
+// Shows on a terminal how far a long work is. A thread of its own writes; nothing is shown in the first
 // second or when standard error is no terminal.
 #pragma once
 
 #include <condition_variable>
-#include <cstdint>
+#include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace tonewright::tool {
 
-class ScanProgress {
+class Progress {
   public:
-    ScanProgress();
+    /// Show what `state` gives, from now and then; it is called on the thread.
+    explicit Progress(std::function<std::string()> state);
     /// Take the line away.
-    ~ScanProgress();
-    ScanProgress(const ScanProgress&) = delete;
-    ScanProgress& operator=(const ScanProgress&) = delete;
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
 
   private:
     void run();
 
-    std::int64_t _firstID;
+    std::function<std::string()> _state;
     std::mutex _mutex;
     std::condition_variable _changed;
     bool _hasEnded = false; // guarded by _mutex

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tools/files/ScanProgress.hpp"
-
-#include "shared/Common/Files/FileBase.hpp"
+#include "tools/files/Progress.hpp"
 
 #include <chrono>
 #include <cstdio>
@@ -11,12 +9,12 @@
 
 namespace tonewright::tool {
 
-ScanProgress::ScanProgress()
-    : _firstID(FileBase::lastID()) {
+Progress::Progress(std::function<std::string()> state)
+    : _state(std::move(state)) {
     if (::isatty(STDERR_FILENO) != 0) _thread = std::thread([this] { run(); });
 }
 
-ScanProgress::~ScanProgress() {
+Progress::~Progress() {
     if (!_thread.joinable()) return;
     {
         const std::scoped_lock lock(_mutex);
@@ -26,7 +24,7 @@ ScanProgress::~ScanProgress() {
     _thread.join();
 }
 
-void ScanProgress::run() {
+void Progress::run() {
     using namespace std::chrono_literals;
     std::unique_lock lock(_mutex);
     auto wait = 1000ms;
@@ -34,10 +32,11 @@ void ScanProgress::run() {
     while (!_changed.wait_for(lock, wait, [this] { return _hasEnded; })) {
         wait = 200ms;
         isShown = true;
-        std::fprintf(stderr, "\r%lld items", static_cast<long long>(FileBase::lastID() - _firstID));
+        // The cursor goes back to the beginning: a line that comes meanwhile is written over this one.
+        std::fprintf(stderr, "\033[K%s\r", _state().c_str());
         std::fflush(stderr);
     }
-    if (isShown) std::fprintf(stderr, "\r\033[K");
+    if (isShown) std::fprintf(stderr, "\033[K");
 }
 
 } // namespace tonewright::tool

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Chunked bodies, packed or not, of any bytes: what comes of them does not depend on how they were cut into
+// pieces.
+#include "tests/fuzz/fuzz.hpp"
+
+#include "platform/network/ChunkedBody.private.hpp"
+#include "platform/network/GzipContent.private.hpp"
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+struct Result {
+    std::string content;
+    std::string unpacked;
+    bool isWhole = false;
+    bool isUnpackedWhole = false;
+    friend bool operator==(const Result&, const Result&) = default;
+};
+
+Result takeApart(std::span<const std::byte> input, std::size_t pieceLength) {
+    Result result;
+    platform::ChunkedBody body;
+    platform::GzipContent packed;
+    bool isDamaged = false;
+    const auto note = [](std::string& text, std::span<const std::byte> bytes) {
+        text.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        return std::nullopt;
+    };
+    while (!input.empty()) {
+        auto piece = input.first(std::min(pieceLength, input.size()));
+        input = input.subspan(piece.size());
+        for (auto content = body.next(piece); !content.empty(); content = body.next(piece)) {
+            note(result.content, content);
+            isDamaged =
+                isDamaged || packed.unpack(content, [&](auto bytes) { return note(result.unpacked, bytes); });
+        }
+        if (body.isWhole() || body.isBroken()) break;
+        if (!piece.empty()) std::abort(); // everything is taken
+    }
+    result.isWhole = body.isWhole();
+    result.isUnpackedWhole = !isDamaged && packed.isWhole();
+    if (isDamaged) result.unpacked.clear(); // how far it came until then does depend on the pieces
+    return result;
+}
+
+} // namespace
+
+void fuzzOne(std::string_view input) {
+    const auto bytes = std::as_bytes(std::span(input));
+    const Result whole = takeApart(bytes, std::max<std::size_t>(1, bytes.size()));
+    if (takeApart(bytes, 1) != whole || takeApart(bytes, 7) != whole) std::abort();
+}
