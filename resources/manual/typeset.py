@@ -14,11 +14,24 @@ if any(os.environ.get(name) != value for name, value in FIXED.items()):
 import weasyprint  # noqa: E402
 
 logging.getLogger("fontTools").setLevel(logging.ERROR)  # it finds the date of the font's own making strange
-complaints = logging.getLogger("weasyprint")
-complaints.handlers = [logging.StreamHandler(sys.stderr)]
+
+
+class Complaints(logging.StreamHandler):
+    """Say what is wrong with the sources, and count it: a link without a target, a picture that is not there."""
+    count = 0
+
+    def emit(self, record):
+        self.count += 1
+        super().emit(record)
+
+
+complaints = Complaints(sys.stderr)
 complaints.setLevel(logging.ERROR)
+logging.getLogger("weasyprint").handlers = [complaints]
 
 source, target = sys.argv[1:]
 # PDF/UA carries the structure of the text, for readers that speak.
 weasyprint.HTML(source).write_pdf(target + ".new", variant="pdf/ua-1")
+if complaints.count:
+    sys.exit(f"{source} has {complaints.count} mistakes.")
 os.replace(target + ".new", target)

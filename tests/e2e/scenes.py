@@ -66,7 +66,7 @@ def scenes(screen: Screen):
         main.still()
         screen.click(main.window, 460, 23)  # the list of presets
         screen.point_at(main.window, 420, 112)  # over one of them
-        yield Scene("presets", main.still((270, 0, 380, 322)))
+        yield Scene("presets", main.still((270, 0, 380, 334)))
 
         screen.press_key("Escape")
         screen.click(main.window, 200, 23)  # beside all controls: none keeps the keyboard
@@ -83,6 +83,6 @@ def scenes(screen: Screen):
     try:
         plain.press("Unit")
         plain.rest_pointer()
-        yield Scene("plain-list", plain.still((0, 0, 920, 216)))
+        yield Scene("plain-list", plain.still((0, 0, 920, 240)))
     finally:
         plain.program.kill()

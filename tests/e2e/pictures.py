@@ -1,0 +1,70 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The pictures in docs/pictures show the program of today; where they don't, tools/make-pictures takes them anew.
+
+Pictures are compared in squares of four pixels: the edges of letters, which libraries draw a little differently, fall
+below the tolerance; a button that went grey, a knob that moved, another word do not. What moves by itself is left out."""
+import subprocess
+import unittest
+
+import numpy
+
+from program import SOURCE, main
+from scenes import scenes
+from screen import Screen
+
+SQUARE = 4
+TOLERANCE = 16  # of 255, in one square
+ALLOWED = 4  # squares beyond it
+
+
+def kept(name: str) -> numpy.ndarray:
+    """Read docs/pictures/NAME.png as pixels (height, width, 3)."""
+    ppm = subprocess.run(["convert", SOURCE / f"docs/pictures/{name}.png", "-depth", "8", "ppm:-"], check=True,
+                         capture_output=True).stdout
+    _, width, height, _ = ppm.split(maxsplit=4)[:4]
+    count = int(width) * int(height) * 3
+    return numpy.frombuffer(ppm[-count:], numpy.uint8).reshape(int(height), int(width), 3)
+
+
+def squares(pixels: numpy.ndarray, moving) -> numpy.ndarray:
+    """Give the mean colour of each square, black where the picture moves by itself."""
+    still = pixels.astype(float)
+    for x, y, width, height in moving:
+        still[y:y + height, x:x + width] = 0
+    rows, columns = (length // SQUARE for length in still.shape[:2])
+    return still[:rows * SQUARE, :columns * SQUARE].reshape(rows, SQUARE, columns, SQUARE, 3).mean((1, 3))
+
+
+def differences(one: numpy.ndarray, other: numpy.ndarray, moving=()) -> int:
+    """Count the squares in which two pictures differ; all of them where their sizes do."""
+    if one.shape != other.shape:
+        return one.shape[0] * one.shape[1] // SQUARE ** 2
+    return int((numpy.abs(squares(one, moving) - squares(other, moving)).max(2) > TOLERANCE).sum())
+
+
+class Pictures(unittest.TestCase):
+    def test_show_the_program_of_today(self):
+        screen, seen = Screen(accessible=True), []
+        try:
+            for scene in scenes(screen):
+                seen.append(scene.name)
+                with self.subTest(scene.name):
+                    count = differences(kept(scene.name), scene.pixels, scene.moving)
+                    self.assertLessEqual(count, ALLOWED, f"docs/pictures/{scene.name}.png is out of date")
+        finally:
+            screen.close()
+        self.assertEqual(sorted(seen), sorted(path.stem for path in (SOURCE / "docs/pictures").glob("*.png")))
+
+    def test_a_word_in_grey_or_a_knob_that_moved_is_noticed(self):
+        for name, area in (("start", (780, 630, 60, 38)), ("main-window", (20, 290, 84, 84))):
+            x, y, width, height = area
+            picture = kept(name)
+            changed = picture.copy()
+            part = changed[y:y + height, x:x + width]
+            changed[y:y + height, x:x + width] = part[::-1] if name == "main-window" else 255 - (255 - part) // 2
+            self.assertGreater(differences(picture, changed), ALLOWED, name)
+
+
+if __name__ == "__main__":
+    main("e2e_pictures")

@@ -1,0 +1,182 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The manual and the help page: whole, self-contained, readable by everybody, and true to the effect of today."""
+import html.parser
+import re
+import subprocess
+import unittest
+
+from tree import BUILD, SOURCE, main, text
+
+MANUAL, HELP = "resources/manual/manual.html", "resources/help/help.html"
+BUNDLE = BUILD / "lib/lv2/tonewright.lv2"
+VOID = {"meta", "link", "img", "br", "rect", "path"}
+
+
+class Page(html.parser.HTMLParser):
+    """A page's elements in order, each as (tag, attributes, text inside)."""
+
+    def __init__(self, name: str):
+        super().__init__()
+        self.elements: list[list] = []
+        self._open: list[list] = []
+        self.unclosed: list[str] = []
+        self.feed(text(name))
+
+    def handle_starttag(self, tag, attributes):
+        element = [tag, dict(attributes), ""]
+        self.elements.append(element)
+        if tag not in VOID:
+            self._open.append(element)
+
+    def handle_startendtag(self, tag, attributes):
+        self.elements.append([tag, dict(attributes), ""])
+
+    def handle_endtag(self, tag):
+        if not self._open or self._open[-1][0] != tag:
+            self.unclosed.append(f"</{tag}> at line {self.getpos()[0]}")
+        else:
+            self._open.pop()
+
+    def handle_data(self, data):
+        for element in self._open:
+            element[2] += data
+
+    def all(self, *tags: str) -> list[list]:
+        return [element for element in self.elements if element[0] in tags]
+
+
+def plain(words: str) -> str:
+    return " ".join(words.replace("\u2212", "-").split())
+
+
+def tool(*command: str) -> str:
+    return subprocess.run([*map(str, command)], capture_output=True, text=True, check=True).stdout
+
+
+def number(words: str, unit: str = "") -> float:
+    """Give the value of "4 kHz", "+12 semitones", "0.5" (with the unit of what follows) or "C3" in the port's unit."""
+    note = re.fullmatch(r"([A-G])(\d)", words)
+    if note:
+        return 12 * (int(note[2]) + 1) + {"C": 0, "D": 2, "E": 4, "F": 5, "G": 7, "A": 9, "B": 11}[note[1]]
+    value, own = re.fullmatch(r"([+-]?[\d.]+) ?(.*)", words).groups()
+    return float(value) * {"kHz": 1000, "s/ms": 1000}.get(f"{own}/{unit}" if own == "s" else own, 1)
+
+
+def ports() -> dict[str, dict]:
+    """Give the controls that the effect describes itself with, by symbol."""
+    found = {}
+    for block in re.findall(r"\[\s+a lv2:InputPort , lv2:ControlPort(.*?)\n    \]", (BUNDLE / "tonewright.ttl").read_text(), re.S):
+        value = lambda key: re.search(rf'{key} "?([^" ;\n]+(?: [^";\n]+)*)"? ?(?:;|$|\n)', block)[1]  # noqa: E731
+        unit = re.search(r"units:unit units:(\w+)", block)
+        found[value("lv2:symbol")] = {
+            "label": value("lv2:shortName"), "unit": {"hz": "Hz", "ms": "ms", "s": "s"}.get(unit[1], unit[1]) if unit else "",
+            "values": [float(value(f"lv2:{key}")) for key in ("minimum", "maximum", "default")],
+            "choices": re.findall(r'rdfs:label "([^"]+)" ; rdf:value', block)}
+    return found
+
+
+class Manual(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.page, cls.pdf = Page(MANUAL), BUILD / "share/tonewright/manual.pdf"
+        cls.words = plain(tool("pdftotext", cls.pdf, "-"))
+
+    def test_tables_of_controls_say_what_the_effect_says(self):
+        rows = {}
+        for match in re.finditer(r'<tr data-symbol="(\w+)">(.*?)</tr>', text(MANUAL), re.S):
+            cells = [plain(re.sub(r"<[^>]+>", "", cell)) for cell in re.findall(r"<t[hd][^>]*>(.*?)</t[hd]>", match[2], re.S)]
+            rows[match[1]] = [cell.replace("&nbsp;", " ") for cell in cells]
+        self.assertEqual(set(rows), set(ports()))
+        for symbol, port in ports().items():
+            label, reach, start, _ = rows[symbol]
+            self.assertEqual(label, port["label"], symbol)
+            if choices := port["choices"] or (port["values"][:2] == [0, 1] and ["off", "on"]):
+                self.assertEqual(reach.split(", "), choices, symbol)
+                self.assertEqual(start, choices[int(port["values"][2])], symbol)
+            else:
+                low, high = reach.split(" to ")
+                self.assertEqual([number(low, port["unit"]), number(high, port["unit"]), number(start, port["unit"])],
+                                 port["values"], symbol)
+
+    def test_every_preset_is_described(self):
+        presets = re.findall(r'a pset:Preset ;.*?rdfs:label "([^"]+)"', (BUNDLE / "presets.ttl").read_text(), re.S)
+        table = re.search(r'<table class="presets">(.*?)</table>', text(MANUAL), re.S)[1]
+        self.assertEqual(re.findall(r"<tr><th>([^<]+)</th><td>", table), presets)
+        self.assertEqual([name for name in presets if name not in self.words], [])
+
+    def test_names_the_version(self):
+        version = re.search(r"project\(tonewright VERSION ([\d.]+)", text("CMakeLists.txt"))[1]
+        self.assertIn(f"The manual for version {version}", self.words)
+
+    def test_outline_and_links_lead_to_every_heading(self):
+        outline = re.findall(r"<item page=\"\d+\">(.*?)</item>", tool("pdftohtml", "-xml", "-i", "-stdout", self.pdf))
+        headings = [element for element in self.page.all("h1", "h2")]
+        self.assertEqual([plain(html.unescape(re.sub(r"^\d+\s", "", item))) for item in outline],
+                         ["Tonewright", *(plain(element[2]) for element in headings)])
+        named = set(re.findall(r'"([^"]+)"\s*$', tool("pdfinfo", "-dests", self.pdf), re.M))
+        links = {element[1]["href"].removeprefix("#") for element in self.page.all("a")}
+        self.assertEqual(links - named, set())
+        contents = re.findall(r'href="#(\w+)"', re.search(r"<nav>(.*?)</nav>", text(MANUAL), re.S)[1])
+        chapters = [element[1]["id"] for element in self.page.all("h1") if element[1].get("class") != "plain"]
+        self.assertEqual([name for name in contents if name in chapters], chapters)
+
+    def test_fonts_are_embedded_and_the_text_has_structure(self):
+        fonts = [line.split() for line in tool("pdffonts", self.pdf).splitlines()[2:]]
+        self.assertTrue(fonts)
+        for font in fonts:
+            self.assertEqual(font[-5:-2], ["yes", "yes", "yes"], font)  # embedded, a subset, with its letters' meaning
+        self.assertRegex(tool("pdfinfo", self.pdf), r"(?s)Title: +Tonewright: the manual.*Tagged: +yes")
+
+    def test_setting_it_again_gives_the_same_file(self):
+        again = BUILD / "documents-again.pdf"
+        tool("/usr/bin/python3", SOURCE / "resources/manual/typeset.py", SOURCE / MANUAL, again)
+        self.assertTrue(again.read_bytes() == self.pdf.read_bytes(), "the sources give another file than before")
+
+
+class Pages(unittest.TestCase):
+    def test_are_well_formed_and_accessible(self):
+        for name in (MANUAL, HELP):
+            page, source = Page(name), text(name)
+            self.assertEqual((page.unclosed, page._open), ([], []), name)
+            self.assertTrue(source.startswith("<!DOCTYPE html>") and page.all("html")[0][1].get("lang"), name)
+            self.assertTrue(page.all("title")[0][2], name)
+            ids = [element[1]["id"] for element in page.elements if "id" in element[1]]
+            self.assertEqual(sorted(set(ids)), sorted(ids), name)
+            for tag, attributes, words in page.elements:
+                where = f"{name}: <{tag}> {attributes}"
+                if tag == "img":
+                    self.assertTrue(attributes.get("alt"), where)
+                if tag == "svg":
+                    self.assertTrue(attributes.get("aria-hidden") == "true" or attributes.get("aria-label"), where)
+                if tag == "a":
+                    self.assertIn(attributes["href"].removeprefix("#"), ids, where)
+                    self.assertTrue(words.strip(), where)
+
+    def test_help_page_needs_nothing_else(self):
+        page = Page(HELP)
+        self.assertEqual([element[:2] for element in page.all("script", "iframe", "object", "embed", "link", "img", "form")], [])
+        self.assertEqual([element for element in page.elements for key, value in element[1].items()
+                          if key in ("src", "href", "srcset", "data", "action") and not value.startswith("#")], [])
+        self.assertIsNone(re.search(r"url\(|@import|expression\(", text(HELP)))
+        self.assertEqual([len(page.all(tag)) for tag in ("header", "nav", "main", "footer", "h1")], [1] * 5)
+        self.assertEqual((BUILD / "share/tonewright/help.html").read_text(), text(HELP))
+
+    def test_help_page_has_contrast_in_light_and_in_dark(self):
+        def luminance(colour: str) -> float:
+            digits = colour if len(colour) == 6 else "".join(digit * 2 for digit in colour)
+            parts = [int(digits[i:i + 2], 16) / 255 for i in (0, 2, 4)]
+            parts = [part / 12.92 if part <= 0.04045 else ((part + 0.055) / 1.055) ** 2.4 for part in parts]
+            return 0.2126 * parts[0] + 0.7152 * parts[1] + 0.0722 * parts[2]
+
+        schemes = [dict(re.findall(r"--(\w+): #([0-9a-f]+)", rule)) for rule in re.findall(r":root \{([^}]+)\}", text(HELP))]
+        self.assertEqual(len(schemes), 2)
+        for scheme in schemes:
+            for ink in ("text", "quiet", "accent"):
+                for paper in ("ground", "leaf"):
+                    dark, light = sorted((luminance(scheme[ink]), luminance(scheme[paper])))
+                    self.assertGreaterEqual((light + 0.05) / (dark + 0.05), 4.5, (ink, paper))
+
+
+if __name__ == "__main__":
+    main("project_documents")
