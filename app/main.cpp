@@ -9,6 +9,7 @@
 //   app/AppDelegate          accepts the launch
 //   app/interface/           the main screen: ViewController, and Main.ui, which describes its controls
 //   app/Audio Engine/        AUExtensionManager finds the effect; AUEnginePlayer plays loops through it
+//   shared/HelpViewController/ the help screen, with the manual in a web view
 //   shared/Common/           what does not know this application: text, paths, views, files, animation
 //   platform/                the operating system's side under the names that app and shared use:
 //     foundation/            URLs, files, the bundle of resources, lines on the console, the fatal error
@@ -27,10 +28,12 @@
 #include "app/interface/ViewController.hpp"
 #include "platform/ui/UIApplication.hpp"
 #include "platform/ui/classRegistry.hpp"
+#include "shared/HelpViewController/HelpViewController.hpp"
 
 int main(int argc, char** argv) {
     platform::registerClass<tonewright::AppDelegate>("AppDelegate");
     platform::registerClass<tonewright::ViewController>("ViewController");
+    tonewright::registerHelpScreen();
     platform::UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
     return 0;
 }

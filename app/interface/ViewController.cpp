@@ -36,6 +36,7 @@ void ViewController::offerConnections(platform::InterfaceConnections& connection
     connections.action("onButtonUnit:", this, &ViewController::onButtonUnit);
     connections.action("onPlayButton:", this, &ViewController::onPlayButton);
     connections.action("onStopButton:", this, &ViewController::onStopButton);
+    connections.action("showHelp:", this, &ViewController::showHelp);
 }
 
 void ViewController::viewDidLoad() {

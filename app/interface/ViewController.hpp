@@ -51,6 +51,12 @@ class ViewController : public platform::UIViewController,
     virtual void onPlayButton(const std::shared_ptr<platform::UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<platform::UIButton>& sender);
 
+    /// Open the maker's web site in the browser and the manual in the help screen.
+    virtual void showHelp(const std::shared_ptr<platform::UIResponder>& sender);
+    /// Tell the help screen what to show, before it comes.
+    void prepare(const platform::UIStoryboardSegue& forSegue,
+                 const std::shared_ptr<platform::UIResponder>& sender) override;
+
     /// Put the effect's own interface into the panel, once the effect has delivered it.
     void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) override;
     void onEngineInitialized() override;

@@ -10,6 +10,7 @@
 #include "platform/foundation/Error.hpp"
 #include "platform/foundation/Result.hpp"
 #include "platform/foundation/URL.hpp"
+#include "platform/foundation/URLRequest.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,18 +21,6 @@
 #include <vector>
 
 namespace platform {
-
-/// What stands in memory. Only the protocol's own rules are known; nothing is kept between requests.
-enum class URLRequestCachePolicy : std::uint8_t { UseProtocolCachePolicy = 0 };
-
-struct URLRequest {
-    explicit URLRequest(URL location)
-        : url(std::move(location)) {}
-
-    URL url;
-    URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::UseProtocolCachePolicy;
-    double timeoutInterval = 60.0; // seconds without any progress after which the transfer fails
-};
 
 /// What a source says of itself.
 class URLResponse {

@@ -29,6 +29,15 @@ class InterfaceConnections {
         });
     }
 
+    /// Offer `field`, which does not keep its object: the screen does, as long as its controller lives.
+    template <class View>
+    void outlet(std::string name, std::weak_ptr<View>& field) {
+        _outlets.insert_or_assign(std::move(name), [&field](const std::shared_ptr<UIView>& view) {
+            field = std::dynamic_pointer_cast<View>(view);
+            return !field.expired();
+        });
+    }
+
     /// Offer `method` of `object` to controls under `selector` ("onPlayButton:"). The object must outlive
     /// this table. A sender that is not of the class the method takes arrives as absent.
     template <class Object, class Owner, class Sender>

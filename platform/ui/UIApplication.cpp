@@ -122,6 +122,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
 
     window->onActiveChange = nullptr;
     activity.set(false);
+    controller->dismissViewControllerAnimated(false, nullptr);
     controller->viewWillDisappear(false);
     window->close();
     controller->viewDidDisappear(false);

@@ -4,7 +4,6 @@
 #include "platform/ui/UIViewController.hpp"
 
 #include "platform/foundation/Bundle.hpp"
-#include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
 #include "platform/ui/detail/InterfaceDescription.hpp"
@@ -80,10 +79,6 @@ void UIViewController::didMoveToParentViewController(const std::shared_ptr<UIVie
 void UIViewController::presentViewController(const std::shared_ptr<UIViewController>& controller,
                                              bool animated, std::function<void()> completion) {
     controller->showOver(*this, animated, std::move(completion));
-}
-
-void UIViewController::showOver(UIViewController&, bool, std::function<void()>) {
-    fatal("A controller of this kind cannot be presented");
 }
 
 std::shared_ptr<UIResponder> UIViewController::nextResponder() {

@@ -20,6 +20,7 @@
 namespace platform {
 
 class Bundle;
+class UIStoryboardSegue;
 
 class UIViewController : public UIResponder {
   public:
@@ -66,6 +67,24 @@ class UIViewController : public UIResponder {
     /// call.
     virtual void presentViewController(const std::shared_ptr<UIViewController>& controller, bool animated,
                                        std::function<void()> completion);
+    /// Take away the screen that this controller presents, with all that it presents itself; when there is
+    /// none, have the controller that presents this one take it away. `completion`, which may be empty, is
+    /// called once afterwards, never inside the call, and not at all when nothing is presented. The change is
+    /// immediate, animated or not.
+    virtual void dismissViewControllerAnimated(bool animated, std::function<void()> completion);
+    /// Give the screen that this controller presents; absent when there is none. A dialog does not count.
+    [[nodiscard]] std::shared_ptr<UIViewController> presentedViewController() const;
+    [[nodiscard]] std::shared_ptr<UIViewController> presentingViewController() const {
+        return _presenting.lock();
+    }
+
+    /// Follow the segue `identifier` of the interface description: make its destination anew, `prepare` it
+    /// and present it. An identifier that the description does not have, or a destination that cannot be
+    /// made, is fatal. `sender` may be absent.
+    virtual void performSegueWithIdentifier(const std::string& identifier,
+                                            const std::shared_ptr<UIResponder>& sender);
+    /// Hear which screen is about to come, before its view is loaded.
+    virtual void prepare(const UIStoryboardSegue& forSegue, const std::shared_ptr<UIResponder>& sender);
 
     [[nodiscard]] std::shared_ptr<UIResponder> nextResponder() override;
     [[nodiscard]] bool canPerformAction(std::string_view selector,
@@ -78,7 +97,8 @@ class UIViewController : public UIResponder {
     /// Name the outlets and actions that the interface description may connect.
     virtual void offerConnections(InterfaceConnections& connections);
 
-    /// Come on the screen in front of `presenter`, as a controller of this kind does.
+    /// Come on the screen in front of `presenter`, as a controller of this kind does: a plain one takes the
+    /// window's whole place, and the presenter's view leaves it until the dismissal.
     virtual void showOver(UIViewController& presenter, bool animated, std::function<void()> completion);
 
   private:
@@ -94,6 +114,9 @@ class UIViewController : public UIResponder {
     bool _isViewLoaded = false;
     std::vector<std::shared_ptr<UIViewController>> _children;
     std::weak_ptr<UIViewController> _parent;
+    struct Presentation;
+    std::shared_ptr<Presentation> _presentation; // of what this controller presents
+    std::weak_ptr<UIViewController> _presenting;
 };
 
 } // namespace platform

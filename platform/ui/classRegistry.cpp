@@ -3,6 +3,8 @@
 
 #include "platform/ui/classRegistry.hpp"
 
+#include "platform/ui/detail/ViewImplementation.hpp"
+
 #include <map>
 
 namespace platform {
@@ -21,6 +23,11 @@ Registry<ControllerFactory>& controllers() {
     return registry;
 }
 
+Registry<ViewFactory>& views() {
+    static Registry<ViewFactory> registry;
+    return registry;
+}
+
 } // namespace
 
 void registerDelegateFactory(std::string name, DelegateFactory factory) {
@@ -31,6 +38,10 @@ void registerControllerFactory(std::string name, ControllerFactory factory) {
     controllers().insert_or_assign(std::move(name), std::move(factory));
 }
 
+void registerViewFactory(std::string name, ViewFactory factory) {
+    views().insert_or_assign(std::move(name), std::move(factory));
+}
+
 std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name) {
     const auto found = delegates().find(name);
     return found == delegates().end() ? nullptr : found->second();
@@ -39,6 +50,12 @@ std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name) {
 std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder) {
     const auto found = controllers().find(name);
     return found == controllers().end() ? nullptr : found->second(coder);
+}
+
+std::shared_ptr<UIView> makeView(std::string_view name,
+                                 std::unique_ptr<UIView::Implementation>& implementation) {
+    const auto found = views().find(name);
+    return found == views().end() ? nullptr : found->second(std::move(implementation));
 }
 
 } // namespace platform

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The classes that are made by name: the application's delegate and the controllers of interface
+// The classes that are made by name: the application's delegate, and the controllers and views of interface
 // descriptions. Main thread only.
 #pragma once
 
 #include "platform/ui/NSCoder.hpp"
 #include "platform/ui/UIApplicationDelegate.hpp"
+#include "platform/ui/UIView.hpp"
 #include "platform/ui/UIViewController.hpp"
 
 #include <functional>
@@ -19,9 +20,11 @@ namespace platform {
 
 using DelegateFactory = std::function<std::shared_ptr<UIApplicationDelegate>()>;
 using ControllerFactory = std::function<std::shared_ptr<UIViewController>(const NSCoder&)>;
+using ViewFactory = std::function<std::shared_ptr<UIView>(std::unique_ptr<UIView::Implementation>)>;
 
 void registerDelegateFactory(std::string name, DelegateFactory factory);
 void registerControllerFactory(std::string name, ControllerFactory factory);
+void registerViewFactory(std::string name, ViewFactory factory);
 
 /// Let the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
 template <class T>
@@ -37,5 +40,8 @@ void registerClass(std::string name) {
 [[nodiscard]] std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name);
 /// Make a controller of the class `name`; absent when there is no such class or it refuses the coder.
 [[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
+/// Make a view of the class `name`; absent when there is no such class. `implementation` is taken only then.
+[[nodiscard]] std::shared_ptr<UIView> makeView(std::string_view name,
+                                               std::unique_ptr<UIView::Implementation>& implementation);
 
 } // namespace platform

@@ -40,6 +40,7 @@ class ProbeController final : public UIViewController {
         connections.action("onButtonUnit:", this, &ProbeController::onButtonUnit);
         connections.action("onPlayButton:", this, &ProbeController::onToggle);
         connections.action("onStopButton:", this, &ProbeController::onToggle);
+        connections.action("showHelp:", this, &ProbeController::onHelp);
     }
 
   private:
@@ -54,6 +55,8 @@ class ProbeController final : public UIViewController {
         unwrap(stopButton).setHidden(!_playing);
         print(_playing ? "playing" : "stopped");
     }
+
+    void onHelp(const std::shared_ptr<UIResponder>&) { print("help"); }
 
     std::shared_ptr<UIView> pluginView;
     std::shared_ptr<UIButton> playButton;

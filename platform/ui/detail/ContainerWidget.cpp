@@ -12,6 +12,7 @@ namespace {
 struct ContainerWidget {
     GtkWidget base;
     std::string* controllerClass;
+    std::string* viewClass;
     std::function<void()>* layoutListener;
     bool isPlacing;
     bool isPlacingOutdated;
@@ -21,7 +22,7 @@ struct ContainerWidgetClass {
     GtkWidgetClass base;
 };
 
-enum Property : guint { ControllerClassProperty = 1 };
+enum Property : guint { ControllerClassProperty = 1, ViewClassProperty };
 
 gpointer parentClass = nullptr;
 
@@ -32,6 +33,7 @@ ContainerWidget* selfOf(gpointer instance) {
 void initialise(GTypeInstance* instance, gpointer) {
     auto* self = reinterpret_cast<ContainerWidget*>(instance);
     self->controllerClass = new std::string;
+    self->viewClass = new std::string;
     self->layoutListener = new std::function<void()>;
     gtk_widget_set_overflow(GTK_WIDGET(instance), GTK_OVERFLOW_HIDDEN);
 }
@@ -43,17 +45,22 @@ void dispose(GObject* object) {
 
 void finalise(GObject* object) {
     delete selfOf(object)->controllerClass;
+    delete selfOf(object)->viewClass;
     delete selfOf(object)->layoutListener;
     G_OBJECT_CLASS(parentClass)->finalize(object);
 }
 
-void setProperty(GObject* object, guint, const GValue* value, GParamSpec*) {
-    const char* text = g_value_get_string(value);
-    *selfOf(object)->controllerClass = text == nullptr ? "" : text;
+std::string& classNameIn(GObject* object, guint property) {
+    return property == ViewClassProperty ? *selfOf(object)->viewClass : *selfOf(object)->controllerClass;
 }
 
-void getProperty(GObject* object, guint, GValue* value, GParamSpec*) {
-    g_value_set_string(value, selfOf(object)->controllerClass->c_str());
+void setProperty(GObject* object, guint property, const GValue* value, GParamSpec*) {
+    const char* text = g_value_get_string(value);
+    classNameIn(object, property) = text == nullptr ? "" : text;
+}
+
+void getProperty(GObject* object, guint property, GValue* value, GParamSpec*) {
+    g_value_set_string(value, classNameIn(object, property).c_str());
 }
 
 void initialiseClass(gpointer klass, gpointer) {
@@ -63,10 +70,12 @@ void initialiseClass(gpointer klass, gpointer) {
     objectClass->finalize = finalise;
     objectClass->set_property = setProperty;
     objectClass->get_property = getProperty;
+    constexpr auto Flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS);
     g_object_class_install_property(
         objectClass, ControllerClassProperty,
-        g_param_spec_string("controller-class", nullptr, nullptr, nullptr,
-                            static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS)));
+        g_param_spec_string("controller-class", nullptr, nullptr, nullptr, Flags));
+    g_object_class_install_property(objectClass, ViewClassProperty,
+                                    g_param_spec_string("view-class", nullptr, nullptr, nullptr, Flags));
     auto* widgetClass = static_cast<GtkWidgetClass*>(klass);
     gtk_widget_class_set_layout_manager_type(widgetClass, containerLayoutType());
     gtk_widget_class_set_css_name(widgetClass, "view");
@@ -132,6 +141,10 @@ void layOut(GtkWidget* container, const std::function<void()>& place) {
 
 const std::string& controllerClassOf(GtkWidget* container) {
     return *selfOf(container)->controllerClass;
+}
+
+const std::string& viewClassOf(GtkWidget* container) {
+    return *selfOf(container)->viewClass;
 }
 
 } // namespace platform

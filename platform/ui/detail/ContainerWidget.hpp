@@ -6,7 +6,8 @@
 //
 // In an interface description a child fills its container with <layout><property
 // name="fill">1</property></layout>; only such children count for the container's minimum and natural size.
-// The root of a screen names the class of its controller in the property "controller-class".
+// The root of a screen names the class of its controller in the property "controller-class"; a view of a
+// class of its own names that class in the property "view-class".
 #pragma once
 
 #include <functional>
@@ -38,5 +39,8 @@ void setLayoutListener(GtkWidget* container, std::function<void()> listener);
 
 /// Give the class that the interface description names as the controller's; empty when it names none.
 [[nodiscard]] const std::string& controllerClassOf(GtkWidget* container);
+
+/// Give the class that the interface description names as the view's; empty when it names none.
+[[nodiscard]] const std::string& viewClassOf(GtkWidget* container);
 
 } // namespace platform

@@ -10,6 +10,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/ActionScope.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
+#include "platform/ui/detail/SegueObject.hpp"
 #include "platform/ui/detail/translated.hpp"
 
 namespace platform {
@@ -21,7 +22,8 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
         warn("The interface description \"" + name + ".ui\" is not among the resources.");
         return nullptr;
     }
-    (void)containerWidgetType(); // the description names it
+    (void)containerWidgetType(); // the description names these
+    (void)segueObjectType();
     auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;
     description->_builder = GObjectRef<GtkBuilder>::adopt(gtk_builder_new());
@@ -60,18 +62,31 @@ void InterfaceDescription::connect(const std::shared_ptr<UIViewController>& owne
     _owner = owner;
     const InterfaceConnections& connections = owner->connections();
     for (const auto& [name, assign] : connections.outlets()) {
-        const auto object = viewNamed(name.c_str());
-        if (object && !assign(object))
+        auto object = viewNamed(name.c_str());
+        if (!object) continue;
+        if (assign(object))
+            _kept.push_back(std::move(object));
+        else
             warn("The object \"" + name + "\" in \"" + _name + ".ui\" does not fit the outlet of that name.");
     }
     for (const auto& selector : _actions)
-        if (connections.findAction(selector) == nullptr)
+        if (connections.findAction(selector) == nullptr && !destinationOfSegue(selector))
             warn("The action \"" + selector + "\" in \"" + _name + ".ui\" is unknown to its controller.");
 }
 
+std::optional<std::string> InterfaceDescription::destinationOfSegue(const std::string& identifier) const {
+    GObject* object = gtk_builder_get_object(_builder.get(), identifier.c_str());
+    return object != nullptr && isSegueObject(object) ? std::optional(destinationOf(object)) : std::nullopt;
+}
+
 void InterfaceDescription::perform(const std::string& selector, GtkWidget* sender) {
-    if (const auto owner = _owner.lock())
-        owner->performAction(selector, sender == nullptr ? nullptr : viewWithWidget(sender));
+    const auto owner = _owner.lock();
+    if (!owner) return;
+    const auto view = sender == nullptr ? nullptr : viewWithWidget(sender);
+    if (destinationOfSegue(selector))
+        owner->performSegueWithIdentifier(selector, view);
+    else
+        owner->performAction(selector, view);
 }
 
 } // namespace platform

@@ -4,6 +4,10 @@
 // An interface description that was read: a GtkBuilder file whose object ids are the outlets and whose
 // handler names are the actions of one controller. Main thread only.
 //
+// A "TonewrightSegue" in it is a way to another screen: its id is the segue's identifier, its property
+// "destination" names the other screen's description. A handler of that name performs the segue without an
+// action.
+//
 // The root of the screen has the id "view"; the main screen's stands in a window with the id "window".
 #pragma once
 
@@ -12,9 +16,11 @@
 
 #include <gtk/gtk.h>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -42,7 +48,11 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     /// without effect, the outlet absent.
     void connect(const std::shared_ptr<UIViewController>& owner);
 
-    /// Perform `selector` for `sender`. The handlers of the controls call it.
+    /// Give the name of the description to which the segue `identifier` leads; absent when there is no such
+    /// segue.
+    [[nodiscard]] std::optional<std::string> destinationOfSegue(const std::string& identifier) const;
+
+    /// Perform the action or the segue `selector` for `sender`. The handlers of the controls call it.
     void perform(const std::string& selector, GtkWidget* sender);
     /// Note that a control names `selector` as its action.
     void noteAction(std::string selector) { _actions.insert(std::move(selector)); }
@@ -52,6 +62,7 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     GObjectRef<GtkBuilder> _builder;
     std::set<std::string> _actions;
     std::weak_ptr<UIViewController> _owner;
+    std::vector<std::shared_ptr<UIView>> _kept; // what outlets name, also those that do not keep it
 };
 
 } // namespace platform

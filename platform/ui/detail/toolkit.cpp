@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <gtk/gtk.h>
 #include <string>
+#include <unistd.h>
 
 namespace platform {
 
@@ -22,6 +23,9 @@ void startToolkit() {
     setenv("GDK_BACKEND", "x11", 1);
     setenv("GSK_RENDERER", "cairo", 1);
     setenv("GDK_DEBUG", "gl-disable", 0);
+    // The web engine's sandbox is for users: run as root it leaves a file in the root directory that makes
+    // other programs take the machine for a container.
+    if (geteuid() == 0) setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 0);
     XInitThreads();
     g_log_writer_default_set_use_stderr(TRUE);
     g_set_prgname("tonewright");

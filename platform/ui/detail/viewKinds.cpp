@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Which class of view belongs to which kind of widget.
+#include "platform/foundation/console.hpp"
 #include "platform/ui/UIButton.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
+#include "platform/ui/classRegistry.hpp"
+#include "platform/ui/detail/ContainerWidget.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
 
 namespace platform {
@@ -21,6 +24,10 @@ class PlainView final : public UIView {
 std::shared_ptr<UIView> viewWithWidget(GtkWidget* widget) {
     if (auto view = viewOfWidget(widget)) return view;
     auto implementation = std::make_unique<UIView::Implementation>(widget);
+    if (isContainerWidget(widget) && !viewClassOf(widget).empty()) {
+        if (auto view = makeView(viewClassOf(widget), implementation)) return view;
+        warn("The view class \"" + viewClassOf(widget) + "\" is unknown.");
+    }
     if (GTK_IS_BUTTON(widget)) return std::make_shared<UIButton>(std::move(implementation));
     if (GTK_IS_WINDOW(widget)) return std::make_shared<UIWindow>(std::move(implementation));
     return std::make_shared<PlainView>(std::move(implementation));

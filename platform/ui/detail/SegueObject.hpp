@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The object that stands for a segue in an interface description. Main thread only.
+#pragma once
+
+#include <glib-object.h>
+#include <string>
+
+namespace platform {
+
+/// Give the type "TonewrightSegue", registering it first.
+[[nodiscard]] GType segueObjectType();
+
+[[nodiscard]] bool isSegueObject(GObject* object);
+
+/// Give the name of the interface description to which the segue leads.
+[[nodiscard]] std::string destinationOf(GObject* segue);
+
+} // namespace platform

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// One view of the web engine with what it is asked and how it ends. Main thread only.
+#pragma once
+
+#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/web/detail/WebEngine.hpp"
+#include "platform/web/engine/PageTimeout.private.hpp"
+
+#include <map>
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// The questions that wait for an answer. The engine takes a question that is dropped for answered with yes,
+/// so each is kept until it is answered or its view ends.
+class PendingDecisions {
+  public:
+    PendingDecisions() = default;
+    ~PendingDecisions();
+    PendingDecisions(const PendingDecisions&) = delete;
+    PendingDecisions& operator=(const PendingDecisions&) = delete;
+
+    void add(WebKitPolicyDecision* decision);
+    void answer(WebKitPolicyDecision* decision, bool allow);
+
+  private:
+    std::map<WebKitPolicyDecision*, GObjectRef<WebKitPolicyDecision>> _waiting;
+};
+
+class EngineView final : public WebEngineView {
+  public:
+    explicit EngineView(WebClient& client);
+    ~EngineView() override;
+    EngineView(const EngineView&) = delete;
+    EngineView& operator=(const EngineView&) = delete;
+
+    [[nodiscard]] GtkWidget* widget() const override { return GTK_WIDGET(_view.get()); }
+    void load(const std::string& uri, double timeoutSeconds) override;
+    void loadHTML(const std::string& html, const std::string& baseURI) override;
+
+  private:
+    gboolean decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+    [[nodiscard]] WebAnswer answerTo(WebKitPolicyDecision* decision);
+    void loadChanged(WebKitLoadEvent event);
+    gboolean loadFailed(const char* uri, const GError& error);
+    void processEnded();
+    void tell(const std::string& title, const std::string& sentence, const std::string& uri);
+
+    WebClient& _client;
+    GObjectRef<WebKitNetworkSession> _session;
+    GObjectRef<WebKitWebView> _view;
+    std::shared_ptr<PendingDecisions> _pending = std::make_shared<PendingDecisions>();
+    PageTimeout _timeout;
+    bool _isTellingOfEnd = false; // the page shown says that the page before it broke down
+};
+
+} // namespace platform

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The page that stands in place of one that cannot be shown.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// Give the HTML of a page that says `title`, `sentence` and the place that was wanted, in light or dark as
+/// the desktop has it.
+[[nodiscard]] std::string errorPage(const std::string& title, const std::string& sentence,
+                                    const std::string& uri);
+
+} // namespace platform

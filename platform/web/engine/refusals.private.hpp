@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What pages ask for and do not get. Main thread only.
+#pragma once
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// Answer dialogs, permissions, file choosers, printing and the like of pages in `view` with no, and leave in
+/// the context menu what stays inside the view.
+void refuseWhatPagesAskFor(WebKitWebView* view);
+
+/// Cancel every download of `session`.
+void refuseDownloads(WebKitNetworkSession* session);
+
+} // namespace platform

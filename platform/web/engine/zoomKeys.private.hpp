@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The keys that make a page larger and smaller. Main thread only.
+#pragma once
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// Let Ctrl and +, - or 0 zoom `view`, unless its page uses them itself, as the viewer of PDFs does.
+void addZoomKeys(WebKitWebView* view);
+
+} // namespace platform

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The help screen: a page of the web engine and the Exit button. It shows the manual, the maker's web site or
+// a document, as the text `identifier` says, asks for it anew at each appearance, tells every navigation on
+// standard output, lets pages and documents through and refuses other downloads and new windows.
+//
+// Main thread. Each way to this screen makes a new one, which goes when it is dismissed.
+#pragma once
+
+#include "platform/foundation/URL.hpp"
+#include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIViewController.hpp"
+#include "platform/web/WKNavigationDelegate.hpp"
+#include "platform/web/WKUIDelegate.hpp"
+#include "platform/web/WKWebView.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tonewright {
+
+/// The maker's web site.
+inline constexpr std::string_view WebSite = "https://tonewright.example/";
+
+/// Make the screen's class and its view's known to interface descriptions.
+void registerHelpScreen();
+
+// The outlet has the name that the operations of the web view's protocols begin with; a class can have only
+// one of them, so that these go by the name of their first label.
+class HelpViewController : public platform::UIViewController,
+                           public platform::WKNavigationDelegate,
+                           public platform::WKUIDelegate {
+  public:
+    explicit HelpViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
+    /// Make the screen that `coder` describes; absent when nothing can be made from it.
+    [[nodiscard]] static std::shared_ptr<HelpViewController> initWithCoder(const platform::NSCoder& coder);
+
+    std::string identifier = "showHelp"; // "showDocument", "showHelp", "showInfo"; any other shows nothing
+    std::optional<platform::URL> documentURL; // what "showDocument" shows
+    std::weak_ptr<platform::WKWebView> webView;
+    std::shared_ptr<platform::UIButton> buttonExit;
+
+    void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
+    virtual void didReceiveMemoryWarning();
+
+    /// Dismiss this screen.
+    virtual void onButtonExit(const std::shared_ptr<platform::UIResponder>& sender);
+
+    /// Allow every navigation that has a URL; one without gets no answer.
+    void
+    decidePolicyFor(platform::WKWebView& view, const platform::WKNavigationAction& action,
+                    const std::function<void(platform::WKNavigationActionPolicy)>& decisionHandler) override;
+    /// Allow what has no extension, PDF or HTML, cancel the rest; without a URL there is no answer.
+    void decidePolicyFor(
+        platform::WKWebView& view, const platform::WKNavigationResponse& response,
+        const std::function<void(platform::WKNavigationResponsePolicy)>& decisionHandler) override;
+    /// Tell which page wants a window; it gets none.
+    std::shared_ptr<platform::WKWebView>
+    createWebViewWith(platform::WKWebView& view, const platform::WKWebViewConfiguration& configuration,
+                      const platform::WKNavigationAction& action,
+                      const platform::WKWindowFeatures& windowFeatures) override;
+
+    /// Choose what the next appearance shows.
+    virtual void prepareInfo(const std::string& which);
+
+  protected:
+    explicit HelpViewController(const platform::NSCoder& coder);
+    void offerConnections(platform::InterfaceConnections& connections) override;
+
+  private:
+    friend struct HelpViewControllerProbe; // the tests' view of the private part
+
+    virtual void loadHelpHtml(); // kept: no identifier leads to it
+    virtual void loadHelpPdf();
+    virtual void loadDocument();
+    virtual void navigateWeb();
+    [[nodiscard]] platform::WKWebView& page() const;
+};
+
+} // namespace tonewright
