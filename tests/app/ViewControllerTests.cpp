@@ -139,8 +139,8 @@ TEST_F(ViewControllerTest, StartsWithPlayInSightAndThePanelHidden) {
     EXPECT_FALSE(probe.hasUnit());
     EXPECT_FALSE(probe.effectController());
     EXPECT_EQ(probe.manager()->auEngine->delegate, screen);
-    EXPECT_FALSE(screen->buttonHelp->isEnabled());
-    EXPECT_FALSE(screen->buttonInfo->isEnabled());
+    EXPECT_TRUE(screen->buttonHelp->isEnabled());
+    EXPECT_TRUE(screen->buttonInfo->isEnabled());
 }
 
 TEST_F(ViewControllerTest, ButtonsDoWhatTheyAreConnectedTo) {

@@ -172,14 +172,13 @@ TEST_F(InterfaceTest, ControlsOfTheMainScreenHaveNamesRolesAndStates) {
         const char* id;
         const char* name;
         GtkAccessibleRole role;
-        bool isSensitive;
     };
-    for (const Control& control : {Control{"playButton", "Play", GTK_ACCESSIBLE_ROLE_BUTTON, true},
-                                   Control{"stopButton", "Stop", GTK_ACCESSIBLE_ROLE_BUTTON, true},
-                                   Control{"buttonUnit", "Unit", GTK_ACCESSIBLE_ROLE_BUTTON, true},
-                                   Control{"buttonHelp", "Help", GTK_ACCESSIBLE_ROLE_BUTTON, false},
-                                   Control{"buttonInfo", "Info", GTK_ACCESSIBLE_ROLE_BUTTON, false},
-                                   Control{"pluginView", "Effect", GTK_ACCESSIBLE_ROLE_GROUP, true}}) {
+    for (const Control& control : {Control{"playButton", "Play", GTK_ACCESSIBLE_ROLE_BUTTON},
+                                   Control{"stopButton", "Stop", GTK_ACCESSIBLE_ROLE_BUTTON},
+                                   Control{"buttonUnit", "Unit", GTK_ACCESSIBLE_ROLE_BUTTON},
+                                   Control{"buttonHelp", "Help", GTK_ACCESSIBLE_ROLE_BUTTON},
+                                   Control{"buttonInfo", "Info", GTK_ACCESSIBLE_ROLE_BUTTON},
+                                   Control{"pluginView", "Effect", GTK_ACCESSIBLE_ROLE_GROUP}}) {
         SCOPED_TRACE(control.id);
         const auto view = description->viewNamed(control.id);
         ASSERT_NE(view, nullptr);
@@ -192,7 +191,7 @@ TEST_F(InterfaceTest, ControlsOfTheMainScreenHaveNamesRolesAndStates) {
             EXPECT_EQ(wrongName, nullptr) << wrongName;
             g_free(wrongName);
         }
-        EXPECT_EQ(gtk_widget_get_sensitive(widgetOf(*view)) != FALSE, control.isSensitive);
+        EXPECT_TRUE(gtk_widget_get_sensitive(widgetOf(*view)));
     }
 }
 

@@ -95,7 +95,8 @@ class Controls(unittest.TestCase):
         self.probe.wait(["panel shown"])
         self.probe.press("Return")
         self.probe.wait(["panel hidden"])
-        self.probe.press("Tab", "Tab", "Tab")  # past Help and Info round to Play
+        for _ in range(3):
+            self.probe.press("Tab")  # past Help and Info round to Play
         self.probe.press("space")
         self.probe.wait(["playing"])
 
