@@ -1,67 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "shared/Common/Files/Folder.hpp"
+#include "tests/files/nodes.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/child.hpp"
 #include "tests/support/treeCycles.hpp"
 
-#include "platform/foundation/DateFormatter.hpp"
-#include <gtest/gtest.h>
 #include <limits>
 
 using namespace tonewright;
-using platform::Date;
-using platform::FileAttributeKey;
-using platform::FileAttributes;
 using platform::NSNumber;
+using test::makeNode;
 
 namespace {
-
-FileAttributes attributesOf(std::uint64_t number, std::int64_t size) {
-    FileAttributes attributes;
-    attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(number));
-    attributes.setValue(FileAttributeKey::NSFileSize, NSNumber(size));
-    attributes.setValue(FileAttributeKey::NSFileCreationDate, Date{0, 0});
-    attributes.setValue(FileAttributeKey::NSFileModificationDate, Date{86'400, 0});
-    return attributes;
-}
-
-std::shared_ptr<File> file(std::string_view subpath) {
-    auto node = std::make_shared<File>();
-    node->setRootpath("/music/samples");
-    node->setSubpath(subpath);
-    return node;
-}
 
 constexpr const char* Missing = "Unexpectedly found nil while unwrapping an Optional value";
 
 } // namespace
 
-TEST(FileNode, NumbersCountOverAllClassesFromOne) {
-    // A process of its own: nothing was counted before.
-    EXPECT_EXIT(
-        {
-            const std::int64_t before = FileBase::lastID();
-            const FileBase first;
-            const File second;
-            const Folder third;
-            const bool holds = first.getID() == before + 1 && second.getID() == before + 2 &&
-                               third.getIDFormatted() == std::to_string(before + 3);
-            std::exit(holds ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-TEST(FileNode, BeginsWithItsDefaults) {
+TEST(FileNode, BeginsWithItsDefaultsAndTheNextNumber) {
+    const FileBase first;
     const File node;
+    const Folder third;
+    EXPECT_EQ(node.getID(), first.getID() + 1);
+    EXPECT_EQ(third.getIDFormatted(), std::to_string(first.getID() + 2));
     EXPECT_EQ(node.uid(), NSNumber(-1));
     EXPECT_EQ(node.subpath() + node.rootpath(), "");
     EXPECT_FALSE(node.exists() || node.isDirectory() || node.isWritable() || node.isReadeble() ||
                  node.isExecutable() || node.isDeleteble() || node._remote() || node._expanded() ||
-                 node._selected());
-    EXPECT_EQ(node._indent(), 0);
-    EXPECT_EQ(node.parent(), nullptr);
+                 node._selected() || node._indent() != 0 || node.parent());
     EXPECT_TRUE(node.attributes().isEmpty());
 }
 
@@ -81,7 +48,7 @@ TEST(FileNode, PathsAreTakenApart) {
         {"archive.tar.gz", 0, "archive.tar.gz", "gz", ""},
         {".hidden", 0, ".hidden", "hidden", ""},
         {"ends.", 0, "ends.", "", ""},
-        {"", -1, "samples", "", ""},
+        {"", -1, "music", "", ""},
         {"a/b/", 1, "b", "", "a"},
         {"a//b", 1, "b", "", "a"},
         {"/a", 1, "a", "", "/"},
@@ -91,18 +58,19 @@ TEST(FileNode, PathsAreTakenApart) {
         {"new\nline/\xff", 1, "\xff", "", "new\nline"},
     };
     for (const auto& [subpath, indent, name, extension, parent] : cases) {
-        const auto node = file(subpath);
+        const auto node = makeNode("x");
+        node->setSubpath(subpath);
         EXPECT_EQ(node->subpath(), subpath);
         EXPECT_EQ(node->_indent(), indent) << subpath;
         EXPECT_EQ(node->getFileName(), name) << subpath;
         EXPECT_EQ(node->getFileExtension(), extension) << subpath;
         EXPECT_EQ(node->getParentPath(), parent) << subpath;
-        EXPECT_EQ(node->getFilePath(), std::string("/music/samples/") + subpath);
+        EXPECT_EQ(node->getFilePath(), std::string("/music/") + subpath);
         std::string xml;
         node->xml(xml);
         EXPECT_NE(xml.find("name='" + std::string(name) + "'"), std::string::npos);
     }
-    const auto node = file("a/b");
+    const auto node = makeNode("a/b");
     node->setRootpath("/other/");
     EXPECT_EQ(node->getFilePath(), "/other//a/b");
     node->setSubpath("");
@@ -110,7 +78,7 @@ TEST(FileNode, PathsAreTakenApart) {
 }
 
 TEST(FileNode, TextsSurviveEveryAssignment) {
-    const auto node = file("");
+    const auto node = makeNode("x");
     for (std::size_t length : {0U, 1U, 15U, 22U, 23U, 24U, 25U, 255U, 5000U, 3U}) {
         const std::string path = std::string(length % 100, 'd') + "/" + std::string(length, 'n');
         node->setSubpath(path);
@@ -125,20 +93,20 @@ TEST(FileNode, TextsSurviveEveryAssignment) {
 }
 
 TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {
-    const auto node = file("x");
+    const auto node = makeNode("x");
     EXPECT_EQ(node->getFileSize(), NSNumber(-1));
     EXPECT_EQ(node->getSystemFileNumber(), NSNumber(-1));
     for (const std::string& text : {node->getFileSizeFormatted(), node->getSystemFileNumberFormatted(),
                                     node->getCreationDateFormatted(), node->getModifiedDateFormatted()})
         EXPECT_EQ(text, "(invalid attribute)");
-    EXPECT_LE(Date::now().seconds - node->getModificationDate().seconds, 1);
+    EXPECT_LE(platform::Date::now().seconds - node->getModificationDate().seconds, 1);
 
-    node->setAttributes(attributesOf(17, 1'250'000));
+    node->setAttributes(test::attributesOf(17, 1'250'000));
     EXPECT_EQ(node->getSystemFileNumberFormatted(), "17");
     EXPECT_EQ(node->getFileSizeFormatted(), "1.2 MB");
-    EXPECT_EQ(node->getCreationDate(), (Date{0, 0}));
-    FileAttributes lacking = attributesOf(17, 1);
-    lacking.removeValue(FileAttributeKey::NSFileSize);
+    EXPECT_EQ(node->getCreationDate(), (platform::Date{0, 0}));
+    auto lacking = test::attributesOf(17, 1);
+    lacking.removeValue(platform::FileAttributeKey::NSFileSize);
     node->setAttributes(lacking);
     EXPECT_EQ(node->getSystemFileNumber(), NSNumber(17));
     EXPECT_DEATH((void)node->getFileSize(), Missing);
@@ -148,10 +116,9 @@ TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {
 }
 
 TEST(FileNode, OnlyDirectoriesExpand) {
-    const auto folder = std::make_shared<Folder>();
-    const auto inner = std::make_shared<Folder>();
-    const auto plain = file("x");
-    for (const auto& node : {folder, inner}) node->setIsDirectory(true);
+    const auto folder = makeNode<Folder>("a");
+    const auto inner = makeNode<Folder>("a/b");
+    const auto plain = makeNode("a/x");
     folder->children = {inner, plain};
     folder->setExpanded(true);
     EXPECT_TRUE(folder->_expanded() && inner->_expanded());
@@ -171,7 +138,7 @@ TEST(FileNode, OnlyDirectoriesExpand) {
 }
 
 TEST(FileNode, ALeafKeepsItsAncestors) {
-    std::shared_ptr<File> leaf = file("a/b");
+    const auto leaf = makeNode("a/b");
     std::weak_ptr<File> ancestor;
     {
         const auto folder = std::make_shared<Folder>();
@@ -185,16 +152,10 @@ TEST(FileNode, ALeafKeepsItsAncestors) {
 }
 
 TEST(FileNode, IsFoundByTheTextOfItsNumberOnly) {
-    const auto folder = std::make_shared<Folder>();
-    folder->setIsDirectory(true);
-    folder->setRootpath("/r");
-    folder->setSubpath("top");
-    folder->setAttributes(attributesOf(1, 0));
-    const auto first = file("top/first");
-    first->setAttributes(attributesOf(std::numeric_limits<std::uint64_t>::max(), 0));
-    const auto broken = file("top/broken");
-    const auto twin = file("top/twin");
-    twin->setAttributes(attributesOf(1, 0));
+    const auto folder = makeNode<Folder>("top", 1);
+    const auto first = makeNode("top/first", std::numeric_limits<std::uint64_t>::max());
+    const auto broken = makeNode("top/broken");
+    const auto twin = makeNode("top/twin", 1);
     folder->children = {first, broken, twin};
     const auto find = [&](std::string_view uid) {
         std::shared_ptr<File> found;

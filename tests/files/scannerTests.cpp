@@ -10,9 +10,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
+#include <set>
+#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/un.h>
+#include <sys/sysmacros.h>
 
 using namespace tonewright;
 using tonewright::test::CapturedOutput;
@@ -25,10 +26,19 @@ namespace {
 using Lines = std::vector<std::string>;
 const std::string End = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.";
 
+constexpr uid_t User = 12345;
+
 // A scanner whose tree is taken apart, and the current directory restored, when the test ends.
 struct Scanner {
     FileEnumerator enumerator;
+    CapturedOutput output;
     fs::path start = fs::current_path();
+    /// Scan and give the lines.
+    Lines scan(const std::string& path) {
+        enumerator.enumerate(path);
+        return output.take();
+    }
+    const Folder& root() const { return *enumerator.fileTree->root; }
     ~Scanner() {
         test::takeApart(*enumerator.fileTree);
         fs::current_path(start);
@@ -58,10 +68,11 @@ TEST(Scanner, BuildsTheTreeAndDeletesLitter) {
     scratch.file("a/__MACOSX/deep/._x");
     scratch.file("c__MACOSX__/inside");
     scratch.file("c.ds_store");
+    const Scratch outside;
+    outside.file("kept/file");
+    fs::create_directory_symlink(outside / "kept", scratch / "link.DS_Store");
     Scanner scanner;
-    CapturedOutput output;
-    scanner.enumerator.enumerate(scratch.path());
-    EXPECT_EQ(output.take(), Lines{End});
+    EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
     const FileTree& tree = *scanner.enumerator.fileTree;
     ASSERT_TRUE(tree.root);
     EXPECT_TRUE(tree.filelist.empty());
@@ -78,22 +89,10 @@ TEST(Scanner, BuildsTheTreeAndDeletesLitter) {
     EXPECT_EQ(x->getFileSizeFormatted(), "5 bytes");
     EXPECT_EQ(x->uid(), x->getSystemFileNumber());
     EXPECT_TRUE(tree.root->_expanded() && tree.root->isDirectory() && tree.root->_indent() == 0);
-    for (const char* gone : {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__"})
-        EXPECT_FALSE(fs::exists(scratch / gone)) << gone;
+    for (const char* gone : {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__", "link.DS_Store"})
+        EXPECT_FALSE(fs::exists(fs::symlink_status(scratch / gone))) << gone;
+    EXPECT_TRUE(fs::exists(outside / "kept/file")); // a link goes, not what it points to
     EXPECT_TRUE(fs::exists(scratch / "c.ds_store"));
-}
-
-TEST(Scanner, KeepsWhatALitterLinkPointsTo) {
-    const Scratch scratch;
-    const Scratch outside;
-    outside.file("kept/file");
-    scratch.file("plain");
-    fs::create_directory_symlink(outside / "kept", scratch / "__MACOSX");
-    Scanner scanner;
-    CapturedOutput output;
-    scanner.enumerator.enumerate(scratch.path());
-    EXPECT_TRUE(fs::exists(outside / "kept/file"));
-    EXPECT_FALSE(fs::exists(fs::symlink_status(scratch / "__MACOSX")));
 }
 
 TEST(Scanner, ReportsWhatItCannotDelete) {
@@ -101,20 +100,32 @@ TEST(Scanner, ReportsWhatItCannotDelete) {
     scratch.file("locked/__MACOSX/x");
     scratch.file("locked/y");
     ::chmod(scratch.path().c_str(), 0755);
-    const int code = test::inChildAs(12345, 12345, {}, [&] {
-        FileEnumerator enumerator;
-        CapturedOutput output;
-        enumerator.enumerate(scratch.path());
-        const Lines lines = output.take();
+    const int code = test::inChildAs(User, User, {}, [&] {
+        Scanner scanner;
+        const Lines lines = scanner.scan(scratch.path());
         ASSERT_EQ(lines.size(), 3U); // the folder, and what lies in it
         EXPECT_EQ(lines[0], "The file 'x' couldn't be removed (Permission denied).");
         EXPECT_EQ(lines[1], "The file 'x' couldn't be removed (Permission denied).");
         EXPECT_EQ(lines[2], End);
-        EXPECT_EQ(childrenOf(*child(*enumerator.fileTree->root, "locked")->asFolder()), Lines{"y"});
-        test::takeApart(*enumerator.fileTree);
+        EXPECT_EQ(childrenOf(*child(scanner.root(), "locked")->asFolder()), Lines{"y"});
     });
     if (code == test::CannotTry) GTEST_SKIP();
     EXPECT_EQ(code, 0);
+}
+
+TEST(Scanner, DeletesLitterBelowMoreLevelsThanDescriptors) {
+    const Scratch scratch;
+    std::string path;
+    for (int level = 0; level < 400; ++level) path += "d/";
+    scratch.file(path + ".DS_Store");
+    EXPECT_EQ(test::inChild([&] {
+                  const rlimit limit{300, 300};
+                  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+                  Scanner scanner;
+                  EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
+              }),
+              0);
+    EXPECT_TRUE(fs::is_empty(scratch / path));
 }
 
 TEST(Scanner, HostileNamesAndKindsPassUnchanged) {
@@ -124,20 +135,15 @@ TEST(Scanner, HostileNamesAndKindsPassUnchanged) {
                                    "%s%n",      " ",           "-",        longName};
     for (const std::string& name : hostile) scratch.file(name, "abc");
     ::mkfifo((scratch / "fifo").c_str(), 0600);
-    const int sock = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::snprintf(address.sun_path, sizeof address.sun_path, "%s/sock", scratch.path().c_str());
-    ASSERT_EQ(::bind(sock, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::mknod((scratch / "socket").c_str(), S_IFSOCK | 0600, 0), 0);
+    const bool hasDevice = ::mknod((scratch / "null").c_str(), S_IFCHR | 0600, ::makedev(1, 3)) == 0;
     fs::create_directory_symlink("..", scratch / "up");
     fs::create_symlink("circle", scratch / "circle");
     fs::create_symlink("nowhere", scratch / "dangling");
     Scanner scanner;
-    CapturedOutput output;
-    scanner.enumerator.enumerate(scratch.path());
-    EXPECT_EQ(output.take(), Lines{End});
-    const Folder& root = *scanner.enumerator.fileTree->root;
-    EXPECT_EQ(root.children.size(), std::size(hostile) + 5);
+    EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
+    const Folder& root = scanner.root();
+    EXPECT_EQ(root.children.size(), std::size(hostile) + (hasDevice ? 6 : 5));
     for (const std::string& name : hostile) ASSERT_TRUE(child(root, name)) << name;
     EXPECT_TRUE(child(root, "up")->isDirectory());
     EXPECT_TRUE(child(root, "up")->asFolder()->children.empty());
@@ -145,7 +151,6 @@ TEST(Scanner, HostileNamesAndKindsPassUnchanged) {
     EXPECT_EQ(child(root, "dangling")->getFileSize(), platform::NSNumber(7));
     EXPECT_NE(scanner.enumerator.fileTree->xml().find("<file name='new\nline' size='3 bytes'"),
               std::string::npos);
-    ::close(sock);
 }
 
 TEST(Scanner, AttributesThatCannotBeReadAreReportedOnce) {
@@ -155,21 +160,18 @@ TEST(Scanner, AttributesThatCannotBeReadAreReportedOnce) {
     ::chmod((scratch / "closed").c_str(), 0444); // names, but no way to them
     ::chmod((scratch / "secret").c_str(), 0000);
     ::chmod(scratch.path().c_str(), 0755);
-    const int code = test::inChildAs(12345, 12345, {}, [&] {
-        FileEnumerator enumerator;
-        CapturedOutput output;
-        enumerator.enumerate(scratch.path());
-        const Lines lines = output.take();
+    const int code = test::inChildAs(User, User, {}, [&] {
+        Scanner scanner;
+        const Lines lines = scanner.scan(scratch.path());
         ASSERT_EQ(lines.size(), 2U);
         EXPECT_EQ(lines[0], "Error Domain=POSIX Code=13 \"The attributes of the file 'one' couldn't be read "
                             "(Permission denied).\"");
-        const auto one = child(*enumerator.fileTree->root, "closed")->asFolder()->children[0];
+        const auto one = child(scanner.root(), "closed")->asFolder()->children[0];
         EXPECT_EQ(one->uid(), platform::NSNumber(-1));
         EXPECT_EQ(one->getCreationDateFormatted(), "(invalid attribute)");
         EXPECT_FALSE(one->exists());
-        EXPECT_TRUE(child(*enumerator.fileTree->root, "secret")->asFolder()->children.empty());
-        EXPECT_EQ(enumerator.fileTree->findFileWithUID("(invalid attribute)"), one);
-        test::takeApart(*enumerator.fileTree);
+        EXPECT_TRUE(child(scanner.root(), "secret")->asFolder()->children.empty());
+        EXPECT_EQ(scanner.enumerator.fileTree->findFileWithUID("(invalid attribute)"), one);
     });
     if (code == test::CannotTry) GTEST_SKIP();
     EXPECT_EQ(code, 0);
@@ -180,9 +182,8 @@ TEST(Scanner, ARootMayBeALinkButMustBeADirectory) {
     scratch.file("real/inside");
     fs::create_directory_symlink("real", scratch / "link");
     Scanner scanner;
-    CapturedOutput output;
-    scanner.enumerator.enumerate(scratch / "link");
-    const Folder& root = *scanner.enumerator.fileTree->root;
+    (void)scanner.scan(scratch / "link");
+    const Folder& root = scanner.root();
     struct stat link {};
     struct stat real {};
     ::lstat((scratch / "link").c_str(), &link);
@@ -190,24 +191,25 @@ TEST(Scanner, ARootMayBeALinkButMustBeADirectory) {
     EXPECT_EQ(root.uid(), platform::NSNumber(link.st_ino));
     EXPECT_EQ(root.getSystemFileNumber(), platform::NSNumber(real.st_ino));
     EXPECT_EQ(root.children.size(), 1U);
-    (void)output.take();
 
     const auto before = scanner.enumerator.fileTree->root;
-    for (const std::string& wrong : {scratch / "none", scratch / "real/inside", std::string()}) {
-        scanner.enumerator.enumerate(wrong);
-        EXPECT_EQ(output.take(),
+    for (const std::string& wrong : {scratch / "none", scratch / "real/inside", std::string()})
+        EXPECT_EQ(scanner.scan(wrong),
                   Lines{"Error: Could not set current path '" + wrong + "' for the file manager."});
-    }
     EXPECT_EQ(scanner.enumerator.fileTree->root, before);
-    scanner.enumerator.enumerate(scratch / "real"); // a second scan has a new root
+    (void)scanner.scan(scratch / "real"); // a second scan has a new root
     EXPECT_NE(scanner.enumerator.fileTree->root, before);
-    EXPECT_EQ(scanner.enumerator.fileTree->root->children.size(), 1U);
+    EXPECT_EQ(childrenOf(scanner.root()), Lines{"inside"});
     test::takeApart(before);
 }
 
 TEST(Scanner, AChangingDiskHarmsNothing) {
     const Scratch scratch;
-    for (int i = 0; i < 300; ++i) scratch.file("d" + std::to_string(i % 30) + "/f" + std::to_string(i));
+    std::multiset<std::string> staying;
+    for (int i = 0; i < 300; ++i) {
+        staying.insert("f" + std::to_string(i));
+        scratch.file("d" + std::to_string(i % 30) + "/f" + std::to_string(i));
+    }
     const pid_t churn = ::fork();
     if (churn == 0) {
         for (int i = 0;; ++i) {
@@ -225,14 +227,14 @@ TEST(Scanner, AChangingDiskHarmsNothing) {
     }
     for (int round = 0; round < 20; ++round) {
         Scanner scanner;
-        CapturedOutput output;
-        scanner.enumerator.enumerate(scratch.path());
-        EXPECT_EQ(output.take().back(), End);
-        std::size_t files = 0;
-        for (const auto& folder : scanner.enumerator.fileTree->root->children)
-            for (const auto& node : folder->asFolder()->children)
-                if (node->getFileName().starts_with('f')) ++files;
-        EXPECT_EQ(files, 300U);
+        EXPECT_EQ(scanner.scan(scratch.path()).back(), End);
+        std::multiset<std::string> files;
+        for (const auto& folder : scanner.root().children)
+            for (const auto& node : folder->asFolder()->children) {
+                EXPECT_EQ(node->attributes().isEmpty(), node->uid() == platform::NSNumber(-1));
+                if (node->getFileName().starts_with('f')) files.insert(node->getFileName());
+            }
+        EXPECT_EQ(files, staying);
     }
     ::kill(churn, SIGKILL);
     ::waitpid(churn, nullptr, 0);
@@ -242,7 +244,7 @@ TEST(Scanner, ExaminesOnePath) {
     const Scratch scratch;
     ::chmod(scratch.file("readonly").c_str(), 0444);
     ::chmod(scratch.path().c_str(), 0755);
-    const int code = test::inChildAs(12345, 12345, {}, [&] {
+    const int code = test::inChildAs(User, User, {}, [&] {
         FileEnumerator enumerator;
         CapturedOutput output;
         enumerator.examineFile("readonly", scratch.path());
@@ -264,9 +266,8 @@ TEST(Scanner, ExaminesOnePath) {
 }
 
 TEST(Scanner, SmallThings) {
-    EXPECT_EQ(FileEnumerator::formatNumber(7), "07");
-    EXPECT_EQ(FileEnumerator::formatNumber(10), "10");
-    EXPECT_EQ(FileEnumerator::formatNumber(-5), "0-5");
+    for (const auto& [number, text] : {std::pair(7, "07"), {10, "10"}, {-5, "0-5"}})
+        EXPECT_EQ(FileEnumerator::formatNumber(number), text);
     EXPECT_EQ(&FileEnumerator::shared(), &FileEnumerator::shared());
     FileEnumerator enumerator;
     EXPECT_EQ(enumerator.fileManager.delegate(), &enumerator);

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/foundation/DateFormatter.hpp"
-#include "shared/Common/Files/FileTree.hpp"
 #include "shared/Common/Files/TextWriter.hpp"
+#include "tests/files/nodes.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/treeCycles.hpp"
 
@@ -11,9 +11,6 @@
 #include <gtest/gtest.h>
 
 using namespace tonewright;
-using platform::Date;
-using platform::FileAttributeKey;
-using platform::NSNumber;
 
 namespace {
 
@@ -24,35 +21,14 @@ class TreeTexts : public testing::Test {
         ::setenv("TZ", "UTC", 1);
         platform::DateFormatter::resetTimeZone();
         tree.basePath = "/private/music";
-        tree.root = node<Folder>("", 2, 0);
+        tree.root = test::makeNode<Folder>("", 2);
         tree.root->set_expanded(true);
-        folder = node<Folder>("Drums", 10, 0);
-        inner = node<File>("Drums/it's <kick> & more.wav", 11, 12'345);
-        plain = node<File>("b.txt", 12, 1);
-        for (const auto& item : std::initializer_list<std::shared_ptr<File>>{folder, inner, plain}) {
-            tree.findParent(item);
-            tree.filelist.push_back(item);
-        }
+        folder = test::addNode<Folder>(tree, "Drums", 10);
+        inner = test::addNode(tree, "Drums/it's <kick> & more.wav", 11, 12'345);
+        plain = test::addNode(tree, "b.txt", 12, 1);
         tree.clearList();
     }
     void TearDown() override { test::takeApart(tree); }
-
-    template <class Node>
-    static std::shared_ptr<Node> node(std::string_view subpath, std::uint64_t number, std::int64_t size) {
-        auto made = std::make_shared<Node>();
-        made->setRootpath("/music");
-        if (!subpath.empty()) made->setSubpath(subpath);
-        made->setIsDirectory(std::is_same_v<Node, Folder>);
-        made->setExists(true);
-        platform::FileAttributes attributes;
-        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(number));
-        attributes.setValue(FileAttributeKey::NSFileSize, NSNumber(size));
-        attributes.setValue(FileAttributeKey::NSFileCreationDate, Date{0, 0});
-        attributes.setValue(FileAttributeKey::NSFileModificationDate, Date{1'794'822'014, 0});
-        made->setAttributes(attributes);
-        made->setUid(NSNumber(number));
-        return made;
-    }
 
     FileTree tree;
     std::shared_ptr<Folder> folder;
@@ -89,8 +65,7 @@ TEST_F(TreeTexts, ElementsInARow) {
               "\n\t\t<file id='11' name='it's <kick> & more.wav' size='12 KB' " DATES " depth='1' />"
               "\n\t<file id='12' name='b.txt' size='1 byte' " DATES " depth='0' />"
               "\n</files>");
-    const auto bare = std::make_shared<File>();
-    bare->setSubpath("bare");
+    const auto bare = test::makeNode("bare");
     std::string text;
     bare->list(text);
     EXPECT_EQ(text, "<file id='-1' name='bare' size='(invalid attribute)' created='(invalid attribute)' "

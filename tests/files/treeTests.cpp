@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "shared/Common/Files/FileTree.hpp"
+#include "tests/files/nodes.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/treeCycles.hpp"
 
 #include <gtest/gtest.h>
 
 using namespace tonewright;
-using platform::FileAttributeKey;
 using platform::NSNumber;
+using test::makeNode;
 
 namespace {
 
@@ -21,29 +21,15 @@ using Names = std::vector<std::string>;
 class Tree : public testing::Test {
   protected:
     void SetUp() override {
-        tree.root = std::make_shared<Folder>();
-        tree.root->setIsDirectory(true);
-        add<Folder>("A", 1);
-        add<File>("A/x", 2);
-        add<Folder>("A/Deep", 3);
-        add<File>("A/Deep/y", 4);
-        add<File>("b", 5);
+        tree.root = makeNode<Folder>("");
+        test::addNode<Folder>(tree, "A", 1);
+        test::addNode(tree, "A/x", 2);
+        test::addNode<Folder>(tree, "A/Deep", 3);
+        test::addNode(tree, "A/Deep/y", 4);
+        test::addNode(tree, "b", 5);
         tree.clearList();
     }
     void TearDown() override { test::takeApart(tree); }
-
-    template <class Node>
-    std::shared_ptr<Node> add(std::string_view subpath, std::uint64_t number) {
-        auto node = std::make_shared<Node>();
-        node->setIsDirectory(std::is_same_v<Node, Folder>);
-        node->setSubpath(subpath);
-        tree.findParent(node);
-        platform::FileAttributes attributes;
-        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(number));
-        node->setAttributes(attributes);
-        tree.filelist.push_back(node);
-        return node;
-    }
     Names names() const {
         Names names;
         for (const auto& node : tree.filelist) names.push_back(node->getFileName());
@@ -101,9 +87,7 @@ TEST_F(Tree, LookupReadsTheAttributesAndSparesTheRoot) {
     test::CapturedOutput output;
     EXPECT_EQ(tree.findFileWithUID(RootIdentifier), tree.root);
     EXPECT_EQ(output.take(), Names{"FileTree: The file (root) was found :  " + std::string(RootIdentifier)});
-    platform::FileAttributes attributes;
-    attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, NSNumber(99));
-    tree.root->setAttributes(attributes);
+    tree.root->setAttributes(test::attributesOf(99, 0));
     EXPECT_EQ(tree.findFileWithUID("99"), nullptr);
     tree.root->children[1]->setUid(NSNumber(4)); // only the attributes count
     EXPECT_EQ(tree.findFileWithUID("4")->getFileName(), "y");
@@ -114,21 +98,18 @@ TEST_F(Tree, LookupReadsTheAttributesAndSparesTheRoot) {
 }
 
 TEST_F(Tree, ParentsAreFoundInTheListOrAreTheRoot) {
-    auto orphan = std::make_shared<File>();
-    orphan->setSubpath("A/new");
+    const auto orphan = makeNode("A/new");
     tree.findParent(orphan); // the list is empty
     EXPECT_EQ(orphan->parent(), nullptr);
     tree.filelist.push_back(tree.root->children[1]);
     tree.findParent(orphan); // no such folder in the list
     EXPECT_EQ(orphan->parent(), tree.root);
-    auto misfit = std::make_shared<File>();
-    misfit->setSubpath("elsewhere");
+    const auto misfit = makeNode("elsewhere");
     misfit->setIsDirectory(true);
     tree.filelist.push_back(misfit);
     EXPECT_DEATH(tree.findParent(orphan), "Could not cast");
     EXPECT_DEATH(tree.findParent(nullptr), "^Unexpectedly found nil while implicitly unwrapping");
-    auto top = std::make_shared<File>();
-    top->setSubpath("top");
+    const auto top = makeNode("top");
     tree.findParent(top);
     EXPECT_EQ(top->parent(), tree.root);
     test::takeApart(orphan);

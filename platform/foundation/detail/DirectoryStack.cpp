@@ -14,6 +14,9 @@ namespace {
 
 constexpr int HowToOpen = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
+// A process has often no more than 1,024 descriptors, and others want some: a removal on the way, for one.
+constexpr std::size_t MostOpen = 256;
+
 bool isOutOfDescriptors(int error) {
     return error == EMFILE || error == ENFILE;
 }
@@ -41,6 +44,7 @@ bool DirectoryStack::giveUpOutermost() {
 
 int DirectoryStack::enter(const char* name) {
     if (descriptor() < 0) return ENOENT;
+    if (_levels.size() - _firstOpen >= MostOpen) giveUpOutermost();
     while (true) {
         const int opened = ::openat(descriptor(), name, HowToOpen);
         if (opened >= 0) {

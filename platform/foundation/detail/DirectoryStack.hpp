@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The chain of open directories from a root down to where a walk stands. Nothing on it is ever reached
-// through a link or a rebuilt path. When the process runs out of descriptors the outer levels give theirs up
-// and are opened again on the way back. One thread. Private to platform/foundation.
+// through a link or a rebuilt path. Beyond a few hundred levels, and when the process runs out of
+// descriptors, the outer levels give theirs up and are opened again on the way back. One thread. Private to
+// platform/foundation.
 #pragma once
 
 #include "platform/foundation/detail/Descriptor.hpp"
