@@ -4,81 +4,71 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/child.hpp"
+
 #include <cstdio>
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
-#include <vector>
 
 using namespace platform;
-
-namespace {
-
-// Runs `body` in a child whose standard output is a pipe, and gives what came through.
-template <class Body>
-std::string outputOf(Body body) {
-    int ends[2];
-    EXPECT_EQ(::pipe(ends), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::dup2(ends[1], STDOUT_FILENO);
-        ::close(ends[0]);
-        ::close(ends[1]);
-        body();
-        ::_exit(0);
-    }
-    ::close(ends[1]);
-    std::string text;
-    char buffer[4096];
-    for (ssize_t n = 0; (n = ::read(ends[0], buffer, sizeof buffer)) > 0;)
-        text.append(buffer, static_cast<std::size_t>(n));
-    ::close(ends[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    return text;
-}
-
-} // namespace
+using tonewright::test::CapturedOutput;
+using tonewright::test::inChild;
+using Lines = std::vector<std::string>;
 
 TEST(Console, OnlyOurLinesReachStandardOutput) {
-    const std::string text = outputOf([] {
-        reserveStandardOutput();
-        std::puts("a library's chatter");
-        std::fflush(stdout);
-        print(std::string_view("a\0b", 3));
-        print("");
-    });
-    EXPECT_EQ(text, std::string("a\0b\n\n", 5));
+    CapturedOutput output;
+    EXPECT_EQ(inChild([] {
+                  reserveStandardOutput();
+                  std::puts("a library's chatter");
+                  std::fflush(stdout);
+                  print(std::string_view("a\0b", 3));
+                  print("");
+                  EXPECT_EQ(printError(), 0);
+              }),
+              0);
+    EXPECT_EQ(output.take(), (Lines{std::string("a\0b", 3), ""}));
 }
 
 TEST(Console, LinesStayWholeWhenThreadsWriteTogether) {
-    const std::string text = outputOf([] {
-        std::vector<std::thread> threads;
-        for (char c = 'a'; c < 'e'; ++c)
-            threads.emplace_back([c] {
-                for (int i = 0; i < 200; ++i) print(std::string(3000, c));
-            });
-        for (auto& thread : threads) thread.join();
+    constexpr std::size_t Length = 100'000; // more than a pipe takes at once
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    std::thread writer([&] {
+        EXPECT_EQ(inChild([&] {
+                      ::dup2(ends[1], STDOUT_FILENO);
+                      std::vector<std::thread> threads;
+                      for (char c = 'a'; c < 'e'; ++c)
+                          threads.emplace_back([c] {
+                              for (int i = 0; i < 20; ++i) print(std::string(Length - 1, c));
+                          });
+                      for (auto& thread : threads) thread.join();
+                  }),
+                  0);
+        ::close(ends[1]);
     });
-    ASSERT_EQ(text.size(), 800U * 3001U);
-    for (std::size_t i = 0; i < text.size(); i += 3001) {
-        EXPECT_EQ(text.find_first_not_of(text[i], i), i + 3000);
-        EXPECT_EQ(text[i + 3000], '\n');
-    }
+    std::string text(81 * Length, '\0');
+    std::size_t size = 0;
+    for (ssize_t n = 0; (n = ::read(ends[0], &text[size], text.size() - size)) > 0;)
+        size += static_cast<std::size_t>(n);
+    writer.join();
+    ::close(ends[0]);
+    ASSERT_EQ(size, 80 * Length);
+    for (std::size_t i = 0; i < size; i += Length)
+        ASSERT_EQ(text.find_first_not_of(text[i], i), i + Length - 1);
 }
 
-TEST(Console, ClosedStandardOutputHarmsNothing) {
-    const std::string text = outputOf([] {
-        ::close(STDOUT_FILENO);
-        reserveStandardOutput();
-        print("lost");
-        if (::open("/dev/null", O_RDONLY) <= 2) ::_exit(1);
-    });
-    EXPECT_EQ(text, "");
+TEST(Console, ClosedOrFullStandardOutputHarmsNothingAndIsKnown) {
+    EXPECT_EQ(inChild([] {
+                  ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
+                  print("lost");
+                  EXPECT_EQ(printError(), ENOSPC);
+                  ::close(STDOUT_FILENO);
+                  reserveStandardOutput();
+                  print("lost");
+                  EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file is taken for standard output
+              }),
+              0);
 }
 
 TEST(Fatal, WritesOneLineAndAborts) {

@@ -35,9 +35,6 @@ class Answers : public FileManagerDelegate {
     bool fileManagerShouldRemoveItemAtPath(FileManager&, const std::string& path) override {
         return may(path);
     }
-    bool fileManagerShouldRemoveItemAtURL(FileManager&, const URL& url) override {
-        return may(url.absoluteString());
-    }
     bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string& path,
                                          const std::string& to) override {
         return may(path + " > " + to);

@@ -24,29 +24,36 @@ namespace {
 
 // What a completion was told.
 struct Outcome {
-    std::string content;
+    std::string content; // its first thousand bytes
     std::size_t size = 0;
     bool hasContent = false;
-    bool isRight = true; // the content is what the server sends
+    bool isRight = true; // a file's content is what the server sends
     int status = -1;
     std::int64_t announced = -1;
     std::string url;
     std::string error;
-    long code = 0;
-    bool isOnOtherThread = false;
     std::string location;
-    bool wasThere = false;
+    std::thread::id thread = std::this_thread::get_id();
 
-    void note(const std::shared_ptr<URLResponse>& response, const std::optional<Error>& failed) {
+    Outcome(const std::shared_ptr<URLResponse>& response, const std::optional<Error>& failed) {
         if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get()))
             status = http->statusCode();
         if (response) {
             url = response->url().absoluteString();
             announced = response->expectedContentLength();
         }
-        if (failed) {
-            error = failed->localizedDescription();
-            code = failed->code();
+        if (failed) error = failed->localizedDescription();
+    }
+    void read(const std::string& path) {
+        hasContent = true;
+        location = path;
+        std::ifstream file(path, std::ios::binary);
+        EXPECT_TRUE(file.good());
+        std::vector<char> piece(1 << 20);
+        while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
+            for (std::size_t i = 0; i < static_cast<std::size_t>(file.gcount()); i += 61)
+                if (piece[i] != HTTPServer::byteAt(size + i)) isRight = false;
+            size += static_cast<std::size_t>(file.gcount());
         }
     }
 };
@@ -57,61 +64,41 @@ URLRequest request(const std::string& url, double timeout = 60) {
     return made;
 }
 
-Outcome waitFor(std::future<Outcome> future) {
+Outcome waitFor(const std::shared_ptr<URLSessionTask>& task, std::future<Outcome> future) {
+    task->resume();
     if (future.wait_for(60s) != std::future_status::ready)
         throw std::runtime_error("the completion never came");
     return future.get();
 }
 
 Outcome fetch(const URLRequest& what) {
-    auto promise = std::make_shared<std::promise<Outcome>>();
-    auto future = promise->get_future();
-    const auto caller = std::this_thread::get_id();
-    URLSession::create(URLSessionConfiguration::defaultSessionConfiguration())
-        ->dataTaskWithRequest(what,
-                              [promise, caller](const auto& data, const auto& response, const auto& error) {
-                                  Outcome outcome;
-                                  outcome.note(response, error);
-                                  outcome.hasContent = data.has_value();
-                                  if (data) {
-                                      outcome.size = data->size();
-                                      outcome.content.assign(reinterpret_cast<const char*>(data->data()),
-                                                             std::min<std::size_t>(data->size(), 1000));
-                                  }
-                                  outcome.isOnOtherThread = std::this_thread::get_id() != caller;
-                                  promise->set_value(outcome);
-                              })
-        ->resume();
-    return waitFor(std::move(future));
+    const auto promise = std::make_shared<std::promise<Outcome>>();
+    return waitFor(
+        URLSession::create(URLSessionConfiguration::defaultSessionConfiguration())
+            ->dataTaskWithRequest(what,
+                                  [promise](const auto& data, const auto& response, const auto& error) {
+                                      Outcome outcome(response, error);
+                                      outcome.hasContent = data.has_value();
+                                      if (data) {
+                                          outcome.size = data->size();
+                                          outcome.content.assign(reinterpret_cast<const char*>(data->data()),
+                                                                 std::min<std::size_t>(data->size(), 1000));
+                                      }
+                                      promise->set_value(outcome);
+                                  }),
+        promise->get_future());
 }
 
 Outcome download(const URLRequest& what) {
-    auto promise = std::make_shared<std::promise<Outcome>>();
-    auto future = promise->get_future();
-    URLSession::sharedSession()
-        ->downloadTaskWithRequest(
-            what,
-            [promise](const auto& location, const auto& response, const auto& error) {
-                Outcome outcome;
-                outcome.note(response, error);
-                if (location) {
-                    outcome.hasContent = true;
-                    outcome.location = location->path();
-                    outcome.wasThere = FileManager().fileExistsAtPath(outcome.location);
-                    std::ifstream file(outcome.location, std::ios::binary);
-                    std::vector<char> piece(1 << 20);
-                    while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
-                        for (std::streamsize i = 0; i < file.gcount(); i += 61)
-                            if (piece[static_cast<std::size_t>(i)] !=
-                                HTTPServer::byteAt(outcome.size + static_cast<std::size_t>(i)))
-                                outcome.isRight = false;
-                        outcome.size += static_cast<std::size_t>(file.gcount());
-                    }
-                }
-                promise->set_value(outcome);
-            })
-        ->resume();
-    return waitFor(std::move(future));
+    const auto promise = std::make_shared<std::promise<Outcome>>();
+    return waitFor(URLSession::sharedSession()->downloadTaskWithRequest(
+                       what,
+                       [promise](const auto& location, const auto& response, const auto& error) {
+                           Outcome outcome(response, error);
+                           if (location) outcome.read(location->path());
+                           promise->set_value(outcome);
+                       }),
+                   promise->get_future());
 }
 
 // The completion has told what it saw; its file goes right after it.
@@ -125,6 +112,14 @@ constexpr std::size_t Gigabyte = 100'000'000;
 #else
 constexpr std::size_t Gigabyte = 1'000'000'000;
 #endif
+
+// What comes of a server's answer, to the letter.
+template <class Transfer>
+Outcome outcomeOf(Transfer transfer, const std::string& answer) {
+    const BadServer server([&](int connection) { tonewright::test::sendAll(connection, answer); });
+    return transfer(request(server.url(), 5));
+}
+
 constexpr const char* Ok = "HTTP/1.1 200 OK\r\n";
 const std::string Chunked = std::string(Ok) + "Transfer-Encoding: chunked\r\n\r\n";
 constexpr std::string_view
@@ -139,7 +134,7 @@ TEST(URLSession, EveryStatusIsAnAnswer) {
     EXPECT_EQ(text.content, "hello");
     EXPECT_EQ(text.status, 200);
     EXPECT_EQ(text.announced, 5);
-    EXPECT_TRUE(text.isOnOtherThread);
+    EXPECT_NE(text.thread, std::this_thread::get_id());
     EXPECT_EQ(text.error, "");
     for (const int status : {404, 500, 418}) {
         const Outcome answer = fetch(request(server.url("/status/" + std::to_string(status))));
@@ -147,8 +142,7 @@ TEST(URLSession, EveryStatusIsAnAnswer) {
         EXPECT_EQ(answer.content, "status " + std::to_string(status));
     }
     const Outcome empty = download(request(server.url("/empty")));
-    EXPECT_TRUE(empty.hasContent && empty.wasThere);
-    EXPECT_EQ(empty.size, 0U);
+    EXPECT_TRUE(empty.hasContent && empty.size == 0);
 }
 
 TEST(URLSession, FollowsRedirectsAndGivesUpOnLoops) {
@@ -177,8 +171,7 @@ TEST(URLSession, BodiesOfUnknownLengthAreWhole) {
         std::string(Ok) + "Content-Encoding: gzip\r\nTransfer-Encoding: chunked\r\n\r\n9\r\n" +
             packed.substr(0, 9) + "\r\n10\r\n" + packed.substr(9) + "\r\n0\r\n\r\n"};
     for (const std::string& answer : answers) {
-        BadServer plain([answer](int connection) { tonewright::test::sendAll(connection, answer); });
-        const Outcome outcome = fetch(request(plain.url(), 5));
+        const Outcome outcome = outcomeOf(fetch, answer);
         EXPECT_EQ(outcome.content, "hello") << answer << outcome.error;
         EXPECT_EQ(outcome.announced, -1);
     }
@@ -207,7 +200,6 @@ TEST(URLSession, ATemporaryFileLivesAsLongAsTheCompletion) {
     ::setenv("TMPDIR", scratch.path().c_str(), 1);
     const HTTPServer server;
     const Outcome outcome = download(request(server.url("/text")));
-    EXPECT_TRUE(outcome.wasThere);
     EXPECT_TRUE(outcome.location.starts_with(scratch.path()));
     EXPECT_TRUE(becomesEmpty(scratch.path()));
     ::setenv("TMPDIR", (scratch / "none").c_str(), 1);
@@ -252,8 +244,7 @@ TEST(URLSession, WhatIsCutShortIsAnError) {
         std::string(Ok) + "Content-Encoding: gzip\r\n\r\n" + packed.substr(0, 20),
         std::string(Ok) + "Content-Encoding: gzip\r\n\r\n" + packed.substr(0, 5)};
     for (const std::string& answer : answers) {
-        BadServer server([answer](int connection) { tonewright::test::sendAll(connection, answer); });
-        const Outcome outcome = download(request(server.url(), 5));
+        const Outcome outcome = outcomeOf(download, answer);
         EXPECT_FALSE(outcome.hasContent) << answer;
         EXPECT_NE(outcome.error, "") << answer;
         EXPECT_EQ(outcome.error.find('\n'), std::string::npos);
@@ -284,7 +275,7 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
     EXPECT_EQ(outcome.content, "content");
     EXPECT_EQ(outcome.status, -1);
     EXPECT_EQ(outcome.announced, 7);
-    EXPECT_TRUE(download(request(file)).wasThere);
+    EXPECT_EQ(download(request(file)).size, 7U);
     ::mkfifo((scratch / "fifo").c_str(), 0600);
     for (const char* name : {"fifo", "none", ""})
         EXPECT_NE(fetch(request("file://" + scratch.path() + "/" + name)).error, "") << name;
@@ -293,17 +284,14 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
 }
 
 TEST(URLSession, CancellingCallsTheCompletionOnce) {
-    BadServer silent([](int connection) { tonewright::test::waitForClose(connection); });
-    auto promise = std::make_shared<std::promise<long>>();
-    auto future = promise->get_future();
+    const BadServer silent([](int connection) { tonewright::test::waitForClose(connection); });
+    std::promise<long> promise; // to be set twice would throw
     const auto task = URLSession::sharedSession()->dataTaskWithRequest(
-        request(silent.url()), [promise](const auto&, const auto&, const auto& error) {
-            promise->set_value(error ? error->code() : 0);
-        });
-    task->resume();
-    task->resume();
-    task->cancel();
-    task->cancel();
+        request(silent.url()),
+        [&](const auto&, const auto&, const auto& error) { promise.set_value(error ? error->code() : 0); });
+    for (int i = 0; i < 2; ++i) task->resume();
+    for (int i = 0; i < 2; ++i) task->cancel();
+    auto future = promise.get_future();
     ASSERT_EQ(future.wait_for(20s), std::future_status::ready);
     EXPECT_EQ(future.get(), -999);
 }
