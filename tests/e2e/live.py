@@ -100,6 +100,7 @@ class LivePath:
 
         self.press("Unit")
         shown = self.wait_picture(lambda picture: changed(picture) > 0.2)
+        self.assertTrue(self.controls.has(self.controls.find("push button", "Unit"), "EXPANDED"))
         # The interface is a drawing of its own, not an empty panel: many colours, edges all over it.
         rows, columns = numpy.where(numpy.any(shown != hidden, axis=2))
         panel = shown[rows.min():rows.max() + 1, columns.min():columns.max() + 1]
@@ -107,6 +108,7 @@ class LivePath:
         self.assertGreater(float(numpy.mean(numpy.abs(numpy.diff(panel.astype(int), axis=1)) > 16)), 0.005)
         self.press("Unit")
         self.wait_picture(lambda picture: changed(picture) < 0.02)
+        self.assertFalse(self.controls.has(self.controls.find("push button", "Unit"), "EXPANDED"))
         self.press("Unit")  # stays open for the rest
         self.wait_picture(lambda picture: changed(picture) > 0.2)
 
@@ -171,9 +173,20 @@ class LivePath:
         return pathlib.Path(path), recording.stop()
 
     def test_5_midi_events_are_told(self):
-        end = time.monotonic() + 2 * PATIENCE
-        while time.monotonic() < end and not any(line.startswith(MIDI) for line in self.program.lines):
-            time.sleep(0.1)
+        def has_event() -> bool:
+            return any(line.startswith(MIDI) for line in self.program.lines)
+
+        for attempt in range(5):  # a loop without a beat in it may be no onset to the effect: then another one
+            end = time.monotonic() + PATIENCE
+            while time.monotonic() < end and not has_event():
+                time.sleep(0.1)
+            if has_event():
+                break
+            first = len(self.program.lines)
+            self.screen.press_key("space")
+            self.program.wait_for_text(STOPPED, after=first)
+            self.screen.press_key("space")
+            self.program.wait_for_text(PLAYING, after=first)
         events = [line for line in self.program.lines if line.startswith(MIDI)]
         self.assertTrue(events, "the effect sent no note")
         for line in events:
@@ -200,7 +213,7 @@ class LivePath:
 
 class BundledEffect(LivePath, unittest.TestCase):
     uri = BUNDLED
-    lv2_path = str(BUILD / "lib/lv2")
+    lv2_path = os.environ.get("TONEWRIGHT_PLAIN_LV2") or str(BUILD / "lib/lv2")
 
 
 class ForeignEffect(LivePath, unittest.TestCase):

@@ -41,6 +41,22 @@ def play(file: pathlib.Path, seconds: float, rate: int = 48000, channels: int = 
         shutil.rmtree(work)
 
 
+def longest_exact_run(heard: numpy.ndarray, loop: numpy.ndarray) -> int:
+    """Give the frames of the longest stretch that is the loop, pass after pass, to the sample. A server on a busy
+    machine loses blocks; behind one the next stretch begins, wherever in the loop that is."""
+    longest, start = 0, 0
+    while start + 16 < len(heard):
+        places = numpy.flatnonzero(numpy.abs(loop[:, 0] - heard[start, 0]) < 1e-6)
+        exact = 0
+        for place in places:
+            wanted = numpy.tile(loop, ((len(heard) - start + place) // len(loop) + 1, 1))[place:][:len(heard) - start]
+            wrong = numpy.abs(heard[start:] - wanted).max(axis=1) > 1e-6
+            exact = max(exact, int(numpy.argmax(wrong)) if wrong.any() else len(wrong))
+        longest = max(longest, exact)
+        start += exact + 64
+    return longest
+
+
 class Seams(unittest.TestCase):
     def test_passes_follow_each_other_to_the_sample(self):
         # An odd length, an even one, and one shorter than a block of the server (1024 frames).
@@ -48,16 +64,14 @@ class Seams(unittest.TestCase):
             with self.subTest(frames=frames):
                 loop = noise(frames)
                 file = sound.write_wav(BUILD / f"noise{frames}.wav", loop, 48000)
-                for attempt in range(3):  # on a busy machine the server itself may lose a block
+                wanted = max(2 * frames, 40000)  # two seams at least
+                for attempt in range(3):
                     heard = play(file, 4)
-                    began = int(numpy.argmax(numpy.abs(heard).max(axis=1) > 1e-3))
-                    heard = heard[began:began + 3 * 48000]
-                    self.assertEqual(len(heard), 3 * 48000, "the sound came late or not at all")
-                    wanted = numpy.tile(loop, (len(heard) // frames + 2, 1))[:len(heard)]
-                    wrong = numpy.abs(heard - wanted).max(axis=1) > 1e-6
-                    if not wrong.any():
+                    heard = heard[int(numpy.argmax(numpy.abs(heard).max(axis=1) > 1e-3)):]
+                    found = longest_exact_run(heard, loop)
+                    if found > wanted:
                         break
-                self.assertFalse(wrong.any(), f"first wrong at frame {int(numpy.argmax(wrong))} of passes of {frames}")
+                self.assertGreater(found, wanted)
 
 
 class OtherDevices(unittest.TestCase):
