@@ -288,7 +288,9 @@ void PanelWindow::handleKey(XKeyEvent& event) {
             return;
         }
     }
-    if (length == 1 && text[0] >= ' ' && text[0] < 127 && !modifiers.control) {
+    // With one of these held it is a command to the host or the desktop, and no text.
+    const bool isCommand = (event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
+    if (length == 1 && text[0] >= ' ' && text[0] < 127 && !isCommand) {
         panel_.key(Key::Character, modifiers, {text.data(), 1});
     }
 }
