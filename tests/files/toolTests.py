@@ -1,13 +1,19 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """tonewright-files as it is used in a shell."""
+import collections
+import concurrent.futures
+import http.server
 import os
 import pathlib
 import pty
+import random
 import shutil
 import subprocess
 import sys
 import tempfile
+import threading
+import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
@@ -15,6 +21,32 @@ from cases import BUILD, SOURCE, main  # noqa: E402
 
 TOOL = BUILD / "bin/tonewright-files"
 END = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.\n"
+
+
+class SlowServer(http.server.ThreadingHTTPServer):
+    """Sends the same content to everyone, over a quarter of a second, and tells when it was asked for a path."""
+    content = bytes(i * 7 % 251 for i in range(1_500_000))
+
+    class Answer(http.server.BaseHTTPRequestHandler):
+        def do_GET(self):
+            self.server.asked[self.path].set()
+            self.send_response(200)
+            self.send_header("Content-Length", str(len(SlowServer.content)))
+            self.end_headers()
+            for at in range(0, len(SlowServer.content), 65536):
+                self.wfile.write(SlowServer.content[at:at + 65536])
+                time.sleep(0.01)
+
+        def log_message(self, *_):
+            pass
+
+    def __init__(self):
+        super().__init__(("127.0.0.1", 0), self.Answer)
+        self.asked = collections.defaultdict(threading.Event)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def handle_error(self, *_):
+        pass  # the other side was killed
 
 
 class Tool(unittest.TestCase):
@@ -114,6 +146,32 @@ class Tool(unittest.TestCase):
         local = self.run_tool("download", f"file://{self.folder}/music/b.txt", env=environment)
         self.assertEqual((local.returncode, local.stdout.count("\n")), (1, 2))
         self.assertIn("only what comes over http or https is stored", local.stderr)
+
+    def test_a_killed_download_leaves_the_old_file_or_none_or_the_whole_new(self):
+        server = SlowServer()
+        self.addCleanup(server.shutdown)
+
+        def run(number):
+            group = self.folder / str(number) / "group.tonewright.example"
+            group.mkdir(parents=True)
+            (group / "download.zip").write_bytes(b"the old file")
+            process = subprocess.Popen(
+                [TOOL, "download", f"http://127.0.0.1:{server.server_port}/{number}"], stdout=subprocess.DEVNULL,
+                env=dict(os.environ, XDG_DATA_HOME=str(group.parent), TMPDIR=str(group.parent)))
+            self.assertTrue(server.asked[f"/{number}"].wait(60))
+            if number % 20 != 0:  # these come to their end
+                time.sleep(random.uniform(0, 0.4))
+                process.kill()
+            process.wait()
+            self.assertLessEqual(set(os.listdir(group)), {"download.zip"})
+            content = (group / "download.zip").read_bytes() if os.listdir(group) else b""
+            self.assertIn(content, (b"", b"the old file", server.content))
+            return len(content)
+
+        with concurrent.futures.ThreadPoolExecutor(25) as several:
+            lengths = collections.Counter(several.map(run, range(210)))
+        self.assertGreater(lengths[len(b"the old file")], 0)
+        self.assertGreaterEqual(lengths[len(server.content)], 11)
 
     @unittest.skipUnless(shutil.which("mandoc"), "no mandoc")
     def test_the_manual_page_is_well_formed(self):

@@ -13,20 +13,19 @@
 
 using namespace platform;
 using tonewright::test::CapturedOutput;
-using tonewright::test::inChild;
+using tonewright::test::holdsInChild;
 using Lines = std::vector<std::string>;
 
 TEST(Console, OnlyOurLinesReachStandardOutput) {
     CapturedOutput output;
-    EXPECT_EQ(inChild([] {
-                  reserveStandardOutput();
-                  std::puts("a library's chatter");
-                  std::fflush(stdout);
-                  print(std::string_view("a\0b", 3));
-                  print("");
-                  EXPECT_EQ(printError(), 0);
-              }),
-              0);
+    holdsInChild([] {
+        reserveStandardOutput();
+        std::puts("a library's chatter");
+        std::fflush(stdout);
+        print(std::string_view("a\0b", 3));
+        print("");
+        EXPECT_EQ(printError(), 0);
+    });
     EXPECT_EQ(output.take(), (Lines{std::string("a\0b", 3), ""}));
 }
 
@@ -35,16 +34,15 @@ TEST(Console, LinesStayWholeWhenThreadsWriteTogether) {
     int ends[2];
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
     std::thread writer([&] {
-        EXPECT_EQ(inChild([&] {
-                      ::dup2(ends[1], STDOUT_FILENO);
-                      std::vector<std::thread> threads;
-                      for (char c = 'a'; c < 'e'; ++c)
-                          threads.emplace_back([c] {
-                              for (int i = 0; i < 20; ++i) print(std::string(Length - 1, c));
-                          });
-                      for (auto& thread : threads) thread.join();
-                  }),
-                  0);
+        holdsInChild([&] {
+            ::dup2(ends[1], STDOUT_FILENO);
+            std::vector<std::thread> threads;
+            for (char c = 'a'; c < 'e'; ++c)
+                threads.emplace_back([c] {
+                    for (int i = 0; i < 20; ++i) print(std::string(Length - 1, c));
+                });
+            for (auto& thread : threads) thread.join();
+        });
         ::close(ends[1]);
     });
     std::string text(81 * Length, '\0');
@@ -59,16 +57,15 @@ TEST(Console, LinesStayWholeWhenThreadsWriteTogether) {
 }
 
 TEST(Console, ClosedOrFullStandardOutputHarmsNothingAndIsKnown) {
-    EXPECT_EQ(inChild([] {
-                  ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
-                  print("lost");
-                  EXPECT_EQ(printError(), ENOSPC);
-                  ::close(STDOUT_FILENO);
-                  reserveStandardOutput();
-                  print("lost");
-                  EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file is taken for standard output
-              }),
-              0);
+    holdsInChild([] {
+        ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
+        print("lost");
+        EXPECT_EQ(printError(), ENOSPC);
+        ::close(STDOUT_FILENO);
+        reserveStandardOutput();
+        print("lost");
+        EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file is taken for standard output
+    });
 }
 
 TEST(Fatal, WritesOneLineAndAborts) {

@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 
 using namespace platform;
-using tonewright::test::inChild;
+using tonewright::test::holdsInChild;
 using tonewright::test::Scratch;
 
 namespace {
@@ -91,14 +91,13 @@ TEST(DirectoryEnumerator, PassesPathsOfAnyLengthAndFewDescriptors) {
     scratch.file("side/a/b/c/file");
     const auto expected = walk(scratch.path());
     EXPECT_EQ(expected.size(), 125U);
-    EXPECT_EQ(inChild([&] {
-                  const int next = ::dup(0);
-                  const rlimit limit{static_cast<rlim_t>(next) + 3, static_cast<rlim_t>(next) + 3};
-                  ::close(next);
-                  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
-                  EXPECT_EQ(walk(scratch.path()), expected);
-              }),
-              0);
+    holdsInChild([&] {
+        const int next = ::dup(0);
+        const rlimit limit{static_cast<rlim_t>(next) + 3, static_cast<rlim_t>(next) + 3};
+        ::close(next);
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+        EXPECT_EQ(walk(scratch.path()), expected);
+    });
     FileManager manager;
     const std::string deepest = scratch / expected[119];
     EXPECT_GT(deepest.size(), 4096U);

@@ -19,8 +19,6 @@ constexpr std::size_t Piece = 65536;
 struct Body {
     std::size_t length;
     std::size_t sent = 0;
-    unsigned pauseMilliseconds = 0;
-    bool isFinished = false; // the connection has gone
 };
 
 void sendPiece(SoupServerMessage* message, Body* body) {
@@ -36,26 +34,7 @@ void sendPiece(SoupServerMessage* message, Body* body) {
     soup_message_body_append(content, SOUP_MEMORY_COPY, bytes.data(), size);
 }
 
-// Sends the next piece, after the pause if there is one.
-void sendNext(SoupServerMessage* message, Body* body) {
-    if (body->pauseMilliseconds == 0) return sendPiece(message, body);
-    GSource* timer = g_timeout_source_new(body->pauseMilliseconds);
-    g_source_set_callback(
-        timer,
-        [](gpointer data) -> gboolean {
-            auto* source = static_cast<SoupServerMessage*>(data);
-            auto* waiting = static_cast<Body*>(g_object_get_data(G_OBJECT(source), "body"));
-            if (waiting->isFinished) return G_SOURCE_REMOVE;
-            sendPiece(source, waiting);
-            soup_server_message_unpause(source);
-            return G_SOURCE_REMOVE;
-        },
-        g_object_ref(message), g_object_unref);
-    g_source_attach(timer, g_main_context_get_thread_default());
-    g_source_unref(timer);
-}
-
-void sendBody(SoupServerMessage* message, std::size_t length, bool announced, unsigned pauseMilliseconds) {
+void sendBody(SoupServerMessage* message, std::size_t length, bool announced) {
     soup_server_message_set_status(message, 200, nullptr);
     SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
     if (announced)
@@ -63,25 +42,13 @@ void sendBody(SoupServerMessage* message, std::size_t length, bool announced, un
     else
         soup_message_headers_set_encoding(headers, SOUP_ENCODING_CHUNKED);
     soup_message_body_set_accumulate(soup_server_message_get_response_body(message), FALSE);
-    auto* body = new Body{length, 0, pauseMilliseconds, false};
+    auto* body = new Body{length};
     g_object_set_data_full(G_OBJECT(message), "body", body,
                            [](gpointer data) { delete static_cast<Body*>(data); });
     sendPiece(message, body);
-    if (announced)
-        g_signal_connect(message, "wrote-body-data",
-                         G_CALLBACK(+[](SoupServerMessage* source, guint, gpointer data) {
-                             sendNext(source, static_cast<Body*>(data));
-                         }),
-                         body);
-    else
-        g_signal_connect(message, "wrote-chunk", G_CALLBACK(+[](SoupServerMessage* source, gpointer data) {
-                             sendNext(source, static_cast<Body*>(data));
-                         }),
-                         body);
-    g_signal_connect(message, "finished", G_CALLBACK(+[](SoupServerMessage*, gpointer data) {
-                         static_cast<Body*>(data)->isFinished = true;
-                     }),
-                     body);
+    g_signal_connect_swapped(
+        message, "wrote-chunk",
+        G_CALLBACK(+[](Body* sent, SoupServerMessage* source) { sendPiece(source, sent); }), body);
 }
 
 void handle(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, gpointer) {
@@ -99,12 +66,8 @@ void handle(SoupServer*, SoupServerMessage* message, const char* path, GHashTabl
     if (text.starts_with("/status/"))
         return answer(static_cast<unsigned>(number("/status/")),
                       "status " + std::to_string(number("/status/")));
-    if (text.starts_with("/bytes/")) return sendBody(message, number("/bytes/"), true, 0);
-    if (text.starts_with("/chunked/")) return sendBody(message, number("/chunked/"), false, 0);
-    if (text.starts_with("/slow/")) {
-        const std::size_t length = number("/slow/");
-        return sendBody(message, length, true, static_cast<unsigned>(200 * Piece / length));
-    }
+    if (text.starts_with("/bytes/")) return sendBody(message, number("/bytes/"), true);
+    if (text.starts_with("/chunked/")) return sendBody(message, number("/chunked/"), false);
     if (text == "/loop") return soup_server_message_set_redirect(message, 302, "/loop");
     if (text == "/file") return soup_server_message_set_redirect(message, 302, "file:///etc/passwd");
     if (text.starts_with("/redirect/")) {

@@ -16,9 +16,8 @@ namespace tonewright::test {
 /// A real HTTP server (libsoup's). It answers:
 ///   /text          200, "hello"                     /status/NNN    that status, "status NNN"
 ///   /bytes/N       200, N bytes in pieces, announced /chunked/N     the same, not announced
-///   /slow/N        200, N bytes over about 0.2 s     /redirect/N    N hops, then /text
-///   /loop          to itself                         /empty         200, nothing
-///   /file          a redirect to a file URL
+///   /loop          a redirect to itself              /redirect/N    N hops, then /text
+///   /file          a redirect to a file URL          /empty         200, nothing
 class HTTPServer {
   public:
     /// Begin to listen; with `certificate`, the path of a PEM file, over TLS.

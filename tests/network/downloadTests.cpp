@@ -10,12 +10,7 @@
 #include "tests/support/Scratch.hpp"
 
 #include <atomic>
-#include <csignal>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <random>
-#include <spawn.h>
-#include <sys/wait.h>
 
 using namespace tonewright;
 using platform::URL;
@@ -125,67 +120,4 @@ TEST_F(Download, WithoutASharedFolderIsFatal) {
             FileEnumerator().downloadFile(*URL::fromString("http://127.0.0.1:1/"));
         },
         "^Unexpectedly found nil while implicitly unwrapping an Optional value");
-}
-
-TEST(KilledDownload, LeavesTheOldFileOrNoneOrTheWholeNew) {
-#ifdef TONEWRIGHT_TSAN
-    GTEST_SKIP() << "a download under the detector takes longer than the time it is given here";
-#endif
-    constexpr int Rounds = 10;
-    constexpr int AtOnce = 20;
-    constexpr std::size_t Size = 1'500'000;
-    const char* const build = std::getenv("TONEWRIGHT_BUILD_DIR");
-    ASSERT_NE(build, nullptr);
-    const std::string program = std::string(build) + "/bin/tonewright-files";
-    ASSERT_TRUE(std::filesystem::exists(program));
-    std::string whole(Size, ' ');
-    for (std::size_t i = 0; i < Size; ++i) whole[i] = HTTPServer::byteAt(i);
-    std::mt19937 random(5);
-    int olds = 0;
-    int news = 0;
-    for (int round = 0; round < Rounds; ++round) {
-        const HTTPServer server;
-        const std::string url = server.url("/slow/" + std::to_string(Size));
-        const Scratch scratch;
-        struct Run {
-            pid_t process;
-            std::chrono::steady_clock::time_point end;
-            std::string folder;
-        };
-        std::vector<Run> runs;
-        for (int i = 0; i < AtOnce; ++i) {
-            const std::string folder = scratch.folder("run" + std::to_string(i));
-            scratch.file("run" + std::to_string(i) + "/group.tonewright.example/download.zip",
-                         "the old file");
-            scratch.folder("run" + std::to_string(i) + "/temporary");
-            const std::string data = "XDG_DATA_HOME=" + folder;
-            const std::string temporary = "TMPDIR=" + folder + "/temporary";
-            char* environment[] = {const_cast<char*>(data.c_str()), const_cast<char*>(temporary.c_str()),
-                                   nullptr};
-            char* arguments[] = {const_cast<char*>(program.c_str()), const_cast<char*>("download"),
-                                 const_cast<char*>(url.c_str()), const_cast<char*>("--output=/dev/null"),
-                                 nullptr};
-            pid_t process = 0;
-            ASSERT_EQ(::posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environment), 0);
-            // The transfer begins a second later and takes about a quarter of one.
-            const auto wait = std::chrono::milliseconds(900 + random() % 500);
-            runs.push_back({process, std::chrono::steady_clock::now() + wait, folder});
-        }
-        std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) { return a.end < b.end; });
-        for (const Run& run : runs) {
-            std::this_thread::sleep_until(run.end);
-            ::kill(run.process, SIGKILL);
-            ::waitpid(run.process, nullptr, 0);
-            const std::string folder = run.folder + "/group.tonewright.example";
-            const std::string content = test::contentOf(folder + "/download.zip");
-            const bool isThere = std::filesystem::exists(folder + "/download.zip");
-            EXPECT_TRUE(!isThere || content == "the old file" || content == whole) << content.size();
-            olds += content == "the old file" ? 1 : 0;
-            news += isThere && content.size() == Size ? 1 : 0;
-            for (const auto& entry : std::filesystem::directory_iterator(folder))
-                EXPECT_EQ(entry.path().filename(), "download.zip");
-        }
-    }
-    EXPECT_GT(olds, 0); // some were killed before, some after
-    EXPECT_GT(news, 0);
 }
