@@ -149,7 +149,8 @@ RenderPlan* EngineCore::acquirePlan() noexcept {
 void EngineCore::provide(std::uint32_t frames) {
     std::vector<std::shared_ptr<PlayerStream>> players;
     const auto isReady = [frames](const auto& player) { return player->isProvided(frames); };
-    if (const RenderPlan* plan = acquirePlan(); plan != nullptr && !std::ranges::all_of(plan->players(), isReady))
+    if (const RenderPlan* plan = acquirePlan();
+        plan != nullptr && !std::ranges::all_of(plan->players(), isReady))
         players = plan->players();
     releasePlan();
     for (const auto& player : players) player->provide(frames);
