@@ -77,4 +77,21 @@ private_environment() {
     mkdir -m 700 "$XDG_RUNTIME_DIR"
     unset WAYLAND_DISPLAY PIPEWIRE_REMOTE PULSE_SERVER JACK_DEFAULT_SERVER LV2_PATH
     export DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent GTK_A11Y=none NO_AT_BRIDGE=1 LC_ALL=C.UTF-8
+    # A window looks the same on every machine: the fonts of fonts-dejavu-core, no others, no settings.
+    export FONTCONFIG_FILE=$private_dir/fonts.conf
+    local fonts=/usr/share/fonts/truetype/dejavu accepted='' name
+    for name in Sans Sans-Bold SansMono SansMono-Bold Serif Serif-Bold; do
+        accepted+="<glob>$fonts/DejaVu$name.ttf</glob>"
+    done
+    cat >"$FONTCONFIG_FILE" <<FONTS
+<?xml version="1.0"?>
+<fontconfig>
+  <dir>$fonts</dir>
+  <cachedir>$XDG_CACHE_HOME/fontconfig</cachedir>
+  <selectfont><acceptfont>$accepted</acceptfont><rejectfont><glob>*</glob></rejectfont></selectfont>
+  <alias><family>sans-serif</family><prefer><family>DejaVu Sans</family></prefer></alias>
+  <alias><family>monospace</family><prefer><family>DejaVu Sans Mono</family></prefer></alias>
+  <alias><family>serif</family><prefer><family>DejaVu Serif</family></prefer></alias>
+</fontconfig>
+FONTS
 }
