@@ -6,6 +6,7 @@
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/ProcessInfo.hpp"
 #include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/network/URLSession.private.hpp"
 
 #include <cerrno>
 #include <cstring>
@@ -15,12 +16,19 @@
 namespace platform {
 namespace {
 
+// What is held in memory at most: content that a few packed bytes unfold to, or that never ends, goes no
+// further.
+constexpr std::size_t MostBytesInMemory = std::size_t{256} << 20U;
+
 class DataSink final : public ContentSink {
   public:
     explicit DataSink(DataCompletion completion)
         : _completion(std::move(completion)) {}
 
     std::optional<Error> append(std::span<const std::byte> bytes) override {
+        if (bytes.size() > MostBytesInMemory - _data.size())
+            return transferError(TransferFailure::TooLarge,
+                                 "The transfer failed (The content is too large for the memory).");
         _data.insert(_data.end(), bytes.begin(), bytes.end());
         return std::nullopt;
     }

@@ -62,7 +62,7 @@ struct URLSessionConfiguration {
 };
 
 using URLData = std::vector<std::byte>;
-/// Receives the content, or the error for which there is none.
+/// Receives the content, or the error for which there is none; more than 256 MiB is such an error.
 using DataCompletion =
     std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
@@ -111,7 +111,8 @@ class URLSession {
     std::shared_ptr<Implementation> _implementation;
 };
 
-/// Read the whole content at `url` and return when it is there. Blocks.
+/// Read the whole content at `url` and return when it is there: the waiting ends when it makes no progress
+/// for 60 seconds. Blocks.
 [[nodiscard]] Result<URLData> contentsOfURL(const URL& url);
 
 } // namespace platform

@@ -77,7 +77,13 @@ makeHTTPTransfer(std::shared_ptr<URLSession::Implementation> session, const URLR
 makeFileTransfer(std::shared_ptr<URLSession::Implementation> session, const URLRequest& request,
                  std::unique_ptr<ContentSink> sink);
 
-enum class TransferFailure { Cancelled = -999, TimedOut = -1001, UnsupportedURL = -1002, Failed = -1 };
+enum class TransferFailure {
+    Cancelled = -999,
+    TimedOut = -1001,
+    UnsupportedURL = -1002,
+    TooLarge = -1103,
+    Failed = -1
+};
 
 /// Make the error of a transfer; control bytes in `sentence` are replaced, so that it stays one line.
 [[nodiscard]] Error transferError(TransferFailure failure, std::string sentence);

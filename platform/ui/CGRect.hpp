@@ -1,12 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A rectangle in points (one point is one pixel at 100 % scale), x to the right, y downwards. Any thread.
+// A size and a rectangle in points (one point is one pixel at 100 % scale), x to the right, y downwards. Any
+// thread.
 #pragma once
 
 #include <cmath>
 
 namespace platform {
+
+struct CGSize {
+    double width = 0;
+    double height = 0;
+
+    friend bool operator==(const CGSize&, const CGSize&) = default;
+};
 
 struct CGRect {
     double x = 0;

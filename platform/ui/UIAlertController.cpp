@@ -11,8 +11,9 @@
 namespace platform {
 namespace {
 
-constexpr int LongestText = 320; // points of height, beyond which the text scrolls
-constexpr int WidestText = 480;  // points
+constexpr int LongestText = 320;             // points of height, beyond which the text scrolls
+constexpr int WidestText = 480;              // points
+constexpr std::size_t MostCharacters = 8000; // of a title or a message: laying out more takes seconds
 
 // Lets a text of any length scroll, so that the buttons stay on the screen. The toolkit's dialog grows with
 // it.
@@ -76,11 +77,12 @@ void UIAlertController::answer(int response) const {
 void UIAlertController::showOver(UIViewController& presenter, bool, std::function<void()> completion) {
     GtkWidget* widget = gtk_message_dialog_new(
         windowOf(presenter), static_cast<GtkDialogFlags>(GTK_DIALOG_MODAL | GTK_DIALOG_DESTROY_WITH_PARENT),
-        GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s", showableText(_title).c_str());
+        GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s", showableText(_title, MostCharacters).c_str());
     auto* dialog = GTK_DIALOG(widget);
     auto* messageDialog = GTK_MESSAGE_DIALOG(widget);
     if (!_message.empty())
-        gtk_message_dialog_format_secondary_text(messageDialog, "%s", showableText(_message).c_str());
+        gtk_message_dialog_format_secondary_text(messageDialog, "%s",
+                                                 showableText(_message, MostCharacters).c_str());
     makeScrollable(gtk_message_dialog_get_message_area(messageDialog));
     // The first button that does something is what Return presses.
     int preferred = -1;
@@ -92,7 +94,10 @@ void UIAlertController::showOver(UIViewController& presenter, bool, std::functio
         if (preferred < 0 && action->style() == UIAlertActionStyle::Default) preferred = index;
         ++index;
     }
-    if (preferred >= 0) gtk_dialog_set_default_response(dialog, preferred);
+    if (preferred >= 0) {
+        gtk_dialog_set_default_response(dialog, preferred);
+        gtk_window_set_focus(GTK_WINDOW(widget), gtk_dialog_get_widget_for_response(dialog, preferred));
+    }
 
     using Self = std::shared_ptr<UIAlertController>;
     const auto onResponse = +[](GtkDialog* answered, int response, gpointer data) {

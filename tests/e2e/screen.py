@@ -8,6 +8,7 @@ import time
 import gi
 import numpy
 from Xlib import X, XK, display
+from Xlib.error import BadWindow
 from Xlib.ext import xtest
 from Xlib.protocol import event
 
@@ -49,9 +50,12 @@ class Screen:
         atom = self.x.intern_atom("_NET_WM_PID")
         found = []
         for window in self.x.screen().root.query_tree().children:
-            owner = window.get_full_property(atom, X.AnyPropertyType)
-            if owner and owner.value[0] == pid and window.get_attributes().map_state == X.IsViewable:
-                found.append(window)
+            try:
+                owner = window.get_full_property(atom, X.AnyPropertyType)
+                if owner and owner.value[0] == pid and window.get_attributes().map_state == X.IsViewable:
+                    found.append(window)
+            except BadWindow:
+                pass  # it has gone since it was listed
         return found
 
     def wait_window(self, pid: int, timeout: float = 30):

@@ -6,6 +6,8 @@
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/UIView.private.hpp"
 
+#include <memory>
+
 namespace platform {
 
 GtkWindow* windowOf(UIViewController& presenter) {
@@ -14,10 +16,21 @@ GtkWindow* windowOf(UIViewController& presenter) {
     return root != nullptr && GTK_IS_WINDOW(root) ? GTK_WINDOW(root) : nullptr;
 }
 
-std::string showableText(std::string_view text) {
-    char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-    std::string showable = valid;
-    g_free(valid);
+std::string showableText(std::string_view text, std::size_t mostCharacters) {
+    // The toolkit takes a time quadratic in the length of a word to break it, whatever lies inside but the
+    // end of a line.
+    constexpr std::size_t LongestWord = 200; // characters
+    const std::unique_ptr<char, decltype(&g_free)> valid(
+        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), &g_free);
+    std::string showable;
+    std::size_t wordLength = 0;
+    std::size_t left = mostCharacters;
+    for (const char* at = valid.get(); *at != '\0'; at = g_utf8_next_char(at)) {
+        if (left-- == 0) return showable + "…";
+        wordLength = g_unichar_isspace(g_utf8_get_char(at)) != FALSE ? 0 : wordLength + 1;
+        showable.append(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+        if (wordLength % LongestWord == LongestWord - 1) showable += '\n';
+    }
     return showable;
 }
 

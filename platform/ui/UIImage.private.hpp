@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The toolkit's picture behind an image, for the platform's own code. Any thread.
+#pragma once
+
+#include "platform/ui/UIImage.hpp"
+
+#include <gdk/gdk.h>
+
+namespace platform {
+
+/// Give the texture of `image`; the image owns it.
+[[nodiscard]] GdkTexture* textureOf(const UIImage& image) noexcept;
+
+} // namespace platform

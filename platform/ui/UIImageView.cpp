@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/UIImageView.hpp"
+
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/ui/UIImage.private.hpp"
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/detail/ViewImplementation.hpp"
+
+namespace platform {
+
+UIImageView::UIImageView()
+    : UIImageView(std::make_unique<Implementation>(gtk_picture_new())) {}
+
+UIImageView::UIImageView(std::unique_ptr<Implementation> implementation)
+    : UIView(std::move(implementation)) {}
+
+std::shared_ptr<UIImage> UIImageView::image() const {
+    const std::scoped_lock lock(_mutex);
+    return _image;
+}
+
+void UIImageView::setImage(std::shared_ptr<UIImage> image) {
+    {
+        const std::scoped_lock lock(_mutex);
+        _image.swap(image); // the former image is released after the lock
+    }
+    DispatchQueue::main().async([place = std::weak_ptr<UIResponder>(weak_from_this())] {
+        if (const auto view = std::static_pointer_cast<UIImageView>(place.lock())) view->show();
+    });
+}
+
+void UIImageView::show() {
+    const auto shown = image();
+    gtk_picture_set_paintable(GTK_PICTURE(widgetOf(*this)),
+                              shown ? GDK_PAINTABLE(textureOf(*shown)) : nullptr);
+}
+
+} // namespace platform

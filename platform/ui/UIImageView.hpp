@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A view that shows an image as large as fits, undistorted. Main thread, except `image` and `setImage`.
+#pragma once
+
+#include "platform/ui/UIImage.hpp"
+#include "platform/ui/UIView.hpp"
+
+#include <memory>
+#include <mutex>
+
+namespace platform {
+
+class UIImageView final : public UIView {
+  public:
+    /// Make a view that shows nothing yet.
+    UIImageView();
+    /// Make the view of a widget that an interface description made.
+    explicit UIImageView(std::unique_ptr<Implementation> implementation);
+
+    /// Give the image that was set last; absent when there is none. Any thread.
+    [[nodiscard]] std::shared_ptr<UIImage> image() const;
+    /// Set the image, or none. Any thread; the screen shows it after the next turn of the main queue.
+    void setImage(std::shared_ptr<UIImage> image);
+
+  private:
+    void show();
+
+    mutable std::mutex _mutex;
+    std::shared_ptr<UIImage> _image; // guarded by _mutex, held for a copy or an assignment only
+};
+
+} // namespace platform

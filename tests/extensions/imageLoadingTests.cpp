@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Images from a server on loopback and from the disk into a view, and what is logged on the way.
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/ui/UIImage.private.hpp"
+#include "platform/ui/UIImageView.hpp"
+#include "shared/Common/Extensions/colorComponents.hpp"
+#include "shared/Common/Extensions/imageLoading.hpp"
+#include "tests/network/Servers.hpp"
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/Scratch.hpp"
+#include "tests/ui/pictures.hpp"
+#include "tests/ui/toolkitFixture.hpp"
+
+#include <algorithm>
+
+namespace {
+
+using namespace platform;
+using namespace tonewright;
+using namespace tonewright::test;
+using Lines = std::vector<std::string>;
+
+const std::string NotEncoded = "UIImageView::loadFrom() : Could not encode url string : ";
+const std::string NotRead = "UIImageView::loadFrom() : Could not encode image data.";
+const std::string NotAssigned = "UIImageView::loadFrom() : Could not assign image.";
+const std::string Fetched = "Fetched image successfully";
+
+std::string answer(const std::string& status, const std::string& type, const std::string& content,
+                   const std::string& more = "") {
+    return "HTTP/1.1 " + status + "\r\nContent-Type: " + type + "\r\n" + more +
+           "Content-Length: " + std::to_string(content.size()) + "\r\nConnection: close\r\n\r\n" + content;
+}
+
+class ImageLoading : public platform::testing::ToolkitTest {
+  protected:
+    ImageLoading() { _view->setImage(_former); }
+
+    /// Run `loadFrom` to its end; give its lines.
+    Lines load(const std::string& text) {
+        CapturedOutput output;
+        loadFrom(_view, text);
+        EXPECT_TRUE(output.lines().empty()) << "it answers later";
+        EXPECT_TRUE(platform::testing::waitFor([&] { return !output.lines().empty(); }));
+        return output.take();
+    }
+
+    /// Run `getImageFromURLString` until its task has let the view go; give its lines.
+    Lines fetch(const std::string& text) {
+        CapturedOutput output;
+        getImageFromURLString(_view, text);
+        EXPECT_TRUE(platform::testing::waitFor([&] { return _view.use_count() == 1; }));
+        return output.take();
+    }
+
+    /// Give the width of the view's image: 0 for none, 7 for the one it had before.
+    int width() const { return _view->image() ? static_cast<int>(_view->image()->size().width) : 0; }
+
+    static std::shared_ptr<UIImage> image(const std::string& data) {
+        return UIImage::initWithData(std::as_bytes(std::span(data)));
+    }
+
+    const std::string _png = encoded(Picture(3, 2), "png");
+    const std::shared_ptr<UIImage> _former = image(encoded(Picture(7, 7), "png"));
+    std::shared_ptr<UIImageView> _view = std::make_shared<UIImageView>();
+};
+
+TEST_F(ImageLoading, FollowsWhatTheServerAnswers) {
+    std::string response;
+    const BadServer server([&](int connection) { sendAll(connection, response); });
+    struct Case {
+        const char* name;
+        std::string response;
+        Lines loaded;
+        int loadedWidth;
+        bool isFetched; // and said so
+        int fetchedWidth;
+    };
+    const std::string html = "<!doctype html><p>Not here";
+    for (const Case& each : std::vector<Case>{
+             {"an image", answer("200 OK", "image/png", _png), {NotAssigned}, 3, true, 3},
+             {"of a wrong type", answer("200 OK", "text/html", _png), {NotAssigned}, 3, true, 3},
+             {"in an answer of another kind",
+              answer("404 Not Found", "image/png", _png),
+              {NotAssigned},
+              3,
+              false,
+              3},
+             {"no page", answer("404 Not Found", "text/html", html), {NotAssigned}, 7, false, 0},
+             {"a page that says it is one", answer("200 OK", "image/png", html), {NotAssigned}, 7, true, 0},
+             {"nothing", answer("200 OK", "image/png", ""), {NotAssigned}, 7, true, 0},
+             {"half of one", answer("200 OK", "image/png", _png.substr(0, 40)), {NotAssigned}, 7, true, 0},
+             {"a bomb",
+              answer("200 OK", "image/png", padded(pngHeader(20000, 20000))),
+              {NotAssigned},
+              7,
+              true,
+              0}}) {
+        SCOPED_TRACE(each.name);
+        response = each.response;
+        _view->setImage(_former);
+        EXPECT_EQ(load(server.url()), each.loaded);
+        EXPECT_EQ(width(), each.loadedWidth);
+        _view->setImage(_former);
+        EXPECT_EQ(fetch(server.url()), each.isFetched ? Lines{Fetched} : Lines{});
+        EXPECT_EQ(width(), each.fetchedWidth);
+    }
+}
+
+TEST_F(ImageLoading, AFailureLeavesTheViewAsItWas) {
+    const BadServer cut(
+        [](int connection) { sendAll(connection, "HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\nx"); });
+    const Scratch scratch;
+    const std::string huge = scratch.file("huge");
+    std::filesystem::resize_file(huge, std::uintmax_t{1} << 30U);
+    for (const std::string& text :
+         {cut.url(), std::string("http://127.0.0.1:1/"), std::string("relative.png"),
+          std::string("mailto:a@b.example"), URL::fileURLWithPath(scratch / "missing").absoluteString(),
+          URL::fileURLWithPath(huge).absoluteString()}) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(load(text), Lines{NotRead});
+        const Lines lines = fetch(text);
+        ASSERT_EQ(lines.size(), 1U);
+        EXPECT_TRUE(lines[0].starts_with("Error Domain=Network Code=")) << lines[0];
+        EXPECT_EQ(width(), 7);
+    }
+    for (const char* text : {"", "http://a b/", "%"}) {
+        EXPECT_EQ(load(text), Lines{NotEncoded + text});
+        EXPECT_EQ(fetch(text), Lines{});
+    }
+    EXPECT_EQ(width(), 7);
+}
+
+TEST_F(ImageLoading, FollowsRedirectsAndReadsFiles) {
+    const BadServer image([&](int connection) { sendAll(connection, answer("200 OK", "image/png", _png)); });
+    const BadServer first([&](int connection) {
+        sendAll(connection, answer("302 Found", "text/html", "", "Location: " + image.url() + "\r\n"));
+    });
+    EXPECT_EQ(fetch(first.url()), Lines{Fetched});
+    EXPECT_EQ(width(), 3);
+    _view->setImage(_former);
+    const Scratch scratch;
+    const std::string file = URL::fileURLWithPath(scratch.file("ü %.png", _png)).absoluteString();
+    EXPECT_EQ(load(file), Lines{NotAssigned});
+    EXPECT_EQ(width(), 3);
+    _view->setImage(_former);
+    EXPECT_EQ(fetch(file), Lines{}); // no HTTP response, no word about success
+    EXPECT_EQ(width(), 3);
+}
+
+TEST_F(ImageLoading, ReadingHoldsTheMainQueueAndFetchingDoesNot) {
+    std::atomic<bool> mayAnswer{false};
+    std::atomic<int> asked{0};
+    const BadServer server([&](int connection) {
+        ++asked;
+        for (int wait = 0; wait < 1000 && !mayAnswer; ++wait)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        sendAll(connection, answer("200 OK", "image/png", _png));
+    });
+    const CapturedOutput output;
+    getImageFromURLString(_view, server.url());
+    EXPECT_TRUE(platform::testing::waitFor([&] { return asked == 1; })) << "the loop runs meanwhile";
+    EXPECT_EQ(width(), 7);
+    mayAnswer = true;
+    EXPECT_TRUE(platform::testing::waitFor([&] { return _view.use_count() == 1; }));
+    EXPECT_EQ(width(), 3);
+
+    mayAnswer = false;
+    std::thread later([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        mayAnswer = true;
+    });
+    bool hasLooked = false;
+    loadFrom(_view, server.url());
+    DispatchQueue::main().async([&] {
+        EXPECT_TRUE(mayAnswer) << "the read before it was not waited for";
+        hasLooked = true;
+    });
+    EXPECT_TRUE(platform::testing::waitFor([&] { return hasLooked; }));
+    later.join();
+}
+
+TEST_F(ImageLoading, AViewThatHasGoneGetsNothing) {
+    const Scratch scratch;
+    CapturedOutput output;
+    loadFrom(_view, URL::fileURLWithPath(scratch.file("image.png", _png)).absoluteString());
+    _view.reset();
+    EXPECT_TRUE(platform::testing::waitFor([&] { return !output.lines().empty(); }));
+    EXPECT_EQ(output.take(), Lines{NotAssigned});
+}
+
+TEST_F(ImageLoading, TheScreenShowsWhatAnyThreadSets) {
+    const platform::testing::ShownWindow window(60, 40);
+    window.view->addSubview(_view);
+    _view->setFrame({0, 0, 60, 40});
+    const auto shown = [&] { return gtk_picture_get_paintable(GTK_PICTURE(widgetOf(*_view))); };
+    const auto next = image(_png);
+    std::thread([&] { _view->setImage(next); }).join();
+    EXPECT_EQ(_view->image(), next);
+    EXPECT_TRUE(platform::testing::waitFor([&] { return shown() == GDK_PAINTABLE(textureOf(*next)); }));
+    _view->setImage(nullptr);
+    EXPECT_TRUE(platform::testing::waitFor([&] { return shown() == nullptr; }));
+}
+
+TEST(ColorComponents, AreWhatTheColourWasMadeOf) {
+    for (const std::array<double, 4>& parts :
+         std::vector<std::array<double, 4>>{{1, 0, 0, 1}, {0.1, 0.2, 0.3, 0.4}, {-0.25, 1.5, 1e9, 0}}) {
+        const UIColor color(parts[0], parts[1], parts[2], parts[3]);
+        EXPECT_EQ((std::array{redValue(color), greenValue(color), blueValue(color), alphaValue(color)}),
+                  parts);
+    }
+}
+
+} // namespace

@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Decoding without a display: every kind of picture, and every kind of bytes that are none or would hurt.
+#include "platform/ui/UIImage.private.hpp"
+#include "tests/support/Scratch.hpp"
+#include "tests/ui/pictures.hpp"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <thread>
+
+namespace {
+
+using namespace platform;
+using namespace std::string_literals;
+using namespace tonewright::test;
+
+std::shared_ptr<UIImage> decode(const std::string& data) {
+    return UIImage::initWithData(std::as_bytes(std::span(data)));
+}
+
+CGSize sizeOf(const std::string& data) {
+    const auto image = decode(data);
+    return image ? image->size() : CGSize{};
+}
+
+// Gives blue, green, red and alpha of the pixel at the top left.
+std::uint32_t firstPixel(const UIImage& image) {
+    const auto width = static_cast<std::size_t>(image.size().width);
+    std::vector<std::uint32_t> pixels(width * static_cast<std::size_t>(image.size().height));
+    gdk_texture_download(textureOf(image), reinterpret_cast<guchar*>(pixels.data()), width * 4);
+    return pixels.front();
+}
+
+bool isMapped(const std::string& library) {
+    return contentOf("/proc/self/maps").find(library) != std::string::npos;
+}
+
+// The first test, because a library that was once mapped stays.
+TEST(Image, OnlyAVectorImageBringsInWhatDrawsIt) {
+    EXPECT_TRUE(decode(encoded(Picture(3, 2), "png")));
+    EXPECT_FALSE(isMapped("librsvg"));
+    const auto image =
+        decode("<?xml version='1.0'?>\n<!-- a sign -->\n<svg xmlns='http://www.w3.org/2000/svg' "
+               "width='30' height='20'><rect width='30' height='20' fill='#f00'/></svg>");
+    if (!image) GTEST_SKIP() << "this system has no decoder for vector images";
+    EXPECT_TRUE(isMapped("librsvg"));
+    EXPECT_EQ(image->size(), (CGSize{30, 20}));
+    EXPECT_EQ(firstPixel(*image), 0xFFFF0000U);
+}
+
+TEST(Image, KnowsWhatServersHave) {
+    for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"}) {
+        const auto image = decode(encoded(Picture(32, 16), format));
+        ASSERT_TRUE(image) << format;
+        EXPECT_EQ(image->size(), (CGSize{32, 16})) << format;
+        const std::uint32_t pixel = firstPixel(*image);
+        EXPECT_NEAR((pixel >> 16U) & 0xFFU, Picture::Red, 4) << format;
+        EXPECT_NEAR((pixel >> 8U) & 0xFFU, Picture::Green, 4) << format;
+        EXPECT_NEAR(pixel & 0xFFU, Picture::Blue, 4) << format;
+        EXPECT_EQ(pixel >> 24U, 0xFFU) << format;
+    }
+    EXPECT_EQ(sizeOf(gif(1, 1, 1, 1)), (CGSize{1, 1}));
+    // A picture taken with the camera on its side stands upright.
+    EXPECT_EQ(sizeOf(withOrientation(encoded(Picture(32, 16), "jpeg"), 6)), (CGSize{16, 32}));
+}
+
+TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
+    struct Case {
+        const char* name;
+        std::string data;
+    };
+    const std::vector<Case> cases = {
+        {"png", padded(pngHeader(20000, 20000))},
+        {"png, long", padded(pngHeader(2147483647, 1))},
+        {"jpeg", padded(jpegHeader(20000, 20000))},
+        {"jpeg, largest", padded(jpegHeader(65500, 65500))},
+        {"gif", padded(gif(20000, 20000, 20000, 20000))},
+        {"gif, its frame", padded(gif(1, 1, 20000, 20000))},
+        {"bmp", padded(bmpHeader(20000, 20000))},
+        {"bmp, upside down", padded(bmpHeader(20000, -20000))},
+        {"tiff", padded(tiffHeader(20000, 20000))},
+        {"svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20000' height='20000'/>"},
+        {"svg, huge", "<svg xmlns='http://www.w3.org/2000/svg' width='1e9' height='1e9'/>"},
+    };
+    (void)decode("<svg xmlns='http://www.w3.org/2000/svg' width='1' height='1'/>"); // brings in its library
+    rusage before{};
+    ::getrusage(RUSAGE_SELF, &before);
+    for (const Case& each : cases) {
+        ASSERT_LE(each.data.size(), 1024U) << each.name;
+        const auto began = std::chrono::steady_clock::now();
+        EXPECT_FALSE(decode(each.data)) << each.name;
+        EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(100)) << each.name;
+    }
+    rusage after{};
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 20'000) << "KiB";
+}
+
+TEST(Image, BytesThatAreNoPictureGiveNone) {
+    const std::string jpeg = encoded(Picture(32, 16), "jpeg");
+    for (const std::string& data :
+         {""s, "\x89"s, "\x89PNG\r\n\x1A\n"s, "<!doctype html><title>not <svg here"s, "P6 1 1 255\n123"s,
+          "RIFF"s, "RIFF1234WEBP"s, "<svg"s, "<svg><g></svg>"s, std::string(100'000, '<'),
+          withScans(jpeg, 200)})
+        EXPECT_FALSE(decode(data)) << data.substr(0, 20);
+    EXPECT_TRUE(decode(withScans(jpeg, 1)));
+}
+
+// What is damaged gives a picture or none, whatever the decoder makes of it; it harms nothing, on any thread.
+TEST(Image, DamageHarmsNothing) {
+    std::vector<std::thread> threads;
+    for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"})
+        threads.emplace_back([format] {
+            const std::string whole = encoded(Picture(32, 16), format);
+            for (std::size_t length = 0; length < whole.size(); length += 1 + length / 40)
+                if (const auto image = decode(whole.substr(0, length))) {
+                    EXPECT_EQ(image->size(), (CGSize{32, 16})) << format;
+                }
+            std::uint32_t random = 1;
+            for (int round = 0; round < 300; ++round) {
+                std::string damaged = whole;
+                for (int change = 0; change < 4; ++change) {
+                    random = random * 1664525U + 1013904223U;
+                    damaged[(random >> 8U) % damaged.size()] = static_cast<char>(random >> 24U);
+                }
+                (void)decode(damaged);
+            }
+        });
+    for (std::thread& thread : threads) thread.join();
+}
+
+} // namespace

@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Pictures for tests: real ones in every format that the toolkit's library writes, and headers alone.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <string>
+#include <string_view>
+
+namespace tonewright::test {
+
+/// A picture in one colour.
+class Picture {
+  public:
+    static constexpr int Red = 200;
+    static constexpr int Green = 100;
+    static constexpr int Blue = 50;
+    Picture(int width, int height)
+        : _pixels(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height)) {
+        gdk_pixbuf_fill(_pixels, static_cast<guint32>(Red) << 24U | Green << 16U | Blue << 8U | 0xFFU);
+    }
+    ~Picture() { g_object_unref(_pixels); }
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+
+    [[nodiscard]] GdkPixbuf* pixels() const { return _pixels; }
+
+  private:
+    GdkPixbuf* _pixels;
+};
+
+inline std::string encoded(const Picture& picture, const char* format) {
+    char* bytes = nullptr;
+    gsize size = 0;
+    gdk_pixbuf_save_to_buffer(picture.pixels(), &bytes, &size, format, nullptr, nullptr);
+    std::string data(bytes, size);
+    g_free(bytes);
+    return data;
+}
+
+/// Give `value` as `count` bytes, the least significant first.
+inline std::string little(std::int64_t value, int count) {
+    std::string bytes;
+    for (int i = 0; i < count; ++i) bytes += static_cast<char>(value >> (8 * i));
+    return bytes;
+}
+
+inline std::string big(std::int64_t value, int count) {
+    const std::string bytes = little(value, count);
+    return {bytes.rbegin(), bytes.rend()};
+}
+
+/// Give `data` as a file of 1 KiB.
+inline std::string padded(std::string data) {
+    data.resize(1024);
+    return data;
+}
+
+/// Give the check of a PNG's chunk (RFC 2083, 15).
+inline std::int64_t crc32(std::string_view bytes) {
+    std::uint32_t check = 0xFFFFFFFFU;
+    for (const char byte : bytes) {
+        check ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit) check = check >> 1U ^ ((check & 1U) != 0 ? 0xEDB88320U : 0U);
+    }
+    return check ^ 0xFFFFFFFFU;
+}
+
+/// Give what a PNG begins with (RFC 2083, 11.2.1) and a piece of its content.
+inline std::string pngHeader(std::int64_t width, std::int64_t height) {
+    const auto chunk = [](const std::string& typeAndData) {
+        return big(static_cast<std::int64_t>(typeAndData.size()) - 4, 4) + typeAndData +
+               big(crc32(typeAndData), 4);
+    };
+    return "\x89PNG\r\n\x1A\n" +
+           chunk("IHDR" + big(width, 4) + big(height, 4) + std::string("\x08\x06\0\0\0", 5)) +
+           chunk("IDAT" + std::string("\x78\x9C\xED\xC1\x01\x0D\0\0\0\xC2\xA0\xF7", 12));
+}
+
+/// Give a JPEG up to the frame's header (ITU T.81, B.2.2) and the beginning of its scan.
+inline std::string jpegHeader(std::int64_t width, std::int64_t height) {
+    return "\xFF\xD8\xFF\xC0" + big(11, 2) + "\x08" + big(height, 2) + big(width, 2) + "\x01\x01\x11" +
+           std::string("\0", 1) + "\xFF\xDA" + big(8, 2) + std::string("\x01\x01\0\0\x3F\0", 6);
+}
+
+/// Give a GIF whose screen and whose one frame, filled with one colour as far as the data goes, have these
+/// sizes.
+inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t frameWidth,
+                       std::int64_t frameHeight) {
+    return "GIF89a" + little(width, 2) + little(height, 2) + std::string("\x80\0\0\xFF\0\0\0\0\0", 9) + "," +
+           std::string(4, '\0') + little(frameWidth, 2) + little(frameHeight, 2) + std::string("\0\x02", 2) +
+           std::string("\x02\x44\x01\0", 4) + ";";
+}
+
+inline std::string bmpHeader(std::int64_t width, std::int64_t height) {
+    return "BM" + little(1024, 4) + little(0, 4) + little(54, 4) + little(40, 4) + little(width, 4) +
+           little(height, 4) + little(1, 2) + little(24, 2) + std::string(24, '\0');
+}
+
+/// Give a TIFF with one strip, which begins behind the directory.
+inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
+    std::string entries;
+    const auto entry = [&](std::int64_t tag, std::int64_t value) {
+        entries += little(tag, 2) + little(4, 2) + little(1, 4) + little(value, 4);
+    };
+    entry(256, width);
+    entry(257, height);
+    entry(258, 8);
+    entry(259, 1);
+    entry(262, 1);
+    entry(273, 200);
+    entry(277, 1);
+    entry(278, height);
+    entry(279, width * height);
+    return std::string("II*\0", 4) + little(8, 4) + little(9, 2) + entries + little(0, 4);
+}
+
+/// Give a JPEG that says how the camera was held (Exif 2.3, tag 0x0112).
+inline std::string withOrientation(const std::string& jpeg, std::int64_t orientation) {
+    const std::string exif = std::string("Exif\0\0II*\0", 10) + little(8, 4) + little(1, 2) +
+                             little(0x112, 2) + little(3, 2) + little(1, 4) + little(orientation, 4) +
+                             little(0, 4);
+    return jpeg.substr(0, 2) + "\xFF\xE1" + big(static_cast<std::int64_t>(exif.size()) + 2, 2) + exif +
+           jpeg.substr(2);
+}
+
+/// Give a JPEG whose scan comes `count` times.
+inline std::string withScans(const std::string& jpeg, int count) {
+    const std::size_t begin = jpeg.find("\xFF\xDA");
+    const std::string scan = jpeg.substr(begin, jpeg.size() - 2 - begin);
+    std::string data = jpeg.substr(0, begin);
+    for (int i = 0; i < count; ++i) data += scan;
+    return data + jpeg.substr(jpeg.size() - 2);
+}
+
+} // namespace tonewright::test
