@@ -90,7 +90,7 @@ TEST(FileManager, AttributesDoNotFollowALinkTheQuestionsDo) {
     EXPECT_FALSE(manager.fileExistsAtPath(std::string("/tmp\0x", 6)));
     const auto file = manager.attributesOfItemAtPath(scratch / "file");
     EXPECT_EQ(file.value().size(), NSNumber(5));
-    EXPECT_EQ(file.value().count(), FileAttributeKeyCount);
+    EXPECT_GE(file.value().count(), FileAttributeKeyCount - 2); // not every user and group has a name
     struct stat status {};
     ::stat((scratch / "file").c_str(), &status);
     EXPECT_EQ(file.value().systemFileNumber(), NSNumber(status.st_ino));
