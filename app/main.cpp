@@ -18,6 +18,7 @@
 //     effects/               the registry of components and the host of LV2 effects
 //     ui/                    the application, views, controllers, interface descriptions
 //     network/, web/         what the help screen and downloads need
+//   gallery/                 a program of its own: the animation engine at work
 //   effect/                  the effect that comes with the program, an LV2 bundle like any other
 //   resources/               the recipes of the loops, the desktop's entry, icons
 //   tests/, benches/         mirrors of the tree; one benchmark for each claim

@@ -8,6 +8,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/foundation/termination.hpp"
+#include "platform/ui/ApplicationIdentity.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
@@ -26,13 +27,13 @@
 namespace platform {
 namespace {
 
-constexpr const char* MainInterface = "Main";
 constexpr const char* IconName = "example.tonewright.Tonewright";
 
 // Makes the controller of the main screen and its window from the interface description.
 std::shared_ptr<UIWindow> loadMainScreen() {
-    applyStyleSheet(MainInterface);
-    const auto description = InterfaceDescription::load(MainInterface, Bundle::main());
+    const std::string& name = applicationIdentity().interfaceName;
+    applyStyleSheet(name.c_str());
+    const auto description = InterfaceDescription::load(name, Bundle::main());
     if (!description) std::exit(EXIT_FAILURE);
     auto window = description->window();
     const auto controller = makeController(description->controllerClass(), NSCoder(description));

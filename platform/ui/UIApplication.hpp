@@ -49,7 +49,8 @@ class UIApplication {
 };
 
 /// Run the application: make the delegate of the class `delegateClassName`, load the main screen from the
-/// interface description "Main", run the loop until the window is closed, and give 0.
+/// interface description that the process's identity names ("Main"), run the loop until the window is closed,
+/// and give 0.
 ///
 /// From here on standard output belongs to `print` alone. The options --help and --version are answered
 /// before anything starts. Where the application cannot start (an unknown option, no display, no interface

@@ -48,7 +48,7 @@ class UIView : public UIResponder {
     [[nodiscard]] std::vector<std::shared_ptr<UIView>> subviews() const;
 
     /// Have the view drawn again with the next frame.
-    void setNeedsDisplay();
+    virtual void setNeedsDisplay();
 
     /// Tell whether the frame places the view (true at first) or constraints do.
     [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;

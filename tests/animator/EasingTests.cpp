@@ -171,7 +171,8 @@ TEST(Easing, EveryCurveIsTheMathematicalOne) {
 // where the program computes them itself, and beyond, where it does not.
 TEST(Easing, SineAndCosineAreRoundedWell) {
     const auto isNear = [](float got, Real want) {
-        const Real unit = std::scalbn(1.0L, std::max(std::ilogb(want) - 23, -149)); // of the last digit
+        const int last = want == 0 ? -149 : std::max(std::ilogb(want) - 23, -149); // digit of the float
+        const Real unit = std::scalbn(1.0L, last);
         return std::fabs(static_cast<Real>(got) - want) <= 0.561L * unit;
     };
     for (std::uint32_t bits = 0; bits <= std::bit_cast<std::uint32_t>(7.0F); bits += 4001) {

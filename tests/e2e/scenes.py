@@ -3,11 +3,13 @@
 """The scenes that the documents' pictures show, played by the real program with real input. tools/make-pictures keeps
 them as docs/pictures/NAME.png; tests/e2e/pictures.py holds what is kept against the program of today."""
 import dataclasses
+import re
+import subprocess
 import time
 
 import numpy
 
-from program import Program
+from program import BUILD, Program
 from screen import Controls, Screen
 
 # An effect without an interface of its own, from a package of tools/packages/test.txt.
@@ -86,3 +88,25 @@ def scenes(screen: Screen):
         yield Scene("plain-list", plain.still((0, 0, 920, 240)))
     finally:
         plain.program.kill()
+
+
+def gallery(screen: Screen) -> numpy.ndarray:
+    """Give the picture of the gallery in the middle of a movement."""
+    process = subprocess.Popen([BUILD / "bin" / "tonewright-gallery"], stdin=subprocess.DEVNULL)
+    try:
+        window = screen.wait_window(process.pid)
+        screen.focus(window)
+        size = window.get_geometry()
+        screen.point_at(window, size.width // 2, size.height - 4)
+        controls = Controls(process.pid)
+        screen.press_key("r")
+        end = time.monotonic() + 20
+        while time.monotonic() < end:
+            frames = [int(found[1]) for node in controls.all() if (found := re.match(r"Frame (\d+) ", node.get_name()))]
+            if frames and frames[0] >= 70:
+                break
+            time.sleep(0.02)
+        return screen.picture(window)
+    finally:
+        process.kill()
+        process.wait()

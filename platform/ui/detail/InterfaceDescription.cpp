@@ -10,6 +10,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/ActionScope.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
+#include "platform/ui/detail/DrawingWidget.hpp"
 #include "platform/ui/detail/SegueObject.hpp"
 #include "platform/ui/detail/translated.hpp"
 
@@ -24,6 +25,8 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
     }
     (void)containerWidgetType(); // the description names these
     (void)segueObjectType();
+    (void)containerWidgetType(); // the description names them
+    (void)drawingWidgetType();
     auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;
     description->_builder = GObjectRef<GtkBuilder>::adopt(gtk_builder_new());

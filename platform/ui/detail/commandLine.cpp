@@ -4,6 +4,7 @@
 #include "platform/ui/detail/commandLine.hpp"
 
 #include "platform/foundation/console.hpp"
+#include "platform/ui/ApplicationIdentity.hpp"
 
 #include <cstdlib>
 #include <string>
@@ -29,16 +30,18 @@ The program has no other options, no settings, and remembers nothing.)";
 
 void answerCommandLine(int argc, char** argv) {
     if (argc < 2) return;
+    const ApplicationIdentity& program = applicationIdentity();
     const std::string_view argument = argv[1];
     if (argument == "--help" || argument == "-h") {
-        print(Help);
+        print(program.help.empty() ? Help : program.help);
         std::exit(EXIT_SUCCESS);
     }
     if (argument == "--version") {
-        print("tonewright " TONEWRIGHT_VERSION);
+        print(program.programName + " " TONEWRIGHT_VERSION);
         std::exit(EXIT_SUCCESS);
     }
-    warn("tonewright: unknown argument \"" + std::string(argument) + "\"; --help shows what there is.");
+    warn(program.programName + ": unknown argument \"" + std::string(argument) +
+         "\"; --help shows what there is.");
     std::exit(2);
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/ui/ApplicationIdentity.hpp"
 #include "platform/ui/detail/translated.hpp"
 
 #include <X11/Xlib.h>
@@ -28,8 +29,9 @@ void startToolkit() {
     if (geteuid() == 0) setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 0);
     XInitThreads();
     g_log_writer_default_set_use_stderr(TRUE);
-    g_set_prgname("tonewright");
-    g_set_application_name("Tonewright");
+    const ApplicationIdentity& program = applicationIdentity();
+    g_set_prgname(program.programName.c_str());
+    g_set_application_name(program.displayName.c_str());
     // Texts follow the user's locale; numbers stay as programs write them, for effects that read and print
     // them.
     std::setlocale(LC_ALL, "");
@@ -40,9 +42,9 @@ void startToolkit() {
         findTranslationsIn((resources->path() + "/../locale").c_str());
     if (gtk_init_check() != FALSE) return;
     const char* display = std::getenv("DISPLAY");
-    warn(display == nullptr || *display == '\0'
-             ? std::string("tonewright: cannot open display: DISPLAY is not set.")
-             : "tonewright: cannot open display \"" + std::string(display) + "\".");
+    warn(program.programName + ": cannot open display" +
+         (display == nullptr || *display == '\0' ? std::string(": DISPLAY is not set.")
+                                                 : " \"" + std::string(display) + "\"."));
     std::exit(EXIT_FAILURE);
 }
 

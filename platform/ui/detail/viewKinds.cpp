@@ -4,11 +4,14 @@
 // Which class of view belongs to which kind of widget.
 #include "platform/foundation/console.hpp"
 #include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIDrawingView.hpp"
 #include "platform/ui/UIImageView.hpp"
+#include "platform/ui/UILabel.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
+#include "platform/ui/detail/DrawingWidget.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
 
 namespace platform {
@@ -30,6 +33,8 @@ std::shared_ptr<UIView> viewWithWidget(GtkWidget* widget) {
         warn("The view class \"" + viewClassOf(widget) + "\" is unknown.");
     }
     if (GTK_IS_BUTTON(widget)) return std::make_shared<UIButton>(std::move(implementation));
+    if (GTK_IS_LABEL(widget)) return std::make_shared<UILabel>(std::move(implementation));
+    if (isDrawingWidget(widget)) return std::make_shared<UIDrawingView>(std::move(implementation));
     if (GTK_IS_PICTURE(widget)) return std::make_shared<UIImageView>(std::move(implementation));
     if (GTK_IS_WINDOW(widget)) return std::make_shared<UIWindow>(std::move(implementation));
     return std::make_shared<PlainView>(std::move(implementation));

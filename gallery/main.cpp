@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The gallery of the animation engine: all forty curves at once, and a stack, a chain, a sequencer and an
+// impulse that move by the curve that is chosen.
+//
+//   GalleryController   the screen: controls, the clock, the line of figures
+//   CurveWall, Plot     the forty curves, on one stack
+//   Exhibit             what the four exhibits have in common; one file each beside it
+//   Gallery.ui, .css    describe the window's controls
+#include "gallery/GalleryController.hpp"
+#include "platform/ui/ApplicationIdentity.hpp"
+#include "platform/ui/UIApplication.hpp"
+#include "platform/ui/UIApplicationDelegate.hpp"
+#include "platform/ui/classRegistry.hpp"
+
+namespace {
+
+constexpr const char* Help = R"(Usage: tonewright-gallery [OPTION]
+
+Watch the easing curves, stacks, chains, time lines and impulses of the animation engine.
+
+  --help     show this text and end
+  --version  show the version and end
+
+Keys: P pauses, R restarts, + and - change the speed, F flicks the impulse; Tab and the arrows go from curve to
+curve, Space chooses.)";
+
+class GalleryDelegate final : public platform::UIApplicationDelegate {
+  public:
+    void setWindow(std::shared_ptr<platform::UIWindow> window) override { _window = std::move(window); }
+
+  private:
+    std::shared_ptr<platform::UIWindow> _window;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    platform::setApplicationIdentity({.programName = "tonewright-gallery",
+                                      .displayName = "Tonewright Gallery",
+                                      .interfaceName = "Gallery",
+                                      .help = Help});
+    platform::registerClass<GalleryDelegate>("GalleryDelegate");
+    platform::registerClass<tonewright::GalleryController>("GalleryController");
+    return platform::UIApplicationMain(argc, argv, std::nullopt, "GalleryDelegate");
+}

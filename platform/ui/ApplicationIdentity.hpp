@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Which of the project's programs with a window this process is: its names, its main screen, what --help
+// says. Set once, before UIApplicationMain; read on the main thread.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+struct ApplicationIdentity {
+    std::string programName = "tonewright"; // of the executable; the windows' class too
+    std::string displayName = "Tonewright"; // for people
+    std::string interfaceName = "Main";     // of the main screen's description and its style sheet
+    std::string help; // the answer to --help, without the last newline; empty: tonewright's own
+};
+
+/// Give the identity of this process: Tonewright's own until another is set.
+[[nodiscard]] const ApplicationIdentity& applicationIdentity() noexcept;
+void setApplicationIdentity(ApplicationIdentity identity);
+
+} // namespace platform

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A surface to draw on with lines, shapes and text. All lengths are points; x to the right, y downwards, from
+// the surface's upper left corner. What reaches beyond the surface is cut off; values that are no numbers
+// draw nothing. Main thread only.
+#pragma once
+
+#include "platform/ui/CGRect.hpp"
+
+#include <span>
+#include <string_view>
+
+namespace platform {
+
+/// A colour, each part from 0 to 1, not multiplied by its opacity.
+struct Color {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    double alpha = 1;
+
+    /// Give the same colour with its opacity multiplied by `factor`.
+    [[nodiscard]] Color faded(double factor) const noexcept { return {red, green, blue, alpha * factor}; }
+
+    friend bool operator==(const Color&, const Color&) = default;
+};
+
+struct Point {
+    double x = 0;
+    double y = 0;
+};
+
+enum class TextAlignment { Leading, Center, Trailing };
+
+class Canvas {
+  public:
+    /// What the toolkit's side hands over: seen by the platform alone.
+    struct Target;
+    explicit Canvas(Target& target) noexcept
+        : _target(target) {}
+
+    [[nodiscard]] double width() const noexcept;
+    [[nodiscard]] double height() const noexcept;
+    /// Give the colour of the desktop's texts here: dark on a light desktop, light on a dark one.
+    [[nodiscard]] Color textColor() const noexcept;
+
+    void fillRectangle(const CGRect& rectangle, const Color& color);
+    void fillCircle(Point center, double radius, const Color& color);
+    /// Draw a line with round ends through `points`, `thickness` wide.
+    void strokeLine(std::span<const Point> points, double thickness, const Color& color);
+    void strokeRectangle(const CGRect& rectangle, double thickness, const Color& color);
+    /// Draw one line of text in the desktop's font, `size` points high, shortened where it is wider than
+    /// `place`, in the middle of the place's height.
+    void drawText(std::string_view text, const CGRect& place, double size, const Color& color,
+                  TextAlignment alignment = TextAlignment::Leading);
+
+  private:
+    Target& _target;
+};
+
+} // namespace platform

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The toolkit's side of a canvas, for the platform's own code. Main thread only.
+#pragma once
+
+#include "platform/ui/Canvas.hpp"
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+struct Canvas::Target {
+    GtkWidget* widget; // gives the font
+    cairo_t* cairo;
+    double width;
+    double height;
+    Color textColor;
+};
+
+} // namespace platform

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/ui/UIDrawingView.hpp"
+
+#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/detail/DrawingWidget.hpp"
+#include "platform/ui/detail/ViewImplementation.hpp"
+
+#include <utility>
+
+namespace platform {
+
+Mark dotAt(Point center, double radius, const Color& color) noexcept {
+    return {{center.x - radius, center.y - radius, 2 * radius, 2 * radius}, radius, color};
+}
+
+UIDrawingView::UIDrawingView()
+    : UIDrawingView(
+          std::make_unique<Implementation>(GTK_WIDGET(g_object_new(drawingWidgetType(), nullptr)))) {}
+
+UIDrawingView::UIDrawingView(std::unique_ptr<Implementation> implementation)
+    : UIView(std::move(implementation)) {}
+
+void UIDrawingView::setDrawing(Drawing drawing) {
+    contentOf(widgetOf(*this)).draw = std::move(drawing);
+    setNeedsDisplay();
+}
+
+void UIDrawingView::setNeedsDisplay() {
+    contentOf(widgetOf(*this)).isOutdated = true;
+    UIView::setNeedsDisplay();
+}
+
+void UIDrawingView::setMarks(std::vector<Mark> marks) {
+    auto& shown = contentOf(widgetOf(*this)).marks;
+    if (shown == marks) return;
+    shown = std::move(marks);
+    UIView::setNeedsDisplay();
+}
+
+} // namespace platform

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A view that the program draws: a picture that stays, and marks that move in front of it.
+// "TonewrightDrawing" in interface descriptions. Main thread only.
+//
+// The picture is drawn when the view first shows, when its size or the desktop's colours have changed, and
+// when `setNeedsDisplay` asks for it. Moving a mark paints the mark's old and new place and nothing else, so
+// that many views can move at once.
+#pragma once
+
+#include "platform/ui/Canvas.hpp"
+#include "platform/ui/UIView.hpp"
+
+#include <functional>
+#include <vector>
+
+namespace platform {
+
+/// A filled rectangle with round corners: a dot, where the radius is half the width.
+struct Mark {
+    CGRect place;
+    double radius = 0;
+    Color color;
+
+    friend bool operator==(const Mark&, const Mark&) = default;
+};
+
+/// Give the mark that is a dot about `center`.
+[[nodiscard]] Mark dotAt(Point center, double radius, const Color& color) noexcept;
+
+class UIDrawingView final : public UIView {
+  public:
+    using Drawing = std::function<void(Canvas& canvas)>;
+
+    UIDrawingView();
+    explicit UIDrawingView(std::unique_ptr<Implementation> implementation);
+
+    /// Let `drawing` draw the picture from now on.
+    void setDrawing(Drawing drawing);
+    /// Have the picture drawn again with the next frame.
+    void setNeedsDisplay() override;
+    /// Show `marks`, in this order, in place of the former ones.
+    void setMarks(std::vector<Mark> marks);
+};
+
+} // namespace platform

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A line of text. Main thread only.
+#pragma once
+
+#include "platform/ui/UIView.hpp"
+
+#include <string>
+
+namespace platform {
+
+class UILabel final : public UIView {
+  public:
+    explicit UILabel(const std::string& text = {});
+    explicit UILabel(std::unique_ptr<Implementation> implementation);
+
+    /// Give the text as it is shown.
+    [[nodiscard]] std::string text() const;
+    /// Show `text`. In a label that the interface description gives mnemonics, an underscore stands before
+    /// one.
+    void setText(const std::string& text);
+};
+
+} // namespace platform

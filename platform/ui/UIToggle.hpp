@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A button that shows a view and stays down while it is chosen; of the toggles of a group at most one is.
+// Chosen by mouse or key. Main thread only.
+#pragma once
+
+#include "platform/ui/UIView.hpp"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+class UIToggle final : public UIView {
+  public:
+    /// Make a toggle that shows `content` and is called `name` by assistive technology; with `fellow`, it
+    /// joins that one's group.
+    UIToggle(std::shared_ptr<UIView> content, const std::string& name, const UIToggle* fellow = nullptr);
+    ~UIToggle() override;
+
+    [[nodiscard]] bool isChosen() const;
+    /// Choose this toggle of its group, as a press does.
+    void choose();
+
+    std::function<void()> onChosen; // it was chosen and had not been before
+
+  private:
+    std::shared_ptr<UIView> _content;
+};
+
+} // namespace platform

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The widget behind a UIDrawingView, "TonewrightDrawing" in interface descriptions. Main thread only.
+#pragma once
+
+#include "platform/ui/UIDrawingView.hpp"
+
+#include <gtk/gtk.h>
+#include <vector>
+
+namespace platform {
+
+/// What a drawing widget shows.
+struct DrawingContent {
+    UIDrawingView::Drawing draw; // empty: no picture
+    std::vector<Mark> marks;
+    bool isOutdated = true; // the picture must be drawn again
+};
+
+/// Give the type, registering it first.
+[[nodiscard]] GType drawingWidgetType();
+[[nodiscard]] bool isDrawingWidget(GtkWidget* widget);
+[[nodiscard]] DrawingContent& contentOf(GtkWidget* widget);
+
+} // namespace platform

@@ -1,0 +1,158 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The gallery as a person meets it: real keys and clicks, what assistive technology reads, pixels of the window."""
+import math
+import os
+import re
+import subprocess
+import time
+import unittest
+
+import numpy
+from program import BUILD, PATIENCE, main
+from screen import Controls, Screen
+
+STATUS = re.compile(r"Frame (\d+) of (\d+) · (\w+) · [\d.]+ µs a tick of (\d+) tweens")
+MOVING = (54, 133, 227)  # the colour of a dot on its way
+CAPTION, MARGIN = 15, 7  # of a plot: the name below it, the room around it
+
+
+def dot_in(pixels: numpy.ndarray) -> tuple[float, float] | None:
+    """Give the middle of the pixels that have a moving dot's colour."""
+    near = numpy.abs(pixels.astype(int) - MOVING).max(axis=2) < 12
+    rows, columns = numpy.nonzero(near)
+    return (columns.mean(), rows.mean()) if len(rows) else None
+
+
+class Gallery(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.screen = Screen(accessible=True)
+        cls.addClassCleanup(cls.screen.close)
+
+    def setUp(self):
+        self.process = subprocess.Popen([BUILD / "bin" / "tonewright-gallery"], stdin=subprocess.DEVNULL,
+                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
+        self.addCleanup(self.end)
+        self.process.stderr.readline()  # the first frame
+        self.window = self.screen.wait_window(self.process.pid)
+        self.screen.focus(self.window)
+        self.controls = Controls(self.process.pid)
+
+    def end(self) -> None:
+        self.process.kill()
+        self.process.communicate()
+
+    def status(self) -> re.Match:
+        for node in self.controls.all():
+            if node.get_role_name() == "label" and (match := STATUS.fullmatch(node.get_name())):
+                return match
+        raise AssertionError("the line of figures is not on the screen")
+
+    def wait_status(self, condition, why: str) -> re.Match:
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            if condition(status := self.status()):
+                return status
+            time.sleep(0.02)
+        raise AssertionError(f"{why}; the line says {self.status().group(0)!r}")
+
+    def plot(self, name: str) -> numpy.ndarray:
+        """Give the pixels of one curve's plot."""
+        return self.screen.picture(self.window, self.controls.area(self.controls.find("push button", name)))
+
+    def pause(self, condition=lambda status: 20 <= int(status[1]) <= 100) -> int:
+        """Pause by the key in the middle of a movement; give the frame."""
+        self.screen.press_key("r")
+        self.wait_status(condition, "the movement does not get there")
+        self.screen.press_key("p")
+        self.controls.wait_for("push button", "Play")
+        return int(self.status()[1])
+
+    def test_a_paused_dot_lies_on_its_curve(self):
+        frame = self.pause()
+        time.sleep(0.2)  # the last frame has been painted
+        progress = frame / int(self.status()[2])
+        for name, curve in {"easeInQuad": lambda u: u * u, "easeOutSine": lambda u: math.sin(u * math.pi / 2),
+                            "easeInCirc": lambda u: 1 - math.sqrt(1 - u * u)}.items():
+            pixels = self.plot(name)
+            dot = dot_in(pixels)
+            self.assertIsNotNone(dot, name)
+            height, width, _ = pixels.shape
+            # The plot lies in the middle of its button.
+            left, top = MARGIN, MARGIN
+            across, up = width - 2 * MARGIN, height - 2 * MARGIN - CAPTION
+            self.assertAlmostEqual(dot[0], left + progress * across, delta=2.5, msg=name)
+            self.assertAlmostEqual(dot[1], top + up * (1 - curve(progress)), delta=2.5, msg=name)
+        before = self.screen.picture(self.window)
+        time.sleep(0.3)
+        self.assertTrue((before == self.screen.picture(self.window)).all(), "something moved while paused")
+        self.screen.press_key("p")
+        self.controls.wait_for("push button", "Pause")
+        self.wait_status(lambda status: int(status[1]) != frame, "it does not go on")
+
+    def test_curves_are_chosen_and_speeds_changed_by_mouse_and_keys(self):
+        self.assertEqual(self.status()[3], "easeOutBounce")
+        self.assertTrue(self.controls.has(self.controls.find("push button", "easeOutBounce"), "PRESSED"))
+        x, y, width, height = self.controls.area(self.controls.find("push button", "easeInElastic"))
+        self.screen.click(self.window, x + width // 2, y + height // 2)
+        self.wait_status(lambda status: status[3] == "easeInElastic", "the click chose nothing")
+        self.assertFalse(self.controls.has(self.controls.find("push button", "easeOutBounce"), "PRESSED"))
+        for key in ("Right", "space"):  # to the next curve
+            self.screen.press_key(key)
+        self.wait_status(lambda status: status[3] == "easeOutElastic", "the keys chose nothing")
+        for key, frames in (("plus", "60"), ("plus", "30"), ("plus", "30"), ("minus", "60")):
+            self.screen.press_key(key)
+            self.wait_status(lambda status: status[2] == frames, f"{key} did not lead to {frames} frames")
+        names = [node.get_name() for node in self.controls.all() if node.get_name().startswith("ease")]
+        self.assertEqual(len(set(names)), 40)
+
+    def test_the_impulse_comes_to_rest_and_is_flicked_again(self):
+        def ball() -> float | None:
+            dot = dot_in(self.screen.picture(self.window, area))
+            return dot[0] if dot else None
+
+        area = self.controls.area(self.controls.find("push button", "Flick"))
+        end = time.monotonic() + PATIENCE
+        while ball() is not None and time.monotonic() < end:
+            time.sleep(0.05)
+        self.assertIsNone(ball(), "the ball did not come to rest")
+        self.screen.press_key("f")
+        seen = set()
+        while len(seen) < 5 and time.monotonic() < end:
+            if (x := ball()) is not None:
+                seen.add(round(x))
+        self.assertGreaterEqual(len(seen), 5, "the ball did not move")
+
+    def test_it_is_resized_and_closed(self):
+        for width, height in ((1400, 900), (900, 620)):
+            self.screen.resize(self.window, width, height)
+            end = time.monotonic() + PATIENCE
+            while time.monotonic() < end:
+                x, y, w, h = self.controls.area(self.controls.find("push button", "easeOutInBounce"))
+                if x + w <= width and y + h <= height and w > width / 16:
+                    break
+                time.sleep(0.05)
+            else:
+                self.fail(f"the curves do not fit {width} by {height}: {(x, y, w, h)}")
+        self.screen.ask_to_close(self.window)
+        self.assertEqual(self.process.wait(PATIENCE), 0)
+        self.assertEqual(self.process.stderr.read().decode(), "")
+
+
+class CommandLine(unittest.TestCase):
+    def test_it_names_itself(self):
+        def answer(*arguments: str) -> subprocess.CompletedProcess:
+            env = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+            return subprocess.run([BUILD / "bin" / "tonewright-gallery", *arguments], env=env, capture_output=True,
+                                  text=True, timeout=60)
+        self.assertRegex(answer("--version").stdout, r"\Atonewright-gallery \d+\.\d+\.\d+\n\Z")
+        self.assertIn("Usage: tonewright-gallery", answer("--help").stdout)
+        for arguments in (["--frobnicate"], []):  # the second: no display
+            refused = answer(*arguments)
+            self.assertIn(refused.returncode, (1, 2))
+            self.assertRegex(refused.stderr, r"\Atonewright-gallery: .*\n\Z")
+
+
+if __name__ == "__main__":
+    main("e2e_gallery")

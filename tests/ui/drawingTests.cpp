@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What a drawing view puts on the screen, by the pixels that the toolkit renders; and toggles around it.
+#include "platform/ui/Canvas.hpp"
+#include "platform/ui/UIDrawingView.hpp"
+#include "platform/ui/UILabel.hpp"
+#include "platform/ui/UIToggle.hpp"
+#include "platform/ui/detail/GObjectRef.hpp"
+#include "tests/ui/toolkitFixture.hpp"
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace platform {
+namespace {
+
+using platform::testing::ShownWindow;
+using platform::testing::waitFor;
+using DrawingTest = platform::testing::ToolkitTest;
+
+constexpr Color Red{1, 0, 0, 1};
+constexpr Color Blue{0, 0, 1, 1};
+
+// The pixels of a view, rendered as for the screen.
+class Pixels {
+  public:
+    explicit Pixels(const UIView& view) {
+        GtkWidget* widget = widgetOf(view);
+        waitFrame(widget);
+        _width = gtk_widget_get_width(widget);
+        _height = gtk_widget_get_height(widget);
+        const auto paintable = GObjectRef<GdkPaintable>::adopt(gtk_widget_paintable_new(widget));
+        GtkSnapshot* snapshot = gtk_snapshot_new();
+        gdk_paintable_snapshot(paintable.get(), snapshot, _width, _height);
+        GskRenderNode* node = gtk_snapshot_free_to_node(snapshot);
+        if (node == nullptr) return;
+        graphene_rect_t whole;
+        graphene_rect_init(&whole, 0, 0, static_cast<float>(_width), static_cast<float>(_height));
+        const auto texture = GObjectRef<GdkTexture>::adopt(gsk_renderer_render_texture(
+            gtk_native_get_renderer(gtk_widget_get_native(widget)), node, &whole));
+        gsk_render_node_unref(node);
+        _bytes.resize(static_cast<std::size_t>(4 * _width * _height));
+        gdk_texture_download(texture.get(), _bytes.data(), static_cast<gsize>(4 * _width));
+    }
+
+    /// Give the colour at a pixel, opaque or not at all there.
+    [[nodiscard]] Color at(int x, int y) const {
+        const auto place = static_cast<std::size_t>(4 * (y * _width + x));
+        if (place + 3 >= _bytes.size()) return {-1, -1, -1, -1};
+        return {_bytes[place + 2] / 255.0, _bytes[place + 1] / 255.0, _bytes[place] / 255.0,
+                _bytes[place + 3] / 255.0};
+    }
+
+  private:
+    // What was set shows with the next frame.
+    static void waitFrame(GtkWidget* widget) {
+        bool painted = false;
+        GdkFrameClock* clock = gtk_widget_get_frame_clock(widget);
+        const auto note = [](GdkFrameClock*, gpointer flag) { *static_cast<bool*>(flag) = true; };
+        const gulong id =
+            g_signal_connect(clock, "after-paint",
+                             G_CALLBACK(static_cast<void (*)(GdkFrameClock*, gpointer)>(note)), &painted);
+        gtk_widget_queue_draw(widget);
+        EXPECT_TRUE(waitFor([&] { return painted; }));
+        g_signal_handler_disconnect(clock, id);
+    }
+
+    int _width = 0, _height = 0;
+    std::vector<guchar> _bytes;
+};
+
+constexpr Color Nothing{0, 0, 0, 0};
+
+struct ShownDrawing {
+    ShownDrawing() {
+        view->setDrawing([this](Canvas& canvas) {
+            ++drawn;
+            if (draw) draw(canvas);
+        });
+        view->setFrame({0, 0, 100, 80});
+        shown.view->addSubview(view);
+        waitDrawn(1);
+    }
+    void waitDrawn(int times) const {
+        EXPECT_TRUE(waitFor([&] { return drawn >= times; }));
+        EXPECT_EQ(drawn, times);
+    }
+    int drawn = 0;
+    UIDrawingView::Drawing draw;
+    ShownWindow shown{300, 200};
+    std::shared_ptr<UIDrawingView> view = std::make_shared<UIDrawingView>();
+};
+
+TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
+    ShownDrawing drawing;
+    drawing.draw = [](Canvas& canvas) {
+        EXPECT_EQ((CGRect{0, 0, canvas.width(), canvas.height()}), (CGRect{0, 0, 100, 80}));
+        canvas.fillRectangle({10, 20, 30, 10}, Red);
+        canvas.fillCircle({70, 40}, 10, Blue);
+        const std::array line = {Point{0, 70}, Point{50, 70}, Point{50, 60}};
+        canvas.strokeLine(line, 4, Red);
+        canvas.strokeRectangle({60, 60, 20, 10}, 2, Blue);
+        canvas.fillRectangle({NAN, 0, 100, 100}, Blue); // nothing, and no harm to what follows
+        canvas.fillRectangle({95, 0, 50, 5}, Red);
+    };
+    drawing.view->setNeedsDisplay();
+    drawing.waitDrawn(2);
+    const Pixels pixels(*drawing.view);
+    struct Case {
+        int x, y;
+        Color color;
+    };
+    for (const Case& c : {Case{10, 20, Red},
+                          {39, 29, Red},
+                          {9, 25, Nothing},
+                          {40, 25, Nothing},
+                          {10, 30, Nothing},
+                          {70, 40, Blue},
+                          {78, 40, Blue},
+                          {78, 48, Nothing},
+                          {25, 70, Red},
+                          {50, 65, Red},
+                          {25, 75, Nothing},
+                          {60, 65, Blue},
+                          {70, 65, Nothing},
+                          {97, 2, Red}})
+        EXPECT_EQ(pixels.at(c.x, c.y), c.color) << c.x << ", " << c.y;
+}
+
+TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
+    ShownDrawing drawing;
+    drawing.draw = [](Canvas& canvas) {
+        canvas.drawText("mmmmmmmmmmmmmmmmmmmmmmmmmmmm", {20, 10, 40, 20}, 12, Red, TextAlignment::Center);
+    };
+    drawing.view->setNeedsDisplay();
+    drawing.waitDrawn(2);
+    const Pixels pixels(*drawing.view);
+    int inside = 0, outside = 0;
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 100; ++x)
+            if (pixels.at(x, y).alpha > 0.1) ++(x >= 19 && x <= 61 && y >= 8 && y <= 32 ? inside : outside);
+    EXPECT_GT(inside, 40);
+    EXPECT_EQ(outside, 0) << "shortened, not overflowing";
+}
+
+TEST_F(DrawingTest, MarksMoveInFrontOfAPictureThatIsNotDrawnAgain) {
+    ShownDrawing drawing;
+    drawing.draw = [](Canvas& canvas) { canvas.fillRectangle({0, 0, 100, 80}, Red); };
+    drawing.view->setNeedsDisplay();
+    drawing.waitDrawn(2);
+    drawing.view->setMarks({dotAt({20, 20}, 5, Blue), {{50, 50, 10, 4}, 0, Blue}});
+    const Pixels first(*drawing.view);
+    EXPECT_EQ(first.at(20, 20), Blue);
+    EXPECT_EQ(first.at(59, 53), Blue);
+    EXPECT_EQ(first.at(15, 15), Red) << "the corner of a dot";
+    drawing.view->setMarks({dotAt({60, 20}, 5, Blue), {{NAN, 0, 1, 1}, 0, Blue}});
+    const Pixels second(*drawing.view);
+    EXPECT_EQ(second.at(20, 20), Red);
+    EXPECT_EQ(second.at(59, 53), Red);
+    EXPECT_EQ(second.at(60, 20), Blue);
+    EXPECT_EQ(drawing.drawn, 2);
+}
+
+TEST_F(DrawingTest, PictureIsDrawnAnewForAnotherSizeAndOtherColours) {
+    ShownDrawing drawing;
+    double brightness = -1;
+    drawing.draw = [&](Canvas& canvas) { brightness = canvas.textColor().green; };
+    drawing.view->setNeedsDisplay();
+    drawing.waitDrawn(2);
+    EXPECT_LT(brightness, 0.5);
+    drawing.view->setFrame({0, 0, 120, 90});
+    drawing.waitDrawn(3);
+    GtkSettings* settings = gtk_settings_get_default();
+    g_object_set(settings, "gtk-application-prefer-dark-theme", TRUE, nullptr);
+    EXPECT_TRUE(waitFor([&] { return brightness > 0.5; })) << "light text on a dark desktop";
+    g_object_set(settings, "gtk-application-prefer-dark-theme", FALSE, nullptr);
+    EXPECT_TRUE(waitFor([&] { return brightness < 0.5; }));
+}
+
+TEST_F(DrawingTest, OneToggleOfAGroupIsChosen) {
+    const ShownWindow shown(300, 200);
+    std::vector<std::shared_ptr<UIToggle>> toggles;
+    std::vector<std::size_t> heard;
+    for (std::size_t i = 0; i < 3; ++i) {
+        toggles.push_back(std::make_shared<UIToggle>(std::make_shared<UILabel>("content"), "name",
+                                                     i == 0 ? nullptr : toggles.front().get()));
+        toggles.back()->onChosen = [&heard, i] { heard.push_back(i); };
+        shown.view->addSubview(toggles.back());
+    }
+    toggles[1]->choose();
+    toggles[1]->choose(); // it is already
+    g_signal_emit_by_name(widgetOf(*toggles[2]), "clicked");
+    EXPECT_EQ(heard, (std::vector<std::size_t>{1, 2}));
+    EXPECT_FALSE(toggles[1]->isChosen());
+    EXPECT_TRUE(toggles[2]->isChosen());
+}
+
+} // namespace
+} // namespace platform
