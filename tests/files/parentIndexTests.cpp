@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Thousands of small trees beside the literal algorithm: a walk over the list from its end to its beginning.
-#include "shared/Common/Files/FileTree.hpp"
+#include "tests/files/nodes.hpp"
 #include "tests/support/treeCycles.hpp"
 
 #include <gtest/gtest.h>
@@ -55,37 +55,17 @@ void edit(FileTree& tree, Random& random) {
     if (tree.filelist.empty()) return;
     const std::size_t at = random.below(tree.filelist.size());
     const auto node = tree.filelist[at];
-    switch (random.below(9)) {
-    case 0:
-        node->setSubpath(random.path());
-        break;
-    case 1:
-        node->setIsDirectory(node->asFolder() != nullptr && random.below(2) == 0);
-        break;
-    case 2:
-        tree.filelist.erase(at);
-        break;
-    case 3:
-        tree.filelist.insert(at, tree.filelist[random.below(tree.filelist.size())]);
-        break;
-    case 4:
-        tree.filelist.replace(at, tree.filelist[random.below(tree.filelist.size())]);
-        break;
-    case 5:
-        tree.filelist.push_back(node);
-        break;
-    case 6: {
-        const FileList copy = tree.filelist;
-        tree.filelist = copy;
-        break;
-    }
-    case 7:
-        node->set_indent(static_cast<std::int64_t>(random.below(3)) - 1);
-        break;
-    case 8:
-        if (random.below(20) == 0) tree.clearList();
-        break;
-    }
+    const auto other = tree.filelist[random.below(tree.filelist.size())];
+    const std::size_t which = random.below(9);
+    if (which == 0) node->setSubpath(random.path());
+    if (which == 1) node->setIsDirectory(node->asFolder() != nullptr && random.below(2) == 0);
+    if (which == 2) tree.filelist.erase(at);
+    if (which == 3) tree.filelist.insert(at, other);
+    if (which == 4) tree.filelist.replace(at, other);
+    if (which == 5) tree.filelist.push_back(node);
+    if (which == 6) tree.filelist = FileList(tree.filelist);
+    if (which == 7) node->set_indent(static_cast<std::int64_t>(random.below(3)) - 1);
+    if (which == 8 && random.below(20) == 0) tree.clearList();
 }
 
 } // namespace
@@ -130,26 +110,12 @@ TEST(ParentIndex, IsConstantPerItemInOneLargeFolder) {
     // A quadratic search would need minutes here.
     FileTree tree;
     tree.root = std::make_shared<Folder>();
-    const auto folder = std::make_shared<Folder>();
-    folder->setIsDirectory(true);
-    folder->setSubpath("wide");
-    tree.findParent(folder);
-    tree.filelist.push_back(folder);
-    constexpr int Items = 200'000;
-    for (int i = 0; i < Items; ++i) {
-        const auto node = std::make_shared<File>();
-        node->setSubpath("wide/" + std::to_string(i));
-        tree.findParent(node);
-        tree.filelist.push_back(node);
-    }
-    EXPECT_EQ(folder->children.size(), static_cast<std::size_t>(Items));
-    tree.root->children[0]->setSubpath("renamed"); // now every search walks once, and then indexes again
-    for (int i = 0; i < 1000; ++i) {
-        const auto node = std::make_shared<File>();
-        node->setSubpath("renamed/" + std::to_string(i));
-        tree.findParent(node);
-        tree.filelist.push_back(node);
-    }
-    EXPECT_EQ(folder->children.size(), static_cast<std::size_t>(Items + 1000));
+    const auto folder = test::addNode<Folder>(tree, "wide");
+    constexpr std::size_t Items = 200'000;
+    for (std::size_t i = 0; i < Items; ++i) test::addNode(tree, "wide/" + std::to_string(i));
+    EXPECT_EQ(folder->children.size(), Items);
+    folder->setSubpath("renamed"); // now every search walks once, and then indexes again
+    for (int i = 0; i < 1000; ++i) test::addNode(tree, "renamed/" + std::to_string(i));
+    EXPECT_EQ(folder->children.size(), Items + 1000);
     test::takeApart(tree);
 }
