@@ -123,7 +123,8 @@ void TimerQueue::fireDue() {
         // The next date is set before the block runs: it may invalidate the timer, or run the loop.
         timer._date = timer._repeats ? dateAfter(now, timer._start, timer._intervalNanoseconds) : Never;
         node.key().first = timer._date;
-        _timers.insert(std::move(node));
+        // Most often it is the next one again: then idle timers behind it are not even looked at.
+        _timers.insert(_timers.begin(), std::move(node));
     }
     arm(); // before the blocks run: one that runs the loop itself shall not stop the other timers
     for (const auto& timer : due) fire(*timer);
