@@ -23,6 +23,7 @@ Play loops through an audio effect and work the effect's own interface.
 Environment:
   LV2_PATH           where to look for effects, a list of folders
   TONEWRIGHT_EFFECT  the URI of the effect to host, instead of the bundled one
+  TONEWRIGHT_OUTPUT  pipewire, rtaudio or silent: where the sound goes, instead of the first that answers
 
 The program has no other options, no settings, and remembers nothing.)";
 
