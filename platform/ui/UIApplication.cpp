@@ -23,6 +23,7 @@
 #include <cstdlib>
 #include <glib-unix.h>
 #include <limits>
+#include <malloc.h>
 
 namespace platform {
 namespace {
@@ -70,6 +71,16 @@ class Activity {
     bool _isActive = false;
 };
 
+// Keep the allocator's thresholds where they start. By itself it raises them to the largest block that was
+// ever freed, and then the sound server's library gets its megabytes out of used memory, which has to be
+// cleared, page by page, instead of pages that are never touched: 6 MB while playing.
+void returnMemoryEarly() {
+#ifdef M_TRIM_THRESHOLD
+    constexpr int DefaultThreshold = 128 * 1024; // bytes; to state it is what fixes it
+    mallopt(M_TRIM_THRESHOLD, DefaultThreshold);
+#endif
+}
+
 } // namespace
 
 UIApplication& UIApplication::shared() {
@@ -91,6 +102,7 @@ void UIApplication::terminate() {
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
                       std::string_view delegateClassName) {
     reserveStandardOutput();
+    returnMemoryEarly();
     std::signal(SIGPIPE, SIG_IGN); // whoever reads our lines may go away
     answerCommandLine(argc, argv);
     startToolkit();
