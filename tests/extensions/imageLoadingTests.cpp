@@ -67,8 +67,6 @@ class ImageLoading : public platform::testing::ToolkitTest {
 };
 
 TEST_F(ImageLoading, FollowsWhatTheServerAnswers) {
-    std::string response;
-    const BadServer server([&](int connection) { sendAll(connection, response); });
     struct Case {
         const char* name;
         std::string response;
@@ -98,7 +96,7 @@ TEST_F(ImageLoading, FollowsWhatTheServerAnswers) {
               true,
               0}}) {
         SCOPED_TRACE(each.name);
-        response = each.response;
+        const BadServer server([&](int connection) { sendAll(connection, each.response); });
         _view->setImage(_former);
         EXPECT_EQ(load(server.url()), each.loaded);
         EXPECT_EQ(width(), each.loadedWidth);
