@@ -39,6 +39,14 @@ void makeScrollable(GtkWidget* textArea) {
     }
 }
 
+// A button's own label would be given to assistive technology twice by GTK 4.8.
+GtkWidget* makeButton(const std::string& title) {
+    GtkWidget* button = gtk_button_new();
+    gtk_button_set_child(GTK_BUTTON(button), gtk_label_new(showableText(title).c_str()));
+    gtk_widget_add_css_class(button, "text-button");
+    return button;
+}
+
 } // namespace
 
 UIAlertAction::UIAlertAction(std::string title, UIAlertActionStyle style, Handler handler)
@@ -75,20 +83,25 @@ void UIAlertController::answer(int response) const {
 }
 
 void UIAlertController::showOver(UIViewController& presenter, bool, std::function<void()> completion) {
-    GtkWidget* widget = gtk_message_dialog_new(
-        windowOf(presenter), static_cast<GtkDialogFlags>(GTK_DIALOG_MODAL | GTK_DIALOG_DESTROY_WITH_PARENT),
-        GTK_MESSAGE_OTHER, GTK_BUTTONS_NONE, "%s", showableText(_title, MostCharacters).c_str());
+    const std::string title = showableText(_title, MostCharacters);
+    const std::string message = showableText(_message, MostCharacters);
+    auto* widget =
+        GTK_WIDGET(g_object_new(GTK_TYPE_MESSAGE_DIALOG, "accessible-role", GTK_ACCESSIBLE_ROLE_ALERT_DIALOG,
+                                "message-type", GTK_MESSAGE_OTHER, "text", title.c_str(), "secondary-text",
+                                _message.empty() ? nullptr : message.c_str(), "modal", TRUE,
+                                "destroy-with-parent", TRUE, "transient-for", windowOf(presenter), nullptr));
+    // The dialog does not pass its texts on to assistive technology.
+    gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   _title.empty() ? message.c_str() : title.c_str(),
+                                   GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, message.c_str(), -1);
     auto* dialog = GTK_DIALOG(widget);
     auto* messageDialog = GTK_MESSAGE_DIALOG(widget);
-    if (!_message.empty())
-        gtk_message_dialog_format_secondary_text(messageDialog, "%s",
-                                                 showableText(_message, MostCharacters).c_str());
     makeScrollable(gtk_message_dialog_get_message_area(messageDialog));
     // The first button that does something is what Return presses.
     int preferred = -1;
     for (int index = 0; const auto& action : _actions) {
-        GtkWidget* button = gtk_dialog_add_button(dialog, showableText(action->title()).c_str(), index);
-        gtk_button_set_use_underline(GTK_BUTTON(button), FALSE); // a title is no mnemonic
+        GtkWidget* button = makeButton(action->title());
+        gtk_dialog_add_action_widget(dialog, button, index);
         if (action->style() == UIAlertActionStyle::Destructive)
             gtk_widget_add_css_class(button, "destructive-action");
         if (preferred < 0 && action->style() == UIAlertActionStyle::Default) preferred = index;

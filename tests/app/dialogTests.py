@@ -14,7 +14,7 @@ from urllib.parse import quote
 
 sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
 from cases import BUILD, main  # noqa: E402
-from screen import X, XK, Screen, display, xtest  # noqa: E402
+from screen import X, XK, Controls, Screen, display, xtest  # noqa: E402
 
 PROBE = BUILD / "bin" / "tests" / "dialog_probe"
 CONFIRMED, CANCELED, NOTHING = "Alert was confirmed.", "Alert was canceled.", "The document picker was canceled."
@@ -164,6 +164,18 @@ class Alerts(Dialogs):
                 self.assertEqual(probe.wait(line), "")
                 probe.dialogs(0)
                 self.assertEqual(probe.answers_to("done"), "")
+
+    def test_has_a_name_for_every_ear(self):
+        screen = Screen(accessible=True)
+        self.addCleanup(screen.close)
+        probe = Probe(screen)
+        self.addCleanup(probe.end)
+        probe.do("alert", "Title", "Message")
+        probe.dialog()
+        controls = Controls(probe.process.pid)
+        self.assertEqual(controls.find("dialog", "Title").get_description(), "Message")
+        self.assertTrue(controls.has(controls.find("push button", "OK"), "FOCUSED"))
+        controls.find("push button", "Cancel")
 
     def test_several_at_once_are_answered_one_by_one(self):
         probe = self.started()
