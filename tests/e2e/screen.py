@@ -67,9 +67,15 @@ class Screen:
         raise AssertionError("the program shows no window")
 
     def press_key(self, name: str) -> None:
-        code = self.x.keysym_to_keycode(XK.string_to_keysym(name))
-        for kind in (X.KeyPress, X.KeyRelease):
-            xtest.fake_input(self.x, kind, code)
+        self.press_keys(name)
+
+    def press_keys(self, *names: str) -> None:
+        """Press keys together, the last one while the others are held."""
+        codes = [self.x.keysym_to_keycode(XK.string_to_keysym(name)) for name in names]
+        for code in codes:
+            xtest.fake_input(self.x, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.x, X.KeyRelease, code)
         self.x.sync()
 
     def focus(self, window) -> None:

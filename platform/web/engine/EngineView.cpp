@@ -14,14 +14,10 @@ namespace {
 // The engine shows a PDF in a viewer of its own, a page of this scheme.
 constexpr const char* ViewerScheme = "webkit-pdfjs-viewer:";
 
-// What a page needs of the machine. One context serves all views: it holds no more than how processes are
-// started.
-WebKitWebContext* sharedContext() {
-    static WebKitWebContext* const context = [] {
-        WebKitWebContext* made = webkit_web_context_new();
-        webkit_web_context_set_cache_model(made, WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
-        return made;
-    }();
+// A context of its own for each view: with it go the processes that the engine keeps ready for a next page.
+GObjectRef<WebKitWebContext> makeContext() {
+    auto context = GObjectRef<WebKitWebContext>::adopt(webkit_web_context_new());
+    webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
     return context;
 }
 
@@ -58,10 +54,11 @@ void PendingDecisions::answer(WebKitPolicyDecision* decision, bool allow) {
 
 EngineView::EngineView(WebClient& client)
     : _client(client)
+    , _context(makeContext())
     , _session(GObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())) {
     const auto settings = makeSettings();
     _view = GObjectRef<WebKitWebView>::keep(
-        WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", sharedContext(), "network-session",
+        WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", _context.get(), "network-session",
                                      _session.get(), "settings", settings.get(), nullptr)));
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    translated("Page"), -1);

@@ -49,6 +49,7 @@ class EngineView final : public WebEngineView {
     void tell(const std::string& title, const std::string& sentence, const std::string& uri);
 
     WebClient& _client;
+    GObjectRef<WebKitWebContext> _context;
     GObjectRef<WebKitNetworkSession> _session;
     GObjectRef<WebKitWebView> _view;
     std::shared_ptr<PendingDecisions> _pending = std::make_shared<PendingDecisions>();

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the tests of web pages share: a server with pages of the test's own, and a look at what the engine
+// shows. Main thread only; the server answers from its loop.
+#pragma once
+
+#include "tests/ui/toolkitFixture.hpp"
+
+#include <cstdlib>
+#include <fstream>
+#include <libsoup/soup.h>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace platform::testing {
+
+/// A real HTTP server on loopback.
+class PageServer {
+  public:
+    struct Page {
+        std::string body = {};
+        std::string type = "text/html";
+        std::string location = {}; // a redirect to it
+        bool stays = false;        // never answered
+    };
+
+    PageServer() {
+        soup_server_add_handler(_server, nullptr, onRequest, this, nullptr);
+        soup_server_listen_local(_server, 0, SOUP_SERVER_LISTEN_IPV4_ONLY, nullptr);
+        GSList* uris = soup_server_get_uris(_server);
+        _port = g_uri_get_port(static_cast<GUri*>(uris->data));
+        g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    }
+    ~PageServer() {
+        soup_server_disconnect(_server);
+        g_object_unref(_server);
+    }
+    PageServer(const PageServer&) = delete;
+    PageServer& operator=(const PageServer&) = delete;
+
+    [[nodiscard]] std::string url(const std::string& path) const {
+        return "http://127.0.0.1:" + std::to_string(_port) + path;
+    }
+
+    std::map<std::string, Page> pages; // by path; any other answers 404
+    std::vector<std::string> asked;    // the paths that were asked for, without those of icons
+    std::string cookies;               // that came with the last request
+
+  private:
+    static void onRequest(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*,
+                          gpointer data) {
+        auto& self = *static_cast<PageServer*>(data);
+        const auto found = self.pages.find(path);
+        if (std::string_view(path) != "/favicon.ico") self.asked.emplace_back(path);
+        const char* cookies =
+            soup_message_headers_get_one(soup_server_message_get_request_headers(message), "Cookie");
+        self.cookies = cookies == nullptr ? "" : cookies;
+        if (found == self.pages.end()) return soup_server_message_set_status(message, 404, nullptr);
+        const Page& page = found->second;
+        if (page.stays) return soup_server_message_pause(message);
+        if (!page.location.empty())
+            return soup_server_message_set_redirect(message, 302, page.location.c_str());
+        soup_server_message_set_status(message, 200, nullptr);
+        soup_server_message_set_response(message, page.type.c_str(), SOUP_MEMORY_COPY, page.body.data(),
+                                         page.body.size());
+    }
+
+    SoupServer* _server = soup_server_new(nullptr, nullptr);
+    int _port = 0;
+};
+
+/// Give a page whose script sets the title; titles tell a test what a page found.
+inline std::string page(const std::string& script) {
+    return "<!DOCTYPE html><html><head><title>begun</title></head><body><script>" + script +
+           "</script></body></html>";
+}
+
+/// Give the engine's widget in a web view; null before the first load.
+inline GtkWidget* engineOf(const UIView& view) {
+    return gtk_widget_get_first_child(widgetOf(view));
+}
+
+inline std::string titleOf(const UIView& view) {
+    char* title = nullptr;
+    if (engineOf(view) != nullptr) g_object_get(engineOf(view), "title", &title, nullptr);
+    std::string text = title == nullptr ? "" : title;
+    g_free(title);
+    return text;
+}
+
+/// Give the processes below this one, the engine's among them.
+inline std::vector<int> childProcesses() {
+    std::vector<int> found;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream children(task.path() / "children");
+        for (int child = 0; children >> child;) found.push_back(child);
+    }
+    return found;
+}
+
+/// Give the process that shows pages; 0 when there is none.
+inline int webProcess() {
+    for (const int child : childProcesses()) {
+        std::string name;
+        std::ifstream("/proc/" + std::to_string(child) + "/comm") >> name;
+        if (name.starts_with("WebKitWebProc")) return child;
+    }
+    return 0;
+}
+
+} // namespace platform::testing

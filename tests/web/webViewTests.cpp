@@ -1,0 +1,293 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// WKWebView with the real engine, real pages and a real server.
+#include "platform/web/WKWebView.hpp"
+#include "tests/web/webFixture.hpp"
+
+#include <algorithm>
+#include <csignal>
+#include <optional>
+#include <webkit/webkit.h>
+
+namespace platform {
+namespace {
+
+using testing::childProcesses;
+using testing::page;
+using testing::PageServer;
+using testing::ShownWindow;
+using testing::titleOf;
+using testing::waitFor;
+using testing::webProcess;
+
+using ActionAnswer = std::function<void(WKNavigationActionPolicy)>;
+using ResponseAnswer = std::function<void(WKNavigationResponsePolicy)>;
+
+// Notes what is asked and answers as the test says.
+class Judge final : public WKNavigationDelegate, public WKUIDelegate {
+  public:
+    void decidePolicyFor(WKWebView&, const WKNavigationAction& action, const ActionAnswer& answer) override {
+        actions.push_back(action.request.url ? action.request.url->absoluteString() : "none");
+        if (onAction)
+            onAction(answer);
+        else
+            answer(WKNavigationActionPolicy::Allow);
+    }
+    void decidePolicyFor(WKWebView&, const WKNavigationResponse& response,
+                         const ResponseAnswer& answer) override {
+        responses.push_back(response.response.url ? response.response.url->absoluteString() : "none");
+        if (onResponse)
+            onResponse(answer);
+        else
+            answer(WKNavigationResponsePolicy::Allow);
+    }
+    std::shared_ptr<WKWebView> createWebViewWith(WKWebView&, const WKWebViewConfiguration&,
+                                                 const WKNavigationAction& action,
+                                                 const WKWindowFeatures&) override {
+        windows.push_back(action.request.url ? action.request.url->absoluteString() : "none");
+        return nullptr;
+    }
+
+    std::vector<std::string> actions;
+    std::vector<std::string> responses;
+    std::vector<std::string> windows;
+    std::function<void(const ActionAnswer&)> onAction;
+    std::function<void(const ResponseAnswer&)> onResponse;
+};
+
+class WebViewTest : public testing::ToolkitTest {
+  protected:
+    WebViewTest() { open(); }
+    ~WebViewTest() override {
+        close();
+        EXPECT_TRUE(waitFor([] { return childProcesses().empty(); })) << "a process is left behind";
+    }
+
+    void open() {
+        view = std::make_shared<WKWebView>();
+        view->setFrame({0, 0, 400, 300});
+        shown.view->addSubview(view);
+        view->setNavigationDelegate(judge);
+        view->setUIDelegate(judge);
+    }
+    void close() {
+        if (view) view->removeFromSuperview();
+        view.reset();
+    }
+    void load(const std::string& url, double timeout = 60) const {
+        URLRequest request(*URL::fromString(url));
+        request.timeoutInterval = timeout;
+        view->loadRequest(request);
+    }
+    [[nodiscard]] bool waitForTitle(const std::string& title) const {
+        const bool came = waitFor([&] { return titleOf(*view) == title; });
+        EXPECT_EQ(titleOf(*view), title);
+        return came;
+    }
+    // A load in a view of its own, from beginning to end: what an earlier load was to do, it has done by
+    // then.
+    void passTime() {
+        server.pages["/meanwhile"] = {page("document.title = 'meanwhile'")};
+        const auto other = std::make_shared<WKWebView>();
+        other->loadRequest(URLRequest(*URL::fromString(server.url("/meanwhile"))));
+        EXPECT_TRUE(waitFor([&] { return titleOf(*other) == "meanwhile"; }));
+    }
+
+    ShownWindow shown{400, 300};
+    PageServer server;
+    std::shared_ptr<Judge> judge = std::make_shared<Judge>();
+    std::shared_ptr<WKWebView> view;
+};
+
+TEST_F(WebViewTest, EngineComesWithTheFirstLoad) {
+    EXPECT_EQ(testing::engineOf(*view), nullptr);
+    EXPECT_TRUE(childProcesses().empty());
+    server.pages["/"] = {page("document.title = 'here'")};
+    load(server.url("/"));
+    EXPECT_TRUE(waitForTitle("here"));
+    EXPECT_EQ(judge->actions, std::vector{server.url("/")});
+    EXPECT_EQ(judge->responses, std::vector{server.url("/")});
+}
+
+TEST_F(WebViewTest, EveryHopIsAskedAndTheResponseOnce) {
+    server.pages["/a"] = {.body = "", .location = server.url("/b")};
+    server.pages["/b"] = {.body = "", .location = server.url("/c")};
+    server.pages["/c"] = {page("document.title = 'arrived'")};
+    load(server.url("/a"));
+    EXPECT_TRUE(waitForTitle("arrived"));
+    EXPECT_EQ(judge->actions, (std::vector{server.url("/a"), server.url("/b"), server.url("/c")}));
+    EXPECT_EQ(judge->responses, std::vector{server.url("/c")});
+}
+
+TEST_F(WebViewTest, DroppedQuestionsStayUnanswered) {
+    server.pages["/page"] = {page("")};
+    judge->onAction = [](const ActionAnswer&) {}; // dropped
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([&] { return !judge->actions.empty(); }));
+    passTime();
+    EXPECT_EQ(std::count(server.asked.begin(), server.asked.end(), "/page"), 0);
+
+    judge->onAction = nullptr;
+    judge->onResponse = [](const ResponseAnswer&) {};
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([&] { return !judge->responses.empty(); }));
+    passTime();
+    EXPECT_EQ(titleOf(*view), "") << "it was shown without an answer";
+}
+
+TEST_F(WebViewTest, AnswersMayComeLateAndTheFirstCounts) {
+    server.pages["/page"] = {page("document.title = 'late'")};
+    ActionAnswer late;
+    judge->onAction = [&](const ActionAnswer& answer) { late = answer; };
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([&] { return late != nullptr; }));
+    passTime();
+    late(WKNavigationActionPolicy::Allow);
+    late(WKNavigationActionPolicy::Cancel);
+    EXPECT_TRUE(waitForTitle("late"));
+
+    late = nullptr;
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([&] { return late != nullptr; }));
+    close();
+    late(WKNavigationActionPolicy::Allow); // to nobody
+}
+
+TEST_F(WebViewTest, RefusedLoadsLeaveThePageThatIsThere) {
+    server.pages["/page"] = {page("document.title = 'stays'")};
+    load(server.url("/page"));
+    ASSERT_TRUE(waitForTitle("stays"));
+    judge->onAction = [](const ActionAnswer& answer) { answer(WKNavigationActionPolicy::Cancel); };
+    load(server.url("/other"));
+    ASSERT_TRUE(waitFor([&] { return judge->actions.size() == 2; }));
+    judge->onAction = nullptr;
+    judge->onResponse = [](const ResponseAnswer& answer) { answer(WKNavigationResponsePolicy::Cancel); };
+    load(server.url("/other"));
+    ASSERT_TRUE(waitFor([&] { return judge->responses.size() == 2; }));
+    load("mailto:someone@tonewright.example"); // belongs into another program
+    ASSERT_TRUE(waitFor([&] { return judge->actions.size() == 4; }));
+    passTime();
+    EXPECT_EQ(titleOf(*view), "stays");
+}
+
+TEST_F(WebViewTest, EveryKindOfURLIsAskedAsItIs) {
+    const std::string file = (std::filesystem::temp_directory_path() / "outside.html").string();
+    std::ofstream(file) << page("document.title = 'outside'");
+    server.pages["/"] = {page("document.title = 'root'")};
+    const std::string gone = PageServer().url("/");
+    const std::string query = server.url("/?") + std::string(100'000, 'q');
+    struct Kind {
+        std::string url;
+        std::string asked;
+        std::string title; // empty: nothing is shown
+    };
+    std::string upper = server.url("/");
+    upper.replace(0, 4, "HTTP");
+    for (const Kind& kind :
+         {Kind{"data:text/html,%3Ctitle%3Edata%3C/title%3E", "", "data"},
+          Kind{"file://" + file, "", "outside"}, Kind{upper, server.url("/"), "root"},
+          Kind{server.url("/?a=b.zip"), "", "root"}, Kind{query, "", "This page cannot be loaded"},
+          Kind{"about:blank", "", ""}, Kind{"javascript:document.title='script'", "none", ""},
+          Kind{"file:///nowhere/at/all.html", "", "This page cannot be loaded"},
+          Kind{gone, "", "This page cannot be loaded"}}) {
+        SCOPED_TRACE(kind.url.substr(0, 80));
+        close();
+        judge->actions.clear();
+        open();
+        load(kind.url);
+        if (kind.title.empty())
+            passTime();
+        else
+            EXPECT_TRUE(waitForTitle(kind.title));
+        if (kind.asked == "none")
+            EXPECT_TRUE(judge->actions.empty());
+        else
+            EXPECT_EQ(judge->actions, std::vector{kind.asked.empty() ? kind.url : kind.asked});
+        EXPECT_EQ(titleOf(*view), kind.title);
+    }
+    std::filesystem::remove(file);
+}
+
+TEST_F(WebViewTest, TextIsShownWithLinksNextToItsBase) {
+    server.pages["/near.html"] = {page("document.title = 'near'")};
+    view->loadHTMLString("<title>text</title><script>onload = () => location.href = 'near.html'</script>",
+                         *URL::fromString(server.url("/base.html")));
+    EXPECT_TRUE(waitForTitle("near"));
+    EXPECT_EQ(judge->responses, std::vector{server.url("/near.html")}) << "a text asks for no response";
+}
+
+TEST_F(WebViewTest, PagesGetNoWindowsDialogsDownloadsOrPermissions) {
+    server.pages["/file.bin"] = {"bytes", "application/octet-stream"};
+    server.pages["/page"] = {page(R"(
+        const found = [String(confirm('?')), String(prompt('?')), String(alert('!')), String(window.open('/window'))];
+        const link = document.createElement('a');
+        link.href = '/file.bin'; link.download = 'file.bin'; document.body.append(link);
+        onload = async () => {
+            for (const ask of [() => new Promise((yes, no) => navigator.geolocation.getCurrentPosition(yes, no)),
+                               () => navigator.mediaDevices.getUserMedia({video: true})])
+                await ask().then(() => found.push('yes'), () => found.push('no')).catch(() => found.push('no'));
+            link.click();
+            document.title = found.join(' ');
+        };)")};
+    load(server.url("/page"));
+    // The settings stand in the way of windows that nobody asked for; without them the question gets here.
+    webkit_settings_set_javascript_can_open_windows_automatically(
+        webkit_web_view_get_settings(WEBKIT_WEB_VIEW(testing::engineOf(*view))), TRUE);
+    EXPECT_TRUE(waitForTitle("false null undefined null no no"));
+    EXPECT_EQ(judge->windows, std::vector{server.url("/window")});
+    ASSERT_TRUE(waitFor([&] { return judge->actions.size() >= 2; }));
+    passTime();
+    const char* home = std::getenv("HOME");
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home))
+        EXPECT_EQ(entry.path().string().find("file.bin"), std::string::npos) << entry.path();
+}
+
+TEST_F(WebViewTest, NothingIsKept) {
+    server.pages["/"] = {page("document.cookie = 'crumb=1; max-age=9999'; document.title = document.cookie")};
+    for (int round = 0; round < 2; ++round) {
+        load(server.url("/"));
+        EXPECT_TRUE(waitForTitle("crumb=1"));
+        EXPECT_EQ(server.cookies, "");
+        close();
+        open();
+    }
+}
+
+TEST_F(WebViewTest, SilentSourceIsGivenUp) {
+    server.pages["/silent"] = {.body = "", .stays = true};
+    load(server.url("/silent"), 0.3);
+    EXPECT_TRUE(waitForTitle("This page does not answer"));
+}
+
+TEST_F(WebViewTest, PageThatLoopsOrBreaksDownEndsAlone) {
+    server.pages["/loop"] = {page("document.title = 'looping'; setTimeout(() => { for (;;); }, 0)")};
+    load(server.url("/loop"));
+    ASSERT_TRUE(waitForTitle("looping"));
+    passTime(); // this process goes on
+    close();
+    EXPECT_TRUE(waitFor([] { return childProcesses().empty(); })) << "the loop outlives its view";
+
+    open();
+    server.pages["/"] = {page("document.title = 'root'")};
+    load(server.url("/"));
+    ASSERT_TRUE(waitForTitle("root"));
+    ASSERT_NE(webProcess(), 0);
+    ::kill(webProcess(), SIGKILL);
+    EXPECT_TRUE(waitForTitle("This page stopped working"));
+    EXPECT_EQ(judge->actions.size(), 2U) << "the notice asks nothing";
+    load(server.url("/"));
+    EXPECT_TRUE(waitForTitle("root")) << "the view can be used again";
+}
+
+// Run as root with the sandbox on, the engine leaves a file that makes other programs take this for a
+// container.
+TEST_F(WebViewTest, NothingIsLeftInTheRootDirectory) {
+    server.pages["/"] = {page("document.title = 'root'")};
+    load(server.url("/"));
+    EXPECT_TRUE(waitForTitle("root"));
+    EXPECT_FALSE(std::filesystem::exists("/.flatpak-info"));
+}
+
+} // namespace
+} // namespace platform
