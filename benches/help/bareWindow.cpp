@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
     // What Tonewright asks for, so that both draw alike.
     setenv("GSK_RENDERER", "cairo", 1);
     setenv("GDK_BACKEND", "x11", 1);
+    setenv("GDK_DEBUG", "gl-disable", 0);
     if (geteuid() == 0) setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 1);
     gtk_init();
     std::string uri = std::string("file://") + argv[1];

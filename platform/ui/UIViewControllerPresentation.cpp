@@ -56,6 +56,7 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
     presenter.viewWillDisappear(animated);
     presenter._presentation = std::make_shared<Presentation>(self, window);
     _presenting = std::static_pointer_cast<UIViewController>(presenter.shared_from_this());
+    gtk_window_set_focus(window, nullptr);
     gtk_window_set_child(window, widgetOf(*shown));
     if (gtk_window_get_focus(window) == nullptr)
         gtk_widget_child_focus(widgetOf(*shown), GTK_DIR_TAB_FORWARD);

@@ -1,0 +1,146 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Help and Info in the real program, worked by real keys and clicks, and a manual that is missing or damaged."""
+import os
+import pathlib
+import signal
+import time
+import unittest
+
+import numpy
+
+from program import PATIENCE, Program, Tree, main
+from screen import Screen
+
+NAVIGATION = "navigationAction: "
+SITE = "https://tonewright.example/"
+
+
+def below(pid: int) -> dict[int, str]:
+    """Give the processes that a process started, by name."""
+    found = {}
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        for child in map(int, (task / "children").read_text().split()):
+            try:
+                found[child] = pathlib.Path(f"/proc/{child}/comm").read_text().strip()
+                found |= below(child)
+            except (FileNotFoundError, ProcessLookupError):
+                continue
+    return found
+
+
+class Help(unittest.TestCase):
+    def setUp(self):
+        self.screen = Screen()
+        self.addCleanup(self.screen.close)
+
+    def start(self, tree: Tree | None = None) -> Program:
+        program = Program(tree, environment={"PATH": "/nonexistent"})  # no browser to open
+        self.addCleanup(program.kill)
+        program.window = self.screen.wait_window(program.process.pid)
+        program.wait_first_frame()
+        program.wait_ready()
+        self.screen.focus(program.window)
+        return program
+
+    def tree_with_manual(self, content: bytes | None) -> Tree:
+        tree = Tree()
+        self.addCleanup(tree.remove)
+        (tree.loops() / "manual.pdf").unlink()
+        if content is not None:
+            (tree.loops() / "manual.pdf").write_bytes(content)
+        return tree
+
+    def wait(self, condition, what: str) -> None:
+        end = time.monotonic() + PATIENCE
+        while not condition():
+            self.assertLess(time.monotonic(), end, what)
+            time.sleep(0.05)
+
+    def colours(self, program: Program) -> int:
+        """Give how many colours the middle of the window shows: many for a page, few for the main screen."""
+        picture = self.screen.picture(program.window, (200, 100, 500, 400)).reshape(-1, 3)
+        return len(numpy.unique(picture, axis=0))
+
+    def wait_main_screen(self, program: Program, picture: numpy.ndarray) -> None:
+        self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window)[:600] != picture[:600], axis=2)) < 0.01,
+                  "the main screen does not come back")
+        self.wait(lambda: not below(program.process.pid), "a process is left behind")
+
+    def test_help_info_exit_and_again(self):
+        program = self.start()
+        size = program.window.get_geometry()
+        main_screen = self.screen.picture(program.window)
+        maps = pathlib.Path(f"/proc/{program.process.pid}/maps")
+        self.assertNotIn("libwebkit", maps.read_text(), "the engine is there before the first page")
+        manual = f"file://{program.path.parent.parent}/share/tonewright/manual.pdf"
+        for number in range(2):
+            first = len(program.lines)
+            self.screen.press_keys("Alt_L", "h")
+            program.wait_for_text(manual, after=first, count=2)
+            self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+            self.assertEqual(program.system_lines(first),
+                             ["showHelp", NAVIGATION, manual, "navigationResponse: ", manual])
+            if number == 0:
+                self.screen.press_key("Escape")
+            else:
+                self.screen.click(program.window, size.width - 40, size.height - 30)  # Exit
+            self.wait_main_screen(program, main_screen)
+
+            first = len(program.lines)
+            self.screen.click(program.window, size.width - 40, size.height - 30)  # Info stands where Exit does
+            program.wait_for_text(SITE, after=first)
+            self.assertEqual(program.system_lines(first), ["showInfo", NAVIGATION, SITE])
+            self.screen.press_keys("Alt_L", "x")
+            self.wait_main_screen(program, main_screen)
+        self.screen.press_keys("Alt_L", "h")
+        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        self.screen.ask_to_close(program.window)
+        self.assertEqual(program.wait_end(), 0, program.errors())
+        self.assertFalse(pathlib.Path("/.flatpak-info").exists())
+
+    def test_keys_zoom_the_manual(self):
+        program = self.start()
+        self.screen.press_keys("Alt_L", "h")
+        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        for keys in (("Control_L", "minus"), ("Control_L", "minus"), ("Control_L", "0")):
+            before = self.screen.picture(program.window)
+            self.screen.press_keys(*keys)
+            self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != before, axis=2)) > 0.05,
+                      f"{keys} change nothing")
+
+    def test_killed_page_leaves_the_window_alive(self):
+        program = self.start()
+        main_screen = self.screen.picture(program.window)
+        self.screen.press_keys("Alt_L", "h")
+        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        page = self.screen.picture(program.window)
+        for process, name in below(program.process.pid).items():
+            if name.startswith("WebKitWebProc"):
+                os.kill(process, signal.SIGKILL)
+        self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != page, axis=2)) > 0.3,
+                  "nothing is said of it")
+        self.screen.press_key("Escape")
+        self.wait_main_screen(program, main_screen)
+
+    def test_missing_manual_is_fatal(self):
+        program = self.start(self.tree_with_manual(None))
+        self.screen.press_keys("Alt_L", "h")
+        self.assertEqual(program.wait_end(), -signal.SIGABRT)
+        self.assertIn('The resource "manual.pdf" is missing.\n', program.errors())
+        self.assertEqual(program.system_lines()[-1], "showHelp")
+
+    def test_damaged_manual_is_no_fault_of_the_program(self):
+        for content in (b"", b"%PDF-1.7\n" + os.urandom(5000), b"no document at all"):
+            program = self.start(self.tree_with_manual(content))
+            main_screen = self.screen.picture(program.window)
+            first = len(program.lines)
+            self.screen.press_keys("Alt_L", "h")
+            program.wait_for_text("navigationResponse: ", after=first)
+            self.screen.press_key("Escape")
+            self.wait_main_screen(program, main_screen)
+            program.kill()
+
+
+if __name__ == "__main__":
+    main("e2e_help")

@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The help screen on a real window, with the real engine: what it shows, tells, allows and refuses.
+#include "shared/HelpViewController/HelpViewController.hpp"
+
+#include "tests/support/CapturedOutput.hpp"
+#include "tests/web/webFixture.hpp"
+
+namespace tonewright {
+
+struct HelpViewControllerProbe {
+    static void loadHelpHtml(HelpViewController& screen) { screen.loadHelpHtml(); }
+};
+
+namespace {
+
+using platform::URL;
+using platform::WKNavigationActionPolicy;
+using platform::WKNavigationResponsePolicy;
+using platform::testing::childProcesses;
+using platform::testing::engineOf;
+using platform::testing::page;
+using platform::testing::PageServer;
+using platform::testing::titleOf;
+using platform::testing::waitFor;
+using Lines = std::vector<std::string>;
+
+class HelpScreenTest : public platform::testing::ToolkitTest {
+  protected:
+    HelpScreenTest() { registerHelpScreen(); }
+
+    static std::shared_ptr<HelpViewController> makeScreen() {
+        auto screen = std::make_shared<HelpViewController>("HelpViewController");
+        (void)screen->view();
+        return screen;
+    }
+    void show(const std::shared_ptr<HelpViewController>& screen) {
+        window.controller->presentViewController(screen, true, nullptr);
+    }
+    static std::shared_ptr<HelpViewController> documentScreen(const std::string& url) {
+        auto screen = makeScreen();
+        screen->prepareInfo("showDocument");
+        screen->documentURL = URL::fromString(url);
+        return screen;
+    }
+
+    platform::testing::ShownWindow window{600, 500};
+    PageServer server;
+};
+
+TEST_F(HelpScreenTest, IdentifierChoosesTheContent) {
+    const std::string manual = platform::Bundle::main().resourceURL()->absoluteString() + "manual.pdf";
+    struct Case {
+        const char* identifier; // null: not prepared
+        std::string shown;      // empty: nothing
+    };
+    for (const Case& choice :
+         {Case{nullptr, manual}, Case{"showHelp", manual}, Case{"showInfo", std::string(WebSite)},
+          Case{"ShowHelp", ""}, Case{"", ""}, Case{"showDocument", ""}}) {
+        SCOPED_TRACE(choice.identifier == nullptr ? "not prepared" : choice.identifier);
+        test::CapturedOutput output;
+        const auto screen = makeScreen();
+        if (choice.identifier != nullptr) screen->prepareInfo(choice.identifier);
+        EXPECT_EQ(engineOf(*screen->webView.lock()), nullptr)
+            << "nothing is loaded before the screen appears";
+        show(screen);
+        if (choice.shown.empty()) {
+            EXPECT_EQ(engineOf(*screen->webView.lock()), nullptr);
+            EXPECT_EQ(output.lines(), Lines{});
+        } else {
+            EXPECT_TRUE(waitFor([&] { return output.lines().size() >= 2; }));
+            Lines lines = output.lines();
+            lines.resize(2); // how far the load has come is not the question here
+            EXPECT_EQ(lines, (Lines{"navigationAction: ", choice.shown}));
+        }
+        screen->buttonExit->press();
+        EXPECT_EQ(window.controller->presentedViewController(), nullptr);
+    }
+}
+
+TEST_F(HelpScreenTest, ExtensionOfTheResponseDecides) {
+    struct Case {
+        const char* url;
+        bool isAllowed;
+    };
+    const auto screen = makeScreen();
+    const auto view = screen->webView.lock();
+    test::CapturedOutput output;
+    for (const Case& response :
+         {Case{"https://a.example/", true}, Case{"https://a.example/m.pdf", true},
+          Case{"https://a.example/m.Pdf", true}, Case{"https://a.example/m.HTML", true},
+          Case{"https://a.example/page", true}, Case{"https://a.example/.zip", true},
+          Case{"https://a.example/page?of=a.zip#b.jpg", true}, Case{"https://a.example/a.htm", false},
+          Case{"https://a.example/a.png", false}, Case{"https://a.example/a.zip?b.pdf", false},
+          Case{"https://a.example/a.pdf.gz", false}}) {
+        std::optional<WKNavigationResponsePolicy> answer;
+        screen->decidePolicyFor(*view, platform::WKNavigationResponse{{URL::fromString(response.url)}},
+                                [&](WKNavigationResponsePolicy policy) { answer = policy; });
+        EXPECT_EQ(answer,
+                  response.isAllowed ? WKNavigationResponsePolicy::Allow : WKNavigationResponsePolicy::Cancel)
+            << response.url;
+        EXPECT_EQ(output.take(), (Lines{"navigationResponse: ", response.url}));
+    }
+    const auto unanswered = [](auto) { FAIL() << "there is no URL to decide on"; };
+    screen->decidePolicyFor(*view, platform::WKNavigationResponse{}, unanswered);
+    screen->decidePolicyFor(*view, platform::WKNavigationAction{}, unanswered);
+    EXPECT_EQ(screen->createWebViewWith(*view, {}, {}, {}), nullptr);
+    EXPECT_EQ(screen->createWebViewWith(*view, {}, {{URL::fromString("https://a.example/w")}}, {}), nullptr);
+    EXPECT_EQ(output.take(), (Lines{"navigationResponse: ", "navigationAction: ", "createWebViewWith:",
+                                    "createWebViewWith:", "https://a.example/w"}));
+}
+
+TEST_F(HelpScreenTest, NavigationsAreToldInOrder) {
+    server.pages["/start"] = {.location = server.url("/page.html")};
+    server.pages["/page.html"] = {
+        page("document.title = 'page'; onload = () => location.href = 'picture.png'")};
+    server.pages["/picture.png"] = {"no picture", "image/png"};
+    test::CapturedOutput output;
+    const auto screen = documentScreen(server.url("/start"));
+    show(screen);
+    const Lines expected{
+        "navigationAction: ",   server.url("/start"),      "navigationAction: ", server.url("/page.html"),
+        "navigationResponse: ", server.url("/page.html"),  "navigationAction: ", server.url("/picture.png"),
+        "navigationResponse: ", server.url("/picture.png")};
+    EXPECT_TRUE(waitFor([&] { return output.lines().size() >= expected.size(); }));
+    EXPECT_EQ(output.take(), expected);
+    EXPECT_EQ(titleOf(*screen->webView.lock()), "page") << "what is refused takes nothing away";
+    // Each appearance asks anew.
+    screen->viewWillAppear(false);
+    EXPECT_TRUE(waitFor([&] { return output.lines().size() >= 2; }));
+    EXPECT_EQ(output.lines().at(1), server.url("/start"));
+    screen->buttonExit->press();
+}
+
+TEST_F(HelpScreenTest, HelpPageIsShownFromItsText) {
+    test::CapturedOutput output;
+    auto screen = makeScreen();
+    screen->prepareInfo("none");
+    show(screen);
+    HelpViewControllerProbe::loadHelpHtml(*screen);
+    EXPECT_TRUE(
+        waitFor([&] { return titleOf(*screen->webView.lock()).find("Tonewright") != std::string::npos; }));
+    EXPECT_EQ(output.lines(),
+              (Lines{"navigationAction: ",
+                     platform::Bundle::main().resourceURL()->absoluteString() + "help.html"}));
+    screen->buttonExit->press();
+}
+
+TEST_F(HelpScreenTest, ExitWorksWhateverThePageDoes) {
+    server.pages["/loop"] = {page("document.title = 'looping'; setTimeout(() => { for (;;); }, 0)")};
+    server.pages["/silent"] = {.stays = true};
+    test::CapturedOutput output;
+    for (const std::string path : {"/loop", "/silent", "/nothing-yet"}) {
+        SCOPED_TRACE(path);
+        auto screen = documentScreen(server.url(path));
+        show(screen);
+        if (path == "/loop") {
+            EXPECT_TRUE(waitFor([&] { return titleOf(*screen->webView.lock()) == "looping"; }));
+        } else if (path == "/silent") {
+            EXPECT_TRUE(waitFor([&] { return !server.asked.empty() && server.asked.back() == path; }));
+        }
+        bool ended = false;
+        const std::weak_ptr<HelpViewController> gone = screen;
+        if (path == "/nothing-yet")
+            window.controller->dismissViewControllerAnimated(true, [&] { ended = true; });
+        else
+            screen->buttonExit->press(), ended = true;
+        screen.reset();
+        EXPECT_TRUE(waitFor([&] { return ended && gone.expired() && childProcesses().empty(); }));
+    }
+}
+
+TEST_F(HelpScreenTest, WebViewThatIsNotConnectedIsFatal) {
+    EXPECT_DEATH(std::make_shared<HelpViewController>(std::nullopt)->viewWillAppear(false),
+                 "Unexpectedly found nil while implicitly unwrapping an Optional value");
+}
+
+} // namespace
+} // namespace tonewright
