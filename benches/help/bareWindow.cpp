@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit of opening the manual: a window of the toolkit that waits, with the web engine's library already in the
-// process, and at the first key makes a web view that loads the file named by the argument. The engine's own settings
-// stand; nothing is asked, told or refused.
+// The limit of opening the manual: a window of the toolkit that waits, with the web engine's library already
+// in the process, and at the first key makes a web view that loads the file named by the argument. The
+// engine's own settings stand; nothing is asked, told or refused.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
