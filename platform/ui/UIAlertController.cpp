@@ -42,7 +42,9 @@ void makeScrollable(GtkWidget* textArea) {
 // A button's own label would be given to assistive technology twice by GTK 4.8.
 GtkWidget* makeButton(const std::string& title) {
     GtkWidget* button = gtk_button_new();
-    gtk_button_set_child(GTK_BUTTON(button), gtk_label_new(showableText(title).c_str()));
+    GtkWidget* label = gtk_label_new(showableText(title).c_str());
+    gtk_label_set_mnemonic_widget(GTK_LABEL(label), button); // names it, once
+    gtk_button_set_child(GTK_BUTTON(button), label);
     gtk_widget_add_css_class(button, "text-button");
     return button;
 }
