@@ -76,9 +76,12 @@ private_environment() {
     mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME" "$HOME/Documents"
     mkdir -m 700 "$XDG_RUNTIME_DIR"
     unset WAYLAND_DISPLAY PIPEWIRE_REMOTE PULSE_SERVER JACK_DEFAULT_SERVER LV2_PATH
-    export DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent GTK_A11Y=none NO_AT_BRIDGE=1 LC_ALL=C.UTF-8
+    # No bus, in a folder of its own: the web engine's sandbox shows its processes the folder that the address names.
+    export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/no-bus GTK_A11Y=none NO_AT_BRIDGE=1 LC_ALL=C.UTF-8
     # A window looks the same on every machine: the fonts of fonts-dejavu-core, no others, no settings.
-    export FONTCONFIG_FILE=$private_dir/fonts.conf
+    # (Where the web engine's sandbox shows them to its processes, too.)
+    export FONTCONFIG_FILE=$XDG_CONFIG_HOME/fontconfig/fonts.conf
+    mkdir -p "${FONTCONFIG_FILE%/*}"
     local fonts=/usr/share/fonts/truetype/dejavu accepted='' name
     for name in Sans Sans-Bold SansMono SansMono-Bold Serif Serif-Bold; do
         accepted+="<glob>$fonts/DejaVu$name.ttf</glob>"

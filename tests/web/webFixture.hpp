@@ -91,12 +91,18 @@ inline std::string titleOf(const UIView& view) {
     return text;
 }
 
-/// Give the processes below this one, the engine's among them.
-inline std::vector<int> childProcesses() {
+/// Give the processes below `parent`, this one if it is not said; the engine's are among them, below those that
+/// build their sandboxes.
+inline std::vector<int> childProcesses(const std::string& parent = "self") {
     std::vector<int> found;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::error_code ended; // a process that ends meanwhile has no children
+    for (const auto& task : std::filesystem::directory_iterator("/proc/" + parent + "/task", ended)) {
         std::ifstream children(task.path() / "children");
-        for (int child = 0; children >> child;) found.push_back(child);
+        for (int child = 0; children >> child;) {
+            found.push_back(child);
+            const std::vector<int> below = childProcesses(std::to_string(child));
+            found.insert(found.end(), below.begin(), below.end());
+        }
     }
     return found;
 }

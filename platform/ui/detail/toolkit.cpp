@@ -26,7 +26,7 @@ void startToolkit() {
     setenv("GDK_DEBUG", "gl-disable", 0);
     // The web engine's sandbox is for users: run as root it leaves a file in the root directory that makes
     // other programs take the machine for a container.
-    if (geteuid() == 0) setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 0);
+    setenv(SandboxVariable, geteuid() == 0 ? "1" : "0", 0);
     XInitThreads();
     g_log_writer_default_set_use_stderr(TRUE);
     const ApplicationIdentity& program = applicationIdentity();

@@ -5,14 +5,52 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/ui/detail/toolkit.hpp"
 
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace platform {
 namespace {
 
+// Tells whether this system lets users build the sandbox that the engine puts its processes into. Some
+// kernels and containers don't.
+bool sandboxCanBeBuilt() {
+    posix_spawn_file_actions_t quiet;
+    posix_spawn_file_actions_init(&quiet);
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_addopen(&quiet, descriptor, "/dev/null", O_RDWR, 0);
+    std::array<std::string, 5> words = {"bwrap", "--ro-bind", "/", "/", "/bin/true"};
+    std::array<char*, 6> arguments{};
+    for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
+    pid_t process = 0;
+    int status = -1;
+    if (posix_spawnp(&process, "bwrap", &quiet, nullptr, arguments.data(), environ) == 0)
+        while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+        }
+    posix_spawn_file_actions_destroy(&quiet);
+    return status == 0;
+}
+
+// Where it cannot be built the engine would end the program. The variable is there from the start, so that no
+// other thread sees the environment move.
+void giveUpSandboxWhereItFails() {
+    const char* disabled = std::getenv(SandboxVariable);
+    if (disabled == nullptr || std::strcmp(disabled, "0") != 0 || sandboxCanBeBuilt()) return;
+    setenv(SandboxVariable, "1", 1);
+    warn("This system lets users build no sandbox; pages are shown without one.");
+}
+
 // Opened once and never closed: the engine registers types that stay for the life of the process.
 MakeWebEngineView* openModule() {
+    giveUpSandboxWhereItFails();
     const std::string path = Bundle::main().privateFrameworksPath() + "/libtonewright-web.so";
     void* module = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     void* symbol = module == nullptr ? nullptr : dlsym(module, MakeWebEngineViewSymbol);
