@@ -91,8 +91,8 @@ inline std::string titleOf(const UIView& view) {
     return text;
 }
 
-/// Give the processes below `parent`, this one if it is not said; the engine's are among them, below those that
-/// build their sandboxes.
+/// Give the processes below `parent`, this one if it is not said; the engine's are among them, below those
+/// that build their sandboxes.
 inline std::vector<int> childProcesses(const std::string& parent = "self") {
     std::vector<int> found;
     std::error_code ended; // a process that ends meanwhile has no children
