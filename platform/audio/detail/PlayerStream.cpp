@@ -63,7 +63,7 @@ void PlayerStream::schedule(std::shared_ptr<AVAudioFile> file, std::int64_t sile
     _passes.push_back({std::move(file), silentFrames, std::move(completion)});
     _shared.passUnderWay = true;
     if (!_decoder.joinable()) _decoder = std::thread([this] { runDecoder(); });
-    if (!_offline || !_playing) wakeDecoder(); // an offline render decodes for itself, on one core
+    if (!_shared.offline || !_playing) wakeDecoder(); // an offline render decodes for itself, on one core
     _scheduleChanged.notify_all();
 }
 
@@ -119,7 +119,6 @@ void PlayerStream::shutDown() {
 
 void PlayerStream::setOutput(double rate, bool offline) {
     const std::scoped_lock lock(_mutex);
-    _offline = offline;
     _shared.offline = offline;
     if (rate == _outputRate) return;
     _shared.gate.close();

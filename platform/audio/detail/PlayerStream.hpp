@@ -111,7 +111,6 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     double _outputRate = 0;
     bool _primed = false; // the ring holds enough to begin with
     bool _playing = false;
-    bool _offline = false;
     bool _ended = false;
     int _completionsUnderWay = 0;
     std::chrono::steady_clock::time_point _lastCompletion; // returned at

@@ -25,7 +25,6 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
     }
     (void)containerWidgetType(); // the description names these
     (void)segueObjectType();
-    (void)containerWidgetType(); // the description names them
     (void)drawingWidgetType();
     auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;
