@@ -200,6 +200,9 @@ TEST(Easing, KnownValues) {
     EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 2, 0, 1, 5), 0.52F); // the second half begins at frame -1
     EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 1, 0, 1, 5), 0.32F);
     EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 0, 0, 1, 1), 1.0F);
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, -1, 0, 1, 4), -0.625F); // before the start
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, -3, 0, 1, -5), 0.48F);  // -5 / 2 is -2
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, -2, 0, 1, -5), 0.52F);
     for (std::int64_t t = 0; t <= 1000; ++t) EXPECT_LE(ease(EASING_easeOutBounce, t, 0, 1, 1000), 1.0F);
 }
 

@@ -89,16 +89,16 @@ inline float easeInOutQuad(Frame t, float b, float c, Frame d) {
     return (-c / 2) * (v * (v - 2) - 1) + b;
 }
 
-// Sine
+// Sine: u * Pi / 2, for the half of a float is exact, and -c * cos + c, for so is a change of sign.
 
 inline float easeInSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
-    return -c * cosine(u * Pi / 2) + c + b;
+    return (c - c * cosine(u * (Pi / 2))) + b;
 }
 
 inline float easeOutSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
-    return c * sine(u * Pi / 2) + b;
+    return c * sine(u * (Pi / 2)) + b;
 }
 
 inline float easeInOutSine(Frame t, float b, float c, Frame d) {
@@ -250,9 +250,20 @@ inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {
     return in(platform::checkedSubtract(twice, d), b + c / 2, c / 2, d);
 }
 
+// The same for frames outside every movement, whose arithmetic may overflow, which is fatal: apart, so that
+// the way of the others is short and needs no stack.
+template <EasingFunction Out, EasingFunction In>
+[[gnu::noinline, gnu::cold]] float easeOutInChecked(Frame t, float b, float c, Frame d) {
+    return outIn(t, b, c, d, Out, In);
+}
+
 template <EasingFunction Out, EasingFunction In>
 inline float easeOutIn(Frame t, float b, float c, Frame d) {
-    return outIn(t, b, c, d, Out, In);
+    constexpr std::uint64_t Limit = std::uint64_t{1} << 62; // neither negative nor too large to be doubled
+    if ((static_cast<std::uint64_t>(t) | static_cast<std::uint64_t>(d)) >= Limit)
+        return easeOutInChecked<Out, In>(t, b, c, d);
+    if (2 * t + 1 < d) return Out(2 * t, b, c / 2, d); // t < d / 2, rounded down
+    return In(2 * t - d, b + c / 2, c / 2, d);
 }
 
 } // namespace tonewright::easing

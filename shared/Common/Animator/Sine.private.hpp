@@ -5,49 +5,60 @@
 // call into the C library. Private to the animation engine.
 //
 // The polynomials are the ones that glibc evaluates (the optimized routines for sinf and cosf that Arm
-// publishes), so that every float of the range gives the bits of glibc's sinf and cosf; `./bench easing`
-// compares them on the way. Other angles, which only frames outside a movement have, go to the library.
+// publishes), in fewer operations: compared one by one, all the floats of the range give the bits of glibc's
+// sinf and cosf, and `./bench easing` compares those that it meets. Other angles, which only frames outside a
+// movement have, go to the library.
 #pragma once
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <numbers>
 
 namespace tonewright::easing {
 
 /// Give the cosine of `x`, |x| <= pi/4, from its square.
 [[nodiscard]] inline double cosineBySquare(double square) noexcept {
-    const double low = 1 + square * -0x1.ffffffd0c621cp-2;
     const double high = -0x1.6c087e89a359dp-10 + square * 0x1.99343027bf8c3p-16;
-    const double fourth = square * square;
-    return (low + fourth * 0x1.55553e1068f19p-5) + fourth * square * high;
+    return 1 + square * (-0x1.ffffffd0c621cp-2 + square * (0x1.55553e1068f19p-5 + square * high));
 }
 
 /// Give the sine of `x`, |x| <= pi/4.
 [[nodiscard]] inline double sineBySquare(double x) noexcept {
     const double square = x * x;
     const double high = 0x1.1107605230bc4p-7 + square * -0x1.994eb3774cf24p-13;
-    const double cube = x * square;
-    return (x + cube * -0x1.555545995a603p-3) + cube * square * high;
+    return x + x * square * (-0x1.555545995a603p-3 + square * high);
 }
+
+// Where one polynomial gives way to the next. From 0 up a float grows with its bits, and one with a sign has
+// larger bits than all without, so that one comparison of integers also keeps negative angles out.
+[[nodiscard]] constexpr std::uint32_t bitsOf(float x) noexcept {
+    return std::bit_cast<std::uint32_t>(x);
+}
+inline constexpr double Pi64 = std::numbers::pi;
+inline constexpr std::uint32_t FirstOctant = bitsOf(static_cast<float>(Pi64 / 4));     // exclusive
+inline constexpr std::uint32_t ThirdOctant = bitsOf(static_cast<float>(3 * Pi64 / 4)); // exclusive
+inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);           // inclusive
 
 /// Give the cosine of `x`, in radians; any value.
 [[nodiscard]] inline float cosine(float x) noexcept {
-    constexpr double Pi = std::numbers::pi;
-    if (!(x >= 0 && x <= std::numbers::pi_v<float>)) return std::cos(x);
+    const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);
-    if (angle < Pi / 4) return static_cast<float>(cosineBySquare(angle * angle));
-    if (angle < 3 * Pi / 4) return -static_cast<float>(sineBySquare(angle - Pi / 2));
-    return -static_cast<float>(cosineBySquare((angle - Pi) * (angle - Pi)));
+    if (bits < FirstOctant) return static_cast<float>(cosineBySquare(angle * angle));
+    if (bits < ThirdOctant) return static_cast<float>(sineBySquare(Pi64 / 2 - angle));
+    if (bits <= HalfTurn) return -static_cast<float>(cosineBySquare((angle - Pi64) * (angle - Pi64)));
+    return std::cos(x);
 }
 
 /// Give the sine of `x`, in radians; any value.
 [[nodiscard]] inline float sine(float x) noexcept {
-    constexpr double Pi = std::numbers::pi;
-    if (!(x >= 0 && x <= std::numbers::pi_v<float>)) return std::sin(x);
+    const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);
-    if (angle < Pi / 4) return static_cast<float>(sineBySquare(angle));
-    if (angle < 3 * Pi / 4) return static_cast<float>(cosineBySquare((angle - Pi / 2) * (angle - Pi / 2)));
-    return -static_cast<float>(sineBySquare(angle - Pi));
+    if (bits < FirstOctant) return static_cast<float>(sineBySquare(angle));
+    if (bits < ThirdOctant)
+        return static_cast<float>(cosineBySquare((angle - Pi64 / 2) * (angle - Pi64 / 2)));
+    if (bits <= HalfTurn) return static_cast<float>(sineBySquare(Pi64 - angle));
+    return std::sin(x);
 }
 
 } // namespace tonewright::easing
