@@ -18,6 +18,7 @@ from screen import X, XK, Controls, Screen, display, xtest  # noqa: E402
 
 PROBE = BUILD / "bin" / "tests" / "dialog_probe"
 CONFIRMED, CANCELED, NOTHING = "Alert was confirmed.", "Alert was canceled.", "The document picker was canceled."
+LIST = (150, 40, 300, 60)  # a part of the chooser's window in which its list stands: left, top, width, height
 KEYS = {"/": "slash", "-": "minus", ".": "period"}
 
 
@@ -101,8 +102,10 @@ class Probe:
         window = self.dialogs(1)[0]
         self.answers_to("laid out")
         self.screen.focus(window)
-        # It is drawn a frame later; a picture of one colour shows nothing yet.
+        # It is drawn a frame later; a picture of one colour shows nothing yet. Until then the toolkit may give the
+        # keyboard to the main window once more.
         until(lambda: self.screen.picture(window).std() > 0)
+        self.screen.focus(window)
         return window
 
     def end(self) -> str:
@@ -200,6 +203,18 @@ class Alerts(Dialogs):
 
 
 class Picker(Dialogs):
+    def settled(self, window):
+        """Wait until the list of the chooser's folder stays as it is; give its picture."""
+        picture, since = self.screen.picture(window, LIST), time.monotonic()
+        end = since + 30
+        while time.monotonic() - since < 0.7:
+            time.sleep(0.05)
+            now = self.screen.picture(window, LIST)
+            if (now != picture).any():
+                picture, since = now, time.monotonic()
+            self.assertLess(time.monotonic(), end, "the chooser's list does not come to rest")
+        return picture
+
     def test_choices_and_ways_out(self):
         probe, press, place = self.started(), self.screen.press, self.folder()
 
@@ -230,12 +245,13 @@ class Picker(Dialogs):
         probe.wait("shown")
         window = probe.dialog()
         size = window.get_geometry()
-        self.screen.press("Alt_L", "Home")
-        until(lambda: self.screen.picture(window, (150, 40, 300, 60)).std() > 0)  # the folder's list is there
+        until(lambda: self.screen.picture(window, LIST).std() > 0,
+              lambda: (self.screen.focus(window), self.screen.press("Alt_L", "Home")))
+        self.settled(window)
         self.screen.click(window, size.width // 2, size.height // 2)
-        before = self.screen.picture(window, (150, 40, 300, 60))
-        until(lambda: (self.screen.picture(window, (150, 40, 300, 60)) != before).any(),
-                   lambda: self.screen.press("Control_L", "a"))
+        before = self.settled(window)
+        until(lambda: (self.screen.picture(window, LIST) != before).any(), lambda: self.screen.press("Control_L", "a"))
+        self.settled(window)
         self.screen.click(window, size.width - 48, size.height - 24)
         self.assertEqual(probe.wait(f"documentPicker: [file://{place}/a/, file://{place}/b/]\n"
                                     f"documentPicker (didPickDocumentsAt): {place}/a"), "")

@@ -52,7 +52,7 @@ class Help(unittest.TestCase):
         return tree
 
     def wait(self, condition, what: str) -> None:
-        end = time.monotonic() + PATIENCE
+        end = time.monotonic() + 2 * PATIENCE  # a first page waits for the media library's list of plug-ins
         while not condition():
             self.assertLess(time.monotonic(), end, what)
             time.sleep(0.05)
