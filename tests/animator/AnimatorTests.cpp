@@ -1,216 +1,221 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The animator and the impulse: frames, values and the order of callbacks.
+// What the random scripts leave out: timers that run, how fatal cases end, overridden curves and lengths, and
+// groups of a size at which searching would show.
 #include "platform/dispatch/RunLoop.hpp"
 #include "tests/animator/AnimatorInspection.hpp"
 
+#include <algorithm>
+#include <chrono>
+#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
-#include <string>
+#include <random>
+#include <thread>
+#include <utility>
 #include <vector>
 
 using namespace tonewright;
 using Look = AnimatorInspection;
+using Animators = std::vector<std::shared_ptr<Animator>>;
 using enum EnumEasing;
 
 namespace {
 
 constexpr auto Max = std::numeric_limits<std::int64_t>::max();
 
-// Writes down what an animator reports.
-std::vector<std::string>& listen(Animator& animator, std::vector<std::string>& seen) {
-    const auto text = [](float value) { return std::to_string(value).substr(0, 4); };
-    animator.onAnimation = [&seen, text](Animator&, float value) { seen.push_back(text(value)); };
-    animator.onFinished = [&seen, text](Animator&, float value) {
-        seen.push_back("finished " + text(value));
-    };
-    animator.onLoop = [&seen](Animator&) { seen.push_back("loop"); };
-    return seen;
+Animators make(std::size_t count, std::int64_t frames = 2) {
+    Animators result;
+    for (std::size_t i = 0; i < count; ++i) result.push_back(Animator::create(0, 1, frames));
+    return result;
 }
 
-using Lines = std::vector<std::string>;
+// A group with something to do, soon.
+template <class Group>
+std::shared_ptr<Group> filled(const std::shared_ptr<Animator>& member) {
+    const auto group = std::make_shared<Group>();
+    if constexpr (std::is_same_v<Group, AnimationSequencer>)
+        group->add(member, 2);
+    else
+        group->add(member);
+    group->interval = 0.001F;
+    return group;
+}
+
+// Starts what is given away here; its timer must keep it until it has come to its end, and no longer.
+template <class Object>
+void expectToRunToItsEnd(std::shared_ptr<Object> object) {
+    const std::weak_ptr<Object> watch = object;
+    int arrivals = 0;
+    object->onFinished = [&](auto&&...) { ++arrivals; };
+    object->start();
+    object.reset();
+    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return watch.expired(); }, 20));
+    EXPECT_EQ(arrivals, 1);
+}
+
+// Far above what the engine needs, far below what searching every member for every member takes.
+class Brisk {
+  public:
+    ~Brisk() { EXPECT_LT(std::chrono::steady_clock::now() - _begin, std::chrono::seconds(8)); }
+
+  private:
+    std::chrono::steady_clock::time_point _begin = std::chrono::steady_clock::now();
+};
+constexpr std::size_t Many = 60'000;
 
 } // namespace
 
-TEST(Animator, ReportsTheValueBeforeEachFrameAndArrivesExactly) {
-    Lines seen;
-    const auto animator = std::make_shared<Animator>();
-    EXPECT_TRUE(animator->isFinished());
-    animator->setup(0, 10, 4);
-    EXPECT_FALSE(animator->isFinished());
-    listen(*animator, seen);
-    for (int i = 0; i < 7; ++i) animator->animate();
-    EXPECT_EQ(seen, (Lines{"0.00", "2.50", "5.00", "7.50", "finished 10.0"}));
-    EXPECT_TRUE(animator->isFinished());
-    EXPECT_EQ(animator->getValue(), 10.0F);
+TEST(Timers, KeepWhatTheyRunUntilItsEnd) {
+    expectToRunToItsEnd(Animator::create(0, 1, 5, 0.002F));
+    expectToRunToItsEnd(Impulse::create(-3, 1, 0.001F));
+    const auto member = Animator::create(0, 1, 3);
+    expectToRunToItsEnd(filled<AnimatorStack>(member));
+    member->rewind();
+    expectToRunToItsEnd(filled<AnimatorChain>(member));
+    member->rewind();
+    std::thread([&] { expectToRunToItsEnd(filled<AnimationSequencer>(member)); }).join();
+    EXPECT_TRUE(member->isFinished());
 }
 
-TEST(Animator, LoopsForEverUntilStopped) {
-    Lines seen;
-    const auto animator = Animator::create(0, 1, 2);
-    animator->looped = true;
-    listen(*animator, seen);
-    for (int i = 0; i < 7; ++i) animator->animate();
-    EXPECT_EQ(seen, (Lines{"0.00", "0.50", "loop", "1.00", "0.50", "loop", "0.00"}));
-    EXPECT_EQ(animator->getSourceValue(), 0.0F);
-    EXPECT_EQ(animator->getDestinationValue(), 1.0F);
-    animator->stop();
-    EXPECT_FALSE(animator->looped);
-    EXPECT_TRUE(animator->isFinished());
-}
-
-TEST(Animator, ShortCuts) {
-    Lines seen;
-    const auto still = Animator::create(3, 3, 10);
-    listen(*still, seen);
-    still->animate(), still->animate();
-    EXPECT_EQ(seen, (Lines{"finished 3.00"}));
-
-    const auto negative = Animator::create(0, 1, -5, 0.02F, EASING_easeOutBounce);
-    EXPECT_EQ(Look::frames(*negative), 0);
-    EXPECT_EQ(Look::frameCount(*negative), -5);
-    negative->rewind(); // straight from now on, at the usual interval
-    EXPECT_EQ(Look::frames(*negative), 0);
-    EXPECT_EQ(Look::type(*negative), EASING_easeNone);
-    EXPECT_EQ(Look::interval(*negative), 0.009F);
-
-    seen.clear();
-    const auto jumping = Animator::create(2, 8, 100);
-    listen(*jumping, seen);
-    jumping->undo();
-    EXPECT_EQ(seen, (Lines{"2.00", "finished 8.00"}));
-    EXPECT_EQ(Look::timer(*jumping), nullptr);
-}
-
-TEST(Animator, CountsTheLiving) {
-    const std::int64_t before = Animator::classCount;
-    auto animator = Animator::create(0, 1, 5);
-    EXPECT_EQ(Animator::classCount, before + 1);
-    animator->setType(EASING_easeInElastic);
-    animator.reset();
-    EXPECT_EQ(Animator::classCount, before);
-}
-
-TEST(Animator, RunsOnItsTimerAndIsKeptByIt) {
-    auto animator = Animator::create(0, 1, 5, 0.002F);
-    const std::weak_ptr<Animator> watch = animator;
-    float arrived = 0;
-    animator->onFinished = [&](Animator& a, float value) {
-        EXPECT_EQ(Look::timer(a), nullptr);
-        arrived = value;
-    };
-    animator->start();
-    animator.reset();
-    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return watch.expired(); }, 20));
-    EXPECT_EQ(arrived, 1.0F);
-}
-
-TEST(Animator, StartedTwiceMovesTwiceAsFast) {
+TEST(Timers, StartedTwiceMovesTwiceAsFast) {
     const auto animator = Animator::create(0, 1, Max / 2, 0.001F);
     int frames = 0;
     animator->onAnimation = [&](Animator&, float) { ++frames; };
     animator->start();
     const auto first = Look::timer(*animator);
     animator->start();
-    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return frames >= 20; }, 20));
     animator->stop(); // the second timer only
     EXPECT_TRUE(first->isValid());
     animator->setup(0, 1, 100);
-    frames = 0;
     EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return frames >= 5; }, 20));
     first->invalidate();
 }
 
-// A subclass whose curve is reached wherever the animator selects it.
-struct Springy final : Animator {
-    float easeOutBack(std::int64_t, float, float, std::int64_t) override { return 42; }
-    float easeInElastic(std::int64_t, float, float, std::int64_t) override { return 43; }
-};
-
-TEST(Animator, OverriddenCurvesTakeEffect) {
+TEST(Animator, OverriddenCurvesTakeEffectWhereverTheyAreReached) {
+    struct Springy final : Animator {
+        float easeInElastic(std::int64_t, float, float, std::int64_t) override { return 43; }
+    };
     const auto animator = std::make_shared<Springy>();
-    const auto firstValue = [&](EnumEasing type, int ticks) {
+    for (const auto type : {EASING_easeInElastic, EASING_easeOutInElastic}) {
         animator->setup(0, 1, 10, 0.009F, type);
-        for (int i = 0; i < ticks; ++i) animator->animate();
-        return animator->getValue();
+        for (int i = 0; i < 7; ++i) animator->animate();
+        EXPECT_EQ(animator->getValue(), 43.0F);
+    }
+}
+
+TEST(FatalDeathTest, SaysWhatIsWrong) {
+    const auto sequencer = std::make_shared<AnimationSequencer>();
+    const auto stack = std::make_shared<AnimatorStack>();
+    const auto animator = Animator::create(0, 1, 10);
+    const std::vector<std::pair<const char*, std::function<void()>>> cases = {
+        {"number of animators", [] { Animator::classCount = Max, make(1); }},
+        {"Unexpectedly found nil", [&] { Look::action(*animator) = nullptr, animator->animate(); }},
+        {"owned by a shared pointer", [] { Animator().start(); }},
+        {"overflow",
+         [] {
+             const auto impulse = Impulse::create(1, 1, 0.009F, 1);
+             Look::step(*impulse) = Max;
+             impulse->animate();
+         }},
+        {"not in its stack",
+         [&] {
+             animator->setup(0, 1, 0);
+             animator->onFinished = [&](Animator&, float) { stack->stop(); };
+             stack->add(animator);
+             stack->animate();
+         }},
+        {"not in the chain", [&] { std::make_shared<AnimatorChain>()->remove(animator); }},
+        {"not in the sequencer", [&] { sequencer->remove(animator); }},
+        {"overflow", [&] { sequencer->add(animator, Max - 5); }},
+        {"behind its last member",
+         [&] {
+             const auto members = make(3);
+             for (const auto& m : members) sequencer->add(m, 1);
+             sequencer->seek(2); // position 3
+             sequencer->remove(members[0]);
+             Look::advance(*sequencer);
+         }},
+        {"overflow", [&] { Look::currentFrame(*sequencer) = Max, Look::advance(*sequencer); }},
     };
-    EXPECT_EQ(firstValue(EASING_easeOutBack, 1), 42.0F);
-    EXPECT_EQ(firstValue(EASING_easeOutInBack, 1), 42.0F);
-    EXPECT_EQ(firstValue(EASING_easeOutInElastic, 7), 43.0F);
-    EXPECT_EQ(firstValue(EASING_easeInBack, 1), easingFunction(EASING_easeInBack)(1, 0, 1, 10));
+    for (const auto& [message, act] : cases) EXPECT_DEATH(act(), message);
 }
 
-TEST(AnimatorDeathTest, CountersAtTheirEnd) {
-    EXPECT_DEATH(
-        {
-            Animator::classCount = Max;
-            (void)std::make_shared<Animator>();
-        },
-        "number of animators");
-    EXPECT_DEATH(
-        {
-            Animator animator;
-            Look::action(animator) = nullptr;
-            animator.setup(0, 1, 5);
-            Look::action(animator) = nullptr;
-            animator.animate();
-        },
-        "Unexpectedly found nil");
-    EXPECT_DEATH(
-        {
-            Animator animator;
-            animator.start();
-        },
-        "owned by a shared pointer");
-    EXPECT_DEATH(
-        {
-            const auto impulse = Impulse::create(1, 1, 0.009F, 1);
-            Look::step(*impulse) = Max;
-            impulse->animate();
-        },
-        "overflow");
+TEST(Chain, RemovalByIdentityAmongManyDuplicates) {
+    const auto chain = std::make_shared<AnimatorChain>();
+    const auto animators = make(60);
+    Animators expected;
+    std::mt19937 random(5);
+    for (int i = 0; i < 900; ++i) expected.push_back(animators[random() % animators.size()]);
+    for (const auto& a : expected) chain->add(a);
+    while (!expected.empty()) {
+        const auto item = expected[random() % expected.size()];
+        chain->remove(item);
+        expected.erase(std::find(expected.begin(), expected.end(), item));
+        ASSERT_EQ(Look::members(*chain), expected);
+        if (random() % 8 == 0) {
+            expected.push_back(animators[random() % animators.size()]);
+            chain->add(expected.back());
+        }
+    }
 }
 
-TEST(Impulse, CoastsToRest) {
-    const auto impulse = Impulse::create(-3, 1);
-    EXPECT_EQ(Look::frames(*impulse), 0);
-    EXPECT_FALSE(impulse->isFinished());
-    std::vector<float> values;
-    float last = 0;
-    impulse->onAnimation = [&](Impulse& i) { values.push_back(i.getValue()); };
-    impulse->onFinished = [&](Impulse& i) { last = i.getValue(); };
-    int ticks = 0;
-    for (; !impulse->isFinished(); ++ticks) impulse->animate();
-    EXPECT_EQ(ticks, 25);
-    ASSERT_EQ(values.size(), 24U);
-    EXPECT_EQ(values[0], 0.75F);
-    EXPECT_EQ(values[1], 1.3125F);
-    EXPECT_EQ(last, values.back());
-    EXPECT_NEAR(last, 3, 0.01);
-    EXPECT_EQ(impulse->getValue(), 0.0F);
-    EXPECT_EQ(impulse->getSourceValue(), 1.0F);
-}
-
-TEST(Impulse, WallsTakeTheStepBack) {
-    std::string seen;
-    const auto impulse = std::make_shared<Impulse>();
-    Look::value(*impulse) = 0.5F;
-    impulse->setup(1, 1);
-    impulse->setMinMax(true, 0, 1);
-    impulse->onCollision = [&](Impulse& i) {
-        seen += "wall " + std::to_string(i.getValue()).substr(0, 3) + ",";
+TEST(Sequencer, MeasuresAlsoWhatCameWhileASubclassDidNotMeasure) {
+    struct Moody : AnimationSequencer {
+        bool measures = false;
+        void calculateFrames() override {
+            if (measures) AnimationSequencer::calculateFrames();
+        }
     };
-    impulse->onAnimation = [&](Impulse&) { seen += "moved,"; };
-    impulse->animate();
-    EXPECT_EQ(Look::amount(*impulse), -0.75F);
-    EXPECT_EQ(seen, "wall 0.5,moved,");
-    impulse->setup(1, 1, 0.009F, 0.5F); // ends exactly on the wall, which counts
-    seen.clear();
-    impulse->animate();
-    EXPECT_EQ(seen, "wall 0.5,moved,");
+    const auto sequencer = std::make_shared<Moody>();
+    const auto m = make(2);
+    sequencer->add(m[0], 50);
+    sequencer->add(m[1], 3);
+    sequencer->measures = true;
+    sequencer->calculateFrames();
+    EXPECT_EQ(Look::maxFrames(*sequencer), 52);
+    m[1]->setup(0, 1, 80);
+    sequencer->remove(nullptr); // measures, too
+    EXPECT_EQ(Look::maxFrames(*sequencer), 83);
+}
 
-    const auto lost = Impulse::create(1, std::numeric_limits<float>::quiet_NaN());
-    lost->animate();
-    EXPECT_EQ(Look::step(*lost), 1); // a velocity that is no number still moves
+TEST(Many, FinishTogetherAlternatelyAndInTwoStacks) {
+    const Brisk brisk;
+    const auto stack = std::make_shared<AnimatorStack>();
+    const auto other = std::make_shared<AnimatorStack>();
+    const auto members = make(Many, 1);
+    for (std::size_t i = 0; i < Many; i += 2) members[i]->setup(0, 1, 3);
+    for (const auto& m : members) stack->add(m), other->add(m); // no single owner to trust
+    std::int64_t live = static_cast<std::int64_t>(Many);
+    stack->onRemovedItem = [&](AnimatorStack& s, Animator&) { EXPECT_EQ(s.getCount(), --live); };
+    for (int i = 0; i < 4; ++i) stack->animate();
+    EXPECT_EQ(live, 0);
+    other->animate();
+    EXPECT_EQ(other->getCount(), 0);
+}
+
+TEST(Many, TimeLineForwardsBackwardsAndShared) {
+    const Brisk brisk;
+    const auto first = std::make_shared<AnimationSequencer>();
+    const auto second = std::make_shared<AnimationSequencer>();
+    auto members = make(Many);
+    const auto count = static_cast<std::int64_t>(Many);
+    for (std::int64_t i = 0; i < count; ++i) first->add(members[static_cast<std::size_t>(i)], i);
+    for (std::int64_t i = count - 1; i >= 0; --i) second->add(members[static_cast<std::size_t>(i)], i / 2);
+    EXPECT_EQ(Look::maxFrames(*first), count + 1);
+    EXPECT_EQ(Look::members(*second).front(), members[1]); // equal start frames: as added
+    std::shuffle(members.begin(), members.end(), std::mt19937(3));
+    for (const auto& m : members) second->remove(m);
+    EXPECT_EQ(second->getCount(), 0);
+}
+
+TEST(Many, StartOnOneTickInTwoSequencers) {
+    const Brisk brisk;
+    const auto first = std::make_shared<AnimationSequencer>();
+    const auto second = std::make_shared<AnimationSequencer>();
+    for (const auto& m : make(Many, 10)) first->add(m, 1), second->add(m, 1);
+    for (int i = 0; i < 3; ++i) Look::advance(*first), Look::advance(*second);
+    EXPECT_EQ(first->getCurrentCount(), static_cast<std::int64_t>(Many));
+    EXPECT_EQ(second->getCurrentCount(), static_cast<std::int64_t>(Many));
 }

@@ -55,14 +55,24 @@ void call(const std::function<void(Arguments...)>& callback, std::type_identity_
     if (copy) copy(arguments...);
 }
 
-class Animator : public std::enable_shared_from_this<Animator> {
+class Timed : public std::enable_shared_from_this<Timed> {
+  public:
+    Timed() = default;
+    virtual ~Timed() = default;
+    Timed(const Timed&) = delete;
+    Timed& operator=(const Timed&) = delete;
+
+    virtual void start() { _timer = schedule(shared_from_this()); }
+
+    std::shared_ptr<Timer> _timer;
+};
+
+class Animator : public Timed {
   public:
     inline static std::int64_t classCount = 0;
 
     Animator() { ++classCount; }
-    virtual ~Animator() { --classCount; }
-    Animator(const Animator&) = delete;
-    Animator& operator=(const Animator&) = delete;
+    ~Animator() override { --classCount; }
 
     virtual void setup(float source, float destination, std::int64_t frames, float interval = 0.009F,
                        EnumEasing type = EnumEasing::EASING_easeNone) {
@@ -87,7 +97,6 @@ class Animator : public std::enable_shared_from_this<Animator> {
         animate();
         animate();
     }
-    virtual float getValue() { return _value; }
     virtual void animate() {
         const auto self = shared_from_this();
         if (_frames < 0) return;
@@ -107,7 +116,6 @@ class Animator : public std::enable_shared_from_this<Animator> {
         }
     }
     virtual bool isFinished() { return _frames < 0; }
-    virtual void start() { _timer = schedule(shared_from_this()); }
     virtual void stop() {
         const auto self = shared_from_this();
         invalidate(_timer);
@@ -119,15 +127,11 @@ class Animator : public std::enable_shared_from_this<Animator> {
     virtual void setType(EnumEasing type) { _type = type; }
     virtual void setInterval(float interval) { _interval = interval; }
 
-    virtual float easeInBack(std::int64_t t, float b, float c, std::int64_t d) {
-        return tonewright::easingFunction(EnumEasing::EASING_easeInBack)(t, b, c, d);
-    }
     virtual float easeOutBack(std::int64_t t, float b, float c, std::int64_t d) {
         return tonewright::easingFunction(EnumEasing::EASING_easeOutBack)(t, b, c, d);
     }
 
     std::int64_t _startFrame = 0, _frameCount = 0;
-    std::shared_ptr<Timer> _timer;
     float _source = 0, _value = 0, _destination = 0, _amount = 0;
     std::int64_t _frames = -1, _step = 0;
     float _interval = 0.005F;
@@ -138,17 +142,10 @@ class Animator : public std::enable_shared_from_this<Animator> {
 
   private:
     float ease() {
-        switch (_type) {
-        case EnumEasing::EASING_easeInBack:
-            return easeInBack(_step, _source, _amount, _frames);
-        case EnumEasing::EASING_easeOutBack:
-            return easeOutBack(_step, _source, _amount, _frames);
-        case EnumEasing::EASING_easeOutInBack:
-            if (_step < _frames / 2) return easeOutBack(_step * 2, _source, _amount / 2, _frames);
-            return easeInBack(_step * 2 - _frames, _source + _amount / 2, _amount / 2, _frames);
-        default:
-            return tonewright::easingFunction(_type)(_step, _source, _amount, _frames);
-        }
+        if (_type == EnumEasing::EASING_easeOutBack) return easeOutBack(_step, _source, _amount, _frames);
+        if (_type == EnumEasing::EASING_easeOutInBack && _step < _frames / 2)
+            return easeOutBack(_step * 2, _source, _amount / 2, _frames);
+        return tonewright::easingFunction(_type)(_step, _source, _amount, _frames);
     }
 };
 
@@ -166,15 +163,13 @@ inline void remove(Members& members, const Animator& item) {
     members.erase(place);
 }
 
-class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
+class AnimatorStack : public Timed {
   public:
-    virtual ~AnimatorStack() = default;
     virtual void add(std::shared_ptr<Animator> item) {
         if (item) _animators.push_back(std::move(item));
     }
     virtual std::int64_t getCount() { return static_cast<std::int64_t>(_animators.size()); }
     virtual Members getItems() { return _animators; }
-    virtual void start() { _timer = schedule(shared_from_this()); }
     virtual void stop() { reset(); }
     virtual void animate() {
         const auto self = shared_from_this();
@@ -201,16 +196,14 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
         const Members gone = std::exchange(_animators, {});
     }
 
-    std::shared_ptr<Timer> _timer;
     Members _animators;
     float interval = 0.005F;
     std::function<void(AnimatorStack&, Animator&)> onAnimation, onRemovedItem;
     std::function<void(AnimatorStack&)> onFinished;
 };
 
-class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
+class AnimatorChain : public Timed {
   public:
-    virtual ~AnimatorChain() = default;
     virtual void add(std::shared_ptr<Animator> item) {
         if (item) _animators.push_back(std::move(item));
     }
@@ -229,7 +222,6 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
             return _animators[static_cast<std::size_t>(_currentIndex)];
         return nullptr;
     }
-    virtual void start() { _timer = schedule(shared_from_this()); }
     virtual void stop() {
         const auto self = shared_from_this();
         invalidate(_timer);
@@ -265,7 +257,6 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
         }
     }
 
-    std::shared_ptr<Timer> _timer;
     Members _animators;
     std::int64_t _currentIndex = 0, _direction = 1;
     float interval = 0.005F;
@@ -274,9 +265,8 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     std::function<void(AnimatorChain&)> onFinished;
 };
 
-class AnimationSequencer : public std::enable_shared_from_this<AnimationSequencer> {
+class AnimationSequencer : public Timed {
   public:
-    virtual ~AnimationSequencer() = default;
     virtual void add(std::shared_ptr<Animator> item, std::int64_t at) {
         if (!item) {
             print("FEHLER: Das Animator Objekt ist ungültig.");
@@ -298,7 +288,6 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     virtual std::int64_t getCurrentCount() { return static_cast<std::int64_t>(_animatedItems.size()); }
     virtual std::int64_t getCurrentFrame() { return _currentFrame; }
     virtual std::int64_t getCurrentIndex() { return _currentIndex; }
-    virtual void start() { _timer = schedule(shared_from_this()); }
     void advance() {
         const auto self = shared_from_this();
         _currentFrame = plus(_currentFrame, 1);
@@ -358,7 +347,6 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
             _maxFrames = std::max(_maxFrames, plus(member->_startFrame, member->_frames));
     }
 
-    std::shared_ptr<Timer> _timer;
     std::int64_t _currentFrame = 0, _maxFrames = 0;
     Members _animators, _animatedItems;
     std::int64_t _currentIndex = 0;
@@ -381,9 +369,8 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     }
 };
 
-class Impulse : public std::enable_shared_from_this<Impulse> {
+class Impulse : public Timed {
   public:
-    virtual ~Impulse() = default;
     virtual void setup(std::int64_t frames, float amount, float interval = 0.009F, float intensity = 0.75F) {
         _frames = frames;
         _step = 0;
@@ -398,7 +385,6 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
         _minVal = min;
         _maxVal = max;
     }
-    virtual void start() { _timer = schedule(shared_from_this()); }
     virtual void stop() {
         const auto self = shared_from_this();
         invalidate(_timer);
@@ -426,9 +412,7 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
         stop();
     }
     virtual bool isFinished() { return _frames < 0; }
-    virtual float getSourceValue() { return _source; }
 
-    std::shared_ptr<Timer> _timer;
     std::int64_t _frames = -1, _step = 0;
     float _amount = 0, _value = 0, _source = 0, _intensity = 0.75F, _threshold = 0.001F, _interval = 0.009F;
     float _minVal = -1024, _maxVal = 1024;

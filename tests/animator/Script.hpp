@@ -10,8 +10,12 @@
 #include "tests/animator/AnimatorInspection.hpp"
 
 #include <bit>
+#include <cmath>
+#include <concepts>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -120,31 +124,20 @@ class Script {
         return slots[below(slots.size())];
     }
 
-    std::int64_t someFrames() {
-        constexpr std::int64_t Choice[] = {0, 1, 1, 2, 2, 3, 4, 6, -1, -5};
-        return Choice[below(std::size(Choice))];
+    template <class T>
+    T oneOf(std::initializer_list<T> values) {
+        return values.begin()[below(values.size())];
     }
+    std::int64_t someFrames() { return oneOf<std::int64_t>({0, 1, 1, 2, 2, 3, 4, 6, -1, -5}); }
     std::int64_t someStart() {
-        if (_plan.misuse && chance(40))
-            return chance(2) ? std::numeric_limits<std::int64_t>::max() - 2
-                             : std::numeric_limits<std::int64_t>::min();
+        using Limits = std::numeric_limits<std::int64_t>;
+        if (_plan.misuse && chance(40)) return oneOf({Limits::max() - 2, Limits::min()});
         return static_cast<std::int64_t>(below(10)) - 1;
     }
     float someValue() {
-        constexpr float Choice[] = {0,
-                                    0,
-                                    1,
-                                    10,
-                                    -3.5F,
-                                    0.1F,
-                                    1e30F,
-                                    std::numeric_limits<float>::infinity(),
-                                    std::numeric_limits<float>::quiet_NaN(),
-                                    100};
-        return Choice[below(std::size(Choice))];
+        return oneOf({0.0F, 0.0F, 1.0F, 10.0F, -3.5F, 0.1F, 1e30F, INFINITY, std::nanf(""), 100.0F});
     }
     EnumEasing someType() { return static_cast<EnumEasing>(below(44)); } // two more than there are
-    bool someBool() { return chance(2); }
 
     template <class Object>
     void remember(const std::shared_ptr<Object>& object, std::function<void(Object&)> cleanUp) {
@@ -162,25 +155,23 @@ class Script {
             a.Animator::stop();
         });
         if (!chance(5)) made->setup(someValue(), someValue(), someFrames(), 0.009F, someType());
-        slot = std::move(made); // the old one may go here
-        const auto held = slot;
-        for (int i = 0; i < 3; ++i) listen(*held);
+        replace(slot, std::move(made));
     }
     template <class Group>
-    void renewGroup(std::shared_ptr<Group>& slot) {
+    void renew(std::shared_ptr<Group>& slot) {
         auto made = std::make_shared<Group>();
         remember<Group>(made, [](Group& g) {
             g.onAnimation = nullptr, g.onFinished = nullptr;
             g.stop();
         });
-        slot = std::move(made);
-        const auto held = slot;
+        replace(slot, std::move(made));
+    }
+    template <class Object>
+    void replace(std::shared_ptr<Object>& slot, std::shared_ptr<Object> made) {
+        const auto held = made;
+        slot = std::move(made); // the old one may go here
         for (int i = 0; i < 3; ++i) listen(*held);
     }
-    void renew(std::shared_ptr<Stack>& slot) { renewGroup(slot); }
-    void renew(std::shared_ptr<Chain>& slot) { renewGroup(slot); }
-    void renew(std::shared_ptr<Sequencer>& slot) { renewGroup(slot); }
-    void renew(std::shared_ptr<Impulse>& slot) { renewGroup(slot); }
 
     // What every callback does: write down what can be seen from it, and sometimes act.
     void react(const char* kind, const void* owner, const std::string& details) {
@@ -191,65 +182,58 @@ class Script {
         --_depth;
     }
 
-    // Installs a callback: one that fits inside, one that does not, one that keeps another animator, or none.
-    template <class... Arguments, class Callback>
-    void install(Callback& callback, const char* kind, std::function<std::string(Arguments...)> describe) {
-        const auto body = [this, kind, describe = std::move(describe)](auto& owner, auto&&... rest) {
-            react(kind, &owner, describe(rest...));
-        };
-        switch (below(4)) {
-        case 0:
-            callback = nullptr;
-            break;
-        case 1:
-            callback = [this, kind](auto& owner, auto&&...) { react(kind, &owner, " (plain)"); };
-            break;
-        case 2:
-            callback = [body, kept = any(_animators)](auto& owner, auto&&... rest) {
-                body(owner, rest...);
-                if (kept) current->say("kept " + current->name(kept.get()));
-            };
-            break;
-        default:
-            callback = body;
+    struct Choice {
+        std::uint64_t weight;
+        std::function<void()> act;
+    };
+    void choose(std::initializer_list<Choice> choices) {
+        std::uint64_t total = 0;
+        for (const auto& choice : choices) total += choice.weight;
+        std::uint64_t drawn = below(total);
+        for (const auto& choice : choices) {
+            if (drawn < choice.weight) return choice.act();
+            drawn -= choice.weight;
         }
     }
+
+    // Installs a callback: none, one that fits inside, or one that keeps another animator.
+    template <class Callback>
+    void install(Callback& callback, const char* kind) {
+        const auto body = [this, kind](auto& owner, const auto&... rest) {
+            react(kind, &owner, (std::string() + ... + detail(rest)));
+        };
+        // Both read what they hold after the call, which may have replaced them.
+        choose({{1, [&] { callback = nullptr; }},
+                {1,
+                 [&] {
+                     callback = [this, kind](auto& owner, auto&&...) {
+                         react(kind, &owner, " (plain)");
+                         say(kind);
+                     };
+                 }},
+                {2, [&] {
+                     callback = [body, kept = any(_animators)](auto& owner, auto&&... rest) {
+                         body(owner, rest...);
+                         if (kept) current->say("kept " + current->name(kept.get()));
+                     };
+                 }}});
+    }
+    std::string detail(float value) { return " at " + text(value); }
+    std::string detail(const Animator& member) { return " of " + name(&member); }
+
     void listen(Animator& animator) {
-        const std::function<std::string(float)> describe = [](float value) { return " at " + bits(value); };
-        switch (below(3)) {
-        case 0:
-            return install<float>(animator.onAnimation, "onAnimation", describe);
-        case 1:
-            return install<float>(animator.onFinished, "onFinished", describe);
-        default:
-            return install<>(animator.onLoop, "onLoop", std::function<std::string()>([] { return ""; }));
-        }
+        choose({{1, [&] { install(animator.onAnimation, "onAnimation"); }},
+                {1, [&] { install(animator.onFinished, "onFinished"); }},
+                {1, [&] { install(animator.onLoop, "onLoop"); }}});
     }
     template <class Group>
-    void listenToGroup(Group& group) {
-        const std::function<std::string(const Animator&)> describe = [this](const Animator& member) {
-            return " of " + name(&member);
-        };
-        if (someBool()) return install<>(group.onFinished, "group's onFinished", nothing());
-        install<const Animator&>(group.onAnimation, "group's onAnimation", describe);
-        if constexpr (std::is_same_v<Group, Stack>)
-            if (someBool()) install<const Animator&>(group.onRemovedItem, "onRemovedItem", describe);
-    }
-    static std::function<std::string()> nothing() {
-        return [] { return std::string(); };
-    }
-    void listen(Stack& stack) { listenToGroup(stack); }
-    void listen(Chain& chain) { listenToGroup(chain); }
-    void listen(Sequencer& sequencer) { listenToGroup(sequencer); }
-    void listen(Impulse& impulse) {
-        switch (below(3)) {
-        case 0:
-            return install<>(impulse.onAnimation, "impulse's onAnimation", nothing());
-        case 1:
-            return install<>(impulse.onFinished, "impulse's onFinished", nothing());
-        default:
-            return install<>(impulse.onCollision, "onCollision", nothing());
-        }
+    void listen(Group& group) {
+        if (chance(2)) return install(group.onFinished, "group's onFinished");
+        install(group.onAnimation, "group's onAnimation");
+        if constexpr (requires { group.onRemovedItem; })
+            if (chance(2)) install(group.onRemovedItem, "onRemovedItem");
+        if constexpr (requires { group.onCollision; })
+            if (chance(2)) install(group.onCollision, "onCollision");
     }
 
     void act() {
@@ -258,161 +242,84 @@ class Script {
         const auto chain = any(_chains);
         const auto sequencer = any(_sequencers);
         const auto impulse = any(_impulses);
-        switch (below(5)) {
-        case 0:
-            return animator ? actOn(*animator) : renew(any(_animators));
-        case 1:
-            return actOn(*stack, animator);
-        case 2:
-            return actOn(*chain, animator);
-        case 3:
-            return actOn(*sequencer, animator);
-        default:
-            return chance(2) ? actOn(*impulse) : exchange();
-        }
+        choose(
+            {{2, [&] { animator ? actOn(*animator) : renew(any(_animators)); }},
+             {2, [&] { actOn(*stack, animator); }},
+             {2, [&] { actOn(*chain, animator); }},
+             {2, [&] { actOn(*sequencer, animator); }},
+             {1, [&] { actOn(*impulse); }},
+             // The handles held here are gone on return; from then on only groups and callbacks keep things.
+             {1, [&] { exchange(); }}});
     }
-
-    // The handles held by act() are gone when it returns; from then on only groups and callbacks keep things.
     void exchange() {
-        switch (below(8)) {
-        case 0:
-            return renew(any(_stacks));
-        case 1:
-            return renew(any(_chains));
-        case 2:
-            return renew(any(_sequencers));
-        case 3:
-            return renew(any(_impulses));
-        case 4:
-            any(_animators) = nullptr;
-            return;
-        default:
-            return renew(any(_animators));
-        }
+        choose({{1, [&] { renew(any(_stacks)); }},
+                {1, [&] { renew(any(_chains)); }},
+                {1, [&] { renew(any(_sequencers)); }},
+                {1, [&] { renew(any(_impulses)); }},
+                {1, [&] { any(_animators) = nullptr; }},
+                {3, [&] { renew(any(_animators)); }}});
     }
 
     void actOn(Animator& animator) {
-        switch (below(13)) {
-        case 0:
-        case 1:
-            return animator.setup(someValue(), someValue(), someFrames(), 0.009F, someType());
-        case 2:
-            return animator.reverse();
-        case 3:
-            return animator.undo();
-        case 4:
-            return animator.rewind();
-        case 5:
-            animator.looped = someBool();
-            return;
-        case 6:
-            return animator.setType(someType());
-        case 7:
-            return animator.setInterval(someValue());
-        case 8:
-            return animator.start();
-        case 9:
-            return animator.stop();
-        case 10:
-            return listen(animator);
-        default:
-            return animator.animate();
-        }
+        choose({{2, [&] { animator.setup(someValue(), someValue(), someFrames(), 0.009F, someType()); }},
+                {1, [&] { animator.reverse(); }},
+                {1, [&] { animator.undo(); }},
+                {1, [&] { animator.rewind(); }},
+                {1, [&] { animator.looped = chance(2); }},
+                {1, [&] { animator.setType(someType()); }},
+                {1, [&] { animator.setInterval(someValue()); }},
+                {1, [&] { animator.start(); }},
+                {1, [&] { animator.stop(); }},
+                {1, [&] { listen(animator); }},
+                {2, [&] { animator.animate(); }}});
     }
     void actOn(Stack& stack, const std::shared_ptr<Animator>& animator) {
-        switch (below(12)) {
-        case 0:
-            return stack.start();
-        case 1:
-            if (chance(3)) stack.stop();
-            return;
-        case 2:
-            return listen(stack);
-        case 3:
-        case 4:
-        case 5:
-            return stack.add(animator);
-        default:
-            return stack.animate();
-        }
+        choose({{3, [&] { stack.start(); }},
+                {1, [&] { stack.stop(); }},
+                {3, [&] { listen(stack); }},
+                {9, [&] { stack.add(animator); }},
+                {18, [&] { stack.animate(); }}});
     }
     void actOn(Chain& chain, const std::shared_ptr<Animator>& animator) {
-        switch (below(13)) {
-        case 0:
-            return chain.start();
-        case 1:
-            if (chance(3)) chain.stop();
-            return;
-        case 2:
-            return listen(chain);
-        case 3:
-        case 4:
-            return chain.add(animator);
-        case 5:
-            if (isMember(chain, animator) || (_plan.misuse && chance(30))) chain.remove(animator);
-            return;
-        case 6:
-            if (chance(4)) chain.removeAll();
-            return;
-        case 7:
-            return chain.setBackwards(someBool());
-        case 8:
-            chain.async = chance(3);
-            return;
-        default:
-            return chain.animate();
-        }
+        choose({{3, [&] { chain.start(); }},
+                {1, [&] { chain.stop(); }},
+                {3, [&] { listen(chain); }},
+                {6, [&] { chain.add(animator); }},
+                {3, [&] { removeFrom(chain, animator); }},
+                {1, [&] { chain.removeAll(); }},
+                {3, [&] { chain.setBackwards(chance(2)); }},
+                {3, [&] { chain.async = chance(3); }},
+                {12, [&] { chain.animate(); }}});
     }
     void actOn(Sequencer& sequencer, const std::shared_ptr<Animator>& animator) {
-        switch (below(18)) {
-        case 0:
-            return sequencer.start();
-        case 1:
-            if (chance(3)) sequencer.stop();
-            return;
-        case 2:
-            return listen(sequencer);
-        case 3:
-        case 4:
-        case 5:
-        case 6:
-            return sequencer.add(animator, someStart());
-        case 7:
-            if (isMember(sequencer, animator) || (_plan.misuse && chance(30))) sequencer.remove(animator);
-            return;
-        case 8:
-            if (chance(8)) sequencer.removeAll();
-            return;
-        case 9:
-            return someBool() ? sequencer.pause() : sequencer.continue_();
-        case 10:
-            return sequencer.rewind();
-        case 11:
-            return sequencer.seek(someStart());
-        case 12:
-            return chance(2) ? sequencer.animate() : sequencer.calculateFrames();
-        default:
-            return Look::advance(sequencer);
-        }
+        choose({{8, [&] { sequencer.start(); }},
+                {3, [&] { sequencer.stop(); }},
+                {8, [&] { listen(sequencer); }},
+                {32, [&] { sequencer.add(animator, someStart()); }},
+                {8, [&] { removeFrom(sequencer, animator); }},
+                {1, [&] { sequencer.removeAll(); }},
+                {8, [&] { chance(2) ? sequencer.pause() : sequencer.continue_(); }},
+                {8, [&] { sequencer.rewind(); }},
+                {8, [&] { sequencer.seek(someStart()); }},
+                {4, [&] { sequencer.animate(); }},
+                {4, [&] { sequencer.calculateFrames(); }},
+                {40, [&] { Look::advance(sequencer); }}});
     }
     void actOn(Impulse& impulse) {
-        switch (below(10)) {
-        case 0:
-        case 1:
-            return impulse.setup(someFrames(), someValue(), 0.009F, chance(4) ? someValue() : 0.5F);
-        case 2:
-            return impulse.setMinMax(someBool(), -someValue(), someValue());
-        case 3:
-            return impulse.start();
-        case 4:
-            return impulse.stop();
-        case 5:
-            return listen(impulse);
-        default:
-            return impulse.animate();
-        }
+        choose(
+            {{1, [&] { impulse.setup(someFrames(), someValue()); }},
+             {1, [&] { impulse.setup(someFrames(), someValue(), 0.002F, chance(4) ? someValue() : 0.5F); }},
+             {1, [&] { impulse.setMinMax(chance(2), -someValue(), someValue()); }},
+             {1, [&] { impulse.start(); }},
+             {1, [&] { impulse.stop(); }},
+             {1, [&] { listen(impulse); }},
+             {4, [&] { impulse.animate(); }}});
     }
 
+    template <class Group>
+    void removeFrom(Group& group, const std::shared_ptr<Animator>& animator) {
+        if (isMember(group, animator) || (_plan.misuse && chance(30))) group.remove(animator);
+    }
     template <class Group>
     bool isMember(Group& group, const std::shared_ptr<Animator>& animator) {
         for (const auto& member : Look::members(group))
@@ -420,56 +327,49 @@ class Script {
         return false;
     }
 
-    static std::string bits(float value) {
+    std::string text(float value) {
         return value != value ? "nan" : std::to_string(std::bit_cast<std::uint32_t>(value));
     }
+    std::string text(std::integral auto value) { return std::to_string(value); }
+    std::string text(const std::shared_ptr<Animator>& animator) { return name(animator.get()); }
     template <class Members>
-    std::string names(const Members& members) {
+    requires requires(Members members) { members.front()->looped; }
+    std::string text(const Members& members) {
         std::string result = "[";
-        for (const auto& member : members) result += name(member.get()) + " ";
+        for (const auto& member : members) result += text(member) + " ";
         return result + "]";
     }
+    std::string row(const auto&... fields) { return (std::string() + ... + (" " + text(fields))); }
+
     std::string counts() {
-        std::string result = std::to_string(World::classCount() - _alive);
-        for (auto& stack : _stacks) result += " " + std::to_string(stack->getCount());
-        for (auto& chain : _chains)
-            result +=
-                " " + std::to_string(chain->getCount()) + "@" + std::to_string(chain->getCurrentIndex());
-        for (auto& sequencer : _sequencers)
-            result += " " + std::to_string(sequencer->getCount()) + "/" +
-                      std::to_string(sequencer->getCurrentCount()) + "@" +
-                      std::to_string(sequencer->getCurrentFrame()) + "," +
-                      std::to_string(sequencer->getCurrentIndex());
+        std::string result = text(World::classCount() - _alive);
+        for (auto& stack : _stacks) result += row(stack->getCount());
+        for (auto& chain : _chains) result += row(chain->getCount(), chain->getCurrentIndex());
+        for (auto& s : _sequencers)
+            result += row(s->getCount(), s->getCurrentCount(), s->getCurrentFrame(), s->getCurrentIndex());
         return result;
     }
-
     void dump() {
-        const auto number = [](auto value) { return " " + std::to_string(value); };
-        for (auto& a : _animators) {
-            if (!a) continue;
-            say("animator " + name(a.get()) + number(Look::startFrame(*a)) + number(Look::frameCount(*a)) +
-                number(Look::timer(*a) != nullptr) + " " + bits(Look::source(*a)) + " " +
-                bits(Look::value(*a)) + " " + bits(Look::destination(*a)) + " " + bits(Look::amount(*a)) +
-                number(Look::frames(*a)) + number(Look::step(*a)) + " " + bits(Look::interval(*a)) +
-                number(static_cast<std::int64_t>(Look::type(*a))) + number(a->looped));
-        }
-        for (auto& s : _stacks)
-            say("stack " + name(s.get()) + number(Look::timer(*s) != nullptr) + names(Look::members(*s)));
-        for (auto& c : _chains) {
-            const auto item = c->getCurrentItem();
-            say("chain " + name(c.get()) + number(Look::timer(*c) != nullptr) + names(Look::members(*c)) +
-                number(Look::direction(*c)) + " " + (item ? name(item.get()) : "none"));
-        }
+        const auto note = [this](const char* kind, auto& object, const auto&... fields) {
+            say(kind + row(Look::timer(object) != nullptr, fields...) + " of " + name(&object));
+        };
+        for (auto& a : _animators)
+            if (a)
+                note("animator", *a, Look::startFrame(*a), Look::frameCount(*a), Look::source(*a),
+                     Look::value(*a), Look::destination(*a), Look::amount(*a), Look::frames(*a),
+                     Look::step(*a), Look::interval(*a), static_cast<std::int64_t>(Look::type(*a)),
+                     a->looped);
+        for (auto& s : _stacks) note("stack", *s, s->getItems());
+        for (auto& c : _chains)
+            note("chain", *c, Look::members(*c), Look::direction(*c), c->getCurrentItem());
         for (auto& s : _sequencers) {
+            note("sequencer", *s, Look::maxFrames(*s), Look::playing(*s), Look::suspended(*s));
             // Looking at the order settles it, so that it is not looked at every time.
-            say("sequencer " + name(s.get()) + number(Look::timer(*s) != nullptr) +
-                number(Look::maxFrames(*s)) + names(Look::playing(*s)) + number(Look::suspended(*s)) +
-                (chance(5) ? names(Look::members(*s)) : ""));
+            if (chance(5)) note("order", *s, Look::members(*s));
         }
         for (auto& i : _impulses)
-            say("impulse " + name(i.get()) + number(Look::timer(*i) != nullptr) + number(Look::frames(*i)) +
-                number(Look::step(*i)) + " " + bits(Look::amount(*i)) + " " + bits(Look::value(*i)) + " " +
-                bits(Look::source(*i)) + " " + bits(Look::interval(*i)));
+            note("impulse", *i, Look::frames(*i), Look::step(*i), Look::amount(*i), Look::value(*i),
+                 Look::source(*i), Look::interval(*i));
         say(counts());
     }
 
