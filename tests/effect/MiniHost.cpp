@@ -234,24 +234,14 @@ void PanelHost::deliver(XEvent& event, long mask) {
     XSync(display_, False);
 }
 
-void PanelHost::press(int x, int y, unsigned button, unsigned state) {
-    XEvent event = inputEvent(ButtonPress);
+void PanelHost::button(int type, int x, int y, unsigned button, unsigned state) {
+    XEvent event = inputEvent(type);
     event.xbutton.x = x;
     event.xbutton.y = y;
     event.xbutton.button = button;
     event.xbutton.state = state;
     event.xbutton.time = time_ += 20;
-    deliver(event, ButtonPressMask);
-}
-
-void PanelHost::release(int x, int y, unsigned button, unsigned state) {
-    XEvent event = inputEvent(ButtonRelease);
-    event.xbutton.x = x;
-    event.xbutton.y = y;
-    event.xbutton.button = button;
-    event.xbutton.state = state;
-    event.xbutton.time = time_ += 20;
-    deliver(event, ButtonReleaseMask);
+    deliver(event, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask);
 }
 
 void PanelHost::move(int x, int y, unsigned state) {
@@ -269,20 +259,18 @@ void PanelHost::key(KeySym symbol, unsigned state) {
     deliver(event, KeyPressMask);
 }
 
-std::vector<std::uint32_t> PanelHost::picture(int& width, int& height) const {
+std::vector<std::uint32_t> PanelHost::picture() const {
     XWindowAttributes attributes{};
     XGetWindowAttributes(display_, window(), &attributes);
-    width = attributes.width;
-    height = attributes.height;
-    XImage* const image = XGetImage(display_, window(), 0, 0, static_cast<unsigned>(width),
-                                    static_cast<unsigned>(height), AllPlanes, ZPixmap);
+    XImage* const image = XGetImage(display_, window(), 0, 0, static_cast<unsigned>(attributes.width),
+                                    static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
     std::vector<std::uint32_t> pixels;
-    if (image != nullptr) {
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
-                pixels.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y) & 0xFFFFFFU));
-            }
+    for (int y = 0; image != nullptr && y < image->height; ++y) {
+        for (int x = 0; x < image->width; ++x) {
+            pixels.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y) & 0xFFFFFFU));
         }
+    }
+    if (image != nullptr) {
         XDestroyImage(image);
     }
     return pixels;

@@ -121,13 +121,13 @@ class PanelHost {
     void send(Parameter parameter, float value);
     void sendAtom(std::span<const std::uint8_t> atom);
 
-    void press(int x, int y, unsigned button = Button1, unsigned state = 0);
-    void release(int x, int y, unsigned button = Button1, unsigned state = 0);
+    /// `type` is ButtonPress or ButtonRelease.
+    void button(int type, int x, int y, unsigned button = Button1, unsigned state = 0);
     void move(int x, int y, unsigned state = 0);
     void key(KeySym symbol, unsigned state = 0);
 
     /// Returns the window's pixels, 0xRRGGBB, row by row.
-    [[nodiscard]] std::vector<std::uint32_t> picture(int& width, int& height) const;
+    [[nodiscard]] std::vector<std::uint32_t> picture() const;
 
     std::vector<Write> writes;
     int askedWidth = 0;

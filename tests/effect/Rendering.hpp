@@ -20,8 +20,8 @@ using Signal = std::vector<float>;
 
 inline constexpr double Rate = 48000.;
 
-[[nodiscard]] inline ParameterValues controls(std::initializer_list<std::pair<Parameter, float>> changes) {
-    ParameterValues values = defaultValues();
+[[nodiscard]] inline ParameterValues changed(ParameterValues values,
+                                             std::initializer_list<std::pair<Parameter, float>> changes) {
     for (const auto& [parameter, value] : changes) {
         values[index(parameter)] = value;
     }
@@ -30,12 +30,8 @@ inline constexpr double Rate = 48000.;
 
 /// Settings under which the effect does nothing but be late.
 [[nodiscard]] inline ParameterValues transparent() {
-    return controls({{Parameter::Shape, 0.F}, {Parameter::FilterMode, 0.F}, {Parameter::ResonatorMix, 0.F}});
-}
-
-[[nodiscard]] inline ParameterValues changed(ParameterValues values, Parameter parameter, float value) {
-    values[index(parameter)] = value;
-    return values;
+    return changed(defaultValues(),
+                   {{Parameter::Shape, 0.F}, {Parameter::FilterMode, 0.F}, {Parameter::ResonatorMix, 0.F}});
 }
 
 [[nodiscard]] inline Signal sine(double hertz, float amplitude, std::size_t frames, double rate = Rate) {
@@ -52,6 +48,20 @@ inline constexpr double Rate = 48000.;
     for (float& sample : signal) {
         seed = seed * 1664525U + 1013904223U;
         sample = amplitude * (static_cast<float>(seed >> 8U) / 8388608.F - 1.F);
+    }
+    return signal;
+}
+
+/// Returns struck tones with known beginnings and levels, over a faint floor of noise.
+[[nodiscard]] inline Signal strokes(const std::vector<std::size_t>& at, const std::vector<float>& levels,
+                                    std::size_t frames, double hertz) {
+    Signal signal = noise(0.0005F, frames);
+    for (std::size_t s = 0; s < at.size(); ++s) {
+        for (std::size_t i = at[s]; i < frames; ++i) {
+            const double t = static_cast<double>(i - at[s]) / Rate;
+            signal[i] += levels[s] *
+                         static_cast<float>(std::exp(-14. * t) * std::sin(2. * std::numbers::pi * hertz * t));
+        }
     }
     return signal;
 }
@@ -108,6 +118,15 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
         weights += weight;
     }
     return 2. * std::hypot(real, imaginary) / weights;
+}
+
+/// Returns the largest magnitude of a signal; infinity when a sample is not a number.
+[[nodiscard]] inline float peak(const Signal& signal) {
+    float most = 0.F;
+    for (const float sample : signal) {
+        most = std::isfinite(sample) ? std::max(most, std::abs(sample)) : HUGE_VALF;
+    }
+    return most;
 }
 
 [[nodiscard]] inline double decibels(double linear) {

@@ -13,20 +13,6 @@ namespace {
 using P = Parameter;
 using Bytes = std::vector<std::uint8_t>;
 
-// Struck tones with known beginnings and levels, over a faint floor of noise.
-Signal strokes(const std::vector<std::size_t>& at, const std::vector<float>& levels, std::size_t frames,
-               double hertz) {
-    Signal signal = noise(0.0005F, frames);
-    for (std::size_t s = 0; s < at.size(); ++s) {
-        for (std::size_t i = at[s]; i < frames; ++i) {
-            const double t = static_cast<double>(i - at[s]) / Rate;
-            signal[i] += levels[s] *
-                         static_cast<float>(std::exp(-14. * t) * std::sin(2. * std::numbers::pi * hertz * t));
-        }
-    }
-    return signal;
-}
-
 std::vector<OutgoingMidi> notesOn(const Rendered& rendered) {
     std::vector<OutgoingMidi> on;
     std::copy_if(rendered.midi.begin(), rendered.midi.end(), std::back_inserter(on),
@@ -34,11 +20,21 @@ std::vector<OutgoingMidi> notesOn(const Rendered& rendered) {
     return on;
 }
 
-TEST(Onsets, AreFoundOnceEachInTimeAndInOrderOfStrength) {
+TEST(Onsets, AreFoundOnceEachInTimeInOrderOfStrengthAndEnd) {
     const std::vector<std::size_t> at{6000, 20000, 33000, 47000, 62000, 75000};
     const std::vector<float> levels{0.05F, 0.1F, 0.2F, 0.35F, 0.6F, 0.95F};
     for (const double hertz : {45., 110., 880., 5000.}) {
-        const Rendered out = render(defaultValues(), strokes(at, levels, 96000, hertz));
+        // The notes are longer than some gaps: the next stroke ends what sounds.
+        const Rendered out =
+            render(changed(defaultValues(), {{P::Gate, 290.F}}), strokes(at, levels, 96000, hertz));
+        int sounding = 0;
+        std::uint32_t last = 0;
+        for (const OutgoingMidi& message : out.midi) {
+            EXPECT_GE(message.frame, std::exchange(last, message.frame));
+            sounding += (message.bytes[0] & 0xF0U) == 0x90U ? 1 : -1;
+            EXPECT_TRUE(sounding == 0 || sounding == 1) << hertz << " Hz";
+        }
+        EXPECT_EQ(sounding, 0) << hertz << " Hz";
         const auto on = notesOn(out);
         ASSERT_EQ(on.size(), at.size()) << hertz << " Hz";
         for (std::size_t i = 0; i < at.size(); ++i) {
@@ -61,50 +57,11 @@ TEST(Onsets, AreNotFoundInSteadySound) {
     EXPECT_TRUE(notesOn(render(defaultValues(), Signal(48000, 0.F))).empty());
 }
 
-TEST(Onsets, EndEveryNoteTheyBegin) {
-    std::vector<std::size_t> at;
-    for (std::size_t i = 0; i < 40; ++i) {
-        at.push_back(3000 + i * 4000);
-    }
-    const Rendered out = render(changed(defaultValues(), P::Gate, 500.F),
-                                strokes(at, std::vector<float>(40, 0.4F), 240000, 600.));
-    int sounding = 0;
-    std::uint32_t last = 0;
-    for (const OutgoingMidi& message : out.midi) {
-        EXPECT_GE(message.frame, last);
-        last = message.frame;
-        sounding += (message.bytes[0] & 0xF0U) == 0x90U ? 1 : -1;
-        EXPECT_GE(sounding, 0);
-        EXPECT_LE(sounding, 1);
-    }
-    EXPECT_EQ(sounding, 0);
-    EXPECT_EQ(notesOn(out).size(), 40U);
-}
-
-TEST(Onsets, WaitForRoomToEndANote) {
-    OnsetNotes notes;
-    MidiOutbox outbox;
-    outbox.beginBlock(1);
-    notes.onset(60, 100, 10, 0, outbox);
-    EXPECT_EQ(outbox.messages().size(), 1U);
-    outbox.beginBlock(0);
-    for (std::uint32_t i = 0; i < 50; ++i) {
-        notes.advance(i, outbox);
-    }
-    notes.onset(62, 100, 10, 50, outbox); // no room for either message
-    outbox.beginBlock(8);
-    notes.advance(0, outbox);
-    notes.advance(1, outbox);
-    ASSERT_EQ(outbox.messages().size(), 1U);
-    EXPECT_EQ(outbox.messages()[0].bytes[0], 0x80U);
-    EXPECT_EQ(outbox.messages()[0].bytes[1], 60U);
-}
-
 TEST(Onsets, SendTheHeldNoteTheRootOrNothing) {
     const Signal in = strokes({3000}, {0.5F}, 24000, 300.);
     const auto sent = [&in](float mode, const std::vector<Bytes>& messages) {
         Processor processor{Rate};
-        processor.setParameters(changed(changed(defaultValues(), P::MidiOut, mode), P::Note, 40.F));
+        processor.setParameters(changed(defaultValues(), {{P::MidiOut, mode}, {P::Note, 40.F}}));
         for (const Bytes& message : messages) {
             processor.midi(message);
         }
@@ -119,28 +76,30 @@ TEST(Onsets, SendTheHeldNoteTheRootOrNothing) {
 
 TEST(Playing, KeepsAStackOfHeldNotes) {
     Performance performance;
-    const auto play = [&](const Bytes& message) { performance.handle(message); };
-    EXPECT_EQ(performance.tuningNote(), -1);
-    play({0x90, 60, 100});
-    play({0x93, 64, 100}); // any channel
-    play({0x90, 67, 100});
-    EXPECT_EQ(performance.tuningNote(), 67);
-    EXPECT_EQ(performance.chord().size(), 3U);
-    play({0x80, 67, 0});
-    EXPECT_EQ(performance.tuningNote(), 64) << "back to the note that is still held";
-    play({0x90, 64, 0}); // a note off in disguise
-    play({0x80, 60, 0});
-    EXPECT_EQ(performance.heldNote(), -1);
-    EXPECT_EQ(performance.tuningNote(), 60) << "the last tuning stays";
-    play({0xB0, 64, 127});
-    play({0x90, 50, 90});
-    play({0x80, 50, 0});
-    EXPECT_EQ(performance.heldNote(), 50) << "sustained";
-    play({0xB0, 64, 0});
-    EXPECT_EQ(performance.heldNote(), -1);
-    play({0x90, 55, 90});
-    play({0xB0, 123, 0});
-    EXPECT_EQ(performance.heldNote(), -1);
+    struct Step {
+        Bytes message;
+        int held, tuning;
+        std::size_t chord;
+    };
+    for (const auto& [message, held, tuning, chord] : {
+             Step{{0x90, 60, 100}, 60, 60, 1},
+             Step{{0x93, 64, 100}, 64, 64, 2}, // any channel
+             Step{{0x90, 67, 100}, 67, 67, 3},
+             Step{{0x80, 67, 0}, 64, 64, 2}, // back to the note that is still held
+             Step{{0x90, 64, 0}, 60, 60, 1}, // a note off in disguise
+             Step{{0x80, 60, 0}, -1, 60, 1}, // the last tuning stays
+             Step{{0xB0, 64, 127}, -1, 60, 1},
+             Step{{0x90, 50, 90}, 50, 50, 1},
+             Step{{0x80, 50, 0}, 50, 50, 1}, // sustained
+             Step{{0xB0, 64, 0}, -1, 50, 1},
+             Step{{0x90, 55, 90}, 55, 55, 1},
+             Step{{0xB0, 123, 0}, -1, 55, 1},
+         }) {
+        performance.handle(message);
+        EXPECT_EQ(performance.heldNote(), held) << testing::PrintToString(message);
+        EXPECT_EQ(performance.tuningNote(), tuning) << testing::PrintToString(message);
+        EXPECT_EQ(performance.chord().size(), chord) << testing::PrintToString(message);
+    }
 }
 
 TEST(Playing, IgnoresWhatIsMalformed) {
@@ -150,17 +109,13 @@ TEST(Playing, IgnoresWhatIsMalformed) {
         performance.handle(message);
     }
     EXPECT_EQ(performance.heldNote(), -1);
-    for (int i = 0; i < 50000; ++i) {
-        performance.handle(
-            Bytes{0x90, static_cast<std::uint8_t>(i % 128), static_cast<std::uint8_t>(1 + i % 127)});
-    }
-    EXPECT_EQ(performance.heldNote(), 49999 % 128);
 }
 
 TEST(Playing, ShapesTheSound) {
     // Each message must move something, and in the direction that is promised.
-    ParameterValues values = changed(transparent(), P::FilterMode, static_cast<float>(FilterMode::LowPass24));
-    values = changed(changed(values, P::Cutoff, 400.F), P::EnvelopeToCutoff, 0.F);
+    const auto values = changed(transparent(), {{P::FilterMode, static_cast<float>(FilterMode::LowPass24)},
+                                                {P::Cutoff, 400.F},
+                                                {P::EnvelopeToCutoff, 0.F}});
     const auto brightness = [&values](const std::vector<Bytes>& messages) {
         Processor processor{Rate};
         processor.setParameters(values);
@@ -180,9 +135,9 @@ TEST(Playing, ShapesTheSound) {
 }
 
 TEST(Playing, RetunesTheResonatorsAndTheKnobTakesOver) {
-    ParameterValues values = changed(transparent(), P::ResonatorMix, 100.F);
-    values = changed(changed(values, P::Voicing, 0.F), P::Note, 48.F);
-    values = changed(changed(values, P::Glide, 0.F), P::Decay, 2.F);
+    const auto values = changed(
+        transparent(),
+        {{P::ResonatorMix, 100.F}, {P::Voicing, 0.F}, {P::Note, 48.F}, {P::Glide, 0.F}, {P::Decay, 2.F}});
     const Signal in = noise(0.2F, 48000);
     const auto ringsAt = [&in](Processor& processor, double hertz) {
         const Signal out = render(processor, in, 256).left;
@@ -194,7 +149,7 @@ TEST(Playing, RetunesTheResonatorsAndTheKnobTakesOver) {
     processor.midi(a4);
     EXPECT_GT(ringsAt(processor, 440.), 5. * ringsAt(processor, 392.));
     processor.midi(Bytes{0x80, 69, 0});
-    processor.setParameters(changed(values, P::Note, 67.F));
+    processor.setParameters(changed(values, {{P::Note, 67.F}}));
     EXPECT_GT(ringsAt(processor, 392.), 5. * ringsAt(processor, 440.));
     processor.midi(a4);
     processor.midi(Bytes{0xE0, 0x7F, 0x7F}); // two semitones up

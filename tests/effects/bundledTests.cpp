@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The effect that comes with the program, as the program finds and runs it.
+#include "effect/dsp/Presets.hpp"
 #include "tests/effects/Rendering.hpp"
 
+#include <algorithm>
 #include <atomic>
 
 using namespace platform;
 using namespace platform::test;
+using namespace tonewright;
 
 namespace {
 
@@ -23,39 +26,55 @@ TEST(BundledEffect, IsFoundRunsAndHearsItsPresets) {
     EXPECT_EQ(found[0].audioComponentDescription(), Wanted);
     EXPECT_EQ(found[0].name(), "KVRN: Orvo Tonewright Extension");
 
-    std::shared_ptr<AVAudioUnit> node;
-    AVAudioUnit::instantiate(Wanted, {}, [&](std::shared_ptr<AVAudioUnit> made, const std::optional<Error>&) {
-        node = std::move(made);
-    });
-    ASSERT_TRUE(waitUntil([&] { return node != nullptr; }));
-    AUAudioUnit& unit = *node->auAudioUnit();
+    const auto made = makeUnit(found[0].record().identifier);
+    ASSERT_TRUE(made);
+    AUAudioUnit& unit = *made;
+    // What the bundle says in words agrees with the tables in the code.
+    auto parameters = unit.parameters();
+    parameters.erase(parameters.begin()); // the latency, which it reports
+    ASSERT_EQ(parameters.size(), effect::ParameterCount);
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        const effect::ParameterInfo& info = effect::parameterTable()[i];
+        EXPECT_EQ(parameters[i].identifier, info.symbol);
+        EXPECT_FLOAT_EQ(parameters[i].minValue, info.minimum) << info.symbol;
+        EXPECT_FLOAT_EQ(parameters[i].maxValue, info.maximum) << info.symbol;
+        EXPECT_FLOAT_EQ(parameters[i].defaultValue, info.defaultValue) << info.symbol;
+        EXPECT_EQ(parameters[i].valueStrings.size(), info.choices.size()) << info.symbol;
+    }
+    const auto presets = unit.factoryPresets();
+    ASSERT_TRUE(presets);
+    ASSERT_EQ(presets->size(), effect::factoryPresets().size());
+
     std::atomic<int> notes{0};
     ASSERT_EQ(unit.MIDIOutputNames().size(), 1U);
     unit.setMIDIOutputEventBlock(
         [&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) { return ++notes * 0; });
-    const auto presets = unit.factoryPresets();
-    ASSERT_TRUE(presets);
-    EXPECT_GE(presets->size(), 8U);
-
     Rendering rendering(unit, 48000, 256); // each block inside a real-time scope
     float loudest = 0;
-    const auto render = [&](int blocks) {
-        for (int block = 0; block < blocks; ++block) {
+    const std::uint8_t note[] = {0x90, 57, 100};
+    EXPECT_TRUE(unit.sendMIDIEvent(note));
+    for (const AUAudioUnitPreset& preset : *presets) {
+        unit.setCurrentPreset(preset);
+        const auto expected =
+            std::ranges::find(effect::factoryPresets(), preset.name(), &effect::Preset::name);
+        ASSERT_NE(expected, effect::factoryPresets().end()) << preset.name();
+        for (std::size_t i = 0; i < parameters.size(); ++i)
+            EXPECT_FLOAT_EQ(unit.parameterValue(parameters[i].address), expected->values[i])
+                << preset.name() << " " << parameters[i].identifier;
+        for (int block = 0; block < 100; ++block) {
             rendering.block();
             for (const float sample : rendering.out(0)) {
                 ASSERT_TRUE(std::isfinite(sample));
                 loudest = std::max(loudest, std::abs(sample));
             }
         }
-    };
-    const std::uint8_t note[] = {0x90, 57, 100};
-    EXPECT_TRUE(unit.sendMIDIEvent(note));
-    for (const AUAudioUnitPreset& preset : *presets) {
-        unit.setCurrentPreset(preset);
-        render(100);
     }
     EXPECT_GT(loudest, 1e-3F);
     EXPECT_TRUE(waitUntil([&] { return notes > 0; })); // the first sound was an onset
+    const std::uint32_t enabled = parameters[effect::index(effect::Parameter::Enabled)].address;
+    unit.setParameterValue(enabled, 0);
+    unit.setCurrentPreset(presets->front());
+    EXPECT_EQ(unit.parameterValue(enabled), 0) << "a preset leaves the switch alone";
 }
 
 #ifdef TONEWRIGHT_RTSAN
