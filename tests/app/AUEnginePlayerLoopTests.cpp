@@ -30,16 +30,6 @@ TEST_F(LoopTest, LoadWhilePlayingReportsOneLoopAndThenCounts) {
     EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](float sample) { return sample == 0.25F; }));
 }
 
-TEST_F(LoopTest, LoadWhileStoppedOnlyRewires) {
-    const auto url = constantFile("a.wav", 100, 0.25F);
-    player->load(url);
-    EXPECT_EQ(takeLines(), (Lines{"AUEnginePlayer: Audio file at '" + url.path() +
-                                      "' was selected for loading into the player.",
-                                  "AUEnginePlayer: The player was connected to the mainMixerNode."}));
-    EXPECT_EQ(delegate->files, Lines{url.path()});
-    EXPECT_EQ(device->claims(), 0);
-}
-
 TEST_F(LoopTest, UnopenableFilesKeepTheFormerOnePlayingUnderTheNewName) {
     player->start();
     const auto good = constantFile("good.wav", 4000, 0.5F);
@@ -68,11 +58,6 @@ TEST_F(LoopTest, UnopenableFilesKeepTheFormerOnePlayingUnderTheNewName) {
         EXPECT_EQ(delegate->loops.front(), 0); // loading started the count anew
         EXPECT_TRUE(holdInOrder(takeLines(), {looped(url, 1), looped(url, 2)}));
     }
-}
-
-TEST_F(LoopTest, AbsentLocationIsFatal) {
-    EXPECT_DEATH(player->load(std::nullopt),
-                 "Unexpectedly found nil while implicitly unwrapping an Optional value");
 }
 
 } // namespace

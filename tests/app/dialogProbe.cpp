@@ -62,8 +62,7 @@ int main(int argc, char** argv) {
     registerClass<tonewright::ViewController>("ViewController");
     setSharedOutputDevice(std::make_shared<OfflineDevice>());
     AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
-        std::make_shared<tonewright::test::InProcessProvider>(
-            std::vector<tonewright::test::InProcessProvider::Entry>{}));
+        std::make_shared<tonewright::test::InProcessProvider>());
     std::thread([] {
         for (std::string line; std::getline(std::cin, line);)
             DispatchQueue::main().async([line] { perform(line); });

@@ -3,8 +3,6 @@
 
 #include "tests/app/engineFixture.hpp"
 
-#include "platform/effects/AVAudioUnitComponentManager.hpp"
-
 #include <algorithm>
 #include <chrono>
 #include <fstream>
@@ -15,20 +13,6 @@ platform::URL EngineFixture::rawFile(const std::string& name, const std::string&
     const auto path = (_directory / name).string();
     std::ofstream(path, std::ios::binary) << bytes;
     return platform::URL::fileURLWithPath(path, false);
-}
-
-std::shared_ptr<platform::AVAudioUnit>
-EngineFixture::makeUnit(const std::shared_ptr<InProcessEffect>& effect) {
-    const platform::AudioComponentDescription description{.componentType = platform::fourCharCode("aumf")};
-    auto& registry = platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
-    registry.setProvider(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
-        {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
-    std::shared_ptr<platform::AVAudioUnit> made;
-    platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
-                                       [&](const auto& unit, const auto&) { made = unit; });
-    EXPECT_TRUE(platform::RunLoop::current().runUntil([&] { return made != nullptr; }, 20));
-    registry.setProvider(nullptr);
-    return made;
 }
 
 std::vector<float> EngineFixture::render(int frames) {

@@ -59,8 +59,6 @@ class EngineFixture : public testing::Test {
     }
     platform::URL rawFile(const std::string& name, const std::string& bytes);
 
-    std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect);
-
     /// Render until `done`, with the main queue running; give what was heard on the left.
     std::vector<float> renderUntil(const std::function<bool()>& done, double timeoutSeconds = 20);
     std::vector<float> render(int frames);

@@ -4,6 +4,8 @@
 #include "tests/support/InProcessEffect.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/dispatch/RunLoop.hpp"
+#include "platform/effects/AVAudioUnitComponentManager.hpp"
 
 namespace tonewright::test {
 namespace {
@@ -60,6 +62,18 @@ InProcessProvider::instantiate(const platform::ComponentRecord& record) {
     for (const auto& entry : _entries)
         if (entry.record.identifier == record.identifier && entry.unit) return entry.unit;
     return platform::Error("Test", 1, "The effect could not be made.");
+}
+
+std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect) {
+    const platform::AudioComponentDescription description{.componentType = platform::fourCharCode("aumf")};
+    platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
+        std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
+            {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
+    std::shared_ptr<platform::AVAudioUnit> made;
+    platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
+                                       [&](const auto& unit, const auto&) { made = unit; });
+    platform::RunLoop::current().runUntil([&] { return made != nullptr; }, 20);
+    return made;
 }
 
 } // namespace tonewright::test

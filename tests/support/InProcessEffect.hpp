@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
+#include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/ComponentProvider.hpp"
 
 #include <functional>
@@ -66,7 +67,7 @@ class InProcessProvider final : public platform::ComponentProvider {
         platform::ComponentRecord record;
         std::shared_ptr<platform::AUAudioUnit> unit; // null: instantiation fails
     };
-    explicit InProcessProvider(std::vector<Entry> entries)
+    explicit InProcessProvider(std::vector<Entry> entries = {})
         : _entries(std::move(entries)) {}
 
     std::vector<platform::ComponentRecord>
@@ -79,5 +80,8 @@ class InProcessProvider final : public platform::ComponentProvider {
   private:
     std::vector<Entry> _entries;
 };
+
+/// Make `effect` the only one that is found, and instantiate it; null after twenty seconds.
+[[nodiscard]] std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect);
 
 } // namespace tonewright::test
