@@ -74,10 +74,10 @@ class Pixels {
 constexpr Color Nothing{0, 0, 0, 0};
 
 struct ShownDrawing {
-    ShownDrawing() {
-        view->setDrawing([this](Canvas& canvas) {
+    explicit ShownDrawing(const UIDrawingView::Drawing& draw) {
+        view->setDrawing([this, draw](Canvas& canvas) {
             ++drawn;
-            if (draw) draw(canvas);
+            draw(canvas);
         });
         view->setFrame({0, 0, 100, 80});
         shown.view->addSubview(view);
@@ -88,14 +88,12 @@ struct ShownDrawing {
         EXPECT_EQ(drawn, times);
     }
     int drawn = 0;
-    UIDrawingView::Drawing draw;
     ShownWindow shown{300, 200};
     std::shared_ptr<UIDrawingView> view = std::make_shared<UIDrawingView>();
 };
 
 TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
-    ShownDrawing drawing;
-    drawing.draw = [](Canvas& canvas) {
+    const ShownDrawing drawing([](Canvas& canvas) {
         EXPECT_EQ((CGRect{0, 0, canvas.width(), canvas.height()}), (CGRect{0, 0, 100, 80}));
         canvas.fillRectangle({10, 20, 30, 10}, Red);
         canvas.fillCircle({70, 40}, 10, Blue);
@@ -104,38 +102,20 @@ TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
         canvas.strokeRectangle({60, 60, 20, 10}, 2, Blue);
         canvas.fillRectangle({NAN, 0, 100, 100}, Blue); // nothing, and no harm to what follows
         canvas.fillRectangle({95, 0, 50, 5}, Red);
-    };
-    drawing.view->setNeedsDisplay();
-    drawing.waitDrawn(2);
+    });
     const Pixels pixels(*drawing.view);
-    struct Case {
-        int x, y;
-        Color color;
-    };
-    for (const Case& c : {Case{10, 20, Red},
-                          {39, 29, Red},
-                          {9, 25, Nothing},
-                          {40, 25, Nothing},
-                          {10, 30, Nothing},
-                          {70, 40, Blue},
-                          {78, 40, Blue},
-                          {78, 48, Nothing},
-                          {25, 70, Red},
-                          {50, 65, Red},
-                          {25, 75, Nothing},
-                          {60, 65, Blue},
-                          {70, 65, Nothing},
-                          {97, 2, Red}})
-        EXPECT_EQ(pixels.at(c.x, c.y), c.color) << c.x << ", " << c.y;
+    const std::pair<Color, std::vector<std::pair<int, int>>> expected[] = {
+        {Red, {{10, 20}, {39, 29}, {25, 70}, {50, 65}, {97, 2}}},
+        {Blue, {{70, 40}, {78, 40}, {60, 65}}},
+        {Nothing, {{9, 25}, {40, 25}, {10, 30}, {78, 48}, {25, 75}, {70, 65}}}};
+    for (const auto& [color, places] : expected)
+        for (const auto& [x, y] : places) EXPECT_EQ(pixels.at(x, y), color) << x << ", " << y;
 }
 
 TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
-    ShownDrawing drawing;
-    drawing.draw = [](Canvas& canvas) {
+    const ShownDrawing drawing([](Canvas& canvas) {
         canvas.drawText("mmmmmmmmmmmmmmmmmmmmmmmmmmmm", {20, 10, 40, 20}, 12, Red, TextAlignment::Center);
-    };
-    drawing.view->setNeedsDisplay();
-    drawing.waitDrawn(2);
+    });
     const Pixels pixels(*drawing.view);
     int inside = 0, outside = 0;
     for (int y = 0; y < 80; ++y)
@@ -146,10 +126,7 @@ TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
 }
 
 TEST_F(DrawingTest, MarksMoveInFrontOfAPictureThatIsNotDrawnAgain) {
-    ShownDrawing drawing;
-    drawing.draw = [](Canvas& canvas) { canvas.fillRectangle({0, 0, 100, 80}, Red); };
-    drawing.view->setNeedsDisplay();
-    drawing.waitDrawn(2);
+    const ShownDrawing drawing([](Canvas& canvas) { canvas.fillRectangle({0, 0, 100, 80}, Red); });
     drawing.view->setMarks({dotAt({20, 20}, 5, Blue), {{50, 50, 10, 4}, 0, Blue}});
     const Pixels first(*drawing.view);
     EXPECT_EQ(first.at(20, 20), Blue);
@@ -160,18 +137,15 @@ TEST_F(DrawingTest, MarksMoveInFrontOfAPictureThatIsNotDrawnAgain) {
     EXPECT_EQ(second.at(20, 20), Red);
     EXPECT_EQ(second.at(59, 53), Red);
     EXPECT_EQ(second.at(60, 20), Blue);
-    EXPECT_EQ(drawing.drawn, 2);
+    EXPECT_EQ(drawing.drawn, 1);
 }
 
 TEST_F(DrawingTest, PictureIsDrawnAnewForAnotherSizeAndOtherColours) {
-    ShownDrawing drawing;
     double brightness = -1;
-    drawing.draw = [&](Canvas& canvas) { brightness = canvas.textColor().green; };
-    drawing.view->setNeedsDisplay();
-    drawing.waitDrawn(2);
+    const ShownDrawing drawing([&](Canvas& canvas) { brightness = canvas.textColor().green; });
     EXPECT_LT(brightness, 0.5);
     drawing.view->setFrame({0, 0, 120, 90});
-    drawing.waitDrawn(3);
+    drawing.waitDrawn(2);
     GtkSettings* settings = gtk_settings_get_default();
     g_object_set(settings, "gtk-application-prefer-dark-theme", TRUE, nullptr);
     EXPECT_TRUE(waitFor([&] { return brightness > 0.5; })) << "light text on a dark desktop";

@@ -89,13 +89,6 @@ TEST_F(ViewTest, MinimumSizeOfAChildPushesNothing) {
     EXPECT_EQ(shown.window->bounds(), (CGRect{0, 0, 150, 80}));
 }
 
-TEST_F(ViewTest, PinningWithoutASuperviewChangesNothing) {
-    const auto view = std::make_shared<UIView>(CGRect{1, 2, 3, 4});
-    pinToSuperviewEdges(*view);
-    EXPECT_TRUE(view->translatesAutoresizingMaskIntoConstraints());
-    EXPECT_EQ(view->frame(), (CGRect{1, 2, 3, 4}));
-}
-
 TEST_F(ViewTest, SingleEdgesMoveAViewAndKeepItsSize) {
     const auto parent = std::make_shared<UIView>(CGRect{0, 0, 100, 80});
     const auto child = std::make_shared<UIView>(CGRect{3, 4, 20, 10});
@@ -110,10 +103,13 @@ TEST_F(ViewTest, SingleEdgesMoveAViewAndKeepItsSize) {
     EXPECT_EQ(child->frame(), (CGRect{0, 70, 20, 10})) << "the trailing edge is on the left now";
 }
 
-TEST_F(ViewTest, ConstraintsEndWhenTheViewLeaves) {
+TEST_F(ViewTest, SuperviewKeepsItsSubviewsAndConstraintsEndWhenTheyLeave) {
     const auto first = std::make_shared<UIView>(CGRect{0, 0, 100, 80});
     const auto second = std::make_shared<UIView>(CGRect{0, 0, 50, 40});
-    const auto child = std::make_shared<UIView>();
+    auto child = std::make_shared<UIView>(CGRect{1, 2, 3, 4});
+    pinToSuperviewEdges(*child); // there is none
+    EXPECT_TRUE(child->translatesAutoresizingMaskIntoConstraints());
+    EXPECT_EQ(child->frame(), (CGRect{1, 2, 3, 4}));
     first->addSubview(child);
     const auto top = child->topAnchor().constraintEqualToAnchor(first->topAnchor());
     NSLayoutConstraint::activateConstraints({top});
@@ -121,22 +117,11 @@ TEST_F(ViewTest, ConstraintsEndWhenTheViewLeaves) {
     EXPECT_EQ(first->subviews(), std::vector{child});
     second->addSubview(child);
     EXPECT_FALSE(top->isActive());
-    EXPECT_EQ(child->superview(), second);
     EXPECT_TRUE(first->subviews().empty());
-    child->removeFromSuperview();
-    EXPECT_EQ(child->superview(), nullptr);
-}
-
-TEST_F(ViewTest, SuperviewKeepsItsSubviewsAndLetsThemGo) {
-    const auto parent = std::make_shared<UIView>();
-    std::weak_ptr<UIView> seen;
-    {
-        const auto child = std::make_shared<UIView>();
-        seen = child;
-        parent->addSubview(child);
-    }
+    const std::weak_ptr<UIView> seen = child;
+    child.reset();
     ASSERT_FALSE(seen.expired());
-    EXPECT_EQ(seen.lock()->superview(), parent);
+    EXPECT_EQ(seen.lock()->superview(), second);
     seen.lock()->removeFromSuperview();
     EXPECT_TRUE(seen.expired());
 }

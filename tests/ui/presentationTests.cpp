@@ -103,6 +103,8 @@ TEST_F(PresentationTest, SegueBringsANewScreenEachTimeAndDismissalTheOldOneBack)
         EXPECT_EQ(gtk_window_get_focus(root), widgetOf(*first->button)) << "the keyboard comes back";
         before = second;
     }
+    EXPECT_EQ(makeController("NobodyController", NSCoder(InterfaceDescription::load("Second", bundle))),
+              nullptr);
     first->dismissViewControllerAnimated(true, [] { FAIL() << "there was nothing to dismiss"; });
     EXPECT_DEATH(first->performSegueWithIdentifier("unknown", nullptr),
                  "no segue with the identifier \"unknown\"");

@@ -13,37 +13,23 @@ import unittest
 
 sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
 from cases import BUILD, main  # noqa: E402
-from screen import X, XK, Screen, display, xtest  # noqa: E402
+from screen import X, XK, Screen, xtest  # noqa: E402
 
 PROBE = BUILD / "bin" / "tests" / "screen_probe"
 START = ["didFinishLaunching", "setWindow", "viewDidLoad", "viewWillAppear", "didBecomeActive"]
 END = ["willResignActive", "viewDidDisappear", "didEnterBackground", "willTerminate"]
 
 
-class Display(Screen):
-    """The virtual display alone, without accessibility."""
-
-    def __init__(self):
-        self.x = display.Display()
-
-    def close(self) -> None:
-        self.x.close()
-
-    def key(self, name: str, down: bool) -> None:
-        code = self.x.keysym_to_keycode(XK.string_to_keysym(name))
-        xtest.fake_input(self.x, X.KeyPress if down else X.KeyRelease, code)
-        self.x.sync()
-
-
 class Probe:
     """The running probe and the lines it wrote."""
 
-    def __init__(self, screen: Display, takes_keyboard: bool = True, **environment: str):
+    def __init__(self, screen: Screen, takes_keyboard: bool = True, **environment: str):
         self.screen = screen
         self.process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1", **environment))
+                                        stderr=subprocess.PIPE, text=True,
+                                        env=dict(os.environ, TONEWRIGHT_TRACE_START="1", **environment))
         self.lines: list[str] = []
-        self.process.stderr.readline()  # the first frame: from now on there is something to hit
+        self.first_frame = self.process.stderr.readline()  # from now on there is something to hit
         self.window = screen.wait_window(self.process.pid)
         self.wait(START)
         if takes_keyboard:
@@ -64,10 +50,15 @@ class Probe:
         del self.lines[:len(wanted)]
 
     def press(self, *keys: str) -> None:
+        self.screen.press_keys(*keys)
+
+    def hold(self, *keys: str, kind: int = X.KeyPress) -> None:
         for key in keys:
-            self.screen.key(key, True)
-        for key in reversed(keys):
-            self.screen.key(key, False)
+            xtest.fake_input(self.screen.x, kind, self.screen.x.keysym_to_keycode(XK.string_to_keysym(key)))
+        self.screen.x.sync()
+
+    def let_go(self, *keys: str) -> None:
+        self.hold(*reversed(keys), kind=X.KeyRelease)
 
     def end(self) -> None:
         if self.process.poll() is None:
@@ -75,19 +66,21 @@ class Probe:
         self.process.communicate()
 
 
-class Controls(unittest.TestCase):
+class OnADisplay(unittest.TestCase):
     def setUp(self):
-        self.screen = Display()
+        self.screen = Screen()
         self.addCleanup(self.screen.close)
-        self.probe = Probe(self.screen)
-        self.addCleanup(self.probe.end)
 
-    def test_space_plays_and_stops_in_either_state(self):
-        for _ in range(3):
-            self.probe.press("space")
-            self.probe.wait(["playing"])
-            self.probe.press("space")
-            self.probe.wait(["stopped"])
+    def started(self, **keywords) -> Probe:
+        probe = Probe(self.screen, **keywords)
+        self.addCleanup(probe.end)
+        return probe
+
+
+class Controls(OnADisplay):
+    def setUp(self):
+        super().setUp()
+        self.probe = self.started()
 
     def test_space_goes_to_the_focused_control_that_uses_it(self):
         self.probe.press("Tab")  # from Play to Unit
@@ -102,26 +95,17 @@ class Controls(unittest.TestCase):
 
     def test_a_held_key_is_one_press(self):
         for keys, lines in ((["space"], ["playing"]), (["Alt_L", "s"], ["stopped"]), (["Alt_L", "u"], ["panel shown"])):
-            for key in keys:
-                self.screen.key(key, True)
+            self.probe.hold(*keys)
             self.probe.wait(lines)
             time.sleep(1.2)  # the server repeats after 0.66 s; there is no event for "nothing happened"
-            for key in reversed(keys):
-                self.screen.key(key, False)
+            self.probe.let_go(*keys)
             self.probe.read()
             self.assertEqual(self.probe.lines, [])
 
     def test_letters_with_alt_press_their_controls(self):
-        self.probe.press("Alt_L", "p")
-        self.probe.wait(["playing"])
-        self.probe.press("Alt_L", "s")
-        self.probe.wait(["stopped"])
-        self.probe.press("Alt_L", "u")
-        self.probe.wait(["panel shown"])
-        self.probe.press("Alt_L", "u")
-        self.probe.wait(["panel hidden"])
-        self.probe.press("Alt_L", "h")
-        self.probe.wait(["help"])
+        for letter, line in zip("psuuh", ("playing", "stopped", "panel shown", "panel hidden", "help")):
+            self.probe.press("Alt_L", letter)
+            self.probe.wait([line])
 
     def test_clicks_press_their_controls_and_space_goes_on_working(self):
         height = self.probe.window.get_geometry().height
@@ -141,7 +125,7 @@ class Controls(unittest.TestCase):
         self.probe.press("space")
         self.probe.wait(["stopped"])
 
-    def test_key_answers_at_once(self):
+    def test_space_plays_and_stops_at_once(self):
         began = time.monotonic()
         for _ in range(10):
             self.probe.press("space")
@@ -151,11 +135,7 @@ class Controls(unittest.TestCase):
         self.assertLess(time.monotonic() - began, 20 * 0.2, "a press takes as long as the toolkit's animation")
 
 
-class Surroundings(unittest.TestCase):
-    def setUp(self):
-        self.screen = Display()
-        self.addCleanup(self.screen.close)
-
+class Surroundings(OnADisplay):
     def wait(self, condition) -> None:
         end = time.monotonic() + 20
         while not condition():
@@ -163,14 +143,11 @@ class Surroundings(unittest.TestCase):
             time.sleep(0.02)
 
     def test_keys_do_not_follow_the_pointer_into_an_effects_window(self):
-        probe = Probe(self.screen, takes_keyboard=False)
-        self.addCleanup(probe.end)
+        probe = self.started(takes_keyboard=False)
         x = self.screen.x
         inner = probe.window.create_window(0, 0, 400, 300, 0, X.CopyFromParent, event_mask=X.KeyPressMask)
         inner.map()
-        place = probe.window.translate_coords(x.screen().root, 0, 0)
-        xtest.fake_input(x, X.MotionNotify, x=100 - place.x, y=100 - place.y)
-        x.sync()
+        self.screen.point_at(probe.window, 100, 100)
         self.wait(lambda: x.get_input_focus().focus not in (probe.window, X.PointerRoot, X.NONE))
         probe.press("space")
         probe.wait(["playing"])
@@ -180,8 +157,7 @@ class Surroundings(unittest.TestCase):
                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.addCleanup(portal.communicate)  # the end of its input ends it
         address = portal.stdout.readline().strip()
-        probe = Probe(self.screen, DBUS_SESSION_BUS_ADDRESS=address)
-        self.addCleanup(probe.end)
+        probe = self.started(DBUS_SESSION_BUS_ADDRESS=address)
 
         def brightness() -> float:
             return float(self.screen.picture(probe.window, (300, 20, 40, 40)).mean())
@@ -194,26 +170,16 @@ class Surroundings(unittest.TestCase):
             self.wait(fits)
 
 
-class Life(unittest.TestCase):
-    def setUp(self):
-        self.screen = Display()
-        self.addCleanup(self.screen.close)
+class Life(OnADisplay):
+    def test_first_frame_is_told_when_asked_for(self):
+        began = time.monotonic()
+        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", self.started().first_frame)
+        self.assertTrue(told and began < float(told[1]) < time.monotonic())
 
-    def started(self) -> Probe:
-        probe = Probe(self.screen)
-        self.addCleanup(probe.end)
-        return probe
-
-    def test_closing_the_window_ends_in_order(self):
-        probe = self.started()
-        self.screen.ask_to_close(probe.window)
-        probe.wait(END)
-        self.assertEqual(probe.process.wait(10), 0)
-
-    def test_signals_end_in_order(self):
-        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+    def test_closed_window_and_signals_end_in_order(self):
+        for number in (None, signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             probe = self.started()
-            probe.process.send_signal(number)
+            probe.process.send_signal(number) if number else self.screen.ask_to_close(probe.window)
             probe.wait(END)
             self.assertEqual(probe.process.wait(10), 0)
 
@@ -241,59 +207,41 @@ class Life(unittest.TestCase):
         self.assertEqual((again.width, again.height), (before.width, before.height))
 
 
-def run(*arguments: str, **keywords) -> subprocess.CompletedProcess:
-    return subprocess.run([PROBE, *arguments], stdin=subprocess.DEVNULL, capture_output="stdout" not in keywords,
-                          text=True, timeout=60, **keywords)
+def run(*arguments: str, display: str = "") -> subprocess.CompletedProcess:
+    environment = {name: text for name, text in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    return subprocess.run([PROBE, *arguments], stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60,
+                          env=environment | ({"DISPLAY": display} if display else {}))
 
 
-class Entry(unittest.TestCase):
+class Entry(OnADisplay):
     def test_options_are_answered_without_a_display(self):
-        env = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
-        answer = run("--version", env=env)
-        self.assertRegex(answer.stdout, r"\Atonewright \d+\.\d+\.\d+\n\Z")
-        self.assertEqual((answer.stderr, answer.returncode), ("", 0))
-        answer = run("--help", env=env)
-        self.assertIn("Usage: tonewright", answer.stdout)
-        self.assertEqual((answer.stderr, answer.returncode), ("", 0))
+        for option, text in (("--version", r"\Atonewright \d+\.\d+\.\d+\n\Z"), ("--help", "Usage: tonewright")):
+            answer = run(option)
+            self.assertRegex(answer.stdout, text)
+            self.assertEqual((answer.stderr, answer.returncode), ("", 0))
 
     def test_unknown_arguments_are_refused_in_one_sentence(self):
         for argument in ("--frobnicate", "file.wav", "-x", ""):
-            answer = run(argument)
+            answer = run(argument, display=os.environ["DISPLAY"])
             self.assertEqual((answer.stdout, answer.returncode), ("", 2))
             self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
 
     def test_no_display_is_said_in_one_sentence(self):
-        for value in (None, ":4711"):
-            env = {name: text for name, text in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
-            if value:
-                env["DISPLAY"] = value
-            answer = run(env=env)
+        for display in ("", ":4711"):
+            answer = run(display=display)
             self.assertEqual((answer.stdout, answer.returncode), ("", 1))
             self.assertRegex(answer.stderr, r"\Atonewright: cannot open display.*\n\Z")
 
     def test_closed_standard_output_changes_nothing(self):
-        screen = Display()
-        self.addCleanup(screen.close)
         process = subprocess.Popen(["sh", "-c", f'exec "{PROBE}" >&- 2>&-'], stdin=subprocess.DEVNULL)
         self.addCleanup(process.wait)
         self.addCleanup(process.kill)
-        window = screen.wait_window(process.pid)
-        screen.focus(window)
-        screen.press_key("space")
-        screen.ask_to_close(window)
+        window = self.screen.wait_window(process.pid)
+        self.screen.focus(window)
+        self.screen.press_key("space")
+        self.screen.ask_to_close(window)
         self.assertEqual(process.wait(20), 0)
 
-    def test_first_frame_is_told_when_asked_for(self):
-        screen = Display()
-        self.addCleanup(screen.close)
-        began = time.monotonic()
-        process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, text=True,
-                                   stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
-        self.addCleanup(process.communicate)
-        self.addCleanup(process.kill)
-        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", process.stderr.readline())
-        self.assertIsNotNone(told)
-        self.assertTrue(began < float(told[1]) < time.monotonic())
 
 
 if __name__ == "__main__":
