@@ -18,21 +18,7 @@ constexpr const char* Missing = "Unexpectedly found nil while unwrapping an Opti
 
 } // namespace
 
-TEST(FileNode, BeginsWithItsDefaultsAndTheNextNumber) {
-    const FileBase first;
-    const File node;
-    const Folder third;
-    EXPECT_EQ(node.getID(), first.getID() + 1);
-    EXPECT_EQ(third.getIDFormatted(), std::to_string(first.getID() + 2));
-    EXPECT_EQ(node.uid(), NSNumber(-1));
-    EXPECT_EQ(node.subpath() + node.rootpath(), "");
-    EXPECT_FALSE(node.exists() || node.isDirectory() || node.isWritable() || node.isReadeble() ||
-                 node.isExecutable() || node.isDeleteble() || node._remote() || node._expanded() ||
-                 node._selected() || node._indent() != 0 || node.parent());
-    EXPECT_TRUE(node.attributes().isEmpty());
-}
-
-TEST(FileNode, PathsAreTakenApart) {
+TEST(FileNode, PathsAreTakenApartAndSurviveEveryAssignment) {
     const struct {
         const char* subpath;
         std::int64_t indent;
@@ -43,7 +29,6 @@ TEST(FileNode, PathsAreTakenApart) {
         {"a", 0, "a", "", ""},
         {"kick.wav", 0, "kick.wav", "wav", ""},
         {"Sounds/Drums/kick.wav", 2, "kick.wav", "wav", "Sounds/Drums"},
-        {"a/b/c.txt", 2, "c.txt", "txt", "a/b"},
         {"a.d/b", 1, "b", "", "a.d"},
         {"archive.tar.gz", 0, "archive.tar.gz", "gz", ""},
         {".hidden", 0, ".hidden", "hidden", ""},
@@ -53,12 +38,10 @@ TEST(FileNode, PathsAreTakenApart) {
         {"a//b", 1, "b", "", "a"},
         {"/a", 1, "a", "", "/"},
         {"/", 0, "/", "", "/"},
-        {"a name of more than twenty-three bytes.aif", 0, "a name of more than twenty-three bytes.aif", "aif",
-         ""},
         {"new\nline/\xff", 1, "\xff", "", "new\nline"},
     };
+    const auto node = makeNode("x");
     for (const auto& [subpath, indent, name, extension, parent] : cases) {
-        const auto node = makeNode("x");
         node->setSubpath(subpath);
         EXPECT_EQ(node->subpath(), subpath);
         EXPECT_EQ(node->_indent(), indent) << subpath;
@@ -70,26 +53,14 @@ TEST(FileNode, PathsAreTakenApart) {
         node->xml(xml);
         EXPECT_NE(xml.find("name='" + std::string(name) + "'"), std::string::npos);
     }
-    const auto node = makeNode("a/b");
-    node->setRootpath("/other/");
-    EXPECT_EQ(node->getFilePath(), "/other//a/b");
+    for (const std::size_t length : {22U, 23U, 24U, 5000U, 3U}) {
+        const std::string path = "d/" + std::string(length, 'n');
+        node->setSubpath(path);
+        node->setRootpath("/other/");
+        EXPECT_EQ(node->getFilePath(), "/other//" + path);
+    }
     node->setSubpath("");
     EXPECT_EQ(node->getFileName(), "other");
-}
-
-TEST(FileNode, TextsSurviveEveryAssignment) {
-    const auto node = makeNode("x");
-    for (std::size_t length : {0U, 1U, 15U, 22U, 23U, 24U, 25U, 255U, 5000U, 3U}) {
-        const std::string path = std::string(length % 100, 'd') + "/" + std::string(length, 'n');
-        node->setSubpath(path);
-        EXPECT_EQ(node->subpath(), path);
-        node->setRootpath("/" + std::to_string(length));
-        EXPECT_EQ(node->subpath(), path);
-    }
-    node->setUid(NSNumber(std::numeric_limits<std::uint64_t>::max()));
-    EXPECT_EQ(node->uid().stringValue(), "18446744073709551615");
-    node->setUid(NSNumber(-1));
-    EXPECT_EQ(node->uid(), NSNumber(-1));
 }
 
 TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {
@@ -113,28 +84,6 @@ TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {
     EXPECT_DEATH((void)node->getFileSizeFormatted(), Missing);
     std::string xml;
     EXPECT_DEATH(node->xml(xml), Missing);
-}
-
-TEST(FileNode, OnlyDirectoriesExpand) {
-    const auto folder = makeNode<Folder>("a");
-    const auto inner = makeNode<Folder>("a/b");
-    const auto plain = makeNode("a/x");
-    folder->children = {inner, plain};
-    folder->setExpanded(true);
-    EXPECT_TRUE(folder->_expanded() && inner->_expanded());
-    EXPECT_FALSE(plain->_expanded());
-    plain->setExpanded(true);
-    EXPECT_FALSE(plain->_expanded());
-
-    inner->set_expanded(false);
-    FileList list;
-    folder->makeExpandedList(folder, list);
-    ASSERT_EQ(list.size(), 3U);
-    EXPECT_EQ(list[1], inner);
-    list.clear();
-    folder->set_expanded(false);
-    folder->makeExpandedList(folder, list);
-    EXPECT_EQ(list.size(), 1U);
 }
 
 TEST(FileNode, ALeafKeepsItsAncestors) {
