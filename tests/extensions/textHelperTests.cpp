@@ -19,8 +19,6 @@ using namespace std::string_literals;
 
 TEST(StringValue, GivesTheBytesFromTheMostSignificantOne) {
     EXPECT_EQ(stringValue(0x61756D66), "aumf");
-    EXPECT_EQ(stringValue(0x4B56524E), "KVRN");
-    EXPECT_EQ(stringValue(0x6F765477), "ovTw");
     EXPECT_EQ(stringValue(0), "\0\0\0\0"s);
     EXPECT_EQ(stringValue(0x0A417F80), "\nA\x7FÄ");
     EXPECT_EQ(stringValue(0xDBF0CAFF), "€\uF8FF\u00A0ˇ");
@@ -30,8 +28,7 @@ TEST(UniqueName, PutsAPrefixInFrontAlsoAnEmptyOne) {
     const std::string first = uniqueName("loop");
     const std::string second = uniqueName("loop");
     EXPECT_NE(first, second);
-    EXPECT_EQ(first.substr(0, 5), "loop-");
-    EXPECT_EQ(second.substr(0, 5), "loop-");
+    EXPECT_TRUE(first.starts_with("loop-"));
     EXPECT_EQ(uniqueName("").size(), uniqueName(std::nullopt).size() + 1);
     EXPECT_EQ(uniqueName("").front(), '-');
     EXPECT_NE(uniqueName(std::nullopt).front(), '-');

@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/foundation/MacRoman.hpp"
-#include "platform/foundation/ProcessInfo.hpp"
 #include "platform/foundation/checked.hpp"
 #include "platform/foundation/random.hpp"
 
@@ -13,11 +11,6 @@
 
 using namespace platform;
 
-TEST(MacRoman, DecodesEveryHalfOfTheSet) {
-    const unsigned char bytes[] = {'a', 0x00, 0x80, 0xDB, 0xF0, 0xCA, 0xFF};
-    EXPECT_EQ(decodeMacRoman(bytes), std::string("a\0", 2) + "\u00C4\u20AC\uF8FF\u00A0\u02C7");
-}
-
 TEST(Random, DrawsEveryNumberOfAClosedRange) {
     std::set<std::int64_t> seen;
     for (int i = 0; i < 5000; ++i) seen.insert(randomInteger(1, 80));
@@ -25,12 +18,6 @@ TEST(Random, DrawsEveryNumberOfAClosedRange) {
     EXPECT_EQ(*seen.begin(), 1);
     EXPECT_EQ(*seen.rbegin(), 80);
     EXPECT_DEATH((void)randomInteger(2, 1), "lowerBound");
-}
-
-TEST(ProcessInfo, UniqueStringsDiffer) {
-    const auto& info = ProcessInfo::processInfo();
-    EXPECT_NE(info.globallyUniqueString(), info.globallyUniqueString());
-    EXPECT_EQ(info.processName(), "test_foundation");
 }
 
 TEST(Checked, OverflowIsFatal) {
