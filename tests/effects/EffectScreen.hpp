@@ -4,31 +4,19 @@
 // Shows an effect's screen in a real window and looks at its pixels. Main thread.
 #pragma once
 
-#include "platform/ui/UIView.private.hpp"
-#include "platform/ui/UIViewController.hpp"
-#include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/toolkit.hpp"
+#include "shared/Common/Extensions/pinToSuperviewEdges.hpp"
 #include "tests/effects/Rendering.hpp"
+#include "tests/ui/toolkitFixture.hpp"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gdk/x11/gdkx.h>
-#include <gtk/gtk.h>
 #include <map>
 #include <optional>
 
 namespace platform::test {
 
-class ScreenTest : public testing::Test {
-  protected:
-    static void SetUpTestSuite() {
-        static const bool isStarted = [] {
-            startToolkit();
-            return true;
-        }();
-        (void)isStarted;
-    }
-};
+using platform::testing::ToolkitTest;
 
 /// Ask for the unit's screen and wait for the answer.
 inline std::shared_ptr<UIViewController> requestScreen(AUAudioUnit& unit) {
@@ -48,34 +36,19 @@ inline std::shared_ptr<UIViewController> requestScreen(AUAudioUnit& unit) {
 class EffectScreen {
   public:
     EffectScreen(const std::shared_ptr<UIViewController>& effect, int width, int height)
-        : _display(XOpenDisplay(nullptr)) {
-        _controller->setView(_panel);
-        _window->setRootViewController(_controller);
-        _panel->addSubview(effect->view());
-        _effect = effect->view();
-        _effect->setTranslatesAutoresizingMaskIntoConstraints(false);
-        NSLayoutConstraint::activateConstraints(
-            {_effect->topAnchor().constraintEqualToAnchor(_panel->topAnchor()),
-             _effect->leadingAnchor().constraintEqualToAnchor(_panel->leadingAnchor()),
-             _effect->bottomAnchor().constraintEqualToAnchor(_panel->bottomAnchor()),
-             _effect->trailingAnchor().constraintEqualToAnchor(_panel->trailingAnchor())});
-        _window->makeKeyAndVisible();
-        resize(width, height);
+        : _shown(width, height)
+        , _effect(effect->view())
+        , _display(XOpenDisplay(nullptr)) {
+        panel().addSubview(_effect);
+        tonewright::pinToSuperviewEdges(*_effect);
     }
-    ~EffectScreen() {
-        _window->close();
-        XCloseDisplay(_display);
-    }
+    ~EffectScreen() { XCloseDisplay(_display); }
     EffectScreen(const EffectScreen&) = delete;
     EffectScreen& operator=(const EffectScreen&) = delete;
 
-    void resize(int width, int height) {
-        gtk_window_set_default_size(GTK_WINDOW(widgetOf(*_window)), width, height);
-        EXPECT_TRUE(
-            waitUntil([&] { return _panel->bounds().width == width && _panel->bounds().height == height; }));
-    }
-    [[nodiscard]] UIView& panel() { return *_panel; }
-    [[nodiscard]] UIView& effect() { return *_effect; }
+    void resize(int width, int height) const { _shown.resize(width, height); }
+    [[nodiscard]] UIView& panel() const { return *_shown.view; }
+    [[nodiscard]] UIView& effect() const { return *_effect; }
 
     /// Give the window that has the keyboard.
     [[nodiscard]] Window focusedWindow() const {
@@ -89,13 +62,14 @@ class EffectScreen {
     void focusWindow() const {
         XSetInputFocus(_display, topLevel(), RevertToParent, CurrentTime);
         XSync(_display, False);
-        EXPECT_TRUE(waitUntil([&] { return gtk_window_is_active(GTK_WINDOW(widgetOf(*_window))) != FALSE; }));
+        EXPECT_TRUE(
+            waitUntil([&] { return gtk_window_is_active(GTK_WINDOW(widgetOf(*_shown.window))) != FALSE; }));
     }
 
     struct Socket {
         Window window = None, child = None;
-        int x = 0, y = 0, width = 0, height = 0;                     // in the top level
-        int childX = 0, childY = 0, childWidth = 0, childHeight = 0; // in the socket
+        CGRect place;      // in the top level
+        CGRect childPlace; // in the socket
         bool isVisible = false;
     };
     /// Find the effect's X window; absent when the top level has none.
@@ -104,19 +78,15 @@ class EffectScreen {
         found.window = firstChild(topLevel());
         if (found.window == None) return std::nullopt;
         XWindowAttributes attributes{};
-        XGetWindowAttributes(_display, found.window, &attributes);
-        found.x = attributes.x;
-        found.y = attributes.y;
-        found.width = attributes.width;
-        found.height = attributes.height;
+        const auto placeOf = [&](Window window) {
+            XGetWindowAttributes(_display, window, &attributes);
+            return CGRect{static_cast<double>(attributes.x), static_cast<double>(attributes.y),
+                          static_cast<double>(attributes.width), static_cast<double>(attributes.height)};
+        };
+        found.place = placeOf(found.window);
         found.isVisible = attributes.map_state == IsViewable;
         found.child = firstChild(found.window);
-        if (found.child != None && XGetWindowAttributes(_display, found.child, &attributes) != 0) {
-            found.childX = attributes.x;
-            found.childY = attributes.y;
-            found.childWidth = attributes.width;
-            found.childHeight = attributes.height;
-        }
+        if (found.child != None) found.childPlace = placeOf(found.child);
         return found;
     }
 
@@ -125,8 +95,8 @@ class EffectScreen {
         std::map<unsigned long, int> counts;
         const auto place = socket();
         if (!place || !place->isVisible) return counts;
-        XImage* image = XGetImage(_display, place->window, 0, 0, static_cast<unsigned>(place->width),
-                                  static_cast<unsigned>(place->height), AllPlanes, ZPixmap);
+        XImage* image = XGetImage(_display, place->window, 0, 0, static_cast<unsigned>(place->place.width),
+                                  static_cast<unsigned>(place->place.height), AllPlanes, ZPixmap);
         if (image == nullptr) return counts;
         for (int y = 0; y < image->height; ++y)
             for (int x = 0; x < image->width; ++x) ++counts[XGetPixel(image, x, y) & 0xffffff];
@@ -136,7 +106,7 @@ class EffectScreen {
 
   private:
     [[nodiscard]] Window topLevel() const {
-        return gdk_x11_surface_get_xid(gtk_native_get_surface(gtk_widget_get_native(widgetOf(*_panel))));
+        return gdk_x11_surface_get_xid(gtk_native_get_surface(gtk_widget_get_native(widgetOf(panel()))));
     }
     [[nodiscard]] Window firstChild(Window window) const {
         Window root = None, parent = None, *children = nullptr;
@@ -153,11 +123,9 @@ class EffectScreen {
         return first;
     }
 
-    Display* _display;
-    std::shared_ptr<UIWindow> _window = std::make_shared<UIWindow>();
-    std::shared_ptr<UIViewController> _controller = std::make_shared<UIViewController>();
-    std::shared_ptr<UIView> _panel = std::make_shared<UIView>();
+    platform::testing::ShownWindow _shown;
     std::shared_ptr<UIView> _effect;
+    Display* _display;
 };
 
 } // namespace platform::test

@@ -40,22 +40,18 @@ inline bool waitUntil(const std::function<bool()>& done) {
     return true;
 }
 
+inline ComponentProvider& provider() {
+    return *AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
+}
+
 /// Give the unit of an installed plug-in, or null when it made none.
 inline std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri) {
-    const auto provider = AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
-    auto made = provider->instantiate({{}, "", "", uri});
+    auto made = provider().instantiate({{}, "", "", uri});
     if (!made) {
         ADD_FAILURE() << made.error().localizedDescription();
         return nullptr;
     }
     return made.value();
-}
-
-/// Give why a plug-in makes no unit.
-inline std::string reasonOf(const std::string& uri) {
-    const auto provider = AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
-    const auto made = provider->instantiate({{}, "", "", uri});
-    return made ? std::string() : made.error().localizedDescription();
 }
 
 /// One processor with its planes: feeds a sine of 440 Hz, another phase in each channel, block by block.

@@ -30,10 +30,10 @@ TEST(Host, RunsStereoAndTellsItsParameters) {
     EXPECT_TRUE(parameters[0].isWritable);
     EXPECT_FALSE(parameters[1].isWritable);
 
-    Rendering rendering(*unit, 48000, 256);
+    Rendering rendering(*unit, 48000, 20000); // plug-ins are told less: the host cuts such a block
     const auto gain = addressOf(*unit, "gain");
     unit->setParameterValue(gain, 0.25F);
-    for (const std::uint32_t frames : {256U, 1U, 64U, 255U}) {
+    for (const std::uint32_t frames : {20000U, 1U, 64U, 255U}) {
         rendering.block(frames);
         for (std::size_t channel = 0; channel < 2; ++channel)
             for (std::size_t i = 0; i < frames; ++i)
@@ -49,14 +49,6 @@ TEST(Host, RunsStereoAndTellsItsParameters) {
     unit->setParameterValue(12345, 1);
     EXPECT_EQ(unit->parameterValue(gain), 4.0F);
     EXPECT_EQ(unit->parameterValue(12345), 0.0F);
-}
-
-TEST(Host, CutsBlocksThatAreLongerThanPlugInsAreTold) {
-    const auto unit = makeUnit("urn:tonewright:test:gain");
-    ASSERT_TRUE(unit);
-    Rendering rendering(*unit, 48000, 20000);
-    rendering.block();
-    EXPECT_EQ(rendering.out(1), rendering.in(1));
 }
 
 TEST(Host, MapsOtherNumbersOfChannels) {
@@ -91,16 +83,6 @@ TEST(Host, IsSilentWhileReleased) {
     EXPECT_EQ(rendering.out(0), rendering.in(0));
 }
 
-TEST(Host, KeepsSettingsWhenTheRateChanges) {
-    const auto unit = makeUnit("urn:tonewright:test:stateful");
-    ASSERT_TRUE(unit);
-    unit->setCurrentPreset(AUAudioUnitPreset(0, "any"));
-    const auto before = unit->fullState();
-    EXPECT_NE(std::string(before.begin(), before.end()).find("from the preset"), std::string::npos);
-    Rendering rendering(*unit, 44100, 64);
-    EXPECT_EQ(unit->fullState(), before);
-}
-
 TEST(Host, SavesAndRestoresEverything) {
     const auto unit = makeUnit("urn:tonewright:test:stateful");
     ASSERT_TRUE(unit);
@@ -111,6 +93,9 @@ TEST(Host, SavesAndRestoresEverything) {
     EXPECT_EQ(unit->currentPreset(), AUAudioUnitPreset(0, "Text"));
     EXPECT_EQ(unit->parameterValue(factor), 3.0F);
     const auto preset = unit->fullState();
+    EXPECT_NE(std::string(preset.begin(), preset.end()).find("from the preset"), std::string::npos);
+    const Rendering atAnotherRate(*unit, 44100, 64);
+    EXPECT_EQ(unit->fullState(), preset);
     EXPECT_FALSE(unit->setFullState(initial));
     EXPECT_FALSE(unit->currentPreset());
     EXPECT_EQ(unit->parameterValue(factor), 1.0F);
@@ -181,20 +166,14 @@ TEST(Host, MayBeChangedWhileItRuns) {
     audio.join();
 }
 
-TEST(Host, PassesWhatIsNoNumber) { // the engine silences it, for every kind of node
-    const auto unit = makeUnit("urn:tonewright:test:notnumbers");
-    ASSERT_TRUE(unit);
-    Rendering rendering(*unit, 48000, 16);
-    rendering.block();
-    EXPECT_TRUE(std::isnan(rendering.out(0)[0]));
-    EXPECT_TRUE(std::isinf(rendering.out(1)[0]));
-}
-
 TEST(Host, MakesNoUnitOfABrokenPlugIn) {
-    EXPECT_NE(reasonOf("urn:tonewright:test:missinglibrary").find("absent.so"), std::string::npos);
-    EXPECT_NE(reasonOf("urn:tonewright:test:noinstance").find("made no instance"), std::string::npos);
-    EXPECT_NE(reasonOf("urn:tonewright:test:unknownfeature").find("urn:tonewright:test:no-such-feature"),
-              std::string::npos);
-    EXPECT_NE(reasonOf("urn:tonewright:test:unknownport").find("Strange"), std::string::npos);
-    EXPECT_NE(reasonOf("urn:tonewright:test:nowhere").find("not installed"), std::string::npos);
+    for (const auto& [name, reason] : {std::pair{"missinglibrary", "absent.so"},
+                                       {"noinstance", "made no instance"},
+                                       {"unknownfeature", "urn:tonewright:test:no-such-feature"},
+                                       {"unknownport", "Strange"},
+                                       {"nowhere", "not installed"}}) {
+        const auto made = provider().instantiate({{}, "", "", std::string("urn:tonewright:test:") + name});
+        ASSERT_FALSE(made) << name;
+        EXPECT_NE(made.error().localizedDescription().find(reason), std::string::npos) << name;
+    }
 }

@@ -45,16 +45,21 @@ class Receiver {
 
 constexpr std::uint32_t Count = 6, Size = 7; // ports of the fixture
 
+// A plug-in that sends bursts, and what it hears.
+class Burst : public testing::Test {
+  protected:
+    void SetUp() override { unit->setMIDIOutputEventBlock(receiver.block()); }
+
+    Receiver receiver; // outlives the unit, which may be about to call it
+    const std::shared_ptr<AUAudioUnit> unit = makeUnit("urn:tonewright:test:burst");
+    Rendering rendering{*unit, 48000, 512};
+};
+
 } // namespace
 
-TEST(MIDIOutput, LosesNoneOfABurst) {
+TEST_F(Burst, LosesNoEvent) {
     constexpr int Events = 50000;
-    const auto unit = makeUnit("urn:tonewright:test:burst");
-    ASSERT_TRUE(unit);
     EXPECT_EQ(unit->MIDIOutputNames(), std::vector<std::string>{"Midi out"});
-    Receiver receiver;
-    unit->setMIDIOutputEventBlock(receiver.block());
-    Rendering rendering(*unit, 48000, 512);
     rendering.block();
     unit->setParameterValue(Count, Events);
     rendering.block();
@@ -68,12 +73,7 @@ TEST(MIDIOutput, LosesNoneOfABurst) {
     }
 }
 
-TEST(MIDIOutput, KeepsTheTrueLength) {
-    const auto unit = makeUnit("urn:tonewright:test:burst");
-    ASSERT_TRUE(unit);
-    Receiver receiver;
-    unit->setMIDIOutputEventBlock(receiver.block());
-    Rendering rendering(*unit, 48000, 512);
+TEST_F(Burst, KeepsTheTrueLength) {
     unit->setParameterValue(Size, -1);
     unit->setParameterValue(Count, 500);
     rendering.block();
@@ -122,12 +122,7 @@ TEST(MIDIOutput, BlockMayBeReplacedAlsoFromInside) {
     EXPECT_FALSE(delivery.isWanted());
 }
 
-TEST(MIDIInput, ReachesTheEffect) {
-    const auto unit = makeUnit("urn:tonewright:test:burst"); // which sends back what it hears
-    ASSERT_TRUE(unit);
-    Receiver receiver;
-    unit->setMIDIOutputEventBlock(receiver.block());
-    Rendering rendering(*unit, 48000, 64);
+TEST_F(Burst, SendsBackWhatItHears) {
     const std::vector<std::uint8_t> note{0x90, 60, 100}, sysex{0xf0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xf7};
     EXPECT_TRUE(unit->sendMIDIEvent(note));
     EXPECT_TRUE(unit->sendMIDIEvent(sysex));

@@ -35,16 +35,7 @@ constexpr Subject Subjects[] = {
     {"http://drobilla.net/plugins/fomp/reverb", false, false, false},
 };
 
-class Packaged : public testing::TestWithParam<Subject> {
-  protected:
-    static void SetUpTestSuite() {
-        static const bool isStarted = [] {
-            startToolkit();
-            return true;
-        }();
-        (void)isStarted;
-    }
-};
+class Packaged : public ToolkitTest, public ::testing::WithParamInterface<Subject> {};
 
 void renderSeconds(Rendering& rendering, double seconds, float& loudest) {
     const auto blocks = static_cast<int>(seconds * 48000 / 256);
@@ -112,11 +103,12 @@ TEST_P(Packaged, MakesSoundKeepsStateAndShowsItself) {
     screen.resize(900, 700);
     EXPECT_TRUE(waitUntil([&] {
         const auto socket = screen.socket();
-        return socket && socket->isVisible && socket->width == 900 && socket->height == 700 && isPicture();
+        return socket && socket->isVisible && socket->place.width == 900 && socket->place.height == 700 &&
+               isPicture();
     }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Effects, Packaged, testing::ValuesIn(Subjects), [](const auto& subject) {
+INSTANTIATE_TEST_SUITE_P(Effects, Packaged, ::testing::ValuesIn(Subjects), [](const auto& subject) {
     std::string name = subject.param.uri;
     name.erase(std::remove_if(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }),
                name.end());

@@ -31,27 +31,34 @@ GtkWidget* find(GtkWidget* root, Predicate predicate) {
     return found;
 }
 
+// A fixture's screen in a window of 400 by 300.
+struct Opened {
+    explicit Opened(const std::string& name)
+        : unit(makeUnit("urn:tonewright:test:" + name)) {}
+    std::shared_ptr<AUAudioUnit> unit;
+    std::shared_ptr<UIViewController> controller = requestScreen(*unit);
+    EffectScreen screen{controller, 400, 300};
+};
+
 } // namespace
 
-using Interface = ScreenTest;
-using PlainInterface = ScreenTest;
+using Interface = ToolkitTest;
+using PlainInterface = ToolkitTest;
 
 TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
-    const auto unit = makeUnit("urn:tonewright:test:gain");
-    ASSERT_TRUE(unit);
-    const auto controller = requestScreen(*unit);
-    ASSERT_TRUE(controller);
-    EffectScreen screen(controller, 400, 300);
+    const Opened opened("gain");
+    const auto& [unit, controller, screen] = opened;
     const auto fills = [&](int width, int height) {
         const auto socket = screen.socket();
-        return socket && socket->isVisible && socket->width == width && socket->height == height &&
-               socket->childX == 0 && socket->childWidth == width && socket->childHeight == height;
+        return socket && socket->isVisible && socket->place.width == width &&
+               socket->place.height == height &&
+               socket->childPlace == CGRect{0, 0, socket->place.width, socket->place.height};
     };
     EXPECT_TRUE(waitUntil([&] { return fills(400, 300); }));
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] == 400 * 300; }));
-    for (const std::pair<int, int>& size : {std::pair{640, 480}, {301, 121}, {400, 300}}) {
-        screen.resize(size.first, size.second);
-        EXPECT_TRUE(waitUntil([&] { return fills(size.first, size.second); })) << size.first;
+    for (const int width : {640, 301, 400}) {
+        screen.resize(width, width - 100);
+        EXPECT_TRUE(waitUntil([&] { return fills(width, width - 100); })) << width;
     }
     screen.effect().setHidden(true);
     EXPECT_TRUE(waitUntil([&] { return !screen.socket()->isVisible; }));
@@ -71,17 +78,14 @@ TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
     view->setFrame({-100, 20, 300, 120}); // partly outside: cut off, not squeezed
     EXPECT_TRUE(waitUntil([&] {
         const auto socket = screen.socket();
-        return socket && socket->isVisible && socket->width == 200 && socket->height == 120 &&
-               socket->childX == -100 && socket->childWidth == 300;
+        return socket && socket->isVisible && socket->place.width == 200 && socket->place.height == 120 &&
+               socket->childPlace.x == -100 && socket->childPlace.width == 300;
     }));
 }
 
 TEST_F(Interface, HearsOfValuesAndSetsThem) {
-    const auto unit = makeUnit("urn:tonewright:test:gain");
-    ASSERT_TRUE(unit);
-    const auto controller = requestScreen(*unit);
-    ASSERT_TRUE(controller);
-    EffectScreen screen(controller, 400, 300);
+    const Opened opened("gain");
+    const auto& [unit, controller, screen] = opened;
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
     unit->setParameterValue(GainPort, 0.5F);
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Blue] > 0; }));
@@ -90,11 +94,8 @@ TEST_F(Interface, HearsOfValuesAndSetsThem) {
 }
 
 TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
-    const auto unit = makeUnit("urn:tonewright:test:gain");
-    ASSERT_TRUE(unit);
-    const auto controller = requestScreen(*unit);
-    ASSERT_TRUE(controller);
-    EffectScreen screen(controller, 400, 300);
+    const Opened opened("gain");
+    const auto& [unit, controller, screen] = opened;
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
     GtkWidget* area = widgetOf(*controller->view());
     const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
@@ -142,21 +143,21 @@ TEST_F(Interface, ThatFailsGivesNoController) {
     for (const char* name : {"failinginterface", "missinginterface"}) {
         const auto unit = makeUnit(std::string("urn:tonewright:test:") + name);
         ASSERT_TRUE(unit);
-        testing::internal::CaptureStderr();
+        ::testing::internal::CaptureStderr();
         EXPECT_FALSE(requestScreen(*unit));
-        EXPECT_NE(testing::internal::GetCapturedStderr().find(name), std::string::npos);
-        testing::internal::CaptureStderr();
+        EXPECT_NE(::testing::internal::GetCapturedStderr().find(name), std::string::npos);
+        ::testing::internal::CaptureStderr();
         EXPECT_FALSE(requestScreen(*unit)); // and again
-        (void)testing::internal::GetCapturedStderr();
+        (void)::testing::internal::GetCapturedStderr();
     }
 }
 
 TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
     const auto unit = makeUnit("urn:tonewright:test:demandinginterface");
     ASSERT_TRUE(unit);
-    testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStderr();
     const auto controller = requestScreen(*unit);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
     ASSERT_TRUE(controller);
     EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*controller->view())));
 }
@@ -170,15 +171,12 @@ TEST_F(Interface, ThatNeverAnswersIsNamed) {
             const auto unit = makeUnit("urn:tonewright:test:hanginginterface");
             (void)requestScreen(*unit);
         },
-        testing::KilledBySignal(SIGALRM), "hanginginterface#ui does not answer");
+        ::testing::KilledBySignal(SIGALRM), "hanginginterface#ui does not answer");
 }
 
 TEST_F(PlainInterface, ShowsAndSetsParametersAndPresets) {
-    const auto unit = makeUnit("urn:tonewright:test:stateful");
-    ASSERT_TRUE(unit);
-    const auto controller = requestScreen(*unit);
-    ASSERT_TRUE(controller);
-    EffectScreen screen(controller, 400, 300);
+    const Opened opened("stateful");
+    const auto& [unit, controller, screen] = opened;
     GtkWidget* root = widgetOf(*controller->view());
     GtkWidget* slider = find(root, [](GtkWidget* widget) { return GTK_IS_SCALE(widget); });
     GtkWidget* menu = find(root, [](GtkWidget* widget) { return GTK_IS_DROP_DOWN(widget); });
