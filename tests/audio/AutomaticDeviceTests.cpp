@@ -279,9 +279,8 @@ TEST(SilentDevice, AsksAtThePaceOfTheClock) {
 
 TEST(AVAudioEngineDeathTest, TheProgramMayEndWhileItPlays) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    TemporaryFolder folder;
     const auto playAndExit = [&] {
-        const auto file = makeFile(folder.path("pass.wav"), countingSound(2, 500), 48000);
+        const auto file = makeFile(countingSound(2, 500), 48000);
         const auto client = AVAudioEngine::create(std::make_shared<SilentDevice>());
         const auto player = AVAudioPlayerNode::create();
         client->attachNode(player);

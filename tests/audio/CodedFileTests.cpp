@@ -6,7 +6,6 @@
 #include "tools/loops/encode/LoopEncoder.hpp"
 
 #include <cmath>
-#include <fstream>
 
 using namespace platform;
 using namespace tonewright::test;
@@ -30,20 +29,14 @@ Sound encode(const Coded& coded, const std::string& path) {
     return sound;
 }
 
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-Sound playPasses(const std::string& path, std::size_t frames, int passes, std::uint32_t block = 256) {
+Sound playPasses(const std::string& path, std::size_t frames, int passes) {
     const auto file = AVAudioFile::open(URL::fileURLWithPath(path));
     if (!file) {
         ADD_FAILURE() << file.error().localizedDescription();
         return {};
     }
-    const AVAudioFormat format = file.value()->processingFormat();
     EXPECT_EQ(file.value()->lengthFrames(), static_cast<std::int64_t>(frames));
-    OfflineEngine offline(format, block);
+    OfflineEngine offline(file.value()->processingFormat());
     offline.loop(file.value(), passes);
     offline.start();
     return offline.render(frames * static_cast<std::size_t>(passes));
@@ -62,9 +55,9 @@ double decibels(const std::vector<float>& a, const std::vector<float>& b) {
 } // namespace
 
 TEST(CodedFile, EveryPassIsTheSameToTheFrame) {
-    TemporaryFolder folder;
+    const Scratch folder;
     for (const Coded& coded : {Coded{44100, 2, 44100}, Coded{44100, 2, 45001}, Coded{48000, 1, 9999}}) {
-        const std::string path = folder.path("coded.m4a");
+        const std::string path = folder / "coded.m4a";
         const Sound exact = encode(coded, path);
         constexpr int Passes = 20;
         const Sound heard = playPasses(path, coded.frames, Passes);
@@ -76,16 +69,16 @@ TEST(CodedFile, EveryPassIsTheSameToTheFrame) {
 }
 
 TEST(CodedFile, WhatIsMissingInADamagedFileIsSilentAndTheRestStandsWhereItStood) {
-    TemporaryFolder folder;
-    const std::string path = folder.path("damaged.m4a");
+    const Scratch folder;
+    const std::string path = folder / "damaged.m4a";
     const Coded coded{44100, 2, 60000};
     static_cast<void>(encode(coded, path));
     const Sound whole = playPasses(path, coded.frames, 1);
-    std::string bytes = bytesOf(path);
+    std::string bytes = contentOf(path);
     const std::size_t data = bytes.find("mdat");
     ASSERT_NE(data, std::string::npos);
     for (std::size_t i = data + bytes.size() / 3; i < data + bytes.size() / 3 + 600; ++i) bytes[i] = '\xff';
-    std::ofstream(path, std::ios::binary) << bytes;
+    (void)folder.file("damaged.m4a", bytes);
     const Sound damaged = playPasses(path, coded.frames, 2);
     EXPECT_GT(firstDifference(damaged, whole), 5000U);
     std::vector<float> tail(damaged[0].begin() + 55000, damaged[0].begin() + 60000);
@@ -94,19 +87,14 @@ TEST(CodedFile, WhatIsMissingInADamagedFileIsSilentAndTheRestStandsWhereItStood)
 }
 
 TEST(CodedFile, ATruncatedFileKeepsItsLengthOrIsAnError) {
-    TemporaryFolder folder;
-    const std::string path = folder.path("cut.m4a");
+    const Scratch folder;
+    const std::string path = folder / "cut.m4a";
     const Coded coded{44100, 2, 60000};
     static_cast<void>(encode(coded, path));
-    const std::string bytes = bytesOf(path);
-    int playable = 0;
+    const std::string bytes = contentOf(path);
     for (std::size_t part = 1; part < 16; ++part) {
-        std::ofstream(path, std::ios::binary) << bytes.substr(0, bytes.size() * part / 16);
-        const auto file = AVAudioFile::open(URL::fileURLWithPath(path));
-        if (!file) continue;
-        ++playable;
-        const Sound heard = playPasses(path, coded.frames, 2);
-        EXPECT_EQ(heard[0].size(), 2 * coded.frames);
+        (void)folder.file("cut.m4a", bytes.substr(0, bytes.size() * part / 16));
+        if (AVAudioFile::open(URL::fileURLWithPath(path)))
+            static_cast<void>(playPasses(path, coded.frames, 2)); // which looks at the length
     }
-    RecordProperty("playable", playable);
 }

@@ -5,25 +5,14 @@
 
 #include "tests/support/wavFile.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 
 namespace tonewright::test {
 
 using namespace platform;
-
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tonewright-test.XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    _path = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(_path, ignored);
-}
 
 Sound countingSound(std::uint32_t channels, std::size_t frames) {
     Sound sound(channels, std::vector<float>(frames));
@@ -42,18 +31,25 @@ Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t fr
     return sound;
 }
 
-std::shared_ptr<AVAudioFile> makeFile(const std::string& path, const Sound& sound, std::uint32_t rate) {
+void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate) {
     std::vector<float> interleaved;
-    interleaved.reserve(sound.size() * sound[0].size());
     for (std::size_t i = 0; i < sound[0].size(); ++i)
         for (const std::vector<float>& plane : sound) interleaved.push_back(plane[i]);
     writeWav(path, rate, static_cast<std::uint16_t>(sound.size()), interleaved);
-    auto file = AVAudioFile::open(URL::fileURLWithPath(path));
-    if (!file) {
-        ADD_FAILURE() << file.error().localizedDescription();
-        return nullptr;
-    }
-    return file.value();
+}
+
+std::shared_ptr<AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate) {
+    const Scratch folder;
+    writeSound(folder / "sound.wav", sound, rate);
+    auto file = AVAudioFile::open(URL::fileURLWithPath(folder / "sound.wav"));
+    if (!file) ADD_FAILURE() << file.error().localizedDescription();
+    return file ? file.value() : nullptr;
+}
+
+bool isSilent(const Sound& sound) {
+    return std::ranges::all_of(sound, [](const std::vector<float>& plane) {
+        return std::ranges::all_of(plane, [](float sample) { return sample == 0.0F; });
+    });
 }
 
 Sound repeated(const Sound& sound, std::size_t passes) {

@@ -10,10 +10,10 @@
 #include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/OfflineDevice.hpp"
+#include "tests/support/Scratch.hpp"
 
 #include <atomic>
 #include <condition_variable>
-#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -24,26 +24,15 @@ namespace tonewright::test {
 
 using Sound = std::vector<std::vector<float>>; // one vector for each channel
 
-/// A folder that goes with the test.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    [[nodiscard]] std::string path(const std::string& name) const { return (_path / name).string(); }
-
-  private:
-    std::filesystem::path _path;
-};
-
 /// Give samples of which no two neighbours, and no two channels, are alike: a frame out of place is seen.
 [[nodiscard]] Sound countingSound(std::uint32_t channels, std::size_t frames);
 /// Give a sine.
 [[nodiscard]] Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames);
-/// Write `sound` as a wav file of floats and open it.
-[[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const std::string& path, const Sound& sound,
-                                                              std::uint32_t rate);
+/// Write `sound` as a wav file of floats.
+void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate);
+/// Write such a file, open it and remove it: what is open goes on playing.
+[[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate = 44100);
+[[nodiscard]] bool isSilent(const Sound& sound);
 /// Give `passes` copies of `sound`, one behind the other.
 [[nodiscard]] Sound repeated(const Sound& sound, std::size_t passes);
 /// Give the index of the first frame in which they differ; the shorter length if there is none.
