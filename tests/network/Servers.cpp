@@ -5,7 +5,6 @@
 
 #include <arpa/inet.h>
 #include <cstdlib>
-#include <future>
 #include <libsoup/soup.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -80,65 +79,47 @@ void handle(SoupServer*, SoupServerMessage* message, const char* path, GHashTabl
 
 } // namespace
 
-class HTTPServer::Loop {
-  public:
-    explicit Loop(const std::string& certificate) {
-        std::promise<std::string> base;
-        auto ready = base.get_future();
-        _thread = std::thread([this, certificate, &base] { run(certificate, base); });
-        _base = ready.get();
+HTTPServer::HTTPServer(const std::string& certificate)
+    : _context(g_main_context_new())
+    , _loop(g_main_loop_new(_context, FALSE)) {
+    const bool isSecure = !certificate.empty();
+    g_main_context_push_thread_default(_context); // on which the server answers
+    SoupServer* server = soup_server_new(nullptr, nullptr);
+    if (isSecure) {
+        GTlsCertificate* tls = g_tls_certificate_new_from_file(certificate.c_str(), nullptr);
+        soup_server_set_tls_certificate(server, tls);
+        g_object_unref(tls);
     }
-    ~Loop() {
-        g_main_context_invoke(
-            _context,
-            [](gpointer loop) -> gboolean {
-                g_main_loop_quit(static_cast<GMainLoop*>(loop));
-                return G_SOURCE_REMOVE;
-            },
-            _loop);
-        _thread.join();
-        g_main_loop_unref(_loop);
-        g_main_context_unref(_context);
-    }
-    [[nodiscard]] const std::string& base() const { return _base; }
-
-  private:
-    void run(const std::string& certificate, std::promise<std::string>& base) {
-        _context = g_main_context_new();
-        _loop = g_main_loop_new(_context, FALSE);
+    soup_server_add_handler(server, nullptr, handle, nullptr, nullptr);
+    const int options = SOUP_SERVER_LISTEN_IPV4_ONLY | (isSecure ? SOUP_SERVER_LISTEN_HTTPS : 0);
+    soup_server_listen_local(server, 0, static_cast<SoupServerListenOptions>(options), nullptr);
+    g_main_context_pop_thread_default(_context);
+    GSList* uris = soup_server_get_uris(server);
+    _base = (isSecure ? "https://127.0.0.1:" : "http://127.0.0.1:") +
+            std::to_string(g_uri_get_port(static_cast<GUri*>(uris->data)));
+    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    _thread = std::thread([this, server] {
         g_main_context_push_thread_default(_context);
-        SoupServer* server = soup_server_new(nullptr, nullptr);
-        if (!certificate.empty()) {
-            GTlsCertificate* tls = g_tls_certificate_new_from_file(certificate.c_str(), nullptr);
-            soup_server_set_tls_certificate(server, tls);
-            if (tls != nullptr) g_object_unref(tls);
-        }
-        soup_server_add_handler(server, nullptr, handle, nullptr, nullptr);
-        soup_server_listen_local(server, 0,
-                                 static_cast<SoupServerListenOptions>(
-                                     SOUP_SERVER_LISTEN_IPV4_ONLY |
-                                     (certificate.empty() ? 0 : static_cast<int>(SOUP_SERVER_LISTEN_HTTPS))),
-                                 nullptr);
-        GSList* uris = soup_server_get_uris(server);
-        base.set_value((certificate.empty() ? "http://127.0.0.1:" : "https://127.0.0.1:") +
-                       std::to_string(uris != nullptr ? g_uri_get_port(static_cast<GUri*>(uris->data)) : 0));
-        g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
         g_main_loop_run(_loop);
         soup_server_disconnect(server);
         g_object_unref(server);
         g_main_context_pop_thread_default(_context);
-    }
+    });
+}
 
-    GMainContext* _context = nullptr;
-    GMainLoop* _loop = nullptr;
-    std::thread _thread;
-    std::string _base;
-};
-
-HTTPServer::HTTPServer(const std::string& certificate)
-    : _loop(std::make_unique<Loop>(certificate))
-    , _base(_loop->base()) {}
-HTTPServer::~HTTPServer() = default;
+HTTPServer::~HTTPServer() {
+    GSource* end = g_idle_source_new(); // waits also for a loop that does not run yet
+    const auto quit = [](gpointer loop) -> gboolean {
+        g_main_loop_quit(static_cast<GMainLoop*>(loop));
+        return G_SOURCE_REMOVE;
+    };
+    g_source_set_callback(end, quit, _loop, nullptr);
+    g_source_attach(end, _context);
+    g_source_unref(end);
+    _thread.join();
+    g_main_loop_unref(_loop);
+    g_main_context_unref(_context);
+}
 
 BadServer::BadServer(std::function<void(int)> answer)
     : _answer(std::move(answer))

@@ -5,9 +5,8 @@
 // its own and ends with its object.
 #pragma once
 
-#include <atomic>
 #include <functional>
-#include <memory>
+#include <glib.h>
 #include <string>
 #include <thread>
 
@@ -34,9 +33,10 @@ class HTTPServer {
     }
 
   private:
-    class Loop;
-    std::unique_ptr<Loop> _loop;
+    GMainContext* _context;
+    GMainLoop* _loop;
     std::string _base;
+    std::thread _thread;
 };
 
 /// Accepts connections, reads each one's request, and leaves the rest to `answer`.
