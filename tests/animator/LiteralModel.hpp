@@ -39,16 +39,6 @@ inline std::int64_t plus(std::int64_t a, std::int64_t b) {
 using Timer = std::shared_ptr<void>; // what keeps an owner
 inline std::vector<std::shared_ptr<Timer>> runLoop;
 
-inline std::shared_ptr<Timer> schedule(std::shared_ptr<void> owner) {
-    return runLoop.emplace_back(std::make_shared<Timer>(std::move(owner)));
-}
-// The owner may go with its timer: nothing is touched after that.
-inline void invalidate(std::shared_ptr<Timer>& timer) {
-    if (!timer) return;
-    const auto gone = std::exchange(timer, nullptr);
-    runLoop.erase(std::find(runLoop.begin(), runLoop.end(), gone));
-}
-
 template <class... Arguments>
 void call(const std::function<void(Arguments...)>& callback, std::type_identity_t<Arguments>... arguments) {
     const auto copy = callback;
@@ -62,7 +52,13 @@ class Timed : public std::enable_shared_from_this<Timed> {
     Timed(const Timed&) = delete;
     Timed& operator=(const Timed&) = delete;
 
-    virtual void start() { _timer = schedule(shared_from_this()); }
+    virtual void start() { _timer = runLoop.emplace_back(std::make_shared<Timer>(shared_from_this())); }
+    // Gives itself, for it might else go with its timer.
+    std::shared_ptr<Timed> stopTimer() {
+        auto self = shared_from_this();
+        if (_timer) runLoop.erase(std::find(runLoop.begin(), runLoop.end(), std::exchange(_timer, nullptr)));
+        return self;
+    }
 
     std::shared_ptr<Timer> _timer;
 };
@@ -117,8 +113,7 @@ class Animator : public Timed {
     }
     virtual bool isFinished() { return _frames < 0; }
     virtual void stop() {
-        const auto self = shared_from_this();
-        invalidate(_timer);
+        const auto self = stopTimer();
         _step = 0;
         _frames = -1;
         looped = false;
@@ -191,13 +186,11 @@ class AnimatorStack : public Timed {
         stop();
     }
     virtual void reset() {
-        const auto self = shared_from_this();
-        invalidate(_timer);
+        const auto self = stopTimer();
         const Members gone = std::exchange(_animators, {});
     }
 
     Members _animators;
-    float interval = 0.005F;
     std::function<void(AnimatorStack&, Animator&)> onAnimation, onRemovedItem;
     std::function<void(AnimatorStack&)> onFinished;
 };
@@ -223,8 +216,7 @@ class AnimatorChain : public Timed {
         return nullptr;
     }
     virtual void stop() {
-        const auto self = shared_from_this();
-        invalidate(_timer);
+        const auto self = stopTimer();
         _currentIndex = 0;
     }
     virtual void setBackwards(bool direction) { _direction = direction ? -1 : 1; }
@@ -259,7 +251,6 @@ class AnimatorChain : public Timed {
 
     Members _animators;
     std::int64_t _currentIndex = 0, _direction = 1;
-    float interval = 0.005F;
     bool async = false;
     std::function<void(AnimatorChain&, Animator&)> onAnimation;
     std::function<void(AnimatorChain&)> onFinished;
@@ -294,8 +285,7 @@ class AnimationSequencer : public Timed {
         animate();
     }
     virtual void stop() {
-        const auto self = shared_from_this();
-        invalidate(_timer);
+        const auto self = stopTimer();
         _currentIndex = 0;
         _currentFrame = 0;
     }
@@ -351,7 +341,6 @@ class AnimationSequencer : public Timed {
     Members _animators, _animatedItems;
     std::int64_t _currentIndex = 0;
     bool _suspended = false;
-    float interval = 0.005F;
     std::function<void(AnimationSequencer&, Animator&)> onAnimation;
     std::function<void(AnimationSequencer&)> onFinished;
 
@@ -386,8 +375,7 @@ class Impulse : public Timed {
         _maxVal = max;
     }
     virtual void stop() {
-        const auto self = shared_from_this();
-        invalidate(_timer);
+        const auto self = stopTimer();
         _frames = -1;
         _step = 0;
         _amount = 0;

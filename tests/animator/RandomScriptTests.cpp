@@ -154,37 +154,32 @@ void compare(const std::vector<std::string>& expected, const std::vector<std::st
     ASSERT_EQ(expected.size(), actual.size());
 }
 
-void runSeeds(Plan plan, std::uint64_t first, std::uint64_t count, int& fatal) {
-    for (plan.seed = first; plan.seed < first + count; ++plan.seed) {
-        SCOPED_TRACE("seed " + std::to_string(plan.seed));
-        const Outcome expected = runLiterally(plan);
-        if (expected.fatal) {
-            ++fatal;
-            bool aborted = false;
-            const auto lines = runEngineToItsEnd(plan, aborted);
-            ASSERT_TRUE(aborted);
-            compare(expected.lines, lines);
-        } else {
-            compare(expected.lines, runEngine(plan));
-        }
-        if (testing::Test::HasFatalFailure()) return;
-    }
+void runSeed(const Plan& plan, int& fatal) {
+    SCOPED_TRACE("seed " + std::to_string(plan.seed));
+    const Outcome expected = runLiterally(plan);
+    if (!expected.fatal) return compare(expected.lines, runEngine(plan));
+    ++fatal;
+    bool aborted = false;
+    const auto lines = runEngineToItsEnd(plan, aborted);
+    ASSERT_TRUE(aborted);
+    compare(expected.lines, lines);
+}
+
+// Runs a script for each of many seeds; gives how many ended fatally.
+int runSeeds(Plan plan, std::uint64_t first, std::uint64_t count) {
+    int fatal = 0;
+    for (plan.seed = first; plan.seed < first + count && !testing::Test::HasFatalFailure(); ++plan.seed)
+        runSeed(plan, fatal);
+    return fatal;
 }
 
 } // namespace
 
 TEST(RandomScripts, FewAnimatorsInManyPlaces) {
-    int fatal = 0;
-    runSeeds({.steps = 120, .animators = 4, .misuse = true}, 1, 1500, fatal);
-    EXPECT_GT(fatal, 10); // some scripts must have reached the fatal cases
+    EXPECT_GT(runSeeds({.steps = 120, .animators = 4, .misuse = true}, 1, 1500), 10);
 }
 
-TEST(RandomScripts, ManyAnimators) {
-    int fatal = 0;
-    runSeeds({.steps = 400, .animators = 30}, 100'000, 200, fatal);
-}
-
-TEST(RandomScripts, LongLives) {
-    int fatal = 0;
-    runSeeds({.steps = 4000, .animators = 60}, 200'000, 12, fatal);
+TEST(RandomScripts, ManyAnimatorsAndLongLives) {
+    runSeeds({.steps = 400, .animators = 30}, 100'000, 200);
+    runSeeds({.steps = 4000, .animators = 60}, 200'000, 12);
 }

@@ -14,7 +14,7 @@ from urllib.parse import quote
 
 sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
 from cases import BUILD, main  # noqa: E402
-from screen import X, XK, Controls, Screen, display, xtest  # noqa: E402
+from screen import X, XK, Controls, Screen, xtest  # noqa: E402
 
 PROBE = BUILD / "bin" / "tests" / "dialog_probe"
 CONFIRMED, CANCELED, NOTHING = "Alert was confirmed.", "Alert was canceled.", "The document picker was canceled."
@@ -34,13 +34,7 @@ def until(condition, act=lambda: None) -> None:
 
 
 class Display(Screen):
-    """The virtual display alone, without accessibility."""
-
-    def __init__(self):
-        self.x = display.Display()
-
-    def close(self) -> None:
-        self.x.close()
+    """The virtual display, with keys pressed together."""
 
     def press(self, *keys: str) -> None:
         codes = [self.x.keysym_to_keycode(XK.string_to_keysym(KEYS.get(key, key))) for key in keys]

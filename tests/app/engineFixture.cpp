@@ -5,15 +5,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 
 namespace tonewright::test {
-
-platform::URL EngineFixture::rawFile(const std::string& name, const std::string& bytes) {
-    const auto path = (_directory / name).string();
-    std::ofstream(path, std::ios::binary) << bytes;
-    return platform::URL::fileURLWithPath(path, false);
-}
 
 std::vector<float> EngineFixture::render(int frames) {
     return device->render(static_cast<std::uint64_t>(frames)).front();

@@ -10,12 +10,11 @@
 #include "platform/dispatch/RunLoop.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/InProcessEffect.hpp"
+#include "tests/support/Scratch.hpp"
 #include "tests/support/wavFile.hpp"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace tonewright::test {
@@ -36,9 +35,7 @@ class RecordingDelegate final : public AUEnginePlayerDelegate {
 
 class EngineFixture : public testing::Test {
   protected:
-    EngineFixture()
-        : _directory(std::filesystem::temp_directory_path() / ("engine-" + std::to_string(::getpid()))) {
-        std::filesystem::create_directories(_directory);
+    EngineFixture() {
         platform::setSharedOutputDevice(device);
         player = std::make_shared<AUEnginePlayer>();
         player->delegate = delegate;
@@ -48,16 +45,17 @@ class EngineFixture : public testing::Test {
         runMainQueue();
         platform::AVAudioSession::sharedInstance().setFaults({});
         platform::setSharedOutputDevice(nullptr);
-        std::filesystem::remove_all(_directory);
     }
 
     /// Write a stereo file of constant `value`, and give its location.
-    platform::URL constantFile(const std::string& name, int frames, float value) {
-        const auto path = (_directory / name).string();
+    platform::URL constantFile(const std::string& name, int frames, float value) const {
+        const std::string path = scratch / name;
         writeWav(path, 48000, 2, std::vector<float>(static_cast<std::size_t>(frames) * 2, value));
         return platform::URL::fileURLWithPath(path, false);
     }
-    platform::URL rawFile(const std::string& name, const std::string& bytes);
+    platform::URL rawFile(const std::string& name, const std::string& bytes) const {
+        return platform::URL::fileURLWithPath(scratch.file(name, bytes), false);
+    }
 
     /// Render until `done`, with the main queue running; give what was heard on the left.
     std::vector<float> renderUntil(const std::function<bool()>& done, double timeoutSeconds = 20);
@@ -70,13 +68,11 @@ class EngineFixture : public testing::Test {
         return output.take();
     }
 
+    const Scratch scratch;
     CapturedOutput output;
     std::shared_ptr<platform::OfflineDevice> device = std::make_shared<platform::OfflineDevice>();
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     std::shared_ptr<AUEnginePlayer> player;
-
-  private:
-    std::filesystem::path _directory;
 };
 
 /// Tell whether `lines` hold each of `wanted`, in that order, others between them allowed.
