@@ -24,10 +24,9 @@ using tonewright::EnumEasing;
 
 struct Fatal {};
 
-inline std::string printed;
-inline void print(const char* line) {
-    printed += line;
-    printed += '\n';
+inline std::vector<std::string> lines;
+inline void print(const std::string& line) {
+    lines.push_back(line);
 }
 
 inline std::int64_t plus(std::int64_t a, std::int64_t b) {

@@ -43,10 +43,9 @@ class Script {
     using Impulse = typename World::Impulse;
 
   public:
-    Script(const Plan& plan, std::function<void(std::string)> write)
+    explicit Script(const Plan& plan)
         : _plan(plan)
         , _random(plan.seed)
-        , _write(std::move(write))
         , _alive(World::classCount())
         , _animators(plan.animators)
         , _stacks(2)
@@ -75,11 +74,7 @@ class Script {
         }
     }
 
-    void say(const std::string& what) {
-        const std::string lines = World::takePrinted();
-        if (!lines.empty()) _write("printed: " + lines);
-        _write(what);
-    }
+    void say(const std::string& what) { World::say(what); }
     std::string name(const void* object) {
         const auto place = _names.find(object);
         return place == _names.end() ? "?" : std::to_string(place->second);
@@ -375,7 +370,6 @@ class Script {
 
     Plan _plan;
     std::mt19937_64 _random;
-    std::function<void(std::string)> _write;
     std::int64_t _alive; // before the script
     std::unordered_map<const void*, int> _names;
     int _nextName = 0;
