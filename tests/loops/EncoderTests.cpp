@@ -5,6 +5,7 @@
 
 #include "DecodedLoop.hpp"
 #include "SeamError.hpp"
+#include "tests/support/Scratch.hpp"
 #include "tools/loops/encode/LoopEncoder.hpp"
 
 #include <cmath>
@@ -29,23 +30,14 @@ Pcm hum(std::size_t frames, int rate, std::size_t channels) {
     return pcm;
 }
 
-struct Shape {
-    std::size_t frames;
-    int rate;
-    std::size_t channels;
-};
-
-class Encoded : public testing::TestWithParam<Shape> {};
+class Encoded : public testing::TestWithParam<std::tuple<std::size_t, int, std::size_t>> {};
 
 TEST_P(Encoded, LoopsExactly) {
     quietEncoder();
-    const Pcm pcm = hum(GetParam().frames, GetParam().rate, GetParam().channels);
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("tonewright-encoder-" + std::to_string(GetParam().frames) +
-                                                  "-" + std::to_string(GetParam().channels) + ".m4a");
-    ASSERT_EQ(encodeLoop(pcm, "A Hum", file), std::nullopt);
-    const DecodedLoop decoded = decodeLoop(file);
-    std::filesystem::remove(file);
+    const Pcm pcm = std::apply(hum, GetParam());
+    const test::Scratch folder;
+    ASSERT_EQ(encodeLoop(pcm, "A Hum", folder / "hum.m4a"), std::nullopt);
+    const DecodedLoop decoded = decodeLoop(folder / "hum.m4a");
     ASSERT_EQ(decoded.fault, "");
     EXPECT_EQ(decoded.title, "A Hum");
     EXPECT_EQ(decoded.rate, pcm.rate);
@@ -57,9 +49,9 @@ TEST_P(Encoded, LoopsExactly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Lengths, Encoded,
-                         testing::Values(Shape{90112, 44100, 2}, // a whole number of blocks
-                                         Shape{90113, 44100, 2}, Shape{90111, 48000, 2},
-                                         Shape{89601, 44100, 1}));
+                         testing::Values(std::tuple{90112, 44100, 2}, // a whole number of blocks
+                                         std::tuple{90113, 44100, 2}, std::tuple{90111, 48000, 2},
+                                         std::tuple{89601, 44100, 1}));
 
 TEST(Encoder, SaysWhyItCannotWrite) {
     const auto fault = encodeLoop(hum(90000, 44100, 1), "", "/nonexistent/folder/1.m4a");
