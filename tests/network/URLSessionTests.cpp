@@ -24,7 +24,7 @@ namespace {
 
 // What a completion was told.
 struct Outcome {
-    std::string content; // its first thousand bytes
+    std::string content; // if it was not a file
     std::size_t size = 0;
     bool hasContent = false;
     bool isRight = true; // a file's content is what the server sends
@@ -44,10 +44,13 @@ struct Outcome {
         }
         if (failed) error = failed->localizedDescription();
     }
-    void read(const std::string& path) {
-        hasContent = true;
-        location = path;
-        std::ifstream file(path, std::ios::binary);
+    void take(const URLData& data) {
+        size = data.size();
+        content.assign(reinterpret_cast<const char*>(data.data()), size);
+    }
+    void take(const URL& temporary) {
+        location = temporary.path();
+        std::ifstream file(location, std::ios::binary);
         EXPECT_TRUE(file.good());
         std::vector<char> piece(1 << 20);
         while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
@@ -71,34 +74,25 @@ Outcome waitFor(const std::shared_ptr<URLSessionTask>& task, std::future<Outcome
     return future.get();
 }
 
+auto tellTo(const std::shared_ptr<std::promise<Outcome>>& promise) {
+    return [promise](const auto& content, const auto& response, const auto& error) {
+        Outcome outcome(response, error);
+        outcome.hasContent = content.has_value();
+        if (content) outcome.take(*content);
+        promise->set_value(outcome);
+    };
+}
+
 Outcome fetch(const URLRequest& what) {
     const auto promise = std::make_shared<std::promise<Outcome>>();
-    return waitFor(
-        URLSession::create(URLSessionConfiguration::defaultSessionConfiguration())
-            ->dataTaskWithRequest(what,
-                                  [promise](const auto& data, const auto& response, const auto& error) {
-                                      Outcome outcome(response, error);
-                                      outcome.hasContent = data.has_value();
-                                      if (data) {
-                                          outcome.size = data->size();
-                                          outcome.content.assign(reinterpret_cast<const char*>(data->data()),
-                                                                 std::min<std::size_t>(data->size(), 1000));
-                                      }
-                                      promise->set_value(outcome);
-                                  }),
-        promise->get_future());
+    const auto session = URLSession::create(URLSessionConfiguration::defaultSessionConfiguration());
+    return waitFor(session->dataTaskWithRequest(what, tellTo(promise)), promise->get_future());
 }
 
 Outcome download(const URLRequest& what) {
     const auto promise = std::make_shared<std::promise<Outcome>>();
-    return waitFor(URLSession::sharedSession()->downloadTaskWithRequest(
-                       what,
-                       [promise](const auto& location, const auto& response, const auto& error) {
-                           Outcome outcome(response, error);
-                           if (location) outcome.read(location->path());
-                           promise->set_value(outcome);
-                       }),
-                   promise->get_future());
+    const auto session = URLSession::sharedSession();
+    return waitFor(session->downloadTaskWithRequest(what, tellTo(promise)), promise->get_future());
 }
 
 // The completion has told what it saw; its file goes right after it.
