@@ -123,6 +123,20 @@ class Help(unittest.TestCase):
         self.screen.press_key("Escape")
         self.wait_main_screen(program, main_screen)
 
+    def test_missing_engine_is_told_in_its_place(self):
+        tree = Tree()
+        self.addCleanup(tree.remove)
+        (tree.root / "lib/tonewright/libtonewright-web.so").unlink()
+        program = self.start(tree)
+        main_screen = self.screen.picture(program.window)
+        for _ in range(2):
+            self.screen.press_keys("Alt_L", "h")
+            self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != main_screen, axis=2)) > 0.01,
+                      "nothing is said of it")
+            self.screen.press_key("Escape")
+            self.wait_main_screen(program, main_screen)
+        self.assertEqual(program.errors().count("The web engine cannot be opened: "), 1)
+
     def test_missing_manual_is_fatal(self):
         program = self.start(self.tree_with_manual(None))
         self.screen.press_keys("Alt_L", "h")
