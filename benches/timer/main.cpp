@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Timers at four intervals, one after the other, beside GLib's and Qt's: how late the firings are against the
-// grid of the first date, how many are lost, how far the last has drifted. And what ten thousand armed, idle
-// timers cost. Argument: seconds per run (10).
+// Timers at four intervals, one after the other, beside a bare loop, GLib's and Qt's: how late the firings
+// are against the grid of the first date, how many are lost, how far the last has drifted. And what ten
+// thousand armed, idle timers cost. Argument: seconds per run (10).
 #include "benches/support/measure.hpp"
 #include "benches/timer/peers.hpp"
 #include "platform/dispatch/RunLoop.hpp"
@@ -82,8 +82,10 @@ int main(int argc, char** argv) {
         const char* name;
         bench::Dates (*run)(double, double);
     };
-    constexpr Subject Subjects[] = {
-        {"tonewright", tonewrightDates}, {"g_timeout", bench::glibDates}, {"qt", bench::qtDates}};
+    constexpr Subject Subjects[] = {{"tonewright", tonewrightDates},
+                                    {"bare", bench::bareDates},
+                                    {"g_timeout", bench::glibDates},
+                                    {"qt", bench::qtDates}};
     for (const double milliseconds : {0.5, 1.0, 5.0, 16.0})
         for (const Subject& subject : Subjects) {
             const double interval = milliseconds / 1e3;

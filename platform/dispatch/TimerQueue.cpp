@@ -77,6 +77,7 @@ TimerQueue& TimerQueue::current() {
 
 TimerQueue::TimerQueue()
     : _armedDate(Never)
+    , _askedDate(Never)
     , _descriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
     if (_descriptor == -1) fatal(std::string("No timer: ") + std::strerror(errno));
     static GSourceFuncs functions = {Source::prepare, Source::check, Source::dispatch,
@@ -113,8 +114,18 @@ void TimerQueue::remove(const Timer& timer) {
     const auto node = _timers.extract(Key(timer._date, timer._number));
 }
 
+// Woken a little before the first date, wait for it; another sleep would end late.
+std::int64_t TimerQueue::waitForDate(std::int64_t now) {
+    if (_askedDate != Never) _lead.learn(now - _askedDate);
+    if (_timers.empty()) return now;
+    const std::int64_t date = _timers.begin()->first.first;
+    if (date - now <= WakeLead::Longest)
+        while (now < date) now = steadyNanoseconds();
+    return now;
+}
+
 void TimerQueue::fireDue() {
-    const std::int64_t now = steadyNanoseconds();
+    const std::int64_t now = waitForDate(steadyNanoseconds());
     std::vector<std::shared_ptr<Timer>> due;
     while (!_timers.empty() && _timers.begin()->first.first <= now) {
         auto node = _timers.extract(_timers.begin());
@@ -148,11 +159,12 @@ void TimerQueue::arm() {
 
 // Setting the descriptor also clears that it has expired, so that it need not be read.
 void TimerQueue::armAt(std::int64_t date) {
-    _armedDate = date;
+    _armedDate = _askedDate = date;
     itimerspec setting{};
     if (date != Never) {
-        setting.it_value.tv_sec = date / NanosecondsPerSecond;
-        setting.it_value.tv_nsec = date % NanosecondsPerSecond;
+        _askedDate -= _lead.forSleepOf(date - steadyNanoseconds());
+        setting.it_value.tv_sec = _askedDate / NanosecondsPerSecond;
+        setting.it_value.tv_nsec = _askedDate % NanosecondsPerSecond;
     }
     ::timerfd_settime(_descriptor, TFD_TIMER_ABSTIME, &setting, nullptr);
 }

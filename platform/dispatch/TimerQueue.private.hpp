@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
+#include "platform/dispatch/WakeLead.private.hpp"
 
 #include <cstdint>
 #include <glib.h>
@@ -43,10 +44,13 @@ class TimerQueue {
     void fire(Timer& timer);
     void arm();
     void armAt(std::int64_t date);
+    [[nodiscard]] std::int64_t waitForDate(std::int64_t now);
 
     Timers _timers;
     std::uint64_t _nextNumber = 0;
-    std::int64_t _armedDate; // what the descriptor is set to
+    std::int64_t _armedDate; // what the descriptor is set for
+    std::int64_t _askedDate; // what it is set to: sooner by the lead
+    WakeLead _lead;
     int _descriptor;
     GSource* _source;
 };
