@@ -79,14 +79,11 @@ class Probe:
 
     def dialogs(self, count: int) -> list:
         """Wait until exactly `count` dialogs stand there; give them in the order of their coming."""
-        end = time.monotonic() + 30
-        while True:
-            found = [w for w in self.screen.windows(self.process.pid) if w.id != self.main.id]
-            if len(found) == count:
-                return sorted(found, key=lambda window: window.id)
-            if time.monotonic() > end:
-                raise AssertionError(f"{len(found)} dialogs instead of {count}")
-            time.sleep(0.02)
+        def found() -> list:
+            return [window for window in self.screen.windows(self.process.pid) if window.id != self.main.id]
+
+        until(lambda: len(found()) == count)
+        return sorted(found(), key=lambda window: window.id)
 
     def shows(self, window) -> bool:
         return window.id in (shown.id for shown in self.screen.windows(self.process.pid))

@@ -22,11 +22,8 @@ std::string expected(std::int64_t seconds) {
     std::tm local{};
     ::localtime_r(&moment, &local);
     char text[64];
-    const int hour = local.tm_hour % 12 == 0 ? 12 : local.tm_hour % 12;
-    static constexpr const char* Months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    std::snprintf(text, sizeof text, "%s %d, %lld at %d:%02d:%02d %s", Months[local.tm_mon], local.tm_mday,
-                  1900LL + local.tm_year, hour, local.tm_min, local.tm_sec, local.tm_hour < 12 ? "AM" : "PM");
+    const char* format = "%b %-d, %-Y at %-I:%M:%S %p"; // the C library's "-" is no standard one
+    std::strftime(text, sizeof text, format, &local);
     return text;
 }
 
