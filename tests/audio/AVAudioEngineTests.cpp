@@ -31,18 +31,14 @@ double worstErrorAgainstSine(const std::vector<float>& heard, double frequency, 
 TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
     const Sound pass = countingSound(2, 5000);
     OfflineEngine offline;
-    const auto unit = std::make_shared<TestUnit>();
     std::vector<std::int64_t> times;
     times.reserve(100);
-    unit->testProcessor->work = [&](const float* const* in, float* const* out, std::uint32_t frames,
-                                    std::int64_t time) {
-        times.push_back(time);
+    const auto unit = offline.insertWork([&](const Block& block) {
+        times.push_back(block.time);
         for (int c = 0; c < 2; ++c)
-            for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = -in[c][i];
-    };
-    offline.insert(unit);
-    offline.loop(makeFile(pass), 1);
-    offline.start();
+            for (std::uint32_t i = 0; i < block.frames; ++i) block.out[c][i] = -block.in[c][i];
+    });
+    offline.play(pass, 1);
     Sound heard = offline.render(5000);
     for (auto& plane : heard)
         for (float& sample : plane) sample = -sample;
@@ -66,8 +62,7 @@ TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
 
 TEST(AVAudioEngine, GraphEdits) {
     OfflineEngine offline;
-    offline.loop(makeFile(countingSound(2, 5000)), 100);
-    offline.start();
+    offline.play(countingSound(2, 5000), 100);
     AVAudioEngine& engine = *offline.engine;
     EXPECT_FALSE(isSilent(offline.render(256)));
 
@@ -149,10 +144,8 @@ TEST(AVAudioEngine, EditsWhileAnotherThreadRenders) {
 
 TEST(AVAudioEngine, ConvertsTheRateOverSeams) {
     // A whole number of periods in each pass: over the seams the sine runs on, if the converter does.
-    struct Case {
-        double fileRate, deviceRate;
-    };
-    for (const auto [fileRate, deviceRate] : {Case{44100, 48000}, Case{48000, 44100}, Case{22050, 48000}}) {
+    for (const auto& [fileRate, deviceRate] :
+         {std::pair{44100., 48000.}, {48000., 44100.}, {22050., 48000.}}) {
         const auto frames = static_cast<std::size_t>(fileRate) / 10;
         OfflineEngine offline({deviceRate, 2});
         const auto file = makeFile(sine(1000, fileRate, 2, frames), static_cast<std::uint32_t>(fileRate));
@@ -171,15 +164,13 @@ TEST(AVAudioEngine, ConvertsChannels) {
     const Sound stereo = countingSound(2, 1000);
     {
         OfflineEngine offline({44100, 2});
-        offline.loop(makeFile(mono), 1);
-        offline.start();
+        offline.play(mono, 1);
         const Sound heard = offline.render(1000);
         EXPECT_EQ(heard[0], mono[0]);
         EXPECT_EQ(heard[1], mono[0]);
     }
     OfflineEngine offline({44100, 1});
-    offline.loop(makeFile(stereo), 1);
-    offline.start();
+    offline.play(stereo, 1);
     const Sound heard = offline.render(1000);
     ASSERT_EQ(heard.size(), 1U);
     for (std::size_t i = 0; i < 1000; ++i) ASSERT_FLOAT_EQ(heard[0][i], 0.5F * (stereo[0][i] + stereo[1][i]));
@@ -201,8 +192,7 @@ TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
     OfflineEngine offline({44100, 2});
     const auto unit = std::make_shared<TestUnit>();
     offline.insert(unit);
-    offline.loop(makeFile(sine(1000, 44100, 2, 44100)), 10);
-    offline.start();
+    offline.play(sine(1000, 44100, 2, 44100), 10);
     static_cast<void>(offline.render(4410));
     EXPECT_EQ(unit->testProcessor->rate, 44100);
     offline.device->setFormat({48000, 2});
@@ -226,14 +216,11 @@ TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
 
 TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
     OfflineEngine offline;
-    const auto unit = std::make_shared<TestUnit>();
     std::atomic<float> poison{std::numeric_limits<float>::quiet_NaN()};
-    unit->testProcessor->work = [&](const float* const* in, float* const* out, std::uint32_t frames,
-                                    std::int64_t) {
-        for (int c = 0; c < 2; ++c) std::copy_n(in[c], frames, out[c]);
-        out[1][frames / 2] = poison;
-    };
-    offline.insert(unit);
+    offline.insertWork([&](const Block& block) {
+        for (int c = 0; c < 2; ++c) std::copy_n(block.in[c], block.frames, block.out[c]);
+        block.out[1][block.frames / 2] = poison;
+    });
     offline.loop(makeFile(countingSound(2, 5000)), 5);
     testing::internal::CaptureStderr();
     offline.start();
@@ -261,15 +248,12 @@ TEST(AVAudioEngine, AnEffectThatCannotBeMadeReadyIsSilent) {
 
 TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
     OfflineEngine offline;
-    const auto unit = std::make_shared<TestUnit>();
     volatile float result = 1;
-    unit->testProcessor->work = [&](const float* const*, float* const* out, std::uint32_t frames,
-                                    std::int64_t) {
+    offline.insertWork([&](const Block& block) {
         volatile float tiny = std::numeric_limits<float>::min();
         result = tiny * 0.5F;
-        for (int c = 0; c < 2; ++c) std::fill_n(out[c], frames, 0.0F);
-    };
-    offline.insert(unit);
+        for (int c = 0; c < 2; ++c) std::fill_n(block.out[c], block.frames, 0.0F);
+    });
     offline.start();
     static_cast<void>(offline.render(256));
     EXPECT_EQ(result, 0.0F);
@@ -281,13 +265,10 @@ TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
 TEST(AVAudioEngineDeathTest, TheDetectorSeesAnAllocationOnTheAudioThread) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     OfflineEngine offline;
-    const auto unit = std::make_shared<TestUnit>();
-    unit->testProcessor->work = [](const float* const*, float* const* out, std::uint32_t frames,
-                                   std::int64_t) {
-        const std::vector<float> forbidden(frames);
-        for (int c = 0; c < 2; ++c) std::copy_n(forbidden.data(), frames, out[c]);
-    };
-    offline.insert(unit);
+    offline.insertWork([](const Block& block) {
+        const std::vector<float> forbidden(block.frames);
+        for (int c = 0; c < 2; ++c) std::copy_n(forbidden.data(), block.frames, block.out[c]);
+    });
     offline.start();
     EXPECT_DEATH(static_cast<void>(offline.render(256)), "RealtimeSanitizer|Real-time violation");
 }

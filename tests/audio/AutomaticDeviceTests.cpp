@@ -181,20 +181,6 @@ TEST_F(AutomaticDeviceTest, AServerThatNeverPlaysIsReplacedUntilItDoes) {
               "The sound server doesn't play; playing silently until that changes.\n");
 }
 
-TEST_F(AutomaticDeviceTest, WithNoServerAtAllItIsSaidOnceHoweverOftenItIsStarted) {
-    testing::internal::CaptureStderr();
-    server.present = false;
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_FALSE(device->open());
-        ASSERT_FALSE(device->start(client));
-        EXPECT_TRUE(goesOn());
-        device->stop();
-        device->close();
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "No sound server and no sound card answers; playing silently until that changes.\n");
-}
-
 TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {
     server.refuses = true;
     const auto refused = device->open();

@@ -93,9 +93,9 @@ void TestProcessor::release() noexcept {
 
 void TestProcessor::process(const float* const* in, float* const* out, std::uint32_t frames,
                             std::int64_t sampleTime) noexcept {
-    if (work) return work(in, out, frames, sampleTime);
-    for (std::uint32_t c = 0; c < outputs; ++c)
-        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = c < inputs ? 0.5F * in[c][i] : 0.0F;
+    if (work) return work({in, out, frames, sampleTime});
+    for (std::uint32_t c = 0; c < 2; ++c)
+        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = 0.5F * in[c][i];
 }
 
 OfflineEngine::OfflineEngine(AVAudioFormat format, std::uint32_t blockFrames)
@@ -123,6 +123,18 @@ void OfflineEngine::insert(const std::shared_ptr<AVAudioNode>& node) {
     engine->disconnectNodeInput(engine->mainMixerNode());
     engine->connect(player, node, std::nullopt);
     engine->connect(node, engine->mainMixerNode(), std::nullopt);
+}
+
+std::shared_ptr<TestUnit> OfflineEngine::insertWork(std::function<void(const Block&)> work) {
+    auto unit = std::make_shared<TestUnit>();
+    unit->testProcessor->work = std::move(work);
+    insert(unit);
+    return unit;
+}
+
+void OfflineEngine::play(const Sound& pass, int passes) {
+    loop(makeFile(pass), passes);
+    start();
 }
 
 void OfflineEngine::start() {

@@ -50,19 +50,25 @@ class Signal {
     int _raised = 0;
 };
 
+/// What a processor is given.
+struct Block {
+    const float* const* in;
+    float* const* out;
+    std::uint32_t frames;
+    std::int64_t time;
+};
+
 /// A processor of stereo sound.
 class TestProcessor final : public platform::NodeProcessor {
   public:
-    std::uint32_t inputs = 2;
-    std::uint32_t outputs = 2;
-    std::function<void(const float* const*, float* const*, std::uint32_t, std::int64_t)> work; // null: halve
+    std::function<void(const Block&)> work; // null: halve
     std::atomic<double> rate{0};
     std::atomic<int> allocations{0};
     std::atomic<int> releases{0};
     std::optional<platform::Error> failure;
 
-    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return inputs; }
-    [[nodiscard]] std::uint32_t outputChannels() const noexcept override { return outputs; }
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return 2; }
+    [[nodiscard]] std::uint32_t outputChannels() const noexcept override { return 2; }
     [[nodiscard]] std::optional<platform::Error> allocate(double sampleRate,
                                                           std::uint32_t maximumFrames) override;
     void release() noexcept override;
@@ -90,7 +96,11 @@ struct OfflineEngine {
     void loop(const std::shared_ptr<platform::AVAudioFile>& file, int passes);
     /// Put `node` between player and mixer.
     void insert(const std::shared_ptr<platform::AVAudioNode>& node);
+    /// Put a unit there that does this work.
+    std::shared_ptr<TestUnit> insertWork(std::function<void(const Block&)> work);
     void start();
+    /// Start with `passes` passes of a sound.
+    void play(const Sound& pass, int passes);
     [[nodiscard]] Sound render(std::size_t frames) { return device->render(frames); }
 
     std::shared_ptr<platform::OfflineDevice> device;

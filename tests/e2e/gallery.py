@@ -10,7 +10,7 @@ import unittest
 
 import numpy
 from program import BUILD, PATIENCE, main
-from screen import Controls, Screen
+from screen import Controls, Screen, wait_until
 
 STATUS = re.compile(r"Frame (\d+) of (\d+) · (\w+) · [\d.]+ µs a tick of (\d+) tweens")
 MOVING = (54, 133, 227)  # the colour of a dot on its way
@@ -49,13 +49,8 @@ class Gallery(unittest.TestCase):
                 return match
         raise AssertionError("the line of figures is not on the screen")
 
-    def wait_status(self, condition, why: str) -> re.Match:
-        end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
-            if condition(status := self.status()):
-                return status
-            time.sleep(0.02)
-        raise AssertionError(f"{why}; the line says {self.status().group(0)!r}")
+    def wait_status(self, condition, why: str) -> None:
+        wait_until(lambda: condition(self.status()), why, PATIENCE)
 
     def plot(self, name: str) -> numpy.ndarray:
         """Give the pixels of one curve's plot."""
@@ -94,8 +89,7 @@ class Gallery(unittest.TestCase):
     def test_curves_are_chosen_and_speeds_changed_by_mouse_and_keys(self):
         self.assertEqual(self.status()[3], "easeOutBounce")
         self.assertTrue(self.controls.has(self.controls.find("push button", "easeOutBounce"), "PRESSED"))
-        x, y, width, height = self.controls.area(self.controls.find("push button", "easeInElastic"))
-        self.screen.click(self.window, x + width // 2, y + height // 2)
+        self.screen.click(self.window, *self.controls.middle("easeInElastic"))
         self.wait_status(lambda status: status[3] == "easeInElastic", "the click chose nothing")
         self.assertFalse(self.controls.has(self.controls.find("push button", "easeOutBounce"), "PRESSED"))
         for key in ("Right", "space"):  # to the next curve
@@ -113,28 +107,19 @@ class Gallery(unittest.TestCase):
             return dot[0] if dot else None
 
         area = self.controls.area(self.controls.find("push button", "Flick"))
-        end = time.monotonic() + PATIENCE
-        while ball() is not None and time.monotonic() < end:
-            time.sleep(0.05)
-        self.assertIsNone(ball(), "the ball did not come to rest")
+        wait_until(lambda: ball() is None, "the ball did not come to rest", PATIENCE)
         self.screen.press_key("f")
         seen = set()
-        while len(seen) < 5 and time.monotonic() < end:
-            if (x := ball()) is not None:
-                seen.add(round(x))
-        self.assertGreaterEqual(len(seen), 5, "the ball did not move")
+        wait_until(lambda: seen.add(ball()) or len(seen) > 5, "the ball did not move", PATIENCE)
 
     def test_it_is_resized_and_closed(self):
         for width, height in ((1400, 900), (900, 620)):
-            self.screen.resize(self.window, width, height)
-            end = time.monotonic() + PATIENCE
-            while time.monotonic() < end:
+            def fits() -> bool:
                 x, y, w, h = self.controls.area(self.controls.find("push button", "easeOutInBounce"))
-                if x + w <= width and y + h <= height and w > width / 16:
-                    break
-                time.sleep(0.05)
-            else:
-                self.fail(f"the curves do not fit {width} by {height}: {(x, y, w, h)}")
+                return x + w <= width and y + h <= height and w > width / 16
+
+            self.screen.resize(self.window, width, height)
+            wait_until(fits, f"the curves do not fit {width} by {height}", PATIENCE)
         self.screen.ask_to_close(self.window)
         self.assertEqual(self.process.wait(PATIENCE), 0)
         self.assertEqual(self.process.stderr.read().decode(), "")

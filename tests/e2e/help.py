@@ -4,13 +4,12 @@
 import os
 import pathlib
 import signal
-import time
 import unittest
 
 import numpy
 
 from program import PATIENCE, Program, Tree, main
-from screen import Screen
+from screen import Screen, wait_until
 
 NAVIGATION = "navigationAction: "
 SITE = "https://tonewright.example/"
@@ -52,19 +51,20 @@ class Help(unittest.TestCase):
         return tree
 
     def wait(self, condition, what: str) -> None:
-        end = time.monotonic() + 2 * PATIENCE  # a first page waits for the media library's list of plug-ins
-        while not condition():
-            self.assertLess(time.monotonic(), end, what)
-            time.sleep(0.05)
+        wait_until(condition, what, 2 * PATIENCE)  # a first page waits for the media library's list of plug-ins
 
-    def colours(self, program: Program) -> int:
-        """Give how many colours the middle of the window shows: many for a page, few for the main screen."""
-        picture = self.screen.picture(program.window, (200, 100, 500, 400)).reshape(-1, 3)
-        return len(numpy.unique(picture, axis=0))
+    def show_manual(self, program: Program) -> None:
+        """Ask for the manual and wait until the middle of the window shows more colours than the main screen has."""
+        self.screen.press_keys("Alt_L", "h")
+        self.wait(lambda: len(numpy.unique(self.screen.picture(program.window, (200, 100, 500, 400)).reshape(-1, 3),
+                                           axis=0)) > 1000, "the manual does not come")
+
+    def changed(self, program: Program, picture: numpy.ndarray, rows: int | None = None) -> float:
+        """Give the share of the window's pixels that differ from an earlier picture."""
+        return numpy.mean(numpy.any(self.screen.picture(program.window)[:rows] != picture[:rows], axis=2))
 
     def wait_main_screen(self, program: Program, picture: numpy.ndarray) -> None:
-        self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window)[:600] != picture[:600], axis=2)) < 0.01,
-                  "the main screen does not come back")
+        self.wait(lambda: self.changed(program, picture, 600) < 0.01, "the main screen does not come back")
         self.wait(lambda: not below(program.process.pid), "a process is left behind")
 
     def test_help_info_exit_and_again(self):
@@ -76,9 +76,8 @@ class Help(unittest.TestCase):
         manual = f"file://{program.path.parent.parent}/share/tonewright/manual.pdf"
         for number in range(2):
             first = len(program.lines)
-            self.screen.press_keys("Alt_L", "h")
+            self.show_manual(program)
             program.wait_for_text(manual, after=first, count=2)
-            self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
             self.assertEqual(program.system_lines(first),
                              ["showHelp", NAVIGATION, manual, "navigationResponse: ", manual])
             if number == 0:
@@ -93,33 +92,28 @@ class Help(unittest.TestCase):
             self.assertEqual(program.system_lines(first), ["showInfo", NAVIGATION, SITE])
             self.screen.press_keys("Alt_L", "x")
             self.wait_main_screen(program, main_screen)
-        self.screen.press_keys("Alt_L", "h")
-        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        self.show_manual(program)
         self.screen.ask_to_close(program.window)
         self.assertEqual(program.wait_end(), 0, program.errors())
         self.assertFalse(pathlib.Path("/.flatpak-info").exists())
 
     def test_keys_zoom_the_manual(self):
         program = self.start()
-        self.screen.press_keys("Alt_L", "h")
-        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        self.show_manual(program)
         for keys in (("Control_L", "minus"), ("Control_L", "minus"), ("Control_L", "0")):
             before = self.screen.picture(program.window)
             self.screen.press_keys(*keys)
-            self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != before, axis=2)) > 0.05,
-                      f"{keys} change nothing")
+            self.wait(lambda: self.changed(program, before) > 0.05, f"{keys} change nothing")
 
     def test_killed_page_leaves_the_window_alive(self):
         program = self.start()
         main_screen = self.screen.picture(program.window)
-        self.screen.press_keys("Alt_L", "h")
-        self.wait(lambda: self.colours(program) > 1000, "the manual does not come")
+        self.show_manual(program)
         page = self.screen.picture(program.window)
         for process, name in below(program.process.pid).items():
             if name.startswith("WebKitWebProc"):
                 os.kill(process, signal.SIGKILL)
-        self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != page, axis=2)) > 0.3,
-                  "nothing is said of it")
+        self.wait(lambda: self.changed(program, page) > 0.3, "nothing is said of it")
         self.screen.press_key("Escape")
         self.wait_main_screen(program, main_screen)
 

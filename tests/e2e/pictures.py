@@ -59,15 +59,6 @@ class Pictures(unittest.TestCase):
                  for name in re.findall(r"docs/pictures/([\w-]+)[.]png", (SOURCE / document).read_text())}
         self.assertEqual(sorted(seen), sorted(shown))
 
-    def test_a_word_in_grey_or_a_knob_that_moved_is_noticed(self):
-        for name, area in (("start", (780, 630, 60, 38)), ("main-window", (20, 290, 84, 84))):
-            x, y, width, height = area
-            picture = kept(name)
-            changed = picture.copy()
-            part = changed[y:y + height, x:x + width]
-            changed[y:y + height, x:x + width] = part[::-1] if name == "main-window" else 255 - (255 - part) // 2
-            self.assertGreater(differences(picture, changed), ALLOWED, name)
-
 
 if __name__ == "__main__":
     main("e2e_pictures")

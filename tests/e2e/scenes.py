@@ -10,7 +10,7 @@ import time
 import numpy
 
 from program import BUILD, Program
-from screen import Controls, Screen
+from screen import Controls, Screen, wait_until
 
 # An effect without an interface of its own, from a package of tools/packages/test.txt.
 PLAIN_EFFECT = "http://drobilla.net/plugins/fomp/autowah"
@@ -36,8 +36,7 @@ class Window:
         self.controls = Controls(self.program.process.pid)
 
     def press(self, button: str) -> None:
-        x, y, width, height = self.controls.area(self.controls.wait_for("push button", button))
-        self.screen.click(self.window, x + width // 2, y + height // 2)
+        self.screen.click(self.window, *self.controls.middle(button))
 
     def still(self, area: tuple[int, int, int, int] | None = None, timeout: float = 20) -> numpy.ndarray:
         """Give the picture of a window that has come to rest: three looks in a row see the same."""
@@ -100,12 +99,8 @@ def gallery(screen: Screen) -> numpy.ndarray:
         screen.point_at(window, size.width // 2, size.height - 4)
         controls = Controls(process.pid)
         screen.press_key("r")
-        end = time.monotonic() + 20
-        while time.monotonic() < end:
-            frames = [int(found[1]) for node in controls.all() if (found := re.match(r"Frame (\d+) ", node.get_name()))]
-            if frames and frames[0] >= 70:
-                break
-            time.sleep(0.02)
+        wait_until(lambda: any(int(found[1]) >= 70 for node in controls.all()
+                               if (found := re.match(r"Frame (\d+) ", node.get_name()))))
         return screen.picture(window)
     finally:
         process.kill()

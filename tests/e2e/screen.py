@@ -16,6 +16,16 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 
+def wait_until(condition, what: str = "it did not come about", timeout: float = 30):
+    """Ask again and again until the answer counts as true; give it."""
+    end = time.monotonic() + timeout
+    while not (answer := condition()):
+        if time.monotonic() > end:
+            raise AssertionError(what)
+        time.sleep(0.02)
+    return answer
+
+
 class Screen:
     """The virtual display that this test runs on, with an accessibility bus of its own where one is asked for."""
 
@@ -31,9 +41,7 @@ class Screen:
         quiet = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
         self._buses.append(subprocess.Popen(
             ["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"], **quiet))
-        end = time.monotonic() + 10
-        while not os.path.exists(f"{directory}/a11y-session") and time.monotonic() < end:
-            time.sleep(0.02)
+        wait_until(lambda: os.path.exists(f"{directory}/a11y-session"), "no bus", 10)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = address
         for switched_off in ("GTK_A11Y", "NO_AT_BRIDGE"):
             os.environ.pop(switched_off, None)
@@ -59,12 +67,7 @@ class Screen:
         return found
 
     def wait_window(self, pid: int, timeout: float = 30):
-        end = time.monotonic() + timeout
-        while time.monotonic() < end:
-            if windows := self.windows(pid):
-                return windows[0]
-            time.sleep(0.01)
-        raise AssertionError("the program shows no window")
+        return wait_until(lambda: self.windows(pid), "the program shows no window", timeout)[0]
 
     def press_key(self, name: str) -> None:
         self.press_keys(name)
@@ -120,23 +123,20 @@ class Screen:
 class Controls:
     """What an accessibility tool sees of one process."""
 
-    def __init__(self, pid: int, timeout: float = 30):
+    def __init__(self, pid: int):
         Atspi.init()
-        end = time.monotonic() + timeout
-        self._application = None
-        while self._application is None and time.monotonic() < end:
+
+        def application():
             desktop = Atspi.get_desktop(0)
             for index in range(desktop.get_child_count()):
                 child = desktop.get_child_at_index(index)
                 try:
                     if child and child.get_process_id() == pid:
-                        self._application = child
+                        return child
                 except GLib.Error:
                     pass
-            if self._application is None:
-                time.sleep(0.05)
-        if self._application is None:
-            raise AssertionError("the program is not on the accessibility bus")
+
+        self._application = wait_until(application, "the program is not on the accessibility bus")
 
     def all(self):
         """Give every accessible of the process, parents first."""
@@ -150,22 +150,21 @@ class Controls:
             except GLib.Error:
                 continue
 
-    def find(self, role: str, name: str):
-        for node in self.all():
-            if node.get_role_name() == role and node.get_name() == name:
-                return node
-        seen = [(node.get_role_name(), node.get_name()) for node in self.all()]
-        raise AssertionError(f"no {role} called {name!r} among {seen}")
+    def called(self, role: str, name: str) -> list:
+        return [node for node in self.all() if (node.get_role_name(), node.get_name()) == (role, name)]
 
-    def wait_for(self, role: str, name: str, timeout: float = 20):
+    def find(self, role: str, name: str):
+        return wait_until(lambda: self.called(role, name), f"no {role} called {name!r}", 0)[0]
+
+    def wait_for(self, role: str, name: str):
         """Wait until a control is on the screen; give it."""
-        end = time.monotonic() + timeout
-        while time.monotonic() < end:
-            for node in self.all():
-                if node.get_role_name() == role and node.get_name() == name and self.has(node, "VISIBLE"):
-                    return node
-            time.sleep(0.05)
-        raise AssertionError(f"no {role} called {name!r} came on the screen")
+        return wait_until(lambda: [node for node in self.called(role, name) if self.has(node, "VISIBLE")],
+                          f"no {role} called {name!r} came on the screen")[0]
+
+    def middle(self, name: str) -> tuple[int, int]:
+        """Give the middle of a button that is or comes on the screen."""
+        x, y, width, height = self.area(self.wait_for("push button", name))
+        return x + width // 2, y + height // 2
 
     @staticmethod
     def area(node) -> tuple[int, int, int, int]:

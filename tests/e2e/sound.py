@@ -1,7 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What is heard: recording the test's sink, reading and writing files, and comparing sounds."""
-import os
 import pathlib
 import signal
 import subprocess
@@ -37,11 +36,10 @@ class Recording:
 def read_wav(path: pathlib.Path) -> numpy.ndarray:
     """Give the samples (frames, channels) of a float or 16-bit WAV file, also of one whose header was not finished."""
     data = path.read_bytes()
-    place, channels, width, kind = 12, 2, 4, 3
+    place, channels, width = 12, 2, 4
     while place + 8 <= len(data):
         name, size = data[place:place + 4], int.from_bytes(data[place + 4:place + 8], "little")
         if name == b"fmt ":
-            kind = int.from_bytes(data[place + 8:place + 10], "little")
             channels = int.from_bytes(data[place + 10:place + 12], "little")
             width = int.from_bytes(data[place + 22:place + 24], "little") // 8
         if name == b"data":

@@ -185,19 +185,18 @@ PanelHost::PanelHost(UridTable& urids, Options options)
     };
     handle_ = descriptor_->instantiate(descriptor_, PluginUri, bundlePath("").c_str(), write, this, &widget_,
                                        features.data());
-    if (handle_ != nullptr) {
-        idle_ = static_cast<const LV2UI_Idle_Interface*>(descriptor_->extension_data(LV2_UI__idleInterface));
-        const auto defaults = defaultValues();
-        for (std::size_t i = 0; i < ParameterCount; ++i) {
-            send(static_cast<Parameter>(i), defaults[i]);
-        }
+    if (handle_ == nullptr) {
+        throw std::runtime_error{"no panel"};
+    }
+    idle_ = static_cast<const LV2UI_Idle_Interface*>(descriptor_->extension_data(LV2_UI__idleInterface));
+    const auto defaults = defaultValues();
+    for (std::size_t i = 0; i < ParameterCount; ++i) {
+        send(static_cast<Parameter>(i), defaults[i]);
     }
 }
 
 PanelHost::~PanelHost() {
-    if (handle_ != nullptr) {
-        descriptor_->cleanup(handle_);
-    }
+    descriptor_->cleanup(handle_);
     XCloseDisplay(display_);
     dlclose(library_);
 }

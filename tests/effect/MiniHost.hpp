@@ -109,7 +109,6 @@ class PanelHost {
     PanelHost(const PanelHost&) = delete;
     PanelHost& operator=(const PanelHost&) = delete;
 
-    [[nodiscard]] bool isOpen() const { return handle_ != nullptr; }
     [[nodiscard]] Window window() const { return reinterpret_cast<Window>(widget_); }
     [[nodiscard]] Window parent() const { return parent_; }
     [[nodiscard]] Display* display() const { return display_; }

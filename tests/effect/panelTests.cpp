@@ -27,7 +27,9 @@ struct Stage {
     UridTable urids;
     PanelHost host;
     explicit Stage(PanelHost::Options options = {})
-        : host{urids, options} {}
+        : host{urids, options} {
+        resizeParent(NaturalWidth, NaturalHeight);
+    }
 
     Layout layout() const {
         XWindowAttributes attributes{};
@@ -100,9 +102,7 @@ struct Stage {
 
 TEST(Panel, DrawsItselfAndShowsValues) {
     Stage stage;
-    ASSERT_TRUE(stage.host.isOpen());
     EXPECT_EQ(stage.host.askedWidth, NaturalWidth);
-    stage.resizeParent(stage.host.askedWidth, stage.host.askedHeight);
     const auto first = stage.picture();
     ASSERT_EQ(first.size(), static_cast<std::size_t>(NaturalWidth * NaturalHeight));
     EXPECT_GT(std::set(first.begin(), first.end()).size(), 100U) << "hardly anything is drawn";
@@ -140,8 +140,6 @@ TEST(Panel, OpensWithWhateverTheHostOffers) {
         options.withResize = (bits & 4) != 0;
         options.scaleFactor = 2.F;
         Stage stage{options};
-        ASSERT_TRUE(stage.host.isOpen()) << bits;
-        stage.settle();
         EXPECT_EQ(stage.host.idle(), 0) << bits;
         if (options.withResize && options.withUrids) {
             EXPECT_EQ(stage.host.askedWidth, 2 * NaturalWidth);
@@ -152,7 +150,6 @@ TEST(Panel, OpensWithWhateverTheHostOffers) {
 
 TEST(Panel, WritesWhatTheHandDrags) {
     Stage stage;
-    stage.resizeParent(NaturalWidth, NaturalHeight);
     const Point knob = stage.middleOf(ControlKind::Knob, P::Drive);
     const auto x = static_cast<int>(knob.x);
     const auto y = static_cast<int>(knob.y);
@@ -184,7 +181,6 @@ TEST(Panel, WritesWhatTheHandDrags) {
 
 TEST(Panel, WorksByKeyboard) {
     Stage stage;
-    stage.resizeParent(NaturalWidth, NaturalHeight);
     const auto plain = stage.picture();
     XSetInputFocus(stage.host.display(), stage.host.window(), RevertToParent, CurrentTime);
     XSync(stage.host.display(), False);
@@ -208,7 +204,6 @@ TEST(Panel, WorksByKeyboard) {
 
 TEST(Panel, AppliesPresetsThroughThePorts) {
     Stage stage;
-    stage.resizeParent(NaturalWidth, NaturalHeight);
     const auto before = stage.picture();
     stage.click(stage.middleOf(ControlKind::PresetMenu));
     const auto open = stage.picture();
@@ -227,7 +222,6 @@ TEST(Panel, AppliesPresetsThroughThePorts) {
 
 TEST(Panel, AsksForTheSignalAndShowsIt) {
     Stage stage;
-    stage.resizeParent(NaturalWidth, NaturalHeight);
     const auto silent = stage.picture();
     stage.host.idleFor(1.2);
     EXPECT_GE(stage.requests(), 2);
@@ -238,7 +232,6 @@ TEST(Panel, AsksForTheSignalAndShowsIt) {
 
 TEST(Panel, RestsWhileItCannotBeSeen) {
     Stage stage;
-    stage.resizeParent(NaturalWidth, NaturalHeight);
     const auto measure = [&stage](double seconds) {
         stage.host.writes.clear();
         const std::clock_t before = std::clock(); // processor time

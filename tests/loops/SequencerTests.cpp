@@ -67,20 +67,5 @@ TEST(Sequencer, StrumsAndRolls) {
     EXPECT_LT(strokes[0].stroke.velocity, strokes[2].stroke.velocity);
 }
 
-TEST(Sequencer, UnevennessIsRepeatable) {
-    const std::string part = "play organ\nhuman 1\nline 1 3 5 8\n";
-    const auto once = notes(part);
-    const auto again = notes(part);
-    const auto other = notes("play organ\nhuman 1\nline 1 3 5 8 \n# seed\n"); // not music: changes nothing
-    bool uneven = false;
-    for (std::size_t index = 0; index < once.size(); ++index) {
-        EXPECT_EQ(once[index].frame, again[index].frame);
-        EXPECT_EQ(once[index].note.velocity, again[index].note.velocity);
-        EXPECT_EQ(once[index].frame, other[index].frame);
-        uneven = uneven || once[index].note.velocity != once[0].note.velocity;
-    }
-    EXPECT_TRUE(uneven);
-}
-
 } // namespace
 } // namespace tonewright::loops

@@ -5,7 +5,6 @@ import fnmatch
 import os
 import pathlib
 import re
-import shutil
 import subprocess
 import tomllib
 import unittest
@@ -24,11 +23,8 @@ TIES = {
 
 def annotated() -> list[str]:
     """Give the patterns of the files whose licence stands in REUSE.toml, as they have no place for a comment."""
-    patterns = []
-    for annotation in tomllib.loads(text("REUSE.toml"))["annotations"]:
-        paths = annotation["path"]
-        patterns += [paths] if isinstance(paths, str) else paths
-    return patterns
+    paths = [annotation["path"] for annotation in tomllib.loads(text("REUSE.toml"))["annotations"]]
+    return [one for path in paths for one in ([path] if isinstance(path, str) else path)]
 
 
 class Texts(unittest.TestCase):
@@ -95,22 +91,15 @@ class Texts(unittest.TestCase):
 class DesktopFiles(unittest.TestCase):
     """What the desktop reads of an installed program is valid for the desktop's own validators."""
 
-    def check(self, pattern: str, *command: str) -> None:
-        names = fnmatch.filter(files(), pattern)
-        self.assertTrue(names, pattern)
-        self.assertTrue(shutil.which(command[0]), command[0])
-        for name in names:
-            result = subprocess.run([*command, name], cwd=SOURCE, capture_output=True, text=True)
-            self.assertEqual(result.returncode, 0, f"{name}: {result.stdout}{result.stderr}")
-
-    def test_desktop_entry(self):
-        self.check("resources/desktop/*.desktop", "desktop-file-validate")
-
-    def test_appstream(self):
-        self.check("resources/desktop/*.metainfo.xml", "appstreamcli", "validate", "--no-net", "--explain")
-
-    def test_manual_page(self):
-        self.check("resources/desktop/*.1", "mandoc", "-T", "lint", "-W", "warning")
+    def test_are_valid(self):
+        for pattern, *command in (("*.desktop", "desktop-file-validate"),
+                                  ("*.metainfo.xml", "appstreamcli", "validate", "--no-net", "--explain"),
+                                  ("*.1", "mandoc", "-T", "lint", "-W", "warning")):
+            names = fnmatch.filter(files(), f"resources/desktop/{pattern}")
+            self.assertTrue(names, pattern)
+            for name in names:
+                result = subprocess.run([*command, name], cwd=SOURCE, capture_output=True, text=True)
+                self.assertEqual(result.returncode, 0, f"{name}: {result.stdout}{result.stderr}")
 
 
 if __name__ == "__main__":
