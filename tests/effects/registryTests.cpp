@@ -25,7 +25,7 @@ class Registry : public testing::Test {
         _before = before == nullptr ? "" : before;
         const std::string fixtures = _before.substr(0, _before.find(':'));
         ::setenv("LV2_PATH", (_root.folder("lv2/") + ":" + fixtures + ":" + fixtures).c_str(), 1);
-        ::setenv("XDG_CACHE_HOME", _root.folder("cache").c_str(), 1);
+        ::setenv("XDG_CACHE_HOME", (_root / "cache").c_str(), 1);
     }
     void TearDown() override {
         ::setenv("LV2_PATH", _before.c_str(), 1);
