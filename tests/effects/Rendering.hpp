@@ -9,12 +9,14 @@
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -44,13 +46,10 @@ inline ComponentProvider& provider() {
     return *AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
 }
 
-/// Give the unit of an installed plug-in, or null when it made none.
+/// Give the unit of an installed plug-in.
 inline std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri) {
     auto made = provider().instantiate({{}, "", "", uri});
-    if (!made) {
-        ADD_FAILURE() << made.error().localizedDescription();
-        return nullptr;
-    }
+    if (!made) throw std::runtime_error(made.error().localizedDescription());
     return made.value();
 }
 
@@ -87,6 +86,18 @@ class Rendering {
         time += frames;
     }
     void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }
+
+    /// Render so many blocks and give the largest magnitude; infinity when a sample is no number.
+    float loudestOf(int blocks) {
+        float loudest = 0;
+        for (; blocks > 0; --blocks) {
+            block();
+            for (const auto& plane : _out)
+                for (const float sample : plane)
+                    loudest = std::isfinite(sample) ? std::max(loudest, std::abs(sample)) : HUGE_VALF;
+        }
+        return loudest;
+    }
 
     [[nodiscard]] const std::vector<float>& in(std::size_t channel) const { return _in[channel]; }
     [[nodiscard]] const std::vector<float>& out(std::size_t channel) const { return _out[channel]; }

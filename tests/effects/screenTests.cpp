@@ -4,8 +4,6 @@
 // The effect's screen: its own interface in the panel, the plain one, and interfaces that fail.
 #include "tests/effects/EffectScreen.hpp"
 
-#include <functional>
-
 using namespace platform;
 using namespace platform::test;
 
@@ -14,20 +12,13 @@ namespace {
 constexpr std::uint32_t GainPort = 4;
 constexpr unsigned long Green = 0x20c040, Blue = 0x2040c0; // of the fixture
 
-// Visit all widgets below and with `widget`.
-void visit(GtkWidget* widget, const std::function<void(GtkWidget*)>& visitor) {
-    visitor(widget);
-    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
-        visit(child, visitor);
-}
-
-template <class Predicate>
-GtkWidget* find(GtkWidget* root, Predicate predicate) {
+// Find the first widget, `widget` or below it, for which the predicate holds.
+GtkWidget* find(GtkWidget* widget, bool (*predicate)(GtkWidget*)) {
+    if (predicate(widget)) return widget;
     GtkWidget* found = nullptr;
-    visit(root, [&](GtkWidget* widget) {
-        if (found == nullptr && predicate(widget)) found = widget;
-    });
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr && found == nullptr;
+         child = gtk_widget_get_next_sibling(child))
+        found = find(child, predicate);
     return found;
 }
 
@@ -118,7 +109,6 @@ TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
 
 TEST_F(Interface, OnlyOneIsOpenAndTheNextIsPlain) {
     const auto unit = makeUnit("urn:tonewright:test:gain");
-    ASSERT_TRUE(unit);
     auto first = requestScreen(*unit);
     auto second = requestScreen(*unit);
     ASSERT_TRUE(first && second);
@@ -142,7 +132,6 @@ TEST_F(Interface, OutlivesTheHostsReferences) {
 TEST_F(Interface, ThatFailsGivesNoController) {
     for (const char* name : {"failinginterface", "missinginterface"}) {
         const auto unit = makeUnit(std::string("urn:tonewright:test:") + name);
-        ASSERT_TRUE(unit);
         ::testing::internal::CaptureStderr();
         EXPECT_FALSE(requestScreen(*unit));
         EXPECT_NE(::testing::internal::GetCapturedStderr().find(name), std::string::npos);
@@ -154,7 +143,6 @@ TEST_F(Interface, ThatFailsGivesNoController) {
 
 TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
     const auto unit = makeUnit("urn:tonewright:test:demandinginterface");
-    ASSERT_TRUE(unit);
     ::testing::internal::CaptureStderr();
     const auto controller = requestScreen(*unit);
     EXPECT_NE(::testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
@@ -178,8 +166,8 @@ TEST_F(PlainInterface, ShowsAndSetsParametersAndPresets) {
     const Opened opened("stateful");
     const auto& [unit, controller, screen] = opened;
     GtkWidget* root = widgetOf(*controller->view());
-    GtkWidget* slider = find(root, [](GtkWidget* widget) { return GTK_IS_SCALE(widget); });
-    GtkWidget* menu = find(root, [](GtkWidget* widget) { return GTK_IS_DROP_DOWN(widget); });
+    GtkWidget* slider = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_SCALE(widget); });
+    GtkWidget* menu = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_DROP_DOWN(widget); });
     ASSERT_TRUE(slider != nullptr && menu != nullptr);
     EXPECT_NEAR(gtk_range_get_value(GTK_RANGE(slider)), 0.25, 1e-6); // 1 of 0 to 4
     gtk_range_set_value(GTK_RANGE(slider), 0.5);

@@ -10,9 +10,8 @@
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/toolkit.hpp"
+#include "tests/support/Scratch.hpp"
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -77,25 +76,13 @@ struct ShownWindow {
 /// A bundle in a folder of its own, removed at the end.
 class TemporaryBundle {
   public:
-    TemporaryBundle() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "bundle.XXXXXX").string();
-        _root = mkdtemp(pattern.data());
-        std::filesystem::create_directories(_root / "share" / "tonewright");
-    }
-    ~TemporaryBundle() {
-        std::error_code ignored;
-        std::filesystem::remove_all(_root, ignored);
-    }
-    TemporaryBundle(const TemporaryBundle&) = delete;
-    TemporaryBundle& operator=(const TemporaryBundle&) = delete;
-
     void add(const std::string& file, const std::string& content) const {
-        std::ofstream(_root / "share" / "tonewright" / file) << content;
+        (void)_root.file("share/tonewright/" + file, content);
     }
-    [[nodiscard]] Bundle bundle() const { return Bundle((_root / "bin").string()); }
+    [[nodiscard]] Bundle bundle() const { return Bundle(_root / "bin"); }
 
   private:
-    std::filesystem::path _root;
+    tonewright::test::Scratch _root;
 };
 
 } // namespace platform::testing

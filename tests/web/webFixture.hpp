@@ -8,6 +8,7 @@
 #include "tests/ui/toolkitFixture.hpp"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <libsoup/soup.h>
 #include <map>

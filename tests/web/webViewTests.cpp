@@ -163,8 +163,8 @@ TEST_F(WebViewTest, RefusedLoadsLeaveThePageThatIsThere) {
 }
 
 TEST_F(WebViewTest, EveryKindOfURLIsAskedAsItIs) {
-    const std::string file = (std::filesystem::temp_directory_path() / "outside.html").string();
-    std::ofstream(file) << page("document.title = 'outside'");
+    const tonewright::test::Scratch folder;
+    const std::string file = folder.file("outside.html", page("document.title = 'outside'"));
     server.pages["/"] = {page("document.title = 'root'")};
     const std::string gone = PageServer().url("/");
     const std::string query = server.url("/?") + std::string(100'000, 'q');
@@ -190,7 +190,6 @@ TEST_F(WebViewTest, EveryKindOfURLIsAskedAsItIs) {
                                                 : std::vector{url == upper ? server.url("/") : url});
         EXPECT_EQ(titleOf(*view), title);
     }
-    std::filesystem::remove(file);
 }
 
 TEST_F(WebViewTest, TextIsShownWithLinksNextToItsBase) {
