@@ -42,7 +42,7 @@ void place(Group& group, const std::shared_ptr<Animator>& member) {
 // A group with something to do, soon.
 template <class Group>
 std::shared_ptr<Group> filled(const std::shared_ptr<Animator>& member) {
-    const auto group = std::make_shared<Group>();
+    auto group = std::make_shared<Group>();
     place(*group, member);
     group->interval = 0.001F;
     return group;

@@ -45,6 +45,8 @@ TEST_F(Tree, PagesShowOneFolder) {
     test::CapturedOutput output;
     tree.setExpanded(true);
     EXPECT_FALSE(tree.root->children[1]->_expanded()); // is no directory
+    tree.makeExpandedList();
+    EXPECT_EQ(names(), (Names{"A", "x", "Deep", "y", "b"}));
     tree.makeExpandedPage(RootIdentifier);
     EXPECT_EQ(names(), (Names{"A", "b"}));
     EXPECT_TRUE(tree.root->_expanded());
