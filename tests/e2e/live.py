@@ -15,23 +15,13 @@ import unittest
 import numpy
 
 import sound
-from program import BUILD, MIDI, PATIENCE, PLAYING, READY, STOPPED, Program, main
+from program import BUILD, MIDI, PATIENCE, PLAYING, READY, SOURCE, STOPPED, Program, main
 from screen import Controls, Screen, wait_until
 
 RATE = 48000  # of the test's sound server
 BUNDLED = "https://tonewright.example/lv2/tonewright"
 BUNDLED_PATH = os.environ.get("TONEWRIGHT_PLAIN_LV2") or str(BUILD / "lib/lv2")
 FOREIGN = "http://lsp-plug.in/plugins/lv2/trigger_midi_stereo"
-
-SIDE_BUNDLE = f"""@prefix tw: <https://tonewright.example/ns/component#> .
-<{FOREIGN}>
-    tw:displayName "The other effect" ;
-    tw:componentType "aumf" ;
-    tw:componentSubType "ovTw" ;
-    tw:componentManufacturer "KVRN" ;
-    tw:componentFlags 2 .
-"""
-
 
 SCREEN = Screen(accessible=True)  # the accessibility library knows one bus for the life of a process
 
@@ -221,15 +211,13 @@ class BundledEffect(LivePath, unittest.TestCase):
 
 
 class ForeignEffect(LivePath, unittest.TestCase):
-    """An effect from Debian's packages; a bundle of a few lines beside it gives it the codes that are searched for."""
+    """An effect from Debian's packages; tools/make-side-bundle gives it the codes that are searched for."""
 
     changes_the_sound = False  # with its first settings it lets the sound through and plays notes to it
 
     @classmethod
     def prepare(cls):
-        side = pathlib.Path(os.environ["HOME"]) / ".lv2/chosen.lv2"
-        side.mkdir(parents=True, exist_ok=True)
-        (side / "manifest.ttl").write_text(SIDE_BUNDLE)
+        subprocess.run([SOURCE / "tools/make-side-bundle", FOREIGN, "The other effect"], check=True)
 
 
 if __name__ == "__main__":

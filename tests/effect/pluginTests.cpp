@@ -218,6 +218,26 @@ TEST(PluginMidi, SurvivesBurstsAndNonsense) {
     }
 }
 
+TEST(PluginMidi, SendsOnsetsAtFramesThatTheSoundDecides) {
+    const Signal in = strokes({5000, 20000, 35000}, {0.5F, 0.5F, 0.5F}, 48000, 450.);
+    const auto framesWith = [&in](std::uint32_t block) {
+        Stage stage;
+        std::vector<std::int64_t> frames;
+        for (std::uint32_t at = 0; at + block <= in.size(); at += block) {
+            std::copy_n(in.begin() + at, block, stage.left.begin());
+            stage.right = stage.left;
+            stage.run(std::vector{stage.midi(block / 2, {0xB0, 1, 0})}, block); // which cuts the block
+            for (const TimedEvent& event : stage.sent) {
+                frames.push_back(at + event.frame);
+            }
+        }
+        return frames;
+    };
+    const auto frames = framesWith(64);
+    EXPECT_EQ(frames.size(), 6U);
+    EXPECT_EQ(framesWith(8000), frames);
+}
+
 TEST(PluginMidi, NeverWritesBeyondASmallBuffer) {
     for (const std::uint32_t capacity : {0U, 8U, 16U, 24U, 39U, 40U, 64U, 100U, 400U}) {
         Stage stage;

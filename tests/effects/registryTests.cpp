@@ -43,12 +43,7 @@ class Registry : public testing::Test {
     }
 
     static std::vector<ComponentRecord> search(const AudioComponentDescription& wanted) {
-        std::vector<ComponentRecord> found;
-        for (const auto& component :
-             AVAudioUnitComponentManager::sharedAudioUnitComponentManager().componentsMatchingDescription(
-                 wanted))
-            found.push_back(component.record());
-        return found;
+        return provider().componentsMatching(wanted);
     }
     static std::vector<std::string> searchURIs(const AudioComponentDescription& wanted = Wanted) {
         std::vector<std::string> uris;

@@ -29,18 +29,12 @@ class Judge final : public WKNavigationDelegate, public WKUIDelegate {
   public:
     void decidePolicyFor(WKWebView&, const WKNavigationAction& action, const ActionAnswer& answer) override {
         actions.push_back(action.request.url ? action.request.url->absoluteString() : "none");
-        if (onAction)
-            onAction(answer);
-        else
-            answer(WKNavigationActionPolicy::Allow);
+        onAction ? onAction(answer) : answer(WKNavigationActionPolicy::Allow);
     }
     void decidePolicyFor(WKWebView&, const WKNavigationResponse& response,
                          const ResponseAnswer& answer) override {
         responses.push_back(response.response.url ? response.response.url->absoluteString() : "none");
-        if (onResponse)
-            onResponse(answer);
-        else
-            answer(WKNavigationResponsePolicy::Allow);
+        onResponse ? onResponse(answer) : answer(WKNavigationResponsePolicy::Allow);
     }
     std::shared_ptr<WKWebView> createWebViewWith(WKWebView&, const WKWebViewConfiguration&,
                                                  const WKNavigationAction& action,
