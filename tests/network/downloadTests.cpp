@@ -49,12 +49,6 @@ class Download : public testing::Test {
 
 const std::string Last = "Asynchroner Download...";
 
-// A line with the temporary file's name taken out.
-std::string withoutName(std::string line) {
-    const std::size_t begin = line.find("als '") + 5;
-    return line.replace(begin, line.find("' heruntergeladen") - begin, "");
-}
-
 } // namespace
 
 TEST_F(Download, ReplacesAFileAndSaysEveryStep) {
@@ -62,9 +56,8 @@ TEST_F(Download, ReplacesAFileAndSaysEveryStep) {
     const std::string url = server.url("/text");
     Lines lines = download(url);
     ASSERT_EQ(lines.size(), 5U);
-    EXPECT_NE(lines[1].find("als 'file:///"), std::string::npos);
-    EXPECT_EQ(withoutName(lines[1]),
-              "Die Datei (" + url + ") wurde als '' heruntergeladen mit Status Code: 200");
+    EXPECT_TRUE(lines[1].starts_with("Die Datei (" + url + ") wurde als 'file:///")) << lines[1];
+    EXPECT_TRUE(lines[1].ends_with("' heruntergeladen mit Status Code: 200")) << lines[1];
     EXPECT_EQ(lines[2], "Temporäre Download Datei kopiert nach: '" + destinationURL + "'.");
     EXPECT_EQ(lines[3], "Download nach '" + destination + "' war erfolgreich.");
     EXPECT_EQ(lines[4], Last);
