@@ -25,7 +25,6 @@ struct AnimatorInspection {
     static auto& type(auto& object) { return object._type; }
     static auto& action(auto& object) { return object._action; }
     static auto& timer(auto& object) { return object._timer; }
-    static auto& currentIndex(auto& object) { return object._currentIndex; }
     static auto& currentFrame(auto& object) { return object._currentFrame; }
     static auto& maxFrames(auto& object) { return object._maxFrames; }
     static auto& direction(auto& object) { return object._direction; }

@@ -157,12 +157,21 @@ inline void remove(Members& members, const Animator& item) {
     members.erase(place);
 }
 
-class AnimatorStack : public Timed {
+template <class Self>
+class Group : public Timed {
+  public:
+    std::int64_t getCount() const { return static_cast<std::int64_t>(_animators.size()); }
+
+    Members _animators;
+    std::function<void(Self&, Animator&)> onAnimation;
+    std::function<void(Self&)> onFinished;
+};
+
+class AnimatorStack : public Group<AnimatorStack> {
   public:
     virtual void add(std::shared_ptr<Animator> item) {
         if (item) _animators.push_back(std::move(item));
     }
-    virtual std::int64_t getCount() { return static_cast<std::int64_t>(_animators.size()); }
     virtual Members getItems() { return _animators; }
     virtual void stop() { reset(); }
     virtual void animate() {
@@ -189,12 +198,10 @@ class AnimatorStack : public Timed {
         const Members gone = std::exchange(_animators, {});
     }
 
-    Members _animators;
-    std::function<void(AnimatorStack&, Animator&)> onAnimation, onRemovedItem;
-    std::function<void(AnimatorStack&)> onFinished;
+    std::function<void(AnimatorStack&, Animator&)> onRemovedItem;
 };
 
-class AnimatorChain : public Timed {
+class AnimatorChain : public Group<AnimatorChain> {
   public:
     virtual void add(std::shared_ptr<Animator> item) {
         if (item) _animators.push_back(std::move(item));
@@ -207,7 +214,6 @@ class AnimatorChain : public Timed {
         stop();
         const Members gone = std::exchange(_animators, {});
     }
-    virtual std::int64_t getCount() { return static_cast<std::int64_t>(_animators.size()); }
     virtual std::int64_t getCurrentIndex() { return _currentIndex; }
     virtual std::shared_ptr<Animator> getCurrentItem() {
         if (0 < _currentIndex && _currentIndex < getCount() - 1)
@@ -221,15 +227,11 @@ class AnimatorChain : public Timed {
     virtual void setBackwards(bool direction) { _direction = direction ? -1 : 1; }
     virtual void animate() {
         const auto self = shared_from_this();
-        const auto count = [&] { return static_cast<std::int64_t>(_animators.size()); };
         if (_animators.empty()) {
             print("WARNUNG: Es sind keine Animator Objekte definiert.");
             return;
         }
-        if (_currentIndex < 0)
-            _currentIndex = count() - 1;
-        else if (_currentIndex > count() - 1)
-            _currentIndex = count() - 1;
+        if (_currentIndex < 0 || _currentIndex >= getCount()) _currentIndex = getCount() - 1;
         const auto member = _animators[static_cast<std::size_t>(_currentIndex)];
         call(onAnimation, *this, *member);
         if (!async) {
@@ -239,23 +241,17 @@ class AnimatorChain : public Timed {
             member->start();
             _currentIndex = plus(_currentIndex, _direction);
         }
-        if (_direction > 0 && _currentIndex >= count()) {
-            call(onFinished, *this);
-            stop();
-        } else if (_direction < 0 && _currentIndex <= 0) {
+        if (_direction > 0 ? _currentIndex >= getCount() : _currentIndex <= 0) {
             call(onFinished, *this);
             stop();
         }
     }
 
-    Members _animators;
     std::int64_t _currentIndex = 0, _direction = 1;
     bool async = false;
-    std::function<void(AnimatorChain&, Animator&)> onAnimation;
-    std::function<void(AnimatorChain&)> onFinished;
 };
 
-class AnimationSequencer : public Timed {
+class AnimationSequencer : public Group<AnimationSequencer> {
   public:
     virtual void add(std::shared_ptr<Animator> item, std::int64_t at) {
         if (!item) {
@@ -274,7 +270,6 @@ class AnimationSequencer : public Timed {
         calculateFrames();
     }
     virtual void removeAll() { const Members gone = std::exchange(_animators, {}); }
-    virtual std::int64_t getCount() { return static_cast<std::int64_t>(_animators.size()); }
     virtual std::int64_t getCurrentCount() { return static_cast<std::int64_t>(_animatedItems.size()); }
     virtual std::int64_t getCurrentFrame() { return _currentFrame; }
     virtual std::int64_t getCurrentIndex() { return _currentIndex; }
@@ -337,17 +332,14 @@ class AnimationSequencer : public Timed {
     }
 
     std::int64_t _currentFrame = 0, _maxFrames = 0;
-    Members _animators, _animatedItems;
+    Members _animatedItems;
     std::int64_t _currentIndex = 0;
     bool _suspended = false;
-    std::function<void(AnimationSequencer&, Animator&)> onAnimation;
-    std::function<void(AnimationSequencer&)> onFinished;
 
   private:
     void findAnimators() {
-        const auto count = static_cast<std::int64_t>(_animators.size());
-        if (_currentIndex > count) throw Fatal{};
-        for (std::int64_t i = _currentIndex; i < count; ++i) {
+        if (_currentIndex > getCount()) throw Fatal{};
+        for (std::int64_t i = _currentIndex; i < getCount(); ++i) {
             const auto member = _animators[static_cast<std::size_t>(i)];
             if (_currentFrame >= member->_startFrame && !member->isFinished()) {
                 _currentIndex = i;
