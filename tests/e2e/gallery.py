@@ -2,14 +2,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The gallery as a person meets it: real keys and clicks, what assistive technology reads, pixels of the window."""
 import math
-import os
 import re
 import subprocess
 import time
 import unittest
 
 import numpy
-from program import BUILD, PATIENCE, main
+from program import BUILD, PATIENCE, Program, main
 from screen import Controls, Screen, wait_until
 
 STATUS = re.compile(r"Frame (\d+) of (\d+) · (\w+) · [\d.]+ µs a tick of (\d+) tweens")
@@ -31,17 +30,12 @@ class Gallery(unittest.TestCase):
         cls.addClassCleanup(cls.screen.close)
 
     def setUp(self):
-        self.process = subprocess.Popen([BUILD / "bin" / "tonewright-gallery"], stdin=subprocess.DEVNULL,
-                                        stderr=subprocess.PIPE, env=dict(os.environ, TONEWRIGHT_TRACE_START="1"))
-        self.addCleanup(self.end)
-        self.process.stderr.readline()  # the first frame
-        self.window = self.screen.wait_window(self.process.pid)
+        self.program = Program(path=BUILD / "bin" / "tonewright-gallery")
+        self.addCleanup(self.program.kill)
+        self.program.wait_first_frame()
+        self.window = self.screen.wait_window(self.program.process.pid)
         self.screen.focus(self.window)
-        self.controls = Controls(self.process.pid)
-
-    def end(self) -> None:
-        self.process.kill()
-        self.process.communicate()
+        self.controls = Controls(self.program.process.pid)
 
     def status(self) -> re.Match:
         for node in self.controls.all():
@@ -121,8 +115,8 @@ class Gallery(unittest.TestCase):
             self.screen.resize(self.window, width, height)
             wait_until(fits, f"the curves do not fit {width} by {height}", PATIENCE)
         self.screen.ask_to_close(self.window)
-        self.assertEqual(self.process.wait(PATIENCE), 0)
-        self.assertEqual(self.process.stderr.read().decode(), "")
+        self.assertEqual(self.program.wait_end(), 0)
+        self.assertRegex(self.program.errors(), r"\Afirst frame .*\n\Z")
 
 
 class CommandLine(unittest.TestCase):

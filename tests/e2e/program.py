@@ -67,8 +67,9 @@ class Tree:
 class Program:
     """The running program. Its lines are kept in order of arrival."""
 
-    def __init__(self, tree: Tree | None = None, stdout=subprocess.PIPE, environment: dict[str, str] | None = None):
-        self.path = tree.program if tree else BUILD / "bin" / "tonewright"
+    def __init__(self, tree: Tree | None = None, stdout=subprocess.PIPE, environment: dict[str, str] | None = None,
+                 path: pathlib.Path = BUILD / "bin" / "tonewright"):
+        self.path = tree.program if tree else path
         self.lines: list[str] = []
         self._news = threading.Condition()
         self._ended = False
@@ -95,8 +96,7 @@ class Program:
 
     def errors(self) -> str:
         """Give what it wrote on standard error so far."""
-        self._errors.seek(0)
-        return self._errors.read().decode("utf-8", "replace")
+        return os.pread(self._errors.fileno(), 1 << 20, 0).decode("utf-8", "replace")  # the place belongs to the child
 
     def wait_for(self, pattern: str, after: int = 0, timeout: float = PATIENCE, count: int = 1) -> int:
         """Wait for the count-th line from index `after` on that matches the whole pattern; give its index."""

@@ -4,15 +4,14 @@
 import os
 import pathlib
 import re
-import select
 import signal
 import subprocess
 import sys
 import time
 import unittest
 
-sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
-from cases import BUILD, main  # noqa: E402
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+from program import BUILD, Program, main  # noqa: E402
 from screen import X, XK, Screen, wait_until, xtest  # noqa: E402
 
 PROBE = BUILD / "bin" / "tests" / "screen_probe"
@@ -20,34 +19,25 @@ START = ["didFinishLaunching", "setWindow", "viewDidLoad", "viewWillAppear", "di
 END = ["willResignActive", "viewDidDisappear", "didEnterBackground", "willTerminate"]
 
 
-class Probe:
-    """The running probe and the lines it wrote."""
+class Probe(Program):
+    """The running probe; its lines are taken one after the other."""
 
     def __init__(self, screen: Screen, takes_keyboard: bool = True, **environment: str):
-        self.screen = screen
-        self.process = subprocess.Popen([PROBE], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True,
-                                        env=dict(os.environ, TONEWRIGHT_TRACE_START="1", **environment))
-        self.lines: list[str] = []
-        self.first_frame = self.process.stderr.readline()  # from now on there is something to hit
+        super().__init__(path=PROBE, environment=environment)
+        self.screen, self.taken = screen, 0
+        self.wait_first_frame()  # from now on there is something to hit
         self.window = screen.wait_window(self.process.pid)
-        self.wait(START)
+        self.wait(*START)
         if takes_keyboard:
             screen.focus(self.window)
 
-    def read(self, timeout: float = 0) -> None:
-        """Take what was written; wait for something at most `timeout` seconds. A line comes in one piece."""
-        if select.select([self.process.stdout], [], [], timeout)[0]:
-            self.lines += os.read(self.process.stdout.fileno(), 65536).decode().splitlines()
-
-    def wait(self, wanted: list[str], timeout: float = 20) -> None:
+    def wait(self, *wanted: str) -> None:
         """Wait until exactly these lines have come, and take them."""
-        end = time.monotonic() + timeout
-        while len(self.lines) < len(wanted) and time.monotonic() < end:
-            self.read(0.1)
-        if self.lines[:len(wanted)] != wanted:
-            raise AssertionError(f"expected {wanted}, heard {self.lines}")
-        del self.lines[:len(wanted)]
+        for line in wanted:
+            came = self.lines[self.wait_for(".*", after=self.taken)]
+            if came != line:
+                raise AssertionError(f"expected {line!r}, heard {came!r}")
+            self.taken += 1
 
     def press(self, *keys: str) -> None:
         self.screen.press_keys(*keys)
@@ -57,14 +47,6 @@ class Probe:
             xtest.fake_input(self.screen.x, kind, self.screen.x.keysym_to_keycode(XK.string_to_keysym(key)))
         self.screen.x.sync()
 
-    def let_go(self, *keys: str) -> None:
-        self.hold(*reversed(keys), kind=X.KeyRelease)
-
-    def end(self) -> None:
-        if self.process.poll() is None:
-            self.process.kill()
-        self.process.communicate()
-
 
 class OnADisplay(unittest.TestCase):
     def setUp(self):
@@ -73,7 +55,7 @@ class OnADisplay(unittest.TestCase):
 
     def started(self, **keywords) -> Probe:
         probe = Probe(self.screen, **keywords)
-        self.addCleanup(probe.end)
+        self.addCleanup(probe.kill)
         return probe
 
 
@@ -85,41 +67,45 @@ class Controls(OnADisplay):
     def test_space_goes_to_the_focused_control_that_uses_it(self):
         self.probe.press("Tab")  # from Play to Unit
         self.probe.press("space")
-        self.probe.wait(["panel shown"])
+        self.probe.wait("panel shown")
         self.probe.press("Return")
-        self.probe.wait(["panel hidden"])
+        self.probe.wait("panel hidden")
         for _ in range(3):
             self.probe.press("Tab")  # past Help and Info round to Play
         self.probe.press("space")
-        self.probe.wait(["playing"])
+        self.probe.wait("playing")
 
     def test_a_held_key_is_one_press(self):
-        for keys, lines in ((["space"], ["playing"]), (["Alt_L", "s"], ["stopped"]), (["Alt_L", "u"], ["panel shown"])):
+        for keys, line in ((["space"], "playing"), (["Alt_L", "s"], "stopped"), (["Alt_L", "u"], "panel shown")):
             self.probe.hold(*keys)
-            self.probe.wait(lines)
+            self.probe.wait(line)
             time.sleep(1.2)  # the server repeats after 0.66 s; there is no event for "nothing happened"
-            self.probe.let_go(*keys)
-            self.probe.read()
-            self.assertEqual(self.probe.lines, [])
+            self.probe.hold(*reversed(keys), kind=X.KeyRelease)
+            self.assertEqual(self.probe.lines[self.probe.taken:], [])
 
     def test_letters_with_alt_press_their_controls(self):
         for letter, line in zip("psuuh", ("playing", "stopped", "panel shown", "panel hidden", "help")):
             self.probe.press("Alt_L", letter)
-            self.probe.wait([line])
+            self.probe.wait(line)
 
     def test_clicks_press_their_controls_and_space_goes_on_working(self):
         height = self.probe.window.get_geometry().height
         play = (60, height - 30)
         self.screen.click(self.probe.window, *play)
-        self.probe.wait(["playing"])
+        self.probe.wait("playing")
         # Stop is there to be hit from the next frame on.
-        wait_until(lambda: (self.screen.click(self.probe.window, *play), self.probe.read(0.5), self.probe.lines)[-1])
-        self.probe.wait(["stopped"])
+        def is_hit() -> bool:
+            self.screen.click(self.probe.window, *play)
+            time.sleep(0.5)
+            return len(self.probe.lines) > self.probe.taken
+
+        wait_until(is_hit)
+        self.probe.wait("stopped")
         self.probe.press("space")
-        self.probe.wait(["playing"])
+        self.probe.wait("playing")
         self.screen.click(self.probe.window, 460, 200)  # the empty panel has no use for either
         self.probe.press("space")
-        self.probe.wait(["stopped"])
+        self.probe.wait("stopped")
 
 
 class Surroundings(OnADisplay):
@@ -131,7 +117,7 @@ class Surroundings(OnADisplay):
         self.screen.point_at(probe.window, 100, 100)
         wait_until(lambda: x.get_input_focus().focus not in (probe.window, X.PointerRoot, X.NONE))
         probe.press("space")
-        probe.wait(["playing"])
+        probe.wait("playing")
 
     def test_light_and_dark_follow_the_desktop(self):
         portal = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("fakePortal.py"), "1"],
@@ -154,27 +140,27 @@ class Surroundings(OnADisplay):
 class Life(OnADisplay):
     def test_first_frame_is_told_when_asked_for(self):
         began = time.monotonic()
-        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", self.started().first_frame)
+        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", self.started().errors())
         self.assertTrue(told and began < float(told[1]) < time.monotonic())
 
     def test_closed_window_and_signals_end_in_order(self):
         for number in (None, signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             probe = self.started()
             probe.process.send_signal(number) if number else self.screen.ask_to_close(probe.window)
-            probe.wait(END)
-            self.assertEqual(probe.process.wait(10), 0)
+            probe.wait(*END)
+            self.assertEqual(probe.wait_end(), 0)
 
     def test_two_at_once_do_not_know_each_other(self):
         first, second = self.started(), self.started()
-        first.wait(["willResignActive"])  # the keyboard went to the second
+        first.wait("willResignActive")  # the keyboard went to the second
         second.press("space")
-        second.wait(["playing"])
+        second.wait("playing")
         self.screen.ask_to_close(second.window)
-        second.wait(END)
+        second.wait(*END)
         self.screen.focus(first.window)
-        first.wait(["didBecomeActive"])
+        first.wait("didBecomeActive")
         first.press("space")
-        first.wait(["playing"])
+        first.wait("playing")
 
     def test_window_can_be_made_small_and_remembers_nothing(self):
         probe = self.started()
@@ -183,7 +169,7 @@ class Life(OnADisplay):
         self.assertTrue(320 <= hints.min_width <= 640 and 240 <= hints.min_height <= 480, hints)
         self.screen.resize(probe.window, before.width + 100, before.height + 50)
         self.screen.ask_to_close(probe.window)
-        probe.wait(END)
+        probe.wait(*END)
         again = self.started().window.get_geometry()
         self.assertEqual((again.width, again.height), (before.width, before.height))
 
@@ -222,7 +208,6 @@ class Entry(OnADisplay):
         self.screen.press_key("space")
         self.screen.ask_to_close(window)
         self.assertEqual(process.wait(20), 0)
-
 
 
 if __name__ == "__main__":
