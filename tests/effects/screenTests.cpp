@@ -38,7 +38,8 @@ using PlainInterface = ToolkitTest;
 
 TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
     const Opened opened("gain");
-    const auto& [unit, controller, screen] = opened;
+    const auto& controller = opened.controller;
+    const auto& screen = opened.screen;
     const auto fills = [&](int width, int height) {
         const auto socket = screen.socket();
         return socket && socket->isVisible && socket->place.width == width &&
@@ -76,7 +77,8 @@ TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
 
 TEST_F(Interface, HearsOfValuesAndSetsThem) {
     const Opened opened("gain");
-    const auto& [unit, controller, screen] = opened;
+    const auto& unit = opened.unit;
+    const auto& screen = opened.screen;
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
     unit->setParameterValue(GainPort, 0.5F);
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Blue] > 0; }));
@@ -86,7 +88,9 @@ TEST_F(Interface, HearsOfValuesAndSetsThem) {
 
 TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
     const Opened opened("gain");
-    const auto& [unit, controller, screen] = opened;
+    const auto& unit = opened.unit;
+    const auto& controller = opened.controller;
+    const auto& screen = opened.screen;
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
     GtkWidget* area = widgetOf(*controller->view());
     const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
@@ -164,7 +168,8 @@ TEST_F(Interface, ThatNeverAnswersIsNamed) {
 
 TEST_F(PlainInterface, ShowsAndSetsParametersAndPresets) {
     const Opened opened("stateful");
-    const auto& [unit, controller, screen] = opened;
+    const auto& unit = opened.unit;
+    const auto& controller = opened.controller;
     GtkWidget* root = widgetOf(*controller->view());
     GtkWidget* slider = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_SCALE(widget); });
     GtkWidget* menu = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_DROP_DOWN(widget); });
