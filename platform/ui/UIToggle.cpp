@@ -36,10 +36,6 @@ UIToggle::~UIToggle() {
     g_signal_handlers_disconnect_by_data(widgetOf(*this), this);
 }
 
-bool UIToggle::isChosen() const {
-    return gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widgetOf(*this))) != FALSE;
-}
-
 void UIToggle::choose() {
     gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(widgetOf(*this)), TRUE);
 }

@@ -20,7 +20,6 @@ class UIToggle final : public UIView {
     UIToggle(std::shared_ptr<UIView> content, const std::string& name, const UIToggle* fellow = nullptr);
     ~UIToggle() override;
 
-    [[nodiscard]] bool isChosen() const;
     /// Choose this toggle of its group, as a press does.
     void choose();
 

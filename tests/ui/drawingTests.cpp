@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a drawing view puts on the screen, by the pixels that the toolkit renders; and toggles around it.
+// What a drawing view puts on the screen, by the pixels that the toolkit renders.
 #include "platform/ui/Canvas.hpp"
 #include "platform/ui/UIDrawingView.hpp"
-#include "platform/ui/UILabel.hpp"
-#include "platform/ui/UIToggle.hpp"
 #include "platform/ui/detail/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
@@ -151,24 +149,6 @@ TEST_F(DrawingTest, PictureIsDrawnAnewForAnotherSizeAndOtherColours) {
     EXPECT_TRUE(waitFor([&] { return brightness > 0.5; })) << "light text on a dark desktop";
     g_object_set(settings, "gtk-application-prefer-dark-theme", FALSE, nullptr);
     EXPECT_TRUE(waitFor([&] { return brightness < 0.5; }));
-}
-
-TEST_F(DrawingTest, OneToggleOfAGroupIsChosen) {
-    const ShownWindow shown(300, 200);
-    std::vector<std::shared_ptr<UIToggle>> toggles;
-    std::vector<std::size_t> heard;
-    for (std::size_t i = 0; i < 3; ++i) {
-        toggles.push_back(std::make_shared<UIToggle>(std::make_shared<UILabel>("content"), "name",
-                                                     i == 0 ? nullptr : toggles.front().get()));
-        toggles.back()->onChosen = [&heard, i] { heard.push_back(i); };
-        shown.view->addSubview(toggles.back());
-    }
-    toggles[1]->choose();
-    toggles[1]->choose(); // it is already
-    g_signal_emit_by_name(widgetOf(*toggles[2]), "clicked");
-    EXPECT_EQ(heard, (std::vector<std::size_t>{1, 2}));
-    EXPECT_FALSE(toggles[1]->isChosen());
-    EXPECT_TRUE(toggles[2]->isChosen());
 }
 
 } // namespace

@@ -20,21 +20,6 @@ CGRect placeOnScreen(const UIView& view, const UIView& ancestor) {
     return {place.origin.x, place.origin.y, place.size.width, place.size.height};
 }
 
-TEST_F(ViewTest, PinnedViewFollowsItsSuperview) {
-    const ShownWindow shown(400, 300);
-    const auto child = std::make_shared<UIView>(CGRect{5, 6, 7, 8});
-    shown.view->addSubview(child);
-    EXPECT_EQ(child->frame(), (CGRect{5, 6, 7, 8}));
-    pinToSuperviewEdges(*child);
-    EXPECT_EQ(child->frame(), (CGRect{0, 0, 400, 300})) << "at once, without waiting for a frame";
-    for (const auto& [width, height] : {std::pair{640, 480}, {301, 299}, {500, 120}}) {
-        shown.resize(width, height);
-        const CGRect whole{0, 0, static_cast<double>(width), static_cast<double>(height)};
-        EXPECT_EQ(child->frame(), whole);
-        EXPECT_EQ(placeOnScreen(*child, *shown.view), whole);
-    }
-}
-
 TEST_F(ViewTest, PinnedViewFollowsWhileItsSuperviewIsHidden) {
     const ShownWindow shown(400, 300);
     const auto panel = std::make_shared<UIView>();
