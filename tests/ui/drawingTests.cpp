@@ -39,13 +39,15 @@ class Pixels {
         const auto texture = GObjectRef<GdkTexture>::adopt(gsk_renderer_render_texture(
             gtk_native_get_renderer(gtk_widget_get_native(widget)), node, &whole));
         gsk_render_node_unref(node);
-        _bytes.resize(static_cast<std::size_t>(4 * _width * _height));
-        gdk_texture_download(texture.get(), _bytes.data(), static_cast<gsize>(4 * _width));
+        _stride = std::size_t{4} * static_cast<std::size_t>(_width);
+        _bytes.resize(_stride * static_cast<std::size_t>(_height));
+        gdk_texture_download(texture.get(), _bytes.data(), _stride);
     }
 
     /// Give the colour at a pixel, opaque or not at all there.
     [[nodiscard]] Color at(int x, int y) const {
-        const auto place = static_cast<std::size_t>(4 * (y * _width + x));
+        const auto place =
+            static_cast<std::size_t>(y) * _stride + std::size_t{4} * static_cast<std::size_t>(x);
         if (place + 3 >= _bytes.size()) return {-1, -1, -1, -1};
         return {_bytes[place + 2] / 255.0, _bytes[place + 1] / 255.0, _bytes[place] / 255.0,
                 _bytes[place + 3] / 255.0};
@@ -66,6 +68,7 @@ class Pixels {
     }
 
     int _width = 0, _height = 0;
+    std::size_t _stride = 0;
     std::vector<guchar> _bytes;
 };
 
