@@ -8,6 +8,7 @@
 #include "platform/foundation/fatal.hpp"
 
 #include <bit>
+#include <cstring>
 #include <memory>
 #include <sys/stat.h>
 #include <utility>
@@ -112,6 +113,7 @@ FileAttributes::FileAttributes(const FileAttributes& other)
     , _fileNumber(other._fileNumber)
     , _modification(other._modification)
     , _creation(other._creation) {
+    // The destructor finds it in the number. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
     if (_kind == Special) _size = std::bit_cast<Word>(new Dictionary(*other.dictionary()));
 }
 
@@ -137,7 +139,9 @@ FileAttributes::~FileAttributes() {
 
 FileAttributes::Dictionary* FileAttributes::dictionary() const noexcept {
     static_assert(sizeof(Dictionary*) == sizeof(Word));
-    return std::bit_cast<Dictionary*>(_size);
+    Dictionary* kept = nullptr;
+    std::memcpy(&kept, _size.data(), sizeof kept);
+    return kept;
 }
 
 std::size_t FileAttributes::count() const {
@@ -189,7 +193,8 @@ std::optional<FileAttribute> FileAttributes::value(FileAttributeKey key, const d
 
 FileAttributes::Dictionary FileAttributes::entries() const {
     if (_kind == Empty) return {};
-    return _kind == Special ? *dictionary() : entries(detail::kindOfNumber(_kind));
+    if (_kind == Special) return *dictionary();
+    return entries(detail::kindOfNumber(_kind));
 }
 
 FileAttributes::Dictionary FileAttributes::entries(const detail::FileKind& kind) const {
