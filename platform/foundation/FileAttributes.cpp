@@ -113,8 +113,7 @@ FileAttributes::FileAttributes(const FileAttributes& other)
     , _fileNumber(other._fileNumber)
     , _modification(other._modification)
     , _creation(other._creation) {
-    // The destructor finds it in the number. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-    if (_kind == Special) _size = std::bit_cast<Word>(new Dictionary(*other.dictionary()));
+    if (_kind == Special) keep(std::make_unique<Dictionary>(*other.dictionary()));
 }
 
 FileAttributes::FileAttributes(FileAttributes&& other) noexcept
@@ -137,10 +136,15 @@ FileAttributes::~FileAttributes() {
     if (_kind == Special) delete dictionary();
 }
 
-FileAttributes::Dictionary* FileAttributes::dictionary() const noexcept {
+void FileAttributes::keep(std::unique_ptr<Dictionary> dictionary) noexcept {
     static_assert(sizeof(Dictionary*) == sizeof(Word));
+    const Dictionary* kept = dictionary.release();
+    std::memcpy(_size.data(), &kept, sizeof _size);
+}
+
+FileAttributes::Dictionary* FileAttributes::dictionary() const noexcept {
     Dictionary* kept = nullptr;
-    std::memcpy(&kept, _size.data(), sizeof kept);
+    std::memcpy(&kept, _size.data(), sizeof _size);
     return kept;
 }
 
@@ -209,7 +213,7 @@ FileAttributes::Dictionary FileAttributes::entries(const detail::FileKind& kind)
 void FileAttributes::become(Dictionary entries) {
     *this = FileAttributes();
     if (entries.empty()) return;
-    _size = std::bit_cast<Word>(new Dictionary(std::move(entries)));
+    keep(std::make_unique<Dictionary>(std::move(entries)));
     _kind = Special;
 }
 

@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -94,6 +95,7 @@ class FileAttributes {
     static constexpr std::uint32_t Empty = 0;
     static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
 
+    void keep(std::unique_ptr<Dictionary> dictionary) noexcept; // its address, in _size
     [[nodiscard]] Dictionary* dictionary() const noexcept;
     [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key,
                                                      const detail::FileKind& kind) const;
