@@ -19,7 +19,6 @@ struct HelpViewControllerProbe {
 namespace {
 
 using platform::URL;
-using platform::WKNavigationActionPolicy;
 using platform::WKNavigationResponsePolicy;
 using platform::testing::childProcesses;
 using platform::testing::engineOf;
