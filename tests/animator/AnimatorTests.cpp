@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the random scripts leave out: timers that run, how fatal cases end, overridden curves and lengths, and
-// groups of a size at which searching would show.
+// What the random scripts leave out: movements reckoned by hand, timers that run, how fatal cases end,
+// overridden curves and lengths, and groups of a size at which searching would show.
 #include "platform/dispatch/RunLoop.hpp"
 #include "tests/animator/AnimatorInspection.hpp"
 
@@ -94,6 +94,29 @@ class Brisk {
 constexpr std::size_t Many = 200'000;
 
 } // namespace
+
+TEST(Animator, ReportsTheValueBeforeEachFrameAndArrivesExactly) {
+    const auto animator = Animator::create(0, 10, 4);
+    std::vector<float> values;
+    animator->onAnimation = [&](Animator&, float value) { values.push_back(value); };
+    animator->onFinished = [&](Animator&, float value) { values.push_back(-value); };
+    for (int i = 0; i < 7; ++i) animator->animate();
+    EXPECT_EQ(values, (std::vector<float>{0, 2.5F, 5, 7.5F, -10}));
+}
+
+TEST(Impulse, CoastsToRest) {
+    const auto impulse = Impulse::create(-3, 1);
+    std::vector<float> values;
+    impulse->onAnimation = [&](Impulse& i) { values.push_back(i.getValue()); };
+    int ticks = 0;
+    for (; !impulse->isFinished(); ++ticks) impulse->animate();
+    EXPECT_EQ(ticks, 25);
+    ASSERT_EQ(values.size(), 24U);
+    EXPECT_EQ(values[0], 0.75F);
+    EXPECT_EQ(values[1], 1.3125F);
+    EXPECT_NEAR(values.back(), 3, 0.01);
+    EXPECT_EQ(impulse->getValue(), 0.0F);
+}
 
 TEST(Timers, KeepWhatTheyRunUntilItsEnd) {
     expectToRunToItsEnd(Animator::create(0, 1, 5, 0.002F));

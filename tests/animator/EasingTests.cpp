@@ -136,6 +136,21 @@ TEST(Easing, SineAndCosineAreRoundedWell) {
     EXPECT_TRUE(std::isnan(easing::sine(INFINITY)) && std::isnan(easing::cosine(std::nanf(""))));
 }
 
+// Anchors, reckoned by hand: the shapes above could be wrong in the same way as the code.
+TEST(Easing, KnownValues) {
+    EXPECT_EQ(ease(EASING_easeOutQuart, 0, 0, 1, 10), 2.0F);
+    EXPECT_EQ(ease(EASING_easeOutQuart, 10, 0, 1, 10), 1.0F);
+    EXPECT_EQ(ease(EASING_easeInOutQuart, 5, 0, 1, 10), 1.5F);
+    EXPECT_NEAR(ease(EASING_easeInOutExpo, 9, 0, 1, 10), 0.011049F, 1e-6F);
+    EXPECT_EQ(ease(EASING_easeInOutExpo, 10, 0, 1, 10), 1.0F);
+    EXPECT_NEAR(ease(EASING_easeOutBounce, 363636, 0, 1, 1'000'000), 1.0F, 1e-4F);
+    EXPECT_NEAR(ease(EASING_easeOutBack, 50, 0, 1, 100), 1.0877F, 1e-4F);
+    EXPECT_NEAR(ease(EASING_easeInBack, 50, 0, 1, 100), -0.0877F, 1e-4F);
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 2, 0, 1, 5), 0.52F); // the second half begins at frame -1
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 1, 0, 1, 5), 0.32F);
+    EXPECT_FLOAT_EQ(ease(EASING_easeOutInQuad, 0, 0, 1, 1), 1.0F);
+}
+
 TEST(Easing, ExactEnds) {
     for (const float b : {0.1F, -7.3F, 1e6F})
         for (const float c : {0.7F, -12.34F})

@@ -125,8 +125,7 @@ class Help(unittest.TestCase):
         main_screen = self.screen.picture(program.window)
         for _ in range(2):
             self.screen.press_keys("Alt_L", "h")
-            self.wait(lambda: numpy.mean(numpy.any(self.screen.picture(program.window) != main_screen, axis=2)) > 0.01,
-                      "nothing is said of it")
+            self.wait(lambda: self.changed(program, main_screen) > 0.01, "nothing is said of it")
             self.screen.press_key("Escape")
             self.wait_main_screen(program, main_screen)
         self.assertEqual(program.errors().count("The web engine cannot be opened: "), 1)

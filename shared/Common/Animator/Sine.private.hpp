@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Sine and cosine for the angles that a movement passes through, from 0 to pi, inline: half the cost of a
-// call into the C library. Private to the animation engine.
+// Sine and cosine for the angles that a movement passes through, from 0 to pi, inline, which costs less than
+// a call into the C library. Private to the animation engine.
 //
 // The polynomials are the ones that glibc evaluates (the optimized routines for sinf and cosf that Arm
 // publishes), in fewer operations: compared one by one, all the floats of the range give the bits of glibc's
