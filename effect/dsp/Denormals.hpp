@@ -19,10 +19,10 @@ namespace tonewright::effect {
 class FlushDenormals {
   public:
     FlushDenormals() noexcept
-        : saved_{read()} {
-        write(saved_ | FlushBits);
+        : _saved{read()} {
+        write(_saved | FlushBits);
     }
-    ~FlushDenormals() { write(saved_); }
+    ~FlushDenormals() { write(_saved); }
     FlushDenormals(const FlushDenormals&) = delete;
     FlushDenormals& operator=(const FlushDenormals&) = delete;
 
@@ -55,7 +55,7 @@ class FlushDenormals {
     }
     static void write(Word) noexcept {}
 #endif
-    Word saved_;
+    Word _saved;
 };
 
 /// Returns zero for values far below hearing, for processors without a flush mode.

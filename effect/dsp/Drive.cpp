@@ -34,17 +34,17 @@ const std::array<float, 2 * K + 2>& sharedCoefficients() noexcept {
 } // namespace
 
 DriveLane::DriveLane() noexcept
-    : coefficients1_{sharedCoefficients<K1>()}
-    , coefficients2_{sharedCoefficients<K2>()} {}
+    : _coefficients1{sharedCoefficients<K1>()}
+    , _coefficients2{sharedCoefficients<K2>()} {}
 
 void DriveLane::reset() noexcept {
-    clean_.reset();
-    padding_.reset();
-    up1_.reset();
-    down1_.reset();
-    up2_.reset();
-    down2_.reset();
-    align_.reset();
+    _clean.reset();
+    _padding.reset();
+    _up1.reset();
+    _down1.reset();
+    _up2.reset();
+    _down2.reset();
+    _align.reset();
 }
 
 template <Shape S>
@@ -52,13 +52,13 @@ void DriveLane::twice(const float* in, const float* bias, float* out, int n) noe
     TickBuffer delayed{};
     TickBuffer even{};
     TickBuffer odd{};
-    padding_.process(in, delayed.data(), n);
-    up1_.process(coefficients1_, delayed.data(), even.data(), odd.data(), n);
+    _padding.process(in, delayed.data(), n);
+    _up1.process(_coefficients1, delayed.data(), even.data(), odd.data(), n);
     for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
         even[i] = shaped<S>(even[i] + bias[i]);
         odd[i] = shaped<S>(odd[i] + bias[i]);
     }
-    down1_.process(coefficients1_, even.data(), odd.data(), out, n);
+    _down1.process(_coefficients1, even.data(), odd.data(), out, n);
 }
 
 template <Shape S>
@@ -70,29 +70,29 @@ void DriveLane::fourTimes(const float* in, const float* bias, float* out, int n)
     Doubled first{};
     Doubled second{};
     const auto count = static_cast<std::size_t>(n);
-    up1_.process(coefficients1_, in, even.data(), odd.data(), n);
+    _up1.process(_coefficients1, in, even.data(), odd.data(), n);
     for (std::size_t i = 0; i < count; ++i) {
         joined[2 * i] = even[i] + bias[i];
         joined[2 * i + 1] = odd[i] + bias[i];
     }
-    up2_.process(coefficients2_, joined.data(), first.data(), second.data(), 2 * n);
+    _up2.process(_coefficients2, joined.data(), first.data(), second.data(), 2 * n);
     for (std::size_t i = 0; i < 2 * count; ++i) {
         first[i] = shaped<S>(first[i]);
         second[i] = shaped<S>(second[i]);
     }
-    down2_.process(coefficients2_, first.data(), second.data(), joined.data(), 2 * n);
-    align_.process(joined.data(), joined.data(), 2 * n);
+    _down2.process(_coefficients2, first.data(), second.data(), joined.data(), 2 * n);
+    _align.process(joined.data(), joined.data(), 2 * n);
     for (std::size_t i = 0; i < count; ++i) {
         even[i] = joined[2 * i];
         odd[i] = joined[2 * i + 1];
     }
-    down1_.process(coefficients1_, even.data(), odd.data(), out, n);
+    _down1.process(_coefficients1, even.data(), odd.data(), out, n);
 }
 
 void DriveLane::process(DriveSetting setting, const float* in, const float* bias, float* out,
                         int n) noexcept {
     if (setting.shape == Shape::Clean) {
-        clean_.process(in, out, n);
+        _clean.process(in, out, n);
         return;
     }
     withShape(setting.shape, [&]<Shape S>() {
@@ -105,8 +105,8 @@ void DriveLane::process(DriveSetting setting, const float* in, const float* bias
 }
 
 Drive::Drive(double sampleRate)
-    : fadeStep_{static_cast<float>(TickFrames / (sampleRate * FadeSeconds))}
-    , blockerPole_{static_cast<float>(std::exp(-2. * std::numbers::pi * BlockerHertz / sampleRate))} {
+    : _fadeStep{static_cast<float>(TickFrames / (sampleRate * FadeSeconds))}
+    , _blockerPole{static_cast<float>(std::exp(-2. * std::numbers::pi * BlockerHertz / sampleRate))} {
     // The reference is a sine at -12 dB below full scale, about the level of a played part.
     constexpr float Reference = 0.25F;
     constexpr int Points = 128;
@@ -123,13 +123,13 @@ Drive::Drive(double sampleRate)
             }
             const float mean = sum / Points; // direct current is blocked behind the curve
             const float rms = std::sqrt(std::max(squares / Points - mean * mean, 0.F));
-            makeupTable_[s][static_cast<std::size_t>(step)] = Reference / std::numbers::sqrt2_v<float> / rms;
+            _makeupTable[s][static_cast<std::size_t>(step)] = Reference / std::numbers::sqrt2_v<float> / rms;
         }
     }
 }
 
 float Drive::makeup(Shape shape, float driveDecibels) const noexcept {
-    const auto& table = makeupTable_[static_cast<std::size_t>(shape)];
+    const auto& table = _makeupTable[static_cast<std::size_t>(shape)];
     const float place = std::clamp(driveDecibels - LowestDrive, 0.F, static_cast<float>(TableSteps - 2));
     const auto step = static_cast<std::size_t>(place);
     const float part = std::min(place - static_cast<float>(step), 1.F);
@@ -141,54 +141,54 @@ void Drive::setLane(Lane& lane, DriveSetting setting) noexcept {
     for (auto& channel : lane.channels) {
         channel.reset();
     }
-    lane.makeup.snap(makeup(setting.shape, driveDecibels_));
-    lane.offset.snap(setting.shape == Shape::Clean ? 0.F : shaped(setting.shape, biasValue_));
+    lane.makeup.snap(makeup(setting.shape, _driveDecibels));
+    lane.offset.snap(setting.shape == Shape::Clean ? 0.F : shaped(setting.shape, _biasValue));
 }
 
 void Drive::aimLane(Lane& lane) noexcept {
-    lane.makeup.beginTick(makeup(lane.setting.shape, driveDecibels_));
-    lane.offset.beginTick(lane.setting.shape == Shape::Clean ? 0.F : shaped(lane.setting.shape, biasValue_));
+    lane.makeup.beginTick(makeup(lane.setting.shape, _driveDecibels));
+    lane.offset.beginTick(lane.setting.shape == Shape::Clean ? 0.F : shaped(lane.setting.shape, _biasValue));
 }
 
 void Drive::reset(DriveSetting setting, float driveDecibels, float bias) noexcept {
-    driveDecibels_ = driveDecibels;
-    biasValue_ = biasOffset(bias);
-    gain_.snap(gainOf(driveDecibels));
-    bias_.snap(biasValue_);
-    fade_.snap(0.F);
-    fading_ = false;
-    active_ = 0;
-    setLane(lanes_[0], setting);
-    blockerIn_.fill(0.F);
-    blockerOut_.fill(0.F);
+    _driveDecibels = driveDecibels;
+    _biasValue = biasOffset(bias);
+    _gain.snap(gainOf(driveDecibels));
+    _bias.snap(_biasValue);
+    _fade.snap(0.F);
+    _fading = false;
+    _active = 0;
+    setLane(_lanes[0], setting);
+    _blockerIn.fill(0.F);
+    _blockerOut.fill(0.F);
 }
 
 void Drive::beginTick(DriveSetting setting, float driveDecibels, float bias) noexcept {
-    driveDecibels_ = driveDecibels;
-    biasValue_ = biasOffset(bias);
-    if (fading_ && fade_.end() >= 1.F) {
-        active_ = 1 - active_;
-        fading_ = false;
-        fade_.snap(0.F);
+    _driveDecibels = driveDecibels;
+    _biasValue = biasOffset(bias);
+    if (_fading && _fade.end() >= 1.F) {
+        _active = 1 - _active;
+        _fading = false;
+        _fade.snap(0.F);
     }
-    Lane& other = lanes_[1 - active_];
-    const bool bothClean = setting.shape == Shape::Clean && lanes_[active_].setting.shape == Shape::Clean;
-    if (!fading_ && !bothClean && setting != lanes_[active_].setting) {
+    Lane& other = _lanes[1 - _active];
+    const bool bothClean = setting.shape == Shape::Clean && _lanes[_active].setting.shape == Shape::Clean;
+    if (!_fading && !bothClean && setting != _lanes[_active].setting) {
         setLane(other, setting);
-        fading_ = true;
-        warmUpTicks_ = (2 * DriveLatencyFrames) / TickFrames + 1;
+        _fading = true;
+        _warmUpTicks = (2 * DriveLatencyFrames) / TickFrames + 1;
     }
-    gain_.beginTick(gainOf(driveDecibels));
-    bias_.beginTick(biasValue_);
-    aimLane(lanes_[active_]);
-    if (fading_) {
+    _gain.beginTick(gainOf(driveDecibels));
+    _bias.beginTick(_biasValue);
+    aimLane(_lanes[_active]);
+    if (_fading) {
         aimLane(other);
-        fade_.beginTick(warmUpTicks_ > 0 ? 0.F : std::min(fade_.end() + fadeStep_, 1.F));
-        warmUpTicks_ = std::max(warmUpTicks_ - 1, 0);
+        _fade.beginTick(_warmUpTicks > 0 ? 0.F : std::min(_fade.end() + _fadeStep, 1.F));
+        _warmUpTicks = std::max(_warmUpTicks - 1, 0);
     }
     for (std::size_t c = 0; c < 2; ++c) {
-        blockerIn_[c] = flushed(blockerIn_[c]);
-        blockerOut_[c] = flushed(blockerOut_[c]);
+        _blockerIn[c] = flushed(_blockerIn[c]);
+        _blockerOut[c] = flushed(_blockerOut[c]);
     }
 }
 
@@ -198,21 +198,21 @@ void Drive::process(float* left, float* right, int n) noexcept {
     TickBuffer bias{};
     TickBuffer fade{};
     for (std::size_t i = 0; i < count; ++i) {
-        gain[i] = gain_.next();
-        bias[i] = bias_.next();
-        fade[i] = fading_ ? fade_.next() : 0.F;
+        gain[i] = _gain.next();
+        bias[i] = _bias.next();
+        fade[i] = _fading ? _fade.next() : 0.F;
     }
     const std::array<float*, 2> channels{left, right};
     std::array<TickBuffer, 2> mixed{};
     for (std::size_t l = 0; l < 2; ++l) {
-        if (l != active_ && !fading_) {
+        if (l != _active && !_fading) {
             continue;
         }
-        Lane& lane = lanes_[l];
+        Lane& lane = _lanes[l];
         TickBuffer makeup{};
         TickBuffer offset{};
         for (std::size_t i = 0; i < count; ++i) {
-            const float share = l == active_ ? 1.F - fade[i] : fade[i];
+            const float share = l == _active ? 1.F - fade[i] : fade[i];
             makeup[i] = lane.makeup.next() * share;
             offset[i] = lane.offset.next();
         }
@@ -226,16 +226,16 @@ void Drive::process(float* left, float* right, int n) noexcept {
             lane.channels[c].process(lane.setting, driven.data(), bias.data(), out.data(), n);
             for (std::size_t i = 0; i < count; ++i) {
                 // Clean has no gain to make up for: its share of the fade is all it is scaled by.
-                const float share = l == active_ ? 1.F - fade[i] : fade[i];
+                const float share = l == _active ? 1.F - fade[i] : fade[i];
                 mixed[c][i] += clean ? out[i] * share : (out[i] - offset[i]) * makeup[i];
             }
         }
     }
     for (std::size_t c = 0; c < 2; ++c) {
         for (std::size_t i = 0; i < count; ++i) {
-            blockerOut_[c] = mixed[c][i] - blockerIn_[c] + blockerPole_ * blockerOut_[c];
-            blockerIn_[c] = mixed[c][i];
-            channels[c][i] = blockerOut_[c];
+            _blockerOut[c] = mixed[c][i] - _blockerIn[c] + _blockerPole * _blockerOut[c];
+            _blockerIn[c] = mixed[c][i];
+            channels[c][i] = _blockerOut[c];
         }
     }
 }

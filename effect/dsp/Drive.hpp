@@ -50,15 +50,15 @@ class DriveLane {
     template <Shape S>
     void fourTimes(const float* in, const float* bias, float* out, int n) noexcept;
 
-    const std::array<float, 2 * K1 + 2>& coefficients1_;
-    const std::array<float, 2 * K2 + 2>& coefficients2_;
-    FixedDelay<DriveLatencyFrames, TickFrames> clean_;
-    FixedDelay<Stage2Latency, TickFrames> padding_;
-    HalfbandUp<K1, TickFrames> up1_;
-    HalfbandDown<K1, TickFrames> down1_;
-    HalfbandUp<K2, 2 * TickFrames> up2_;
-    HalfbandDown<K2, 2 * TickFrames> down2_;
-    FixedDelay<1, 2 * TickFrames> align_;
+    const std::array<float, 2 * K1 + 2>& _coefficients1;
+    const std::array<float, 2 * K2 + 2>& _coefficients2;
+    FixedDelay<DriveLatencyFrames, TickFrames> _clean;
+    FixedDelay<Stage2Latency, TickFrames> _padding;
+    HalfbandUp<K1, TickFrames> _up1;
+    HalfbandDown<K1, TickFrames> _down1;
+    HalfbandUp<K2, 2 * TickFrames> _up2;
+    HalfbandDown<K2, 2 * TickFrames> _down2;
+    FixedDelay<1, 2 * TickFrames> _align;
 };
 
 /// The stereo stage. A change of curve or oversampling fades between two lanes.
@@ -91,20 +91,20 @@ class Drive {
     void setLane(Lane& lane, DriveSetting setting) noexcept;
     void aimLane(Lane& lane) noexcept;
 
-    std::array<std::array<float, TableSteps>, ShapeCount> makeupTable_{};
-    std::array<Lane, 2> lanes_;
-    std::size_t active_ = 0;
-    bool fading_ = false;
-    int warmUpTicks_ = 0; // ticks the new lane still fills its filters before the fade
-    float driveDecibels_ = 0.F;
-    float biasValue_ = 0.F;
-    Ramp gain_;
-    Ramp bias_;
-    Ramp fade_; // share of the lane that is not active
-    float fadeStep_;
-    float blockerPole_;
-    std::array<float, 2> blockerIn_{};
-    std::array<float, 2> blockerOut_{};
+    std::array<std::array<float, TableSteps>, ShapeCount> _makeupTable{};
+    std::array<Lane, 2> _lanes;
+    std::size_t _active = 0;
+    bool _fading = false;
+    int _warmUpTicks = 0; // ticks the new lane still fills its filters before the fade
+    float _driveDecibels = 0.F;
+    float _biasValue = 0.F;
+    Ramp _gain;
+    Ramp _bias;
+    Ramp _fade; // share of the lane that is not active
+    float _fadeStep;
+    float _blockerPole;
+    std::array<float, 2> _blockerIn{};
+    std::array<float, 2> _blockerOut{};
 };
 
 } // namespace tonewright::effect

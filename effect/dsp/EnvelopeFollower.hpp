@@ -15,44 +15,44 @@ namespace tonewright::effect {
 class EnvelopeFollower {
   public:
     explicit EnvelopeFollower(double sampleRate) noexcept
-        : sampleRate_{sampleRate} {}
+        : _sampleRate{sampleRate} {}
 
-    void reset() noexcept { level_ = 0.F; }
+    void reset() noexcept { _level = 0.F; }
 
     /// Sets the time constants.
     void setTimes(float attackMilliseconds, float releaseMilliseconds) noexcept {
-        if (attackMilliseconds != attackMilliseconds_ || releaseMilliseconds != releaseMilliseconds_) {
-            attackMilliseconds_ = attackMilliseconds;
-            releaseMilliseconds_ = releaseMilliseconds;
-            attack_ = coefficient(attackMilliseconds);
-            release_ = coefficient(releaseMilliseconds);
+        if (attackMilliseconds != _attackMilliseconds || releaseMilliseconds != _releaseMilliseconds) {
+            _attackMilliseconds = attackMilliseconds;
+            _releaseMilliseconds = releaseMilliseconds;
+            _attack = coefficient(attackMilliseconds);
+            _release = coefficient(releaseMilliseconds);
         }
     }
 
     /// Takes one stereo frame.
     void push(float left, float right) noexcept {
         const float peak = std::max(std::abs(left), std::abs(right));
-        level_ += (peak > level_ ? attack_ : release_) * (peak - level_);
+        _level += (peak > _level ? _attack : _release) * (peak - _level);
     }
 
     /// Returns 0 at -48 dB and below, 1 at full scale and above, evenly in decibels between.
     [[nodiscard]] float reading() noexcept {
-        level_ = flushed(level_);
-        const float decibels = 20.F * std::log10(level_ + 1e-6F);
+        _level = flushed(_level);
+        const float decibels = 20.F * std::log10(_level + 1e-6F);
         return std::clamp((decibels + 48.F) / 48.F, 0.F, 1.F);
     }
 
   private:
     [[nodiscard]] float coefficient(float milliseconds) const noexcept {
-        return 1.F - std::exp(-1000.F / (milliseconds * static_cast<float>(sampleRate_)));
+        return 1.F - std::exp(-1000.F / (milliseconds * static_cast<float>(_sampleRate)));
     }
 
-    double sampleRate_;
-    float attackMilliseconds_ = 0.F;
-    float releaseMilliseconds_ = 0.F;
-    float attack_ = 1.F;
-    float release_ = 1.F;
-    float level_ = 0.F;
+    double _sampleRate;
+    float _attackMilliseconds = 0.F;
+    float _releaseMilliseconds = 0.F;
+    float _attack = 1.F;
+    float _release = 1.F;
+    float _level = 0.F;
 };
 
 } // namespace tonewright::effect

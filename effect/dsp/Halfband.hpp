@@ -48,36 +48,36 @@ template <int K>
 template <int History, int Max>
 class SampleHistory {
   public:
-    void reset() noexcept { samples_.fill(0.F); }
+    void reset() noexcept { _samples.fill(0.F); }
 
     /// Appends n samples; `at(0)` is then the first of them, `at(-History)` the oldest known.
-    void push(const float* in, int n) noexcept { std::copy_n(in, n, samples_.data() + History); }
+    void push(const float* in, int n) noexcept { std::copy_n(in, n, _samples.data() + History); }
 
-    [[nodiscard]] const float* at(int offset) const noexcept { return samples_.data() + History + offset; }
+    [[nodiscard]] const float* at(int offset) const noexcept { return _samples.data() + History + offset; }
 
     /// Forgets all but the last History samples.
     void retire(int n) noexcept {
-        std::copy(samples_.data() + n, samples_.data() + n + History, samples_.data());
+        std::copy(_samples.data() + n, _samples.data() + n + History, _samples.data());
     }
 
   private:
-    std::array<float, static_cast<std::size_t>(History + Max)> samples_{};
+    std::array<float, static_cast<std::size_t>(History + Max)> _samples{};
 };
 
 /// Delays by a whole number of samples.
 template <int Delay, int Max>
 class FixedDelay {
   public:
-    void reset() noexcept { history_.reset(); }
+    void reset() noexcept { _history.reset(); }
 
     void process(const float* in, float* out, int n) noexcept {
-        history_.push(in, n);
-        std::copy_n(history_.at(-Delay), n, out);
-        history_.retire(n);
+        _history.push(in, n);
+        std::copy_n(_history.at(-Delay), n, out);
+        _history.retire(n);
     }
 
   private:
-    SampleHistory<Delay, Max> history_;
+    SampleHistory<Delay, Max> _history;
 };
 
 /// Convolves with the symmetric even-position coefficients.
@@ -104,17 +104,17 @@ class HalfbandUp {
   public:
     using Coefficients = std::array<float, 2 * K + 2>;
 
-    void reset() noexcept { history_.reset(); }
+    void reset() noexcept { _history.reset(); }
 
     void process(const Coefficients& coefficients, const float* in, float* even, float* odd, int n) noexcept {
-        history_.push(in, n);
-        convolveSymmetric<K, Max>(history_, coefficients, 2.F, even, n);
-        std::copy_n(history_.at(-K), n, odd);
-        history_.retire(n);
+        _history.push(in, n);
+        convolveSymmetric<K, Max>(_history, coefficients, 2.F, even, n);
+        std::copy_n(_history.at(-K), n, odd);
+        _history.retire(n);
     }
 
   private:
-    SampleHistory<2 * K + 1, Max> history_;
+    SampleHistory<2 * K + 1, Max> _history;
 };
 
 /// Halves the rate of a stream given as its two phases. Max: longest stretch of output.
@@ -124,26 +124,26 @@ class HalfbandDown {
     using Coefficients = std::array<float, 2 * K + 2>;
 
     void reset() noexcept {
-        even_.reset();
-        odd_.reset();
+        _even.reset();
+        _odd.reset();
     }
 
     void process(const Coefficients& coefficients, const float* even, const float* odd, float* out,
                  int n) noexcept {
-        even_.push(even, n);
-        odd_.push(odd, n);
-        convolveSymmetric<K, Max>(even_, coefficients, 1.F, out, n);
-        const float* centre = odd_.at(-(K + 1));
+        _even.push(even, n);
+        _odd.push(odd, n);
+        convolveSymmetric<K, Max>(_even, coefficients, 1.F, out, n);
+        const float* centre = _odd.at(-(K + 1));
         for (int j = 0; j < n; ++j) {
             out[j] += 0.5F * centre[j];
         }
-        even_.retire(n);
-        odd_.retire(n);
+        _even.retire(n);
+        _odd.retire(n);
     }
 
   private:
-    SampleHistory<2 * K + 1, Max> even_;
-    SampleHistory<K + 1, Max> odd_;
+    SampleHistory<2 * K + 1, Max> _even;
+    SampleHistory<K + 1, Max> _odd;
 };
 
 } // namespace tonewright::effect

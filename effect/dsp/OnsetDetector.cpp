@@ -26,30 +26,30 @@ float decibelsOf(float energy) noexcept {
 } // namespace
 
 OnsetDetector::OnsetDetector(double sampleRate) noexcept
-    : hopFrames_{std::max(4, static_cast<int>(std::lround(sampleRate * HopSeconds)))} {
-    const double hop = hopFrames_ / sampleRate;
-    refractoryHops_ = static_cast<int>(std::lround(RefractorySeconds / hop));
-    hopRelease_ = ReleaseDecibelsPerSecond * static_cast<float>(hop);
-    referenceRise_ = static_cast<float>(1. - std::exp(-hop / ReferenceRiseSeconds));
-    referenceFall_ = static_cast<float>(1. - std::exp(-hop / ReferenceFallSeconds));
+    : _hopFrames{std::max(4, static_cast<int>(std::lround(sampleRate * HopSeconds)))} {
+    const double hop = _hopFrames / sampleRate;
+    _refractoryHops = static_cast<int>(std::lround(RefractorySeconds / hop));
+    _hopRelease = ReleaseDecibelsPerSecond * static_cast<float>(hop);
+    _referenceRise = static_cast<float>(1. - std::exp(-hop / ReferenceRiseSeconds));
+    _referenceFall = static_cast<float>(1. - std::exp(-hop / ReferenceFallSeconds));
     reset();
 }
 
 void OnsetDetector::reset() noexcept {
-    frame_ = 0;
-    energy_ = edgeEnergy_ = lastLeft_ = lastRight_ = peak_ = 0.F;
-    level_ = reference_ = Silence;
-    measuring_ = waiting_ = 0;
+    _frame = 0;
+    _energy = _edgeEnergy = _lastLeft = _lastRight = _peak = 0.F;
+    _level = _reference = Silence;
+    _measuring = _waiting = 0;
 }
 
 std::uint8_t OnsetDetector::push(float left, float right) noexcept {
-    const float edgeLeft = left - lastLeft_;
-    const float edgeRight = right - lastRight_;
-    lastLeft_ = left;
-    lastRight_ = right;
-    energy_ += left * left + right * right;
-    edgeEnergy_ += edgeLeft * edgeLeft + edgeRight * edgeRight;
-    if (++frame_ < hopFrames_) {
+    const float edgeLeft = left - _lastLeft;
+    const float edgeRight = right - _lastRight;
+    _lastLeft = left;
+    _lastRight = right;
+    _energy += left * left + right * right;
+    _edgeEnergy += edgeLeft * edgeLeft + edgeRight * edgeRight;
+    if (++_frame < _hopFrames) {
         return 0;
     }
     return endHop();
@@ -57,30 +57,30 @@ std::uint8_t OnsetDetector::push(float left, float right) noexcept {
 
 std::uint8_t OnsetDetector::endHop() noexcept {
     // Strokes are bright: edges count beside the plain energy.
-    const float scale = 0.5F / static_cast<float>(hopFrames_);
-    const float now = std::max(decibelsOf((energy_ + edgeEnergy_) * scale), Silence);
-    frame_ = 0;
-    energy_ = edgeEnergy_ = 0.F;
+    const float scale = 0.5F / static_cast<float>(_hopFrames);
+    const float now = std::max(decibelsOf((_energy + _edgeEnergy) * scale), Silence);
+    _frame = 0;
+    _energy = _edgeEnergy = 0.F;
 
-    level_ = std::max(now, level_ - hopRelease_);
-    const float rise = level_ - reference_;
-    reference_ += (rise > 0.F ? referenceRise_ : referenceFall_) * rise;
-    waiting_ = std::max(waiting_ - 1, 0);
+    _level = std::max(now, _level - _hopRelease);
+    const float rise = _level - _reference;
+    _reference += (rise > 0.F ? _referenceRise : _referenceFall) * rise;
+    _waiting = std::max(_waiting - 1, 0);
 
-    if (measuring_ == 0) {
-        if (waiting_ == 0 && rise > thresholdDecibels_ && now > QuietestOnset) {
-            measuring_ = StrengthHops;
-            waiting_ = refractoryHops_;
-            peak_ = now;
+    if (_measuring == 0) {
+        if (_waiting == 0 && rise > _thresholdDecibels && now > QuietestOnset) {
+            _measuring = StrengthHops;
+            _waiting = _refractoryHops;
+            _peak = now;
         }
         return 0;
     }
-    peak_ = std::max(peak_, now);
-    if (--measuring_ > 0) {
+    _peak = std::max(_peak, now);
+    if (--_measuring > 0) {
         return 0;
     }
-    reference_ = level_; // this rise has been counted
-    const float strength = (peak_ - QuietestOnset) / (LoudestOnset - QuietestOnset);
+    _reference = _level; // this rise has been counted
+    const float strength = (_peak - QuietestOnset) / (LoudestOnset - QuietestOnset);
     return static_cast<std::uint8_t>(std::lround(1.F + 126.F * std::clamp(strength, 0.F, 1.F)));
 }
 

@@ -19,7 +19,7 @@ class OnsetDetector {
     void reset() noexcept;
 
     /// Sets how small a rise counts, 0..1.
-    void setSensitivity(float sensitivity) noexcept { thresholdDecibels_ = 14.F - 11.F * sensitivity; }
+    void setSensitivity(float sensitivity) noexcept { _thresholdDecibels = 14.F - 11.F * sensitivity; }
 
     /// Takes one frame; returns 0, or the MIDI velocity of an onset that is certain as of this
     /// frame (about 5 ms after it began: its strength is the peak of that time).
@@ -28,23 +28,23 @@ class OnsetDetector {
   private:
     [[nodiscard]] std::uint8_t endHop() noexcept;
 
-    int hopFrames_;
-    int refractoryHops_;
-    float hopRelease_;    // decibels that the held level falls per hop
-    float referenceRise_; // share of the way that the reference goes per hop
-    float referenceFall_;
-    float thresholdDecibels_ = 7.F;
+    int _hopFrames;
+    int _refractoryHops;
+    float _hopRelease;    // decibels that the held level falls per hop
+    float _referenceRise; // share of the way that the reference goes per hop
+    float _referenceFall;
+    float _thresholdDecibels = 7.F;
 
-    int frame_ = 0;
-    float energy_ = 0.F;
-    float edgeEnergy_ = 0.F;
-    float lastLeft_ = 0.F;
-    float lastRight_ = 0.F;
-    float level_;     // held peak, decibels
-    float reference_; // what was there before, decibels
-    float peak_ = 0.F;
-    int measuring_ = 0; // hops left until the strength is known
-    int waiting_ = 0;   // hops left until another onset may begin
+    int _frame = 0;
+    float _energy = 0.F;
+    float _edgeEnergy = 0.F;
+    float _lastLeft = 0.F;
+    float _lastRight = 0.F;
+    float _level;     // held peak, decibels
+    float _reference; // what was there before, decibels
+    float _peak = 0.F;
+    int _measuring = 0; // hops left until the strength is known
+    int _waiting = 0;   // hops left until another onset may begin
 };
 
 } // namespace tonewright::effect

@@ -26,67 +26,67 @@ class MidiOutbox {
 
     /// Empties the box and says how many messages the host's buffer can take.
     void beginBlock(std::size_t room) noexcept {
-        count_ = 0;
-        room_ = room < Capacity ? room : Capacity;
+        _count = 0;
+        _room = room < Capacity ? room : Capacity;
     }
 
-    [[nodiscard]] std::size_t room() const noexcept { return room_ - count_; }
+    [[nodiscard]] std::size_t room() const noexcept { return _room - _count; }
 
     bool push(OutgoingMidi message) noexcept {
         if (room() == 0) {
             return false;
         }
-        messages_[count_++] = message;
+        _messages[_count++] = message;
         return true;
     }
 
     [[nodiscard]] std::span<const OutgoingMidi> messages() const noexcept {
-        return {messages_.data(), count_};
+        return {_messages.data(), _count};
     }
 
   private:
-    std::array<OutgoingMidi, Capacity> messages_{};
-    std::size_t count_ = 0;
-    std::size_t room_ = 0;
+    std::array<OutgoingMidi, Capacity> _messages{};
+    std::size_t _count = 0;
+    std::size_t _room = 0;
 };
 
 /// Keeps the one note that sounds.
 class OnsetNotes {
   public:
-    void reset() noexcept { sounding_ = -1; }
+    void reset() noexcept { _sounding = -1; }
 
     /// Begins a note; an onset for which there is no room is passed over.
     void onset(std::uint8_t note, std::uint8_t velocity, int lengthFrames, std::uint32_t frame,
                MidiOutbox& outbox) noexcept {
-        const std::size_t needed = sounding_ >= 0 ? 2 : 1;
+        const std::size_t needed = _sounding >= 0 ? 2 : 1;
         if (outbox.room() < needed) {
             return;
         }
         end(frame, outbox);
         if (outbox.push({frame, {0x90, note, velocity}})) {
-            sounding_ = note;
-            framesLeft_ = lengthFrames;
+            _sounding = note;
+            _framesLeft = lengthFrames;
         }
     }
 
     /// Lets one frame pass.
     void advance(std::uint32_t frame, MidiOutbox& outbox) noexcept {
-        if (sounding_ >= 0 && --framesLeft_ <= 0) {
+        if (_sounding >= 0 && --_framesLeft <= 0) {
             end(frame, outbox);
         }
     }
 
     /// Ends the note that sounds, if any; without room it is tried again later.
     void end(std::uint32_t frame, MidiOutbox& outbox) noexcept {
-        if (sounding_ >= 0 && outbox.push({frame, {0x80, static_cast<std::uint8_t>(sounding_), 0x40}})) {
-            sounding_ = -1;
+        if (_sounding >= 0 && outbox.push({frame, {0x80, static_cast<std::uint8_t>(_sounding), 0x40}})) {
+            _sounding = -1;
         }
-        framesLeft_ = sounding_ >= 0 ? 0 : framesLeft_;
+        _framesLeft = _sounding >= 0 ? 0 : _framesLeft;
     }
 
   private:
-    int sounding_ = -1;
-    int framesLeft_ = 0;
+    int _sounding = -1;
+    int _framesLeft = 0;
 };
 
 } // namespace tonewright::effect

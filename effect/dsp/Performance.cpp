@@ -38,7 +38,7 @@ void Performance::handle(std::span<const std::uint8_t> message) noexcept {
         break;
     case 0xE0: {
         const int position = message[1] + 128 * message[2] - 8192;
-        bend_ = BendRangeSemitones * std::clamp(static_cast<float>(position) / 8191.F, -1.F, 1.F);
+        _bend = BendRangeSemitones * std::clamp(static_cast<float>(position) / 8191.F, -1.F, 1.F);
         break;
     }
     default:
@@ -47,22 +47,22 @@ void Performance::handle(std::span<const std::uint8_t> message) noexcept {
 }
 
 bool Performance::takeSoundOff() noexcept {
-    const bool off = soundOff_;
-    soundOff_ = false;
+    const bool off = _soundOff;
+    _soundOff = false;
     return off;
 }
 
 void Performance::noteOn(std::uint8_t note, std::uint8_t velocity) noexcept {
     removeFromStack(note);
-    stack_[stackSize_++] = note;
-    keyDown_[note] = true;
-    velocity_ = centred(velocity);
+    _stack[_stackSize++] = note;
+    _keyDown[note] = true;
+    _velocity = centred(velocity);
     retune();
 }
 
 void Performance::noteOff(std::uint8_t note) noexcept {
-    keyDown_[note] = false;
-    if (!sustain_) {
+    _keyDown[note] = false;
+    if (!_sustain) {
         removeFromStack(note);
         retune();
     }
@@ -71,33 +71,33 @@ void Performance::noteOff(std::uint8_t note) noexcept {
 void Performance::controller(std::uint8_t number, std::uint8_t value) noexcept {
     switch (number) {
     case 1:
-        modWheel_ = static_cast<float>(value) / 127.F;
+        _modWheel = static_cast<float>(value) / 127.F;
         break;
     case 2:
-        breath_ = static_cast<float>(value) / 127.F;
+        _breath = static_cast<float>(value) / 127.F;
         break;
     case 64:
-        sustain_ = value >= 64;
-        if (!sustain_) {
+        _sustain = value >= 64;
+        if (!_sustain) {
             releaseSustained();
         }
         break;
     case 71:
-        resonance_ = centred(value);
+        _resonance = centred(value);
         break;
     case 72:
-        decay_ = centred(value);
+        _decay = centred(value);
         break;
     case 74:
-        brightness_ = centred(value);
+        _brightness = centred(value);
         break;
     case 120:
-        soundOff_ = true;
+        _soundOff = true;
         releaseAll();
         break;
     case 121:
-        bend_ = modWheel_ = breath_ = resonance_ = decay_ = brightness_ = velocity_ = 0.F;
-        sustain_ = false;
+        _bend = _modWheel = _breath = _resonance = _decay = _brightness = _velocity = 0.F;
+        _sustain = false;
         releaseSustained();
         break;
     case 123:
@@ -113,37 +113,37 @@ void Performance::controller(std::uint8_t number, std::uint8_t value) noexcept {
 }
 
 void Performance::removeFromStack(std::uint8_t note) noexcept {
-    auto* const end = stack_.data() + stackSize_;
-    stackSize_ = static_cast<std::size_t>(std::remove(stack_.data(), end, note) - stack_.data());
+    auto* const end = _stack.data() + _stackSize;
+    _stackSize = static_cast<std::size_t>(std::remove(_stack.data(), end, note) - _stack.data());
 }
 
 void Performance::releaseSustained() noexcept {
-    auto* const end = stack_.data() + stackSize_;
+    auto* const end = _stack.data() + _stackSize;
     auto* const kept =
-        std::remove_if(stack_.data(), end, [this](std::uint8_t note) { return !keyDown_[note]; });
-    stackSize_ = static_cast<std::size_t>(kept - stack_.data());
+        std::remove_if(_stack.data(), end, [this](std::uint8_t note) { return !_keyDown[note]; });
+    _stackSize = static_cast<std::size_t>(kept - _stack.data());
     retune();
 }
 
 void Performance::releaseAll() noexcept {
-    stackSize_ = 0;
-    keyDown_.fill(false);
+    _stackSize = 0;
+    _keyDown.fill(false);
 }
 
 void Performance::retune() noexcept {
-    if (stackSize_ == 0) {
+    if (_stackSize == 0) {
         return; // the last tuning stays when the keys are let go
     }
-    chordCount_ = std::min(stackSize_, ChordSize);
-    for (std::size_t i = 0; i < chordCount_; ++i) {
-        chord_[i] = stack_[stackSize_ - 1 - i];
+    _chordCount = std::min(_stackSize, ChordSize);
+    for (std::size_t i = 0; i < _chordCount; ++i) {
+        _chord[i] = _stack[_stackSize - 1 - i];
     }
 }
 
 PerformanceSnapshot Performance::snapshot() const noexcept {
     PerformanceSnapshot snapshot;
-    std::copy_n(chord_.begin(), chordCount_, snapshot.notes.begin());
-    snapshot.modWheel = modWheel_;
+    std::copy_n(_chord.begin(), _chordCount, snapshot.notes.begin());
+    snapshot.modWheel = _modWheel;
     return snapshot;
 }
 
@@ -151,10 +151,10 @@ void Performance::restore(const PerformanceSnapshot& snapshot) noexcept {
     reset();
     for (const std::int32_t note : snapshot.notes) {
         if (note >= 0 && note <= 127) {
-            chord_[chordCount_++] = static_cast<std::uint8_t>(note);
+            _chord[_chordCount++] = static_cast<std::uint8_t>(note);
         }
     }
-    modWheel_ = snapshot.modWheel >= 0.F && snapshot.modWheel <= 1.F ? snapshot.modWheel : 0.F;
+    _modWheel = snapshot.modWheel >= 0.F && snapshot.modWheel <= 1.F ? snapshot.modWheel : 0.F;
 }
 
 } // namespace tonewright::effect

@@ -30,27 +30,27 @@ class Performance {
     void reset() noexcept { *this = {}; }
 
     /// Drops a tuning whose keys are up, so that the root control counts again.
-    void forgetTuning() noexcept { chordCount_ = stackSize_ == 0 ? 0 : chordCount_; }
+    void forgetTuning() noexcept { _chordCount = _stackSize == 0 ? 0 : _chordCount; }
 
     /// Returns the note that tunes the effect: the latest one held, after release the last one
     /// held; -1 before the first.
-    [[nodiscard]] int tuningNote() const noexcept { return chordCount_ == 0 ? -1 : chord_[0]; }
+    [[nodiscard]] int tuningNote() const noexcept { return _chordCount == 0 ? -1 : _chord[0]; }
 
     /// Returns the notes of the tuning chord, latest first; kept after release.
     [[nodiscard]] std::span<const std::uint8_t> chord() const noexcept {
-        return {chord_.data(), chordCount_};
+        return {_chord.data(), _chordCount};
     }
 
     /// Returns the latest note that is still held; -1 when none is.
-    [[nodiscard]] int heldNote() const noexcept { return stackSize_ == 0 ? -1 : stack_[stackSize_ - 1]; }
+    [[nodiscard]] int heldNote() const noexcept { return _stackSize == 0 ? -1 : _stack[_stackSize - 1]; }
 
-    [[nodiscard]] float velocity() const noexcept { return velocity_; }   ///< -1..1, 0 before the first note
-    [[nodiscard]] float bendSemitones() const noexcept { return bend_; }  ///< -2..2
-    [[nodiscard]] float modWheel() const noexcept { return modWheel_; }   ///< 0..1, controller 1
-    [[nodiscard]] float breath() const noexcept { return breath_; }       ///< 0..1, controller 2
-    [[nodiscard]] float resonance() const noexcept { return resonance_; } ///< -1..1, controller 71
-    [[nodiscard]] float decay() const noexcept { return decay_; }         ///< -1..1, controller 72
-    [[nodiscard]] float brightness() const noexcept { return brightness_; } ///< -1..1, controller 74
+    [[nodiscard]] float velocity() const noexcept { return _velocity; }   ///< -1..1, 0 before the first note
+    [[nodiscard]] float bendSemitones() const noexcept { return _bend; }  ///< -2..2
+    [[nodiscard]] float modWheel() const noexcept { return _modWheel; }   ///< 0..1, controller 1
+    [[nodiscard]] float breath() const noexcept { return _breath; }       ///< 0..1, controller 2
+    [[nodiscard]] float resonance() const noexcept { return _resonance; } ///< -1..1, controller 71
+    [[nodiscard]] float decay() const noexcept { return _decay; }         ///< -1..1, controller 72
+    [[nodiscard]] float brightness() const noexcept { return _brightness; } ///< -1..1, controller 74
 
     /// Tells once that all sound is to end (controller 120).
     [[nodiscard]] bool takeSoundOff() noexcept;
@@ -67,20 +67,20 @@ class Performance {
     void releaseAll() noexcept;
     void retune() noexcept;
 
-    std::array<std::uint8_t, 128> stack_{}; // held notes, the latest last; each at most once
-    std::size_t stackSize_ = 0;
-    std::array<bool, 128> keyDown_{};
-    bool sustain_ = false;
-    std::array<std::uint8_t, ChordSize> chord_{};
-    std::size_t chordCount_ = 0;
-    float velocity_ = 0.F;
-    float bend_ = 0.F;
-    float modWheel_ = 0.F;
-    float breath_ = 0.F;
-    float resonance_ = 0.F;
-    float decay_ = 0.F;
-    float brightness_ = 0.F;
-    bool soundOff_ = false;
+    std::array<std::uint8_t, 128> _stack{}; // held notes, the latest last; each at most once
+    std::size_t _stackSize = 0;
+    std::array<bool, 128> _keyDown{};
+    bool _sustain = false;
+    std::array<std::uint8_t, ChordSize> _chord{};
+    std::size_t _chordCount = 0;
+    float _velocity = 0.F;
+    float _bend = 0.F;
+    float _modWheel = 0.F;
+    float _breath = 0.F;
+    float _resonance = 0.F;
+    float _decay = 0.F;
+    float _brightness = 0.F;
+    bool _soundOff = false;
 };
 
 } // namespace tonewright::effect

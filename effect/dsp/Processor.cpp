@@ -51,170 +51,170 @@ float ceiling(float x) noexcept {
 } // namespace
 
 Processor::Processor(double sampleRate)
-    : sampleRate_{sampleRate}
-    , envelope_{sampleRate}
-    , detector_{sampleRate}
-    , drive_{sampleRate}
-    , filter_{sampleRate}
-    , bank_{sampleRate}
-    , smoothing_{tickCoefficient(sampleRate, SmoothingSeconds)}
-    , enabledStep_{static_cast<float>(TickFrames / (sampleRate * BypassSeconds))}
-    , bankGateCoefficient_{tickCoefficient(sampleRate, BankGateSeconds)}
-    , analyser_{sampleRate} {
+    : _sampleRate{sampleRate}
+    , _envelope{sampleRate}
+    , _detector{sampleRate}
+    , _drive{sampleRate}
+    , _filter{sampleRate}
+    , _bank{sampleRate}
+    , _smoothing{tickCoefficient(sampleRate, SmoothingSeconds)}
+    , _enabledStep{static_cast<float>(TickFrames / (sampleRate * BypassSeconds))}
+    , _bankGateCoefficient{tickCoefficient(sampleRate, BankGateSeconds)}
+    , _analyser{sampleRate} {
     setParameters(defaultValues());
     reset();
 }
 
 void Processor::reset() noexcept {
-    performance_.restore(performance_.snapshot());
-    envelope_.reset();
-    detector_.reset();
-    notes_.reset();
-    for (auto& delay : dryDelay_) {
+    _performance.restore(_performance.snapshot());
+    _envelope.reset();
+    _detector.reset();
+    _notes.reset();
+    for (auto& delay : _dryDelay) {
         delay.reset();
     }
-    analyser_.reset();
-    tickPhase_ = 0;
-    settle_ = true;
+    _analyser.reset();
+    _tickPhase = 0;
+    _settle = true;
     resetSound();
 }
 
 void Processor::restore(const PerformanceSnapshot& snapshot) noexcept {
-    performance_.restore(snapshot);
-    settle_ = true;
+    _performance.restore(snapshot);
+    _settle = true;
 }
 
 float Processor::rootNote() const noexcept {
-    const int played = performance_.tuningNote();
+    const int played = _performance.tuningNote();
     return played >= 0 ? static_cast<float>(played) : value(Parameter::Note);
 }
 
 ResonatorSetting Processor::resonatorSetting() const noexcept {
     return {.rootNote = rootNote(),
             .voicing = static_cast<Voicing>(value(Parameter::Voicing)),
-            .chord = performance_.chord(),
-            .bendSemitones = performance_.bendSemitones(),
-            .decaySeconds = std::exp2(smooth_[DecayOctaves].value),
-            .damping = smooth_[Damping].value,
+            .chord = _performance.chord(),
+            .bendSemitones = _performance.bendSemitones(),
+            .decaySeconds = std::exp2(_smooth[DecayOctaves].value),
+            .damping = _smooth[Damping].value,
             .glideMilliseconds = value(Parameter::Glide)};
 }
 
 void Processor::setParameters(const ParameterValues& values) noexcept {
-    if (!settle_ && values == raw_) {
+    if (!_settle && values == _raw) {
         return;
     }
     const float noteBefore = value(Parameter::Note);
-    raw_ = values;
+    _raw = values;
     const auto table = parameterTable();
     for (std::size_t i = 0; i < ParameterCount; ++i) {
-        values_[i] = sanitised(table[i], values[i]);
+        _values[i] = sanitised(table[i], values[i]);
     }
-    envelope_.setTimes(value(Parameter::Attack), value(Parameter::Release));
-    detector_.setSensitivity(value(Parameter::Sensitivity) / 100.F);
-    if (settle_) {
-        settle_ = false;
+    _envelope.setTimes(value(Parameter::Attack), value(Parameter::Release));
+    _detector.setSensitivity(value(Parameter::Sensitivity) / 100.F);
+    if (_settle) {
+        _settle = false;
         resetSound();
     } else if (value(Parameter::Note) != noteBefore) {
-        performance_.forgetTuning(); // whoever moved last, hand or keys, sets the tuning
+        _performance.forgetTuning(); // whoever moved last, hand or keys, sets the tuning
     }
 }
 
 void Processor::aimSmoothers() noexcept {
-    const int played = performance_.tuningNote();
+    const int played = _performance.tuningNote();
     const float tracked = played < 0
-                              ? performance_.bendSemitones()
-                              : static_cast<float>(played) + performance_.bendSemitones() - TrackingCentre;
-    smooth_[DriveDecibels].target = value(Parameter::Drive) + BreathDecibels * performance_.breath() +
-                                    VelocityDecibels * performance_.velocity();
-    smooth_[Bias].target = value(Parameter::Bias) / 100.F;
-    smooth_[EnvelopeDrive].target = value(Parameter::EnvelopeToDrive);
-    smooth_[CutoffNote].target =
+                              ? _performance.bendSemitones()
+                              : static_cast<float>(played) + _performance.bendSemitones() - TrackingCentre;
+    _smooth[DriveDecibels].target = value(Parameter::Drive) + BreathDecibels * _performance.breath() +
+                                    VelocityDecibels * _performance.velocity();
+    _smooth[Bias].target = value(Parameter::Bias) / 100.F;
+    _smooth[EnvelopeDrive].target = value(Parameter::EnvelopeToDrive);
+    _smooth[CutoffNote].target =
         noteOf(value(Parameter::Cutoff)) + value(Parameter::KeyTrack) / 100.F * tracked +
-        ModWheelSemitones * performance_.modWheel() + BrightnessSemitones * performance_.brightness() +
-        VelocitySemitones * performance_.velocity();
-    smooth_[Resonance].target =
-        std::clamp(value(Parameter::Resonance) / 100.F + ResonanceReach * performance_.resonance(), 0.F, 1.F);
-    smooth_[EnvelopeCutoff].target = value(Parameter::EnvelopeToCutoff);
-    smooth_[DecayOctaves].target =
-        std::log2(value(Parameter::Decay)) + DecayOctaveReach * performance_.decay();
-    smooth_[Damping].target = value(Parameter::Damping) / 100.F;
-    smooth_[ResonatorShare].target = value(Parameter::ResonatorMix) / 100.F;
-    smooth_[WetShare].target = value(Parameter::Mix) / 100.F;
-    smooth_[OutputGain].target = std::pow(10.F, value(Parameter::Output) / 20.F);
+        ModWheelSemitones * _performance.modWheel() + BrightnessSemitones * _performance.brightness() +
+        VelocitySemitones * _performance.velocity();
+    _smooth[Resonance].target =
+        std::clamp(value(Parameter::Resonance) / 100.F + ResonanceReach * _performance.resonance(), 0.F, 1.F);
+    _smooth[EnvelopeCutoff].target = value(Parameter::EnvelopeToCutoff);
+    _smooth[DecayOctaves].target =
+        std::log2(value(Parameter::Decay)) + DecayOctaveReach * _performance.decay();
+    _smooth[Damping].target = value(Parameter::Damping) / 100.F;
+    _smooth[ResonatorShare].target = value(Parameter::ResonatorMix) / 100.F;
+    _smooth[WetShare].target = value(Parameter::Mix) / 100.F;
+    _smooth[OutputGain].target = std::pow(10.F, value(Parameter::Output) / 20.F);
 }
 
 void Processor::resetSound() noexcept {
     aimSmoothers();
-    for (auto& smoothed : smooth_) {
+    for (auto& smoothed : _smooth) {
         smoothed.snap(smoothed.target);
     }
-    bankGate_.snap(1.F);
-    bankGateRamp_.snap(1.F);
-    wetRamp_.snap(smooth_[WetShare].value);
-    bankRamp_.snap(smooth_[ResonatorShare].value);
-    gainRamp_.snap(smooth_[OutputGain].value);
-    enabledRamp_.snap(value(Parameter::Enabled));
-    cutoffHertz_ = hertzOf(smooth_[CutoffNote].value);
-    drive_.reset({static_cast<Shape>(value(Parameter::Shape)),
+    _bankGate.snap(1.F);
+    _bankGateRamp.snap(1.F);
+    _wetRamp.snap(_smooth[WetShare].value);
+    _bankRamp.snap(_smooth[ResonatorShare].value);
+    _gainRamp.snap(_smooth[OutputGain].value);
+    _enabledRamp.snap(value(Parameter::Enabled));
+    _cutoffHertz = hertzOf(_smooth[CutoffNote].value);
+    _drive.reset({static_cast<Shape>(value(Parameter::Shape)),
                   static_cast<Oversampling>(value(Parameter::Oversampling))},
-                 smooth_[DriveDecibels].value, smooth_[Bias].value);
-    filter_.reset(static_cast<FilterMode>(value(Parameter::FilterMode)), cutoffHertz_,
-                  smooth_[Resonance].value);
-    bank_.reset(resonatorSetting());
+                 _smooth[DriveDecibels].value, _smooth[Bias].value);
+    _filter.reset(static_cast<FilterMode>(value(Parameter::FilterMode)), _cutoffHertz,
+                  _smooth[Resonance].value);
+    _bank.reset(resonatorSetting());
 }
 
 void Processor::beginTick() noexcept {
     const float enabledTarget = value(Parameter::Enabled);
-    if (enabledRamp_.restsAt(0.F) && enabledTarget > 0.F) {
+    if (_enabledRamp.restsAt(0.F) && enabledTarget > 0.F) {
         resetSound(); // the wet path stood still: it begins from silence, at the present settings
-        enabledRamp_.snap(0.F);
+        _enabledRamp.snap(0.F);
     }
-    const float enabled = enabledRamp_.end();
-    enabledRamp_.beginTick(enabled + std::clamp(enabledTarget - enabled, -enabledStep_, enabledStep_));
+    const float enabled = _enabledRamp.end();
+    _enabledRamp.beginTick(enabled + std::clamp(enabledTarget - enabled, -_enabledStep, _enabledStep));
 
     aimSmoothers();
-    for (auto& smoothed : smooth_) {
-        smoothed.advance(smoothing_);
+    for (auto& smoothed : _smooth) {
+        smoothed.advance(_smoothing);
     }
-    if (performance_.takeSoundOff()) {
-        bankGate_.target = 0.F;
+    if (_performance.takeSoundOff()) {
+        _bankGate.target = 0.F;
     }
-    bankGate_.advance(bankGateCoefficient_);
-    if (bankGateRamp_.end() == 0.F) {
-        bank_.silence();
-        bankGate_.target = 1.F;
+    _bankGate.advance(_bankGateCoefficient);
+    if (_bankGateRamp.end() == 0.F) {
+        _bank.silence();
+        _bankGate.target = 1.F;
     }
-    bankGateRamp_.beginTick(bankGate_.value);
-    wetRamp_.beginTick(smooth_[WetShare].value);
-    bankRamp_.beginTick(smooth_[ResonatorShare].value);
-    gainRamp_.beginTick(smooth_[OutputGain].value);
-    if (enabledRamp_.restsAt(0.F)) {
+    _bankGateRamp.beginTick(_bankGate.value);
+    _wetRamp.beginTick(_smooth[WetShare].value);
+    _bankRamp.beginTick(_smooth[ResonatorShare].value);
+    _gainRamp.beginTick(_smooth[OutputGain].value);
+    if (_enabledRamp.restsAt(0.F)) {
         return;
     }
-    const float reading = envelope_.reading();
+    const float reading = _envelope.reading();
     const float driveDecibels =
-        std::clamp(smooth_[DriveDecibels].value + reading * smooth_[EnvelopeDrive].value, -24.F, 60.F);
-    drive_.beginTick({static_cast<Shape>(value(Parameter::Shape)),
+        std::clamp(_smooth[DriveDecibels].value + reading * _smooth[EnvelopeDrive].value, -24.F, 60.F);
+    _drive.beginTick({static_cast<Shape>(value(Parameter::Shape)),
                       static_cast<Oversampling>(value(Parameter::Oversampling))},
-                     driveDecibels, smooth_[Bias].value);
-    const float cutoffNote = smooth_[CutoffNote].value + reading * smooth_[EnvelopeCutoff].value;
-    cutoffHertz_ = std::clamp(hertzOf(cutoffNote), 20.F, filter_.highestCutoff());
-    filter_.beginTick(static_cast<FilterMode>(value(Parameter::FilterMode)), cutoffHertz_,
-                      smooth_[Resonance].value);
-    bank_.beginTick(resonatorSetting());
+                     driveDecibels, _smooth[Bias].value);
+    const float cutoffNote = _smooth[CutoffNote].value + reading * _smooth[EnvelopeCutoff].value;
+    _cutoffHertz = std::clamp(hertzOf(cutoffNote), 20.F, _filter.highestCutoff());
+    _filter.beginTick(static_cast<FilterMode>(value(Parameter::FilterMode)), _cutoffHertz,
+                      _smooth[Resonance].value);
+    _bank.beginTick(resonatorSetting());
 }
 
 void Processor::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                         std::uint32_t frames, std::uint32_t firstFrame, MidiOutbox& outbox) noexcept {
     std::uint32_t done = 0;
     while (done < frames) {
-        if (tickPhase_ == 0) {
+        if (_tickPhase == 0) {
             beginTick();
         }
         const auto n =
-            static_cast<int>(std::min(frames - done, static_cast<std::uint32_t>(TickFrames - tickPhase_)));
+            static_cast<int>(std::min(frames - done, static_cast<std::uint32_t>(TickFrames - _tickPhase)));
         segment(inLeft + done, inRight + done, outLeft + done, outRight + done, n, firstFrame + done, outbox);
-        tickPhase_ = (tickPhase_ + n) % TickFrames;
+        _tickPhase = (_tickPhase + n) % TickFrames;
         done += static_cast<std::uint32_t>(n);
     }
 }
@@ -224,37 +224,37 @@ void Processor::listen(const TickBuffer& left, const TickBuffer& right, int n, s
     const auto mode = static_cast<MidiOut>(value(Parameter::MidiOut));
     const bool sends = mode != MidiOut::Off && value(Parameter::Enabled) > 0.F;
     if (!sends) {
-        notes_.end(firstFrame, outbox);
+        _notes.end(firstFrame, outbox);
     }
     for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
         const std::uint32_t frame = firstFrame + static_cast<std::uint32_t>(i);
-        envelope_.push(left[i], right[i]);
-        notes_.advance(frame, outbox);
-        const std::uint8_t velocity = detector_.push(left[i], right[i]);
+        _envelope.push(left[i], right[i]);
+        _notes.advance(frame, outbox);
+        const std::uint8_t velocity = _detector.push(left[i], right[i]);
         if (velocity == 0) {
             continue;
         }
-        onsetCount_ = (onsetCount_ + 1) % 4096;
+        _onsetCount = (_onsetCount + 1) % 4096;
         if (sends) {
             const float pitch = mode == MidiOut::Held ? rootNote() : value(Parameter::Note);
-            const float length = value(Parameter::Gate) / 1000.F * static_cast<float>(sampleRate_);
-            notes_.onset(static_cast<std::uint8_t>(pitch), velocity, static_cast<int>(length), frame, outbox);
+            const float length = value(Parameter::Gate) / 1000.F * static_cast<float>(_sampleRate);
+            _notes.onset(static_cast<std::uint8_t>(pitch), velocity, static_cast<int>(length), frame, outbox);
         }
     }
 }
 
 void Processor::wetPath(TickBuffer& left, TickBuffer& right, int n) noexcept {
-    drive_.process(left.data(), right.data(), n);
-    filter_.process(left.data(), right.data(), n);
-    if (bankRamp_.restsAt(0.F)) {
-        bank_.silence();
+    _drive.process(left.data(), right.data(), n);
+    _filter.process(left.data(), right.data(), n);
+    if (_bankRamp.restsAt(0.F)) {
+        _bank.silence();
     } else {
         TickBuffer bankLeft{};
         TickBuffer bankRight{};
-        bank_.process(left.data(), right.data(), bankLeft.data(), bankRight.data(), n);
+        _bank.process(left.data(), right.data(), bankLeft.data(), bankRight.data(), n);
         for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
-            const float share = bankRamp_.next();
-            const float gate = bankGateRamp_.next();
+            const float share = _bankRamp.next();
+            const float gate = _bankGateRamp.next();
             left[i] += share * (gate * bankLeft[i] - left[i]);
             right[i] += share * (gate * bankRight[i] - right[i]);
         }
@@ -276,10 +276,10 @@ void Processor::segment(const float* inLeft, const float* inRight, float* outLef
 
     TickBuffer dryLeft{};
     TickBuffer dryRight{};
-    dryDelay_[0].process(left.data(), dryLeft.data(), n);
-    dryDelay_[1].process(right.data(), dryRight.data(), n);
+    _dryDelay[0].process(left.data(), dryLeft.data(), n);
+    _dryDelay[1].process(right.data(), dryRight.data(), n);
 
-    if (enabledRamp_.restsAt(0.F)) {
+    if (_enabledRamp.restsAt(0.F)) {
         std::copy_n(dryLeft.data(), n, outLeft);
         std::copy_n(dryRight.data(), n, outRight);
     } else {
@@ -288,9 +288,9 @@ void Processor::segment(const float* inLeft, const float* inRight, float* outLef
         wetPath(wetLeft, wetRight, n);
         float check = 0.F;
         for (std::size_t i = 0; i < count; ++i) {
-            const float wet = wetRamp_.next();
-            const float gain = gainRamp_.next();
-            const float enabled = enabledRamp_.next();
+            const float wet = _wetRamp.next();
+            const float gain = _gainRamp.next();
+            const float enabled = _enabledRamp.next();
             const float mixedLeft = gain * (dryLeft[i] + wet * (wetLeft[i] - dryLeft[i]));
             const float mixedRight = gain * (dryRight[i] + wet * (wetRight[i] - dryRight[i]));
             outLeft[i] = enabled == 1.F ? mixedLeft : dryLeft[i] + enabled * (mixedLeft - dryLeft[i]);
@@ -303,7 +303,7 @@ void Processor::segment(const float* inLeft, const float* inRight, float* outLef
             std::copy_n(dryRight.data(), n, outRight);
         }
     }
-    if (metering_) {
+    if (_metering) {
         meter(left, right, outLeft, outRight, n);
     }
 }
@@ -311,31 +311,31 @@ void Processor::segment(const float* inLeft, const float* inRight, float* outLef
 void Processor::meter(const TickBuffer& inLeft, const TickBuffer& inRight, const float* outLeft,
                       const float* outRight, int n) noexcept {
     for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
-        display_.inputPeaks[0] = std::max(display_.inputPeaks[0], std::abs(inLeft[i]));
-        display_.inputPeaks[1] = std::max(display_.inputPeaks[1], std::abs(inRight[i]));
-        display_.outputPeaks[0] = std::max(display_.outputPeaks[0], std::abs(outLeft[i]));
-        display_.outputPeaks[1] = std::max(display_.outputPeaks[1], std::abs(outRight[i]));
-        analyser_.push(0.5F * (outLeft[i] + outRight[i]));
+        _display.inputPeaks[0] = std::max(_display.inputPeaks[0], std::abs(inLeft[i]));
+        _display.inputPeaks[1] = std::max(_display.inputPeaks[1], std::abs(inRight[i]));
+        _display.outputPeaks[0] = std::max(_display.outputPeaks[0], std::abs(outLeft[i]));
+        _display.outputPeaks[1] = std::max(_display.outputPeaks[1], std::abs(outRight[i]));
+        _analyser.push(0.5F * (outLeft[i] + outRight[i]));
     }
 }
 
 void Processor::setMetering(bool on) noexcept {
-    if (on && !metering_) {
-        analyser_.reset();
-        display_ = {};
+    if (on && !_metering) {
+        _analyser.reset();
+        _display = {};
     }
-    metering_ = on;
+    _metering = on;
 }
 
 DisplayFrame Processor::takeDisplay() noexcept {
-    DisplayFrame frame = display_;
-    frame.envelope = envelope_.reading();
-    frame.cutoffHertz = cutoffHertz_;
+    DisplayFrame frame = _display;
+    frame.envelope = _envelope.reading();
+    frame.cutoffHertz = _cutoffHertz;
     frame.rootNote = rootNote();
-    frame.onsets = static_cast<float>(onsetCount_);
-    analyser_.analyse(frame.spectrum);
-    display_.inputPeaks.fill(0.F);
-    display_.outputPeaks.fill(0.F);
+    frame.onsets = static_cast<float>(_onsetCount);
+    _analyser.analyse(frame.spectrum);
+    _display.inputPeaks.fill(0.F);
+    _display.outputPeaks.fill(0.F);
     return frame;
 }
 

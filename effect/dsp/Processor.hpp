@@ -50,7 +50,7 @@ class Processor {
     void setParameters(const ParameterValues& values) noexcept;
 
     /// Takes one MIDI message, at the present frame.
-    void midi(std::span<const std::uint8_t> message) noexcept { performance_.handle(message); }
+    void midi(std::span<const std::uint8_t> message) noexcept { _performance.handle(message); }
 
     /// Processes a stretch of a block. Outputs may be the inputs, in any order. `firstFrame`:
     /// where in the block the stretch begins, for the frames of messages.
@@ -66,7 +66,7 @@ class Processor {
     /// Measures what there was since the last call.
     [[nodiscard]] DisplayFrame takeDisplay() noexcept;
 
-    [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return performance_.snapshot(); }
+    [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return _performance.snapshot(); }
     void restore(const PerformanceSnapshot& snapshot) noexcept;
 
   private:
@@ -86,7 +86,7 @@ class Processor {
         SmoothCount,
     };
 
-    [[nodiscard]] float value(Parameter parameter) const noexcept { return values_[index(parameter)]; }
+    [[nodiscard]] float value(Parameter parameter) const noexcept { return _values[index(parameter)]; }
     [[nodiscard]] float rootNote() const noexcept;
     [[nodiscard]] ResonatorSetting resonatorSetting() const noexcept;
     void aimSmoothers() noexcept;
@@ -100,37 +100,37 @@ class Processor {
     void meter(const TickBuffer& inLeft, const TickBuffer& inRight, const float* outLeft,
                const float* outRight, int n) noexcept;
 
-    double sampleRate_;
-    ParameterValues raw_{};    // as the host gave them
-    ParameterValues values_{}; // in range
-    bool settle_ = true;       // the next values take effect at once
-    int tickPhase_ = 0;
+    double _sampleRate;
+    ParameterValues _raw{};    // as the host gave them
+    ParameterValues _values{}; // in range
+    bool _settle = true;       // the next values take effect at once
+    int _tickPhase = 0;
 
-    Performance performance_;
-    EnvelopeFollower envelope_;
-    OnsetDetector detector_;
-    OnsetNotes notes_;
-    Drive drive_;
-    StateVariableFilter filter_;
-    ResonatorBank bank_;
-    std::array<FixedDelay<DriveLatencyFrames, TickFrames>, 2> dryDelay_;
+    Performance _performance;
+    EnvelopeFollower _envelope;
+    OnsetDetector _detector;
+    OnsetNotes _notes;
+    Drive _drive;
+    StateVariableFilter _filter;
+    ResonatorBank _bank;
+    std::array<FixedDelay<DriveLatencyFrames, TickFrames>, 2> _dryDelay;
 
-    float smoothing_;
-    std::array<Smoothed, SmoothCount> smooth_{};
-    Ramp wetRamp_;
-    Ramp bankRamp_;
-    Ramp gainRamp_;
-    Ramp enabledRamp_;
-    float enabledStep_;
-    Smoothed bankGate_; // closes for a moment when all sound is to end
-    Ramp bankGateRamp_;
-    float bankGateCoefficient_;
-    float cutoffHertz_ = 1000.F;
+    float _smoothing;
+    std::array<Smoothed, SmoothCount> _smooth{};
+    Ramp _wetRamp;
+    Ramp _bankRamp;
+    Ramp _gainRamp;
+    Ramp _enabledRamp;
+    float _enabledStep;
+    Smoothed _bankGate; // closes for a moment when all sound is to end
+    Ramp _bankGateRamp;
+    float _bankGateCoefficient;
+    float _cutoffHertz = 1000.F;
 
-    bool metering_ = false;
-    DisplayFrame display_{};
-    std::uint32_t onsetCount_ = 0;
-    SpectrumAnalyser analyser_;
+    bool _metering = false;
+    DisplayFrame _display{};
+    std::uint32_t _onsetCount = 0;
+    SpectrumAnalyser _analyser;
 };
 
 } // namespace tonewright::effect

@@ -56,12 +56,12 @@ float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t
 } // namespace
 
 ResonatorBank::ResonatorBank(double sampleRate)
-    : sampleRate_{static_cast<float>(sampleRate)} {
+    : _sampleRate{static_cast<float>(sampleRate)} {
     const auto needed = static_cast<std::size_t>(sampleRate / static_cast<double>(LowestHertz)) + 8;
     const std::size_t size = std::bit_ceil(needed);
-    mask_ = size - 1;
-    longestDelay_ = static_cast<float>(needed - 6);
-    for (auto& voice : voices_) {
+    _mask = size - 1;
+    _longestDelay = static_cast<float>(needed - 6);
+    for (auto& voice : _voices) {
         for (auto& string : voice.channels) {
             string.line.assign(size, 0.F);
         }
@@ -82,26 +82,26 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
 }
 
 float ResonatorBank::delayFor(float note) const noexcept {
-    const float hertz = std::clamp(hertzOf(note), LowestHertz, sampleRate_ / (2.F * ShortestDelay));
+    const float hertz = std::clamp(hertzOf(note), LowestHertz, _sampleRate / (2.F * ShortestDelay));
     // The damping filter delays the fundamental too; take that off the line.
-    const float omega = 2.F * std::numbers::pi_v<float> * hertz / sampleRate_;
+    const float omega = 2.F * std::numbers::pi_v<float> * hertz / _sampleRate;
     const float filterDelay =
-        std::atan2(lowpassPole_ * std::sin(omega), 1.F - lowpassPole_ * std::cos(omega)) / omega;
-    return std::clamp(sampleRate_ / hertz - filterDelay, ShortestDelay, longestDelay_);
+        std::atan2(_lowpassPole * std::sin(omega), 1.F - _lowpassPole * std::cos(omega)) / omega;
+    return std::clamp(_sampleRate / hertz - filterDelay, ShortestDelay, _longestDelay);
 }
 
 void ResonatorBank::updateDamping(float damping) noexcept {
-    if (damping != damping_) {
-        damping_ = damping;
-        const float corner = std::min(18000.F * std::pow(0.045F, damping), 0.45F * sampleRate_);
-        lowpassPole_ = std::exp(-2.F * std::numbers::pi_v<float> * corner / sampleRate_);
+    if (damping != _damping) {
+        _damping = damping;
+        const float corner = std::min(18000.F * std::pow(0.045F, damping), 0.45F * _sampleRate);
+        _lowpassPole = std::exp(-2.F * std::numbers::pi_v<float> * corner / _sampleRate);
     }
 }
 
 void ResonatorBank::aim(String& string, float note, const ResonatorSetting& setting, bool atOnce) noexcept {
     string.lowpass = flushed(string.lowpass);
     const bool sameAim = string.aimedNote == note && string.aimedDecay == setting.decaySeconds &&
-                         string.aimedPole == lowpassPole_;
+                         string.aimedPole == _lowpassPole;
     if (sameAim && !atOnce && string.delay == string.wantedDelay) {
         string.delayRamp.beginTick(string.delay);
         string.feedback.beginTick(string.feedback.end());
@@ -111,13 +111,13 @@ void ResonatorBank::aim(String& string, float note, const ResonatorSetting& sett
     if (!sameAim) {
         string.aimedNote = note;
         string.aimedDecay = setting.decaySeconds;
-        string.aimedPole = lowpassPole_;
+        string.aimedPole = _lowpassPole;
         string.wantedDelay = delayFor(note);
     }
     const float reach = FastestSlide * static_cast<float>(TickFrames);
     string.delay = atOnce ? string.wantedDelay
                           : std::clamp(string.wantedDelay, string.delay - reach, string.delay + reach);
-    const float feedback = std::pow(10.F, -3.F * string.delay / (sampleRate_ * setting.decaySeconds));
+    const float feedback = std::pow(10.F, -3.F * string.delay / (_sampleRate * setting.decaySeconds));
     // Noise through the loop gains 1 / sqrt(1 - f^2), a tone in tune 1 / (1 - f): go between.
     const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.55F);
     if (atOnce) {
@@ -132,11 +132,11 @@ void ResonatorBank::aim(String& string, float note, const ResonatorSetting& sett
 }
 
 void ResonatorBank::silence() noexcept {
-    if (silent_) {
+    if (_silent) {
         return;
     }
-    silent_ = true;
-    for (auto& voice : voices_) {
+    _silent = true;
+    for (auto& voice : _voices) {
         for (auto& string : voice.channels) {
             std::fill(string.line.begin(), string.line.end(), 0.F);
             string.lowpass = 0.F;
@@ -148,7 +148,7 @@ void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
     silence();
     updateDamping(setting.damping);
     for (std::size_t v = 0; v < VoiceCount; ++v) {
-        Voice& voice = voices_[v];
+        Voice& voice = _voices[v];
         voice.pitch = voice.target = targetNote(setting, v);
         for (std::size_t c = 0; c < 2; ++c) {
             aim(voice.channels[c], voice.pitch + setting.bendSemitones + ChannelDetune[c], setting, true);
@@ -159,10 +159,10 @@ void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
 void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
     updateDamping(setting.damping);
     // A third of the time as time constant: after the whole of it 95 % of the way is gone.
-    const float glide = tickCoefficient(static_cast<double>(sampleRate_),
+    const float glide = tickCoefficient(static_cast<double>(_sampleRate),
                                         static_cast<double>(setting.glideMilliseconds) / 3000.);
     for (std::size_t v = 0; v < VoiceCount; ++v) {
-        Voice& voice = voices_[v];
+        Voice& voice = _voices[v];
         voice.target = targetNote(setting, v);
         voice.pitch += glide * (voice.target - voice.pitch);
         if (std::abs(voice.target - voice.pitch) < 2e-4F) {
@@ -176,19 +176,19 @@ void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
 
 void ResonatorBank::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                             int n) noexcept {
-    silent_ = false;
+    _silent = false;
     const std::array<const float*, 2> in{inLeft, inRight};
     const std::array<float*, 2> out{outLeft, outRight};
     for (std::size_t c = 0; c < 2; ++c) {
         TickBuffer sum{};
-        for (auto& voice : voices_) {
+        for (auto& voice : _voices) {
             String& string = voice.channels[c];
             for (int i = 0; i < n; ++i) {
-                const float heard = interpolated(string.line, mask_, string.write, string.delayRamp.next());
-                string.lowpass = heard + lowpassPole_ * (string.lowpass - heard);
+                const float heard = interpolated(string.line, _mask, string.write, string.delayRamp.next());
+                string.lowpass = heard + _lowpassPole * (string.lowpass - heard);
                 string.line[string.write] =
                     in[c][i] * string.level.next() + string.feedback.next() * string.lowpass;
-                string.write = (string.write + 1) & mask_;
+                string.write = (string.write + 1) & _mask;
                 sum[static_cast<std::size_t>(i)] += string.lowpass;
             }
         }

@@ -71,13 +71,13 @@ class ResonatorBank {
     void aim(String& string, float note, const ResonatorSetting& setting, bool atOnce) noexcept;
     void updateDamping(float damping) noexcept;
 
-    float sampleRate_;
-    std::size_t mask_;
-    float longestDelay_;
-    float damping_ = -1.F;
-    float lowpassPole_ = 0.F;
-    bool silent_ = true; // the lines hold nothing but zeros
-    std::array<Voice, VoiceCount> voices_;
+    float _sampleRate;
+    std::size_t _mask;
+    float _longestDelay;
+    float _damping = -1.F;
+    float _lowpassPole = 0.F;
+    bool _silent = true; // the lines hold nothing but zeros
+    std::array<Voice, VoiceCount> _voices;
 };
 
 } // namespace tonewright::effect

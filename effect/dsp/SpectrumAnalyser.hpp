@@ -30,8 +30,8 @@ class SpectrumAnalyser {
     void reset() noexcept;
 
     void push(float sample) noexcept {
-        ring_[write_] = sample;
-        write_ = (write_ + 1) & (ring_.size() - 1);
+        _ring[_write] = sample;
+        _write = (_write + 1) & (_ring.size() - 1);
     }
 
     /// Measures the bands in decibels; a full-scale sine reads 0.
@@ -40,12 +40,12 @@ class SpectrumAnalyser {
   private:
     void transform() noexcept;
 
-    float sampleRate_;
-    std::vector<float> ring_;
-    std::size_t write_ = 0;
-    std::vector<float> window_;
-    std::vector<std::complex<float>> work_;
-    std::vector<std::complex<float>> twiddles_;
+    float _sampleRate;
+    std::vector<float> _ring;
+    std::size_t _write = 0;
+    std::vector<float> _window;
+    std::vector<std::complex<float>> _work;
+    std::vector<std::complex<float>> _twiddles;
 };
 
 } // namespace tonewright::effect

@@ -23,9 +23,9 @@ float levelOf(float resonance) noexcept {
 } // namespace
 
 StateVariableFilter::StateVariableFilter(double sampleRate) noexcept
-    : sampleRate_{sampleRate}
-    , highestCutoff_{static_cast<float>(std::min(20000., 0.45 * sampleRate))}
-    , modeCoefficient_{tickCoefficient(sampleRate, 0.006)} {}
+    : _sampleRate{sampleRate}
+    , _highestCutoff{static_cast<float>(std::min(20000., 0.45 * sampleRate))}
+    , _modeCoefficient{tickCoefficient(sampleRate, 0.006)} {}
 
 StateVariableFilter::Response StateVariableFilter::responseOf(FilterMode mode) noexcept {
     constexpr Shares Through{1.F, 0.F, 0.F, 0.F};
@@ -58,38 +58,38 @@ float StateVariableFilter::dampingOf(float resonance) noexcept {
 
 float StateVariableFilter::tangentOf(float cutoffHertz) const noexcept {
     const double inside =
-        std::clamp(static_cast<double>(cutoffHertz), 5., static_cast<double>(highestCutoff_));
-    return static_cast<float>(std::tan(std::numbers::pi * inside / sampleRate_));
+        std::clamp(static_cast<double>(cutoffHertz), 5., static_cast<double>(_highestCutoff));
+    return static_cast<float>(std::tan(std::numbers::pi * inside / _sampleRate));
 }
 
 void StateVariableFilter::reset(FilterMode mode, float cutoffHertz, float resonance) noexcept {
-    sections_ = {};
-    tangent_.snap(tangentOf(cutoffHertz));
-    damping_.snap(dampingOf(resonance));
-    level_.snap(levelOf(resonance));
+    _sections = {};
+    _tangent.snap(tangentOf(cutoffHertz));
+    _damping.snap(dampingOf(resonance));
+    _level.snap(levelOf(resonance));
     const Response response = responseOf(mode);
     for (std::size_t i = 0; i < ShareCount; ++i) {
-        shares_[i].snap(response.first[i]);
-        shares_[ShareCount + i].snap(response.second[i]);
-        shareRamps_[i].snap(response.first[i]);
-        shareRamps_[ShareCount + i].snap(response.second[i]);
+        _shares[i].snap(response.first[i]);
+        _shares[ShareCount + i].snap(response.second[i]);
+        _shareRamps[i].snap(response.first[i]);
+        _shareRamps[ShareCount + i].snap(response.second[i]);
     }
 }
 
 void StateVariableFilter::beginTick(FilterMode mode, float cutoffHertz, float resonance) noexcept {
-    tangent_.beginTick(tangentOf(cutoffHertz));
-    damping_.beginTick(dampingOf(resonance));
-    level_.beginTick(levelOf(resonance));
+    _tangent.beginTick(tangentOf(cutoffHertz));
+    _damping.beginTick(dampingOf(resonance));
+    _level.beginTick(levelOf(resonance));
     const Response response = responseOf(mode);
     for (std::size_t i = 0; i < ShareCount; ++i) {
-        shares_[i].target = response.first[i];
-        shares_[ShareCount + i].target = response.second[i];
+        _shares[i].target = response.first[i];
+        _shares[ShareCount + i].target = response.second[i];
     }
-    for (std::size_t i = 0; i < shares_.size(); ++i) {
-        shares_[i].advance(modeCoefficient_);
-        shareRamps_[i].beginTick(shares_[i].value);
+    for (std::size_t i = 0; i < _shares.size(); ++i) {
+        _shares[i].advance(_modeCoefficient);
+        _shareRamps[i].beginTick(_shares[i].value);
     }
-    for (auto& section : sections_) {
+    for (auto& section : _sections) {
         for (std::size_t c = 0; c < 2; ++c) {
             section.state1[c] = flushed(section.state1[c]);
             section.state2[c] = flushed(section.state2[c]);
@@ -98,14 +98,14 @@ void StateVariableFilter::beginTick(FilterMode mode, float cutoffHertz, float re
 }
 
 void StateVariableFilter::process(float* left, float* right, int n) noexcept {
-    if (shareRamps_[Input].restsAt(1.F) && shareRamps_[ShareCount + Input].restsAt(1.F) &&
-        shareRamps_[Low].restsAt(0.F) && shareRamps_[Band].restsAt(0.F) && shareRamps_[High].restsAt(0.F)) {
-        sections_ = {};
+    if (_shareRamps[Input].restsAt(1.F) && _shareRamps[ShareCount + Input].restsAt(1.F) &&
+        _shareRamps[Low].restsAt(0.F) && _shareRamps[Band].restsAt(0.F) && _shareRamps[High].restsAt(0.F)) {
+        _sections = {};
         return;
     }
-    const bool secondRests = shareRamps_[ShareCount + Input].restsAt(1.F);
+    const bool secondRests = _shareRamps[ShareCount + Input].restsAt(1.F);
     if (secondRests) {
-        sections_[1] = {};
+        _sections[1] = {};
     }
     const std::array<float*, 2> channels{left, right};
     const auto section = [](Section& s, std::size_t c, float g, float k, float a, const Shares& shares,
@@ -119,22 +119,22 @@ void StateVariableFilter::process(float* left, float* right, int n) noexcept {
         return shares[Input] * in + shares[Low] * low + shares[Band] * k * band + shares[High] * high;
     };
     for (int i = 0; i < n; ++i) {
-        const float g = tangent_.next();
-        const float k = damping_.next();
-        const float level = level_.next();
+        const float g = _tangent.next();
+        const float k = _damping.next();
+        const float level = _level.next();
         const float a = 1.F / (1.F + g * (g + k));
         Shares first{};
         Shares second{};
         for (std::size_t s = 0; s < ShareCount; ++s) {
-            first[s] = shareRamps_[s].next();
-            second[s] = shareRamps_[ShareCount + s].next();
+            first[s] = _shareRamps[s].next();
+            second[s] = _shareRamps[ShareCount + s].next();
         }
         const float scale = first[Input] + (1.F - first[Input]) * level;
         for (std::size_t c = 0; c < 2; ++c) {
-            float y = section(sections_[0], c, g, k, a, first, channels[c][i]) * scale;
+            float y = section(_sections[0], c, g, k, a, first, channels[c][i]) * scale;
             if (!secondRests) {
                 const float a2 = 1.F / (1.F + g * (g + SecondDamping));
-                y = section(sections_[1], c, g, SecondDamping, a2, second, y);
+                y = section(_sections[1], c, g, SecondDamping, a2, second, y);
             }
             channels[c][i] = y;
         }

@@ -29,7 +29,7 @@ class StateVariableFilter {
     void process(float* left, float* right, int n) noexcept;
 
     /// Returns the highest cutoff that this sample rate allows.
-    [[nodiscard]] float highestCutoff() const noexcept { return highestCutoff_; }
+    [[nodiscard]] float highestCutoff() const noexcept { return _highestCutoff; }
 
     /// Returns the gain of a mode at a frequency, for drawing: analog prototype, linear scale.
     [[nodiscard]] static float magnitude(FilterMode mode, float cutoffHertz, float resonance,
@@ -52,15 +52,15 @@ class StateVariableFilter {
     [[nodiscard]] static float dampingOf(float resonance) noexcept;
     [[nodiscard]] float tangentOf(float cutoffHertz) const noexcept;
 
-    double sampleRate_;
-    float highestCutoff_;
-    float modeCoefficient_;
-    Ramp tangent_;
-    Ramp damping_;
-    Ramp level_;
-    std::array<Smoothed, 2 * ShareCount> shares_{};
-    std::array<Ramp, 2 * ShareCount> shareRamps_{};
-    std::array<Section, 2> sections_{};
+    double _sampleRate;
+    float _highestCutoff;
+    float _modeCoefficient;
+    Ramp _tangent;
+    Ramp _damping;
+    Ramp _level;
+    std::array<Smoothed, 2 * ShareCount> _shares{};
+    std::array<Ramp, 2 * ShareCount> _shareRamps{};
+    std::array<Section, 2> _sections{};
 };
 
 } // namespace tonewright::effect

@@ -40,33 +40,33 @@ struct Smoothed {
 class Ramp {
   public:
     void snap(float to) noexcept {
-        now_ = end_ = to;
-        step_ = 0.F;
+        _now = _end = to;
+        _step = 0.F;
     }
 
     /// Begins a tick that ends at this value.
     void beginTick(float end) noexcept {
-        now_ = end_;
-        end_ = end;
-        step_ = (end_ - now_) / static_cast<float>(TickFrames);
+        _now = _end;
+        _end = end;
+        _step = (_end - _now) / static_cast<float>(TickFrames);
     }
 
     /// Returns the value for the next frame.
     float next() noexcept {
-        now_ += step_;
-        return now_;
+        _now += _step;
+        return _now;
     }
 
-    [[nodiscard]] float now() const noexcept { return now_; }
-    [[nodiscard]] float end() const noexcept { return end_; }
+    [[nodiscard]] float now() const noexcept { return _now; }
+    [[nodiscard]] float end() const noexcept { return _end; }
 
     /// Tells whether the value stays exactly the same for the rest of the tick.
-    [[nodiscard]] bool restsAt(float value) const noexcept { return step_ == 0.F && now_ == value; }
+    [[nodiscard]] bool restsAt(float value) const noexcept { return _step == 0.F && _now == value; }
 
   private:
-    float now_ = 0.F;
-    float end_ = 0.F;
-    float step_ = 0.F;
+    float _now = 0.F;
+    float _end = 0.F;
+    float _step = 0.F;
 };
 
 } // namespace tonewright::effect

@@ -44,25 +44,25 @@ class AtomSequenceWriter {
   public:
     /// `buffer` holds, as the host left it, its capacity in the size field.
     AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept
-        : sequence_{buffer} {
-        capacity_ = sequence_ == nullptr ? 0 : sequence_->atom.size;
-        if (capacity_ < sizeof(LV2_Atom_Sequence)) {
-            sequence_ = nullptr;
+        : _sequence{buffer} {
+        _capacity = _sequence == nullptr ? 0 : _sequence->atom.size;
+        if (_capacity < sizeof(LV2_Atom_Sequence)) {
+            _sequence = nullptr;
             return;
         }
-        sequence_->atom = {sizeof(LV2_Atom_Sequence_Body), sequenceType};
-        sequence_->body = {0, 0};
+        _sequence->atom = {sizeof(LV2_Atom_Sequence_Body), sequenceType};
+        _sequence->body = {0, 0};
     }
 
     /// Returns how many events with a body of this size still fit.
     [[nodiscard]] std::size_t room(std::size_t bodySize) const noexcept {
-        if (sequence_ == nullptr) {
+        if (_sequence == nullptr) {
             return 0;
         }
         // Hosts differ on whether the capacity counts the header: count it.
-        const std::size_t used = sizeof(LV2_Atom) + sequence_->atom.size;
-        return used >= capacity_ ? 0
-                                 : (capacity_ - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
+        const std::size_t used = sizeof(LV2_Atom) + _sequence->atom.size;
+        return used >= _capacity ? 0
+                                 : (_capacity - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
     }
 
     /// Appends an event; frames must not decrease.
@@ -70,20 +70,20 @@ class AtomSequenceWriter {
         if (room(body.size()) == 0) {
             return false;
         }
-        auto* at = reinterpret_cast<std::uint8_t*>(sequence_) + sizeof(LV2_Atom) + sequence_->atom.size;
+        auto* at = reinterpret_cast<std::uint8_t*>(_sequence) + sizeof(LV2_Atom) + _sequence->atom.size;
         LV2_Atom_Event event{};
         event.time.frames = frame;
         event.body = {static_cast<std::uint32_t>(body.size()), type};
         std::memcpy(at, &event, sizeof(event));
         std::copy(body.begin(), body.end(), at + sizeof(event));
         std::memset(at + sizeof(event) + body.size(), 0, paddedAtomSize(body.size()) - body.size());
-        sequence_->atom.size += static_cast<std::uint32_t>(sizeof(event) + paddedAtomSize(body.size()));
+        _sequence->atom.size += static_cast<std::uint32_t>(sizeof(event) + paddedAtomSize(body.size()));
         return true;
     }
 
   private:
-    LV2_Atom_Sequence* sequence_;
-    std::size_t capacity_ = 0;
+    LV2_Atom_Sequence* _sequence;
+    std::size_t _capacity = 0;
 };
 
 } // namespace tonewright::effect

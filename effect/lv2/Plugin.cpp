@@ -45,14 +45,14 @@ PerformanceSnapshot unpacked(std::uint64_t word) noexcept {
 } // namespace
 
 Plugin::Plugin(double sampleRate, const LV2_URID_Map* map)
-    : sampleRate_{sampleRate}
-    , hasUrids_{map != nullptr}
-    , processor_{sampleRate}
-    , values_{defaultValues()}
-    , savedPerformance_{packed({})} {
+    : _sampleRate{sampleRate}
+    , _hasUrids{map != nullptr}
+    , _processor{sampleRate}
+    , _values{defaultValues()}
+    , _savedPerformance{packed({})} {
     if (map != nullptr) {
         const auto of = [map](const char* uri) { return map->map(map->handle, uri); };
-        urids_ = {of(LV2_ATOM__Float),    of(LV2_ATOM__Int),    of(LV2_ATOM__Object),
+        _urids = {of(LV2_ATOM__Float),    of(LV2_ATOM__Int),    of(LV2_ATOM__Object),
                   of(LV2_ATOM__Sequence), of(LV2_ATOM__Vector), of(LV2_MIDI__MidiEvent),
                   of(TuningUri),          of(ModWheelUri),      DisplayUrids::mapped(*map)};
     }
@@ -62,55 +62,55 @@ void Plugin::connect(std::uint32_t port, void* data) noexcept {
     switch (port) {
     case InputLeft:
     case InputRight:
-        inputs_[port - InputLeft] = static_cast<const float*>(data);
+        _inputs[port - InputLeft] = static_cast<const float*>(data);
         break;
     case OutputLeft:
     case OutputRight:
-        outputs_[port - OutputLeft] = static_cast<float*>(data);
+        _outputs[port - OutputLeft] = static_cast<float*>(data);
         break;
     case Control:
-        control_ = static_cast<const LV2_Atom_Sequence*>(data);
+        _control = static_cast<const LV2_Atom_Sequence*>(data);
         break;
     case Notify:
-        notify_ = static_cast<LV2_Atom_Sequence*>(data);
+        _notify = static_cast<LV2_Atom_Sequence*>(data);
         break;
     case Latency:
-        latency_ = static_cast<float*>(data);
+        _latency = static_cast<float*>(data);
         break;
     default:
         if (port < PortCount) {
-            controls_[port - FirstParameter] = static_cast<const float*>(data);
+            _controls[port - FirstParameter] = static_cast<const float*>(data);
         }
         break;
     }
 }
 
 void Plugin::activate() noexcept {
-    processor_.reset();
-    displayLeaseFrames_ = 0;
-    framesSinceDisplay_ = 0;
+    _processor.reset();
+    _displayLeaseFrames = 0;
+    _framesSinceDisplay = 0;
 }
 
 void Plugin::readParameters() noexcept {
     for (std::size_t i = 0; i < ParameterCount; ++i) {
-        if (controls_[i] != nullptr) {
-            values_[i] = *controls_[i];
+        if (_controls[i] != nullptr) {
+            _values[i] = *_controls[i];
         }
     }
-    processor_.setParameters(values_);
+    _processor.setParameters(_values);
 }
 
 void Plugin::run(std::uint32_t frames) noexcept {
     const FlushDenormals flush;
-    if (latency_ != nullptr) {
-        *latency_ = static_cast<float>(Processor::latencyFrames());
+    if (_latency != nullptr) {
+        *_latency = static_cast<float>(Processor::latencyFrames());
     }
     readParameters();
-    AtomSequenceWriter writer{hasUrids_ ? notify_ : nullptr, urids_.atomSequence};
-    outbox_.beginBlock(writer.room(3));
+    AtomSequenceWriter writer{_hasUrids ? _notify : nullptr, _urids.atomSequence};
+    _outbox.beginBlock(writer.room(3));
     processBlock(frames);
-    for (const OutgoingMidi& message : outbox_.messages()) {
-        writer.append(message.frame, urids_.midiEvent, message.bytes);
+    for (const OutgoingMidi& message : _outbox.messages()) {
+        writer.append(message.frame, _urids.midiEvent, message.bytes);
     }
     sendDisplay(frames, writer);
     publishSnapshot();
@@ -118,18 +118,18 @@ void Plugin::run(std::uint32_t frames) noexcept {
 
 void Plugin::processBlock(std::uint32_t frames) noexcept {
     const bool hasSound =
-        std::all_of(inputs_.begin(), inputs_.end(), [](const float* p) { return p != nullptr; }) &&
-        std::all_of(outputs_.begin(), outputs_.end(), [](const float* p) { return p != nullptr; });
+        std::all_of(_inputs.begin(), _inputs.end(), [](const float* p) { return p != nullptr; }) &&
+        std::all_of(_outputs.begin(), _outputs.end(), [](const float* p) { return p != nullptr; });
     std::uint32_t done = 0;
     const auto processUpTo = [&](std::uint32_t end) {
         if (hasSound && end > done) {
-            processor_.process(inputs_[0] + done, inputs_[1] + done, outputs_[0] + done, outputs_[1] + done,
-                               end - done, done, outbox_);
+            _processor.process(_inputs[0] + done, _inputs[1] + done, _outputs[0] + done, _outputs[1] + done,
+                               end - done, done, _outbox);
         }
         done = std::max(done, end);
     };
-    if (hasUrids_ && control_ != nullptr && control_->atom.type == urids_.atomSequence) {
-        forEachEvent(*control_, [&](std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) {
+    if (_hasUrids && _control != nullptr && _control->atom.type == _urids.atomSequence) {
+        forEachEvent(*_control, [&](std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) {
             processUpTo(static_cast<std::uint32_t>(std::clamp<std::int64_t>(frame, 0, frames)));
             handleEvent(type, body);
         });
@@ -138,76 +138,76 @@ void Plugin::processBlock(std::uint32_t frames) noexcept {
 }
 
 void Plugin::handleEvent(LV2_URID type, std::span<const std::uint8_t> body) noexcept {
-    if (type == urids_.midiEvent) {
-        processor_.midi(body);
-    } else if (type == urids_.atomObject && body.size() >= sizeof(LV2_Atom_Object_Body)) {
+    if (type == _urids.midiEvent) {
+        _processor.midi(body);
+    } else if (type == _urids.atomObject && body.size() >= sizeof(LV2_Atom_Object_Body)) {
         LV2_Atom_Object_Body object{};
         std::memcpy(&object, body.data(), sizeof(object));
-        if (object.otype == urids_.display.displayRequest) {
-            displayLeaseFrames_ = static_cast<std::int64_t>(sampleRate_ * DisplayLeaseSeconds);
-            processor_.setMetering(true);
+        if (object.otype == _urids.display.displayRequest) {
+            _displayLeaseFrames = static_cast<std::int64_t>(_sampleRate * DisplayLeaseSeconds);
+            _processor.setMetering(true);
         }
     }
 }
 
 void Plugin::sendDisplay(std::uint32_t frames, AtomSequenceWriter& writer) noexcept {
-    if (displayLeaseFrames_ <= 0 || frames == 0) {
+    if (_displayLeaseFrames <= 0 || frames == 0) {
         return;
     }
-    displayLeaseFrames_ -= frames;
-    if (displayLeaseFrames_ <= 0) {
-        processor_.setMetering(false);
+    _displayLeaseFrames -= frames;
+    if (_displayLeaseFrames <= 0) {
+        _processor.setMetering(false);
     }
-    framesSinceDisplay_ += frames;
-    const auto interval = static_cast<std::int64_t>(sampleRate_ / DisplayFramesPerSecond);
-    if (framesSinceDisplay_ < interval || writer.room(sizeof(DisplayMessage) - sizeof(LV2_Atom)) == 0) {
+    _framesSinceDisplay += frames;
+    const auto interval = static_cast<std::int64_t>(_sampleRate / DisplayFramesPerSecond);
+    if (_framesSinceDisplay < interval || writer.room(sizeof(DisplayMessage) - sizeof(LV2_Atom)) == 0) {
         return;
     }
-    framesSinceDisplay_ %= interval;
-    const DisplayMessage message = DisplayMessage::of(processor_.takeDisplay(), urids_.display);
+    _framesSinceDisplay %= interval;
+    const DisplayMessage message = DisplayMessage::of(_processor.takeDisplay(), _urids.display);
     const auto* const body = reinterpret_cast<const std::uint8_t*>(&message) + sizeof(LV2_Atom);
-    writer.append(frames - 1, urids_.atomObject, {body, sizeof(DisplayMessage) - sizeof(LV2_Atom)});
+    writer.append(frames - 1, _urids.atomObject, {body, sizeof(DisplayMessage) - sizeof(LV2_Atom)});
 }
 
 void Plugin::publishSnapshot() noexcept {
-    savedPerformance_.store(packed(processor_.snapshot()), std::memory_order_relaxed);
+    _savedPerformance.store(packed(_processor.snapshot()), std::memory_order_relaxed);
 }
 
 LV2_State_Status Plugin::save(LV2_State_Store_Function store, LV2_State_Handle handle) const noexcept {
-    if (!hasUrids_) {
+    if (!_hasUrids) {
         return LV2_STATE_ERR_NO_FEATURE;
     }
-    const PerformanceSnapshot snapshot = unpacked(savedPerformance_.load(std::memory_order_relaxed));
-    const StoredNotes notes{{sizeof(std::int32_t), urids_.atomInt}, snapshot.notes};
+    const PerformanceSnapshot snapshot = unpacked(_savedPerformance.load(std::memory_order_relaxed));
+    const StoredNotes notes{{sizeof(std::int32_t), _urids.atomInt}, snapshot.notes};
     constexpr std::uint32_t Flags = LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE;
     const LV2_State_Status first =
-        store(handle, urids_.tuning, &notes, sizeof(notes), urids_.atomVector, Flags);
+        store(handle, _urids.tuning, &notes, sizeof(notes), _urids.atomVector, Flags);
     const LV2_State_Status second =
-        store(handle, urids_.modWheel, &snapshot.modWheel, sizeof(float), urids_.atomFloat, Flags);
+        store(handle, _urids.modWheel, &snapshot.modWheel, sizeof(float), _urids.atomFloat, Flags);
     return first == LV2_STATE_SUCCESS ? second : first;
 }
 
 LV2_State_Status Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle) noexcept {
-    if (!hasUrids_) {
+    if (!_hasUrids) {
         return LV2_STATE_ERR_NO_FEATURE;
     }
     PerformanceSnapshot snapshot; // what is not stored, or stored wrongly, is at its default
     std::size_t size = 0;
     std::uint32_t type = 0;
     std::uint32_t flags = 0;
-    const void* value = retrieve(handle, urids_.tuning, &size, &type, &flags);
-    if (value != nullptr && type == urids_.atomVector && size == sizeof(StoredNotes)) {
+    const void* value = retrieve(handle, _urids.tuning, &size, &type, &flags);
+    if (value != nullptr && type == _urids.atomVector && size == sizeof(StoredNotes)) {
         StoredNotes notes;
         std::memcpy(&notes, value, sizeof(notes));
-        if (notes.head.child_type == urids_.atomInt && notes.head.child_size == sizeof(std::int32_t)) {
+        if (notes.head.child_type == _urids.atomInt && notes.head.child_size == sizeof(std::int32_t)) {
             snapshot.notes = notes.notes;
         }
     }
-    value = retrieve(handle, urids_.modWheel, &size, &type, &flags);
-    if (value != nullptr && type == urids_.atomFloat && size == sizeof(float)) {
+    value = retrieve(handle, _urids.modWheel, &size, &type, &flags);
+    if (value != nullptr && type == _urids.atomFloat && size == sizeof(float)) {
         std::memcpy(&snapshot.modWheel, value, sizeof(float));
     }
-    processor_.restore(snapshot);
+    _processor.restore(snapshot);
     publishSnapshot();
     return LV2_STATE_SUCCESS;
 }

@@ -51,26 +51,26 @@ class Plugin {
     void sendDisplay(std::uint32_t frames, class AtomSequenceWriter& writer) noexcept;
     void publishSnapshot() noexcept;
 
-    double sampleRate_;
-    bool hasUrids_;
-    Urids urids_;
-    Processor processor_;
-    MidiOutbox outbox_;
+    double _sampleRate;
+    bool _hasUrids;
+    Urids _urids;
+    Processor _processor;
+    MidiOutbox _outbox;
 
-    std::array<const float*, 2> inputs_{};
-    std::array<float*, 2> outputs_{};
-    const LV2_Atom_Sequence* control_ = nullptr;
-    LV2_Atom_Sequence* notify_ = nullptr;
-    float* latency_ = nullptr;
-    std::array<const float*, ParameterCount> controls_{};
-    ParameterValues values_;
+    std::array<const float*, 2> _inputs{};
+    std::array<float*, 2> _outputs{};
+    const LV2_Atom_Sequence* _control = nullptr;
+    LV2_Atom_Sequence* _notify = nullptr;
+    float* _latency = nullptr;
+    std::array<const float*, ParameterCount> _controls{};
+    ParameterValues _values;
 
-    std::int64_t displayLeaseFrames_ = 0;
-    std::int64_t framesSinceDisplay_ = 0;
+    std::int64_t _displayLeaseFrames = 0;
+    std::int64_t _framesSinceDisplay = 0;
 
     // The one value that crosses threads: the performance to be saved, packed into a word by `run`
     // and read by `save`, which may be called at the same time.
-    std::atomic<std::uint64_t> savedPerformance_;
+    std::atomic<std::uint64_t> _savedPerformance;
 };
 
 } // namespace tonewright::effect

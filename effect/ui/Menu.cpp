@@ -9,40 +9,40 @@ namespace tonewright::effect {
 
 void Menu::open(const Rect& owner, const Rect& window, double unit, std::vector<std::string> items,
                 std::optional<std::size_t> current) {
-    items_ = std::move(items);
-    current_ = current;
-    highlighted_ = current.value_or(0);
-    unit_ = unit;
-    rowHeight_ = std::max(22. * unit, 14.);
+    _items = std::move(items);
+    _current = current;
+    _highlighted = current.value_or(0);
+    _unit = unit;
+    _rowHeight = std::max(22. * unit, 14.);
     const double pad = 4. * unit;
     const double available = window.height - 4. * pad;
-    rows_ = std::min(items_.size(),
-                     std::max<std::size_t>(1, static_cast<std::size_t>((available - 2. * pad) / rowHeight_)));
-    const std::size_t columnCount = (items_.size() + rows_ - 1) / rows_;
+    _rows = std::min(_items.size(),
+                     std::max<std::size_t>(1, static_cast<std::size_t>((available - 2. * pad) / _rowHeight)));
+    const std::size_t columnCount = (_items.size() + _rows - 1) / _rows;
     const auto columns = static_cast<double>(columnCount);
     const double width = std::min(std::max(owner.width, 110. * unit) * columns, window.width - 4. * pad);
-    const double height = rowHeight_ * static_cast<double>(rows_) + 2. * pad;
+    const double height = _rowHeight * static_cast<double>(_rows) + 2. * pad;
     double y = owner.bottom() + 2. * unit;
     if (y + height > window.height - pad) {
         y = owner.y - 2. * unit - height; // no room below
     }
     y = std::clamp(y, pad, std::max(pad, window.height - pad - height));
     const double x = std::clamp(owner.x, pad, std::max(pad, window.width - pad - width));
-    area_ = Rect{x, y, width, height}.snapped();
+    _area = Rect{x, y, width, height}.snapped();
 }
 
 Rect Menu::itemArea(std::size_t item) const noexcept {
-    const double pad = 4. * unit_;
-    const std::size_t columnCount = (items_.size() + rows_ - 1) / rows_;
+    const double pad = 4. * _unit;
+    const std::size_t columnCount = (_items.size() + _rows - 1) / _rows;
     const auto columns = static_cast<double>(columnCount);
-    const double width = (area_.width - 2. * pad) / columns;
-    const std::size_t column = item / rows_;
-    return {area_.x + pad + width * static_cast<double>(column),
-            area_.y + pad + rowHeight_ * static_cast<double>(item % rows_), width, rowHeight_};
+    const double width = (_area.width - 2. * pad) / columns;
+    const std::size_t column = item / _rows;
+    return {_area.x + pad + width * static_cast<double>(column),
+            _area.y + pad + _rowHeight * static_cast<double>(item % _rows), width, _rowHeight};
 }
 
 std::optional<std::size_t> Menu::itemAt(Point point) const noexcept {
-    for (std::size_t i = 0; i < items_.size(); ++i) {
+    for (std::size_t i = 0; i < _items.size(); ++i) {
         if (itemArea(i).contains(point)) {
             return i;
         }
@@ -51,28 +51,28 @@ std::optional<std::size_t> Menu::itemAt(Point point) const noexcept {
 }
 
 bool Menu::highlight(std::optional<std::size_t> item) noexcept {
-    const bool changed = item != highlighted_;
-    highlighted_ = item;
+    const bool changed = item != _highlighted;
+    _highlighted = item;
     return changed;
 }
 
 void Menu::move(int by) noexcept {
-    const int count = static_cast<int>(items_.size());
-    const int from = highlighted_ ? static_cast<int>(*highlighted_) : (by > 0 ? -1 : 0);
-    highlighted_ = static_cast<std::size_t>(((from + by) % count + count) % count);
+    const int count = static_cast<int>(_items.size());
+    const int from = _highlighted ? static_cast<int>(*_highlighted) : (by > 0 ? -1 : 0);
+    _highlighted = static_cast<std::size_t>(((from + by) % count + count) % count);
 }
 
 void Menu::draw(cairo_t* context) const {
-    fillRoundedRect(context, area_, 5. * unit_, Well);
-    strokeRoundedRect(context, area_, 5. * unit_, SurfaceEdge, 1.);
-    for (std::size_t i = 0; i < items_.size(); ++i) {
+    fillRoundedRect(context, _area, 5. * _unit, Well);
+    strokeRoundedRect(context, _area, 5. * _unit, SurfaceEdge, 1.);
+    for (std::size_t i = 0; i < _items.size(); ++i) {
         const Rect row = itemArea(i);
-        if (i == highlighted_) {
-            fillRoundedRect(context, row, 3. * unit_, KnobFace);
+        if (i == _highlighted) {
+            fillRoundedRect(context, row, 3. * _unit, KnobFace);
         }
-        const bool isCurrent = i == current_;
-        drawText(context, {row.x + 8. * unit_, row.y, row.width - 12. * unit_, row.height}, items_[i],
-                 {std::max(11.5 * unit_, 8.), isCurrent ? Warm : Ink, Align::Left});
+        const bool isCurrent = i == _current;
+        drawText(context, {row.x + 8. * _unit, row.y, row.width - 12. * _unit, row.height}, _items[i],
+                 {std::max(11.5 * _unit, 8.), isCurrent ? Warm : Ink, Align::Left});
     }
 }
 

@@ -20,12 +20,12 @@ class Menu {
     /// Opens below (or above, or over) a control, inside the window.
     void open(const Rect& owner, const Rect& window, double unit, std::vector<std::string> items,
               std::optional<std::size_t> current);
-    void close() noexcept { items_.clear(); }
+    void close() noexcept { _items.clear(); }
 
-    [[nodiscard]] bool isOpen() const noexcept { return !items_.empty(); }
-    [[nodiscard]] const Rect& area() const noexcept { return area_; }
+    [[nodiscard]] bool isOpen() const noexcept { return !_items.empty(); }
+    [[nodiscard]] const Rect& area() const noexcept { return _area; }
     [[nodiscard]] std::optional<std::size_t> itemAt(Point point) const noexcept;
-    [[nodiscard]] std::optional<std::size_t> highlighted() const noexcept { return highlighted_; }
+    [[nodiscard]] std::optional<std::size_t> highlighted() const noexcept { return _highlighted; }
 
     /// Highlights an item; tells whether that changed anything.
     bool highlight(std::optional<std::size_t> item) noexcept;
@@ -37,13 +37,13 @@ class Menu {
   private:
     [[nodiscard]] Rect itemArea(std::size_t item) const noexcept;
 
-    std::vector<std::string> items_;
-    std::optional<std::size_t> current_;
-    std::optional<std::size_t> highlighted_;
-    Rect area_;
-    double unit_ = 1.;
-    double rowHeight_ = 20.;
-    std::size_t rows_ = 1; // items per column
+    std::vector<std::string> _items;
+    std::optional<std::size_t> _current;
+    std::optional<std::size_t> _highlighted;
+    Rect _area;
+    double _unit = 1.;
+    double _rowHeight = 20.;
+    std::size_t _rows = 1; // items per column
 };
 
 } // namespace tonewright::effect

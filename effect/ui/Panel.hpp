@@ -84,11 +84,11 @@ class Panel {
     void draw(cairo_t* context, const Rect& part);
 
     /// Lets go of everything that belongs to the display, before it closes.
-    void displayCloses() noexcept { signal_.forgetBackdrop(); }
+    void displayCloses() noexcept { _signal.forgetBackdrop(); }
 
-    [[nodiscard]] const Layout& layout() const noexcept { return layout_; }
-    [[nodiscard]] const ParameterValues& values() const noexcept { return values_; }
-    [[nodiscard]] const Menu& menu() const noexcept { return menu_; }
+    [[nodiscard]] const Layout& layout() const noexcept { return _layout; }
+    [[nodiscard]] const ParameterValues& values() const noexcept { return _values; }
+    [[nodiscard]] const Menu& menu() const noexcept { return _menu; }
     [[nodiscard]] std::string presetName() const;
 
   private:
@@ -120,24 +120,24 @@ class Panel {
     [[nodiscard]] ControlLook lookOf(std::size_t control) const;
     [[nodiscard]] Rect displayArea() const noexcept;
 
-    PanelActions actions_;
-    Layout layout_;
-    ParameterValues values_;
-    SignalView signal_;
-    std::size_t cutoffKnob_ = 0;
-    float shownCutoff_ = 0.F;
-    std::optional<std::size_t> focus_;
-    bool hasKeyboard_ = false;
-    std::optional<std::size_t> hover_;
-    std::optional<Drag> drag_;
-    std::optional<std::size_t> pressed_; // a button that acts when it is let go
-    std::optional<std::size_t> lastClicked_;
-    double lastClickSeconds_ = -10.;
-    Menu menu_;
-    std::size_t menuOwner_ = 0;
-    std::optional<std::string> edit_;
-    std::size_t lastPreset_ = 0; // the preset the values began from
-    std::vector<Rect> damage_;   // apart from each other
+    PanelActions _actions;
+    Layout _layout;
+    ParameterValues _values;
+    SignalView _signal;
+    std::size_t _cutoffKnob = 0;
+    float _shownCutoff = 0.F;
+    std::optional<std::size_t> _focus;
+    bool _hasKeyboard = false;
+    std::optional<std::size_t> _hover;
+    std::optional<Drag> _drag;
+    std::optional<std::size_t> _pressed; // a button that acts when it is let go
+    std::optional<std::size_t> _lastClicked;
+    double _lastClickSeconds = -10.;
+    Menu _menu;
+    std::size_t _menuOwner = 0;
+    std::optional<std::string> _edit;
+    std::size_t _lastPreset = 0; // the preset the values began from
+    std::vector<Rect> _damage;   // apart from each other
 };
 
 } // namespace tonewright::effect

@@ -24,35 +24,35 @@ bool hasSteps(const ParameterInfo& p) noexcept {
 } // namespace
 
 void Panel::setFocus(std::optional<std::size_t> control) {
-    if (focus_ != control) {
+    if (_focus != control) {
         endEdit(true);
-        damageControl(focus_);
-        focus_ = control;
-        damageControl(focus_);
+        damageControl(_focus);
+        _focus = control;
+        damageControl(_focus);
     }
 }
 
 void Panel::setHover(std::optional<std::size_t> control) {
-    if (hover_ != control) {
-        damageControl(hover_);
-        hover_ = control;
-        damageControl(hover_);
+    if (_hover != control) {
+        damageControl(_hover);
+        _hover = control;
+        damageControl(_hover);
     }
 }
 
 void Panel::setValue(Parameter parameter, float value) {
     const float inside = sanitised(info(parameter), value);
-    if (values_[index(parameter)] == inside) {
+    if (_values[index(parameter)] == inside) {
         return;
     }
-    values_[index(parameter)] = inside;
-    actions_.write(parameter, inside);
+    _values[index(parameter)] = inside;
+    _actions.write(parameter, inside);
     damageParameter(parameter);
 }
 
 void Panel::step(const PanelControl& control, int steps, bool fine) {
     const ParameterInfo& p = info(control.parameter);
-    const float value = values_[index(control.parameter)];
+    const float value = _values[index(control.parameter)];
     if (hasSteps(p)) {
         setValue(control.parameter, value + static_cast<float>(steps));
     } else {
@@ -62,57 +62,57 @@ void Panel::step(const PanelControl& control, int steps, bool fine) {
 }
 
 void Panel::pointerMoved(Point point, KeyModifiers modifiers) {
-    if (menu_.isOpen()) {
-        if (menu_.highlight(menu_.itemAt(point))) {
-            damage(menu_.area());
+    if (_menu.isOpen()) {
+        if (_menu.highlight(_menu.itemAt(point))) {
+            damage(_menu.area());
         }
         return;
     }
-    if (!drag_) {
-        setHover(layout_.controlAt(point));
+    if (!_drag) {
+        setHover(_layout.controlAt(point));
         return;
     }
-    const Parameter parameter = layout_.controls[drag_->control].parameter;
-    const double pixels = drag_->last.y - point.y + 0.3 * (point.x - drag_->last.x);
-    const double range = DragPixels * std::max(layout_.unit, 0.6);
-    drag_->last = point;
-    drag_->travel = std::clamp(drag_->travel + pixels / range * (modifiers.fine() ? FineFactor : 1.), 0., 1.);
-    setValue(parameter, fromTravel(info(parameter), static_cast<float>(drag_->travel)));
+    const Parameter parameter = _layout.controls[_drag->control].parameter;
+    const double pixels = _drag->last.y - point.y + 0.3 * (point.x - _drag->last.x);
+    const double range = DragPixels * std::max(_layout.unit, 0.6);
+    _drag->last = point;
+    _drag->travel = std::clamp(_drag->travel + pixels / range * (modifiers.fine() ? FineFactor : 1.), 0., 1.);
+    setValue(parameter, fromTravel(info(parameter), static_cast<float>(_drag->travel)));
 }
 
 void Panel::pointerPressed(Point point, double seconds) {
-    if (menu_.isOpen()) {
-        const auto item = menu_.itemAt(point);
+    if (_menu.isOpen()) {
+        const auto item = _menu.itemAt(point);
         item ? chooseMenuItem(*item) : closeMenu();
         return;
     }
-    const auto hit = layout_.controlAt(point);
+    const auto hit = _layout.controlAt(point);
     setHover(hit);
     setFocus(hit);
     if (!hit) {
         return;
     }
-    const bool twice = lastClicked_ == hit && seconds - lastClickSeconds_ < DoubleClickSeconds;
-    lastClicked_ = twice ? std::nullopt : hit;
-    lastClickSeconds_ = seconds;
-    const PanelControl& control = layout_.controls[*hit];
+    const bool twice = _lastClicked == hit && seconds - _lastClickSeconds < DoubleClickSeconds;
+    _lastClicked = twice ? std::nullopt : hit;
+    _lastClickSeconds = seconds;
+    const PanelControl& control = _layout.controls[*hit];
     switch (control.kind) {
     case ControlKind::Knob:
         endEdit(false);
-        actions_.touch(control.parameter, true);
+        _actions.touch(control.parameter, true);
         if (twice) {
             setValue(control.parameter, info(control.parameter).defaultValue);
         }
-        drag_ =
+        _drag =
             Drag{*hit, point,
-                 static_cast<double>(toTravel(info(control.parameter), values_[index(control.parameter)]))};
+                 static_cast<double>(toTravel(info(control.parameter), _values[index(control.parameter)]))};
         break;
     case ControlKind::Selector:
     case ControlKind::PresetMenu:
         openMenu(*hit);
         return;
     default:
-        pressed_ = hit;
+        _pressed = hit;
         break;
     }
     damageControl(hit);
@@ -120,42 +120,42 @@ void Panel::pointerPressed(Point point, double seconds) {
 
 void Panel::pointerReleased(Point point) {
     endDrag();
-    if (pressed_) {
-        const std::size_t button = *pressed_;
-        pressed_.reset();
+    if (_pressed) {
+        const std::size_t button = *_pressed;
+        _pressed.reset();
         damageControl(button);
-        if (layout_.controls[button].area.contains(point)) {
+        if (_layout.controls[button].area.contains(point)) {
             activate(button);
         }
     }
 }
 
 void Panel::endDrag() {
-    if (drag_) {
-        const std::size_t control = drag_->control;
-        drag_.reset();
-        actions_.touch(layout_.controls[control].parameter, false);
+    if (_drag) {
+        const std::size_t control = _drag->control;
+        _drag.reset();
+        _actions.touch(_layout.controls[control].parameter, false);
         damageControl(control);
     }
 }
 
 void Panel::pointerLeft() {
-    if (!drag_) {
+    if (!_drag) {
         setHover(std::nullopt);
     }
 }
 
 void Panel::wheel(Point point, int steps, KeyModifiers modifiers) {
-    if (menu_.isOpen()) {
-        menu_.move(-steps);
-        damage(menu_.area());
+    if (_menu.isOpen()) {
+        _menu.move(-steps);
+        damage(_menu.area());
         return;
     }
-    const auto hit = layout_.controlAt(point);
-    if (!hit || drag_) {
+    const auto hit = _layout.controlAt(point);
+    if (!hit || _drag) {
         return;
     }
-    const PanelControl& control = layout_.controls[*hit];
+    const PanelControl& control = _layout.controls[*hit];
     const ParameterInfo& p = info(control.parameter);
     switch (control.kind) {
     case ControlKind::Knob:
@@ -164,11 +164,11 @@ void Panel::wheel(Point point, int steps, KeyModifiers modifiers) {
         } else {
             const double by = steps * WheelStep * (modifiers.fine() ? FineFactor : 1.);
             setValue(control.parameter,
-                     fromTravel(p, toTravel(p, values_[index(control.parameter)]) + static_cast<float>(by)));
+                     fromTravel(p, toTravel(p, _values[index(control.parameter)]) + static_cast<float>(by)));
         }
         break;
     case ControlKind::Selector: // a list reads downwards
-        setValue(control.parameter, values_[index(control.parameter)] - static_cast<float>(steps));
+        setValue(control.parameter, _values[index(control.parameter)] - static_cast<float>(steps));
         break;
     case ControlKind::Power:
         break;
@@ -179,7 +179,7 @@ void Panel::wheel(Point point, int steps, KeyModifiers modifiers) {
 }
 
 void Panel::activate(std::size_t control) {
-    const PanelControl& c = layout_.controls[control];
+    const PanelControl& c = _layout.controls[control];
     switch (c.kind) {
     case ControlKind::PresetMenu:
     case ControlKind::Selector:
@@ -192,7 +192,7 @@ void Panel::activate(std::size_t control) {
         stepPreset(1);
         break;
     case ControlKind::Power:
-        setValue(c.parameter, values_[index(c.parameter)] > 0.5F ? 0.F : 1.F);
+        setValue(c.parameter, _values[index(c.parameter)] > 0.5F ? 0.F : 1.F);
         break;
     case ControlKind::Knob:
         beginEdit({});
@@ -201,34 +201,34 @@ void Panel::activate(std::size_t control) {
 }
 
 void Panel::openMenu(std::size_t control) {
-    const PanelControl& c = layout_.controls[control];
+    const PanelControl& c = _layout.controls[control];
     std::vector<std::string> items;
     std::optional<std::size_t> current;
     if (c.kind == ControlKind::PresetMenu) {
         for (const Preset& preset : factoryPresets()) {
             items.emplace_back(preset.name);
         }
-        current = matchingPreset(values_);
+        current = matchingPreset(_values);
     } else {
         for (const auto choice : info(c.parameter).choices) {
             items.emplace_back(choice);
         }
-        current = static_cast<std::size_t>(values_[index(c.parameter)]);
+        current = static_cast<std::size_t>(_values[index(c.parameter)]);
     }
-    menuOwner_ = control;
-    menu_.open(c.area, layout_.window, layout_.unit, std::move(items), current);
-    damage(menu_.area());
+    _menuOwner = control;
+    _menu.open(c.area, _layout.window, _layout.unit, std::move(items), current);
+    damage(_menu.area());
     damageControl(control);
 }
 
 void Panel::closeMenu() {
-    damage(menu_.area());
-    damageControl(menuOwner_);
-    menu_.close();
+    damage(_menu.area());
+    damageControl(_menuOwner);
+    _menu.close();
 }
 
 void Panel::chooseMenuItem(std::size_t item) {
-    const PanelControl& owner = layout_.controls[menuOwner_];
+    const PanelControl& owner = _layout.controls[_menuOwner];
     closeMenu();
     if (owner.kind == ControlKind::PresetMenu) {
         applyPreset(item);
@@ -239,61 +239,61 @@ void Panel::chooseMenuItem(std::size_t item) {
 
 void Panel::stepPreset(int by) {
     const int count = static_cast<int>(factoryPresets().size());
-    const int from = static_cast<int>(matchingPreset(values_).value_or(lastPreset_));
+    const int from = static_cast<int>(matchingPreset(_values).value_or(_lastPreset));
     applyPreset(static_cast<std::size_t>(((from + by) % count + count) % count));
 }
 
 void Panel::applyPreset(std::size_t preset) {
     endEdit(false);
-    lastPreset_ = preset;
+    _lastPreset = preset;
     const ParameterValues& wanted = factoryPresets()[preset].values;
     for (std::size_t i = 0; i < ParameterCount; ++i) {
         if (i != index(Parameter::Enabled)) {
             setValue(static_cast<Parameter>(i), wanted[i]);
         }
     }
-    damage(layout_.window);
+    damage(_layout.window);
 }
 
 void Panel::beginEdit(std::string text) {
-    edit_ = std::move(text);
-    damageControl(focus_);
+    _edit = std::move(text);
+    damageControl(_focus);
 }
 
 void Panel::endEdit(bool keep) {
-    if (!edit_) {
+    if (!_edit) {
         return;
     }
-    const std::string text = std::move(*edit_);
-    edit_.reset();
-    if (focus_) {
-        const Parameter parameter = layout_.controls[*focus_].parameter;
+    const std::string text = std::move(*_edit);
+    _edit.reset();
+    if (_focus) {
+        const Parameter parameter = _layout.controls[*_focus].parameter;
         if (const auto value = keep ? parseValue(info(parameter), text) : std::nullopt) {
             setValue(parameter, *value);
         }
     }
-    damageControl(focus_);
+    damageControl(_focus);
 }
 
 bool Panel::menuKey(Key key) {
     switch (key) {
     case Key::Up:
     case Key::Left:
-        menu_.move(-1);
+        _menu.move(-1);
         break;
     case Key::Down:
     case Key::Right:
-        menu_.move(1);
+        _menu.move(1);
         break;
     case Key::Home:
-        menu_.highlight(0);
+        _menu.highlight(0);
         break;
     case Key::End:
-        menu_.highlight(0);
-        menu_.move(-1);
+        _menu.highlight(0);
+        _menu.move(-1);
         break;
     case Key::Enter:
-        if (const auto item = menu_.highlighted()) {
+        if (const auto item = _menu.highlighted()) {
             chooseMenuItem(*item);
         }
         return true;
@@ -301,20 +301,20 @@ bool Panel::menuKey(Key key) {
         closeMenu();
         return true;
     }
-    damage(menu_.area());
+    damage(_menu.area());
     return true;
 }
 
 bool Panel::editKey(Key key, std::string_view text) {
     switch (key) {
     case Key::Character:
-        if (edit_->size() + text.size() <= 10) {
-            *edit_ += text;
+        if (_edit->size() + text.size() <= 10) {
+            *_edit += text;
         }
         break;
     case Key::Backspace:
-        if (!edit_->empty()) {
-            edit_->pop_back();
+        if (!_edit->empty()) {
+            _edit->pop_back();
         }
         break;
     case Key::Enter:
@@ -326,12 +326,12 @@ bool Panel::editKey(Key key, std::string_view text) {
     default:
         return false;
     }
-    damageControl(focus_);
+    damageControl(_focus);
     return true;
 }
 
 bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
-    const PanelControl& control = layout_.controls[*focus_];
+    const PanelControl& control = _layout.controls[*_focus];
     const bool hasValue = control.kind == ControlKind::Knob || control.kind == ControlKind::Selector;
     const ParameterInfo& p = info(control.parameter);
     const int upwards = control.kind == ControlKind::Selector ? -1 : 1; // a list reads downwards
@@ -369,7 +369,7 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
         }
         return hasValue;
     case Key::Enter:
-        activate(*focus_);
+        activate(*_focus);
         return true;
     case Key::Character:
         if (control.kind == ControlKind::Knob && !text.empty() && text != " ") {
@@ -377,7 +377,7 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
             return true;
         }
         if (control.kind != ControlKind::Knob && text == " ") {
-            activate(*focus_);
+            activate(*_focus);
             return true;
         }
         return false;
@@ -387,35 +387,35 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
 }
 
 bool Panel::key(Key key, KeyModifiers modifiers, std::string_view text) {
-    if (menu_.isOpen()) {
+    if (_menu.isOpen()) {
         return menuKey(key);
     }
-    if (edit_ && editKey(key, text)) {
+    if (_edit && editKey(key, text)) {
         return true;
     }
     if (key == Key::Tab) {
-        const std::size_t count = layout_.controls.size();
-        const std::size_t from = focus_ ? *focus_ : (modifiers.shift ? 0 : count - 1);
+        const std::size_t count = _layout.controls.size();
+        const std::size_t from = _focus ? *_focus : (modifiers.shift ? 0 : count - 1);
         setFocus((from + (modifiers.shift ? count - 1 : 1)) % count);
         return true;
     }
     if (key == Key::Escape) {
         setFocus(std::nullopt);
-        actions_.releaseKeyboard();
+        _actions.releaseKeyboard();
         return true;
     }
-    return focus_ && knobKey(key, modifiers, text);
+    return _focus && knobKey(key, modifiers, text);
 }
 
 void Panel::keyboardArrived(bool arrived) {
-    hasKeyboard_ = arrived;
+    _hasKeyboard = arrived;
     if (!arrived) {
         endEdit(true);
-        if (menu_.isOpen()) {
+        if (_menu.isOpen()) {
             closeMenu();
         }
     }
-    damageControl(focus_);
+    damageControl(_focus);
 }
 
 } // namespace tonewright::effect

@@ -74,8 +74,8 @@ double steadySeconds() noexcept {
 }
 
 PanelWindow::PanelWindow(std::unique_ptr<Display, CloseDisplay> display, PanelActions actions)
-    : display_{std::move(display)}
-    , panel_{[this, &actions] {
+    : _display{std::move(display)}
+    , _panel{[this, &actions] {
         actions.releaseKeyboard = [this] { giveKeyboardBack(); };
         return std::move(actions);
     }()} {}
@@ -90,16 +90,16 @@ std::unique_ptr<PanelWindow> PanelWindow::open(PanelWindowConfig config) {
 }
 
 bool PanelWindow::create(Window parent, double scaleFactor) {
-    Display* const display = display_.get();
+    Display* const display = _display.get();
     const XErrorScope errors{display};
     const int screen = DefaultScreen(display);
-    root_ = RootWindow(display, screen);
-    parent_ = parent != 0 ? parent : root_;
-    width_ = static_cast<int>(NaturalWidth * scaleFactor);
-    height_ = static_cast<int>(NaturalHeight * scaleFactor);
+    _root = RootWindow(display, screen);
+    _parent = parent != 0 ? parent : _root;
+    _width = static_cast<int>(NaturalWidth * scaleFactor);
+    _height = static_cast<int>(NaturalHeight * scaleFactor);
 
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(display, parent_, &attributes) == 0) {
+    if (XGetWindowAttributes(display, _parent, &attributes) == 0) {
         return false;
     }
     // Depth and colours are the screen's, whatever the parent's are: hence all three of them.
@@ -111,99 +111,99 @@ bool PanelWindow::create(Window parent, double scaleFactor) {
     wanted.event_mask = ExposureMask | StructureNotifyMask | VisibilityChangeMask | ButtonPressMask |
                         ButtonReleaseMask | PointerMotionMask | LeaveWindowMask | KeyPressMask |
                         FocusChangeMask;
-    window_ =
-        XCreateWindow(display, parent_, 0, 0, static_cast<unsigned>(width_), static_cast<unsigned>(height_),
+    _window =
+        XCreateWindow(display, _parent, 0, 0, static_cast<unsigned>(_width), static_cast<unsigned>(_height),
                       0, DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
                       CWBackPixmap | CWBorderPixel | CWColormap | CWBitGravity | CWEventMask, &wanted);
     XSizeHints hints{};
     hints.flags = PMinSize | PBaseSize;
     hints.min_width = static_cast<int>(MinimumWidth * scaleFactor);
     hints.min_height = static_cast<int>(MinimumHeight * scaleFactor);
-    hints.base_width = width_;
-    hints.base_height = height_;
-    XSetWMNormalHints(display, window_, &hints);
-    XStoreName(display, window_, "Tonewright");
-    copyContext_ = XCreateGC(display, window_, 0, nullptr);
-    XSetGraphicsExposures(display, copyContext_, False);
-    if (parent_ != root_) {
-        XSelectInput(display, parent_, StructureNotifyMask);
+    hints.base_width = _width;
+    hints.base_height = _height;
+    XSetWMNormalHints(display, _window, &hints);
+    XStoreName(display, _window, "Tonewright");
+    _copyContext = XCreateGC(display, _window, 0, nullptr);
+    XSetGraphicsExposures(display, _copyContext, False);
+    if (_parent != _root) {
+        XSelectInput(display, _parent, StructureNotifyMask);
     }
-    XMapWindow(display, window_);
+    XMapWindow(display, _window);
     XSync(display, False);
-    if (XGetWindowAttributes(display, window_, &attributes) == 0) {
+    if (XGetWindowAttributes(display, _window, &attributes) == 0) {
         return false;
     }
-    alive_ = true;
-    XSetIOErrorExitHandler(display, connectionLost, &alive_);
-    windowSurface_.reset(cairo_xlib_surface_create(display, window_, attributes.visual, width_, height_));
+    _alive = true;
+    XSetIOErrorExitHandler(display, connectionLost, &_alive);
+    _windowSurface.reset(cairo_xlib_surface_create(display, _window, attributes.visual, _width, _height));
     sizeChanged(attributes.width, attributes.height);
     return true;
 }
 
 PanelWindow::~PanelWindow() {
-    const XErrorScope errors{display_.get()};
-    panel_.displayCloses();
-    buffer_.reset();
-    windowSurface_.reset();
-    if (copyContext_ != nullptr) {
-        XFreeGC(display_.get(), copyContext_);
+    const XErrorScope errors{_display.get()};
+    _panel.displayCloses();
+    _buffer.reset();
+    _windowSurface.reset();
+    if (_copyContext != nullptr) {
+        XFreeGC(_display.get(), _copyContext);
     }
-    if (window_ != 0) {
-        XDestroyWindow(display_.get(), window_);
+    if (_window != 0) {
+        XDestroyWindow(_display.get(), _window);
     }
-    XSync(display_.get(), False);
-    display_.reset(); // inside the scope: closing still reads errors
+    XSync(_display.get(), False);
+    _display.reset(); // inside the scope: closing still reads errors
 }
 
 void PanelWindow::resize(int width, int height) {
-    const XErrorScope errors{display_.get()};
-    if (alive_ && width > 0 && height > 0 && (width != width_ || height != height_)) {
-        XResizeWindow(display_.get(), window_, static_cast<unsigned>(width), static_cast<unsigned>(height));
-        XFlush(display_.get());
+    const XErrorScope errors{_display.get()};
+    if (_alive && width > 0 && height > 0 && (width != _width || height != _height)) {
+        XResizeWindow(_display.get(), _window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+        XFlush(_display.get());
     }
 }
 
 bool PanelWindow::idle() {
-    if (!alive_) {
+    if (!_alive) {
         return false;
     }
-    const XErrorScope errors{display_.get()};
-    while (alive_ && XPending(display_.get()) > 0) {
+    const XErrorScope errors{_display.get()};
+    while (_alive && XPending(_display.get()) > 0) {
         XEvent event{};
-        XNextEvent(display_.get(), &event);
+        XNextEvent(_display.get(), &event);
         handle(event);
     }
-    if (!alive_) {
+    if (!_alive) {
         return false;
     }
-    if (pendingMove_) {
-        pendingMove_ = false;
-        panel_.pointerMoved({static_cast<double>(lastMove_.x), static_cast<double>(lastMove_.y)},
-                            modifiersOf(lastMove_.state));
+    if (_pendingMove) {
+        _pendingMove = false;
+        _panel.pointerMoved({static_cast<double>(_lastMove.x), static_cast<double>(_lastMove.y)},
+                            modifiersOf(_lastMove.state));
     }
     checkViewable();
     if (!isVisible()) {
         return true;
     }
     const double now = steadySeconds();
-    if (lastAdvance_ < 0. || now - lastAdvance_ >= FrameSeconds) {
-        panel_.advance(lastAdvance_ < 0. ? 0. : std::min(now - lastAdvance_, 0.2));
-        lastAdvance_ = now;
+    if (_lastAdvance < 0. || now - _lastAdvance >= FrameSeconds) {
+        _panel.advance(_lastAdvance < 0. ? 0. : std::min(now - _lastAdvance, 0.2));
+        _lastAdvance = now;
     }
     paint();
-    return alive_;
+    return _alive;
 }
 
 void PanelWindow::handle(XEvent& event) {
     // Only the latest position counts, and it counts before what follows it.
-    if (pendingMove_ && event.type != MotionNotify) {
-        pendingMove_ = false;
-        panel_.pointerMoved({static_cast<double>(lastMove_.x), static_cast<double>(lastMove_.y)},
-                            modifiersOf(lastMove_.state));
+    if (_pendingMove && event.type != MotionNotify) {
+        _pendingMove = false;
+        _panel.pointerMoved({static_cast<double>(_lastMove.x), static_cast<double>(_lastMove.y)},
+                            modifiersOf(_lastMove.state));
     }
-    if (event.xany.window == window_) {
+    if (event.xany.window == _window) {
         handleOwn(event);
-    } else if (event.type == ConfigureNotify && event.xconfigure.window == parent_) {
+    } else if (event.type == ConfigureNotify && event.xconfigure.window == _parent) {
         resize(event.xconfigure.width, event.xconfigure.height);
     }
 }
@@ -213,34 +213,34 @@ void PanelWindow::handleOwn(XEvent& event) {
     case Expose:
         copyToWindow({static_cast<double>(event.xexpose.x), static_cast<double>(event.xexpose.y),
                       static_cast<double>(event.xexpose.width), static_cast<double>(event.xexpose.height)});
-        viewable_ = true;
+        _viewable = true;
         break;
     case ConfigureNotify:
         sizeChanged(event.xconfigure.width, event.xconfigure.height);
         break;
     case MapNotify:
-        mapped_ = true;
+        _mapped = true;
         break;
     case UnmapNotify:
-        mapped_ = false;
+        _mapped = false;
         break;
     case VisibilityNotify: // comes only for windows that are viewable
-        viewable_ = true;
-        obscured_ = event.xvisibility.state == VisibilityFullyObscured;
+        _viewable = true;
+        _obscured = event.xvisibility.state == VisibilityFullyObscured;
         break;
     case ReparentNotify:
         followParent(event.xreparent.parent);
         break;
     case DestroyNotify: // by the host, with the parent
-        alive_ = false;
-        window_ = 0;
+        _alive = false;
+        _window = 0;
         break;
     case MotionNotify:
-        pendingMove_ = true;
-        lastMove_ = event.xmotion;
+        _pendingMove = true;
+        _lastMove = event.xmotion;
         break;
     case LeaveNotify:
-        panel_.pointerLeft();
+        _panel.pointerLeft();
         break;
     case ButtonPress:
     case ButtonRelease:
@@ -252,7 +252,7 @@ void PanelWindow::handleOwn(XEvent& event) {
     case FocusIn:
     case FocusOut:
         if (event.xfocus.detail != NotifyPointer) {
-            panel_.keyboardArrived(event.type == FocusIn);
+            _panel.keyboardArrived(event.type == FocusIn);
         }
         break;
     default:
@@ -264,15 +264,15 @@ void PanelWindow::handleButton(const XButtonEvent& event) {
     const Point point{static_cast<double>(event.x), static_cast<double>(event.y)};
     if (event.type == ButtonRelease) {
         if (event.button == Button1) {
-            panel_.pointerReleased(point);
+            _panel.pointerReleased(point);
         }
         return;
     }
     if (event.button == ScrollUp || event.button == ScrollDown) {
-        panel_.wheel(point, event.button == ScrollUp ? 1 : -1, modifiersOf(event.state));
+        _panel.wheel(point, event.button == ScrollUp ? 1 : -1, modifiersOf(event.state));
     } else if (event.button == Button1) {
         takeKeyboard(event.time);
-        panel_.pointerPressed(point, static_cast<double>(event.time) / 1000.);
+        _panel.pointerPressed(point, static_cast<double>(event.time) / 1000.);
     }
 }
 
@@ -284,53 +284,53 @@ void PanelWindow::handleKey(XKeyEvent& event) {
     const KeyModifiers modifiers = modifiersOf(event.state);
     for (const KeyMeaning& meaning : KeyMeanings) {
         if (meaning.symbol == symbol) {
-            panel_.key(meaning.key, modifiers, {});
+            _panel.key(meaning.key, modifiers, {});
             return;
         }
     }
     // With one of these held it is a command to the host or the desktop, and no text.
     const bool isCommand = (event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
     if (length == 1 && text[0] >= ' ' && text[0] < 127 && !isCommand) {
-        panel_.key(Key::Character, modifiers, {text.data(), 1});
+        _panel.key(Key::Character, modifiers, {text.data(), 1});
     }
 }
 
 void PanelWindow::takeKeyboard(Time time) {
     Window before = 0;
     int revert = 0;
-    XGetInputFocus(display_.get(), &before, &revert);
-    if (before != window_) {
-        keyboardBefore_ = before;
-        XSetInputFocus(display_.get(), window_, RevertToParent, time);
+    XGetInputFocus(_display.get(), &before, &revert);
+    if (before != _window) {
+        _keyboardBefore = before;
+        XSetInputFocus(_display.get(), _window, RevertToParent, time);
     }
 }
 
 void PanelWindow::giveKeyboardBack() {
-    if (keyboardBefore_ != 0) {
-        XSetInputFocus(display_.get(), keyboardBefore_, RevertToParent, CurrentTime);
-        keyboardBefore_ = 0;
+    if (_keyboardBefore != 0) {
+        XSetInputFocus(_display.get(), _keyboardBefore, RevertToParent, CurrentTime);
+        _keyboardBefore = 0;
     }
 }
 
 void PanelWindow::followParent(Window parent) {
-    if (parent_ != root_) {
-        XSelectInput(display_.get(), parent_, NoEventMask);
+    if (_parent != _root) {
+        XSelectInput(_display.get(), _parent, NoEventMask);
     }
-    parent_ = parent;
-    if (parent_ != root_) {
-        XSelectInput(display_.get(), parent_, StructureNotifyMask);
+    _parent = parent;
+    if (_parent != _root) {
+        XSelectInput(_display.get(), _parent, StructureNotifyMask);
     }
 }
 
 void PanelWindow::sizeChanged(int width, int height) {
-    if (width == width_ && height == height_ && buffer_) {
+    if (width == _width && height == _height && _buffer) {
         return;
     }
-    width_ = width;
-    height_ = height;
-    cairo_xlib_surface_set_size(windowSurface_.get(), width, height);
-    buffer_.reset(cairo_surface_create_similar(windowSurface_.get(), CAIRO_CONTENT_COLOR, width, height));
-    panel_.resize(width, height);
+    _width = width;
+    _height = height;
+    cairo_xlib_surface_set_size(_windowSurface.get(), width, height);
+    _buffer.reset(cairo_surface_create_similar(_windowSurface.get(), CAIRO_CONTENT_COLOR, width, height));
+    _panel.resize(width, height);
 }
 
 // X does not tell a window that one of its ancestors was unmapped. While the window seems to be
@@ -338,37 +338,37 @@ void PanelWindow::sizeChanged(int width, int height) {
 // Expose or VisibilityNotify event when it comes back.
 void PanelWindow::checkViewable() {
     const double now = steadySeconds();
-    if (!isVisible() || now - lastViewableCheck_ < ViewableCheckSeconds) {
+    if (!isVisible() || now - _lastViewableCheck < ViewableCheckSeconds) {
         return;
     }
-    lastViewableCheck_ = now;
+    _lastViewableCheck = now;
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(display_.get(), window_, &attributes) == 0) {
+    if (XGetWindowAttributes(_display.get(), _window, &attributes) == 0) {
         return; // the event that says why is on its way
     }
-    viewable_ = attributes.map_state == IsViewable;
+    _viewable = attributes.map_state == IsViewable;
 }
 
 void PanelWindow::paint() {
-    const auto damage = panel_.takeDamage();
+    const auto damage = _panel.takeDamage();
     if (damage.empty()) {
         return;
     }
-    cairo_t* const context = cairo_create(buffer_.get());
+    cairo_t* const context = cairo_create(_buffer.get());
     for (const Rect& part : damage) {
-        panel_.draw(context, part.snapped());
+        _panel.draw(context, part.snapped());
     }
     cairo_destroy(context);
-    cairo_surface_flush(buffer_.get());
+    cairo_surface_flush(_buffer.get());
     for (const Rect& part : damage) {
         copyToWindow(part.snapped());
     }
-    XFlush(display_.get());
+    XFlush(_display.get());
 }
 
 void PanelWindow::copyToWindow(const Rect& rect) {
     XCopyArea(
-        display_.get(), cairo_xlib_surface_get_drawable(buffer_.get()), window_, copyContext_,
+        _display.get(), cairo_xlib_surface_get_drawable(_buffer.get()), _window, _copyContext,
         static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<unsigned>(std::max(rect.width, 0.)),
         static_cast<unsigned>(std::max(rect.height, 0.)), static_cast<int>(rect.x), static_cast<int>(rect.y));
 }

@@ -33,15 +33,15 @@ class PanelWindow {
     bool idle();
 
     /// Tells whether any of the window can be seen.
-    [[nodiscard]] bool isVisible() const noexcept { return mapped_ && viewable_ && !obscured_; }
+    [[nodiscard]] bool isVisible() const noexcept { return _mapped && _viewable && !_obscured; }
 
     /// Resizes the window to the host's wish.
     void resize(int width, int height);
 
-    [[nodiscard]] Panel& panel() noexcept { return panel_; }
-    [[nodiscard]] Window window() const noexcept { return window_; }
-    [[nodiscard]] int width() const noexcept { return width_; }
-    [[nodiscard]] int height() const noexcept { return height_; }
+    [[nodiscard]] Panel& panel() noexcept { return _panel; }
+    [[nodiscard]] Window window() const noexcept { return _window; }
+    [[nodiscard]] int width() const noexcept { return _width; }
+    [[nodiscard]] int height() const noexcept { return _height; }
 
   private:
     struct CloseDisplay {
@@ -66,25 +66,25 @@ class PanelWindow {
     void paint();
     void copyToWindow(const Rect& rect);
 
-    std::unique_ptr<Display, CloseDisplay> display_;
-    Panel panel_;
-    Window window_ = 0;
-    Window parent_ = 0;
-    Window root_ = 0;
-    Window keyboardBefore_ = 0;
-    GC copyContext_ = nullptr;
-    Surface windowSurface_;
-    Surface buffer_; // what the window shows, kept by the server
-    int width_ = 0;
-    int height_ = 0;
-    bool alive_ = false;
-    bool mapped_ = false;
-    bool viewable_ = false;
-    bool obscured_ = true;
-    bool pendingMove_ = false;
-    XMotionEvent lastMove_{};
-    double lastViewableCheck_ = -1.;
-    double lastAdvance_ = -1.;
+    std::unique_ptr<Display, CloseDisplay> _display;
+    Panel _panel;
+    Window _window = 0;
+    Window _parent = 0;
+    Window _root = 0;
+    Window _keyboardBefore = 0;
+    GC _copyContext = nullptr;
+    Surface _windowSurface;
+    Surface _buffer; // what the window shows, kept by the server
+    int _width = 0;
+    int _height = 0;
+    bool _alive = false;
+    bool _mapped = false;
+    bool _viewable = false;
+    bool _obscured = true;
+    bool _pendingMove = false;
+    XMotionEvent _lastMove{};
+    double _lastViewableCheck = -1.;
+    double _lastAdvance = -1.;
 };
 
 /// Returns a steady clock's reading, for everything that moves on the panel.

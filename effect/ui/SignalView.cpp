@@ -107,55 +107,55 @@ bool SignalView::Meter::fall(double seconds) noexcept {
 }
 
 void SignalView::push(const DisplayFrame& frame) noexcept {
-    if (frame.onsets != frame_.onsets) {
-        flash_ = 1.;
+    if (frame.onsets != _frame.onsets) {
+        _flash = 1.;
     }
-    changed_ = changed_ || frame.cutoffHertz != frame_.cutoffHertz || frame.rootNote != frame_.rootNote;
-    frame_ = frame;
-    silentSeconds_ = 0.;
+    _changed = _changed || frame.cutoffHertz != _frame.cutoffHertz || frame.rootNote != _frame.rootNote;
+    _frame = frame;
+    _silentSeconds = 0.;
     for (std::size_t c = 0; c < 2; ++c) {
-        input_[c].rise(frame.inputPeaks[c]);
-        output_[c].rise(frame.outputPeaks[c]);
+        _input[c].rise(frame.inputPeaks[c]);
+        _output[c].rise(frame.outputPeaks[c]);
     }
     for (std::size_t band = 0; band < SpectrumBands; ++band) {
-        if (frame.spectrum[band] > bands_[band]) {
-            bands_[band] += 0.7F * (frame.spectrum[band] - bands_[band]);
-            changed_ = true;
+        if (frame.spectrum[band] > _bands[band]) {
+            _bands[band] += 0.7F * (frame.spectrum[band] - _bands[band]);
+            _changed = true;
         }
     }
 }
 
 bool SignalView::advance(double seconds) noexcept {
-    silentSeconds_ += seconds;
-    for (auto* meters : {&input_, &output_}) {
+    _silentSeconds += seconds;
+    for (auto* meters : {&_input, &_output}) {
         for (Meter& meter : *meters) {
-            changed_ = meter.fall(seconds) || changed_;
+            _changed = meter.fall(seconds) || _changed;
         }
     }
     // When no frames come any more (the host stopped) the picture falls to rest.
-    const bool heard = silentSeconds_ < 0.3;
+    const bool heard = _silentSeconds < 0.3;
     for (std::size_t band = 0; band < SpectrumBands; ++band) {
-        const float rest = heard ? frame_.spectrum[band] : SpectrumFloorDecibels;
-        if (bands_[band] > std::max(rest, BottomDecibels)) {
-            bands_[band] = std::max(rest, bands_[band] - static_cast<float>(SpectrumFall * seconds));
-            changed_ = true;
+        const float rest = heard ? _frame.spectrum[band] : SpectrumFloorDecibels;
+        if (_bands[band] > std::max(rest, BottomDecibels)) {
+            _bands[band] = std::max(rest, _bands[band] - static_cast<float>(SpectrumFall * seconds));
+            _changed = true;
         }
     }
-    if (flash_ > 0.) {
-        flash_ = std::max(0., flash_ - seconds / FlashSeconds);
-        changed_ = true;
+    if (_flash > 0.) {
+        _flash = std::max(0., _flash - seconds / FlashSeconds);
+        _changed = true;
     }
-    return changed_;
+    return _changed;
 }
 
 void SignalView::drawSpectrum(cairo_t* context, const Rect& area, double u) const {
     cairo_new_path(context);
     double lastX = area.x;
-    double lastY = yOf(bands_[0], area);
+    double lastY = yOf(_bands[0], area);
     cairo_move_to(context, lastX, lastY);
     for (std::size_t band = 0; band < SpectrumBands; ++band) {
         const double x = xOf(static_cast<double>(spectrumBandHertz(band)), area);
-        const double y = yOf(bands_[band], area);
+        const double y = yOf(_bands[band], area);
         const double middle = (lastX + x) / 2.;
         cairo_curve_to(context, middle, lastY, middle, y, x, y);
         lastX = x;
@@ -181,7 +181,7 @@ void SignalView::drawFilterCurve(cairo_t* context, const Rect& area, double u,
     if (mode == FilterMode::Off) {
         return;
     }
-    const float cutoff = frame_.cutoffHertz > 0.F ? frame_.cutoffHertz : values[index(Parameter::Cutoff)];
+    const float cutoff = _frame.cutoffHertz > 0.F ? _frame.cutoffHertz : values[index(Parameter::Cutoff)];
     const float resonance = values[index(Parameter::Resonance)] / 100.F;
     cairo_new_path(context);
     const int steps = 72;
@@ -206,20 +206,20 @@ void SignalView::drawCaption(cairo_t* context, const Rect& area, double u,
     const Point lamp{area.right() - 9. * u, area.y + 10. * u};
     cairo_new_path(context);
     cairo_arc(context, lamp.x, lamp.y, radius, 0., 2. * std::numbers::pi);
-    setColour(context, SurfaceEdge.mixed(Cool.mixed(Ink, 0.4), flash_));
+    setColour(context, SurfaceEdge.mixed(Cool.mixed(Ink, 0.4), _flash));
     cairo_fill(context);
-    const float root = frame_.rootNote > 0.F ? frame_.rootNote : values[index(Parameter::Note)];
+    const float root = _frame.rootNote > 0.F ? _frame.rootNote : values[index(Parameter::Note)];
     drawText(context, {lamp.x - 56. * u, lamp.y - size, 56. * u - radius * 2.2, 2. * size},
              noteName(static_cast<int>(root)), {size, DimInk, Align::Right});
 }
 
 void SignalView::paintBackdrop(cairo_t* context, const Layout& layout) {
     const Rect whole = layout.inputMeter.united(layout.outputMeter);
-    if (!backdrop_) {
-        backdrop_.reset(cairo_surface_create_similar(cairo_get_target(context), CAIRO_CONTENT_COLOR,
+    if (!_backdrop) {
+        _backdrop.reset(cairo_surface_create_similar(cairo_get_target(context), CAIRO_CONTENT_COLOR,
                                                      static_cast<int>(whole.width),
                                                      static_cast<int>(whole.height)));
-        cairo_t* const once = cairo_create(backdrop_.get());
+        cairo_t* const once = cairo_create(_backdrop.get());
         cairo_translate(once, -whole.x, -whole.y);
         setColour(once, Background);
         cairo_paint(once);
@@ -229,7 +229,7 @@ void SignalView::paintBackdrop(cairo_t* context, const Layout& layout) {
         drawGrid(once, layout.display, layout.unit);
         cairo_destroy(once);
     }
-    cairo_set_source_surface(context, backdrop_.get(), whole.x, whole.y);
+    cairo_set_source_surface(context, _backdrop.get(), whole.x, whole.y);
     cairo_rectangle(context, whole.x, whole.y, whole.width, whole.height);
     cairo_fill(context);
 }
@@ -237,10 +237,10 @@ void SignalView::paintBackdrop(cairo_t* context, const Layout& layout) {
 void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterValues& values) {
     const double u = layout.unit;
     paintBackdrop(context, layout);
-    drawMeter(context, layout.inputMeter, {input_[0].level, input_[1].level},
-              {input_[0].hold, input_[1].hold}, u);
-    drawMeter(context, layout.outputMeter, {output_[0].level, output_[1].level},
-              {output_[0].hold, output_[1].hold}, u);
+    drawMeter(context, layout.inputMeter, {_input[0].level, _input[1].level},
+              {_input[0].hold, _input[1].hold}, u);
+    drawMeter(context, layout.outputMeter, {_output[0].level, _output[1].level},
+              {_output[0].hold, _output[1].hold}, u);
     const Rect area = layout.display;
     cairo_save(context);
     cairo_rectangle(context, area.x, area.y, area.width, area.height);
@@ -252,7 +252,7 @@ void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterVal
     drawFilterCurve(context, area, u, values);
     drawCaption(context, area, u, values);
     cairo_restore(context);
-    changed_ = false;
+    _changed = false;
 }
 
 } // namespace tonewright::effect

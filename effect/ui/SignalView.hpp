@@ -25,15 +25,15 @@ class SignalView {
     bool advance(double seconds) noexcept;
 
     /// Forgets what was drawn for another size, or on a display that closes.
-    void forgetBackdrop() noexcept { backdrop_.reset(); }
+    void forgetBackdrop() noexcept { _backdrop.reset(); }
 
     /// Asks for the picture to be drawn again whatever the signal does.
-    void invalidate() noexcept { changed_ = true; }
+    void invalidate() noexcept { _changed = true; }
 
     void draw(cairo_t* context, const Layout& layout, const ParameterValues& values);
 
     /// Returns where modulation holds the cutoff; 0 before anything was heard.
-    [[nodiscard]] float cutoffHertz() const noexcept { return frame_.cutoffHertz; }
+    [[nodiscard]] float cutoffHertz() const noexcept { return _frame.cutoffHertz; }
 
   private:
     struct Meter {
@@ -55,15 +55,15 @@ class SignalView {
                          const ParameterValues& values) const;
     void drawCaption(cairo_t* context, const Rect& area, double unit, const ParameterValues& values) const;
 
-    DisplayFrame frame_{};
-    Spectrum bands_ = filled(SpectrumFloorDecibels);
-    std::array<Meter, 2> input_;
-    std::array<Meter, 2> output_;
-    double flash_ = 0.; // of the onset lamp, 1 down to 0
-    double silentSeconds_ = 0.;
-    bool changed_ = true;
+    DisplayFrame _frame{};
+    Spectrum _bands = filled(SpectrumFloorDecibels);
+    std::array<Meter, 2> _input;
+    std::array<Meter, 2> _output;
+    double _flash = 0.; // of the onset lamp, 1 down to 0
+    double _silentSeconds = 0.;
+    bool _changed = true;
     // What does not move, drawn once: rounded corners and writing cost more than all that moves.
-    std::unique_ptr<cairo_surface_t, DestroySurface> backdrop_;
+    std::unique_ptr<cairo_surface_t, DestroySurface> _backdrop;
 
     [[nodiscard]] static Spectrum filled(float value) noexcept {
         Spectrum spectrum;

@@ -19,25 +19,25 @@ XErrorScope* innermost = nullptr;
 } // namespace
 
 XErrorScope::XErrorScope(Display* display) noexcept
-    : display_{display} {
+    : _display{display} {
     const std::lock_guard lock{chainMutex()};
-    outer_ = innermost;
+    _outer = innermost;
     innermost = this;
-    previous_ = XSetErrorHandler(handle);
+    _previous = XSetErrorHandler(handle);
 }
 
 XErrorScope::~XErrorScope() {
     const std::lock_guard lock{chainMutex()};
     if (innermost == this) {
-        innermost = outer_;
-        XSetErrorHandler(previous_);
+        innermost = _outer;
+        XSetErrorHandler(_previous);
         return;
     }
     // Another thread's scope outlives this one: take this one out of the middle of the chain.
-    for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->outer_) {
-        if (scope->outer_ == this) {
-            scope->outer_ = outer_;
-            scope->previous_ = previous_;
+    for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->_outer) {
+        if (scope->_outer == this) {
+            scope->_outer = _outer;
+            scope->_previous = _previous;
             break;
         }
     }
@@ -47,12 +47,12 @@ int XErrorScope::handle(Display* display, XErrorEvent* event) {
     XErrorHandler host = nullptr;
     {
         const std::lock_guard lock{chainMutex()};
-        for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->outer_) {
-            if (scope->display_ == display) {
+        for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->_outer) {
+            if (scope->_display == display) {
                 return 0;
             }
-            if (scope->previous_ != handle) {
-                host = scope->previous_;
+            if (scope->_previous != handle) {
+                host = scope->_previous;
             }
         }
     }

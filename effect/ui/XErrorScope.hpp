@@ -21,9 +21,9 @@ class XErrorScope {
   private:
     static int handle(Display* display, XErrorEvent* event);
 
-    Display* display_;
-    XErrorScope* outer_;
-    XErrorHandler previous_;
+    Display* _display;
+    XErrorScope* _outer;
+    XErrorHandler _previous;
 };
 
 } // namespace tonewright::effect

@@ -30,40 +30,40 @@ template <typename Descriptor>
 class Library {
   public:
     Library(const std::string& file, const char* entry)
-        : library_{dlopen((bundlePath() + file).c_str(), RTLD_NOW | RTLD_LOCAL)} {
-        if (library_ == nullptr) {
+        : _library{dlopen((bundlePath() + file).c_str(), RTLD_NOW | RTLD_LOCAL)} {
+        if (_library == nullptr) {
             throw std::runtime_error{dlerror()};
         }
         using Entry = const Descriptor* (*)(std::uint32_t);
-        descriptor_ = reinterpret_cast<Entry>(dlsym(library_, entry))(0);
+        _descriptor = reinterpret_cast<Entry>(dlsym(_library, entry))(0);
     }
-    ~Library() { dlclose(library_); }
+    ~Library() { dlclose(_library); }
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
-    const Descriptor* operator->() const { return descriptor_; }
-    const Descriptor* get() const { return descriptor_; }
+    const Descriptor* operator->() const { return _descriptor; }
+    const Descriptor* get() const { return _descriptor; }
 
   private:
-    void* library_;
-    const Descriptor* descriptor_ = nullptr;
+    void* _library;
+    const Descriptor* _descriptor = nullptr;
 };
 
 /// Numbers URIs, as hosts do.
 class UridTable {
   public:
     LV2_URID operator()(const std::string& uri) {
-        return numbers_.try_emplace(uri, static_cast<LV2_URID>(numbers_.size() + 1)).first->second;
+        return _numbers.try_emplace(uri, static_cast<LV2_URID>(_numbers.size() + 1)).first->second;
     }
-    [[nodiscard]] const LV2_Feature* feature() const { return &feature_; }
-    [[nodiscard]] const LV2_URID_Map& map() const { return map_; }
+    [[nodiscard]] const LV2_Feature* feature() const { return &_feature; }
+    [[nodiscard]] const LV2_URID_Map& map() const { return _map; }
 
   private:
-    std::map<std::string, LV2_URID> numbers_;
-    LV2_URID_Map map_{this, [](LV2_URID_Map_Handle self, const char* uri) {
+    std::map<std::string, LV2_URID> _numbers;
+    LV2_URID_Map _map{this, [](LV2_URID_Map_Handle self, const char* uri) {
                           return (*static_cast<UridTable*>(self))(uri);
                       }};
-    LV2_Feature feature_{LV2_URID__map, &map_};
+    LV2_Feature _feature{LV2_URID__map, &_map};
 };
 
 } // namespace tonewright::effect::test

@@ -75,16 +75,16 @@ class Stage {
             float value = 0.F;
             if (format == 0 && size == sizeof(value)) {
                 std::memcpy(&value, data, sizeof(value));
-                stage.written_[port] = value;
+                stage._written[port] = value;
             }
             stage.requests += port == Control ? 1 : 0;
         };
-        handle_ = library_->instantiate(library_.get(), PluginUri, bundlePath().c_str(), write, this,
-                                        &widget_, features.data());
-        if (handle_ == nullptr) {
+        _handle = _library->instantiate(_library.get(), PluginUri, bundlePath().c_str(), write, this,
+                                        &_widget, features.data());
+        if (_handle == nullptr) {
             throw std::runtime_error{"no panel"};
         }
-        idle_ = static_cast<const LV2UI_Idle_Interface*>(library_->extension_data(LV2_UI__idleInterface));
+        _idle = static_cast<const LV2UI_Idle_Interface*>(_library->extension_data(LV2_UI__idleInterface));
         const auto defaults = defaultValues();
         for (std::size_t i = 0; i < ParameterCount; ++i) {
             send(static_cast<P>(i), defaults[i]);
@@ -92,19 +92,19 @@ class Stage {
         resizeParent(NaturalWidth, NaturalHeight);
     }
     ~Stage() {
-        library_->cleanup(handle_);
+        _library->cleanup(_handle);
         XCloseDisplay(display);
     }
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    [[nodiscard]] Window window() const { return reinterpret_cast<Window>(widget_); }
+    [[nodiscard]] Window window() const { return reinterpret_cast<Window>(_widget); }
     void resizeParent(int width, int height) {
         XResizeWindow(display, parent, static_cast<unsigned>(width), static_cast<unsigned>(height));
         settle();
     }
     /// Calls the panel's idle; its answer.
-    int idle() { return idle_->idle(handle_); }
+    int idle() { return _idle->idle(_handle); }
     /// Calls idle about thirty times a second for so long.
     void idleFor(double seconds) {
         for (int i = 0; i < static_cast<int>(seconds * 30.) && idle() == 0; ++i) {
@@ -119,7 +119,7 @@ class Stage {
     }
 
     void send(P parameter, float value) {
-        library_->port_event(handle_, portOf(parameter), sizeof(value), 0, &value);
+        _library->port_event(_handle, portOf(parameter), sizeof(value), 0, &value);
     }
     void sendFrame(float level) {
         DisplayFrame frame;
@@ -127,14 +127,14 @@ class Stage {
         frame.spectrum.fill(-20.F - 40.F * level);
         frame.cutoffHertz = 500.F + 4000.F * level;
         const auto message = DisplayMessage::of(frame, DisplayUrids::mapped(urids.map()));
-        library_->port_event(handle_, Notify, sizeof(message), urids(LV2_ATOM__eventTransfer), &message);
+        _library->port_event(_handle, Notify, sizeof(message), urids(LV2_ATOM__eventTransfer), &message);
     }
     /// Returns the last value written to a control since they were forgotten, or NaN.
     [[nodiscard]] float written(P parameter) const {
-        const auto found = written_.find(portOf(parameter));
-        return found == written_.end() ? std::nanf("") : found->second;
+        const auto found = _written.find(portOf(parameter));
+        return found == _written.end() ? std::nanf("") : found->second;
     }
-    void forgetWritten() { written_.clear(); }
+    void forgetWritten() { _written.clear(); }
 
     void key(KeySym symbol, unsigned state = 0) {
         XEvent event = inputEvent(KeyPress);
@@ -155,7 +155,7 @@ class Stage {
         event.xbutton.y = static_cast<int>(at.y);
         event.xbutton.button = button;
         event.xbutton.state = state;
-        event.xbutton.time = time_ += 20;
+        event.xbutton.time = _time += 20;
         deliver(event, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask);
         idle();
     }
@@ -220,12 +220,12 @@ class Stage {
         XSync(display, False);
     }
 
-    Library<LV2UI_Descriptor> library_{"tonewright_ui.so", "lv2ui_descriptor"};
-    LV2UI_Handle handle_ = nullptr;
-    LV2UI_Widget widget_ = nullptr;
-    const LV2UI_Idle_Interface* idle_ = nullptr;
-    std::map<std::uint32_t, float> written_; ///< by port
-    unsigned long time_ = 1000;
+    Library<LV2UI_Descriptor> _library{"tonewright_ui.so", "lv2ui_descriptor"};
+    LV2UI_Handle _handle = nullptr;
+    LV2UI_Widget _widget = nullptr;
+    const LV2UI_Idle_Interface* _idle = nullptr;
+    std::map<std::uint32_t, float> _written; ///< by port
+    unsigned long _time = 1000;
 };
 
 TEST(Panel, DrawsItselfAndShowsValues) {

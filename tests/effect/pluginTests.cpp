@@ -35,23 +35,23 @@ class Stage {
   public:
     explicit Stage(bool withUrids = true) {
         const LV2_Feature* const features[] = {withUrids ? urids.feature() : nullptr, nullptr};
-        handle_ = library_->instantiate(library_.get(), Rate, bundlePath().c_str(), features);
-        if (handle_ == nullptr) {
+        _handle = _library->instantiate(_library.get(), Rate, bundlePath().c_str(), features);
+        if (_handle == nullptr) {
             throw std::runtime_error{"no instance"};
         }
         for (std::size_t i = 0; i < ParameterCount; ++i) {
-            library_->connect_port(handle_, portOf(static_cast<P>(i)), &controls[i]);
+            _library->connect_port(_handle, portOf(static_cast<P>(i)), &controls[i]);
         }
-        library_->connect_port(handle_, Latency, &latency);
-        library_->connect_port(handle_, Control, controlBuffer_.data());
-        library_->connect_port(handle_, Notify, notifyBuffer_.data());
+        _library->connect_port(_handle, Latency, &latency);
+        _library->connect_port(_handle, Control, _controlBuffer.data());
+        _library->connect_port(_handle, Notify, _notifyBuffer.data());
         activate();
     }
-    ~Stage() { library_->cleanup(handle_); }
+    ~Stage() { _library->cleanup(_handle); }
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    void activate() { library_->activate(handle_); }
+    void activate() { _library->activate(_handle); }
 
     TimedEvent midi(std::int64_t frame, std::vector<std::uint8_t> bytes) {
         return {frame, urids(LV2_MIDI__MidiEvent), std::move(bytes)};
@@ -63,8 +63,8 @@ class Stage {
     }
     /// Runs one block in place, with these events in it.
     void run(std::span<const TimedEvent> events = {}, std::uint32_t frames = Block) {
-        auto* const control = reinterpret_cast<LV2_Atom_Sequence*>(controlBuffer_.data());
-        auto* const notify = reinterpret_cast<LV2_Atom_Sequence*>(notifyBuffer_.data());
+        auto* const control = reinterpret_cast<LV2_Atom_Sequence*>(_controlBuffer.data());
+        auto* const notify = reinterpret_cast<LV2_Atom_Sequence*>(_notifyBuffer.data());
         control->atom.size = BufferBytes;
         AtomSequenceWriter writer{control, urids(LV2_ATOM__Sequence)};
         for (const TimedEvent& event : events) {
@@ -74,14 +74,14 @@ class Stage {
         }
         notify->atom = {notifyCapacity, urids(LV2_ATOM__Chunk)};
         // The capacity itself stands in the first word; beyond what the plug-in may use, a mark.
-        const auto beyond = notifyBuffer_.begin() + std::max(1U, (notifyCapacity + 7) / 8);
-        std::fill(beyond, notifyBuffer_.end(), Mark);
-        library_->connect_port(handle_, InputLeft, left.data());
-        library_->connect_port(handle_, InputRight, right.data());
-        library_->connect_port(handle_, OutputLeft, left.data());
-        library_->connect_port(handle_, OutputRight, right.data());
-        library_->run(handle_, frames);
-        EXPECT_EQ(std::count(beyond, notifyBuffer_.end(), Mark), notifyBuffer_.end() - beyond)
+        const auto beyond = _notifyBuffer.begin() + std::max(1U, (notifyCapacity + 7) / 8);
+        std::fill(beyond, _notifyBuffer.end(), Mark);
+        _library->connect_port(_handle, InputLeft, left.data());
+        _library->connect_port(_handle, InputRight, right.data());
+        _library->connect_port(_handle, OutputLeft, left.data());
+        _library->connect_port(_handle, OutputRight, right.data());
+        _library->run(_handle, frames);
+        EXPECT_EQ(std::count(beyond, _notifyBuffer.end(), Mark), _notifyBuffer.end() - beyond)
             << "the plug-in wrote beyond its buffer";
         sent.clear();
         if (notify->atom.type != urids(LV2_ATOM__Sequence)) {
@@ -115,7 +115,7 @@ class Stage {
             (*static_cast<Store*>(handle))[key] = {type, {bytes, bytes + size}};
             return LV2_STATE_SUCCESS;
         };
-        EXPECT_EQ(state().save(handle_, keep, &store, 0, nullptr), LV2_STATE_SUCCESS);
+        EXPECT_EQ(state().save(_handle, keep, &store, 0, nullptr), LV2_STATE_SUCCESS);
         return store;
     }
     void restore(Store store) {
@@ -131,7 +131,7 @@ class Stage {
             *flags = LV2_STATE_IS_POD;
             return found->second.second.data();
         };
-        state().restore(handle_, find, &store, 0, nullptr);
+        state().restore(_handle, find, &store, 0, nullptr);
     }
 
     UridTable urids;
@@ -145,13 +145,13 @@ class Stage {
 
   private:
     [[nodiscard]] const LV2_State_Interface& state() const {
-        return *static_cast<const LV2_State_Interface*>(library_->extension_data(LV2_STATE__interface));
+        return *static_cast<const LV2_State_Interface*>(_library->extension_data(LV2_STATE__interface));
     }
 
-    Library<LV2_Descriptor> library_{"tonewright.so", "lv2_descriptor"};
-    LV2_Handle handle_ = nullptr;
-    std::vector<std::uint64_t> controlBuffer_ = std::vector<std::uint64_t>(BufferBytes / 8);
-    std::vector<std::uint64_t> notifyBuffer_ = std::vector<std::uint64_t>(BufferBytes / 8);
+    Library<LV2_Descriptor> _library{"tonewright.so", "lv2_descriptor"};
+    LV2_Handle _handle = nullptr;
+    std::vector<std::uint64_t> _controlBuffer = std::vector<std::uint64_t>(BufferBytes / 8);
+    std::vector<std::uint64_t> _notifyBuffer = std::vector<std::uint64_t>(BufferBytes / 8);
 };
 
 TEST(PluginRun, TakesAnyBlockSizeAndPutsBackTheFloatingPointMode) {

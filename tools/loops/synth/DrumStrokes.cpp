@@ -19,35 +19,35 @@ namespace {
 class StrokeWriter {
   public:
     StrokeWriter(const Stroke& stroke, double seconds, double rate)
-        : velocity_(stroke.velocity)
-        , gate_(stroke.gateFrames)
-        , most_(static_cast<std::size_t>(seconds * rate))
-        , fall_(decayFactor(0.03, rate)) {
-        sound_.left.reserve(most_);
+        : _velocity(stroke.velocity)
+        , _gate(stroke.gateFrames)
+        , _most(static_cast<std::size_t>(seconds * rate))
+        , _fall(decayFactor(0.03, rate)) {
+        _sound.left.reserve(_most);
     }
 
-    [[nodiscard]] bool goesOn() const noexcept { return sound_.left.size() < most_ && choke_ > 1e-4; }
+    [[nodiscard]] bool goesOn() const noexcept { return _sound.left.size() < _most && _choke > 1e-4; }
 
     void write(double value) {
-        if (gate_ != 0 && sound_.left.size() >= gate_) choke_ *= fall_;
+        if (_gate != 0 && _sound.left.size() >= _gate) _choke *= _fall;
         // The last thirty-second of the time fades to nothing, so that no stroke ends on an edge.
-        const auto left = static_cast<double>(most_ - sound_.left.size());
-        const double fade = std::min(1.0, left * 32.0 / static_cast<double>(most_));
-        sound_.left.push_back(value * velocity_ * choke_ * fade);
+        const auto left = static_cast<double>(_most - _sound.left.size());
+        const double fade = std::min(1.0, left * 32.0 / static_cast<double>(_most));
+        _sound.left.push_back(value * _velocity * _choke * fade);
     }
 
     StereoBuffer finish() {
-        sound_.right = sound_.left;
-        return std::move(sound_);
+        _sound.right = _sound.left;
+        return std::move(_sound);
     }
 
   private:
-    StereoBuffer sound_;
-    double velocity_;
-    std::size_t gate_;
-    std::size_t most_;
-    double fall_;
-    double choke_ = 1.0;
+    StereoBuffer _sound;
+    double _velocity;
+    std::size_t _gate;
+    std::size_t _most;
+    double _fall;
+    double _choke = 1.0;
 };
 
 double turned(double& phase, double step) {

@@ -23,43 +23,43 @@ struct EnvelopeTimes {
 class Envelope {
   public:
     Envelope(const EnvelopeTimes& times, std::size_t gateFrames, double rate)
-        : gateFrames_(gateFrames)
-        , rise_(1.0 / std::max(1.0, times.attack * rate))
-        , decay_(decayFactor(times.decay, rate))
-        , sustain_(times.sustain)
-        , release_(decayFactor(std::max(times.release, 0.004), rate)) {}
+        : _gateFrames(gateFrames)
+        , _rise(1.0 / std::max(1.0, times.attack * rate))
+        , _decay(decayFactor(times.decay, rate))
+        , _sustain(times.sustain)
+        , _release(decayFactor(std::max(times.release, 0.004), rate)) {}
 
     /// Gives the next frame's value, 0 to 1.
     double step() noexcept {
-        if (frame_ >= gateFrames_) {
-            value_ *= release_;
-        } else if (rising_) {
-            value_ += rise_;
-            if (value_ >= 1.0) {
-                value_ = 1.0;
-                rising_ = false;
+        if (_frame >= _gateFrames) {
+            _value *= _release;
+        } else if (_rising) {
+            _value += _rise;
+            if (_value >= 1.0) {
+                _value = 1.0;
+                _rising = false;
             }
         } else {
-            value_ = sustain_ + (value_ - sustain_) * decay_;
+            _value = _sustain + (_value - _sustain) * _decay;
         }
-        ++frame_;
-        return value_;
+        ++_frame;
+        return _value;
     }
 
     /// Says whether nothing more is to be heard.
     [[nodiscard]] bool ended() const noexcept {
-        return value_ < 1e-4 && (frame_ > gateFrames_ || (!rising_ && sustain_ < 1e-4));
+        return _value < 1e-4 && (_frame > _gateFrames || (!_rising && _sustain < 1e-4));
     }
 
   private:
-    std::size_t gateFrames_;
-    std::size_t frame_ = 0;
-    double rise_;
-    double decay_;
-    double sustain_;
-    double release_;
-    double value_ = 0.0;
-    bool rising_ = true;
+    std::size_t _gateFrames;
+    std::size_t _frame = 0;
+    double _rise;
+    double _decay;
+    double _sustain;
+    double _release;
+    double _value = 0.0;
+    bool _rising = true;
 };
 
 } // namespace tonewright::loops

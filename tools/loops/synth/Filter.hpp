@@ -41,19 +41,19 @@ class StateVariableFilter {
     /// Takes one frame through the filter.
     FilterOutputs step(double input, const FilterTuning& tuning) noexcept {
         const double high =
-            (input - (tuning.k + tuning.g) * first_ - second_) / (1.0 + tuning.g * (tuning.g + tuning.k));
-        const double band = tuning.g * high + first_;
-        const double low = tuning.g * band + second_;
-        first_ = settled(tuning.g * high + band);
-        second_ = settled(tuning.g * band + low);
+            (input - (tuning.k + tuning.g) * _first - _second) / (1.0 + tuning.g * (tuning.g + tuning.k));
+        const double band = tuning.g * high + _first;
+        const double low = tuning.g * band + _second;
+        _first = settled(tuning.g * high + band);
+        _second = settled(tuning.g * band + low);
         return {low, band, high};
     }
 
   private:
     static double settled(double value) noexcept { return std::fabs(value) < 1e-20 ? 0.0 : value; }
 
-    double first_ = 0.0;
-    double second_ = 0.0;
+    double _first = 0.0;
+    double _second = 0.0;
 };
 
 /// A one-pole low-pass filter.
@@ -62,19 +62,19 @@ class Smoother {
     Smoother() = default;
 
     Smoother(double cutoff, double rate)
-        : amount_(1.0 - exponential(-2.0 * Pi * std::min(cutoff, 0.49 * rate) / rate)) {}
+        : _amount(1.0 - exponential(-2.0 * Pi * std::min(cutoff, 0.49 * rate) / rate)) {}
 
     double step(double input) noexcept {
-        state_ += amount_ * (input - state_);
-        if (std::fabs(state_) < 1e-20) {
-            state_ = 0.0;
+        _state += _amount * (input - _state);
+        if (std::fabs(_state) < 1e-20) {
+            _state = 0.0;
         }
-        return state_;
+        return _state;
     }
 
   private:
-    double amount_ = 1.0;
-    double state_ = 0.0;
+    double _amount = 1.0;
+    double _state = 0.0;
 };
 
 } // namespace tonewright::loops

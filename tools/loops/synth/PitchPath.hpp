@@ -26,43 +26,43 @@ struct Vibrato {
 class PitchPath {
   public:
     PitchPath(const Note& note, double glideSeconds, const Vibrato& vibrato, double rate)
-        : slides_(&note.slides)
-        , current_(note.note)
-        , from_(note.note)
-        , target_(note.note)
-        , glideFrames_(std::max(1.0, glideSeconds * rate))
-        , vibrato_(vibrato)
-        , rate_(rate) {}
+        : _slides(&note.slides)
+        , _current(note.note)
+        , _from(note.note)
+        , _target(note.note)
+        , _glideFrames(std::max(1.0, glideSeconds * rate))
+        , _vibrato(vibrato)
+        , _rate(rate) {}
 
     /// Gives the MIDI note number at `frame`; frames must not go backwards.
     double noteAt(std::size_t frame) noexcept {
-        while (next_ < slides_->size() && (*slides_)[next_].frame <= frame) {
-            from_ = current_;
-            target_ = (*slides_)[next_].note;
-            since_ = (*slides_)[next_].frame;
-            ++next_;
+        while (_next < _slides->size() && (*_slides)[_next].frame <= frame) {
+            _from = _current;
+            _target = (*_slides)[_next].note;
+            _since = (*_slides)[_next].frame;
+            ++_next;
         }
-        const double way = std::min(1.0, static_cast<double>(frame - since_) / glideFrames_);
-        current_ = from_ + (target_ - from_) * way * (2.0 - way);
-        if (vibrato_.cents == 0.0) {
-            return current_;
+        const double way = std::min(1.0, static_cast<double>(frame - _since) / _glideFrames);
+        _current = _from + (_target - _from) * way * (2.0 - way);
+        if (_vibrato.cents == 0.0) {
+            return _current;
         }
-        const double seconds = static_cast<double>(frame) / rate_;
-        const double delay = std::max(vibrato_.delaySeconds, 0.001);
+        const double seconds = static_cast<double>(frame) / _rate;
+        const double delay = std::max(_vibrato.delaySeconds, 0.001);
         const double depth = std::clamp((seconds - delay) / delay, 0.0, 1.0);
-        return current_ + vibrato_.cents * 0.01 * depth * sineOfTurns(seconds * vibrato_.rate);
+        return _current + _vibrato.cents * 0.01 * depth * sineOfTurns(seconds * _vibrato.rate);
     }
 
   private:
-    const std::vector<Slide>* slides_;
-    std::size_t next_ = 0;
-    std::size_t since_ = 0;
-    double current_;
-    double from_;
-    double target_;
-    double glideFrames_;
-    Vibrato vibrato_;
-    double rate_;
+    const std::vector<Slide>* _slides;
+    std::size_t _next = 0;
+    std::size_t _since = 0;
+    double _current;
+    double _from;
+    double _target;
+    double _glideFrames;
+    Vibrato _vibrato;
+    double _rate;
 };
 
 } // namespace tonewright::loops

@@ -22,12 +22,12 @@ namespace tonewright::loops {
 class Random {
   public:
     explicit constexpr Random(std::uint64_t seed) noexcept
-        : state_(seed) {}
+        : _state(seed) {}
 
     /// Gives the next 64 random bits.
     constexpr std::uint64_t bits() noexcept {
-        state_ += 0x9E3779B97F4A7C15ULL;
-        std::uint64_t mixed = state_;
+        _state += 0x9E3779B97F4A7C15ULL;
+        std::uint64_t mixed = _state;
         mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9ULL;
         mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBULL;
         return mixed ^ (mixed >> 31U);
@@ -40,7 +40,7 @@ class Random {
     constexpr double signedUnit() noexcept { return unit() * 2.0 - 1.0; }
 
   private:
-    std::uint64_t state_;
+    std::uint64_t _state;
 };
 
 } // namespace tonewright::loops

@@ -32,7 +32,7 @@ class Reader {
             std::string_view content = text.substr(0, end);
             text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
             if (!content.empty() && content.back() == '\r') content.remove_suffix(1);
-            line_ = line;
+            _line = line;
             if (std::string message = readLine(content); !message.empty())
                 return RecipeFault{line, std::move(message)};
         }
@@ -48,8 +48,8 @@ class Reader {
             content.substr(static_cast<std::size_t>(keyword.data() + keyword.size() - content.data()));
         const Words arguments = Words(words).subspan(1);
         if (keyword == "drums" || keyword == "play") return beginTrack(keyword == "drums", arguments);
-        if (recipe_.tracks.empty()) return readHead(keyword, rest, arguments);
-        return readTrackLine(recipe_.tracks.back(), keyword, rest, arguments);
+        if (_recipe.tracks.empty()) return readHead(keyword, rest, arguments);
+        return readTrackLine(_recipe.tracks.back(), keyword, rest, arguments);
     }
 
     // --- the head
@@ -58,14 +58,14 @@ class Reader {
     std::string readHead(std::string_view keyword, std::string_view rest, Words arguments) {
         if (keyword == "title") {
             for (const std::string_view word : arguments) {
-                recipe_.title += (recipe_.title.empty() ? "" : " ") + std::string(word);
+                _recipe.title += (_recipe.title.empty() ? "" : " ") + std::string(word);
             }
-            return recipe_.title.empty() ? "a title needs words" : "";
+            return _recipe.title.empty() ? "a title needs words" : "";
         }
-        if (keyword == "chords") return append(chordBars_, chordBarsOf(rest));
+        if (keyword == "chords") return append(_chordBars, chordBarsOf(rest));
         if (keyword == "room") {
             return settings(arguments, [this](std::string_view name, double value) {
-                return setRoom(recipe_.room, name, value);
+                return setRoom(_recipe.room, name, value);
             });
         }
         if (keyword == "metre") return readMetre(arguments);
@@ -80,33 +80,33 @@ class Reader {
         };
         if (keyword == "tempo") {
             std::string fault = number(arguments, 40, 240, value);
-            recipe_.tempoThousandths = std::llround(value * 1000.0);
+            _recipe.tempoThousandths = std::llround(value * 1000.0);
             return fault;
         }
         if (keyword == "bars") {
             std::string fault = whole(1, 32);
-            recipe_.bars = static_cast<int>(value);
+            _recipe.bars = static_cast<int>(value);
             return fault;
         }
         if (keyword == "rate") {
             std::string fault = whole(44100, 48000);
             if (fault.empty() && value != 44100.0 && value != 48000.0) fault = "'rate' is 44100 or 48000";
-            recipe_.rate = static_cast<int>(value);
+            _recipe.rate = static_cast<int>(value);
             return fault;
         }
         if (keyword == "channels") {
             std::string fault = whole(1, 2);
-            recipe_.channels = static_cast<int>(value);
+            _recipe.channels = static_cast<int>(value);
             return fault;
         }
         if (keyword == "seed") {
             std::string fault = whole(0, 1000000);
-            recipe_.seed = static_cast<std::uint64_t>(value);
+            _recipe.seed = static_cast<std::uint64_t>(value);
             return fault;
         }
         if (keyword == "glue") {
             std::string fault = number(arguments, 0, 1, value);
-            recipe_.glue = value;
+            _recipe.glue = value;
             return fault;
         }
         return "unknown word " + quoted(keyword) +
@@ -128,8 +128,8 @@ class Reader {
                                                                                            {"5/8", {5, 8}}}};
         for (const auto& [name, parts] : Metres) {
             if (arguments.size() == 1 && arguments[0] == name) {
-                recipe_.beats = parts.first;
-                recipe_.unit = parts.second;
+                _recipe.beats = parts.first;
+                _recipe.unit = parts.second;
                 return {};
             }
         }
@@ -143,7 +143,7 @@ class Reader {
         if (!root || !note.empty()) return "unknown note " + quoted(arguments[0]);
         std::optional<std::vector<int>> scale = scaleNamed(arguments[1]);
         if (!scale) return "unknown scale " + quoted(arguments[1]);
-        recipe_.key = {*root, std::move(*scale)};
+        _recipe.key = {*root, std::move(*scale)};
         return {};
     }
 
@@ -151,10 +151,10 @@ class Reader {
         if (arguments.size() == 2) {
             const std::optional<int> grid = gridOf(arguments[1]);
             if (!grid) return "unknown step " + quoted(arguments[1]);
-            recipe_.swingTicks = *grid;
+            _recipe.swingTicks = *grid;
             arguments = arguments.first(1);
         }
-        return number(arguments, 50, 75, recipe_.swing);
+        return number(arguments, 50, 75, _recipe.swing);
     }
 
     // --- parts
@@ -164,7 +164,7 @@ class Reader {
         if (arguments.empty())
             return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
         Track track;
-        track.line = line_;
+        track.line = _line;
         track.drums = drums;
         track.name = arguments[0];
         if (drums) {
@@ -180,7 +180,7 @@ class Reader {
             });
             if (!fault.empty()) return fault;
         }
-        recipe_.tracks.push_back(std::move(track));
+        _recipe.tracks.push_back(std::move(track));
         return {};
     }
 
@@ -350,27 +350,27 @@ class Reader {
     // ----------------------------------------------------------------------------------------------
 
     std::variant<Recipe, RecipeFault> finish() {
-        if (recipe_.tracks.empty()) return RecipeFault{0, "there is no part: 'drums' or 'play' begins one"};
-        const double seconds = static_cast<double>(recipe_.frames()) / recipe_.rate;
+        if (_recipe.tracks.empty()) return RecipeFault{0, "there is no part: 'drums' or 'play' begins one"};
+        const double seconds = static_cast<double>(_recipe.frames()) / _recipe.rate;
         if (seconds < 2.0 || seconds > 16.0) {
             return RecipeFault{0, "the loop would last " + plainNumber(seconds) +
                                       " seconds; loops last from 2 to 16"};
         }
-        if (chordBars_.size() > static_cast<std::size_t>(recipe_.bars)) {
-            return RecipeFault{0, "there are chords for " + std::to_string(chordBars_.size()) +
-                                      " bars, but only " + std::to_string(recipe_.bars) + " bars"};
+        if (_chordBars.size() > static_cast<std::size_t>(_recipe.bars)) {
+            return RecipeFault{0, "there are chords for " + std::to_string(_chordBars.size()) +
+                                      " bars, but only " + std::to_string(_recipe.bars) + " bars"};
         }
-        for (int bar = 0; bar < recipe_.bars && !chordBars_.empty(); ++bar) {
-            const std::vector<Chord>& chords = chordBars_[static_cast<std::size_t>(bar) % chordBars_.size()];
+        for (int bar = 0; bar < _recipe.bars && !_chordBars.empty(); ++bar) {
+            const std::vector<Chord>& chords = _chordBars[static_cast<std::size_t>(bar) % _chordBars.size()];
             const int count = static_cast<int>(chords.size());
             for (int index = 0; index < count; ++index) {
-                const int start = bar * recipe_.barTicks();
-                recipe_.chords.push_back({start + recipe_.barTicks() * index / count,
-                                          start + recipe_.barTicks() * (index + 1) / count,
+                const int start = bar * _recipe.barTicks();
+                _recipe.chords.push_back({start + _recipe.barTicks() * index / count,
+                                          start + _recipe.barTicks() * (index + 1) / count,
                                           chords[static_cast<std::size_t>(index)]});
             }
         }
-        for (const Track& track : recipe_.tracks) {
+        for (const Track& track : _recipe.tracks) {
             if (track.drums ? track.rows.empty() : track.cells.empty())
                 return RecipeFault{track.line, "this part has no notes"};
             if (std::string message = tooLong(track); !message.empty())
@@ -378,11 +378,11 @@ class Reader {
             if (std::string message = holdsNothing(track); !message.empty())
                 return RecipeFault{track.line, std::move(message)};
             const bool needsChords = !track.drums && (track.chordal || track.countFrom != CountFrom::Key);
-            if (needsChords && recipe_.chords.empty()) {
+            if (needsChords && _recipe.chords.empty()) {
                 return RecipeFault{track.line, "this part follows chords, but the recipe has no 'chords'"};
             }
         }
-        return std::move(recipe_);
+        return std::move(_recipe);
     }
 
     /// A hold or slide at the very beginning goes on from the loop's end; anywhere it needs a note to go on
@@ -401,7 +401,7 @@ class Reader {
 
     [[nodiscard]] std::string tooLong(const Track& track) const {
         const auto steps =
-            static_cast<std::size_t>((recipe_.ticks() + track.gridTicks - 1) / track.gridTicks);
+            static_cast<std::size_t>((_recipe.ticks() + track.gridTicks - 1) / track.gridTicks);
         const auto message = [steps](const std::string& what, std::size_t length) {
             return what + " has " + std::to_string(length) + " steps, but the loop has only " +
                    std::to_string(steps);
@@ -413,9 +413,9 @@ class Reader {
         return {};
     }
 
-    Recipe recipe_;
-    std::vector<std::vector<Chord>> chordBars_;
-    std::size_t line_ = 0;
+    Recipe _recipe;
+    std::vector<std::vector<Chord>> _chordBars;
+    std::size_t _line = 0;
 };
 
 } // namespace

@@ -18,34 +18,34 @@ namespace {
 class DelayLine {
   public:
     explicit DelayLine(std::size_t frames)
-        : frames_(std::max<std::size_t>(frames, 1)) {}
+        : _frames(std::max<std::size_t>(frames, 1)) {}
 
-    [[nodiscard]] double read() const noexcept { return frames_[at_]; }
+    [[nodiscard]] double read() const noexcept { return _frames[_at]; }
 
     void write(double value) noexcept {
-        frames_[at_] = std::fabs(value) < 1e-20 ? 0.0 : value;
-        at_ = at_ + 1 == frames_.size() ? 0 : at_ + 1;
+        _frames[_at] = std::fabs(value) < 1e-20 ? 0.0 : value;
+        _at = _at + 1 == _frames.size() ? 0 : _at + 1;
     }
 
   private:
-    std::vector<double> frames_;
-    std::size_t at_ = 0;
+    std::vector<double> _frames;
+    std::size_t _at = 0;
 };
 
 class Diffuser {
   public:
     explicit Diffuser(std::size_t frames)
-        : line_(frames) {}
+        : _line(frames) {}
 
     double step(double input) noexcept {
-        const double delayed = line_.read();
+        const double delayed = _line.read();
         const double fed = input - 0.62 * delayed;
-        line_.write(fed);
+        _line.write(fed);
         return delayed + 0.62 * fed;
     }
 
   private:
-    DelayLine line_;
+    DelayLine _line;
 };
 
 void mix(std::array<double, 8>& values) noexcept {

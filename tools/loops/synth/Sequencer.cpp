@@ -16,30 +16,30 @@ namespace {
 class Clock {
   public:
     Clock(const Recipe& recipe, const Track& track)
-        : framesPerTick_(static_cast<double>(recipe.frames()) / static_cast<double>(recipe.ticks()))
-        , frames_(recipe.frames())
-        , pair_(2.0 * static_cast<double>(recipe.swingTicks))
-        , share_((track.swing >= 0.0 ? track.swing : recipe.swing) * 0.01) {}
+        : _framesPerTick(static_cast<double>(recipe.frames()) / static_cast<double>(recipe.ticks()))
+        , _frames(recipe.frames())
+        , _pair(2.0 * static_cast<double>(recipe.swingTicks))
+        , _share((track.swing >= 0.0 ? track.swing : recipe.swing) * 0.01) {}
 
     [[nodiscard]] double position(double tick) const {
-        const double pairs = std::floor(tick / pair_);
-        const double part = tick / pair_ - pairs;
-        const double swung = part < 0.5 ? 2.0 * part * share_ : share_ + (2.0 * part - 1.0) * (1.0 - share_);
-        return (pairs + swung) * pair_ * framesPerTick_;
+        const double pairs = std::floor(tick / _pair);
+        const double part = tick / _pair - pairs;
+        const double swung = part < 0.5 ? 2.0 * part * _share : _share + (2.0 * part - 1.0) * (1.0 - _share);
+        return (pairs + swung) * _pair * _framesPerTick;
     }
 
     /// Wraps a position, which may lie a little before the loop's beginning, to a frame of the loop.
     [[nodiscard]] std::size_t wrapped(double position) const {
-        const auto length = static_cast<std::int64_t>(frames_);
+        const auto length = static_cast<std::int64_t>(_frames);
         const auto frame = static_cast<std::int64_t>(std::floor(position + 0.5));
         return static_cast<std::size_t>(((frame % length) + length) % length);
     }
 
   private:
-    double framesPerTick_;
-    std::size_t frames_;
-    double pair_;
-    double share_;
+    double _framesPerTick;
+    std::size_t _frames;
+    double _pair;
+    double _share;
 };
 
 const Chord& chordAt(const Recipe& recipe, int tick) {

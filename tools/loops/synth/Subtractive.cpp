@@ -120,27 +120,27 @@ struct Formants {
 class SweepEnvelope {
   public:
     SweepEnvelope(const SubtractivePatch& patch, double rate)
-        : rise_(1.0 / std::max(1.0, patch.sweepattack * rate))
-        , fall_(decayFactor(patch.sweepdecay, rate)) {}
+        : _rise(1.0 / std::max(1.0, patch.sweepattack * rate))
+        , _fall(decayFactor(patch.sweepdecay, rate)) {}
 
     double step() noexcept {
-        if (rising_) {
-            value_ += rise_;
-            if (value_ >= 1.0) {
-                value_ = 1.0;
-                rising_ = false;
+        if (_rising) {
+            _value += _rise;
+            if (_value >= 1.0) {
+                _value = 1.0;
+                _rising = false;
             }
         } else {
-            value_ *= fall_;
+            _value *= _fall;
         }
-        return value_;
+        return _value;
     }
 
   private:
-    double rise_;
-    double fall_;
-    double value_ = 0.0;
-    bool rising_ = true;
+    double _rise;
+    double _fall;
+    double _value = 0.0;
+    bool _rising = true;
 };
 
 } // namespace

@@ -69,13 +69,13 @@ Levels build(WaveShape shape) {
 } // namespace
 
 WaveCycle::WaveCycle(std::vector<double> table)
-    : table_(std::move(table)) {
-    const double last = table_.back();
-    const double first = table_[0];
-    const double second = table_[1];
-    const double third = table_[2];
-    table_.insert(table_.begin(), last);
-    table_.insert(table_.end(), {first, second, third});
+    : _table(std::move(table)) {
+    const double last = _table.back();
+    const double first = _table[0];
+    const double second = _table[1];
+    const double third = _table[2];
+    _table.insert(_table.begin(), last);
+    _table.insert(_table.end(), {first, second, third});
 }
 
 const WaveCycle& waveCycle(WaveShape shape, double frequency, double rate) {

@@ -26,7 +26,7 @@ class WaveCycle {
         const double position = phase * static_cast<double>(Size);
         const auto index = static_cast<std::size_t>(position);
         const double part = position - static_cast<double>(index);
-        const double* y = &table_[index];
+        const double* y = &_table[index];
         const double c1 = 0.5 * (y[2] - y[0]);
         const double c2 = y[0] - 2.5 * y[1] + 2.0 * y[2] - 0.5 * y[3];
         const double c3 = 0.5 * (y[3] - y[0]) + 1.5 * (y[1] - y[2]);
@@ -34,7 +34,7 @@ class WaveCycle {
     }
 
   private:
-    std::vector<double> table_; // one frame before and three behind the cycle, so that reading never wraps
+    std::vector<double> _table; // one frame before and three behind the cycle, so that reading never wraps
 };
 
 /// Gives the cycle of `shape` with as many harmonics as stay below 0.45 times `rate` at `frequency` (both
