@@ -3,7 +3,7 @@
 
 // m4a files, whole and damaged, under the player.
 #include "tests/audio/audioFixture.hpp"
-#include "tools/loops/encode/LoopEncoder.hpp"
+#include "loops/encode/LoopEncoder.hpp"
 
 #include <cmath>
 

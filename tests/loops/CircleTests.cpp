@@ -4,10 +4,10 @@
 // A loop is a circle: it does not matter to the sound where it is cut.
 
 #include "RecipeFile.hpp"
-#include "tools/loops/synth/Effect.hpp"
-#include "tools/loops/synth/Loudness.hpp"
-#include "tools/loops/synth/Random.hpp"
-#include "tools/loops/synth/Render.hpp"
+#include "loops/synth/Effect.hpp"
+#include "loops/synth/Loudness.hpp"
+#include "loops/synth/Random.hpp"
+#include "loops/synth/Render.hpp"
 
 #include <algorithm>
 #include <cmath>

@@ -6,10 +6,10 @@
 #include "DecodedLoop.hpp"
 #include "RecipeFile.hpp"
 #include "SeamError.hpp"
+#include "loops/synth/ExactMath.hpp"
+#include "loops/synth/Loudness.hpp"
+#include "loops/synth/Render.hpp"
 #include "tests/support/Scratch.hpp"
-#include "tools/loops/synth/ExactMath.hpp"
-#include "tools/loops/synth/Loudness.hpp"
-#include "tools/loops/synth/Render.hpp"
 
 #include <algorithm>
 #include <atomic>

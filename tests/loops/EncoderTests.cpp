@@ -5,8 +5,8 @@
 
 #include "DecodedLoop.hpp"
 #include "SeamError.hpp"
+#include "loops/encode/LoopEncoder.hpp"
 #include "tests/audio/audioFixture.hpp"
-#include "tools/loops/encode/LoopEncoder.hpp"
 
 #include <cmath>
 #include <gtest/gtest.h>

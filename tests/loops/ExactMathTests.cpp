@@ -4,7 +4,7 @@
 // The functions of our own against the C library's, which may differ from machine to machine in the last bit
 // only.
 
-#include "tools/loops/synth/ExactMath.hpp"
+#include "loops/synth/ExactMath.hpp"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 
 // Keys, degrees, chords and how they are laid out.
 
-#include "tools/loops/synth/Harmony.hpp"
+#include "loops/synth/Harmony.hpp"
 
 #include <algorithm>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 
 #include "RecipeFile.hpp"
 
-#include "tools/loops/synth/RecipeParser.hpp"
+#include "loops/synth/RecipeParser.hpp"
 
 #include <cstdlib>
 #include <fstream>
@@ -12,9 +12,33 @@
 
 namespace tonewright::loops {
 
+namespace {
+
+std::string contentOf(const std::string& name) {
+    const char* tree = std::getenv("TONEWRIGHT_SOURCE_DIR");
+    const std::string file = std::string(tree == nullptr ? "." : tree) + "/loops/recipes/" + name;
+    std::ifstream in(file, std::ios::binary);
+    EXPECT_TRUE(in.is_open()) << file;
+    return {(std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>()};
+}
+
+} // namespace
+
+const SoundLibrary& soundsOfTheTree() {
+    static const SoundLibrary Sounds = [] {
+        SoundLibrary sounds;
+        for (const char* name : {"instruments.sounds", "kits.sounds"}) {
+            const auto fault = sounds.read(contentOf(name));
+            EXPECT_FALSE(fault) << name << ":" << fault->line << ": " << fault->message;
+        }
+        return sounds;
+    }();
+    return Sounds;
+}
+
 Recipe recipeOf(std::string_view text) {
-    std::variant<Recipe, RecipeFault> read = parseRecipe(text);
-    if (const auto* fault = std::get_if<RecipeFault>(&read)) {
+    std::variant<Recipe, LineFault> read = parseRecipe(text, soundsOfTheTree());
+    if (const auto* fault = std::get_if<LineFault>(&read)) {
         ADD_FAILURE() << "line " << fault->line << ": " << fault->message;
         return {};
     }
@@ -22,12 +46,7 @@ Recipe recipeOf(std::string_view text) {
 }
 
 Recipe recipeNumber(int number) {
-    const char* tree = std::getenv("TONEWRIGHT_SOURCE_DIR");
-    const std::string file =
-        std::string(tree == nullptr ? "." : tree) + "/resources/loops/" + std::to_string(number) + ".loop";
-    std::ifstream in(file, std::ios::binary);
-    EXPECT_TRUE(in.is_open()) << file;
-    return recipeOf(std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>()));
+    return recipeOf(contentOf(std::to_string(number) + ".loop"));
 }
 
 } // namespace tonewright::loops

@@ -4,14 +4,18 @@
 // The recipes in the source tree. For tests.
 #pragma once
 
-#include "tools/loops/synth/Recipe.hpp"
+#include "loops/synth/Recipe.hpp"
+#include "loops/synth/SoundLibrary.hpp"
 
 namespace tonewright::loops {
 
 /// Reads recipe `number`, 1 to 80; a fault fails the running test and gives an empty recipe.
 [[nodiscard]] Recipe recipeNumber(int number);
 
-/// Reads a recipe that is meant to be sound from text.
+/// Returns the instruments and kits in the source tree.
+[[nodiscard]] const SoundLibrary& soundsOfTheTree();
+
+/// Reads a recipe from text; a fault fails the running test.
 [[nodiscard]] Recipe recipeOf(std::string_view text);
 
 } // namespace tonewright::loops

@@ -4,7 +4,7 @@
 // What the recipe format takes and what it refuses.
 
 #include "RecipeFile.hpp"
-#include "tools/loops/synth/RecipeParser.hpp"
+#include "loops/synth/RecipeParser.hpp"
 
 #include <gtest/gtest.h>
 
@@ -21,8 +21,8 @@ struct Refusal {
 class Refused : public testing::TestWithParam<Refusal> {};
 
 TEST_P(Refused, SaysWhereAndWhy) {
-    const auto read = parseRecipe(GetParam().text);
-    const auto* fault = std::get_if<RecipeFault>(&read);
+    const auto read = parseRecipe(GetParam().text, soundsOfTheTree());
+    const auto* fault = std::get_if<LineFault>(&read);
     ASSERT_NE(fault, nullptr);
     EXPECT_EQ(fault->line, GetParam().line) << fault->message;
     EXPECT_NE(fault->message.find(GetParam().part), std::string::npos) << fault->message;
@@ -110,6 +110,29 @@ TEST(RecipeParser, ReadsEveryStatement) {
     EXPECT_TRUE(bass.cells[4].staccato);
     EXPECT_EQ(bass.cells[5].degrees.size(), 2U);
     EXPECT_EQ(bass.effects.size(), 2U);
+}
+
+TEST(SoundLibrary, NamesTheFaultyLine) {
+    const struct {
+        std::string_view text;
+        std::size_t line;
+        std::string_view part;
+    } Cases[] = {
+        {"kick membrane\n", 1, "unknown word 'kick'"},
+        {"instrument a\n", 1, "a name and a kind"},
+        {"instrument a fm\n\ninstrument a air\n", 3, "'a' already"},
+        {"instrument a harp\n", 1, "unknown kind 'harp'"},
+        {"instrument a fm index=fast\n", 1, "'index=fast' is not a setting"},
+        {"kit a\nkick clap pitch=50\n", 2, "no setting 'pitch'"},
+        {"kit a\nkick metal level=90\n", 2, "between -40 and 20"},
+        {"kit a\nkick metal\nkit b\nhat metal\n", 4, "the first kit has no drum 'hat'"},
+    };
+    for (const auto& one : Cases) {
+        const auto fault = SoundLibrary().read(one.text);
+        ASSERT_TRUE(fault) << one.text;
+        EXPECT_EQ(fault->line, one.line) << fault->message;
+        EXPECT_NE(fault->message.find(one.part), std::string::npos) << fault->message;
+    }
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 // optimisation.
 
 #include "RecipeFile.hpp"
-#include "tools/loops/synth/Render.hpp"
+#include "loops/synth/Render.hpp"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 // From written steps to frames: lengths, swing, slides, ties round the end, rolls.
 
 #include "RecipeFile.hpp"
-#include "tools/loops/synth/Sequencer.hpp"
+#include "loops/synth/Sequencer.hpp"
 
 #include <gtest/gtest.h>
 

@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "support"))
-from cases import BUILD, main  # noqa: E402
+from cases import BUILD, SOURCE, main  # noqa: E402
 
 
 class LoopsProgram(unittest.TestCase):
@@ -19,7 +19,7 @@ class LoopsProgram(unittest.TestCase):
 
     def run_program(self, *arguments) -> tuple[int, str]:
         """Give the exit status and what was said on both outputs."""
-        result = subprocess.run([BUILD / "bin/tonewright-loops", *arguments], stdout=subprocess.PIPE,
+        result = subprocess.run([BUILD / "bin/tonewright-loops", "--sounds", SOURCE / "loops/recipes", *arguments], stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, text=True, cwd=self.folder, timeout=60)
         return result.returncode, result.stdout
 

@@ -7,53 +7,36 @@
 
 #include <array>
 #include <cmath>
-#include <functional>
-#include <span>
 #include <utility>
 
 namespace tonewright::loops {
 
 namespace {
 
-using Words = std::span<const std::string_view>;
-
-std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
 /// Goes through a recipe line by line. A message that is not empty ends it.
 class Reader {
   public:
-    std::variant<Recipe, RecipeFault> read(std::string_view text) {
-        std::size_t line = 0;
-        while (!text.empty()) {
-            ++line;
-            const std::size_t end = text.find('\n');
-            std::string_view content = text.substr(0, end);
-            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-            if (!content.empty() && content.back() == '\r') content.remove_suffix(1);
-            _line = line;
-            if (std::string message = readLine(content); !message.empty())
-                return RecipeFault{line, std::move(message)};
+    explicit Reader(const SoundLibrary& sounds)
+        : _sounds(sounds) {}
+
+    std::variant<Recipe, LineFault> read(std::string_view text) {
+        if (auto fault = readLines(text, [this](const TextLine& line) { return readLine(line); })) {
+            return *std::move(fault);
         }
         return finish();
     }
 
   private:
-    std::string readLine(std::string_view content) {
-        const std::vector<std::string_view> words = wordsOf(content);
-        if (words.empty() || words.front().front() == '#') return {};
-        const std::string_view keyword = words.front();
-        const std::string_view rest =
-            content.substr(static_cast<std::size_t>(keyword.data() + keyword.size() - content.data()));
-        const Words arguments = Words(words).subspan(1);
-        if (keyword == "drums" || keyword == "play") return beginTrack(keyword == "drums", arguments);
-        if (_recipe.tracks.empty()) return readHead(keyword, rest, arguments);
-        return readTrackLine(_recipe.tracks.back(), keyword, rest, arguments);
+    std::string readLine(const TextLine& line) {
+        const std::string_view keyword = line.keyword();
+        const Words arguments = line.arguments();
+        if (keyword == "drums" || keyword == "play")
+            return beginTrack(line.number, keyword == "drums", arguments);
+        if (_recipe.tracks.empty()) return readHead(keyword, line.rest, arguments);
+        return readTrackLine(_recipe.tracks.back(), keyword, line.rest, arguments);
     }
 
     // --- the head
-    // -----------------------------------------------------------------------------------------------
 
     std::string readHead(std::string_view keyword, std::string_view rest, Words arguments) {
         if (keyword == "title") {
@@ -64,7 +47,7 @@ class Reader {
         }
         if (keyword == "chords") return append(_chordBars, chordBarsOf(rest));
         if (keyword == "room") {
-            return settings(arguments, [this](std::string_view name, double value) {
+            return readSettings(arguments, [this](std::string_view name, double value) {
                 return setRoom(_recipe.room, name, value);
             });
         }
@@ -158,26 +141,28 @@ class Reader {
     }
 
     // --- parts
-    // --------------------------------------------------------------------------------------------------
 
-    std::string beginTrack(bool drums, Words arguments) {
+    std::string beginTrack(std::size_t line, bool drums, Words arguments) {
         if (arguments.empty())
             return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
         Track track;
-        track.line = _line;
+        track.line = line;
         track.drums = drums;
         track.name = arguments[0];
         if (drums) {
-            if (!isKit(track.name)) return "unknown kit " + quoted(track.name) + "; there are " + kitNames();
+            if (!_sounds.hasKit(track.name))
+                return "unknown kit " + quoted(track.name) + "; there are " + _sounds.kitNames();
             if (arguments.size() > 1) return "nothing follows the name of a kit";
         } else {
-            std::optional<Patch> patch = instrumentNamed(track.name);
+            std::optional<Patch> patch = _sounds.instrument(track.name);
             if (!patch)
-                return "unknown instrument " + quoted(track.name) + "; there are " + instrumentNames();
+                return "unknown instrument " + quoted(track.name) + "; there are " +
+                       _sounds.instrumentNames();
             track.patch = *patch;
-            std::string fault = settings(arguments.subspan(1), [&track](std::string_view name, double value) {
-                return setPatch(track.patch, name, value);
-            });
+            std::string fault =
+                readSettings(arguments.subspan(1), [&track](std::string_view name, double value) {
+                    return setPatch(track.patch, name, value);
+                });
             if (!fault.empty()) return fault;
         }
         _recipe.tracks.push_back(std::move(track));
@@ -218,9 +203,10 @@ class Reader {
         if (!effect || std::holds_alternative<Chop>(*effect)) {
             return "unknown effect " + quoted(arguments[0]) + "; there are " + effectNames();
         }
-        std::string fault = settings(arguments.subspan(1), [&effect](std::string_view name, double value) {
-            return setEffect(*effect, name, value);
-        });
+        std::string fault =
+            readSettings(arguments.subspan(1), [&effect](std::string_view name, double value) {
+                return setEffect(*effect, name, value);
+            });
         track.effects.push_back(std::move(*effect));
         return fault;
     }
@@ -238,15 +224,15 @@ class Reader {
             DrumRow* row = rowNamed(track, arguments[0]);
             if (row == nullptr)
                 return "'tune' follows the drum's row, and there is no row " + quoted(arguments[0]);
-            return settings(arguments.subspan(1), [row](std::string_view name, double value) {
+            return readSettings(arguments.subspan(1), [row](std::string_view name, double value) {
                 return setDrum(row->drum, name, value);
             });
         }
-        const std::optional<Drum> drum = drumNamed(track.name, keyword);
+        const std::optional<Drum> drum = _sounds.drum(track.name, keyword);
         if (!drum) {
             return "unknown word " + quoted(keyword) +
                    "; a drum part has level, pan, send, human, swing, grid, fx, chop, tune, and rows of " +
-                   drumNames();
+                   _sounds.drumNames();
         }
         DrumRow* row = rowNamed(track, keyword);
         if (row == nullptr) row = &track.rows.emplace_back(DrumRow{std::string(keyword), *drum, {}});
@@ -301,7 +287,6 @@ class Reader {
     }
 
     // --- pieces
-    // -------------------------------------------------------------------------------------------------
 
     static std::string number(Words arguments, double least, double greatest, double& into) {
         const std::optional<double> value = arguments.size() == 1 ? numberOf(arguments[0]) : std::nullopt;
@@ -325,18 +310,6 @@ class Reader {
         return message;
     }
 
-    static std::string settings(Words arguments,
-                                const std::function<SettingFault(std::string_view, double)>& set) {
-        for (const std::string_view argument : arguments) {
-            const std::size_t sign = argument.find('=');
-            const std::optional<double> value =
-                sign == std::string_view::npos ? std::nullopt : numberOf(argument.substr(sign + 1));
-            if (!value) return quoted(argument) + " is no setting; settings look like cutoff=800";
-            if (SettingFault fault = set(argument.substr(0, sign), *value); !fault.empty()) return fault;
-        }
-        return {};
-    }
-
     template <typename Item>
     static std::string append(std::vector<Item>& into, Parsed<std::vector<Item>> parsed) {
         if (const auto* fault = std::get_if<PartFault>(&parsed)) return fault->message;
@@ -347,18 +320,17 @@ class Reader {
     }
 
     // --- the whole
-    // ----------------------------------------------------------------------------------------------
 
-    std::variant<Recipe, RecipeFault> finish() {
-        if (_recipe.tracks.empty()) return RecipeFault{0, "there is no part: 'drums' or 'play' begins one"};
+    std::variant<Recipe, LineFault> finish() {
+        if (_recipe.tracks.empty()) return LineFault{0, "there is no part: 'drums' or 'play' begins one"};
         const double seconds = static_cast<double>(_recipe.frames()) / _recipe.rate;
         if (seconds < 2.0 || seconds > 16.0) {
-            return RecipeFault{0, "the loop would last " + plainNumber(seconds) +
-                                      " seconds; loops last from 2 to 16"};
+            return LineFault{0, "the loop would last " + plainNumber(seconds) +
+                                    " seconds; loops last from 2 to 16"};
         }
         if (_chordBars.size() > static_cast<std::size_t>(_recipe.bars)) {
-            return RecipeFault{0, "there are chords for " + std::to_string(_chordBars.size()) +
-                                      " bars, but only " + std::to_string(_recipe.bars) + " bars"};
+            return LineFault{0, "there are chords for " + std::to_string(_chordBars.size()) +
+                                    " bars, but only " + std::to_string(_recipe.bars) + " bars"};
         }
         for (int bar = 0; bar < _recipe.bars && !_chordBars.empty(); ++bar) {
             const std::vector<Chord>& chords = _chordBars[static_cast<std::size_t>(bar) % _chordBars.size()];
@@ -372,14 +344,14 @@ class Reader {
         }
         for (const Track& track : _recipe.tracks) {
             if (track.drums ? track.rows.empty() : track.cells.empty())
-                return RecipeFault{track.line, "this part has no notes"};
+                return LineFault{track.line, "this part has no notes"};
             if (std::string message = tooLong(track); !message.empty())
-                return RecipeFault{track.line, std::move(message)};
+                return LineFault{track.line, std::move(message)};
             if (std::string message = holdsNothing(track); !message.empty())
-                return RecipeFault{track.line, std::move(message)};
+                return LineFault{track.line, std::move(message)};
             const bool needsChords = !track.drums && (track.chordal || track.countFrom != CountFrom::Key);
             if (needsChords && _recipe.chords.empty()) {
-                return RecipeFault{track.line, "this part follows chords, but the recipe has no 'chords'"};
+                return LineFault{track.line, "this part follows chords, but the recipe has no 'chords'"};
             }
         }
         return std::move(_recipe);
@@ -413,15 +385,15 @@ class Reader {
         return {};
     }
 
+    const SoundLibrary& _sounds;
     Recipe _recipe;
     std::vector<std::vector<Chord>> _chordBars;
-    std::size_t _line = 0;
 };
 
 } // namespace
 
-std::variant<Recipe, RecipeFault> parseRecipe(std::string_view text) {
-    return Reader().read(text);
+std::variant<Recipe, LineFault> parseRecipe(std::string_view text, const SoundLibrary& sounds) {
+    return Reader(sounds).read(text);
 }
 
 } // namespace tonewright::loops

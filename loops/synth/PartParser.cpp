@@ -3,8 +3,9 @@
 
 #include "PartParser.hpp"
 
+#include "TextLines.hpp"
+
 #include <charconv>
-#include <cmath>
 
 namespace tonewright::loops {
 
@@ -16,10 +17,6 @@ constexpr double Soft = 0.45;
 
 bool isBlank(char letter) {
     return letter == ' ' || letter == '\t';
-}
-
-std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
 }
 
 /// Reads one degree off the front of `text`.
@@ -73,27 +70,6 @@ std::optional<Cell> cellOf(std::string_view word) {
 }
 
 } // namespace
-
-std::vector<std::string_view> wordsOf(std::string_view text) {
-    std::vector<std::string_view> words;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        while (at < text.size() && isBlank(text[at])) ++at;
-        const std::size_t start = at;
-        while (at < text.size() && !isBlank(text[at])) ++at;
-        if (at > start) words.push_back(text.substr(start, at - start));
-    }
-    return words;
-}
-
-std::optional<double> numberOf(std::string_view text) {
-    double value = 0.0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
-        return std::nullopt;
-    return value;
-}
 
 std::optional<int> gridOf(std::string_view text) {
     const bool triplet = !text.empty() && text.back() == 't';

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reads the music inside a recipe's lines: steps of drum rows, notes of melodies, numbers, fractions, chords.
+// Reads the music inside a recipe's lines: steps of drum rows, notes of melodies, step lengths, chords.
 // Pure; any thread.
 #pragma once
 
@@ -22,12 +22,6 @@ struct PartFault {
 
 template <typename Value>
 using Parsed = std::variant<Value, PartFault>;
-
-/// Splits at blanks and tabs.
-[[nodiscard]] std::vector<std::string_view> wordsOf(std::string_view text);
-
-/// Reads a decimal number, the whole of `text`.
-[[nodiscard]] std::optional<double> numberOf(std::string_view text);
 
 /// Reads a step length, "1/16" or "1/8t" (a triplet), as ticks.
 [[nodiscard]] std::optional<int> gridOf(std::string_view text);

@@ -4,7 +4,7 @@
 // From samples to an m4a file that loops exactly. Any thread; calls do not share anything.
 #pragma once
 
-#include "tools/loops/synth/Render.hpp"
+#include "loops/synth/Render.hpp"
 
 #include <filesystem>
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A recipe: all that makes a loop, as values. `parseRecipe` reads one from text; resources/loops/README.md
+// A recipe: all that makes a loop, as values. `parseRecipe` reads one from text; loops/README.md
 // describes the format. Times inside are ticks, 960 to the quarter note.
 #pragma once
 

@@ -4,7 +4,7 @@
 // A loop's exact samples as a wav file of 32-bit floats, for tests, benchmarks and ears. Any thread.
 #pragma once
 
-#include "tools/loops/synth/Render.hpp"
+#include "loops/synth/Render.hpp"
 
 #include <filesystem>
 #include <optional>

@@ -3,11 +3,10 @@
 
 // tonewright-loops: plays recipes and writes loops. Run by the build; see `help` below.
 
-#include "WavFile.hpp"
-#include "encode/LoopEncoder.hpp"
-#include "synth/Loudness.hpp"
-#include "synth/RecipeParser.hpp"
-#include "synth/Render.hpp"
+#include "loops/encode/LoopEncoder.hpp"
+#include "loops/program/WavFile.hpp"
+#include "loops/synth/RecipeParser.hpp"
+#include "loops/synth/Render.hpp"
 
 #include <atomic>
 #include <cstdio>
@@ -29,9 +28,11 @@ constexpr std::string_view Help = R"(tonewright-loops - plays recipes and writes
   tonewright-loops RECIPE... --out FOLDER    write FOLDER/NAME.m4a for every NAME.loop
   tonewright-loops --wav RECIPE FILE         write the exact samples as a wav file of floats
   tonewright-loops --check RECIPE...         read the recipes and say what they make
-  tonewright-loops --help                    say this
+  tonewright-loops --help                    print this text
 
-Recipes are text; resources/loops/README.md describes them. Without a fault nothing is printed, except by --check.
+  --sounds FOLDER    where instruments.sounds and kits.sounds are; else the folder of the first recipe
+
+Recipes are text; loops/README.md describes them. Without a fault nothing is printed, except by --check.
 The exit status is 0, 1 for a fault in a recipe or file, 2 for a wrong command line.
 )";
 
@@ -42,25 +43,50 @@ void complain(const std::string& sentence) {
     std::fprintf(stderr, "tonewright-loops: %s.\n", sentence.c_str());
 }
 
-std::optional<Recipe> readRecipe(const fs::path& file) {
+std::optional<std::string> contentOf(const fs::path& file) {
     std::ifstream in(file, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (!in) {
-        complain("the recipe '" + file.string() + "' cannot be read");
+        complain("the file '" + file.string() + "' cannot be read");
         return std::nullopt;
     }
-    std::variant<Recipe, RecipeFault> read = parseRecipe(text);
-    if (const auto* fault = std::get_if<RecipeFault>(&read)) {
-        const std::string place = fault->line == 0 ? "" : ":" + std::to_string(fault->line);
-        complain(file.string() + place + ": " + fault->message);
+    return text;
+}
+
+void complain(const fs::path& file, const LineFault& fault) {
+    complain(file.string() + (fault.line == 0 ? "" : ":" + std::to_string(fault.line)) + ": " +
+             fault.message);
+}
+
+/// Reads the instruments and kits in `folder`.
+std::optional<SoundLibrary> readSounds(const fs::path& folder) {
+    SoundLibrary sounds;
+    for (const char* name : {"instruments.sounds", "kits.sounds"}) {
+        const fs::path file = folder / name;
+        const std::optional<std::string> text = contentOf(file);
+        if (!text) return std::nullopt;
+        if (const auto fault = sounds.read(*text)) {
+            complain(file, *fault);
+            return std::nullopt;
+        }
+    }
+    return sounds;
+}
+
+std::optional<Recipe> readRecipe(const fs::path& file, const SoundLibrary& sounds) {
+    const std::optional<std::string> text = contentOf(file);
+    if (!text) return std::nullopt;
+    std::variant<Recipe, LineFault> read = parseRecipe(*text, sounds);
+    if (const auto* fault = std::get_if<LineFault>(&read)) {
+        complain(file, *fault);
         return std::nullopt;
     }
     return std::get<Recipe>(std::move(read));
 }
 
 /// Writes beside the target and renames, so that a build that is interrupted leaves no half loop.
-bool makeLoop(const fs::path& recipeFile, const fs::path& folder) {
-    const std::optional<Recipe> recipe = readRecipe(recipeFile);
+bool makeLoop(const fs::path& recipeFile, const SoundLibrary& sounds, const fs::path& folder) {
+    const std::optional<Recipe> recipe = readRecipe(recipeFile, sounds);
     if (!recipe) return false;
     const fs::path target = folder / (recipeFile.stem().string() + ".m4a");
     const fs::path unfinished = target.string() + ".part";
@@ -75,14 +101,14 @@ bool makeLoop(const fs::path& recipeFile, const fs::path& folder) {
     return !error;
 }
 
-int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder) {
+int makeLoops(const std::vector<fs::path>& recipes, const SoundLibrary& sounds, const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
     std::atomic<std::size_t> next = 0; // the only thing the workers share: each takes the next recipe alone
     std::atomic<bool> allMade = true;
     const auto work = [&] {
         for (std::size_t index = next++; index < recipes.size(); index = next++) {
-            if (!makeLoop(recipes[index], folder)) allMade = false;
+            if (!makeLoop(recipes[index], sounds, folder)) allMade = false;
         }
     };
     {
@@ -92,8 +118,8 @@ int makeLoops(const std::vector<fs::path>& recipes, const fs::path& folder) {
     return allMade ? 0 : 1;
 }
 
-int writeSamples(const fs::path& recipeFile, const fs::path& file) {
-    const std::optional<Recipe> recipe = readRecipe(recipeFile);
+int writeSamples(const fs::path& recipeFile, const SoundLibrary& sounds, const fs::path& file) {
+    const std::optional<Recipe> recipe = readRecipe(recipeFile, sounds);
     if (!recipe) return 1;
     if (const auto fault = writeWav(render(*recipe), file)) {
         complain("'" + file.string() + "': " + *fault);
@@ -102,10 +128,10 @@ int writeSamples(const fs::path& recipeFile, const fs::path& file) {
     return 0;
 }
 
-int check(const std::vector<fs::path>& recipes) {
+int check(const std::vector<fs::path>& recipes, const SoundLibrary& sounds) {
     bool sound = true;
     for (const fs::path& file : recipes) {
-        const std::optional<Recipe> recipe = readRecipe(file);
+        const std::optional<Recipe> recipe = readRecipe(file, sounds);
         sound = sound && recipe;
         if (!recipe) continue;
         std::printf("%s: %s, %d/%d, %d bars, %.3f s at %d Hz, %d channel(s), %zu parts\n",
@@ -123,6 +149,7 @@ int main(int count, char** arguments) {
     const std::vector<std::string_view> words(arguments + 1, arguments + count);
     std::vector<fs::path> files;
     fs::path folder;
+    fs::path soundFolder;
     bool wav = false;
     bool checking = false;
     for (std::size_t index = 0; index < words.size(); ++index) {
@@ -133,20 +160,27 @@ int main(int count, char** arguments) {
         }
         if (word == "--out" && index + 1 < words.size()) {
             folder = words[++index];
+        } else if (word == "--sounds" && index + 1 < words.size()) {
+            soundFolder = words[++index];
         } else if (word == "--wav") {
             wav = true;
         } else if (word == "--check") {
             checking = true;
         } else if (word.starts_with("-")) {
-            complain("unknown option '" + std::string(word) + "'; --help says what there is");
+            complain("unknown option '" + std::string(word) + "'; see --help");
             return 2;
         } else {
             files.emplace_back(word);
         }
     }
-    if (wav && files.size() == 2) return writeSamples(files[0], files[1]);
-    if (checking && !files.empty()) return check(files);
-    if (!wav && !checking && !files.empty() && !folder.empty()) return makeLoops(files, folder);
-    complain("this command line makes no sense; --help says what does");
-    return 2;
+    const bool writing = wav && files.size() == 2;
+    const bool making = !wav && !checking && !files.empty() && !folder.empty();
+    if (!writing && !making && !(checking && !files.empty())) {
+        complain("these arguments do not fit together; see --help");
+        return 2;
+    }
+    const auto sounds = readSounds(soundFolder.empty() ? files[0].parent_path() : soundFolder);
+    if (!sounds) return 1;
+    if (writing) return writeSamples(files[0], *sounds, files[1]);
+    return making ? makeLoops(files, *sounds, folder) : check(files, *sounds);
 }

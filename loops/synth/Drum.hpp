@@ -1,15 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The drums: six ways of making a stroke, each a plain struct of numbers, and the kits made with them.
-// `renderStroke` gives one stroke with its whole tail; it is a pure function of its arguments.
+// The drums: six ways of making a stroke, each a plain struct of numbers. `renderStroke` returns one stroke
+// with its whole tail; it is a pure function of its arguments.
 #pragma once
 
 #include "Settings.hpp"
 #include "StereoBuffer.hpp"
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <variant>
 
@@ -70,18 +69,6 @@ struct Drum {
     double level = 0; // decibels
     double pan = 0;   // -1 left to 1 right
 };
-
-/// Says whether there is a kit of this name.
-[[nodiscard]] bool isKit(std::string_view kit);
-
-/// Gives all names of kits, separated by commas.
-[[nodiscard]] std::string kitNames();
-
-/// Gives the drum of that name in `kit`, or nothing. Every kit has every drum.
-[[nodiscard]] std::optional<Drum> drumNamed(std::string_view kit, std::string_view drum);
-
-/// Gives all names of drums, separated by commas.
-[[nodiscard]] std::string drumNames();
 
 /// Sets one number of a drum (those of its patch, "level" and "pan"), or says why not.
 [[nodiscard]] SettingFault setDrum(Drum& drum, std::string_view name, double value);

@@ -3,7 +3,7 @@
 
 #include "LoopEncoder.hpp"
 
-#include "tools/loops/synth/ExactMath.hpp"
+#include "loops/synth/ExactMath.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The pitched instruments: five ways of making a note, each a plain struct of numbers, and the named
-// instruments made with them. `renderNote` gives one note with its whole tail; it is a pure function of its
-// arguments.
+// The pitched instruments: six ways of making a note, each a plain struct of numbers. `renderNote` returns
+// one note with its whole tail; it is a pure function of its arguments.
 #pragma once
 
 #include "Settings.hpp"
 #include "StereoBuffer.hpp"
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -115,12 +113,6 @@ struct AirPatch {
 };
 
 using Patch = std::variant<SubtractivePatch, FmPatch, PluckPatch, ModalPatch, OrganPatch, AirPatch>;
-
-/// Gives the named instrument, or nothing.
-[[nodiscard]] std::optional<Patch> instrumentNamed(std::string_view name);
-
-/// Gives all names of instruments, separated by commas.
-[[nodiscard]] std::string instrumentNames();
 
 /// Sets one number of a patch, or says why not.
 [[nodiscard]] SettingFault setPatch(Patch& patch, std::string_view name, double value);
