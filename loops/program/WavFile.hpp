@@ -12,7 +12,7 @@
 
 namespace tonewright::loops {
 
-/// Writes `pcm`; gives what went wrong, or nothing.
+/// Writes `pcm`; returns what went wrong, or nothing.
 [[nodiscard]] std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path& file);
 
 } // namespace tonewright::loops
