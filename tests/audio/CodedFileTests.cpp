@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // m4a files, whole and damaged, under the player.
-#include "tests/audio/audioFixture.hpp"
 #include "loops/encode/LoopEncoder.hpp"
+#include "tests/audio/audioFixture.hpp"
 
 #include <cmath>
 
