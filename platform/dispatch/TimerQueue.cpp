@@ -21,10 +21,6 @@ namespace {
 constexpr std::int64_t Never = TimerGrid::Never;
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
-// Timers that cannot keep up with their own dates share the loop's turns with the toolkit's drawing instead
-// of pushing it out for good. The number is the toolkit's own for drawing.
-constexpr int OverrunPriority = G_PRIORITY_HIGH_IDLE + 20;
-
 } // namespace
 
 std::int64_t steadyNanoseconds() noexcept {
@@ -125,9 +121,8 @@ void TimerQueue::fireDue() {
     }
     arm(); // before the blocks run: one that runs the loop itself shall not stop the other timers
     for (const auto& timer : due) fire(*timer);
-    const bool overrun = !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds();
-    const int priority = overrun ? OverrunPriority : G_PRIORITY_DEFAULT;
-    if (g_source_get_priority(_source) != priority) g_source_set_priority(_source, priority);
+    // Timers that cannot keep up with their own dates are due again by now.
+    setTurnPriority(_source, !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds());
 }
 
 void TimerQueue::fire(Timer& timer) {
