@@ -3,6 +3,7 @@
 
 // The main queue: a source of the main thread's loop that runs what was submitted, in order.
 #include "platform/dispatch/DispatchQueue.private.hpp"
+#include "platform/dispatch/RunLoop.private.hpp"
 #include "platform/foundation/fatal.hpp"
 
 #include <chrono>
@@ -13,7 +14,7 @@
 namespace platform {
 namespace {
 
-// One turn of the loop runs tasks for at most this long, so that a burst leaves the screen alive.
+// One turn of the loop starts no task later than this, so that a burst leaves time for the screen.
 constexpr auto LongestTurn = std::chrono::milliseconds(8);
 
 class MainQueue final : public DispatchQueue::Implementation {
@@ -54,6 +55,7 @@ class MainQueue final : public DispatchQueue::Implementation {
     static gboolean check(GSource* source) { return of(source).hasTasks() ? TRUE : FALSE; }
     static gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
         of(source).runTasks();
+        setTurnPriority(source, of(source).hasTasks());
         return G_SOURCE_CONTINUE;
     }
 
@@ -62,7 +64,8 @@ class MainQueue final : public DispatchQueue::Implementation {
         return !_tasks.empty();
     }
 
-    // Runs what waits now; what these tasks submit runs in a later turn.
+    // Runs what waits now; what these tasks submit runs in a later turn. A loop that runs inside a task
+    // leaves this source out, so that nothing else takes tasks from the queue.
     void runTasks() {
         const auto end = std::chrono::steady_clock::now() + LongestTurn;
         std::size_t count = 0;
@@ -74,7 +77,6 @@ class MainQueue final : public DispatchQueue::Implementation {
             Task task;
             {
                 const std::scoped_lock lock(_mutex);
-                if (_tasks.empty()) return; // a nested loop inside a task ran them
                 task = std::move(_tasks.front());
                 _tasks.pop_front();
             }

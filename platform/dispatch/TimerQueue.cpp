@@ -4,13 +4,11 @@
 #include "platform/dispatch/TimerQueue.private.hpp"
 
 #include "platform/dispatch/RunLoop.private.hpp"
+#include "platform/dispatch/TimerGrid.private.hpp"
 #include "platform/foundation/fatal.hpp"
 
-#include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstring>
-#include <limits>
 #include <string>
 #include <sys/timerfd.h>
 #include <time.h>
@@ -20,25 +18,8 @@
 namespace platform {
 namespace {
 
-constexpr std::int64_t Never = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t Never = TimerGrid::Never;
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
-constexpr double LongestNanoseconds = 4e18; // more than a century; keeps every date inside the clock's range
-
-// Timers that cannot keep up with their own dates share the loop's turns with the toolkit's drawing instead
-// of pushing it out for good. The number is the toolkit's own for drawing.
-constexpr int OverrunPriority = G_PRIORITY_HIGH_IDLE + 20;
-
-// Gives the first date of the grid `start + k * interval`, k = 1, 2, ..., that lies after `now`. Every date
-// is computed from the origin, so that rounding never adds up.
-std::int64_t dateAfter(std::int64_t now, std::int64_t start, double interval) {
-    interval = std::max(interval, 1.0); // a grid finer than the clock is due on every turn all the same
-    const double elapsed = static_cast<double>(now - start);
-    const double next = (std::floor(elapsed / interval) + 1) * interval;
-    // The quotient may have been rounded up to the present date.
-    const double later = next > elapsed ? next : next + interval;
-    if (!(later < LongestNanoseconds)) return Never;
-    return std::max<std::int64_t>(now + 1, start + std::llround(later));
-}
 
 } // namespace
 
@@ -104,7 +85,7 @@ TimerQueue::~TimerQueue() {
 
 void TimerQueue::add(const std::shared_ptr<Timer>& timer) {
     timer->_number = _nextNumber++;
-    timer->_date = dateAfter(timer->_start, timer->_start, timer->_intervalNanoseconds);
+    timer->_date = TimerGrid{timer->_start, timer->_intervalNanoseconds}.dateAfter(timer->_start);
     _timers.emplace(Key(timer->_date, timer->_number), timer);
     if (timer->_date < _armedDate) armAt(timer->_date);
 }
@@ -132,16 +113,16 @@ void TimerQueue::fireDue() {
         Timer& timer = *node.mapped();
         if (!timer._firing) due.push_back(node.mapped());
         // The next date is set before the block runs: it may invalidate the timer, or run the loop.
-        timer._date = timer._repeats ? dateAfter(now, timer._start, timer._intervalNanoseconds) : Never;
+        const TimerGrid grid{timer._start, timer._intervalNanoseconds};
+        timer._date = timer._repeats ? grid.dateAfter(now) : Never;
         node.key().first = timer._date;
         // Most often it is the next one again: then idle timers behind it are not even looked at.
         _timers.insert(_timers.begin(), std::move(node));
     }
     arm(); // before the blocks run: one that runs the loop itself shall not stop the other timers
     for (const auto& timer : due) fire(*timer);
-    const bool overrun = !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds();
-    const int priority = overrun ? OverrunPriority : G_PRIORITY_DEFAULT;
-    if (g_source_get_priority(_source) != priority) g_source_set_priority(_source, priority);
+    // Timers that cannot keep up with their own dates are due again by now.
+    setTurnPriority(_source, !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds());
 }
 
 void TimerQueue::fire(Timer& timer) {

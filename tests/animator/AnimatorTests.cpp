@@ -156,6 +156,22 @@ TEST(Animator, OverriddenCurvesTakeEffectWhereverTheyAreReached) {
     }
 }
 
+TEST(Animator, SettingUpMayBeOverridden) {
+    struct Doubled final : Animator {
+        void setup(float source, float destination, std::int64_t frames, float interval,
+                   EnumEasing type) override {
+            Animator::setup(source, 2 * destination, frames, interval, type);
+        }
+    };
+    struct Halved final : Impulse {
+        void setup(std::int64_t frames, float amount, float interval, float intensity) override {
+            Impulse::setup(frames, amount / 2, interval, intensity);
+        }
+    };
+    EXPECT_EQ(Animator::create<Doubled>(0, 4, 10)->getDestinationValue(), 8.0F);
+    EXPECT_EQ(Impulse::create<Halved>(-3, 1)->getSourceValue(), 0.5F);
+}
+
 TEST(FatalDeathTest, SaysWhatIsWrong) {
     const auto sequencer = std::make_shared<AnimationSequencer>();
     const auto stack = std::make_shared<AnimatorStack>();

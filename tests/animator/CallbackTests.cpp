@@ -34,3 +34,39 @@ TEST(Callback, SmallLargeAndMutableCallablesCopyDeeply) {
     copy = nullptr;
     EXPECT_EQ(owned.use_count(), 1);
 }
+
+namespace {
+
+struct Mutable {
+    int* seen;
+    mutable int calls = 0;
+    void operator()(int) const { *seen = ++calls; }
+};
+
+struct BothKinds {
+    int* seen;
+    int calls = 0;
+    void operator()(int) { *seen = ++calls; }
+    void operator()(int) const { *seen = -1; }
+};
+
+struct Private {
+    explicit Private(int& target)
+        : seen(&target) {}
+    void operator()(int) const { *seen = ++calls; }
+
+  private:
+    int* seen;
+    mutable int calls = 0;
+};
+
+} // namespace
+
+TEST(Callback, StateOfPlainBytesLastsFromCallToCall) {
+    int seen = 0;
+    for (const Callback<int>& callback :
+         {Callback<int>(Mutable{&seen}), Callback<int>(BothKinds{&seen}), Callback<int>(Private(seen))}) {
+        callback(0), callback(0);
+        EXPECT_EQ(seen, 2);
+    }
+}

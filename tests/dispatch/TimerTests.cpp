@@ -3,6 +3,7 @@
 
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/dispatch/Timer.hpp"
+#include "platform/dispatch/TimerGrid.private.hpp"
 
 #include <chrono>
 #include <cmath>
@@ -40,16 +41,32 @@ void onBothLoops(const std::function<void()>& body) {
 
 } // namespace
 
+TEST(TimerGrid, AFiringExactlyAtItsDateIsFollowedByTheNextDate) {
+    constexpr std::int64_t Start = 7'123'456'789'012; // two hours after the machine's start
+    const double intervals[] = {0.005F, 0.009F, 1 / 60.0F, 0.005, 1 / 3.0, 0.0001, 1e-9, 2.5e-9, 86400.1F};
+    for (const double seconds : intervals) {
+        const TimerGrid grid{Start, seconds * 1e9};
+        std::int64_t now = Start;
+        for (int k = 1; k <= 2000; ++k) {
+            const std::int64_t date = grid.dateAfter(now);
+            ASSERT_EQ(date, Start + std::llround(k * grid.interval)) << seconds << ", date " << k;
+            ASSERT_EQ(grid.dateAfter(date - 1), date) << seconds << ", date " << k;
+            now = date;
+        }
+    }
+}
+
 TEST(Timer, FiresOnItsGrid) {
+    constexpr double Interval = 0.005F; // no whole number of nanoseconds
     onBothLoops([] {
         const auto start = Clock::now();
         std::vector<double> dates;
-        const auto timer = every(0.005, [&] { dates.push_back(secondsSince(start)); });
+        const auto timer = every(Interval, [&] { dates.push_back(secondsSince(start)); });
         EXPECT_TRUE(RunLoop::current().runUntil([&] { return dates.size() == 40; }, Limit));
         timer->invalidate();
         double previous = 0;
         for (const double date : dates) {
-            const double grid = std::floor(date / 0.005); // the date that this firing is for, or a later one
+            const double grid = std::floor(date / Interval); // the date of this firing, or a later one
             EXPECT_GE(grid, 1);
             EXPECT_GT(grid, previous); // one firing per date at most
             previous = grid;

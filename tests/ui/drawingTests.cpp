@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a drawing view puts on the screen, by the pixels that the toolkit renders.
+#include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/Canvas.hpp"
 #include "platform/ui/UIDrawingView.hpp"
 #include "platform/ui/detail/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <vector>
 
@@ -152,6 +154,25 @@ TEST_F(DrawingTest, PictureIsDrawnAnewForAnotherSizeAndOtherColours) {
     EXPECT_TRUE(waitFor([&] { return brightness > 0.5; })) << "light text on a dark desktop";
     g_object_set(settings, "gtk-application-prefer-dark-theme", FALSE, nullptr);
     EXPECT_TRUE(waitFor([&] { return brightness < 0.5; }));
+}
+
+// Submitted together, or each by the one before it.
+TEST_F(DrawingTest, TasksOfTheMainQueueLeaveTimeForPainting) {
+    constexpr int Tasks = 1000; // of a millisecond
+    for (const bool together : {true, false}) {
+        const ShownDrawing drawing([](Canvas&) {});
+        int ran = 0;
+        std::function<void()> task = [&] {
+            drawing.view->setNeedsDisplay();
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1);
+            while (std::chrono::steady_clock::now() < end) {
+            }
+            if (++ran < Tasks && !together) DispatchQueue::main().async(task);
+        };
+        for (int i = 0; i < (together ? Tasks : 1); ++i) DispatchQueue::main().async(task);
+        EXPECT_TRUE(waitFor([&] { return ran == Tasks; }));
+        EXPECT_GE(drawing.drawn, 20) << (together ? "together" : "one by one");
+    }
 }
 
 } // namespace

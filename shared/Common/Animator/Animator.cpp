@@ -27,13 +27,6 @@ Animator::~Animator() {
         platform::fatal("Arithmetic overflow in the number of animators");
 }
 
-std::shared_ptr<Animator> Animator::create(float sourceValue, float destinationValue, std::int64_t frames,
-                                           float interval, EnumEasing type) {
-    auto animator = std::make_shared<Animator>();
-    animator->setup(sourceValue, destinationValue, frames, interval, type);
-    return animator;
-}
-
 void Animator::setup(float source, float destination, std::int64_t frames, float interval, EnumEasing type) {
     const std::int64_t framesBefore = _frames;
     _source = source;

@@ -13,6 +13,7 @@
 #include "shared/Common/Animator/Easing.hpp"
 
 #include <atomic>
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <typeinfo>
@@ -27,10 +28,15 @@ class Animator : public std::enable_shared_from_this<Animator> {
     Animator(const Animator&) = delete;
     Animator& operator=(const Animator&) = delete;
 
-    /// Make an animator and set it up.
-    [[nodiscard]] static std::shared_ptr<Animator> create(float sourceValue, float destinationValue,
-                                                          std::int64_t frames, float interval = 0.009F,
-                                                          EnumEasing type = EnumEasing::EASING_easeNone);
+    /// Makes an animator of class `Kind` and sets it up, through an override of `setup` where `Kind` has one.
+    template <std::derived_from<Animator> Kind = Animator>
+    [[nodiscard]] static std::shared_ptr<Kind> create(float sourceValue, float destinationValue,
+                                                      std::int64_t frames, float interval = 0.009F,
+                                                      EnumEasing type = EnumEasing::EASING_easeNone) {
+        auto animator = std::make_shared<Kind>();
+        static_cast<Animator&>(*animator).setup(sourceValue, destinationValue, frames, interval, type);
+        return animator;
+    }
 
     /// Arm for a movement from `source` to `destination` in `frames` frames of `interval` seconds. No frames,
     /// fewer, or no distance: the first tick arrives. Leaves timer, `looped` and callbacks alone.
@@ -99,30 +105,24 @@ class Animator : public std::enable_shared_from_this<Animator> {
     std::int64_t _startFrame = 0; // in the sequencer's time line
     std::int64_t _frameCount = 0; // as given to the last setup
     std::shared_ptr<platform::Timer> _timer;
-    EnumEasing _type = EnumEasing::EASING_easeNone;
-    float _interval = 0.005F; // seconds
-    float _destination = 0;
-
-    // What the groups remember of their members, so that they need not search for them.
-    std::uint32_t _memberships = 0; // entries in the member lists of all groups
-    std::uint32_t _placements = 0;  // entries in the time lines of all sequencers
-    std::uint32_t _timeline = 0;    // the one time line of all placements, or Timeline::Several
-
-    // From here to `onAnimation` lies together, in 64 bytes, what every frame touches: with a hundred
-    // thousand animators the way to memory is most of a frame's cost.
     float _source = 0;
     float _value = 0;
+    float _destination = 0;
     float _amount = 0;
-    bool _plain = false; // of this very class, nothing overridden; known once a member of a group
+    std::int64_t _frames = -1; // -1 when idle
+    std::int64_t _step = 0;
+    float _interval = 0.005F; // seconds
+    Action _action;
+    EnumEasing _type = EnumEasing::EASING_easeNone;
 
   public:
     /// Turn at each end instead of finishing.
     bool looped = false;
 
   private:
-    std::int64_t _frames = -1; // -1 when idle
-    std::int64_t _step = 0;
-    Action _action;
+    bool _plain = false; // of this very class, nothing overridden; known once a member of a group
+    // What the groups remember of their members, so that they need not search for them; two more below.
+    std::uint32_t _memberships = 0; // entries in the member lists of all groups
 
   public:
     /// Called with each frame's value before the next one is computed.
@@ -131,6 +131,10 @@ class Animator : public std::enable_shared_from_this<Animator> {
     Callback<Animator&, float> onFinished;
     /// Called at each turn of a looped animator.
     Callback<Animator&> onLoop;
+
+  private:
+    std::uint32_t _placements = 0; // entries in the time lines of all sequencers
+    std::uint32_t _timeline = 0;   // the one time line of all placements, or Timeline::Several
 };
 
 } // namespace tonewright

@@ -5,7 +5,9 @@
 // as a function pointer, which survives its own replacement. A callback that assigns to its own field, or
 // empties it, runs on to its end; the new one is called from the next time on.
 //
-// Small captures that are plain bytes lie inside, everything else behind one allocation. Copies are deep.
+// Function pointers, callables without data, and lambdas that are not `mutable` with small captures of plain
+// bytes lie inside; everything else lies behind one allocation, so that a state of its own lasts from call to
+// call. (A lambda must not capture a copy of something that a const call changes.) Copies are deep.
 // Single-threaded, like the objects that hold it.
 #pragma once
 
@@ -33,7 +35,7 @@ class Callback {
              std::copy_constructible<std::decay_t<Callable>> &&
              std::invocable<std::decay_t<Callable>&, Arguments...>) Callback(Callable&& callable) {
         using Target = std::decay_t<Callable>;
-        if constexpr (std::is_constructible_v<Target, std::nullptr_t>)
+        if constexpr (std::is_constructible_v<Target, std::nullptr_t> && requires { callable == nullptr; })
             if (callable == nullptr) return;
         if constexpr (fitsInside<Target>)
             ::new (static_cast<void*>(_storage.bytes)) Target(std::forward<Callable>(callable));
@@ -94,12 +96,21 @@ class Callback {
         void (*release)(const Storage&);
     };
 
-    // Held in place only where a copy may be called instead: callables with state of their own, which a call
-    // changes, must stay the same object.
+    // A callable that lies inside is copied for each call, which may overwrite its place. That is right only
+    // where a call cannot change it. A class may hold `mutable` members; lambdas have none, and those that
+    // capture something are the types that are neither aggregates, nor made from nothing, nor assigned to.
     template <class Target>
-    static constexpr bool
-        fitsInside = sizeof(Target) <= sizeof(Storage) && alignof(Target) <= alignof(Storage) &&
-                     std::is_trivially_copyable_v<Target>&& std::invocable<const Target&, Arguments...>;
+    static constexpr bool looksLikeCapturingLambda =
+        std::is_class_v<Target> && !std::is_aggregate_v<Target> && !std::is_default_constructible_v<Target> &&
+        !std::is_copy_assignable_v<Target>;
+    template <class Target>
+    static constexpr bool isUnchangedByCalls =
+        std::is_scalar_v<Target> || std::is_empty_v<Target> || looksLikeCapturingLambda<Target>;
+    template <class Target>
+    static constexpr bool fitsInside = sizeof(Target) <= sizeof(Storage) &&
+                                       alignof(Target) <= alignof(Storage) &&
+                                       std::is_trivially_copyable_v<Target>&& std::invocable<
+                                           const Target&, Arguments...>&& isUnchangedByCalls<Target>;
 
     static void release(Shared* shared) {
         if (--shared->holders == 0) std::unique_ptr<Shared>(shared).reset();

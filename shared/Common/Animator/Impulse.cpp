@@ -10,12 +10,6 @@
 
 namespace tonewright {
 
-std::shared_ptr<Impulse> Impulse::create(std::int64_t frames, float amount, float interval, float intensity) {
-    auto impulse = std::make_shared<Impulse>();
-    impulse->setup(frames, amount, interval, intensity);
-    return impulse;
-}
-
 void Impulse::setup(std::int64_t frames, float amount, float interval, float intensity) {
     _frames = frames;
     _step = 0;

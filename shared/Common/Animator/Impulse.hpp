@@ -9,6 +9,7 @@
 #include "platform/dispatch/Timer.hpp"
 #include "shared/Common/Animator/Callback.hpp"
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 
@@ -21,9 +22,14 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
     Impulse(const Impulse&) = delete;
     Impulse& operator=(const Impulse&) = delete;
 
-    /// Make an impulse and set it up.
-    [[nodiscard]] static std::shared_ptr<Impulse> create(std::int64_t frames, float amount,
-                                                         float interval = 0.009F, float intensity = 0.75F);
+    /// Makes an impulse of class `Kind` and sets it up, through an override of `setup` where `Kind` has one.
+    template <std::derived_from<Impulse> Kind = Impulse>
+    [[nodiscard]] static std::shared_ptr<Kind> create(std::int64_t frames, float amount,
+                                                      float interval = 0.009F, float intensity = 0.75F) {
+        auto impulse = std::make_shared<Kind>();
+        static_cast<Impulse&>(*impulse).setup(frames, amount, interval, intensity);
+        return impulse;
+    }
 
     /// Arm with an initial velocity of `amount` per tick, damped by the factor `intensity` on every tick of
     /// `interval` seconds, the first included. `frames` is kept and does not limit the motion. The value
