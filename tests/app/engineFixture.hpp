@@ -43,7 +43,10 @@ class EngineFixture : public testing::Test {
     ~EngineFixture() override {
         if (player) player->finalize();
         runMainQueue();
-        platform::AVAudioSession::sharedInstance().setFaults({});
+        auto& session = platform::AVAudioSession::sharedInstance();
+        session.setFaults({});
+        // A player that a test released while it played has left the session active.
+        EXPECT_FALSE(session.setActive(false, platform::AVAudioSession::SetActiveOptions::None));
         platform::setSharedOutputDevice(nullptr);
     }
 
