@@ -44,13 +44,15 @@ TEST_F(StateTest, ADelegateMayLeaveInsideEachCallback) {
     player->start(); // leaves when the file is chosen
     enter();
     runMainQueue(); // leaves when the start is reported
-    player->load(constantFile("short.wav", 3000, 0.25F));
-    enter();
-    renderUntil([&] { return seen->size() == 3; });
     enter();
     player->stop();
+    runMainQueue(); // leaves when the stop is reported
+    player->start();
+    player->load(constantFile("short.wav", 3000, 0.25F));
     runMainQueue();
-    EXPECT_EQ(*seen, (Lines{"file", "starts", "loop", "stops"}));
+    enter();
+    renderUntil([&] { return seen->size() == 4; });
+    EXPECT_EQ(*seen, (Lines{"file", "starts", "stops", "loop"}));
 }
 
 TEST_F(StateTest, TheLastReferenceMayGoInsideACallback) {
