@@ -30,11 +30,13 @@ AUEnginePlayer::AUEnginePlayer()
 }
 
 void AUEnginePlayer::finalize() {
+    const auto self = shared_from_this(); // `stop` waits for completions, which may let go of the player
     stop();
     disconnect();
 }
 
 void AUEnginePlayer::start() {
+    const auto self = shared_from_this(); // the delegate may let go of the player
     randomizeFile();
     stateChangeQueue->sync([this] {
         if (isPlaying) return;
@@ -44,6 +46,7 @@ void AUEnginePlayer::start() {
 }
 
 void AUEnginePlayer::stop() {
+    const auto self = shared_from_this();
     stateChangeQueue->sync([this] {
         if (!isPlaying) return;
         stopPlayingInternal();
@@ -52,6 +55,7 @@ void AUEnginePlayer::stop() {
 }
 
 bool AUEnginePlayer::toggle() {
+    const auto self = shared_from_this();
     if (isPlaying) {
         stop();
     } else {
@@ -96,7 +100,7 @@ void AUEnginePlayer::setSessionActive(bool active) {
 void AUEnginePlayer::reportPlayerState(bool playing) {
     DispatchQueue::main().async([self = shared_from_this(), playing] {
         print(playing ? "AUEnginePlayer: Audio engine starting." : "AUEnginePlayer: Audio engine stopping.");
-        if (self->delegate) self->delegate->onPlayerStateChanged(playing);
+        if (const auto receiver = self->delegate) receiver->onPlayerStateChanged(playing);
     });
 }
 

@@ -28,6 +28,7 @@ constexpr const char* LoopExtension = "m4a";
 } // namespace
 
 void AUEnginePlayer::load(const std::optional<URL>& url) {
+    const auto self = shared_from_this(); // the delegate may let go of the player
     share(loopCount, std::int64_t{0});
     print("AUEnginePlayer: Audio file at '" + unwrap(url).path() +
           "' was selected for loading into the player.");
@@ -40,12 +41,13 @@ void AUEnginePlayer::load(const std::optional<URL>& url) {
         return;
     }
     share(file, opened.value());
-    if (delegate) delegate->onFileSelect(url->path());
+    if (const auto receiver = delegate) receiver->onFileSelect(url->path());
 
+    // The delegate may have loaded another file meanwhile: what is wired is the file of now.
     if (const auto unit = shared(activeAVAudioUnit)) {
-        wireThroughEffect(*opened.value(), unit);
+        wireThroughEffect(*shared(file), unit);
     } else {
-        wireDirectly(*opened.value());
+        wireDirectly(*shared(file));
     }
 }
 
@@ -107,7 +109,7 @@ void AUEnginePlayer::passCompleted() {
 }
 
 void AUEnginePlayer::reportLoop() {
-    if (delegate) delegate->onLoop(shared(loopCount));
+    if (const auto receiver = delegate) receiver->onLoop(shared(loopCount));
     const std::int64_t count = platform::checkedAdd<std::int64_t>(shared(loopCount), 1);
     share(loopCount, count);
     print("AUEnginePlayer: Current audio file '" + unwrap(shared(fileURL)).path() +

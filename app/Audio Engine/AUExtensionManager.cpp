@@ -21,16 +21,16 @@ using platform::print;
 using platform::unwrap;
 
 std::shared_ptr<AUExtensionManager>
-AUExtensionManager::create(std::shared_ptr<AUExtensionManagerDelegate> delegate) {
+AUExtensionManager::create(std::shared_ptr<AUExtensionManagerDelegate> receiver) {
     std::shared_ptr<AUExtensionManager> manager(
-        new AUExtensionManager(std::move(delegate))); // its constructor is hidden
+        new AUExtensionManager(std::move(receiver))); // its constructor is hidden
     manager->loadForRelease();
     return manager;
 }
 
-AUExtensionManager::AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> delegate)
+AUExtensionManager::AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> receiver)
     : auEngine(std::make_shared<AUEnginePlayer>())
-    , _delegate(std::move(delegate)) {}
+    , delegate(std::move(receiver)) {}
 
 void AUExtensionManager::loadForRelease() {
     print("NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!");
@@ -77,7 +77,8 @@ void AUExtensionManager::selectAudioUnitWithComponentDescription(
         unit->auAudioUnit()->setContextName("running in distribution host");
         self->auEngine->connect(unit, [&] {
             print("AUExtensionManager: Performed audio unit connection.");
-            unwrap(self->_delegate).onFoundComponent(unit);
+            const auto receiver = self->delegate;
+            unwrap(receiver).onFoundComponent(unit);
             completionHandler();
         });
     };
@@ -86,7 +87,7 @@ void AUExtensionManager::selectAudioUnitWithComponentDescription(
 
 void AUExtensionManager::onFoundComponent() {
     connectParametersToControls();
-    if (_delegate) _delegate->onEngineInitialized();
+    if (const auto receiver = delegate) receiver->onEngineInitialized();
 }
 
 void AUExtensionManager::connectParametersToControls() {

@@ -31,7 +31,7 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
   public:
     /// Make the manager and start the search; its results arrive later, on other threads.
     [[nodiscard]] static std::shared_ptr<AUExtensionManager>
-    create(std::shared_ptr<AUExtensionManagerDelegate> delegate);
+    create(std::shared_ptr<AUExtensionManagerDelegate> receiver);
     virtual ~AUExtensionManager() = default;
     AUExtensionManager(const AUExtensionManager&) = delete;
     AUExtensionManager& operator=(const AUExtensionManager&) = delete;
@@ -50,7 +50,7 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
     virtual void cleanup();
 
   protected:
-    explicit AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> delegate);
+    explicit AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> receiver);
 
   private:
     using Completion = std::function<void()>;
@@ -67,7 +67,7 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
     const std::shared_ptr<AUEnginePlayer> auEngine;
 
   private:
-    std::shared_ptr<AUExtensionManagerDelegate> _delegate;
+    std::shared_ptr<AUExtensionManagerDelegate> delegate;
     std::shared_ptr<platform::AUAudioUnit> audioUnit; // nothing assigns it: presets stay empty
 
   public:

@@ -71,7 +71,6 @@ bool ViewController::canPerformAction(std::string_view selector,
 
 void ViewController::onButtonUnit(const std::shared_ptr<platform::UIResponder>&) {
     unwrap(pluginView).setHidden(!unwrap(pluginView).isHidden());
-    if (buttonUnit) buttonUnit->setExpanded(!pluginView->isHidden());
 }
 
 void ViewController::onPlayButton(const std::shared_ptr<platform::UIButton>&) {

@@ -37,7 +37,8 @@ void AVAudioPlayerNode::pause() {
 }
 
 void AVAudioPlayerNode::stop() {
-    _stream->stop();
+    const auto stream = _stream; // a completion may let go of this node
+    stream->stop();
 }
 
 bool AVAudioPlayerNode::isPlaying() const {

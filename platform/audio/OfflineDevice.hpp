@@ -42,9 +42,9 @@ class OfflineDevice final : public OutputDevice {
     mutable std::mutex _formatMutex; // guards _format
     AVAudioFormat _format;
     const std::uint32_t _blockFrames;
-    mutable std::mutex _mutex; // guards the fields below; held for the length of one block
+    std::mutex _mutex; // guards the client; held for the length of one block
     std::shared_ptr<OutputClient> _client;
-    int _claims = 0;
+    std::atomic<int> _claims{0};
     std::atomic<int> _othersWait{0}; // for _mutex, while a render goes on
 };
 

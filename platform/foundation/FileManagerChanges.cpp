@@ -44,28 +44,33 @@ std::string below(const std::string& root, const std::string& subpath) {
 }
 
 Questions byPath(FileManager& manager, const PairQuestions& which, const Path& from, const Path& to) {
-    Delegate* delegate = manager.delegate();
-    if (delegate == nullptr) return {};
+    if (manager.delegate() == nullptr) return {};
     return {[=, &manager](const std::string& subpath) {
-                return (delegate->*which.shouldPath)(manager, below(from, subpath), below(to, subpath));
+                Delegate* delegate = manager.delegate();
+                return delegate == nullptr ||
+                       (delegate->*which.shouldPath)(manager, below(from, subpath), below(to, subpath));
             },
             [=, &manager](const Error& error, const std::string& subpath) {
-                return (delegate->*which.proceedPath)(manager, error, below(from, subpath),
-                                                      below(to, subpath));
+                Delegate* delegate = manager.delegate();
+                return delegate != nullptr && (delegate->*which.proceedPath)(
+                                                  manager, error, below(from, subpath), below(to, subpath));
             }};
 }
 
 Questions byURL(FileManager& manager, const PairQuestions& which, const Path& from, const Path& to) {
-    Delegate* delegate = manager.delegate();
-    if (delegate == nullptr) return {};
+    if (manager.delegate() == nullptr) return {};
     const auto url = [](const Path& root, const std::string& subpath) {
         return URL::fileURLWithPath(below(root, subpath));
     };
     return {[=, &manager](const std::string& subpath) {
-                return (delegate->*which.shouldURL)(manager, url(from, subpath), url(to, subpath));
+                Delegate* delegate = manager.delegate();
+                return delegate == nullptr ||
+                       (delegate->*which.shouldURL)(manager, url(from, subpath), url(to, subpath));
             },
             [=, &manager](const Error& error, const std::string& subpath) {
-                return (delegate->*which.proceedURL)(manager, error, url(from, subpath), url(to, subpath));
+                Delegate* delegate = manager.delegate();
+                return delegate != nullptr &&
+                       (delegate->*which.proceedURL)(manager, error, url(from, subpath), url(to, subpath));
             }};
 }
 
@@ -107,13 +112,15 @@ std::optional<Error> notAFile(const URL& url, std::string_view participle) {
 
 std::optional<Error> FileManager::removeItemAtPath(const std::string& path) {
     Questions questions;
-    if (Delegate* delegate = _delegate)
+    if (_delegate != nullptr)
         questions = {[=, this](const std::string& subpath) {
-                         return delegate->fileManagerShouldRemoveItemAtPath(*this, below(path, subpath));
+                         return _delegate == nullptr ||
+                                _delegate->fileManagerShouldRemoveItemAtPath(*this, below(path, subpath));
                      },
                      [=, this](const Error& error, const std::string& subpath) {
-                         return delegate->fileManagerShouldProceedAfterErrorRemovingItemAtPath(
-                             *this, error, below(path, subpath));
+                         return _delegate != nullptr &&
+                                _delegate->fileManagerShouldProceedAfterErrorRemovingItemAtPath(
+                                    *this, error, below(path, subpath));
                      }};
     return detail::removeTree(path, questions);
 }
@@ -122,15 +129,16 @@ std::optional<Error> FileManager::removeItemAtURL(const URL& url) {
     if (!url.isFileURL()) return notAFile(url, "removed");
     const std::string path = url.path();
     Questions questions;
-    if (Delegate* delegate = _delegate)
-        questions = {[=, this](const std::string& subpath) {
-                         return delegate->fileManagerShouldRemoveItemAtURL(
-                             *this, URL::fileURLWithPath(below(path, subpath)));
-                     },
-                     [=, this](const Error& error, const std::string& subpath) {
-                         return delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
-                             *this, error, URL::fileURLWithPath(below(path, subpath)));
-                     }};
+    if (_delegate != nullptr)
+        questions = {
+            [=, this](const std::string& subpath) {
+                return _delegate == nullptr || _delegate->fileManagerShouldRemoveItemAtURL(
+                                                   *this, URL::fileURLWithPath(below(path, subpath)));
+            },
+            [=, this](const Error& error, const std::string& subpath) {
+                return _delegate != nullptr && _delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
+                                                   *this, error, URL::fileURLWithPath(below(path, subpath)));
+            }};
     return detail::removeTree(path, questions);
 }
 

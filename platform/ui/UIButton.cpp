@@ -25,11 +25,6 @@ void UIButton::setEnabled(bool enabled) {
     gtk_widget_set_sensitive(widgetOf(*this), enabled ? TRUE : FALSE);
 }
 
-void UIButton::setExpanded(bool expanded) {
-    gtk_accessible_update_state(GTK_ACCESSIBLE(widgetOf(*this)), GTK_ACCESSIBLE_STATE_EXPANDED,
-                                expanded ? TRUE : FALSE, -1);
-}
-
 void UIButton::press() {
     g_signal_emit_by_name(widgetOf(*this), "clicked");
 }

@@ -19,8 +19,6 @@ class UIButton final : public UIView {
 
     [[nodiscard]] bool isEnabled() const;
     void setEnabled(bool enabled);
-    /// Tell assistive technologies whether what this button shows and hides is shown.
-    void setExpanded(bool expanded);
     /// Do what a press does.
     void press();
 };

@@ -30,8 +30,10 @@ bool UIViewController::canDecode(const NSCoder& coder) noexcept {
 std::shared_ptr<UIView> UIViewController::view() {
     if (!_isViewLoaded) {
         _isViewLoaded = true;
+        const auto self = weak_from_this().lock(); // `viewDidLoad` may let go of it
         loadView();
         if (_view) viewDidLoad();
+        return _view;
     }
     return _view;
 }

@@ -45,6 +45,7 @@ struct UIViewController::Presentation {
 void UIViewController::showOver(UIViewController& presenter, bool animated,
                                 std::function<void()> completion) {
     const auto self = std::static_pointer_cast<UIViewController>(shared_from_this());
+    const auto presenting = std::static_pointer_cast<UIViewController>(presenter.shared_from_this());
     GtkWindow* window = windowOf(presenter);
     const auto shown = window == nullptr || presenter._presentation ? nullptr : view();
     if (!shown) {
@@ -55,7 +56,7 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
     viewWillAppear(animated);
     presenter.viewWillDisappear(animated);
     presenter._presentation = std::make_shared<Presentation>(self, window);
-    _presenting = std::static_pointer_cast<UIViewController>(presenter.shared_from_this());
+    _presenting = presenting;
     gtk_window_set_focus(window, nullptr);
     gtk_window_set_child(window, widgetOf(*shown));
     if (gtk_window_get_focus(window) == nullptr)
@@ -90,6 +91,7 @@ std::shared_ptr<UIViewController> UIViewController::presentedViewController() co
 
 void UIViewController::performSegueWithIdentifier(const std::string& identifier,
                                                   const std::shared_ptr<UIResponder>& sender) {
+    const auto self = std::static_pointer_cast<UIViewController>(shared_from_this());
     const auto name = _description ? _description->destinationOfSegue(identifier) : std::nullopt;
     if (!name) fatal("The interface description has no segue with the identifier \"" + identifier + "\"");
     const auto description =
@@ -97,9 +99,7 @@ void UIViewController::performSegueWithIdentifier(const std::string& identifier,
     const auto destination =
         description ? makeController(description->controllerClass(), NSCoder(description)) : nullptr;
     if (!destination) fatal("The segue \"" + identifier + "\" leads to no screen");
-    prepare(UIStoryboardSegue(identifier, std::static_pointer_cast<UIViewController>(shared_from_this()),
-                              destination),
-            sender);
+    prepare(UIStoryboardSegue(identifier, self, destination), sender);
     presentViewController(destination, true, nullptr);
 }
 

@@ -12,13 +12,13 @@ namespace platform {
 namespace {
 
 gboolean onCloseRequested(GtkWindow*, gpointer self) {
-    const auto& onCloseRequest = static_cast<UIWindow*>(self)->onCloseRequest;
+    const auto onCloseRequest = static_cast<UIWindow*>(self)->onCloseRequest; // it may set another
     if (onCloseRequest) onCloseRequest();
     return GDK_EVENT_STOP; // the owner decides
 }
 
 void onIsActive(GtkWindow* window, GParamSpec*, gpointer self) {
-    const auto& onActiveChange = static_cast<UIWindow*>(self)->onActiveChange;
+    const auto onActiveChange = static_cast<UIWindow*>(self)->onActiveChange;
     if (onActiveChange) onActiveChange(gtk_window_is_active(window) != FALSE);
 }
 

@@ -3,6 +3,7 @@
 
 // The effect's way into the graph and out of it, as the lines and the sound tell it.
 #include "tests/app/engineFixture.hpp"
+#include "tests/app/recordedGraph.hpp"
 
 namespace tonewright::test {
 namespace {
@@ -58,6 +59,68 @@ TEST_F(GraphTest, EffectsAreExchangedAndTakenOutWhilePlaying) {
         holdInOrder(output.take(), {NoUnitGiven, TakenOut,
                                     "AUEnginePlayer: Performed audio unit disconnection.", SetToNil}));
     expectLasting(0.5F);
+}
+
+TEST_F(GraphTest, OperationsComeInTheirOrder) {
+    GraphRecord record;
+    const auto note = [&](const char* operation) {
+        record.add(operation);
+        return std::optional<platform::Error>();
+    };
+    platform::AVAudioSession::sharedInstance().setFaults(
+        {.setCategory = [&] { return note("set category"); },
+         .setActive = [&](bool active) { return note(active ? "activate" : "deactivate"); }});
+    player = std::make_shared<AUEnginePlayer>();
+    EXPECT_EQ(record.take(), Lines{"attach player"});
+
+    const auto first = makeUnit(halving);
+    const auto second = makeUnit(quartering);
+    player->connect(nullptr);
+    EXPECT_EQ(record.take(), Lines{"connect mixer to output, 48000 Hz, 2"});
+    player->connect(first);
+    EXPECT_EQ(record.take(),
+              (Lines{"connect mixer to output, 48000 Hz, 2", "attach effect", "disconnect input of mixer"}));
+    player->disconnect();
+    EXPECT_EQ(record.take(), (Lines{"disconnect input of effect", "disconnect input of mixer",
+                                    "detach effect", "connect mixer to output, 48000 Hz, 2"}));
+
+    player->delegate = delegate;
+    player->start();
+    const auto loop = platform::URL::fileURLWithPath(delegate->files.back());
+    const auto rate = static_cast<int>(
+        platform::AVAudioFile::open(loop).value()->processingFormat().sampleRate); // loops have several
+    EXPECT_EQ(
+        record.take(),
+        (Lines{"disconnect input of mixer", "connect player to mixer, " + std::to_string(rate) + " Hz, 2",
+               "prepare engine", "set category", "activate", "schedule " + loop.lastPathComponent(),
+               "connect mixer to output, 48000 Hz, 2", "start engine", "play"}));
+    const auto file = constantFile("a.wav", 480000, 0.5F);
+    player->load(file);
+    EXPECT_EQ(record.take(), (Lines{"stop player", "disconnect input of mixer",
+                                    "connect player to mixer, 48000 Hz, 2", "play"}));
+    player->connect(first);
+    const Lines throughEffect{"connect mixer to output, 48000 Hz, 2",
+                              "pause",
+                              "attach effect",
+                              "disconnect input of mixer",
+                              "connect player to effect, 48000 Hz, 2",
+                              "connect effect to mixer, 48000 Hz, 2",
+                              "play"};
+    EXPECT_EQ(record.take(), throughEffect);
+    player->connect(second);
+    Lines exchanged{"disconnect input of effect", "disconnect input of mixer",
+                    "connect player to mixer, 48000 Hz, 2", "detach effect"};
+    exchanged.insert(exchanged.end(), throughEffect.begin(), throughEffect.end());
+    EXPECT_EQ(record.take(), exchanged);
+    player->load(file);
+    EXPECT_EQ(record.take(),
+              (Lines{"stop player", "disconnect input of mixer", "disconnect input of effect",
+                     "connect player to effect, no format", "connect effect to mixer, no format", "play"}));
+    player->finalize();
+    EXPECT_EQ(record.take(),
+              (Lines{"stop player", "stop engine", "set category", "deactivate", "disconnect input of effect",
+                     "disconnect input of mixer", "connect player to mixer, 48000 Hz, 2", "detach effect",
+                     "connect mixer to output, 48000 Hz, 2"}));
 }
 
 TEST_F(GraphTest, PauseDuringRewiringCompletesNoPass) {

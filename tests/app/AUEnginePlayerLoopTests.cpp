@@ -3,6 +3,7 @@
 
 // Loading files and the endless loop.
 #include "tests/app/engineFixture.hpp"
+#include "tests/app/recordedGraph.hpp"
 
 #include <algorithm>
 
@@ -28,6 +29,25 @@ TEST_F(LoopTest, LoadWhilePlayingReportsOneLoopAndThenCounts) {
     // Once the new file sounds, nothing interrupts it: the passes follow without a gap.
     const auto heard = render(48000);
     EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](float sample) { return sample == 0.25F; }));
+}
+
+TEST_F(LoopTest, AFileLoadedInsideOnFileSelectIsTheOneThatIsWired) {
+    const auto outer = constantFile("outer.wav", 3000, 0.25F);
+    const auto inner = constantFile("inner.wav", 3000, 0.5F, 1);
+    struct Loading final : AUEnginePlayerDelegate {
+        std::function<void()> loadOnce;
+        void onPlayerStateChanged(bool) override {}
+        void onFileSelect(const std::string&) override {
+            if (const auto load = std::exchange(loadOnce, nullptr)) load();
+        }
+        void onLoop(std::int64_t) override {}
+    };
+    const auto loading = std::make_shared<Loading>();
+    loading->loadOnce = [&] { player->load(inner); };
+    player->delegate = loading;
+    GraphRecord record;
+    player->load(outer);
+    EXPECT_EQ(record.take().back(), "connect player to mixer, 48000 Hz, 1");
 }
 
 TEST_F(LoopTest, UnopenableFilesKeepTheFormerOnePlayingUnderTheNewName) {

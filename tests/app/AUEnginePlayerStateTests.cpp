@@ -9,6 +9,75 @@ namespace {
 
 using StateTest = EngineFixture;
 
+/// Calls a function inside each callback and writes down whether the object that it may free is still there.
+class FickleDelegate final : public AUEnginePlayerDelegate {
+  public:
+    FickleDelegate(std::function<void()> act, std::shared_ptr<Lines> seen)
+        : _act(std::move(act))
+        , _seen(std::move(seen)) {}
+    std::weak_ptr<void> watched; // absent: this delegate
+
+    void onPlayerStateChanged(bool playing) override { note(playing ? "starts" : "stops"); }
+    void onFileSelect(const std::string&) override { note("file"); }
+    void onLoop(std::int64_t) override { note("loop"); }
+
+  private:
+    void note(const std::string& event) const {
+        const auto act = _act; // after the call there may be no `this`
+        const auto seen = _seen;
+        const std::weak_ptr<void> object = watched.expired() ? std::weak_ptr<void>(_alive) : watched;
+        act();
+        seen->push_back(event + (object.expired() ? ", freed" : ""));
+    }
+
+    std::function<void()> _act;
+    std::shared_ptr<Lines> _seen;
+    std::shared_ptr<int> _alive = std::make_shared<int>();
+};
+
+TEST_F(StateTest, ADelegateMayLeaveInsideEachCallback) {
+    const auto seen = std::make_shared<Lines>();
+    const auto enter = [&] {
+        player->delegate = std::make_shared<FickleDelegate>([this] { player->delegate = nullptr; }, seen);
+    };
+    enter();
+    player->start(); // leaves when the file is chosen
+    enter();
+    runMainQueue(); // leaves when the start is reported
+    enter();
+    player->stop();
+    runMainQueue(); // leaves when the stop is reported
+    player->start();
+    player->load(constantFile("short.wav", 3000, 0.25F));
+    runMainQueue();
+    enter();
+    renderUntil([&] { return seen->size() == 4; });
+    EXPECT_EQ(*seen, (Lines{"file", "starts", "stops", "loop"}));
+}
+
+TEST_F(StateTest, TheLastReferenceMayGoInsideACallback) {
+    const auto seen = std::make_shared<Lines>();
+    const auto letGo = std::make_shared<FickleDelegate>([this] { player = nullptr; }, seen);
+    const std::weak_ptr<AUEnginePlayer> watched = player;
+    letGo->watched = watched;
+    player->delegate = letGo;
+    player->start();
+    runMainQueue();
+    ASSERT_FALSE(seen->empty());
+    EXPECT_EQ(seen->front(), "file");
+    EXPECT_TRUE(watched.expired());
+
+    player = std::make_shared<AUEnginePlayer>();
+    const std::weak_ptr<AUEnginePlayer> second = player;
+    bool wasFreed = true;
+    player->connect(nullptr, [&] {
+        player = nullptr;
+        wasFreed = second.expired();
+    });
+    EXPECT_FALSE(wasFreed);
+    EXPECT_TRUE(second.expired());
+}
+
 TEST_F(StateTest, FirstToggleStartsAndSecondStops) {
     EXPECT_TRUE(player->toggle());
     EXPECT_TRUE(delegate->states.empty()); // reported later, on the main queue

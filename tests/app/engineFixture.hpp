@@ -43,14 +43,19 @@ class EngineFixture : public testing::Test {
     ~EngineFixture() override {
         if (player) player->finalize();
         runMainQueue();
-        platform::AVAudioSession::sharedInstance().setFaults({});
+        auto& session = platform::AVAudioSession::sharedInstance();
+        session.setFaults({});
+        // A player that a test released while it played has left the session active.
+        EXPECT_FALSE(session.setActive(false, platform::AVAudioSession::SetActiveOptions::None));
         platform::setSharedOutputDevice(nullptr);
     }
 
-    /// Write a stereo file of constant `value`, and give its location.
-    platform::URL constantFile(const std::string& name, int frames, float value) const {
+    /// Writes a file of constant `value` and returns its location.
+    platform::URL constantFile(const std::string& name, int frames, float value,
+                               std::uint16_t channels = 2) const {
         const std::string path = scratch / name;
-        writeWav(path, 48000, 2, std::vector<float>(static_cast<std::size_t>(frames) * 2, value));
+        writeWav(path, 48000, channels,
+                 std::vector<float>(static_cast<std::size_t>(frames) * channels, value));
         return platform::URL::fileURLWithPath(path, false);
     }
     platform::URL rawFile(const std::string& name, const std::string& bytes) const {

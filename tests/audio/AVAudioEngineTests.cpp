@@ -176,6 +176,72 @@ TEST(AVAudioEngine, ConvertsChannels) {
     for (std::size_t i = 0; i < 1000; ++i) ASSERT_FLOAT_EQ(heard[0][i], 0.5F * (stereo[0][i] + stereo[1][i]));
 }
 
+TEST(AVAudioEngine, ALinkBehindAnEffectBringsTheSoundIntoItsFormat) {
+    OfflineEngine offline({48000, 2});
+    const auto opposed = offline.insertWork([](const Block& block) {
+        std::fill_n(block.out[0], block.frames, 1.0F);
+        std::fill_n(block.out[1], block.frames, -0.5F);
+    });
+    const auto& mixer = offline.engine->mainMixerNode();
+    offline.engine->connect(opposed, mixer, AVAudioFormat{48000, 1});
+    offline.start();
+    const Sound mono = offline.render(256);
+    EXPECT_EQ(mono, Sound(2, std::vector<float>(256, 0.25F)));
+    offline.engine->connect(opposed, mixer, std::nullopt);
+    EXPECT_EQ(offline.render(256)[1], std::vector<float>(256, -0.5F));
+}
+
+// A link at half the device's rate, in the place before the effect and in the place behind it, lets the tone
+// pass that it has room for and not the other. Other edits of the graph are not heard in it.
+TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
+    for (const bool isBehind : {false, true})
+        for (const double frequency : {1000., 15000.}) {
+            OfflineEngine offline({48000, 2});
+            const auto unit = offline.insertWork([](const Block& block) {
+                for (int c = 0; c < 2; ++c) std::copy_n(block.in[c], block.frames, block.out[c]);
+            });
+            const std::shared_ptr<AVAudioNode> from = offline.player;
+            const std::shared_ptr<AVAudioNode> mixer = offline.engine->mainMixerNode();
+            offline.engine->connect(isBehind ? unit : from, isBehind ? mixer : unit, AVAudioFormat{24000, 2});
+            offline.loop(makeFile(sine(frequency, 48000, 2, 48000), 48000), 2);
+            offline.start();
+            std::vector<float> heard;
+            for (const std::size_t frames : {1000U, 1U, 777U, 2048U, 3000U, 20000U}) { // uneven blocks
+                const Sound block = offline.render(frames);
+                heard.insert(heard.end(), block[0].begin(), block[0].end());
+                offline.engine->connect(offline.engine->mainMixerNode(), offline.engine->outputNode(),
+                                        AVAudioFormat{48000, 2});
+                const auto other = AVAudioPlayerNode::create();
+                offline.engine->attachNode(other);
+                offline.engine->connect(other, mixer, std::nullopt);
+            }
+            // What passes is late by a whole number of frames; `late` of them are silent, or nearly.
+            double best = 1;
+            for (std::ptrdiff_t late = 0; late < 600; ++late)
+                best = std::min(
+                    best, worstErrorAgainstSine({heard.begin() + late, heard.end()}, frequency, 48000, 100));
+            const float loudest = *std::max_element(heard.begin() + 1000, heard.end());
+            if (frequency == 1000) {
+                EXPECT_LT(best, 1e-3) << (isBehind ? "behind" : "before");
+            } else {
+                EXPECT_LT(loudest, 1e-3F) << (isBehind ? "behind" : "before");
+            }
+        }
+}
+
+TEST(AVAudioEngine, StopWaitsForNoScheduleThatRanDry) {
+    OfflineEngine offline;
+    offline.loop(makeFile(countingSound(2, 1000)), 1);
+    offline.start();
+    std::thread audio([&] { static_cast<void>(offline.render(100'000)); });
+    while (offline.completions == 0) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // by now the render waits for another pass
+    const auto begin = std::chrono::steady_clock::now();
+    offline.engine->stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500)); // 2 s of patience
+    audio.join();
+}
+
 TEST(AVAudioEngine, PassesOfAnotherFormatJoinWithoutAGap) {
     const auto first = makeFile(sine(1000, 44100, 2, 4410));
     const auto second = makeFile(sine(1000, 48000, 1, 4800), 48000);

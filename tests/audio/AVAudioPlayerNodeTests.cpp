@@ -139,6 +139,17 @@ TEST(AVAudioPlayerNode, LosesItsLastReferenceOnItsOwnThread) {
     EXPECT_TRUE(watched.expired());
 }
 
+TEST(AVAudioPlayerNode, LosesItsLastReferenceInACompletionThatItsStopCalls) {
+    auto player = AVAudioPlayerNode::create();
+    std::weak_ptr<PlayerStream> stream = player->stream();
+    player->scheduleFile(makeFile(countingSound(2, 100000)), std::nullopt, [&] { player.reset(); });
+    player->stop(); // and returns
+    EXPECT_FALSE(player);
+    for (int i = 0; i < 10000 && !stream.expired(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(stream.expired());
+}
+
 TEST(AVAudioPlayerNode, PlayWithNothingScheduledIsSilentUntilSomethingIs) {
     const Sound pass = countingSound(2, 400);
     OfflineEngine offline;

@@ -22,6 +22,7 @@ struct Server {
     std::atomic<bool> present{true};
     std::atomic<bool> refuses{false};
     std::atomic<bool> plays{true};
+    std::atomic<bool> frozen{false}; // it takes connections and answers nothing
     std::atomic<double> rate{48000};
     std::atomic<int> open{0}; // connections
     std::mutex mutex;         // guards the listener, which goes with its connection
@@ -57,6 +58,8 @@ class FakeHardware final : public HardwareDevice {
     FakeHardware& operator=(const FakeHardware&) = delete;
 
     Answer open(HardwareListener& listener) override {
+        for (int i = 0; i < 1000 && _server.frozen; ++i) std::this_thread::sleep_for(milliseconds(1));
+        if (_server.frozen) return {.kind = Answer::Kind::Absent};
         if (!_server.present) return {.kind = Answer::Kind::Absent};
         if (_server.refuses) return {.kind = Answer::Kind::Refused, .error = Error("test", 1, "It refuses.")};
         ++_server.open;
@@ -181,6 +184,30 @@ TEST_F(AutomaticDeviceTest, AServerThatNeverPlaysIsReplacedUntilItDoes) {
     device->stop();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "The sound server doesn't play; playing silently until that changes.\n");
+}
+
+TEST_F(AutomaticDeviceTest, AFrozenServerHoldsNobodyAndIsHeardOnceItAnswers) {
+    testing::internal::CaptureStderr();
+    server.frozen = true;
+    auto shortest = std::chrono::steady_clock::duration::max(); // on a loaded machine others are longer
+    for (int press = 0; press < 5; ++press) {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(device->open());
+        EXPECT_FALSE(device->start(client));
+        shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
+        EXPECT_TRUE(goesOn());
+        if (press == 4) break;
+        device->stop();
+        device->close();
+    }
+    EXPECT_LT(shortest, milliseconds(50));
+    EXPECT_FALSE(device->isAudible());
+    server.frozen = false;
+    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
+    EXPECT_TRUE(goesOn());
+    device->stop();
+    device->close();
+    testing::internal::GetCapturedStderr();
 }
 
 TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {

@@ -137,6 +137,25 @@ TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
     EXPECT_TRUE(manager.removeItemAtURL(*URL::fromString("http://example/")));
 }
 
+TEST(FileManager, ADelegateMayLeaveInsideAQuestion) {
+    struct Leaving final : FileManagerDelegate {
+        bool fileManagerShouldRemoveItemAtPath(FileManager& manager, const std::string&) override {
+            manager.setDelegate(nullptr);
+            EXPECT_FALSE(gone) << "asked after it had left";
+            return gone = true;
+        }
+        bool gone = false;
+    };
+    const Scratch scratch;
+    scratch.file("folder/a", "");
+    scratch.file("folder/b", "");
+    Leaving leaving;
+    FileManager manager;
+    manager.setDelegate(&leaving);
+    EXPECT_FALSE(manager.removeItemAtPath(scratch / "folder"));
+    EXPECT_FALSE(fs::exists(scratch / "folder"));
+}
+
 TEST(FileManager, AsksItsDelegateAboutEveryItem) {
     const Scratch scratch;
     scratch.file("tree/a/kept");

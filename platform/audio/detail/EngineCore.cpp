@@ -3,6 +3,7 @@
 
 #include "platform/audio/detail/EngineCore.hpp"
 
+#include "platform/audio/AVAudioOutputNode.hpp"
 #include "platform/audio/RealtimeScope.hpp"
 #include "platform/audio/detail/DenormalScope.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
@@ -39,6 +40,9 @@ void EngineCore::connect(const NodePointer& from, const NodePointer& to,
         warn("A node that isn't attached to the audio engine can't be connected.");
         return;
     }
+    // The output's own format is no wish: such a link follows the output when that becomes another.
+    if (format == _device->format() && dynamic_cast<const AVAudioOutputNode*>(to.get()) != nullptr)
+        format.reset();
     _graph.connect(*from, *to, format);
     graphDidChange();
 }
@@ -58,6 +62,7 @@ std::optional<Error> EngineCore::start() {
     if (_running || _ended) return std::nullopt;
     if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
     _shared.sampleTime = 0;
+    _shared.stopping = std::stop_source();
     if (!_planIsCurrent || _planFormat != _device->format()) rebuild();
     if (auto error = _device->start(shared_from_this())) return error;
     _running = true;
@@ -68,6 +73,7 @@ std::optional<Error> EngineCore::start() {
 void EngineCore::stop() {
     const std::scoped_lock lock(_mutex);
     if (!_running) return;
+    _shared.stopping.request_stop();
     _device->stop();
     _running = false;
 }
@@ -153,7 +159,7 @@ void EngineCore::provide(std::uint32_t frames) {
         plan != nullptr && !std::ranges::all_of(plan->players(), isReady))
         players = plan->players();
     releasePlan();
-    for (const auto& player : players) player->provide(frames);
+    for (const auto& player : players) player->provide(frames, _shared.stopping.get_token());
 }
 
 void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept {

@@ -14,6 +14,7 @@
 #include <mutex>
 #include <optional>
 #include <semaphore>
+#include <stop_token>
 #include <thread>
 
 namespace platform {
@@ -58,6 +59,9 @@ class EngineCore final : public OutputClient, public std::enable_shared_from_thi
         std::atomic<std::int64_t> sampleTime{0};
         // Posted to when there is something to say (bad samples), and to end the thread that waits for it.
         std::counting_semaphore<> news{0};
+        // Requested by the control side when it stops the engine, so that an offline render waits for nothing
+        // any more; exchanged by it while nothing renders.
+        std::stop_source stopping;
     };
     Shared _shared;
 

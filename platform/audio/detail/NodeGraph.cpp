@@ -6,6 +6,7 @@
 #include "platform/audio/AVAudioMixerNode.hpp"
 #include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/NodeProcessor.hpp"
+#include "platform/audio/detail/LinkConverter.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
 #include "platform/foundation/console.hpp"
 
@@ -49,10 +50,14 @@ void NodeGraph::detach(const AVAudioNode& node) {
 }
 
 void NodeGraph::connect(const AVAudioNode& from, const AVAudioNode& to, std::optional<AVAudioFormat> format) {
+    const bool isThere = std::ranges::any_of(_links, [&](const Link& link) {
+        return link.from == &from && link.to == &to && link.format == format;
+    });
+    if (isThere) return;
     const bool hasOneInput = dynamic_cast<const AVAudioMixerNode*>(&to) == nullptr;
     std::erase_if(_links,
                   [&](const Link& link) { return link.from == &from || (hasOneInput && link.to == &to); });
-    _links.push_back({&from, &to, format});
+    _links.push_back({.from = &from, .to = &to, .format = format});
 }
 
 bool NodeGraph::disconnectInput(const AVAudioNode& node) {
@@ -106,17 +111,31 @@ class NodeGraph::Compilation {
 
     std::vector<PlaneSet> inputsOf(const AVAudioNode& node, std::uint32_t channels) {
         std::vector<PlaneSet> inputs;
-        for (const Link& link : _graph._links) {
+        for (Link& link : _graph._links) {
             if (link.to != &node || link.from == nullptr || channels == 0) continue;
+            const AVAudioFormat format = link.format.value_or(_plan.format());
             if (const auto* player = dynamic_cast<const AVAudioPlayerNode*>(link.from)) {
-                player->stream()->setOutput(_plan.format().sampleRate, _offline);
-                inputs.push_back(
-                    _plan.play(player->stream(), channels, link.format ? link.format->channelCount : 0));
+                player->stream()->setOutput(format.sampleRate, _plan.format().sampleRate, _offline);
+                inputs.push_back(_plan.play(player->stream(), channels, format.channelCount));
             } else {
-                inputs.push_back(_plan.map(outputOf(*link.from), channels));
+                inputs.push_back(_plan.map(flowThrough(link, format), channels));
             }
         }
         return inputs;
+    }
+
+    // What comes out of `link`: at the output's rate, as it is after it was brought into the link's format.
+    PlaneSet flowThrough(Link& link, const AVAudioFormat& format) {
+        const PlaneSet sound = outputOf(*link.from);
+        const double rate = _plan.format().sampleRate;
+        const PlaneSet narrowed = _plan.map(sound, std::min(sound.channels(), format.channelCount));
+        if (format.sampleRate == rate || narrowed.channels() == 0) {
+            link.converter.reset();
+            return narrowed;
+        }
+        if (!link.converter || !link.converter->fits(rate, format.sampleRate, narrowed.channels()))
+            link.converter = std::make_shared<LinkConverter>(rate, format.sampleRate, narrowed.channels());
+        return _plan.convert(link.converter, narrowed);
     }
 
     NodeGraph& _graph;

@@ -16,6 +16,7 @@
 
 namespace platform {
 
+class LinkConverter;
 class NodeProcessor;
 
 class NodeGraph {
@@ -34,6 +35,7 @@ class NodeGraph {
     bool unlink(const AVAudioNode& node);
     /// Take `node`, which no plan in use refers to any more, out.
     void detach(const AVAudioNode& node);
+    /// Link `from` to `to`. A link that is there already in the same format stays, with what flows in it.
     void connect(const AVAudioNode& from, const AVAudioNode& to, std::optional<AVAudioFormat> format);
     /// Cut the links into `node`; tell whether there were any.
     bool disconnectInput(const AVAudioNode& node);
@@ -56,7 +58,8 @@ class NodeGraph {
     struct Link {
         const AVAudioNode* from;
         const AVAudioNode* to;
-        std::optional<AVAudioFormat> format;
+        std::optional<AVAudioFormat> format;        // absent: the output's
+        std::shared_ptr<LinkConverter> converter{}; // where what flows in at the output's rate needs one
     };
     class Compilation;
 

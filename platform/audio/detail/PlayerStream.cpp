@@ -87,6 +87,7 @@ void PlayerStream::stop() {
         _primed = false;
         updateGate();
         _shared.ring.clear();
+        _shared.path.reset();
         _ringFormat = {};
         _writer.abandon();
         _shared.passUnderWay = false;
@@ -117,13 +118,14 @@ void PlayerStream::shutDown() {
     if (completing != this) _completions.sync([] {});
 }
 
-void PlayerStream::setOutput(double rate, bool offline) {
+void PlayerStream::setOutput(double linkRate, double rate, bool offline) {
     const std::scoped_lock lock(_mutex);
     _shared.offline = offline;
-    if (rate == _outputRate) return;
-    _shared.gate.close();
+    _linkRate = linkRate;
     _outputRate = rate;
-    makeConverter();
+    if (!_shared.path || _shared.path->rates() == wantedRates()) return;
+    _shared.gate.close();
+    makePath();
     updateGate();
 }
 
@@ -198,15 +200,19 @@ void PlayerStream::configureRing(const AVAudioFormat& format) {
         _shared.scratchPlanes = planesOf(_shared.scratch, format.channelCount, MaximumFrames);
         _shared.linkPlanes = planesOf(_shared.linkScratch, format.channelCount, MaximumFrames);
     }
-    makeConverter();
+    makePath();
 }
 
 // The gate is closed. _mutex is held.
-void PlayerStream::makeConverter() {
-    _shared.converter.reset();
-    if (_ringFormat.channelCount > 0 && _outputRate > 0 && _outputRate != _ringFormat.sampleRate)
-        _shared.converter =
-            std::make_unique<RateConverter>(_ringFormat.sampleRate, _outputRate, _ringFormat.channelCount);
+void PlayerStream::makePath() {
+    _shared.path = std::make_unique<RatePath>(wantedRates(), _ringFormat.channelCount);
+}
+
+// _mutex is held.
+RatePath::Rates PlayerStream::wantedRates() const {
+    const double ringRate = _ringFormat.sampleRate;
+    return _outputRate > 0 ? RatePath::ratesOf(ringRate, _linkRate, _outputRate)
+                           : RatePath::ratesOf(ringRate, ringRate, ringRate);
 }
 
 // _mutex is held.
@@ -225,11 +231,7 @@ void PlayerStream::wakeDecoder() noexcept {
 
 // The frames of the ring from which `outputFrames` frames of output can be made. _mutex is held.
 std::uint32_t PlayerStream::ringFramesFor(std::uint32_t outputFrames) const {
-    double needed = outputFrames;
-    if (_shared.converter)
-        needed =
-            std::ceil(needed * _ringFormat.sampleRate / _outputRate) + _shared.converter->tailFrames() + 2;
-    return static_cast<std::uint32_t>(std::min(needed, static_cast<double>(_shared.ring.capacity())));
+    return std::min(_shared.path->inputFor(outputFrames), _shared.ring.capacity());
 }
 
 bool PlayerStream::isProvided(std::uint32_t frames) {
@@ -238,10 +240,14 @@ bool PlayerStream::isProvided(std::uint32_t frames) {
     return _primed && _ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames);
 }
 
-void PlayerStream::provide(std::uint32_t frames) {
+void PlayerStream::provide(std::uint32_t frames, const std::stop_token& stop) {
+    const std::stop_callback wakeUp(stop, [this] {
+        const std::scoped_lock lock(_mutex);
+        _scheduleChanged.notify_all();
+    });
     std::unique_lock lock(_mutex);
     std::optional<Clock::time_point> limit;
-    while (_playing && !_ended) {
+    while (_playing && !_ended && !stop.stop_requested()) {
         if (_ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames)) break;
         if (decodeSome()) continue;
         if (!limit) limit = Clock::now() + CompletionLimit;
@@ -266,11 +272,8 @@ void PlayerStream::readDirectly(float* const* planes, std::uint32_t frames) noex
 }
 
 void PlayerStream::readRing(float* const* planes, std::uint32_t frames) noexcept {
-    if (_shared.converter)
-        _shared.converter->process(
-            planes, frames, [this](float* const* input, std::uint32_t count) { readDirectly(input, count); });
-    else
-        readDirectly(planes, frames);
+    _shared.path->process(planes, frames,
+                          [this](float* const* input, std::uint32_t count) { readDirectly(input, count); });
 }
 
 void PlayerStream::render(float* const* planes, std::uint32_t channels, std::uint32_t linkChannels,

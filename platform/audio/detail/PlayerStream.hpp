@@ -6,14 +6,14 @@
 //
 // The ring holds frames in the format of the file that was scheduled first since the last stop; passes over
 // files of another format are converted to it by the decoder, and the state of that conversion, too, runs on
-// over the seams. What differs between the ring and the output device is converted by the reader.
+// over the seams. The reader takes the frames from the ring's rate over the link's to the output device's.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/audio/detail/FrameRing.hpp"
 #include "platform/audio/detail/Gate.hpp"
 #include "platform/audio/detail/PassWriter.hpp"
-#include "platform/audio/detail/RateConverter.hpp"
+#include "platform/audio/detail/RatePath.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
 
 #include <atomic>
@@ -24,6 +24,7 @@
 #include <memory>
 #include <mutex>
 #include <semaphore>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
@@ -47,12 +48,13 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     /// End both threads' work for good; completions that were not called are dropped.
     void shutDown();
 
-    /// Give frames at `rate` from now on; `offline`: whoever renders calls `provide` first. The engine's
-    /// control side.
-    void setOutput(double rate, bool offline);
+    /// Give frames at `rate` from now on, which pass a link of `linkRate`; `offline`: whoever renders calls
+    /// `provide` first. The engine's control side.
+    void setOutput(double linkRate, double rate, bool offline);
     /// Offline only, on the thread that renders: decode here until `frames` frames of output are there; with
-    /// the schedule empty, wait a while for what the last completion may still schedule.
-    void provide(std::uint32_t frames);
+    /// the schedule empty, wait a while for what the last completion may still schedule, until `stop` is
+    /// requested.
+    void provide(std::uint32_t frames, const std::stop_token& stop);
     /// Tell whether `provide` would have nothing to do. Offline only, on the thread that renders.
     [[nodiscard]] bool isProvided(std::uint32_t frames);
 
@@ -75,7 +77,8 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void runDecoder();
     bool decodeSome();
     void configureRing(const AVAudioFormat& format);
-    void makeConverter();
+    void makePath();
+    [[nodiscard]] RatePath::Rates wantedRates() const;
     void updateGate();
     void complete(std::function<void()> completion);
     void wakeDecoder() noexcept;
@@ -90,8 +93,8 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     struct Shared {
         Gate gate;
         FrameRing ring;
-        std::unique_ptr<RateConverter> converter; // ring -> output; null where the rates are the same
-        std::vector<float> scratch;               // MaximumFrames of the ring's channels, planar
+        std::unique_ptr<RatePath> path; // ring -> link -> output; null while the ring is not configured
+        std::vector<float> scratch;     // MaximumFrames of the ring's channels, planar
         std::vector<float*> scratchPlanes;
         std::vector<float> linkScratch; // the same for a narrower link
         std::vector<float*> linkPlanes;
@@ -108,7 +111,8 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     std::deque<Pass> _passes;  // front: under way
     PassWriter _writer;        // of the front pass
     AVAudioFormat _ringFormat; // no channels: not configured
-    double _outputRate = 0;
+    double _outputRate = 0;    // 0: not known yet
+    double _linkRate = 0;
     bool _primed = false; // the ring holds enough to begin with
     bool _playing = false;
     bool _ended = false;

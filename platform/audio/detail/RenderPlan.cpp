@@ -4,6 +4,7 @@
 #include "platform/audio/detail/RenderPlan.hpp"
 
 #include "platform/audio/NodeProcessor.hpp"
+#include "platform/audio/detail/LinkConverter.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
 #include "platform/audio/detail/mapChannels.hpp"
 #include "platform/audio/detail/samplePlanes.hpp"
@@ -13,6 +14,7 @@
 namespace platform {
 
 static_assert(PlayerStream::MaximumFrames >= RenderPlan::MaximumFrames);
+static_assert(LinkConverter::MaximumFrames >= RenderPlan::MaximumFrames);
 
 RenderPlan::RenderPlan(AVAudioFormat format)
     : _format(format) {}
@@ -44,6 +46,14 @@ PlaneSet RenderPlan::map(const PlaneSet& input, std::uint32_t channels) {
     if (input.channels() == 0) return silence(channels);
     PlaneSet output = newPlanes(channels);
     _steps.push_back({.kind = Step::Kind::Map, .input = input, .output = output});
+    return output;
+}
+
+PlaneSet RenderPlan::convert(std::shared_ptr<LinkConverter> converter, const PlaneSet& input) {
+    PlaneSet output = newPlanes(input.channels());
+    _steps.push_back(
+        {.kind = Step::Kind::Convert, .converter = converter.get(), .input = input, .output = output});
+    _kept.push_back(std::move(converter));
     return output;
 }
 
@@ -82,6 +92,9 @@ bool RenderPlan::run(const Step& step, std::uint32_t frames, std::int64_t sample
         return false;
     case Step::Kind::Map:
         mapChannels(step.input.planes.data(), step.input.channels(), out, channels, frames);
+        return false;
+    case Step::Kind::Convert:
+        step.converter->process(step.input.planes.data(), out, frames);
         return false;
     case Step::Kind::Mix:
         for (std::uint32_t c = 0; c < channels; ++c) {

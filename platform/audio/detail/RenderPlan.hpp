@@ -14,6 +14,7 @@
 
 namespace platform {
 
+class LinkConverter;
 class NodeProcessor;
 class PlayerStream;
 
@@ -45,6 +46,7 @@ class RenderPlan {
     [[nodiscard]] PlaneSet play(std::shared_ptr<PlayerStream> stream, std::uint32_t channels,
                                 std::uint32_t linkChannels);
     [[nodiscard]] PlaneSet map(const PlaneSet& input, std::uint32_t channels);
+    [[nodiscard]] PlaneSet convert(std::shared_ptr<LinkConverter> converter, const PlaneSet& input);
     [[nodiscard]] PlaneSet mix(const std::vector<PlaneSet>& inputs, std::uint32_t channels);
     [[nodiscard]] PlaneSet process(std::shared_ptr<NodeProcessor> processor, const PlaneSet& input,
                                    std::shared_ptr<BadSamples> badSamples);
@@ -63,8 +65,9 @@ class RenderPlan {
 
   private:
     struct Step {
-        enum class Kind { Play, Map, Mix, Process } kind = Kind::Mix;
+        enum class Kind { Play, Map, Convert, Mix, Process } kind = Kind::Mix;
         PlayerStream* stream = nullptr;
+        LinkConverter* converter = nullptr;
         NodeProcessor* processor = nullptr;
         BadSamples* badSamples = nullptr;
         std::uint32_t linkChannels = 0;

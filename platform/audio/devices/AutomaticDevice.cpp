@@ -8,6 +8,11 @@
 #include <algorithm>
 
 namespace platform {
+namespace {
+
+constexpr std::string_view NothingAnswers = "No sound server and no sound card answers";
+
+} // namespace
 
 AutomaticDevice::AutomaticDevice(std::vector<HardwareFactory> factories)
     : AutomaticDevice(std::move(factories), Limits{}) {}
@@ -30,8 +35,8 @@ AutomaticDevice::~AutomaticDevice() {
 // --- what the engine and the session ask for
 
 std::optional<Error> AutomaticDevice::open() {
-    const std::scoped_lock lock(_mutex);
-    return claim();
+    std::unique_lock lock(_mutex);
+    return claim(lock);
 }
 
 void AutomaticDevice::close() noexcept {
@@ -40,15 +45,15 @@ void AutomaticDevice::close() noexcept {
 }
 
 std::optional<Error> AutomaticDevice::start(std::shared_ptr<OutputClient> client) {
-    const std::scoped_lock lock(_mutex);
+    std::unique_lock lock(_mutex);
     if (_client) return outputIsInUse();
-    if (auto error = claim()) return error;
+    if (auto error = claim(lock)) return error;
     _client = std::move(client);
     if (_hardware) {
         _hardware->run(true);
         playAudibly();
     } else {
-        playSilently("No sound server and no sound card answers");
+        playSilently(NothingAnswers);
     }
     _shared.news.release();
     return std::nullopt;
@@ -77,31 +82,22 @@ bool AutomaticDevice::isAudible() const {
 
 // --- claims; _mutex is held
 
-std::optional<Error> AutomaticDevice::claim() {
-    if (_claims == 0)
-        if (auto error = openHardware()) return error;
-    ++_claims;
+std::optional<Error> AutomaticDevice::claim(std::unique_lock<std::mutex>& lock) {
     if (!_supervisor.joinable()) _supervisor = std::thread([this] { supervise(); });
+    if (++_claims > 1) return std::nullopt;
+    _factory.reset();
+    _refusal.reset();
+    _isOpening = true; // perhaps since a former claim, whose attempt has not ended
+    _nextTry = Clock::now();
     _shared.news.release();
-    return std::nullopt;
+    _answered.wait_for(lock, _limits.answer, [this, before = _answers] { return _answers != before; });
+    if (!_refusal) return std::nullopt;
+    unclaim();
+    return std::exchange(_refusal, std::nullopt);
 }
 
 void AutomaticDevice::unclaim() noexcept {
     if (_claims > 0 && --_claims == 0) dropHardware();
-}
-
-std::optional<Error> AutomaticDevice::openHardware() {
-    _factory.reset();
-    _nextTry = Clock::now() + _limits.retry;
-    for (std::size_t i = 0; i < _factories.size(); ++i) {
-        auto hardware = _factories[i]();
-        HardwareDevice::Answer answer = hardware->open(*this);
-        if (answer.kind == HardwareDevice::Answer::Kind::Refused) return std::move(answer.error);
-        if (answer.kind == HardwareDevice::Answer::Kind::Absent) continue;
-        adopt(std::move(hardware), i);
-        break;
-    }
-    return std::nullopt;
 }
 
 void AutomaticDevice::adopt(std::unique_ptr<HardwareDevice> hardware, std::size_t factory) {
@@ -131,6 +127,7 @@ void AutomaticDevice::playSilently(std::string_view reason) {
         _silent = std::make_unique<SilentDevice>(format());
         static_cast<void>(_silent->start(_client)); // new, and so not in use
     }
+    if (_isOpening) return; // it is not known yet whether there is anything to say
     if (!_saidSilent && !_factories.empty())
         warn(std::string(reason) + "; playing silently until that changes.");
     _saidSilent = true;
@@ -165,7 +162,7 @@ void AutomaticDevice::supervise() {
         lock.lock();
         if (_ended) return;
         if (_hardware) lookAtHardware();
-        if (!_hardware && _claims > 0 && Clock::now() >= _nextTry) tryAgain(lock);
+        if (!_hardware && _claims > 0 && Clock::now() >= _nextTry) openHardware(lock);
     }
 }
 
@@ -196,27 +193,44 @@ void AutomaticDevice::lookAtHardware() {
     }
 }
 
-// Opens without holding the lock, for a server that starts may take its time.
-void AutomaticDevice::tryAgain(std::unique_lock<std::mutex>& lock) {
+// Opens without holding the lock, for a server may take its time.
+void AutomaticDevice::openHardware(std::unique_lock<std::mutex>& lock) {
     const std::optional<std::size_t> wanted =
         _factory; // a lost device is waited for, not exchanged for another
     lock.unlock();
     std::unique_ptr<HardwareDevice> found;
     std::size_t index = 0;
-    for (std::size_t i = 0; i < _factories.size() && !found; ++i) {
+    std::optional<Error> refusal;
+    for (std::size_t i = 0; i < _factories.size() && !found && !refusal; ++i) {
         if (wanted && *wanted != i) continue;
         auto hardware = _factories[i]();
-        if (hardware->open(*this).kind == HardwareDevice::Answer::Kind::Opened) found = std::move(hardware);
+        HardwareDevice::Answer answer = hardware->open(*this);
+        if (answer.kind == HardwareDevice::Answer::Kind::Opened) found = std::move(hardware);
+        if (answer.kind == HardwareDevice::Answer::Kind::Refused) refusal = std::move(answer.error);
         index = i;
     }
     lock.lock();
+    ++_answers;
+    _isOpening = false;
+    _refusal = std::move(refusal);
     _nextTry = Clock::now() + _limits.retry;
-    if (!found || _ended || _claims == 0 || _hardware) return; // `found` closes again
-    adopt(std::move(found), index);
+    _answered.notify_all();
+    if (found && !_ended && _claims > 0 && !_hardware) {
+        adopt(std::move(found), index);
+        startOpened();
+        return;
+    }
+    if (_client && !_hardware) playSilently(NothingAnswers);
+    lock.unlock();
+    found.reset(); // nobody wants it any more
+    lock.lock();
+}
+
+// The silent device plays on until the hardware asks for sound.
+void AutomaticDevice::startOpened() {
     _callsSeen = _shared.calls;
     _lastCall = Clock::now();
-    if (!_client) return;
-    _hardware->run(true); // the silent device plays on until the hardware asks for sound
+    if (_client) _hardware->run(true);
 }
 
 // --- what the hardware tells

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The process's output: the first hardware device that answers; the silent device in its place for as long as
-// none does, or the one in use is lost or does not come to play. A thread of its own watches and changes
-// between them.
+// none does, or the one in use is lost or does not play. A thread of its own opens the hardware, watches it
+// and changes between them: a server that does not answer keeps nobody waiting.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <semaphore>
@@ -25,6 +26,8 @@ namespace platform {
 class AutomaticDevice final : public OutputDevice, private HardwareListener {
   public:
     struct Limits {
+        std::chrono::milliseconds answer{
+            40}; // that a claim waits for, before it goes on without the hardware
         std::chrono::milliseconds streaming{
             2000};                             // without a call for sound the device counts as not playing
         std::chrono::milliseconds retry{1000}; // between attempts to get a lost device back
@@ -53,9 +56,8 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     void hardwareFormatDidChange() noexcept override;
     void hardwareWasLost() noexcept override;
 
-    [[nodiscard]] std::optional<Error> claim();
+    [[nodiscard]] std::optional<Error> claim(std::unique_lock<std::mutex>& lock);
     void unclaim() noexcept;
-    [[nodiscard]] std::optional<Error> openHardware();
     void adopt(std::unique_ptr<HardwareDevice> hardware, std::size_t factory);
     void dropHardware() noexcept;
     void playSilently(std::string_view reason);
@@ -63,7 +65,8 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     [[nodiscard]] bool takeFormat();
     void supervise();
     void lookAtHardware();
-    void tryAgain(std::unique_lock<std::mutex>& lock);
+    void openHardware(std::unique_lock<std::mutex>& lock);
+    void startOpened();
     [[nodiscard]] Clock::duration patience() const;
 
     // What the device's threads share with the control side.
@@ -92,7 +95,11 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     std::uint64_t _callsSeen = 0;
     Clock::time_point _lastCall;
     Clock::time_point _nextTry;
-    bool _saidSilent = false; // since something was last heard
+    bool _isOpening = false;           // the watching thread is asked to open the hardware, or does
+    std::uint64_t _answers = 0;        // attempts to open it that have ended
+    std::optional<Error> _refusal;     // of the last attempt
+    std::condition_variable _answered; // notified at the end of every attempt
+    bool _saidSilent = false;          // since something was last heard
     bool _ended = false;
     std::thread _supervisor; // from the first claim on
 };

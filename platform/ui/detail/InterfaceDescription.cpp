@@ -10,6 +10,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/ActionScope.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
+#include "platform/ui/detail/DisclosureObject.hpp"
 #include "platform/ui/detail/DrawingWidget.hpp"
 #include "platform/ui/detail/SegueObject.hpp"
 #include "platform/ui/detail/translated.hpp"
@@ -25,6 +26,7 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
     }
     (void)containerWidgetType(); // the description names these
     (void)segueObjectType();
+    (void)disclosureObjectType();
     (void)drawingWidgetType();
     auto description = std::make_shared<InterfaceDescription>();
     description->_name = name;

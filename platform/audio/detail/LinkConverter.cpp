@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "platform/audio/detail/LinkConverter.hpp"
+
+#include <algorithm>
+
+namespace platform {
+
+LinkConverter::LinkConverter(double outputRate, double linkRate, std::uint32_t channels)
+    : _path(RatePath::ratesOf(outputRate, linkRate, outputRate), channels) {
+    // The filters look ahead. With that much silence before the first frame they never ask for a frame that
+    // has not come.
+    const std::uint32_t lead = _path.inputFor(1);
+    _waiting.configure(channels, 2 * (lead + MaximumFrames));
+    _waiting.commit(lead);
+}
+
+void LinkConverter::process(const float* const* inputs, float* const* outputs,
+                            std::uint32_t frames) noexcept {
+    for (std::uint32_t done = 0; done < frames;) {
+        const std::uint32_t count = std::min(frames - done, _waiting.writable());
+        for (std::uint32_t c = 0; c < _waiting.channels(); ++c)
+            std::copy_n(inputs[c] + done, count, _waiting.writePlane(c));
+        _waiting.commit(count);
+        done += count;
+    }
+    _path.process(outputs, frames, [this](float* const* planes, std::uint32_t count) {
+        const std::uint32_t read = _waiting.read(planes, 0, count);
+        for (std::uint32_t c = 0; c < _waiting.channels(); ++c)
+            std::fill_n(planes[c] + read, count - read, 0.0F);
+    });
+}
+
+} // namespace platform

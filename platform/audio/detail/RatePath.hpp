@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Takes a stream from one sample rate over a second to a third, block by block, by as many frames as are
+// asked for. Made on the control side; `process` neither allocates nor waits. Output frame 0 stands at input
+// frame 0.
+#pragma once
+
+#include "platform/audio/detail/RateConverter.hpp"
+
+#include <cstdint>
+#include <memory>
+
+namespace platform {
+
+class RatePath {
+  public:
+    /// Frames per second. `over` is `from` where the second rate is one of the other two.
+    struct Rates {
+        double from = 0;
+        double over = 0;
+        double to = 0;
+        friend bool operator==(const Rates&, const Rates&) = default;
+    };
+    /// Returns the rates of a path from `from` over `over` to `to`.
+    [[nodiscard]] static Rates ratesOf(double from, double over, double to) noexcept {
+        return {from, over == to ? from : over, to};
+    }
+
+    RatePath(const Rates& rates, std::uint32_t channels);
+
+    [[nodiscard]] const Rates& rates() const noexcept { return _rates; }
+    /// Gives `frames` frames in `outputs`. `pull(planes, count)` must fill `count` frames: `frames` at most
+    /// where all rates are the same, else RateConverter::ChunkFrames at most. Audio thread.
+    template <class Pull>
+    void process(float* const* outputs, std::uint32_t frames, Pull&& pull) noexcept {
+        const auto pullFirst = [&](float* const* planes, std::uint32_t count) {
+            if (_first)
+                _first->process(planes, count, pull);
+            else
+                pull(planes, count);
+        };
+        if (_last)
+            _last->process(outputs, frames, pullFirst);
+        else
+            pullFirst(outputs, frames);
+    }
+    /// Returns a number of input frames that is enough for `outputFrames` frames of output.
+    [[nodiscard]] std::uint32_t inputFor(std::uint32_t outputFrames) const noexcept;
+
+  private:
+    const Rates _rates;
+    std::unique_ptr<RateConverter> _first; // null where it would change nothing
+    std::unique_ptr<RateConverter> _last;
+};
+
+} // namespace platform

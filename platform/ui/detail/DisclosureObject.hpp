@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The object of an interface description that says which button shows and hides which view. It tells
+// assistive technology that the button is expanded while the view is shown. Main thread only.
+#pragma once
+
+#include <glib-object.h>
+
+namespace platform {
+
+/// Returns the type "TonewrightDisclosure" with the properties "button" and "view", registering it first.
+[[nodiscard]] GType disclosureObjectType();
+
+} // namespace platform
