@@ -86,6 +86,10 @@ std::shared_ptr<URLSessionTask> URLSession::downloadTaskWithRequest(const URLReq
     return makeTask(_implementation, request, makeDownloadSink(std::move(completion)));
 }
 
+DispatchQueue& URLSession::delegateQueue() noexcept {
+    return _implementation->queue;
+}
+
 Result<URLData> contentsOfURL(const URL& url) {
     // Shared with the completion, which may still be inside `set_value` when the waiting ends.
     const auto promise = std::make_shared<std::promise<Result<URLData>>>();

@@ -178,6 +178,7 @@ class Tool(unittest.TestCase):
                 process.kill()
             process.wait()
             self.assertLessEqual(set(os.listdir(group)), {"download.zip"})
+            self.assertEqual(os.listdir(group.parent), [group.name])  # no copy beside it, however the tool ended
             content = (group / "download.zip").read_bytes() if os.listdir(group) else b""
             self.assertIn(content, (b"", b"the old file", server.content))
             return len(content)
