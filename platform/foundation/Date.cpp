@@ -27,6 +27,15 @@ CivilDay civilDay(std::int64_t days) noexcept {
             dayOfYear - (153 * monthFromMarch + 2) / 5 + 1};
 }
 
+std::int64_t daysTo(const CivilDay& day) noexcept {
+    const std::int64_t year = day.year - (day.month <= 2 ? 1 : 0);
+    const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
+    const std::int64_t yearOfEra = year - era * 400;
+    const unsigned monthFromMarch = day.month > 2 ? day.month - 3 : day.month + 9;
+    const std::int64_t dayOfYear = (153 * monthFromMarch + 2) / 5 + day.day - 1;
+    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
+}
+
 std::string Date::description() const {
     constexpr std::int64_t Day = 86400;
     const std::int64_t rest = seconds % Day;

@@ -31,5 +31,7 @@ struct CivilDay {
 
 /// Give the day that lies `days` after 1970-01-01.
 [[nodiscard]] CivilDay civilDay(std::int64_t days) noexcept;
+/// Give the days from 1970-01-01 to `day`.
+[[nodiscard]] std::int64_t daysTo(const CivilDay& day) noexcept;
 
 } // namespace platform

@@ -3,12 +3,16 @@
 
 #include "platform/foundation/DateFormatter.hpp"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <limits>
+#include <optional>
+#include <unistd.h>
 
 namespace platform {
 namespace {
@@ -21,19 +25,38 @@ std::atomic<unsigned> timeZoneGeneration{0};
 // The C library knows years of an int only; beyond them the offset of the last it knows holds.
 constexpr std::int64_t FurthestSecond = 60'000'000'000'000'000;
 
-std::int64_t askOffset(std::int64_t seconds) {
-    const std::int64_t bounded = seconds > FurthestSecond    ? FurthestSecond
-                                 : seconds < -FurthestSecond ? -FurthestSecond
-                                                             : seconds;
-    const std::time_t moment = bounded;
+struct Clock {
+    CivilDay day;
+    unsigned hour = 0;
+    unsigned minute = 0;
+    unsigned second = 0; // 60 in a leap second, where the zone's file counts them
+};
+
+std::optional<Clock> askClock(std::int64_t seconds) {
+    const std::time_t moment = seconds;
     std::tm local{};
-    return ::localtime_r(&moment, &local) != nullptr ? local.tm_gmtoff : 0;
+    if (::localtime_r(&moment, &local) == nullptr) return std::nullopt;
+    return Clock{{std::int64_t{local.tm_year} + 1900, static_cast<unsigned>(local.tm_mon) + 1,
+                  static_cast<unsigned>(local.tm_mday)},
+                 static_cast<unsigned>(local.tm_hour),
+                 static_cast<unsigned>(local.tm_min),
+                 static_cast<unsigned>(local.tm_sec)};
 }
 
-// Asking the C library costs ten times what the rest of the text costs; a span of UTC in which the offset
-// does not change needs to be asked for once. In the others every moment is asked for. A span is taken as
-// constant when the offset is the same every three days: the shortest time for which any zone's clock has
-// left an offset and come back to it is nearly four (the time zone database).
+// Gives what the clock shows as seconds, less `seconds`; absent in a leap second.
+std::optional<std::int64_t> askOffset(std::int64_t seconds) {
+    const std::int64_t bounded = std::clamp(seconds, -FurthestSecond, FurthestSecond);
+    const auto clock = askClock(bounded);
+    if (!clock) return 0;
+    if (clock->second > 59) return std::nullopt;
+    const std::int64_t second = std::int64_t{clock->hour} * 3600 + clock->minute * 60 + clock->second;
+    return daysTo(clock->day) * Day + second - bounded;
+}
+
+// Asking the C library costs ten times what the rest of the text costs; a span in which the offset does not
+// change needs to be asked for once. In the others every moment is asked for. A span is taken as constant
+// when the offset is the same every three days: the shortest time for which the clock of any zone in the time
+// zone database has left an offset and come back to it is nearly four.
 constexpr std::int64_t SpanDays = 12;
 constexpr std::int64_t Sample = 3 * Day;
 
@@ -44,31 +67,51 @@ struct KnownSpan {
 };
 
 struct KnownSpans {
-    unsigned generation = 0;
+    unsigned generation = std::numeric_limits<unsigned>::max();
+    bool followsNoFile = false;
     std::array<KnownSpan, 2048> spans;
 };
 
+// Tells whether the zone's daylight saving is spelled out by TZ instead of a file of the database: it may
+// last for hours.
+bool followsNoFile() {
+    (void)askClock(0); // the zone is read now, if it was not
+    const char* name = std::getenv("TZ");
+    if (name != nullptr && *name == ':') ++name;
+    if (name == nullptr || *name == '\0' || ::daylight == 0) return false;
+    const char* folder = std::getenv("TZDIR");
+    std::string path = name;
+    if (*name != '/') path.insert(0, std::string(folder != nullptr ? folder : "/usr/share/zoneinfo") + "/");
+    return ::access(path.c_str(), R_OK) != 0;
+}
+
 KnownSpan askSpan(std::int64_t number) {
     const std::int64_t begin = number * SpanDays * Day;
-    const std::int64_t first = askOffset(begin);
-    KnownSpan span{number, static_cast<std::int32_t>(first), false};
+    const auto first = askOffset(begin);
+    KnownSpan span{number, static_cast<std::int32_t>(first.value_or(0)), !first};
     for (std::int64_t moment = begin + Sample; moment < begin + SpanDays * Day; moment += Sample)
         span.changes = span.changes || askOffset(moment) != first;
     span.changes = span.changes || askOffset(begin + SpanDays * Day - 1) != first;
     return span;
 }
 
-std::int64_t offsetAt(std::int64_t seconds) {
+Clock clockAt(std::int64_t seconds) {
     thread_local KnownSpans known;
     if (const unsigned now = timeZoneGeneration.load(std::memory_order_relaxed); known.generation != now) {
         known.spans.fill({});
         known.generation = now;
+        known.followsNoFile = followsNoFile();
     }
     constexpr std::int64_t Length = SpanDays * Day;
     const std::int64_t number = seconds / Length - (seconds % Length < 0 ? 1 : 0);
     KnownSpan& span = known.spans[static_cast<std::uint64_t>(number) % known.spans.size()];
     if (span.number != number) span = askSpan(number);
-    return span.changes ? askOffset(seconds) : span.offset;
+    if ((span.changes || known.followsNoFile) && seconds >= -FurthestSecond && seconds <= FurthestSecond)
+        if (const auto clock = askClock(seconds)) return *clock;
+    const std::int64_t local = seconds + span.offset;
+    const std::int64_t day = local / Day - (local % Day < 0 ? 1 : 0);
+    const auto second = static_cast<unsigned>(local - day * Day);
+    return {civilDay(day), second / 3600, second / 60 % 60, second % 60};
 }
 
 char* writeTwo(char* text, unsigned number) {
@@ -85,10 +128,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     const std::int64_t seconds = date.seconds > Furthest    ? Furthest
                                  : date.seconds < -Furthest ? -Furthest
                                                             : date.seconds;
-    const std::int64_t local = seconds + offsetAt(seconds);
-    const std::int64_t day = local / Day - (local % Day < 0 ? 1 : 0);
-    const auto second = static_cast<unsigned>(local - day * Day);
-    const CivilDay civil = civilDay(day);
+    const auto [civil, hour, minute, second] = clockAt(seconds);
 
     std::memcpy(text, &"JanFebMarAprMayJunJulAugSepOctNovDec"[(civil.month - std::size_t{1}) * 3], 3);
     text[3] = ' ';
@@ -105,14 +145,13 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     }
     std::memcpy(text, " at ", 4); // NOLINT(bugprone-not-null-terminated-result): the text goes on
     text += 4;
-    const unsigned hour = second / 3600;
     const unsigned twelve = hour % 12 == 0 ? 12 : hour % 12;
     if (twelve >= 10) *text++ = '1';
     *text++ = static_cast<char>('0' + twelve % 10);
     *text++ = ':';
-    text = writeTwo(text, second / 60 % 60);
+    text = writeTwo(text, minute);
     *text++ = ':';
-    text = writeTwo(text, second % 60);
+    text = writeTwo(text, second);
     // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the end is what is returned
     std::memcpy(text, hour < 12 ? " AM" : " PM", 3);
     return text + 3;

@@ -5,17 +5,15 @@
 #pragma once
 
 #include <string>
-#include <utility>
+#include <string_view>
 
 namespace platform {
 
 /// A failure with a domain, a code in it, and a sentence for people.
 class Error {
   public:
-    Error(std::string domain, long code, std::string localizedDescription)
-        : _domain(std::move(domain))
-        , _code(code)
-        , _localizedDescription(std::move(localizedDescription)) {}
+    /// Make an error; control bytes in the sentence, which a file's name brings, become \n or \x01.
+    Error(std::string domain, long code, std::string_view localizedDescription);
 
     [[nodiscard]] const std::string& domain() const noexcept { return _domain; }
     [[nodiscard]] long code() const noexcept { return _code; }
@@ -31,6 +29,6 @@ class Error {
 };
 
 /// Make an error of the domain "POSIX" from an errno value; `sentence` is for people.
-[[nodiscard]] Error posixError(int errorNumber, std::string sentence);
+[[nodiscard]] Error posixError(int errorNumber, std::string_view sentence);
 
 } // namespace platform

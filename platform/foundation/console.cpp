@@ -17,7 +17,9 @@
 namespace platform {
 namespace {
 
-int outputDescriptor = STDOUT_FILENO; // written once at entry, before any other thread runs
+// Written before any other thread runs.
+int outputDescriptor = STDOUT_FILENO;
+bool printsToStandardError = false;
 
 std::atomic<int> lastError{0};
 
@@ -62,6 +64,7 @@ int writeLine(int descriptor, std::string_view line) {
 
 void print(std::string_view line) {
     // A broken descriptor is no reason to end: there is nowhere left to say it.
+    if (printsToStandardError) return warn(line);
     if (const int error = writeLine(outputDescriptor, line); error != 0) lastError = error;
 }
 
@@ -70,8 +73,11 @@ int printError() noexcept {
 }
 
 void printToStandardError(bool instead) {
-    static const int usual = outputDescriptor;
-    outputDescriptor = instead ? STDERR_FILENO : usual;
+    printsToStandardError = instead;
+}
+
+void printToFile(int descriptor) {
+    outputDescriptor = descriptor;
 }
 
 void warn(std::string_view line) {
@@ -79,11 +85,12 @@ void warn(std::string_view line) {
 }
 
 void reserveStandardOutput() {
+    const bool isClosed = ::fcntl(STDOUT_FILENO, F_GETFD) == -1;
     for (int descriptor = 0; descriptor <= 2; ++descriptor)
         if (::fcntl(descriptor, F_GETFD) == -1) ::open("/dev/null", O_RDWR); // takes the lowest free number
     std::fflush(stdout);
-    const int kept = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
-    if (kept == -1) return;
+    const int kept = isClosed ? -1 : ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (kept == -1 && !isClosed) return;
     outputDescriptor = kept;
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }

@@ -13,12 +13,16 @@ namespace platform {
 /// A closed or broken standard output loses the line and nothing else.
 void print(std::string_view line);
 
-/// Give the error number for which a line of `print` was lost, or 0.
+/// Give the error number for which a line of `print` to standard output was lost, or 0.
 [[nodiscard]] int printError() noexcept;
 
 /// Let `print` write to standard error instead, or no longer: for a program whose standard output is a result
 /// of its own. Call before any other thread runs.
 void printToStandardError(bool instead);
+
+/// Let `print` write to the open file `descriptor` in the place of standard output, and keep it open. Call
+/// before any other thread runs.
+void printToFile(int descriptor);
 
 /// Write `line` and one newline to standard error, at once.
 void warn(std::string_view line);

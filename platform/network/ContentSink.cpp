@@ -52,16 +52,13 @@ Error writeError(int number) {
                                   (reason != nullptr ? reason : "unknown error") + ").");
 }
 
-// The file has no name until it is complete, so that nothing is left of it when the process is killed.
+// The file never has a name where the file system can do without, so that nothing is left of it however the
+// process ends: it is found among the open files of the process.
 class DownloadSink final : public ContentSink {
   public:
     explicit DownloadSink(DownloadCompletion completion)
-        : _completion(std::move(completion))
-        , _path(FileManager::defaultManager().temporaryDirectory().path() + "/tonewright-download-" +
-                ProcessInfo::processInfo().globallyUniqueString() + ".tmp") {}
-    ~DownloadSink() override {
-        if (_hasName) ::unlink(_path.c_str());
-    }
+        : _completion(std::move(completion)) {}
+    ~DownloadSink() override { discard(); }
 
     std::optional<Error> append(std::span<const std::byte> bytes) override {
         if (auto error = open()) return error;
@@ -76,16 +73,13 @@ class DownloadSink final : public ContentSink {
 
     void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
         if (!error) error = open(); // also for no content at all
-        if (!error) error = giveName();
-        _file.close();
         if (_completion) {
             if (error)
                 _completion(std::nullopt, response, error);
             else
                 _completion(URL::fileURLWithPath(_path, false), response, std::nullopt);
         }
-        if (_hasName) ::unlink(_path.c_str());
-        _hasName = false;
+        discard();
     }
 
   private:
@@ -93,20 +87,19 @@ class DownloadSink final : public ContentSink {
         if (_file) return std::nullopt;
         const std::string folder = FileManager::defaultManager().temporaryDirectory().path();
         _file = detail::Descriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
-        if (_file) return std::nullopt;
+        _path = "/proc/self/fd/" + std::to_string(_file.get());
+        if (_file && ::access(_path.c_str(), F_OK) == 0) return std::nullopt;
+        _path = folder + "/tonewright-download-" + ProcessInfo::processInfo().globallyUniqueString() + ".tmp";
         _file = detail::Descriptor(::open(_path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
         if (!_file) return writeError(errno);
         _hasName = true;
         return std::nullopt;
     }
 
-    std::optional<Error> giveName() {
-        if (_hasName) return std::nullopt;
-        const std::string nameless = "/proc/self/fd/" + std::to_string(_file.get());
-        if (::linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, _path.c_str(), AT_SYMLINK_FOLLOW) != 0)
-            return writeError(errno);
-        _hasName = true;
-        return std::nullopt;
+    void discard() {
+        if (_hasName) ::unlink(_path.c_str());
+        _hasName = false;
+        _file.close();
     }
 
     DownloadCompletion _completion;

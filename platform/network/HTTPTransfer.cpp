@@ -8,6 +8,7 @@
 #include "platform/network/URLSession.private.hpp"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <libsoup/soup.h>
 #include <string_view>
@@ -77,8 +78,24 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         transfer->_stream.reset(soup_session_send_finish(SOUP_SESSION(source), result, &error));
         if (!transfer->_stream) return transfer->end(transfer->errorFrom(error));
         transfer->_response = transfer->makeResponse();
+        if (transfer->announcesNonsense())
+            return transfer->end(transferError(TransferFailure::Failed,
+                                               "The transfer failed (The length of the content makes no "
+                                               "sense)."));
         transfer->takeApart();
         transfer->read();
+    }
+
+    // To the library a length below zero, or beyond what it counts to, is one that nothing has to come for.
+    bool announcesNonsense() const {
+        SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
+        const char* announced = soup_message_headers_get_list(headers, "Content-Length");
+        if (announced == nullptr || soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CHUNKED)
+            return false;
+        std::int64_t length = 0;
+        const std::string_view text = announced;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+        return error != std::errc() || end != text.data() + text.size() || length < 0;
     }
 
     // A connection that ends between two chunks, or within packed content, looks to the library like the end

@@ -38,10 +38,8 @@ std::shared_ptr<URLSessionTask> makeTask(const std::shared_ptr<URLSession::Imple
 
 } // namespace
 
-Error transferError(TransferFailure failure, std::string sentence) {
-    for (char& c : sentence)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    return {"Network", static_cast<long>(failure), std::move(sentence)};
+Error transferError(TransferFailure failure, std::string_view sentence) {
+    return {"Network", static_cast<long>(failure), sentence};
 }
 
 void URLSessionTask::Transfer::finish(std::shared_ptr<URLResponse> response, std::optional<Error> error) {
@@ -86,6 +84,10 @@ std::shared_ptr<URLSessionTask> URLSession::dataTaskWithRequest(const URLRequest
 std::shared_ptr<URLSessionTask> URLSession::downloadTaskWithRequest(const URLRequest& request,
                                                                     DownloadCompletion completion) {
     return makeTask(_implementation, request, makeDownloadSink(std::move(completion)));
+}
+
+DispatchQueue& URLSession::delegateQueue() noexcept {
+    return _implementation->queue;
 }
 
 Result<URLData> contentsOfURL(const URL& url) {

@@ -22,6 +22,8 @@
 
 namespace platform {
 
+class DispatchQueue;
+
 /// What a source says of itself.
 class URLResponse {
   public:
@@ -66,8 +68,9 @@ using URLData = std::vector<std::byte>;
 using DataCompletion =
     std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
-/// Receives the place of a temporary file with the content, which is removed when the call returns, or the
-/// error for which there is none.
+/// Receives the place of a temporary file with the content, or the error for which there is none. The file
+/// can be read and copied until the call returns; it is not there to be moved, for mostly it has no name but
+/// that among the open files of the process.
 using DownloadCompletion =
     std::function<void(const std::optional<URL>& location, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
@@ -103,6 +106,9 @@ class URLSession {
                                                                       DataCompletion completion);
     [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskWithRequest(const URLRequest& request,
                                                                           DownloadCompletion completion);
+    /// Give the queue on which completions are called, one after the other. A task that a completion submits
+    /// runs when the completion's temporary file is gone.
+    [[nodiscard]] DispatchQueue& delegateQueue() noexcept;
 
     class Implementation;
 

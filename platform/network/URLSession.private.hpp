@@ -85,7 +85,7 @@ enum class TransferFailure {
     Failed = -1
 };
 
-/// Make the error of a transfer; control bytes in `sentence` are replaced, so that it stays one line.
-[[nodiscard]] Error transferError(TransferFailure failure, std::string sentence);
+/// Make the error of a transfer.
+[[nodiscard]] Error transferError(TransferFailure failure, std::string_view sentence);
 
 } // namespace platform

@@ -61,6 +61,8 @@ TEST(FileNode, PathsAreTakenApartAndSurviveEveryAssignment) {
     }
     node->setSubpath("");
     EXPECT_EQ(node->getFileName(), "other");
+    node->setRootpath("");
+    EXPECT_EQ(node->getFileName(), ""); // whatever the current directory is
 }
 
 TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {

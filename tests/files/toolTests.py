@@ -77,6 +77,9 @@ class Tool(unittest.TestCase):
         self.assertIn("b.txt", self.run_tool("page", "music").stdout)
         missing = self.run_tool("page", "music", "x")
         self.assertEqual((missing.returncode, missing.stdout), (1, ""))
+        (self.folder / "empty").mkdir()
+        for root in ((), ("NSFileProviderRootContainerItemIdentifier",)):
+            self.assertEqual(self.run_tool("page", "empty", *root).returncode, 0)
         dump = self.run_tool("dump", "music")
         self.assertEqual(dump.stderr, END)
         self.assertEqual(dump.stdout.count("\n"), 5 + 5 + 14 + 14)
@@ -85,12 +88,20 @@ class Tool(unittest.TestCase):
         litter = self.folder / "music/__MACOSX/deep"
         litter.mkdir(parents=True)
         (self.folder / "music/Drums/a\x1b[31m.DS_Store").touch()
+        (self.folder / os.fsdecode("music/Drums/c\x9bd".encode() + b"\x9b" +
+                                   "\N{MUSICAL SYMBOL G CLEF}ü.DS_Store".encode())).touch()
         refused = self.run_tool("scan", "music")
         self.assertEqual((refused.returncode, refused.stdout), (1, ""))
-        dry = self.run_tool("scan", "--dry-run", "music")
-        self.assertEqual(dry.stdout, f"{self.folder}/music/Drums/a\x1b[31m.DS_Store\n{self.folder}/music/__MACOSX\n")
+        lines = self.folder / "lines"
+        lines.mkdir()
+        for name in ("a.DS_Store\nb", "c\\.DS_Store", "d\\\n.DS_Store"):
+            (lines / name).touch()
+        self.assertEqual(self.run_tool("scan", "-ny", "-oresult", "lines").returncode, 0)
+        self.assertEqual((self.folder / "result").read_text(),
+                         f"\\{lines}/a.DS_Store\\nb\n{lines}/c\\.DS_Store\n\\{lines}/d\\\\\\n.DS_Store\n")
+        self.assertEqual(len(os.listdir(lines)), 3)
         self.assertTrue(litter.exists())
-        for answer, code in (("n", 1), ("y", 0)):
+        for answer, code in (("n", 1), ("", 1), ("yes!", 1), ("Yes", 0)):
             master, slave = pty.openpty()
             process = subprocess.Popen([TOOL, "scan", "music"], stdin=slave, stdout=subprocess.PIPE, stderr=slave,
                                        cwd=self.folder)
@@ -100,9 +111,11 @@ class Tool(unittest.TestCase):
             os.close(slave)
             asked = os.read(master, 65536)
             self.assertIn(b"Delete and go on? [y/N]", asked)
-            self.assertIn(b"  Drums/a?[31m.DS_Store", asked)  # a name does not command the terminal
+            # A name does not command the terminal.
+            self.assertIn(b"  Drums/a?[31m.DS_Store", asked)
+            self.assertIn("  Drums/c?d?\N{MUSICAL SYMBOL G CLEF}ü.DS_Store".encode(), asked)
             os.close(master)
-            self.assertEqual(litter.exists(), answer == "n")
+            self.assertEqual(litter.exists(), code == 1)
         (self.folder / "music/.DS_Store").touch()
         self.assertEqual(self.run_tool("scan", "-y", "music").returncode, 0)
         self.assertFalse((self.folder / "music/.DS_Store").exists())
@@ -116,6 +129,13 @@ class Tool(unittest.TestCase):
             full = subprocess.run(f"'{TOOL}' {form} > /dev/full", shell=True, cwd=self.folder, capture_output=True)
             self.assertEqual(full.returncode, 1, form)
             self.assertIn(b"cannot write standard output: No space left on device", full.stderr)
+        closed = subprocess.run(f"'{TOOL}' xml -o result music >&-", shell=True, cwd=self.folder, capture_output=True)
+        self.assertEqual((closed.returncode, closed.stderr.decode()), (0, END))
+        self.assertTrue((self.folder / "result").read_text().endswith("\n</folder>\n"))
+        for form in ("xml music", "dump music", "report", "--help", "download http://127.0.0.1:1/"):
+            closed = subprocess.run(f"'{TOOL}' {form} >&-", shell=True, cwd=self.folder, capture_output=True)
+            self.assertEqual(closed.returncode, 1, form)
+            self.assertIn(b"cannot write standard output: Bad file descriptor", closed.stderr)
         help_text = self.run_tool("--help")
         self.assertEqual(help_text.returncode, 0)
         self.assertTrue(help_text.stdout.startswith("Usage: tonewright-files "))
@@ -158,6 +178,7 @@ class Tool(unittest.TestCase):
                 process.kill()
             process.wait()
             self.assertLessEqual(set(os.listdir(group)), {"download.zip"})
+            self.assertEqual(os.listdir(group.parent), [group.name])  # no copy beside it, however the tool ended
             content = (group / "download.zip").read_bytes() if os.listdir(group) else b""
             self.assertIn(content, (b"", b"the old file", server.content))
             return len(content)

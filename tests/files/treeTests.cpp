@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "benches/files/memory.hpp"
 #include "tests/files/nodes.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/treeCycles.hpp"
@@ -107,6 +108,27 @@ TEST_F(Tree, AParentThatIsNoFolderIsFatal) {
     tree.filelist.push_back(misfit);
     EXPECT_DEATH(tree.findParent(orphan), "Could not cast");
     EXPECT_DEATH(tree.findParent(nullptr), "^Unexpectedly found nil while implicitly unwrapping");
+}
+
+TEST(DeepTree, CostsInProportionToItsLevels) {
+    constexpr std::size_t Levels = 30'000;
+    FileTree tree;
+    tree.root = makeNode<Folder>("");
+    const long before = residentBytes();
+    std::string path;
+    for (std::size_t level = 0; level < Levels; ++level)
+        (void)test::addNode<Folder>(tree, path += level == 0 ? "d" : "/d");
+    EXPECT_LT(residentBytes() - before, 60L << 20U); // whole paths would take 900 MB
+    const auto last = tree.filelist.back();
+    EXPECT_EQ(last->subpath(), path);
+    EXPECT_EQ(last->_indent(), Levels - 1);
+    // What one node is called changes nothing else.
+    tree.root->children[0]->setSubpath("renamed");
+    EXPECT_EQ(last->subpath(), path);
+    tree.filelist[Levels / 2]->setRootpath("/elsewhere");
+    EXPECT_EQ(tree.filelist[Levels / 2]->getFilePath(), "/elsewhere/" + path.substr(0, Levels + 1));
+    EXPECT_EQ(last->rootpath(), "/music");
+    test::takeApart(tree);
 }
 
 TEST(EmptyTree, EndsOrStaysSilent) {

@@ -59,6 +59,7 @@ TEST(Console, ClosedOrFullStandardOutputHarmsNothingAndIsKnown) {
         ::close(STDOUT_FILENO);
         reserveStandardOutput();
         print("lost");
+        EXPECT_EQ(printError(), EBADF);
         EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file is taken for standard output
     });
 }

@@ -132,6 +132,7 @@ TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
     ASSERT_TRUE(error);
     EXPECT_EQ(error->localizedDescription(),
               "The file 'no\\nsuch' couldn't be removed (No such file or directory).");
+    EXPECT_EQ(Error("Sound", 1, "a\nb\x1b").description(), "Error Domain=Sound Code=1 \"a\\nb\\x1B\"");
     EXPECT_EQ(error->description(), "Error Domain=POSIX Code=2 \"" + error->localizedDescription() + "\"");
     for (const char* bad : {"/", ".", "..", ""}) EXPECT_TRUE(manager.removeItemAtPath(bad)) << bad;
     EXPECT_TRUE(manager.removeItemAtURL(*URL::fromString("http://example/")));

@@ -42,9 +42,10 @@ class TimeZone {
 } // namespace
 
 TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
-    for (const char* name : {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu",
-                             "Australia/Lord_Howe", "Pacific/Apia", "Africa/Monrovia", "Africa/Freetown",
-                             "America/Recife", "America/Boa_Vista", "America/St_Johns", "<+0530>-5:30"}) {
+    for (const char* name :
+         {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "Pacific/Apia",
+          "Africa/Monrovia", "Africa/Freetown", "America/Recife", "America/Boa_Vista", "America/St_Johns",
+          "<+0530>-5:30", "right/Europe/Berlin", "right/UTC", "AAA0BBB,J100,J102", "AAA0BBB,J60/0,J60/2"}) {
         const TimeZone zone(name);
         std::mt19937_64 random(7);
         std::uniform_int_distribution<std::int64_t> recent(-3'000'000'000, 6'000'000'000);
@@ -54,6 +55,8 @@ TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
         // The shortest times for which clocks were changed and changed back: four days, a week.
         for (const std::int64_t around : {-957'308'400, 970'974'000, 970'977'600})
             for (int i = -900; i < 900; ++i) moments.push_back(around + i * 1733);
+        // The last leap second, in zones that count them.
+        for (int i = -60; i < 60; ++i) moments.push_back(1'483'228'800 + i);
         // Every half hour of a year with its changes of the clock.
         for (int i = 0; i < 17'530; ++i) moments.push_back(1'767'225'600 + i * 1799);
         for (const std::int64_t seconds : moments)

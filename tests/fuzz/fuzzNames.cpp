@@ -6,7 +6,6 @@
 
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/FileTree.hpp"
-#include "shared/Common/Files/pathText.hpp"
 #include "tests/support/treeCycles.hpp"
 
 #include <cstdlib>
@@ -18,6 +17,17 @@ namespace {
 
 void require(bool holds) {
     if (!holds) std::abort();
+}
+
+// A leading "/" is a component of its own.
+std::int64_t componentCount(std::string_view path) {
+    std::int64_t count = path.starts_with('/') ? 1 : 0;
+    bool inside = false;
+    for (const char c : path) {
+        if (c != '/' && !inside) ++count;
+        inside = c != '/';
+    }
+    return count;
 }
 
 // One node from a piece of the input: its first nine bytes are numbers, the rest is its path.

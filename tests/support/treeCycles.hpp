@@ -9,12 +9,15 @@
 
 namespace tonewright::test {
 
-inline void takeApart(const std::shared_ptr<File>& node) {
-    if (!node) return;
-    node->setParent(nullptr);
-    if (Folder* folder = node->asFolder()) {
-        const auto children = std::exchange(folder->children, {});
-        for (const auto& child : children) takeApart(child);
+inline void takeApart(const std::shared_ptr<File>& top) {
+    std::vector<std::shared_ptr<File>> left{top};
+    while (!left.empty()) {
+        const auto node = std::move(left.back());
+        left.pop_back();
+        if (!node) continue;
+        node->setParent(nullptr);
+        if (Folder* folder = node->asFolder())
+            for (auto& child : std::exchange(folder->children, {})) left.push_back(std::move(child));
     }
 }
 

@@ -44,23 +44,43 @@ std::optional<Arguments> readArguments(const std::vector<std::string_view>& word
             plain.emplace_back(word);
         } else if (word == "--") {
             takesOptions = false;
-        } else if (word == "-h" || word == "--help") {
+        } else if (word == "--help") {
             arguments.command = Command::Help;
             return arguments;
         } else if (word == "--version") {
             arguments.command = Command::Version;
             return arguments;
-        } else if (word == "-n" || word == "--dry-run") {
+        } else if (word == "--dry-run") {
             arguments.isDryRun = true;
-        } else if (word == "-y" || word == "--yes") {
+        } else if (word == "--yes") {
             arguments.saysYes = true;
         } else if (word.starts_with("--output=")) {
             arguments.output = word.substr(9);
-        } else if (word == "-o" || word == "--output") {
-            if (++i == words.size()) return refuse("'" + std::string(word) + "' needs a file");
+        } else if (word == "--output") {
+            if (++i == words.size()) return refuse("'--output' needs a file");
             arguments.output = words[i];
-        } else {
+        } else if (word.starts_with("--")) {
             return refuse("there is no option '" + std::string(word) + "'");
+        } else {
+            // Letters may stand together; a file follows its own at once or as the next word.
+            for (word.remove_prefix(1); !word.empty();) {
+                const char letter = word.front();
+                word.remove_prefix(1);
+                if (letter == 'n') {
+                    arguments.isDryRun = true;
+                } else if (letter == 'y') {
+                    arguments.saysYes = true;
+                } else if (letter == 'h') {
+                    arguments.command = Command::Help;
+                    return arguments;
+                } else if (letter == 'o') {
+                    if (word.empty() && ++i == words.size()) return refuse("'-o' needs a file");
+                    arguments.output = word.empty() ? words[i] : word;
+                    word = {};
+                } else {
+                    return refuse("there is no option '-" + std::string(1, letter) + "'");
+                }
+            }
         }
     }
     if (plain.empty()) return refuse("no command was given");

@@ -7,19 +7,50 @@
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
 
-#include <cstdio>
-#include <fstream>
+#include <algorithm>
 #include <iostream>
+#include <string_view>
 #include <unistd.h>
 
 namespace tonewright::tool {
 namespace {
 
-// A name must not command the terminal.
-std::string printable(std::string name) {
-    for (char& c : name)
-        if (const auto byte = static_cast<unsigned char>(c); byte < 0x20 || byte == 0x7F) c = '?';
-    return name;
+// Gives the length of the character at the beginning of `text`, or 0 where it is not well-formed UTF-8.
+std::size_t characterLength(std::string_view text) {
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+    };
+    const unsigned lead = byte(0);
+    if (lead < 0x80) return 1;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4) return 0;
+    for (std::size_t at = 1; at < length; ++at)
+        if ((byte(at) & 0xC0U) != 0x80) return 0;
+    const bool isOverlong = (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xF0 && byte(1) < 0x90);
+    const bool isNone = (lead == 0xED && byte(1) > 0x9F) || (lead == 0xF4 && byte(1) > 0x8F);
+    return isOverlong || isNone ? 0 : length;
+}
+
+// A name must not command the terminal: neither by the control characters of ASCII nor by those from U+0080
+// to U+009F, nor by a byte that a terminal may take for one of these.
+std::string printable(std::string_view name) {
+    std::string text;
+    while (!name.empty()) {
+        const std::size_t length = characterLength(name);
+        const std::string_view character = name.substr(0, std::max<std::size_t>(length, 1));
+        const auto first = static_cast<unsigned char>(character[0]);
+        const bool isControl = length == 0 || first < 0x20 || first == 0x7F ||
+                               (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0);
+        text += isControl ? std::string_view("?") : character;
+        name.remove_prefix(character.size());
+    }
+    return text;
+}
+
+bool saysYes(std::string answer) {
+    for (char& c : answer)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return answer == "y" || answer == "yes";
 }
 
 } // namespace
@@ -38,6 +69,20 @@ std::vector<std::string> findLitter(const std::string& directory, std::atomic<st
     return litter;
 }
 
+std::string lineOf(std::string path) {
+    if (path.find('\n') == std::string::npos) return path;
+    std::string line = "\\";
+    for (const char c : path) {
+        if (c == '\n')
+            line += "\\n";
+        else if (c == '\\')
+            line += "\\\\";
+        else
+            line += c;
+    }
+    return line;
+}
+
 bool mayDelete(const std::vector<std::string>& litter) {
     constexpr std::size_t MostNamed = 10;
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
@@ -54,7 +99,7 @@ bool mayDelete(const std::vector<std::string>& litter) {
     std::cerr << "Delete and go on? [y/N] " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
-    return answer == "y" || answer == "Y" || answer == "yes";
+    return saysYes(std::move(answer));
 }
 
 } // namespace tonewright::tool

@@ -16,6 +16,10 @@ namespace tonewright::tool {
 [[nodiscard]] std::vector<std::string> findLitter(const std::string& directory,
                                                   std::atomic<std::int64_t>& seen);
 
+/// Give a path as one line: one with a newline begins with "\" instead of "/", and "\n" and "\\" in it stand
+/// for a newline and a "\".
+[[nodiscard]] std::string lineOf(std::string path);
+
 /// Ask on the terminal whether `litter` may be deleted; false without a terminal to ask on.
 [[nodiscard]] bool mayDelete(const std::vector<std::string>& litter);
 

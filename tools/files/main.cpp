@@ -8,6 +8,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/network/URLSession.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
+#include "shared/Common/Files/ItemIdentifier.hpp"
 #include "tools/files/Arguments.hpp"
 #include "tools/files/Progress.hpp"
 #include "tools/files/litter.hpp"
@@ -89,9 +90,11 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
         result = tree.list();
         break;
     case Command::Page:
-        tree.makeExpandedPage(arguments.operands.size() > 1 ? arguments.operands[1]
-                                                            : "NSFileProviderRootContainerItemIdentifier");
-        if (arguments.operands.size() > 1 && tree.filelist.empty()) return Failed; // a line said why
+        tree.makeExpandedPage(arguments.operands.size() > 1 ? std::string_view(arguments.operands[1])
+                                                            : RootContainerItemIdentifier);
+        if (tree.filelist.empty() && arguments.operands.size() > 1 &&
+            arguments.operands[1] != RootContainerItemIdentifier)
+            return Failed; // a line said why
         result = tree.list();
         break;
     default: {
@@ -101,7 +104,6 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
                  counted(counts.bytes, "byte");
     }
     }
-    result += '\n';
     return writeResult(result, arguments.output) ? Done : Failed;
 }
 
@@ -122,10 +124,10 @@ int scan(const Arguments& arguments) {
             platform::warn("tonewright-files: cannot open '" + directory + "'");
             return Failed;
         }
-        std::string result;
+        if (!redirectOutput(arguments.output)) return Failed;
         for (const std::string& subpath : litter)
-            result += (directory == "/" ? "" : directory) + "/" + subpath + "\n";
-        return writeResult(result, arguments.output) ? Done : Failed;
+            platform::print(lineOf((directory == "/" ? "" : directory) + "/" + subpath));
+        return linesGotOut(arguments.output) ? Done : Failed;
     }
     if (!litter.empty() && !mayDelete(litter)) return Failed;
 
@@ -181,15 +183,16 @@ int download(const Arguments& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    platform::reserveStandardOutput();
     const auto arguments = readArguments({argv + 1, argv + argc});
     if (!arguments) return WrongUsage;
     switch (arguments->command) {
     case Command::Help:
         platform::print(Usage);
-        return Done;
+        return linesGotOut("-") ? Done : Failed;
     case Command::Version:
         platform::print("tonewright-files " TONEWRIGHT_VERSION);
-        return Done;
+        return linesGotOut("-") ? Done : Failed;
     case Command::Download:
         return download(*arguments);
     case Command::Report:

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace tonewright::tool {
 namespace {
@@ -25,20 +24,16 @@ bool fail(const std::string& name, int error) {
 bool redirectOutput(const std::string& name) {
     if (name == "-") return true;
     const int file = ::open(name.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0666);
-    if (file < 0 || ::dup2(file, STDOUT_FILENO) < 0) return fail(name, errno);
-    ::close(file);
+    if (file < 0) return fail(name, errno);
+    platform::printToFile(file);
     return true;
 }
 
 bool writeResult(std::string_view text, const std::string& name) {
     if (!redirectOutput(name)) return false;
-    while (!text.empty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return fail(name, errno);
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
+    platform::printToStandardError(false);
+    platform::print(text);
+    return linesGotOut(name);
 }
 
 bool linesGotOut(const std::string& name) {

@@ -11,11 +11,13 @@
 #include <climits>
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <linux/magic.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
@@ -103,12 +105,7 @@ int exchangeName(int to, const std::string& temporary, const char* toName) {
     return 0;
 }
 
-int copyRegular(int from, const char* fromName, const FileStatus& status, int to, const char* toName) {
-    const Descriptor source(::openat(from, fromName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (!source) return errno;
-    struct stat opened {};
-    if (::fstat(source.get(), &opened) != 0) return errno;
-    if (!S_ISREG(opened.st_mode)) return ESTALE; // exchanged meanwhile
+int copyOpened(int source, const FileStatus& status, int to, const char* toName) {
     struct stat existing {};
     if (::fstatat(to, toName, &existing, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
 
@@ -122,12 +119,21 @@ int copyRegular(int from, const char* fromName, const FileStatus& status, int to
         target = Descriptor(::openat(to, temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
         if (!target) return errno;
     }
-    int error = copyBytes(source.get(), target.get());
-    if (error == 0) copyMetadata(source.get(), status, target.get());
+    int error = copyBytes(source, target.get());
+    if (error == 0) copyMetadata(source, status, target.get());
     if (error == 0)
         error = temporary.empty() ? giveName(target.get(), to, toName) : exchangeName(to, temporary, toName);
     if (error != 0 && !temporary.empty()) ::unlinkat(to, temporary.c_str(), 0);
     return error;
+}
+
+int copyRegular(int from, const char* fromName, const FileStatus& status, int to, const char* toName) {
+    const Descriptor source(::openat(from, fromName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!source) return errno;
+    struct stat opened {};
+    if (::fstat(source.get(), &opened) != 0) return errno;
+    if (!S_ISREG(opened.st_mode)) return ESTALE; // exchanged meanwhile
+    return copyOpened(source.get(), status, to, toName);
 }
 
 int copyLink(int from, const char* fromName, int to, const char* toName) {
@@ -138,10 +144,26 @@ int copyLink(int from, const char* fromName, int to, const char* toName) {
     return ::symlinkat(target.data(), to, toName) == 0 ? 0 : errno;
 }
 
+// Tells whether a link names an open file that has no other name: such a link leads nowhere once it is
+// copied.
+bool namesOpenFile(int from, const char* fromName) {
+    struct statfs system {};
+    struct stat file {};
+    return ::fstatfs(from, &system) == 0 && system.f_type == PROC_SUPER_MAGIC &&
+           ::fstatat(from, fromName, &file, 0) == 0 && S_ISREG(file.st_mode) && file.st_nlink == 0;
+}
+
 } // namespace
 
 int copyFile(int from, const char* fromName, const FileStatus& status, int to, const char* toName) {
     if (status.isRegular()) return copyRegular(from, fromName, status, to, toName);
+    if (status.isLink() && namesOpenFile(from, fromName)) {
+        const Descriptor file(::openat(from, fromName, O_RDONLY | O_CLOEXEC));
+        FileStatus opened;
+        if (!file) return errno;
+        if (const int error = readStatus(file.get(), "", AT_EMPTY_PATH, opened); error != 0) return error;
+        return copyOpened(file.get(), opened, to, toName);
+    }
     if (status.isLink()) return copyLink(from, fromName, to, toName);
     struct stat special {};
     if (::fstatat(from, fromName, &special, AT_SYMLINK_NOFOLLOW) != 0) return errno;

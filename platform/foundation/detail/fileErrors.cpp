@@ -20,20 +20,7 @@ std::string reasonOf(int errorNumber) {
 
 std::string quotedName(std::string_view path) {
     const std::string name = splitPath(path).name;
-    std::string quoted = "'";
-    for (const char c : name.empty() ? std::string(path) : name) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '\n') {
-            quoted += "\\n";
-        } else if (byte < 0x20 || byte == 0x7F) {
-            quoted += "\\x";
-            quoted += "0123456789ABCDEF"[byte >> 4U];
-            quoted += "0123456789ABCDEF"[byte & 15U];
-        } else {
-            quoted += c;
-        }
-    }
-    return quoted += '\'';
+    return "'" + (name.empty() ? std::string(path) : name) + "'";
 }
 
 Error itemError(int errorNumber, std::string_view path, std::string_view participle) {

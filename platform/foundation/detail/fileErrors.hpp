@@ -12,7 +12,7 @@
 
 namespace platform::detail {
 
-/// Give the last component of `path` in apostrophes, control bytes as \n or \x01.
+/// Give the last component of `path` in apostrophes.
 [[nodiscard]] std::string quotedName(std::string_view path);
 
 /// Make the error of an operation on the item at `path`, "The file 'x' couldn't be removed (Permission

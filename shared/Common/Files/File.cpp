@@ -5,12 +5,12 @@
 
 #include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/DateFormatter.hpp"
-#include "platform/foundation/URL.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
 #include "shared/Common/Files/pathText.hpp"
 
+#include <algorithm>
 #include <atomic>
 
 namespace tonewright {
@@ -23,6 +23,11 @@ template <class T>
 T required(const std::optional<T>& attribute) {
     if (!attribute) platform::fatal(platform::UnexpectedNilUnwrapping);
     return *attribute;
+}
+
+// Tells this of a component with its "/"; also of none at all.
+bool endsInOneSlash(std::string_view component) {
+    return component.empty() || (component.size() > 1 && component[component.size() - 2] != '/');
 }
 
 } // namespace
@@ -41,9 +46,11 @@ void File::setUid(platform::NSNumber value) noexcept {
 }
 
 std::string File::subpath() const {
-    std::string path;
-    path.reserve(directoryPart().size() + namePart().size());
-    return path.append(directoryPart()).append(namePart());
+    const std::size_t split = _location->directoryLength();
+    std::string path(split + namePart().size(), '\0');
+    _location->writeDirectory(path.data());
+    std::ranges::copy(namePart(), path.data() + split);
+    return path;
 }
 
 void File::setSubpath(std::string_view value) {
@@ -70,17 +77,40 @@ std::uint64_t File::relabelings() noexcept {
 }
 
 std::string File::getFilePath() const {
-    return rootpath() + "/" + subpath();
+    return std::string(rootpath()).append("/").append(subpath());
+}
+
+std::string_view File::fileName() const noexcept {
+    if (!namePart().empty()) return namePart();
+    const std::string_view component = _location->component();
+    return lastComponent(component.empty() ? rootpath() : component);
 }
 
 std::string File::getFileName() const {
-    if (!namePart().empty()) return std::string(namePart());
-    if (!directoryPart().empty()) return std::string(lastComponent(directoryPart()));
-    return platform::URL::fileURLWithPath(rootpath(), false).lastPathComponent();
+    return std::string(fileName());
 }
 
 std::string File::getFileExtension() const {
-    return std::string(extensionOf(subpath()));
+    const std::string_view component = _location->component();
+    return std::string(extensionOf(namePart().empty() ? component : namePart()));
+}
+
+NodePath File::parentPath() const {
+    // Mostly it is the directory without its "/"; where there is one "/" too many, the text is looked at.
+    NodeLocation::Reference directory = _location;
+    if (namePart().empty() || !endsInOneSlash(directory->component())) {
+        const std::string path = getParentPath();
+        if (path == "/") {
+            directory = _location->withDirectory(path);
+            return {directory, &*directory, {}};
+        }
+        directory = _location->withDirectory(path.empty() ? path : path + "/");
+    }
+    std::string_view name = directory->component();
+    if (name.empty()) return {directory, &*directory, {}};
+    name.remove_suffix(1);
+    const NodeLocation* outer = &*directory->outer();
+    return {std::move(directory), outer, name};
 }
 
 std::string File::getParentPath() const {

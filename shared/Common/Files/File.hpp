@@ -35,7 +35,7 @@ class File : public FileBase {
     [[nodiscard]] const std::shared_ptr<File>& parent() const noexcept { return _parent; }
     void setParent(std::shared_ptr<File> value) noexcept { _parent = std::move(value); }
     /// The absolute path of the scanned directory.
-    [[nodiscard]] const std::string& rootpath() const noexcept { return _location->rootpath(); }
+    [[nodiscard]] std::string_view rootpath() const noexcept { return _location->rootpath(); }
     void setRootpath(std::string_view value) { _location = _location->withRootpath(value); }
     /// The path below it, without a leading separator; empty for the root.
     [[nodiscard]] std::string subpath() const;
@@ -103,8 +103,12 @@ class File : public FileBase {
     void writeSubpath(TextWriter& writer) const;
     void writeFileSize(TextWriter& writer) const;
     void writeDates(TextWriter& writer) const;
+    /// Give `getFileName`, `subpath` and `getParentPath`; valid as long as the paths are not assigned.
+    [[nodiscard]] std::string_view fileName() const noexcept;
+    [[nodiscard]] NodePath path() const noexcept { return {_location, &*_location, namePart()}; }
+    [[nodiscard]] NodePath parentPath() const;
     /// Give the part of `subpath` up to its last "/", and what follows.
-    [[nodiscard]] std::string_view directoryPart() const noexcept { return _location->directory(); }
+    [[nodiscard]] const NodeLocation::Reference& location() const noexcept { return _location; }
     [[nodiscard]] std::string_view namePart() const noexcept { return _name.view(); }
 
     /// Remember that a parent index relies on this node's `subpath` and `isDirectory`.

@@ -34,7 +34,7 @@ enum class DownloadOutcome {
 struct DownloadObserver {
     /// Called with the task right after it began, on the main queue.
     std::function<void(const std::shared_ptr<platform::URLSessionTask>& task)> onBegan;
-    /// Called behind the download's last line, on the session's queue.
+    /// Called after the download's last line, when its temporary file is gone, on the session's queue.
     std::function<void(DownloadOutcome outcome)> onEnded;
 };
 

@@ -74,11 +74,12 @@ void FileEnumerator::startDownload(const URL& url, const DownloadObserver& obser
         const auto session =
             platform::URLSession::create(platform::URLSessionConfiguration::defaultSessionConfiguration());
         const auto task = session->downloadTaskWithRequest(
-            request, [url, destination, onEnded = observer.onEnded](const auto& file, const auto& response,
-                                                                    const auto& error) {
+            request, [url, destination, session,
+                      onEnded = observer.onEnded](const auto& file, const auto& response, const auto& error) {
                 const auto outcome = finish(url, destination, file, response, error);
                 print("Asynchroner Download...");
-                if (onEnded) onEnded(outcome);
+                // Not before the session has discarded its file: a program may end then.
+                if (onEnded) session->delegateQueue().async([onEnded, outcome] { onEnded(outcome); });
             });
         task->resume();
         if (observer.onBegan) observer.onBegan(task);

@@ -7,7 +7,6 @@
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
 #include "shared/Common/Files/TextWriter.hpp"
-#include "shared/Common/Files/pathText.hpp"
 
 namespace tonewright {
 namespace {
@@ -35,16 +34,8 @@ void FileTree::findParent(const std::shared_ptr<File>& file) {
     requiredRoot().setParent(nullptr);
     if (!file) platform::fatal(platform::UnexpectedNil);
     if (file->_indent() < 1) return attach(file, root);
-    // Mostly the subpath up to its last "/" is the parent's; odd ones are looked at as a whole.
-    std::string odd;
-    std::string_view path = file->directoryPart();
-    if (file->namePart().empty()) {
-        odd = file->getParentPath();
-        path = odd;
-    } else {
-        while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
-    }
-    if (path.empty()) return attach(file, root);
+    const auto path = file->parentPath();
+    if (path.isEmpty()) return attach(file, root);
     if (filelist.empty()) return; // the node stays unattached
     const auto folder = _index.find(filelist, path);
     attach(file, folder ? folder : root);

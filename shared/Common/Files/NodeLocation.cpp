@@ -4,63 +4,146 @@
 #include "shared/Common/Files/NodeLocation.hpp"
 
 #include "platform/foundation/fatal.hpp"
-#include "shared/Common/Files/pathText.hpp"
 
 #include <algorithm>
-#include <array>
+#include <functional>
 #include <limits>
 #include <new>
 
 namespace tonewright {
 namespace {
 
-// The locations last used, by the length of their directory: a walk that goes depth first mostly finds its
-// own again.
-constexpr std::size_t RememberedLocations = 64;
+std::size_t combined(std::size_t hash, std::string_view text) noexcept {
+    return hash * 1'000'003 + std::hash<std::string_view>()(text);
+}
 
 } // namespace
 
-NodeLocation::NodeLocation(Root rootpath, std::string_view directory)
-    : _directoryLength(static_cast<std::uint32_t>(directory.size()))
-    , _rootpath(std::move(rootpath))
-    , _componentCount(tonewright::componentCount(directory)) {}
+// The location that was asked for last, and its directory as a text. A walk that goes depth first finds the
+// directory that it asks for next there, or around it, or right inside it.
+class NodeLocation::Trail {
+  public:
+    static Trail& ofThisThread() {
+        thread_local Trail trail;
+        return trail;
+    }
 
-NodeLocation* NodeLocation::make(const Root& rootpath, std::string_view directory) {
-    if (directory.size() > std::numeric_limits<std::uint32_t>::max()) platform::fatal("A path is too long");
-    void* room = ::operator new(sizeof(NodeLocation) + directory.size());
-    auto* location = new (room) NodeLocation(rootpath, directory);
-    std::copy(directory.begin(), directory.end(), reinterpret_cast<char*>(location + 1));
-    return location;
+    /// Give the root of this path.
+    const Reference& root(std::string_view rootpath) {
+        if (_root->rootpath() != rootpath) start(make(nullptr, rootpath));
+        return _root;
+    }
+
+    Reference find(const NodeLocation& root, std::string_view directory) {
+        if (&*_root != &root && _root->rootpath() != root.rootpath()) start(Reference(&root));
+        if (directory.empty()) return _root;
+        if (directory == _directory) return _location;
+        const std::size_t common = commonLength(directory);
+        // A component ends behind the last of several "/".
+        while (_location->_directoryLength > common ||
+               (!_location->isRoot() && directory.substr(_location->_directoryLength).starts_with('/')))
+            _location = Reference(_location->_outer);
+        std::size_t at = _location->_directoryLength;
+        _directory.resize(at);
+        _directory.append(directory.substr(at));
+        while (at < directory.size()) {
+            const std::size_t slash = directory.find('/', at);
+            const std::size_t end = std::min(directory.find_first_not_of('/', slash), directory.size());
+            _location = make(&*_location, directory.substr(at, end - at));
+            at = end;
+        }
+        return _location;
+    }
+
+  private:
+    void start(Reference root) {
+        _root = std::move(root);
+        _location = _root;
+        _directory.clear();
+    }
+
+    std::size_t commonLength(std::string_view directory) const {
+        if (directory.starts_with(_directory)) return _directory.size();
+        if (_directory.starts_with(directory)) return directory.size();
+        const auto differing = std::ranges::mismatch(_directory, directory);
+        return static_cast<std::size_t>(differing.in1 - _directory.begin());
+    }
+
+    Reference _root = nowhere();
+    Reference _location = _root;
+    std::string _directory;
+};
+
+NodeLocation::NodeLocation(const NodeLocation* outer, std::string_view text)
+    : _textLength(static_cast<std::uint32_t>(text.size()))
+    , _outer(outer)
+    , _root(outer != nullptr ? outer->_root : this) {
+    if (outer == nullptr) return;
+    _directoryLength = outer->_directoryLength + text.size();
+    _componentCount = outer->_componentCount + 1;
+    _hash = combined(outer->_hash, text);
 }
 
-void NodeLocation::destroy(NodeLocation* location) noexcept {
-    location->~NodeLocation();
-    ::operator delete(location);
+NodeLocation::Reference NodeLocation::make(const NodeLocation* outer, std::string_view text) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max()) platform::fatal("A path is too long");
+    void* room = ::operator new(sizeof(NodeLocation) + text.size());
+    const auto* location = new (room) NodeLocation(outer, text);
+    std::copy(text.begin(), text.end(), static_cast<char*>(room) + sizeof(NodeLocation));
+    return Reference(location);
 }
 
-NodeLocation::Reference NodeLocation::find(const Root& rootpath, std::string_view directory) {
-    thread_local std::array<Reference, RememberedLocations> remembered;
-    Reference& place = remembered[directory.size() % RememberedLocations];
-    const NodeLocation* known = place._location;
-    if (known == nullptr || known->directory() != directory ||
-        (known->_rootpath != rootpath && *known->_rootpath != *rootpath))
-        place = Reference(make(rootpath, directory));
-    return place;
+// One after the other, not each in the destructor of the next: a chain may have more links than the stack has
+// room for calls.
+void NodeLocation::release(const NodeLocation* location) noexcept {
+    while (location != nullptr && location->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        auto* unowned = const_cast<NodeLocation*>(location);
+        location = std::exchange(unowned->_outer._location, nullptr);
+        unowned->~NodeLocation();
+        ::operator delete(unowned);
+    }
 }
 
 NodeLocation::Reference NodeLocation::nowhere() {
-    static const Reference none(make(std::make_shared<const std::string>(), {}));
+    static const Reference none = make(nullptr, {});
     return none;
 }
 
 NodeLocation::Reference NodeLocation::withRootpath(std::string_view rootpath) const {
-    thread_local Root last = std::make_shared<const std::string>();
-    if (*last != rootpath) last = std::make_shared<const std::string>(rootpath);
-    return find(last, directory());
+    Trail& trail = Trail::ofThisThread();
+    const Reference root = trail.root(rootpath);
+    return isRoot() ? root : trail.find(*root, directory());
 }
 
 NodeLocation::Reference NodeLocation::withDirectory(std::string_view directory) const {
-    return find(_rootpath, directory);
+    return Trail::ofThisThread().find(*_root, directory);
+}
+
+void NodeLocation::writeDirectory(char* place) const noexcept {
+    for (const NodeLocation* location = this; !location->isRoot(); location = location->_outer._location) {
+        const std::string_view component = location->text();
+        std::copy(component.begin(), component.end(), place + location->_outer->_directoryLength);
+    }
+}
+
+std::string NodeLocation::directory() const {
+    std::string text(_directoryLength, '\0');
+    writeDirectory(text.data());
+    return text;
+}
+
+bool NodeLocation::hasDirectoryOf(const NodeLocation& other) const noexcept {
+    const NodeLocation* a = this;
+    for (const NodeLocation* b = &other; a != b; a = a->_outer._location, b = b->_outer._location) {
+        if (a->_directoryLength != b->_directoryLength || a->_hash != b->_hash ||
+            a->component() != b->component())
+            return false;
+        if (a->isRoot()) return true;
+    }
+    return true;
+}
+
+std::size_t NodePath::hash() const noexcept {
+    return combined(directory->hash(), name);
 }
 
 } // namespace tonewright

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where nodes lie: the scanned root and the directory below it, kept once for all nodes of one directory.
-// Immutable; the counting of owners is safe from any thread.
+// Where nodes lie: a directory below a scanned root. A location holds the last component of its directory and
+// refers to the location around it, so that a directory costs its own name, however deep it lies. Locations
+// are immutable and shared by the nodes of one directory; the counting of owners is safe from any thread.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,9 +21,7 @@ class NodeLocation {
       public:
         Reference() noexcept = default;
         Reference(const Reference& other) noexcept
-            : _location(other._location) {
-            if (_location != nullptr) _location->_owners.fetch_add(1, std::memory_order_relaxed);
-        }
+            : Reference(other._location) {}
         Reference(Reference&& other) noexcept
             : _location(std::exchange(other._location, nullptr)) {}
         Reference& operator=(Reference other) noexcept {
@@ -31,45 +29,82 @@ class NodeLocation {
             return *this;
         }
         ~Reference() {
-            if (_location != nullptr && _location->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
-                NodeLocation::destroy(_location);
+            if (_location != nullptr) NodeLocation::release(_location);
         }
         const NodeLocation* operator->() const noexcept { return _location; }
+        const NodeLocation& operator*() const noexcept { return *_location; }
 
       private:
         friend class NodeLocation;
-        explicit Reference(NodeLocation* location) noexcept
-            : _location(location) {}
-        NodeLocation* _location = nullptr;
+        explicit Reference(const NodeLocation* location) noexcept
+            : _location(location) {
+            if (_location != nullptr) _location->_owners.fetch_add(1, std::memory_order_relaxed);
+        }
+        const NodeLocation* _location = nullptr;
     };
 
     /// Give the location of the nodes right inside no root at all.
     [[nodiscard]] static Reference nowhere();
     /// Give the same directory below another root.
     [[nodiscard]] Reference withRootpath(std::string_view rootpath) const;
-    /// Give another directory below the same root.
+    /// Give another directory, empty or with the "/" that ends it, below the same root.
     [[nodiscard]] Reference withDirectory(std::string_view directory) const;
 
-    [[nodiscard]] const std::string& rootpath() const noexcept { return *_rootpath; }
-    /// Give the directory with the "/" that ends it; empty for the root's own.
-    [[nodiscard]] std::string_view directory() const noexcept {
-        return {reinterpret_cast<const char*>(this + 1), _directoryLength};
+    [[nodiscard]] std::string_view rootpath() const noexcept { return _root->text(); }
+    /// Give the location around this one; only where the directory is not the root's own.
+    [[nodiscard]] const Reference& outer() const noexcept { return _outer; }
+    /// Give the last component of the directory with every "/" behind it; empty for the root's own.
+    [[nodiscard]] std::string_view component() const noexcept {
+        return isRoot() ? std::string_view() : text();
     }
     [[nodiscard]] std::int64_t componentCount() const noexcept { return _componentCount; }
 
-  private:
-    using Root = std::shared_ptr<const std::string>;
-    NodeLocation(Root rootpath, std::string_view directory);
-    ~NodeLocation() = default;
-    // The bytes of the directory stand right behind the object, in one allocation.
-    [[nodiscard]] static NodeLocation* make(const Root& rootpath, std::string_view directory);
-    static void destroy(NodeLocation* location) noexcept;
-    [[nodiscard]] static Reference find(const Root& rootpath, std::string_view directory);
+    /// Give the bytes of the whole directory with the "/" that ends it; 0 for the root's own.
+    [[nodiscard]] std::size_t directoryLength() const noexcept { return _directoryLength; }
+    /// Write these bytes to `place`.
+    void writeDirectory(char* place) const noexcept;
+    [[nodiscard]] std::string directory() const;
 
-    mutable std::atomic<std::uint32_t> _owners{1};
-    std::uint32_t _directoryLength;
-    Root _rootpath;
-    std::int64_t _componentCount;
+    /// Give a number that is the same for locations of the same directory, whatever their root.
+    [[nodiscard]] std::size_t hash() const noexcept { return _hash; }
+    /// Tell whether the directories have the same text, whatever their root. Locations that one walk made
+    /// are compared at once, others component by component.
+    [[nodiscard]] bool hasDirectoryOf(const NodeLocation& other) const noexcept;
+
+  private:
+    class Trail;
+    NodeLocation(const NodeLocation* outer, std::string_view text);
+    ~NodeLocation() = default;
+    [[nodiscard]] static Reference make(const NodeLocation* outer, std::string_view text);
+    static void release(const NodeLocation* location) noexcept;
+
+    [[nodiscard]] bool isRoot() const noexcept { return _root == this; }
+    // The bytes follow the object, in one allocation: the component, or the root path of a root.
+    [[nodiscard]] std::string_view text() const noexcept {
+        return {reinterpret_cast<const char*>(this + 1), _textLength};
+    }
+
+    mutable std::atomic<std::uint32_t> _owners{0};
+    std::uint32_t _textLength;
+    Reference _outer; // none for a root
+    const NodeLocation* _root;
+    std::size_t _directoryLength = 0;
+    std::int64_t _componentCount = 0;
+    std::size_t _hash = 0;
+};
+
+/// The path of an item below a root: a directory and the name in it, which has no "/".
+struct NodePath {
+    NodeLocation::Reference owner; // of what the other two refer to
+    const NodeLocation* directory;
+    std::string_view name;
+
+    [[nodiscard]] bool isEmpty() const noexcept { return directory->directoryLength() == 0 && name.empty(); }
+    [[nodiscard]] std::size_t hash() const noexcept;
+    /// Tell whether the texts are the same.
+    friend bool operator==(const NodePath& a, const NodePath& b) noexcept {
+        return a.name == b.name && a.directory->hasDirectoryOf(*b.directory);
+    }
 };
 
 } // namespace tonewright

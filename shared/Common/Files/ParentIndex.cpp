@@ -7,7 +7,6 @@
 #include "shared/Common/Files/Folder.hpp"
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 namespace tonewright {
@@ -16,23 +15,17 @@ namespace {
 // A list this short is indexed as fast as it is walked.
 constexpr std::size_t ShortList = 16;
 
-std::size_t hashOf(std::string_view path) {
-    return std::hash<std::string_view>()(path);
-}
-
 [[noreturn]] void failConversion() {
     platform::fatal("Could not cast value of type 'File' to 'Folder'");
 }
 
-bool hasSubpath(const File& node, std::string_view path) {
-    const std::string_view directory = node.directoryPart();
-    return path.size() == directory.size() + node.namePart().size() && path.starts_with(directory) &&
-           path.substr(directory.size()) == node.namePart();
+bool hasSubpath(const File& node, const NodePath& path) {
+    return node.namePart() == path.name && node.location()->hasDirectoryOf(*path.directory);
 }
 
 } // namespace
 
-std::shared_ptr<File> ParentIndex::walk(const FileList& list, std::string_view path) {
+std::shared_ptr<File> ParentIndex::walk(const FileList& list, const NodePath& path) {
     for (std::size_t i = list.size(); i > 0; --i) {
         const auto& node = list[i - 1];
         if (!node->isDirectory()) continue;
@@ -42,7 +35,7 @@ std::shared_ptr<File> ParentIndex::walk(const FileList& list, std::string_view p
     return nullptr;
 }
 
-std::shared_ptr<File> ParentIndex::find(const FileList& list, std::string_view path) {
+std::shared_ptr<File> ParentIndex::find(const FileList& list, const NodePath& path) {
     const Stamp now{list.edits(), File::relabelings()};
     if (now != _stamp) {
         if (list.size() > ShortList && _walked != now) {
@@ -53,9 +46,9 @@ std::shared_ptr<File> ParentIndex::find(const FileList& list, std::string_view p
         _stamp = now;
     }
     indexNewEntries(list);
-    if (!_lastFound || path != _lastPath) {
+    if (!_lastFound || path != *_lastPath) {
         _lastPath = path;
-        const std::size_t next = _slots.empty() ? 0 : slotOf(list, path, hashOf(path)).next;
+        const std::size_t next = _slots.empty() ? 0 : slotOf(list, path, path.hash()).next;
         _lastFound = next == 0 ? std::nullopt : std::optional(next - 1);
     }
     if (_lastMisfit && (!_lastFound || *_lastMisfit > *_lastFound)) failConversion();
@@ -84,7 +77,7 @@ void ParentIndex::indexNewEntries(const FileList& list) {
 
 void ParentIndex::insert(const FileList& list, std::size_t position) {
     const File& node = *list[position];
-    if (_lastFound && hasSubpath(node, _lastPath)) _lastFound = position;
+    if (_lastFound && hasSubpath(node, *_lastPath)) _lastFound = position;
     if (2 * (_folders + 1) > _slots.size()) {
         const std::size_t size = std::max<std::size_t>(64, _slots.size() * 2);
         const std::vector<Slot> old = std::exchange(_slots, std::vector<Slot>(size));
@@ -95,14 +88,14 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
             _slots[at] = slot;
         }
     }
-    _path.assign(node.directoryPart()).append(node.namePart());
-    const std::size_t hash = hashOf(_path);
-    Slot& slot = slotOf(list, _path, hash);
+    const NodePath path = node.path();
+    const std::size_t hash = path.hash();
+    Slot& slot = slotOf(list, path, hash);
     if (slot.next == 0) ++_folders;
     slot = {hash, position + 1}; // a later folder with the same subpath takes the place of the earlier
 }
 
-ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, std::string_view path, std::size_t hash) {
+ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, const NodePath& path, std::size_t hash) {
     const std::size_t mask = _slots.size() - 1;
     std::size_t at = hash & mask;
     while (_slots[at].next != 0 && (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path)))

@@ -7,12 +7,11 @@
 #pragma once
 
 #include "shared/Common/Files/FileList.hpp"
+#include "shared/Common/Files/NodeLocation.hpp"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace tonewright {
@@ -20,10 +19,10 @@ namespace tonewright {
 class ParentIndex {
   public:
     /// Give the last entry of `list` that is a directory and has the subpath `path`; null when there is none.
-    /// A directory that is no `Folder` and stands behind it is fatal, as it is for the walk.
-    [[nodiscard]] std::shared_ptr<File> find(const FileList& list, std::string_view path);
+    /// A directory after it in the list that is no `Folder` is fatal, as it is for the walk.
+    [[nodiscard]] std::shared_ptr<File> find(const FileList& list, const NodePath& path);
     /// Give the same by walking.
-    [[nodiscard]] static std::shared_ptr<File> walk(const FileList& list, std::string_view path);
+    [[nodiscard]] static std::shared_ptr<File> walk(const FileList& list, const NodePath& path);
 
   private:
     struct Stamp {
@@ -41,14 +40,13 @@ class ParentIndex {
         std::size_t next = 0; // the position plus one; 0: free
     };
     void insert(const FileList& list, std::size_t position);
-    [[nodiscard]] Slot& slotOf(const FileList& list, std::string_view path, std::size_t hash);
+    [[nodiscard]] Slot& slotOf(const FileList& list, const NodePath& path, std::size_t hash);
 
     std::vector<Slot> _slots;
     std::size_t _folders = 0;
     std::size_t _indexed = 0;               // entries looked at
     std::optional<std::size_t> _lastMisfit; // the last directory that is no `Folder`
-    std::string _path;                      // kept for its room
-    std::string _lastPath;                  // asked for last; a folder's contents come one after the other
+    std::optional<NodePath> _lastPath;      // asked for last; a folder's contents come one after the other
     std::optional<std::size_t> _lastFound;
     Stamp _stamp;                 // of the list that the index describes
     std::optional<Stamp> _walked; // of the list as it was at the last walk

@@ -86,14 +86,14 @@ void FileBase::dumpout() const {
 void File::dumpout() const {
     const std::string head = headOf(*this);
     const std::string attributesText = attributes().description();
+    const std::string path = subpath();
     (Line(head) << " filename='" << getFileName() << "' />").print();
     FileBase::dumpout();
     (Line(head) << " uid=" << uid().stringValue() << " parent='" << describe(parent()) << "' rootpath='"
-                << rootpath() << "' subpath='" << directoryPart() << namePart()
-                << "' exists=" << textOf(exists()) << " isDirectory=" << textOf(isDirectory())
-                << " isWritable=" << textOf(isWritable()) << " isReadeble=" << textOf(isReadeble())
-                << " isExecutable=" << textOf(isExecutable()) << " isDeleteble=" << textOf(isDeleteble())
-                << " attributes='" << attributesText << "' />")
+                << rootpath() << "' subpath='" << path << "' exists=" << textOf(exists())
+                << " isDirectory=" << textOf(isDirectory()) << " isWritable=" << textOf(isWritable())
+                << " isReadeble=" << textOf(isReadeble()) << " isExecutable=" << textOf(isExecutable())
+                << " isDeleteble=" << textOf(isDeleteble()) << " attributes='" << attributesText << "' />")
         .print();
     dumpFields(head, attributesText);
 }

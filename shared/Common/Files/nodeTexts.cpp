@@ -24,14 +24,18 @@ void writeDate(TextWriter& writer, const std::optional<platform::Date>& date) {
 } // namespace
 
 void File::writeFileName(TextWriter& writer) const {
-    if (!namePart().empty())
-        writer.write(namePart());
-    else
-        writer.write(getFileName());
+    writer.write(fileName());
 }
 
 void File::writeSubpath(TextWriter& writer) const {
-    writer.write(directoryPart());
+    const std::size_t length = location()->directoryLength();
+    if (length > TextWriter::MostRoom) {
+        writer.write(location()->directory());
+    } else {
+        char* const text = writer.room(length);
+        location()->writeDirectory(text);
+        writer.advanceTo(text + length);
+    }
     writer.write(namePart());
 }
 

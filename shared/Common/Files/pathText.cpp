@@ -13,16 +13,6 @@ std::string_view withoutTrailingSlashes(std::string_view path) noexcept {
 
 } // namespace
 
-std::int64_t componentCount(std::string_view path) noexcept {
-    std::int64_t count = path.starts_with('/') ? 1 : 0;
-    bool inside = false;
-    for (const char c : path) {
-        if (c != '/' && !inside) ++count;
-        inside = c != '/';
-    }
-    return count;
-}
-
 std::string_view lastComponent(std::string_view path) noexcept {
     path = withoutTrailingSlashes(path);
     if (path == "/") return path;

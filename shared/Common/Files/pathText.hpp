@@ -5,13 +5,10 @@
 // Pure functions; any thread.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 namespace tonewright {
 
-/// Give the number of components.
-[[nodiscard]] std::int64_t componentCount(std::string_view path) noexcept;
 /// Give the last component; empty when there is none, "/" for the root.
 [[nodiscard]] std::string_view lastComponent(std::string_view path) noexcept;
 /// Give the path without its last component: "a/b" for "a/b/c", empty for "a", "/" for "/a".
