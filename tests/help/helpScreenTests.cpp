@@ -192,12 +192,12 @@ struct Viewer {
         const char* const places[] = {"webkit-pdfjs-viewer://*/*", nullptr};
         auto* script = webkit_user_script_new(R"(setInterval(() => {
             const viewer = window.PDFViewerApplication;
-            const text = document.querySelector('.page[data-page-number="1"] .textLayer span:not(:empty)');
+            const text = document.querySelector('.page[data-page-number="1"] .textLayer span[role="presentation"]');
             if (!viewer?.pdfViewer || !text) return;
             const shown = name => document.getElementById(name)?.getClientRects().length ? name : '';
             window.webkit.messageHandlers.test.postMessage([
                 viewer.page, parseFloat(getComputedStyle(text).fontSize), viewer.pdfViewer.container.scrollTop,
-                document.activeElement.id || 'none', document.getElementById('toolbarViewer').offsetHeight * innerWidth,
+                document.hasFocus() ? document.activeElement.id || "viewer" : "elsewhere", document.getElementById('toolbarViewer').offsetHeight * innerWidth,
                 'shown:' + ['print', 'download', 'openFile', 'editorModeButtons', 'secondaryPrint', 'secondaryDownload',
                             'secondaryOpenFile', 'presentationMode'].map(shown).join('')].join(' '));
         }, 50))",
@@ -230,7 +230,6 @@ void press(const std::string& keys) {
 }
 
 TEST_F(HelpScreenTest, KeysWorkInTheManualAtOnce) {
-    test::CapturedOutput output;
     const auto screen = makeScreen();
     show(screen);
     ASSERT_EQ(std::system(("xdotool windowfocus --sync $(xdotool search --onlyvisible --pid " +
@@ -238,13 +237,14 @@ TEST_F(HelpScreenTest, KeysWorkInTheManualAtOnce) {
                               .c_str()),
               0);
     Viewer viewer(*screen);
-    ASSERT_TRUE(waitFor([&] { return viewer.focus == "viewerContainer"; })) << viewer.focus;
+    EXPECT_TRUE(waitFor([&] { return viewer.focus == "viewer" || viewer.focus == "viewerContainer"; }))
+        << viewer.focus << ' ' << viewer.page << ' ' << viewer.textSize;
     EXPECT_EQ(viewer.shown, "shown:") << "it does nothing in this window";
     const double size = viewer.textSize, toolbar = viewer.toolbar;
     press("ctrl+plus");
-    EXPECT_TRUE(waitFor([&] { return viewer.textSize > 1.05 * size; }));
+    EXPECT_TRUE(waitFor([&] { return viewer.textSize > 1.05 * size && viewer.toolbar == toolbar; }));
     press("ctrl+minus ctrl+minus");
-    EXPECT_TRUE(waitFor([&] { return viewer.textSize < 0.95 * size; }));
+    EXPECT_TRUE(waitFor([&] { return viewer.textSize < 0.95 * size && viewer.toolbar == toolbar; }));
     press("ctrl+0");
     EXPECT_TRUE(waitFor([&] { return std::abs(viewer.textSize - size) < 0.01 * size; })) << viewer.textSize;
     EXPECT_EQ(viewer.toolbar, toolbar);

@@ -29,14 +29,6 @@ GObjectRef<WebKitSettings> makeSettings() {
     return settings;
 }
 
-// The viewer of a PDF takes longer to show something than other pages.
-bool showsPdf(WebKitWebView* view) {
-    WebKitWebResource* resource = webkit_web_view_get_main_resource(view);
-    WebKitURIResponse* response = resource == nullptr ? nullptr : webkit_web_resource_get_response(resource);
-    return response != nullptr &&
-           g_strcmp0(webkit_uri_response_get_mime_type(response), "application/pdf") == 0;
-}
-
 std::string textOf(const char* text) {
     return text == nullptr ? "" : text;
 }

@@ -73,6 +73,13 @@ bool isPartOfPdfViewer(const char* uri) {
     return uri != nullptr && g_str_has_prefix(uri, Scheme) != FALSE;
 }
 
+bool showsPdf(WebKitWebView* view) {
+    WebKitWebResource* resource = webkit_web_view_get_main_resource(view);
+    WebKitURIResponse* response = resource == nullptr ? nullptr : webkit_web_resource_get_response(resource);
+    return response != nullptr &&
+           g_strcmp0(webkit_uri_response_get_mime_type(response), "application/pdf") == 0;
+}
+
 WebKitUserContentManager* newPdfViewerManager() {
     const char* const places[] = {Place, nullptr}; // NOLINT(modernize-avoid-c-arrays): the engine's interface
     WebKitUserContentManager* manager = webkit_user_content_manager_new();

@@ -11,6 +11,9 @@ namespace platform {
 /// Returns whether `uri` belongs to the viewer and not to what it shows.
 [[nodiscard]] bool isPartOfPdfViewer(const char* uri);
 
+/// Returns whether the page of `view` is a PDF, which the viewer shows.
+[[nodiscard]] bool showsPdf(WebKitWebView* view);
+
 /// Returns the content manager of a new view, which takes from the viewer what leads out of the view
 /// (printing, saving, opening, presenting) and the tools for annotations, opens its search bar with Ctrl and
 /// F, and lets Ctrl and 0 fit the page into the width, as it is at first.
