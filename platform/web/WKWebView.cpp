@@ -10,6 +10,7 @@
 #include "platform/ui/detail/ViewImplementation.hpp"
 #include "platform/ui/detail/translated.hpp"
 #include "platform/web/detail/WebEngine.hpp"
+#include "platform/web/detail/WorkingNotice.hpp"
 
 namespace platform {
 namespace {
@@ -49,7 +50,8 @@ GtkWidget* makeNotice() {
 class WKWebView::Asker final : public WebClient {
   public:
     explicit Asker(WKWebView& view)
-        : _view(view) {}
+        : _view(view)
+        , _working(widgetOf(view)) {}
 
     void decideAction(const std::string& uri, const WebAnswer& answer) override {
         const auto delegate = navigation.lock();
@@ -71,11 +73,14 @@ class WKWebView::Asker final : public WebClient {
             delegate->createWebViewWith(_view, {}, WKNavigationAction{{urlOf(uri)}}, {});
     }
 
+    void workingChanged(bool isWorking) override { isWorking ? _working.begin() : _working.end(); }
+
     std::weak_ptr<WKUIDelegate> ui;
     std::weak_ptr<WKNavigationDelegate> navigation;
 
   private:
     WKWebView& _view;
+    WorkingNotice _working;
 };
 
 void WKWebView::registerClass() {
@@ -92,6 +97,7 @@ WKWebView::WKWebView(std::unique_ptr<Implementation> implementation)
     , _asker(std::make_unique<Asker>(*this)) {}
 
 WKWebView::~WKWebView() {
+    _asker->workingChanged(false);
     GtkWidget* child = gtk_widget_get_first_child(widgetOf(*this));
     if (child != nullptr) gtk_widget_unparent(child);
 }

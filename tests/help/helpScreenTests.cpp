@@ -9,6 +9,8 @@
 #include "tests/web/webFixture.hpp"
 
 #include <cstdio>
+#include <sstream>
+#include <webkit/webkit.h>
 
 namespace tonewright {
 
@@ -179,6 +181,92 @@ TEST_F(HelpScreenTest, HelpPageThatIsMissingIsFatalAndOneThatIsNoTextIsTold) {
     (void)tree.file("share/tonewright/help.html", "<p>caf\xE9</p>");
     EXPECT_EQ(run(output), 0) << output;
     EXPECT_NE(output.find("couldn't be opened (It is not UTF-8 text)."), std::string::npos) << output;
+}
+
+// What the viewer says of itself, from a script of the test's own inside it.
+struct Viewer {
+    explicit Viewer(const HelpViewController& screen)
+        : manager(
+              webkit_web_view_get_user_content_manager(WEBKIT_WEB_VIEW(engineOf(*screen.webView.lock())))) {
+        // NOLINTNEXTLINE(modernize-avoid-c-arrays): the engine's interface
+        const char* const places[] = {"webkit-pdfjs-viewer://*/*", nullptr};
+        auto* script = webkit_user_script_new(R"(setInterval(() => {
+            const viewer = window.PDFViewerApplication;
+            const text = document.querySelector('.page[data-page-number="1"] .textLayer span[role="presentation"]');
+            if (!viewer?.pdfViewer || !text) return;
+            const shown = name => document.getElementById(name)?.getClientRects().length ? name : '';
+            window.webkit.messageHandlers.test.postMessage([
+                viewer.page, parseFloat(getComputedStyle(text).fontSize), viewer.pdfViewer.container.scrollTop,
+                document.hasFocus() ? document.activeElement.id || "viewer" : "elsewhere", document.getElementById('toolbarViewer').offsetHeight * innerWidth,
+                'shown:' + ['print', 'download', 'openFile', 'editorModeButtons', 'secondaryPrint', 'secondaryDownload',
+                            'secondaryOpenFile', 'presentationMode'].map(shown).join('')].join(' '));
+        }, 50))",
+                                              WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                                              WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END, places, nullptr);
+        webkit_user_content_manager_add_script(manager, script);
+        webkit_user_script_unref(script);
+        g_signal_connect(manager, "script-message-received::test",
+                         G_CALLBACK(+[](WebKitUserContentManager*, JSCValue* value, Viewer* self) {
+                             char* text = jsc_value_to_string(value);
+                             std::istringstream(text) >> self->page >> self->textSize >> self->top >>
+                                 self->focus >> self->toolbar >> self->shown;
+                             g_free(text);
+                         }),
+                         this);
+        webkit_user_content_manager_register_script_message_handler(manager, "test", nullptr);
+    }
+    ~Viewer() { g_signal_handlers_disconnect_by_data(manager, this); }
+    Viewer(const Viewer&) = delete;
+    Viewer& operator=(const Viewer&) = delete;
+
+    WebKitUserContentManager* manager;
+    int page = 0;
+    double textSize = 0, top = 0, toolbar = 0;
+    std::string focus, shown;
+};
+
+void press(const std::string& keys) {
+    ASSERT_EQ(std::system(("xdotool key " + keys).c_str()), 0);
+}
+
+TEST_F(HelpScreenTest, KeysWorkInTheManualAtOnce) {
+    const auto screen = makeScreen();
+    show(screen);
+    ASSERT_EQ(std::system(("xdotool windowfocus --sync $(xdotool search --onlyvisible --pid " +
+                           std::to_string(getpid()) + " | head -n 1)")
+                              .c_str()),
+              0);
+    Viewer viewer(*screen);
+    EXPECT_TRUE(waitFor([&] { return viewer.focus == "viewer" || viewer.focus == "viewerContainer"; }))
+        << viewer.focus << ' ' << viewer.page << ' ' << viewer.textSize;
+    EXPECT_EQ(viewer.shown, "shown:") << "it does nothing in this window";
+    const double size = viewer.textSize, toolbar = viewer.toolbar;
+    press("ctrl+plus");
+    EXPECT_TRUE(waitFor([&] { return viewer.textSize > 1.05 * size && viewer.toolbar == toolbar; }));
+    press("ctrl+minus ctrl+minus");
+    EXPECT_TRUE(waitFor([&] { return viewer.textSize < 0.95 * size && viewer.toolbar == toolbar; }));
+    press("ctrl+0");
+    EXPECT_TRUE(waitFor([&] { return std::abs(viewer.textSize - size) < 0.01 * size; })) << viewer.textSize;
+    EXPECT_EQ(viewer.toolbar, toolbar);
+
+    for (const char* key : {"Down", "Page_Down", "space"}) {
+        const double before = viewer.top;
+        press(key);
+        EXPECT_TRUE(waitFor([&] { return viewer.top > before; })) << key;
+        EXPECT_TRUE(platform::testing::waitFor(
+            [&, last = -1.0]() mutable { return std::exchange(last, viewer.top) == viewer.top; }));
+    }
+    press("End");
+    EXPECT_TRUE(waitFor([&] { return viewer.page > 10; }));
+    press("Home");
+    EXPECT_TRUE(waitFor([&] { return viewer.page == 1; }));
+    press("Right");
+    EXPECT_TRUE(waitFor([&] { return viewer.page == 2; }));
+    press("Left");
+    EXPECT_TRUE(waitFor([&] { return viewer.page == 1; }));
+    press("ctrl+f");
+    EXPECT_TRUE(waitFor([&] { return viewer.focus == "findInput"; })) << viewer.focus;
+    screen->buttonExit->press();
 }
 
 TEST_F(HelpScreenTest, ExitWorksWhateverThePageDoes) {

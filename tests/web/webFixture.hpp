@@ -26,6 +26,7 @@ class PageServer {
         std::string type = "text/html";
         std::string location = {}; // a redirect to it
         bool stays = false;        // never answered
+        int status = 200;          // 401 asks for a password
     };
 
     PageServer() {
@@ -64,7 +65,10 @@ class PageServer {
         if (page.stays) return soup_server_message_pause(message);
         if (!page.location.empty())
             return soup_server_message_set_redirect(message, 302, page.location.c_str());
-        soup_server_message_set_status(message, 200, nullptr);
+        soup_server_message_set_status(message, static_cast<guint>(page.status), nullptr);
+        if (page.status == 401)
+            soup_message_headers_append(soup_server_message_get_response_headers(message), "WWW-Authenticate",
+                                        "Basic realm=\"test\"");
         soup_server_message_set_response(message, page.type.c_str(), SOUP_MEMORY_COPY, page.body.data(),
                                          page.body.size());
     }

@@ -253,8 +253,35 @@ TEST_F(WebViewTest, PageThatLoopsOrBreaksDownEndsAlone) {
     ::kill(webProcess(), SIGKILL);
     EXPECT_TRUE(waitForTitle("This page stopped working"));
     EXPECT_EQ(judge->actions.size(), 2U) << "the notice asks nothing";
-    load(server.url("/"));
-    EXPECT_TRUE(waitForTitle("root")) << "the view can be used again";
+    // Reload, as the context menu has it, and the same again.
+    webkit_web_view_reload(WEBKIT_WEB_VIEW(testing::engineOf(*view)));
+    ASSERT_TRUE(waitForTitle("root")) << "the view can be used again";
+    ::kill(webProcess(), SIGKILL);
+    EXPECT_TRUE(waitForTitle("This page stopped working"));
+}
+
+TEST_F(WebViewTest, RefusedPasswordShowsTheServersPage) {
+    server.pages["/locked"] = {.body = page("document.title = 'who are you?'"), .status = 401};
+    load(server.url("/locked"));
+    EXPECT_TRUE(waitForTitle("who are you?"));
+    EXPECT_EQ(std::count(server.asked.begin(), server.asked.end(), "/locked"), 1);
+}
+
+TEST_F(WebViewTest, RedirectThatCannotBeFollowedIsTold) {
+    server.pages["/data"] = {.location = "data:text/html,%3Ctitle%3Edata%3C/title%3E"};
+    load(server.url("/data"));
+    EXPECT_TRUE(waitForTitle("This page cannot be loaded"));
+}
+
+TEST_F(WebViewTest, TellsThatItWorksUntilThereIsSomethingToSee) {
+    const auto notice = [&] { return gtk_widget_get_next_sibling(testing::engineOf(*view)); };
+    server.pages["/silent"] = {.stays = true};
+    load(server.url("/silent"), 1.5);
+    EXPECT_EQ(notice(), nullptr);
+    ASSERT_TRUE(waitFor([&] { return notice() != nullptr; }));
+    EXPECT_NE(titleOf(*view), "This page does not answer");
+    ASSERT_TRUE(waitForTitle("This page does not answer"));
+    EXPECT_TRUE(waitFor([&] { return notice() == nullptr; }));
 }
 
 } // namespace

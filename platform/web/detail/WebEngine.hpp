@@ -23,6 +23,8 @@ class WebClient {
     virtual void decideResponse(const std::string& uri, const WebAnswer& answer) = 0;
     /// A page asks for a window, which it does not get.
     virtual void windowWanted(const std::string& uri) = 0;
+    /// A page that was asked for has nothing to show yet (true), or has by now, or has failed (false).
+    virtual void workingChanged(bool isWorking) = 0;
 };
 
 /// One view of the engine. Its end also ends the processes that it had.

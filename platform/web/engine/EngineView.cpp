@@ -5,14 +5,14 @@
 
 #include "platform/ui/detail/translated.hpp"
 #include "platform/web/engine/errorPage.private.hpp"
+#include "platform/web/engine/pdfViewer.private.hpp"
 #include "platform/web/engine/refusals.private.hpp"
 #include "platform/web/engine/zoomKeys.private.hpp"
 
+#include <utility>
+
 namespace platform {
 namespace {
-
-// The engine shows a PDF in a viewer of its own, a page of this scheme.
-constexpr const char* ViewerScheme = "webkit-pdfjs-viewer:";
 
 // A context of its own for each view: with it go the processes that the engine keeps ready for a next page.
 GObjectRef<WebKitWebContext> makeContext() {
@@ -57,14 +57,17 @@ EngineView::EngineView(WebClient& client)
     , _context(makeContext())
     , _session(GObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())) {
     const auto settings = makeSettings();
-    _view = GObjectRef<WebKitWebView>::keep(
-        WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", _context.get(), "network-session",
-                                     _session.get(), "settings", settings.get(), nullptr)));
+    const auto manager = GObjectRef<WebKitUserContentManager>::adopt(newPdfViewerManager());
+    _view = GObjectRef<WebKitWebView>::keep(WEBKIT_WEB_VIEW(
+        g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", _context.get(), "network-session", _session.get(),
+                     "settings", settings.get(), "user-content-manager", manager.get(), nullptr)));
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    translated("Page"), -1);
     refuseWhatPagesAskFor(_view.get());
     refuseDownloads(_session.get());
     addZoomKeys(_view.get());
+    attendPdfViewer(
+        _view.get(), +[](gpointer self) { static_cast<EngineView*>(self)->tellIsWorking(false); }, this);
 
     using Self = EngineView;
     const auto on = [this](const char* signal, GCallback handler) {
@@ -90,13 +93,14 @@ EngineView::EngineView(WebClient& client)
 
 EngineView::~EngineView() {
     g_signal_handlers_disconnect_by_data(_view.get(), this);
+    leavePdfViewer(_view.get());
     _pending.reset();
     // A page that loops for ever would not hear that it is closed.
     webkit_web_view_terminate_web_process(_view.get());
 }
 
 void EngineView::load(const std::string& uri, double timeoutSeconds) {
-    _isTellingOfEnd = false;
+    tellIsWorking(true);
     _timeout.set(timeoutSeconds, [this] {
         const std::string waiting = textOf(webkit_web_view_get_uri(_view.get()));
         webkit_web_view_stop_loading(_view.get());
@@ -107,7 +111,7 @@ void EngineView::load(const std::string& uri, double timeoutSeconds) {
 }
 
 void EngineView::loadHTML(const std::string& html, const std::string& baseURI) {
-    _isTellingOfEnd = false;
+    tellIsWorking(true);
     const auto bytes = g_bytes_new(html.data(), html.size());
     webkit_web_view_load_bytes(_view.get(), bytes, "text/html", "UTF-8", baseURI.c_str());
     g_bytes_unref(bytes);
@@ -118,14 +122,14 @@ gboolean EngineView::decide(WebKitPolicyDecision* decision, WebKitPolicyDecision
         WebKitURIResponse* response =
             webkit_response_policy_decision_get_response(WEBKIT_RESPONSE_POLICY_DECISION(decision));
         const std::string uri = textOf(webkit_uri_response_get_uri(response));
-        if (uri.starts_with(ViewerScheme)) return FALSE; // the engine's own answer: go on
+        if (isPartOfPdfViewer(uri.c_str())) return FALSE; // the engine's own answer: go on
         _client.decideResponse(uri, answerTo(decision));
         return TRUE;
     }
     WebKitNavigationAction* action =
         webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
     const std::string uri = textOf(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
-    if (uri.starts_with(ViewerScheme)) return FALSE;
+    if (isPartOfPdfViewer(uri.c_str())) return FALSE;
     _client.decideAction(uri, answerTo(decision));
     return TRUE;
 }
@@ -138,17 +142,24 @@ WebAnswer EngineView::answerTo(WebKitPolicyDecision* decision) {
 }
 
 void EngineView::loadChanged(WebKitLoadEvent event) {
-    if (event == WEBKIT_LOAD_STARTED)
+    if (event == WEBKIT_LOAD_STARTED) {
         _timeout.start();
-    else if (event == WEBKIT_LOAD_COMMITTED)
+        _isNotice = std::exchange(_noticeIsStarting, false);
+    } else if (event == WEBKIT_LOAD_COMMITTED) {
         _timeout.stop(); // from now on there is something to see
+        if (!showsPdf(_view.get())) tellIsWorking(false);
+    }
 }
 
 gboolean EngineView::loadFailed(const char* uri, const GError& error) {
     _timeout.stop();
+    tellIsWorking(false);
     // What the policies or the user ended, and what belongs into another program, leaves the page that is
     // there.
-    if (error.domain == WEBKIT_POLICY_ERROR || error.domain == WEBKIT_MEDIA_ERROR ||
+    const bool isRefused = error.domain == WEBKIT_POLICY_ERROR &&
+                           error.code != WEBKIT_POLICY_ERROR_CANNOT_USE_RESTRICTED_PORT &&
+                           error.code != WEBKIT_POLICY_ERROR_FAILED;
+    if (isRefused || error.domain == WEBKIT_MEDIA_ERROR ||
         g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) != FALSE)
         return TRUE;
     tell(translated("This page cannot be loaded"), error.message, textOf(uri));
@@ -157,16 +168,23 @@ gboolean EngineView::loadFailed(const char* uri, const GError& error) {
 
 void EngineView::processEnded() {
     _timeout.stop();
-    if (_isTellingOfEnd) return; // not even that page can be shown
+    tellIsWorking(false);
+    if (_isNotice || _noticeIsStarting) return; // what it tells stays on the screen
     tell(translated("This page stopped working"),
          translated("Exit leads back; the page can then be opened again."),
          textOf(webkit_web_view_get_uri(_view.get())));
-    _isTellingOfEnd = true;
 }
 
 void EngineView::tell(const std::string& title, const std::string& sentence, const std::string& uri) {
+    _noticeIsStarting = true;
     webkit_web_view_load_alternate_html(_view.get(), errorPage(title, sentence, uri).c_str(),
                                         uri.empty() ? "about:blank" : uri.c_str(), nullptr);
+}
+
+void EngineView::tellIsWorking(bool isWorking) {
+    if (_isWorking == isWorking) return;
+    _isWorking = isWorking;
+    _client.workingChanged(isWorking);
 }
 
 } // namespace platform

@@ -46,6 +46,7 @@ class EngineView final : public WebEngineView {
     void loadChanged(WebKitLoadEvent event);
     gboolean loadFailed(const char* uri, const GError& error);
     void processEnded();
+    void tellIsWorking(bool isWorking);
     void tell(const std::string& title, const std::string& sentence, const std::string& uri);
 
     WebClient& _client;
@@ -54,7 +55,9 @@ class EngineView final : public WebEngineView {
     GObjectRef<WebKitWebView> _view;
     std::shared_ptr<PendingDecisions> _pending = std::make_shared<PendingDecisions>();
     PageTimeout _timeout;
-    bool _isTellingOfEnd = false; // the page shown says that the page before it broke down
+    bool _isWorking = false; // until there is something to see of what was asked for
+    bool _isNotice = false;  // the page that is loading, or there, is one of ours that tells of a failure
+    bool _noticeIsStarting = false; // such a page was asked for, and the engine has not begun with it
 };
 
 } // namespace platform

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// Let Ctrl and +, - or 0 zoom `view`, unless its page uses them itself, as the viewer of PDFs does.
+/// Lets Ctrl and +, - or 0 zoom `view`, unless it shows a PDF, whose viewer has these keys itself.
 void addZoomKeys(WebKitWebView* view);
 
 } // namespace platform
