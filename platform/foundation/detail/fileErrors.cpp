@@ -6,7 +6,6 @@
 #include "platform/foundation/detail/PathLocation.hpp"
 
 #include <cstring>
-#include <filesystem>
 
 namespace platform::detail {
 namespace {
@@ -16,12 +15,9 @@ std::string reasonOf(int errorNumber) {
     return text != nullptr ? text : "error " + std::to_string(errorNumber);
 }
 
-} // namespace
-
-std::string quotedName(std::string_view path) {
-    const std::string name = splitPath(path).name;
+std::string quoted(std::string_view text) {
     std::string quoted = "'";
-    for (const char c : name.empty() ? std::string(path) : name) {
+    for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
         if (c == '\n') {
             quoted += "\\n";
@@ -36,6 +32,13 @@ std::string quotedName(std::string_view path) {
     return quoted += '\'';
 }
 
+} // namespace
+
+std::string quotedName(std::string_view path) {
+    const std::string name = splitPath(path).name;
+    return quoted(name.empty() ? path : name);
+}
+
 Error itemError(int errorNumber, std::string_view path, std::string_view participle) {
     return posixError(errorNumber, "The file " + quotedName(path) + " couldn't be " +
                                        std::string(participle) + " (" + reasonOf(errorNumber) + ").");
@@ -46,12 +49,9 @@ Error attributesError(int errorNumber, std::string_view path) {
                                        reasonOf(errorNumber) + ").");
 }
 
-std::string absolutePath(std::string_view path) {
-    if (path.starts_with('/')) return std::string(path);
-    std::error_code ignored;
-    std::string base = std::filesystem::current_path(ignored).string();
-    if (!base.ends_with('/')) base += '/';
-    return base.append(path);
+Error readingError(int errorNumber, std::string_view path) {
+    return posixError(errorNumber, "The directory " + quoted(path) + " couldn't be read to its end (" +
+                                       reasonOf(errorNumber) + ").");
 }
 
 } // namespace platform::detail
