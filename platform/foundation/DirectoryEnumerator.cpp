@@ -4,13 +4,12 @@
 #include "platform/foundation/DirectoryEnumerator.hpp"
 
 #include "platform/foundation/detail/AccessRights.hpp"
-#include "platform/foundation/detail/DirectoryListing.hpp"
 #include "platform/foundation/detail/DirectoryStack.hpp"
 #include "platform/foundation/detail/PathLocation.hpp"
 #include "platform/foundation/detail/fileErrors.hpp"
+#include "platform/foundation/detail/itemOperations.hpp"
 
 #include <cerrno>
-#include <deque>
 #include <dirent.h>
 #include <fcntl.h>
 
@@ -18,34 +17,35 @@ namespace platform {
 
 using detail::AccessRights;
 using detail::Descriptor;
-using detail::DirectoryListing;
 using detail::DirectoryStack;
 using detail::FileStatus;
 using detail::Rights;
 
 class DirectoryEnumerator::Implementation {
   public:
-    Implementation(Descriptor root, const std::string& path)
-        : _stack(std::move(root), path) {
-        _levels.emplace_back().listing.read(_stack.descriptor());
+    Implementation(Descriptor root, std::string path)
+        : _path(std::move(path))
+        , _stack(std::move(root)) {
+        _levels.emplace_back();
+        list();
     }
 
     std::optional<std::string_view> nextObject() {
         if (_mayDescend) descend();
         _itemStatus.reset();
         _mayDescend = false;
-        while (!level().listing.advance()) {
+        while (!_stack.listing().advance()) {
             if (_stack.depth() == 1) return std::nullopt;
             _stack.leave();
         }
         _subpath.resize(level().prefixLength);
-        _subpath += level().listing.name();
+        _subpath += _stack.listing().name();
         _mayDescend = isDirectory();
         return _subpath;
     }
 
     std::int64_t depth() const noexcept { return static_cast<std::int64_t>(_stack.depth()); }
-    std::size_t siblingCount() const noexcept { return _levels[_stack.depth() - 1].listing.count(); }
+    std::size_t siblingCount() const noexcept { return _stack.listing().count(); }
 
     std::optional<FileAttributes> directoryAttributes() const {
         if (_stack.depth() > 1) return std::nullopt; // asked for before the walk begins
@@ -57,7 +57,7 @@ class DirectoryEnumerator::Implementation {
     FileFacts facts() {
         FileFacts facts;
         const int directory = _stack.descriptor();
-        const char* name = level().listing.name();
+        const char* name = _stack.listing().name();
         if (const int error = readItemStatus(); error != 0) {
             facts.error = detail::attributesError(error, name);
             return facts;
@@ -76,10 +76,16 @@ class DirectoryEnumerator::Implementation {
         return facts;
     }
 
+    std::optional<Error> removeItem(const std::string& path, const detail::Questions& questions) {
+        // What is left of a directory that could not be removed is walked through.
+        auto failed = detail::removeItem(_stack, _stack.listing().name(), path, questions);
+        _itemStatus.reset();
+        return failed;
+    }
+    const std::vector<Error>& readErrors() const noexcept { return _readErrors; }
+
   private:
-    // The levels' buffers are kept for the next directory of the same depth.
     struct Level {
-        DirectoryListing listing;
         std::size_t prefixLength = 0; // of the subpath before a name
         std::optional<FileStatus> status;
         std::optional<Rights> rights;
@@ -87,18 +93,25 @@ class DirectoryEnumerator::Implementation {
     Level& level() noexcept { return _levels[_stack.depth() - 1]; }
 
     void descend() {
-        if (_stack.enter(level().listing.name()) != 0) return;
+        if (_stack.enter(_stack.listing().name()) != 0) return;
         if (_levels.size() < _stack.depth()) _levels.emplace_back();
         Level& inner = level();
         inner.prefixLength = _subpath.size() + 1;
         inner.status = _itemStatus; // where somebody asked for it
         inner.rights.reset();
-        inner.listing.read(_stack.descriptor());
+        list();
         _subpath += '/';
     }
 
+    // Called where `_subpath` is the path of the innermost directory.
+    void list() {
+        const int error = _stack.list();
+        if (error == 0) return;
+        _readErrors.push_back(detail::readingError(error, _subpath.empty() ? _path : _path + "/" + _subpath));
+    }
+
     bool isDirectory() {
-        const unsigned char type = level().listing.type();
+        const unsigned char type = _stack.listing().type();
         if (type != DT_UNKNOWN) return type == DT_DIR;
         return readItemStatus() == 0 && _itemStatus->isDirectory();
     }
@@ -108,7 +121,7 @@ class DirectoryEnumerator::Implementation {
         if (_stack.descriptor() < 0) return ENOENT;
         FileStatus status;
         const int error =
-            detail::readStatus(_stack.descriptor(), level().listing.name(), AT_SYMLINK_NOFOLLOW, status);
+            detail::readStatus(_stack.descriptor(), _stack.listing().name(), AT_SYMLINK_NOFOLLOW, status);
         if (error == 0) _itemStatus = status;
         return error;
     }
@@ -124,20 +137,22 @@ class DirectoryEnumerator::Implementation {
         return _access.mayRemove(*_itemStatus, *parent.status, *parent.rights);
     }
 
+    std::string _path; // of the root
     AccessRights _access;
     DirectoryStack _stack;
-    std::deque<Level> _levels; // at least as many as the stack has
-    std::string _subpath;      // of the item last returned
+    std::vector<Level> _levels; // at least as many as the stack has
+    std::string _subpath;       // of the item last returned
     std::optional<FileStatus> _itemStatus;
     bool _mayDescend = false;
+    std::vector<Error> _readErrors;
 };
 
 std::shared_ptr<DirectoryEnumerator> DirectoryEnumerator::open(const std::string& path) {
     int error = 0;
     Descriptor root = detail::openDirectory(path, error);
     if (!root) return nullptr;
-    return std::shared_ptr<DirectoryEnumerator>(new DirectoryEnumerator(
-        std::make_unique<Implementation>(std::move(root), detail::absolutePath(path))));
+    return std::shared_ptr<DirectoryEnumerator>(
+        new DirectoryEnumerator(std::make_unique<Implementation>(std::move(root), path)));
 }
 
 DirectoryEnumerator::DirectoryEnumerator(std::unique_ptr<Implementation> implementation)
@@ -158,6 +173,13 @@ FileFacts DirectoryEnumerator::facts() {
 }
 std::size_t DirectoryEnumerator::siblingCount() const noexcept {
     return _implementation->siblingCount();
+}
+const std::vector<Error>& DirectoryEnumerator::readErrors() const noexcept {
+    return _implementation->readErrors();
+}
+std::optional<Error> DirectoryEnumerator::removeItem(const std::string& path,
+                                                     const detail::Questions& questions) {
+    return _implementation->removeItem(path, questions);
 }
 
 } // namespace platform

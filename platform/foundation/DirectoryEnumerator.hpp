@@ -3,8 +3,8 @@
 
 // A walk over everything below a directory, depth first, a directory before its contents, the names of one
 // directory in byte order. It is lazy: a directory is opened only when its successor is asked for; one that
-// was deleted meanwhile or cannot be read is silently empty. Links are given and not descended into. Used
-// from one thread at a time.
+// was deleted meanwhile or cannot be opened is silently empty; one that fails while its names are read gives
+// those it told, and an error. Links are given and not descended into. Used from one thread at a time.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -14,8 +14,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
+
+namespace detail {
+struct Questions;
+}
 
 /// What the file manager's questions answer for one item.
 struct FileFacts {
@@ -49,8 +54,14 @@ class DirectoryEnumerator {
     [[nodiscard]] FileFacts facts();
     /// Give the number of items in the directory of the item last returned.
     [[nodiscard]] std::size_t siblingCount() const noexcept;
+    /// Returns why directories could not be read to their end, one error for each, in the order of the walk.
+    [[nodiscard]] const std::vector<Error>& readErrors() const noexcept;
 
   private:
+    friend class FileManager;
+    /// Removes the item last returned from its open directory; `path` names it in errors.
+    std::optional<Error> removeItem(const std::string& path, const detail::Questions& questions);
+
     class Implementation;
     explicit DirectoryEnumerator(std::unique_ptr<Implementation> implementation);
     std::unique_ptr<Implementation> _implementation;

@@ -122,6 +122,7 @@ Result<std::vector<std::string>> FileManager::subpathsOfDirectoryAtPath(const st
     }
     std::vector<std::string> subpaths;
     while (const auto subpath = enumerator->nextObject()) subpaths.emplace_back(*subpath);
+    if (!enumerator->readErrors().empty()) return enumerator->readErrors().front();
     return subpaths;
 }
 

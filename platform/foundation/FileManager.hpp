@@ -85,13 +85,16 @@ class FileManager {
     [[nodiscard]] std::optional<std::vector<std::string>> subpathsAtPath(const std::string& path) const;
 
     // Changes. Each asks the delegate before every item and after every error, gives the error that ended it,
-    // or none, and never leaves the tree through a link.
-    /// Remove a file, a link or a whole directory.
+    // or none, never leaves the tree through a link, and enters nothing that is mounted below the item.
+    /// Remove a file, a link or a whole directory, which must not be mounted itself.
     std::optional<Error> removeItemAtURL(const URL& url);
+    /// Does the same with the item that `enumerator` returned last, from the directory that it has open,
+    /// wherever that is by now. `url` names the item to the delegate and in errors.
+    std::optional<Error> removeItemAtURL(const URL& url, DirectoryEnumerator& enumerator);
     std::optional<Error> removeItemAtPath(const std::string& path);
     /// Copy a file or a whole directory; an existing destination is an error. A file appears at its
-    /// destination whole or not at all. Permissions, dates and extended attributes go with it, the owner does
-    /// not.
+    /// destination whole or not at all; what was made of a directory is removed when the copy fails.
+    /// Permissions, dates and extended attributes go with it, the owner does not.
     std::optional<Error> copyItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> copyItemAtPath(const std::string& path, const std::string& toPath);
     /// Rename, and across file systems copy and remove; an existing destination is an error.

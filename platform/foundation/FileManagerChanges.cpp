@@ -74,6 +74,19 @@ Questions byURL(FileManager& manager, const PairQuestions& which, const Path& fr
             }};
 }
 
+Questions removingByURL(FileManager& manager, const Path& path) {
+    Delegate* delegate = manager.delegate();
+    if (delegate == nullptr) return {};
+    return {[=, &manager](const std::string& subpath) {
+                return delegate->fileManagerShouldRemoveItemAtURL(manager,
+                                                                  URL::fileURLWithPath(below(path, subpath)));
+            },
+            [=, &manager](const Error& error, const std::string& subpath) {
+                return delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
+                    manager, error, URL::fileURLWithPath(below(path, subpath)));
+            }};
+}
+
 int rename(const Path& from, const Path& to) {
     const detail::PathLocation source(from);
     const detail::PathLocation target(to);
@@ -127,19 +140,11 @@ std::optional<Error> FileManager::removeItemAtPath(const std::string& path) {
 
 std::optional<Error> FileManager::removeItemAtURL(const URL& url) {
     if (!url.isFileURL()) return notAFile(url, "removed");
-    const std::string path = url.path();
-    Questions questions;
-    if (_delegate != nullptr)
-        questions = {
-            [=, this](const std::string& subpath) {
-                return _delegate == nullptr || _delegate->fileManagerShouldRemoveItemAtURL(
-                                                   *this, URL::fileURLWithPath(below(path, subpath)));
-            },
-            [=, this](const Error& error, const std::string& subpath) {
-                return _delegate != nullptr && _delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
-                                                   *this, error, URL::fileURLWithPath(below(path, subpath)));
-            }};
-    return detail::removeTree(path, questions);
+    return detail::removeTree(url.path(), removingByURL(*this, url.path()));
+}
+
+std::optional<Error> FileManager::removeItemAtURL(const URL& url, DirectoryEnumerator& enumerator) {
+    return enumerator.removeItem(url.path(), removingByURL(*this, url.path()));
 }
 
 std::optional<Error> FileManager::copyItemAtPath(const std::string& path, const std::string& toPath) {

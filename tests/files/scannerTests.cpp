@@ -110,17 +110,54 @@ TEST(Scanner, ReportsWhatItCannotDelete) {
 }
 
 TEST(Scanner, DeletesLitterBelowMoreLevelsThanDescriptors) {
+    for (const auto& [levels, descriptors] : {std::pair(30, 16), {400, 300}}) {
+        const Scratch scratch;
+        std::string path;
+        for (int level = 0; level < levels; ++level) path += "d/";
+        scratch.file(path + "__MACOSX/" + path + "file");
+        const rlimit limit{static_cast<rlim_t>(descriptors), static_cast<rlim_t>(descriptors)};
+        test::holdsInChild([&] {
+            ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+            Scanner scanner;
+            EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
+        });
+        EXPECT_TRUE(fs::is_empty(scratch / path));
+    }
+}
+
+namespace {
+
+// Exchanges a directory for a link when it is asked about the first item in it.
+struct Exchange : platform::FileManagerDelegate {
+    std::string directory;
+    std::string target;
+    bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override {
+        if (!fs::is_symlink(directory)) {
+            fs::rename(directory, directory + "-moved");
+            fs::create_directory_symlink(target, directory);
+        }
+        return true;
+    }
+};
+
+} // namespace
+
+TEST(Scanner, DeletesNothingBehindALinkThatADirectoryBecame) {
     const Scratch scratch;
-    std::string path;
-    for (int level = 0; level < 400; ++level) path += "d/";
-    scratch.file(path + ".DS_Store");
-    test::holdsInChild([&] {
-        const rlimit limit{300, 300};
-        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
-        Scanner scanner;
-        EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
-    });
-    EXPECT_TRUE(fs::is_empty(scratch / path));
+    const Scratch outside;
+    for (const char* name : {"d/1.DS_Store", "d/2__MACOSX/inside", "d/3.DS_Store", "d/x"}) {
+        scratch.file(name);
+        outside.file(name);
+    }
+    Exchange exchange;
+    exchange.directory = scratch / "d";
+    exchange.target = outside / "d";
+    Scanner scanner;
+    platform::FileManager::defaultManager().setDelegate(&exchange);
+    EXPECT_EQ(scanner.scan(scratch.path()), Lines{End});
+    platform::FileManager::defaultManager().setDelegate(nullptr);
+    EXPECT_EQ(scanner.enumerator.fileManager.subpathsAtPath(outside / "d")->size(), 5U);
+    EXPECT_EQ(scanner.enumerator.fileManager.subpathsAtPath(scratch / "d-moved"), Lines{"x"});
 }
 
 TEST(Scanner, HostileNamesAndKindsPassUnchanged) {

@@ -151,6 +151,28 @@ class Tool(unittest.TestCase):
         self.assertEqual(missing.stderr,
                          f"Error: Could not set current path '{self.folder}/none' for the file manager.\n")
 
+    def test_what_cannot_be_read_is_said_and_fails(self):
+        closed = self.folder / "closed"
+        closed.mkdir(mode=0o311)
+        bounds = ["setpriv", "--bounding-set=-dac_override,-dac_read_search"] if os.geteuid() == 0 else []
+        for words in (("scan",), ("scan", "-y"), ("xml", "-y"), ("scan", "-n")):
+            result = subprocess.run([*bounds, TOOL, *words, closed], capture_output=True, text=True, timeout=60)
+            self.assertEqual((result.returncode, result.stdout, result.stderr),
+                             (1, "", f"tonewright-files: cannot open '{closed}'\n"), words)
+        # A process that has ended and was not waited for: the names in its "net" cannot be read.
+        process = subprocess.Popen(["true"])
+        self.addCleanup(process.wait)
+        os.waitid(os.P_PID, process.pid, os.WEXITED | os.WNOWAIT)
+        failing = f"/proc/{process.pid}/net"
+        error = f"The directory '{failing}' couldn't be read to its end (Invalid argument).\n"
+        for words, output in ((("scan", "-y"), "0 files, 0 folders, 0 bytes\n"), (("scan", "-n"), "")):
+            result = self.run_tool(*words, failing)
+            self.assertEqual((result.returncode, result.stdout), (1, output))
+            self.assertEqual(result.stderr.removeprefix(END), error)
+        nowhere = 'mkdir gone && cd gone && rmdir ../gone && exec "$0" scan -n none'
+        removed = subprocess.run(["sh", "-c", nowhere, TOOL], cwd=self.folder, capture_output=True, timeout=60)
+        self.assertEqual(removed.returncode, 2)
+
     def test_downloads(self):
         environment = dict(os.environ, XDG_DATA_HOME=str(self.folder / "data"))
         failed = self.run_tool("download", "http://127.0.0.1:1/", env=environment)

@@ -12,8 +12,24 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/xattr.h>
+
+// Stands in for the C library's: a directory with the name "damaged" tells a part of its names and then
+// fails.
+extern "C" ssize_t getdents64(int directory, void* buffer, std::size_t size) {
+    char path[4096] = {};
+    (void)::readlink(("/proc/self/fd/" + std::to_string(directory)).c_str(), path, sizeof path - 1);
+    if (std::string_view(path).ends_with("/damaged")) {
+        if (::lseek(directory, 0, SEEK_CUR) != 0) {
+            errno = EIO;
+            return -1;
+        }
+        size = 1024;
+    }
+    return ::syscall(SYS_getdents64, directory, buffer, size);
+}
 
 using namespace platform;
 using tonewright::test::CannotTry;
@@ -24,6 +40,34 @@ using tonewright::test::Scratch;
 namespace fs = std::filesystem;
 
 namespace {
+
+// Puts something else in the place of the copy while it is made, and something of its own into the copy.
+class Intruder : public FileManagerDelegate {
+  public:
+    explicit Intruder(const Scratch& scratch)
+        : _scratch(scratch) {}
+    bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string& path, const std::string&) override {
+        if (path.ends_with("/z")) {
+            fs::rename(_scratch / "copy", _scratch / "aside");
+            _scratch.file("copy/a/unrelated");
+            _scratch.file("aside/a/added");
+            _scratch.file("aside/z");
+        }
+        return true;
+    }
+
+  private:
+    const Scratch& _scratch;
+};
+
+void becomeAloneWithMounts() {
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        ::_exit(CannotTry);
+}
+
+void mountOrSkip(const char* what, const std::string& where, const char* type, unsigned long flags) {
+    if (::mount(what, where.c_str(), type, flags, nullptr) != 0) ::_exit(CannotTry);
+}
 
 // Allows what its lists do not forbid, and remembers what it was asked.
 class Answers : public FileManagerDelegate {
@@ -257,9 +301,8 @@ TEST(FileManager, AFullDiskOrAFileSizeLimitLeavesNoPart) {
     });
     holdsInChild([&] {
         const std::string disk = scratch / "disk";
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("none", disk.c_str(), "tmpfs", 0, "size=1m") != 0)
-            ::_exit(CannotTry);
+        becomeAloneWithMounts();
+        if (::mount("none", disk.c_str(), "tmpfs", 0, "size=1m") != 0) ::_exit(CannotTry);
         const auto error = FileManager().copyItemAtPath(scratch / "large", disk + "/copy");
         EXPECT_TRUE(error && error->code() == ENOSPC);
         scratch.file("tree/a", "small");
@@ -270,6 +313,75 @@ TEST(FileManager, AFullDiskOrAFileSizeLimitLeavesNoPart) {
         const auto readOnly = FileManager().copyItemAtPath(scratch / "tree/a", disk + "/a");
         EXPECT_TRUE(readOnly && readOnly->code() == EROFS);
     });
+}
+
+TEST(FileManager, AFailedCopyTakesAwayWhatItMadeAndNothingElse) {
+    const Scratch scratch;
+    for (const char* name : {"tree/a/file", "tree/b/file", "tree/c", "tree/z"}) scratch.file(name);
+    ::chmod((scratch / "tree/b").c_str(), 0555); // finished, and closed, before the copy fails
+    FileManager manager;
+    Intruder intruder(scratch);
+    manager.setDelegate(&intruder);
+    const auto error = manager.copyItemAtPath(scratch / "tree", scratch / "copy");
+    manager.setDelegate(nullptr);
+    ::chmod((scratch / "tree/b").c_str(), 0755);
+    EXPECT_TRUE(error && error->code() == EEXIST);
+    EXPECT_TRUE(fs::exists(scratch / "copy/a/unrelated"));
+    EXPECT_EQ(manager.subpathsAtPath(scratch / "aside"), (std::vector<std::string>{"a", "a/added", "z"}));
+}
+
+TEST(FileManager, WhatIsMountedBelowAnItemIsNeitherRemovedNorCopied) {
+    const Scratch scratch;
+    scratch.file("kept/file");
+    for (const char* folder : {"tmpfs/on", "bound/on"}) scratch.folder(folder);
+    holdsInChild([&] {
+        becomeAloneWithMounts();
+        mountOrSkip("none", scratch / "tmpfs/on", "tmpfs", 0);
+        mountOrSkip((scratch / "kept").c_str(), scratch / "bound/on", nullptr, MS_BIND); // the same device
+        scratch.file("tmpfs/on/file");
+        FileManager manager;
+        for (const std::string name : {"tmpfs", "bound"}) {
+            for (const std::string& item : {scratch / name, scratch / name + "/on"}) {
+                const auto error = manager.removeItemAtPath(item);
+                EXPECT_TRUE(error && error->localizedDescription() ==
+                                         "The file 'on' couldn't be removed (Device or resource busy).");
+            }
+            const auto error = manager.copyItemAtPath(scratch / name, scratch / "copy");
+            EXPECT_TRUE(error && error->code() == EXDEV);
+            EXPECT_FALSE(fs::exists(scratch / "copy"));
+            EXPECT_EQ(manager.copyItemAtPath(scratch / name + "/on", scratch / name + "Copy"), std::nullopt);
+            EXPECT_TRUE(fs::exists(scratch / name + "/on/file") && fs::exists(scratch / name + "Copy/file"));
+        }
+    });
+}
+
+TEST(FileManager, ADirectoryThatFailsWhileItIsReadIsAnError) {
+    const Scratch scratch;
+    for (int i = 0; i < 100; ++i) scratch.file("tree/damaged/" + std::to_string(i));
+    FileManager manager;
+    const auto enumerator = manager.enumeratorAtPath(scratch / "tree");
+    std::size_t seen = 0;
+    while (enumerator->nextObject()) ++seen;
+    EXPECT_TRUE(seen > 10 && seen < 100) << seen;
+    ASSERT_EQ(enumerator->readErrors().size(), 1U);
+    EXPECT_EQ(enumerator->readErrors()[0].localizedDescription(),
+              "The directory '" + scratch / "tree/damaged" +
+                  "' couldn't be read to its end (Input/output error).");
+    EXPECT_EQ(manager.subpathsOfDirectoryAtPath(scratch / "tree").error().code(), EIO);
+    const auto copying = manager.copyItemAtPath(scratch / "tree", scratch / "copy");
+    EXPECT_TRUE(copying && copying->code() == EIO);
+    EXPECT_FALSE(fs::exists(scratch / "copy"));
+    const auto removing = manager.removeItemAtPath(scratch / "tree");
+    EXPECT_TRUE(removing && removing->code() == EIO);
+    holdsInChild([&] {
+        becomeAloneWithMounts();
+        mountOrSkip("none", scratch.folder("disk"), "tmpfs", 0);
+        const auto moving = manager.moveItemAtPath(scratch / "tree", scratch / "disk/tree");
+        EXPECT_TRUE(moving && moving->code() == EIO);
+        EXPECT_TRUE(fs::is_empty(scratch / "disk"));
+    });
+    fs::rename(scratch / "tree/damaged", scratch / "tree/whole"); // all of them are still there
+    EXPECT_EQ(manager.contentsOfDirectoryAtPath(scratch / "tree/whole").value().size(), 100U);
 }
 
 TEST(FileManager, MakesTheSharedFolderWhereItMay) {

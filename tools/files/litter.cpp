@@ -55,17 +55,19 @@ bool saysYes(std::string answer) {
 
 } // namespace
 
-std::vector<std::string> findLitter(const std::string& directory, std::atomic<std::int64_t>& seen) {
-    std::vector<std::string> litter;
+std::optional<Litter> findLitter(const std::string& directory, std::atomic<std::int64_t>& seen) {
+    Litter litter;
+    std::vector<std::string>& subpaths = litter.subpaths;
     const auto enumerator = platform::FileManager::defaultManager().enumeratorAtPath(directory);
-    if (!enumerator) return litter; // the scan will say why
+    if (!enumerator) return std::nullopt;
     LitterTest isLitter;
     while (const auto subpath = enumerator->nextObject()) {
         seen.fetch_add(1, std::memory_order_relaxed);
         if (!isLitter(*subpath)) continue;
-        const bool liesInside = !litter.empty() && subpath->starts_with(litter.back() + "/");
-        if (!liesInside) litter.emplace_back(*subpath);
+        const bool liesInside = !subpaths.empty() && subpath->starts_with(subpaths.back() + "/");
+        if (!liesInside) subpaths.emplace_back(*subpath);
     }
+    litter.readErrors = enumerator->readErrors();
     return litter;
 }
 

@@ -4,17 +4,24 @@
 // What a scan would delete.
 #pragma once
 
+#include "platform/foundation/Error.hpp"
+
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace tonewright::tool {
 
-/// Give the items below `directory` that a scan deletes; what lies inside one of them goes with it and is not
-/// named. `seen` counts the items looked at.
-[[nodiscard]] std::vector<std::string> findLitter(const std::string& directory,
-                                                  std::atomic<std::int64_t>& seen);
+struct Litter {
+    std::vector<std::string> subpaths;
+    std::vector<platform::Error> readErrors; // for which there may be more
+};
+
+/// Returns the items below `directory` that a scan deletes; what lies inside one of them goes with it and is
+/// not named. Absent when the directory cannot be opened. `seen` counts the items looked at.
+[[nodiscard]] std::optional<Litter> findLitter(const std::string& directory, std::atomic<std::int64_t>& seen);
 
 /// Give a path as one line: one with a newline begins with "\" instead of "/", and "\n" and "\\" in it stand
 /// for a newline and a "\".

@@ -56,8 +56,12 @@ std::string directoryOf(const Arguments& arguments) {
     std::string named = arguments.operands.front();
     if (named == "-" && !std::getline(std::cin, named)) named.clear();
     if (named.empty()) return named;
-    std::error_code ignored;
-    std::string absolute = named.starts_with('/') ? "" : std::filesystem::current_path(ignored).string();
+    std::string absolute;
+    if (!named.starts_with('/')) {
+        std::error_code error; // the current directory was removed: "/" must not stand in for it
+        absolute = std::filesystem::current_path(error).string();
+        if (error) return {};
+    }
     // Without the components that say nothing; ".." is the file system's to understand.
     for (std::size_t at = 0; at < named.size();) {
         const std::size_t end = std::min(named.find('/', at), named.size());
@@ -107,29 +111,42 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
     return writeResult(result, arguments.output) ? Done : Failed;
 }
 
+bool canBeEntered(const std::string& directory) {
+    const auto& manager = platform::FileManager::defaultManager();
+    bool isDirectory = false;
+    return manager.fileExistsAtPath(directory, isDirectory) && isDirectory &&
+           manager.isExecutableFileAtPath(directory);
+}
+
+int writeLitter(const Litter& litter, const std::string& directory, const Arguments& arguments) {
+    if (!redirectOutput(arguments.output)) return Failed;
+    for (const std::string& subpath : litter.subpaths)
+        platform::print(lineOf((directory == "/" ? "" : directory) + "/" + subpath));
+    for (const auto& error : litter.readErrors) platform::warn(error.localizedDescription());
+    return linesGotOut(arguments.output) && litter.readErrors.empty() ? Done : Failed;
+}
+
 int scan(const Arguments& arguments) {
     const std::string directory = directoryOf(arguments);
     if (directory.empty()) {
-        platform::warn("tonewright-files: no directory was named");
+        platform::warn("tonewright-files: no directory was named, or it lies in one that was removed");
         return WrongUsage;
     }
-    std::vector<std::string> litter;
+    std::optional<Litter> litter;
     if (arguments.isDryRun || !arguments.saysYes) {
         std::atomic<std::int64_t> seen{0};
         const Progress progress([&seen] { return std::to_string(seen) + " items looked at"; });
         litter = findLitter(directory, seen);
+    } else if (platform::FileManager::defaultManager().enumeratorAtPath(directory)) {
+        litter.emplace();
     }
-    if (arguments.isDryRun) {
-        if (!platform::FileManager::defaultManager().enumeratorAtPath(directory)) {
-            platform::warn("tonewright-files: cannot open '" + directory + "'");
-            return Failed;
-        }
-        if (!redirectOutput(arguments.output)) return Failed;
-        for (const std::string& subpath : litter)
-            platform::print(lineOf((directory == "/" ? "" : directory) + "/" + subpath));
-        return linesGotOut(arguments.output) ? Done : Failed;
+    // The scanner reports a directory that it cannot enter, but takes for granted that it can read it.
+    if (!litter && (arguments.isDryRun || canBeEntered(directory))) {
+        platform::warn("tonewright-files: cannot open '" + directory + "'");
+        return Failed;
     }
-    if (!litter.empty() && !mayDelete(litter)) return Failed;
+    if (arguments.isDryRun) return writeLitter(*litter, directory, arguments);
+    if (litter && !litter->subpaths.empty() && !mayDelete(litter->subpaths)) return Failed;
 
     // A tree lives as long as the process: letting it go would take longer than ending.
     static auto* enumerator = new FileEnumerator;
@@ -143,7 +160,9 @@ int scan(const Arguments& arguments) {
     enumerator->fileManager.changeCurrentDirectoryPath(start); // for a relative output file
     FileTree& tree = *enumerator->fileTree;
     if (!tree.root) return Failed; // a line said why
-    return arguments.command == Command::Dump ? writeDump(tree, arguments) : writeTree(tree, arguments);
+    const int written =
+        arguments.command == Command::Dump ? writeDump(tree, arguments) : writeTree(tree, arguments);
+    return enumerator->hasReadErrors() ? Failed : written;
 }
 
 int download(const Arguments& arguments) {
@@ -198,7 +217,7 @@ int main(int argc, char** argv) {
     case Command::Report:
         if (!redirectOutput(arguments->output)) return Failed;
         FileEnumerator::shared().testFileManager();
-        return linesGotOut(arguments->output) ? Done : Failed;
+        return linesGotOut(arguments->output) && !FileEnumerator::shared().hasReadErrors() ? Done : Failed;
     default:
         return scan(*arguments);
     }

@@ -17,8 +17,9 @@ class DirectoryListing {
     /// or the error number; the names read until then stay.
     int read(int directory);
 
-    /// Stand on the next name; false behind the last one.
+    /// Stand on the next name; false after the last one.
     [[nodiscard]] bool advance() noexcept;
+    [[nodiscard]] bool isAtEnd() const noexcept { return _position == _entries.size(); }
     /// Give the name stood on; valid until the next `read`.
     [[nodiscard]] const char* name() const noexcept { return &_text[_entries[_position - 1].offset + 1]; }
     /// Give its type as a directory tells it (DT_DIR, DT_UNKNOWN...).

@@ -3,38 +3,49 @@
 
 #include "platform/foundation/detail/DirectoryStack.hpp"
 
-#include "platform/foundation/detail/PathLocation.hpp"
+#include "platform/foundation/detail/FileStatus.hpp"
 
 #include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace platform::detail {
 namespace {
 
 constexpr int HowToOpen = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// A process has often no more than 1,024 descriptors, and others want some: a removal on the way, for one.
+// A process often has no more than 1,024 descriptors, and other work needs some of them.
 constexpr std::size_t MostOpen = 256;
-
-bool isOutOfDescriptors(int error) {
-    return error == EMFILE || error == ENFILE;
-}
 
 } // namespace
 
-DirectoryStack::DirectoryStack(Descriptor root, std::string path) {
-    _levels.push_back({std::move(root), std::move(path)});
+bool isOutOfDescriptors(int error) noexcept {
+    return error == EMFILE || error == ENFILE;
+}
+
+DirectoryStack::DirectoryStack(Descriptor root) {
+    _top = &_levels.emplace_back();
+    _top->descriptor = std::move(root);
+}
+
+int DirectoryStack::findPlace(Level& level) {
+    if (level.place.isKnown) return 0;
+    FileStatus status;
+    const int error = readStatus(level.descriptor.get(), "", AT_EMPTY_PATH, status);
+    if (error == 0) level.place = {status.device, status.mount, status.fileNumber, true};
+    return error;
+}
+
+bool DirectoryStack::isAt(const Descriptor& opened, const Level& level) {
+    FileStatus status;
+    return opened && readStatus(opened.get(), "", AT_EMPTY_PATH, status) == 0 &&
+           status.device == level.place.device && status.fileNumber == level.place.fileNumber;
 }
 
 bool DirectoryStack::giveUpOutermost() {
-    for (; _firstOpen + 1 < _levels.size(); ++_firstOpen) {
+    for (; _firstOpen + 1 < _depth; ++_firstOpen) {
         Level& level = _levels[_firstOpen];
-        if (!level.descriptor) continue;
-        struct stat status {};
-        if (::fstat(level.descriptor.get(), &status) != 0) continue;
-        level.device = status.st_dev;
-        level.fileNumber = status.st_ino;
+        if (!level.descriptor || findPlace(level) != 0) continue;
         level.descriptor.close();
         ++_firstOpen;
         return true;
@@ -42,55 +53,77 @@ bool DirectoryStack::giveUpOutermost() {
     return false;
 }
 
-int DirectoryStack::enter(const char* name) {
-    if (descriptor() < 0) return ENOENT;
-    if (_levels.size() - _firstOpen >= MostOpen) giveUpOutermost();
+int DirectoryStack::openNext(const char* name, Descriptor& opened) {
+    if (descriptor() < 0) return ESTALE;
+    if (_depth >= _firstOpen + MostOpen) giveUpOutermost();
     while (true) {
-        const int opened = ::openat(descriptor(), name, HowToOpen);
-        if (opened >= 0) {
-            _levels.push_back({Descriptor(opened), name});
-            return 0;
-        }
+        opened = Descriptor(::openat(descriptor(), name, HowToOpen));
+        if (opened) return 0;
         const int error = errno;
         if (!isOutOfDescriptors(error) || !giveUpOutermost()) return error;
     }
 }
 
+int DirectoryStack::enter(const char* name, Crossing crossing) {
+    Descriptor opened;
+    if (const int error = openNext(name, opened); error != 0) return error;
+    if (_levels.size() == _depth) _levels.emplace_back();
+    Level& inner = _levels[_depth];
+    inner.descriptor = std::move(opened);
+    inner.place = {};
+    if (crossing == Crossing::Refused) {
+        int error = findPlace(*_top);
+        if (error == 0) error = findPlace(inner);
+        if (error == 0 &&
+            (inner.place.device != _top->place.device || inner.place.mount != _top->place.mount))
+            error = EXDEV;
+        if (error != 0) {
+            inner.descriptor.close();
+            return error;
+        }
+    }
+    inner.name = name;
+    _top = &inner;
+    ++_depth;
+    return 0;
+}
+
 void DirectoryStack::leave() {
-    Level inner = std::move(_levels.back());
-    _levels.pop_back();
-    const std::size_t top = _levels.size() - 1;
-    if (top >= _firstOpen) return; // still open, or found gone before
-    _firstOpen = top;
-    _levels.back().descriptor = openAgain(inner.descriptor.get());
-    if (_levels.back().descriptor) return;
-    inner.descriptor.close(); // its descriptor may be the one that is needed
-    _levels.back().descriptor = openFromRoot();
+    Descriptor inner = std::move(_top->descriptor);
+    --_depth;
+    _top = &_levels[_depth - 1];
+    if (_depth - 1 >= _firstOpen || _depth == 1) return; // still open, or found gone before
+    _firstOpen = _depth - 1;
+    if (_top->descriptor) return; // one that could not be given up
+    _top->descriptor = openAgain(inner.get());
+    if (_top->descriptor) return;
+    inner.close(); // its descriptor may be the one that is needed
+    _top->descriptor = openFromRoot();
 }
 
 // The way up is short, but leads elsewhere when the inner directory was moved meanwhile.
-Descriptor DirectoryStack::openAgain(int inner) {
+Descriptor DirectoryStack::openAgain(int inner) const {
     if (inner < 0) return {};
     Descriptor opened(::openat(inner, "..", HowToOpen));
-    struct stat status {};
-    const Level& level = _levels.back();
-    if (!opened || ::fstat(opened.get(), &status) != 0 || status.st_dev != level.device ||
-        status.st_ino != level.fileNumber)
-        return {};
-    return opened;
+    return isAt(opened, *_top) ? std::move(opened) : Descriptor();
 }
 
-Descriptor DirectoryStack::openFromRoot() {
-    int error = 0;
-    Descriptor current = openDirectory(_levels.front().name, error);
-    for (std::size_t i = 1; current && i < _levels.size(); ++i)
-        current = Descriptor(::openat(current.get(), _levels[i].name.c_str(), HowToOpen));
-    struct stat status {};
-    const Level& level = _levels.back();
-    if (!current || ::fstat(current.get(), &status) != 0 || status.st_dev != level.device ||
-        status.st_ino != level.fileNumber)
-        return {};
-    return current;
+Descriptor DirectoryStack::openFromRoot() const {
+    Descriptor current;
+    for (std::size_t i = 1; i < _depth; ++i) {
+        const int outer = i == 1 ? _levels.front().descriptor.get() : current.get();
+        current = Descriptor(::openat(outer, _levels[i].name.c_str(), HowToOpen));
+        if (!current) return {};
+    }
+    return isAt(current, *_top) ? std::move(current) : Descriptor();
+}
+
+bool DirectoryStack::standsOnDirectory() const {
+    const unsigned char type = listing().type();
+    if (type != DT_UNKNOWN) return type == DT_DIR;
+    FileStatus status;
+    return readStatus(descriptor(), listing().name(), AT_SYMLINK_NOFOLLOW, status) == 0 &&
+           status.isDirectory();
 }
 
 } // namespace platform::detail

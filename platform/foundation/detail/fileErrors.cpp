@@ -6,7 +6,6 @@
 #include "platform/foundation/detail/PathLocation.hpp"
 
 #include <cstring>
-#include <filesystem>
 
 namespace platform::detail {
 namespace {
@@ -16,11 +15,15 @@ std::string reasonOf(int errorNumber) {
     return text != nullptr ? text : "error " + std::to_string(errorNumber);
 }
 
+std::string quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
+}
+
 } // namespace
 
 std::string quotedName(std::string_view path) {
     const std::string name = splitPath(path).name;
-    return "'" + (name.empty() ? std::string(path) : name) + "'";
+    return quoted(name.empty() ? path : name);
 }
 
 Error itemError(int errorNumber, std::string_view path, std::string_view participle) {
@@ -33,12 +36,9 @@ Error attributesError(int errorNumber, std::string_view path) {
                                        reasonOf(errorNumber) + ").");
 }
 
-std::string absolutePath(std::string_view path) {
-    if (path.starts_with('/')) return std::string(path);
-    std::error_code ignored;
-    std::string base = std::filesystem::current_path(ignored).string();
-    if (!base.ends_with('/')) base += '/';
-    return base.append(path);
+Error readingError(int errorNumber, std::string_view path) {
+    return posixError(errorNumber, "The directory " + quoted(path) + " couldn't be read to its end (" +
+                                       reasonOf(errorNumber) + ").");
 }
 
 } // namespace platform::detail

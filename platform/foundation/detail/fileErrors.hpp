@@ -19,8 +19,7 @@ namespace platform::detail {
 /// denied).", from an error number and the operation's word, "removed".
 [[nodiscard]] Error itemError(int errorNumber, std::string_view path, std::string_view participle);
 [[nodiscard]] Error attributesError(int errorNumber, std::string_view path);
-
-/// Give `path` from the root: a relative one is taken from the current directory.
-[[nodiscard]] std::string absolutePath(std::string_view path);
+/// Makes the error of a directory, named by its whole path, whose names could not all be read.
+[[nodiscard]] Error readingError(int errorNumber, std::string_view path);
 
 } // namespace platform::detail

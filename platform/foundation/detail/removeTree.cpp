@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/foundation/detail/DirectoryListing.hpp"
 #include "platform/foundation/detail/DirectoryStack.hpp"
 #include "platform/foundation/detail/FileStatus.hpp"
 #include "platform/foundation/detail/PathLocation.hpp"
 #include "platform/foundation/detail/fileErrors.hpp"
 #include "platform/foundation/detail/itemOperations.hpp"
 
+#include <algorithm>
 #include <cerrno>
-#include <deque>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,122 +18,143 @@ namespace {
 
 class Removal {
   public:
-    Removal(std::string path, const Questions& questions)
-        : _path(std::move(path))
+    /// Works in the innermost directory of `stack`, and stands there again when it ends.
+    Removal(DirectoryStack& stack, const std::string& path, const Questions& questions)
+        : _stack(stack)
+        , _base(stack.depth())
+        , _path(path)
         , _questions(questions) {}
+    ~Removal() {
+        while (_stack.depth() > _base) _stack.leave();
+    }
+    Removal(const Removal&) = delete;
+    Removal& operator=(const Removal&) = delete;
 
-    std::optional<Error> run() {
-        const ParentAndName place = splitPath(_path);
-        if (place.name.empty() || place.name == "." || place.name == "..") return failure(EINVAL, "");
-        int error = 0;
-        const Descriptor parent = openDirectory(place.parent, error);
-        if (error != 0) return failure(error, "");
+    std::optional<Error> removeItem(const char* name) {
         FileStatus status;
-        error = readStatus(parent.get(), place.name.c_str(), AT_SYMLINK_NOFOLLOW, status);
+        const int error = readStatus(_stack.descriptor(), name, AT_SYMLINK_NOFOLLOW, status);
         if (error != 0) return failure(error, "");
-        if (!may("")) return std::nullopt;
-        if (status.isDirectory()) {
-            Descriptor root(
-                ::openat(parent.get(), place.name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-            if (!root && ::unlinkat(parent.get(), place.name.c_str(), AT_REMOVEDIR) == 0) return std::nullopt;
-            if (!root) return ended(errno, "");
-            if (auto failed = removeContents(std::move(root))) return failed;
-            if (_levels.front().keepsSomething) return std::nullopt;
-        }
-        if (::unlinkat(parent.get(), place.name.c_str(), status.isDirectory() ? AT_REMOVEDIR : 0) != 0)
-            return ended(errno, "");
-        return std::nullopt;
+        if (!may(name)) return std::nullopt;
+        auto failed = remove(name, status.isDirectory());
+        while (!failed && _stack.depth() > _base) failed = step();
+        return failed;
+    }
+
+    /// `made` is sorted.
+    void removeMade(const std::vector<std::uint64_t>& made) {
+        _made = &made;
+        (void)_stack.list(); // what was read can go, whether there is more or not
+        std::optional<Error> failed;
+        while (!failed && (_stack.depth() > _base || !_stack.listing().isAtEnd())) failed = step();
     }
 
   private:
-    struct Level {
-        DirectoryListing listing;
-        bool keepsSomething = false; // by an answer; the directory then stays without being an error
-    };
+    std::optional<Error> step() {
+        if (!_stack.listing().advance()) return leave();
+        const char* name = _stack.listing().name();
+        if (may(name)) return remove(name, _stack.standsOnDirectory());
+        _keeps.back() = true;
+        return std::nullopt;
+    }
 
-    std::optional<Error> removeContents(Descriptor root) {
-        DirectoryStack stack(std::move(root), absolutePath(_path));
-        _levels.emplace_back().listing.read(stack.descriptor());
-        std::string prefix;
-        while (true) {
-            Level& level = _levels[stack.depth() - 1];
-            if (level.listing.advance()) {
-                const char* name = level.listing.name();
-                const std::string subpath = _questions.should ? joined(prefix, name) : std::string();
-                if (!may(subpath)) {
-                    level.keepsSomething = true;
-                    continue;
-                }
-                const int error = isDirectory(stack, level) ? enter(stack, name) : removeFile(stack, name);
-                if (error == Entered) {
-                    prefix = joined(prefix, name);
-                } else if (error != 0) {
-                    if (auto failed = ended(error, joined(prefix, name))) return failed;
-                    level.keepsSomething = true;
-                }
-                continue;
+    // Removes a file, enters a directory.
+    std::optional<Error> remove(const char* name, bool isDirectory) {
+        int error = 0;
+        if (isDirectory)
+            error = enter(name);
+        else if (::unlinkat(_stack.descriptor(), name, 0) != 0 && errno != ENOENT)
+            error = errno; // what somebody else removed meanwhile is removed
+        return error == 0 ? std::nullopt : ended(error, subpathOf(name));
+    }
+
+    int enter(const char* name) {
+        const std::string subpath = subpathOf(name);
+        int error = _stack.enter(name, Crossing::Refused);
+        if (error == 0) {
+            if (_made != nullptr) ::fchmod(_stack.descriptor(), S_IRWXU); // it may have its final mode
+            error = _stack.list();
+            if (error == 0) {
+                _keeps.push_back(false);
+                _prefix = subpath;
+                return 0;
             }
-            if (stack.depth() == 1) return std::nullopt;
-            const bool keeps = level.keepsSomething;
-            stack.leave();
-            Level& outer = _levels[stack.depth() - 1];
-            if (keeps) {
-                outer.keepsSomething = true;
-            } else if (::unlinkat(stack.descriptor(), outer.listing.name(), AT_REMOVEDIR) != 0 &&
-                       errno != ENOENT) {
-                if (auto failed = ended(errno, prefix)) return failed;
-                outer.keepsSomething = true;
-            }
-            prefix.resize(prefix.rfind('/') == std::string::npos ? 0 : prefix.rfind('/'));
+            _stack.leave();
         }
+        // It cannot be entered or read, or something is mounted on it: perhaps it can go as it is.
+        if (::unlinkat(_stack.descriptor(), name, AT_REMOVEDIR) == 0 || errno == ENOENT) return 0;
+        return error == EXDEV ? errno : error;
     }
 
-    static constexpr int Entered = -1;
+    std::optional<Error> leave() {
+        const bool keeps = _keeps.back();
+        const std::string subpath = _prefix;
+        const std::string name = _stack.name();
+        _keeps.pop_back();
+        _stack.leave();
+        _prefix.resize(_prefix.rfind('/') == std::string::npos ? 0 : _prefix.rfind('/'));
+        if (keeps) {
+            _keeps.back() = true;
+        } else if (::unlinkat(_stack.descriptor(), name.c_str(), AT_REMOVEDIR) != 0 && errno != ENOENT) {
+            return ended(errno, subpath);
+        }
+        return std::nullopt;
+    }
 
-    static bool isDirectory(const DirectoryStack& stack, const Level& level) {
-        if (level.listing.type() != DT_UNKNOWN) return level.listing.type() == DT_DIR;
+    bool may(const char* name) const {
+        if (_made == nullptr) return !_questions.should || _questions.should(subpathOf(name));
         FileStatus status;
-        return readStatus(stack.descriptor(), level.listing.name(), AT_SYMLINK_NOFOLLOW, status) == 0 &&
-               status.isDirectory();
+        return readStatus(_stack.descriptor(), name, AT_SYMLINK_NOFOLLOW, status) == 0 &&
+               std::binary_search(_made->begin(), _made->end(), status.fileNumber);
     }
-
-    static int removeFile(const DirectoryStack& stack, const char* name) {
-        // What somebody else removed meanwhile is removed.
-        return ::unlinkat(stack.descriptor(), name, 0) == 0 || errno == ENOENT ? 0 : errno;
+    // The item itself has none.
+    std::string subpathOf(const char* name) const {
+        return _stack.depth() == _base ? std::string() : joined(_prefix, name);
     }
-
-    int enter(DirectoryStack& stack, const char* name) {
-        const int error = stack.enter(name);
-        if (error == ENOENT) return 0;
-        if (error != 0) // unreadable, but perhaps empty
-            return ::unlinkat(stack.descriptor(), name, AT_REMOVEDIR) == 0 ? 0 : error;
-        if (_levels.size() < stack.depth()) _levels.emplace_back();
-        Level& inner = _levels[stack.depth() - 1];
-        inner.keepsSomething = false;
-        inner.listing.read(stack.descriptor());
-        return Entered;
-    }
-
-    bool may(const std::string& subpath) const { return !_questions.should || _questions.should(subpath); }
     Error failure(int error, const std::string& subpath) const {
         return itemError(error, subpath.empty() ? _path : subpath, "removed");
     }
-    /// Give the error that ends the operation, or none when it is to go on.
-    std::optional<Error> ended(int error, const std::string& subpath) const {
+    /// Returns the error that ends the operation, or none when it is to go on.
+    std::optional<Error> ended(int error, const std::string& subpath) {
+        _keeps.back() = true;
         Error what = failure(error, subpath);
+        if (_made != nullptr) return std::nullopt;
         if (_questions.shouldProceed && _questions.shouldProceed(what, subpath)) return std::nullopt;
         return what;
     }
 
-    std::string _path;
+    DirectoryStack& _stack;
+    const std::size_t _base;
+    const std::string& _path;
     const Questions& _questions;
-    std::deque<Level> _levels;
+    const std::vector<std::uint64_t>* _made = nullptr; // the only files to remove; null: all
+    std::string _prefix;                               // the subpath of the innermost directory
+    // For each level whether something in it stays: the directory then stays without being an error.
+    std::vector<bool> _keeps = {false};
 };
 
 } // namespace
 
+std::optional<Error> removeItem(DirectoryStack& stack, const std::string& name, const std::string& path,
+                                const Questions& questions) {
+    return Removal(stack, path, questions).removeItem(name.c_str());
+}
+
 std::optional<Error> removeTree(const std::string& path, const Questions& questions) {
-    return Removal(path, questions).run();
+    const ParentAndName place = splitPath(path);
+    if (place.name.empty() || place.name == "." || place.name == "..")
+        return itemError(EINVAL, path, "removed");
+    int error = 0;
+    Descriptor parent = openDirectory(place.parent, error);
+    if (error != 0) return itemError(error, path, "removed");
+    DirectoryStack stack(std::move(parent));
+    return removeItem(stack, place.name, path, questions);
+}
+
+void removeMade(DirectoryStack& stack, std::vector<std::uint64_t> made) {
+    std::sort(made.begin(), made.end());
+    const std::string noPath;
+    const Questions none;
+    Removal(stack, noPath, none).removeMade(made);
 }
 
 } // namespace platform::detail

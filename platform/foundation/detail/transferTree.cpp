@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/foundation/detail/DirectoryListing.hpp"
 #include "platform/foundation/detail/DirectoryStack.hpp"
 #include "platform/foundation/detail/PathLocation.hpp"
 #include "platform/foundation/detail/fileCopy.hpp"
@@ -9,7 +8,6 @@
 #include "platform/foundation/detail/itemOperations.hpp"
 
 #include <cerrno>
-#include <deque>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,129 +15,128 @@
 namespace platform::detail {
 namespace {
 
-bool isOutOfDescriptors(int error) {
-    return error == EMFILE || error == ENFILE;
-}
-
 class TreeTransfer {
   public:
-    TreeTransfer(std::string from, std::string to, Transfer how, const Questions& questions)
+    /// Works between the innermost directories of two stacks. `path` names the item in errors.
+    TreeTransfer(DirectoryStack from, DirectoryStack to, const std::string& path, Transfer how,
+                 const Questions& questions)
         : _from(std::move(from))
         , _to(std::move(to))
+        , _path(path)
         , _how(how)
         , _questions(questions) {}
 
-    std::optional<Error> run() {
-        const ParentAndName source = splitPath(_from);
-        const ParentAndName target = splitPath(_to);
-        if (source.name.empty() || target.name.empty()) return failure(EINVAL, "");
-        int error = 0;
-        const Descriptor sourceParent = openDirectory(source.parent, error);
-        if (error != 0) return failure(error, "");
-        const Descriptor targetParent = openDirectory(target.parent, error);
-        if (error != 0) return failure(error, "");
+    std::optional<Error> run(const char* name, const char* newName) {
         FileStatus status;
-        error = readStatus(sourceParent.get(), source.name.c_str(), AT_SYMLINK_NOFOLLOW, status);
-        if (error != 0) return failure(error, "");
+        if (const int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status); error != 0)
+            return failure(error, "");
         if (!may("")) return std::nullopt;
-        if (!status.isDirectory()) {
-            error = transferFile(sourceParent.get(), source.name.c_str(), status, targetParent.get(),
-                                 target.name.c_str());
-            return error == 0 ? std::nullopt : ended(error, "");
-        }
-        return transferDirectory(sourceParent.get(), source.name, status, targetParent.get(), target.name);
-    }
-
-  private:
-    struct Level {
-        DirectoryListing listing;
-        FileStatus status;
-    };
-
-    std::optional<Error> transferDirectory(int sourceParent, const std::string& sourceName,
-                                           const FileStatus& status, int targetParent,
-                                           const std::string& targetName) {
-        constexpr int HowToOpen = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-        Descriptor from(::openat(sourceParent, sourceName.c_str(), HowToOpen));
-        if (!from) return ended(errno, "");
-        if (::mkdirat(targetParent, targetName.c_str(), 0700) != 0) return ended(errno, "");
-        Descriptor to(::openat(targetParent, targetName.c_str(), HowToOpen));
-        if (!to || readStatus(to.get(), "", AT_EMPTY_PATH, _targetRoot) != 0) return ended(errno, "");
-        auto failed = transferContents(DirectoryStack(std::move(from), absolutePath(_from)),
-                                       DirectoryStack(std::move(to), absolutePath(_to)), status);
-        // Half a tree is not a copy.
-        if (failed) (void)removeTree(_to, {});
+        std::optional<Error> failed;
+        if (const int error = transferItem(name, "", status, newName); error != 0) failed = ended(error, "");
+        while (!failed && _from.depth() > 1) failed = step();
+        if (failed) takeAway(newName);
         return failed;
     }
 
-    std::optional<Error> transferContents(DirectoryStack from, DirectoryStack to, const FileStatus& status) {
-        _levels.emplace_back().status = status;
-        _levels.back().listing.read(from.descriptor());
-        std::string prefix;
-        while (true) {
-            Level& level = _levels[from.depth() - 1];
-            if (level.listing.advance()) {
-                const char* name = level.listing.name();
-                if (_questions.should && !may(joined(prefix, name))) continue;
-                const int error = transferItem(from, to, name);
-                if (error == Entered) {
-                    prefix = joined(prefix, name);
-                } else if (error != 0) {
-                    if (auto failed = ended(error, joined(prefix, name))) return failed;
-                }
-                continue;
-            }
-            copyMetadata(from.descriptor(), level.status, to.descriptor());
-            if (from.depth() == 1) return std::nullopt;
-            from.leave();
-            to.leave();
-            prefix.resize(prefix.rfind('/') == std::string::npos ? 0 : prefix.rfind('/'));
+  private:
+    std::optional<Error> step() {
+        DirectoryListing& listing = _from.listing();
+        if (!listing.advance()) {
+            copyMetadata(_from.descriptor(), _statuses.back(), _to.descriptor());
+            _statuses.pop_back();
+            _from.leave();
+            _to.leave();
+            _prefix.resize(_prefix.rfind('/') == std::string::npos ? 0 : _prefix.rfind('/'));
+            return std::nullopt;
         }
+        const char* name = listing.name();
+        const std::string subpath = joined(_prefix, name);
+        if (!may(subpath)) return std::nullopt;
+        FileStatus status;
+        int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status);
+        if (error == ENOENT) return std::nullopt; // gone meanwhile: not a part of what is copied
+        if (error == 0)                           // a directory has no room for its own copy
+            error = status.isSame(_targetRoot) ? EINVAL : transferItem(name, subpath, status, name);
+        return error == 0 ? std::nullopt : ended(error, subpath);
     }
 
-    static constexpr int Entered = -1;
-
-    int transferItem(DirectoryStack& from, DirectoryStack& to, const char* name) {
-        FileStatus status;
-        if (const int error = readStatus(from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status); error != 0)
-            return error == ENOENT ? 0 : error;        // gone meanwhile: not a part of what is copied
-        if (status.isSame(_targetRoot)) return EINVAL; // a directory has no room for its own copy
+    // Copies or links a file, enters a directory. Returns 0 or the error number; after an error of reading
+    // the directory it is entered all the same.
+    int transferItem(const char* name, const std::string& subpath, const FileStatus& status,
+                     const char* newName) {
+        if (status.isDirectory()) return enterBoth(name, subpath, status, newName);
         int error = 0;
         do {
-            error = status.isDirectory()
-                        ? enterBoth(from, to, name, status)
-                        : transferFile(from.descriptor(), name, status, to.descriptor(), name);
-        } while (isOutOfDescriptors(error) && (from.giveUpOutermost() || to.giveUpOutermost()));
+            error = transferFile(name, status, newName);
+        } while (isOutOfDescriptors(error) && (_from.giveUpOutermost() || _to.giveUpOutermost()));
+        FileStatus made;
+        if (error == 0) error = rememberMade(newName, made);
         return error;
     }
 
-    int enterBoth(DirectoryStack& from, DirectoryStack& to, const char* name, const FileStatus& status) {
-        if (const int error = from.enter(name); error != 0) return error;
-        int error = 0;
-        if (::mkdirat(to.descriptor(), name, 0700) != 0 && !(errno == EEXIST && _isRetry)) error = errno;
-        if (error == 0) error = to.enter(name);
-        if (error != 0) {
-            from.leave();
-            _isRetry = isOutOfDescriptors(error);
-            return error;
-        }
-        _isRetry = false;
-        if (_levels.size() < from.depth()) _levels.emplace_back();
-        Level& inner = _levels[from.depth() - 1];
-        inner.status = status;
-        inner.listing.read(from.descriptor());
-        return Entered;
+    int transferFile(const char* name, const FileStatus& status, const char* newName) const {
+        const int from = _from.descriptor();
+        const int to = _to.descriptor();
+        if (_how == Transfer::Copy) return copyFile(from, name, status, to, newName);
+        return ::linkat(from, name, to, newName, 0) == 0 ? 0 : errno;
     }
 
-    int transferFile(int from, const char* fromName, const FileStatus& status, int to,
-                     const char* toName) const {
-        if (_how == Transfer::Copy) return copyFile(from, fromName, status, to, toName);
-        return ::linkat(from, fromName, to, toName, 0) == 0 ? 0 : errno;
+    int enterBoth(const char* name, const std::string& subpath, const FileStatus& status,
+                  const char* newName) {
+        // The device that counts is the item's, which need not be that of the directory around it.
+        const Crossing crossing = _from.depth() == 1 ? Crossing::Allowed : Crossing::Refused;
+        int error = enterOne(_from, name, crossing, _to);
+        if (error != 0) return error;
+        FileStatus made;
+        if (::mkdirat(_to.descriptor(), newName, S_IRWXU) != 0) error = errno;
+        if (error == 0) error = rememberMade(newName, made);
+        if (error == 0) error = enterOne(_to, newName, Crossing::Refused, _from);
+        if (error != 0) {
+            _from.leave();
+            return error;
+        }
+        _statuses.push_back(status);
+        _prefix = subpath;
+        if (_to.depth() == 2) _targetRoot = made;
+        FileStatus entered;
+        error = readStatus(_to.descriptor(), "", AT_EMPTY_PATH, entered);
+        if (error == 0 && !entered.isSame(made)) error = ESTALE; // exchanged meanwhile
+        return error != 0 ? error : _from.list();
+    }
+
+    static int enterOne(DirectoryStack& stack, const char* name, Crossing crossing, DirectoryStack& other) {
+        while (true) {
+            const int error = stack.enter(name, crossing);
+            if (!isOutOfDescriptors(error) || !other.giveUpOutermost()) return error;
+        }
+    }
+
+    int rememberMade(const char* newName, FileStatus& made) {
+        const int error = readStatus(_to.descriptor(), newName, AT_SYMLINK_NOFOLLOW, made);
+        if (error == 0) _made.push_back(made.fileNumber);
+        return error;
+    }
+
+    // Half a tree is not a copy. What is at its place by now may be something else.
+    void takeAway(const char* newName) {
+        if (_made.empty()) return;
+        while (_from.giveUpOutermost()) {
+        }
+        const std::uint64_t root = _made.front();
+        while (_to.depth() > 2) _to.leave();
+        if (_to.depth() == 2) {
+            removeMade(_to, std::move(_made));
+            _to.leave();
+        }
+        FileStatus status;
+        if (readStatus(_to.descriptor(), newName, AT_SYMLINK_NOFOLLOW, status) == 0 && status.isDirectory() &&
+            status.fileNumber == root)
+            ::unlinkat(_to.descriptor(), newName, AT_REMOVEDIR);
     }
 
     bool may(const std::string& subpath) const { return !_questions.should || _questions.should(subpath); }
     Error failure(int error, const std::string& subpath) const {
-        return itemError(error, subpath.empty() ? _from : subpath,
+        return itemError(error, subpath.empty() ? _path : subpath,
                          _how == Transfer::Copy ? "copied" : "linked");
     }
     std::optional<Error> ended(int error, const std::string& subpath) const {
@@ -148,20 +145,35 @@ class TreeTransfer {
         return what;
     }
 
-    std::string _from;
-    std::string _to;
+    DirectoryStack _from;
+    DirectoryStack _to;
+    const std::string& _path;
     Transfer _how;
     const Questions& _questions;
     FileStatus _targetRoot;
-    std::deque<Level> _levels;
-    bool _isRetry = false; // the directory was made before descriptors ran out
+    std::vector<FileStatus> _statuses; // of the source's directories that are entered
+    std::string _prefix;               // the subpath of the innermost one
+    std::vector<std::uint64_t> _made;  // file numbers; a copy lies on one device
 };
 
 } // namespace
 
 std::optional<Error> transferTree(const std::string& from, const std::string& to, Transfer how,
                                   const Questions& questions) {
-    return TreeTransfer(from, to, how, questions).run();
+    const ParentAndName source = splitPath(from);
+    const ParentAndName target = splitPath(to);
+    const auto failure = [&](int error) {
+        return itemError(error, from, how == Transfer::Copy ? "copied" : "linked");
+    };
+    if (source.name.empty() || target.name.empty()) return failure(EINVAL);
+    int error = 0;
+    Descriptor sourceParent = openDirectory(source.parent, error);
+    if (error != 0) return failure(error);
+    Descriptor targetParent = openDirectory(target.parent, error);
+    if (error != 0) return failure(error);
+    return TreeTransfer(DirectoryStack(std::move(sourceParent)), DirectoryStack(std::move(targetParent)),
+                        from, how, questions)
+        .run(source.name.c_str(), target.name.c_str());
 }
 
 } // namespace platform::detail

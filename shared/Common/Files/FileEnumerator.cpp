@@ -44,6 +44,7 @@ FileEnumerator& FileEnumerator::shared() {
 }
 
 void FileEnumerator::enumerate(const std::string& path) {
+    _hasReadErrors = false;
     if (!fileManager.changeCurrentDirectoryPath(path)) {
         print("Error: Could not set current path '" + path + "' for the file manager.");
         return;
@@ -67,7 +68,8 @@ void FileEnumerator::enumerate(const std::string& path) {
         }
         if (isLitter(*subpath)) {
             const auto url = platform::URL::fileURLWithPath(std::string(path).append("/").append(*subpath));
-            if (const auto error = platform::FileManager::defaultManager().removeItemAtURL(url))
+            auto& manager = platform::FileManager::defaultManager();
+            if (const auto error = manager.removeItemAtURL(url, *enumerator))
                 print(error->localizedDescription());
             continue;
         }
@@ -80,6 +82,12 @@ void FileEnumerator::enumerate(const std::string& path) {
         node.set_indent(depth);
     }
     fileTree->clearList();
+    reportReadErrors(*enumerator);
+}
+
+void FileEnumerator::reportReadErrors(const platform::DirectoryEnumerator& enumerator) {
+    _hasReadErrors = !enumerator.readErrors().empty();
+    for (const platform::Error& error : enumerator.readErrors()) platform::warn(error.localizedDescription());
 }
 
 void FileEnumerator::createRootNode(const std::string& path) {

@@ -53,8 +53,11 @@ class FileEnumerator : public platform::FileManagerDelegate {
     [[nodiscard]] static FileEnumerator& shared();
 
     /// Scan the directory `path`, which becomes the current directory, into `fileTree`. Items with "__MACOSX"
-    /// or ".DS_Store" in their path below it are deleted instead of listed.
+    /// or ".DS_Store" in their path below it are deleted instead of listed. The names that a damaged
+    /// directory does not tell are missing; a line on standard error says so.
     virtual void enumerate(const std::string& path);
+    /// Returns whether the last scan or report met a directory that could not be read to its end.
+    [[nodiscard]] bool hasReadErrors() const noexcept { return _hasReadErrors; }
     /// Print what the file manager answers for `path`/`name`.
     void examineFile(const std::string& name, const std::string& path);
     /// Give the decimal text, with a leading "0" below 10.
@@ -110,6 +113,9 @@ class FileEnumerator : public platform::FileManagerDelegate {
     void createChildNode(std::string_view subpath, const std::string& path,
                          platform::DirectoryEnumerator& enumerator);
     void printDirectory(std::string_view label, platform::SearchPathDirectory directory) const;
+    void reportReadErrors(const platform::DirectoryEnumerator& enumerator);
+
+    bool _hasReadErrors = false;
 };
 
 /// Tells, for the paths of a walk in their order, which items a scan deletes: those whose path holds

@@ -127,6 +127,7 @@ void FileEnumerator::testFileManager() {
     const auto enumerator = fileManager.enumeratorAtPath(resources);
     if (!enumerator) platform::fatal(platform::UnexpectedNilUnwrapping);
     while (const auto subpath = enumerator->nextObject()) examineFile(std::string(*subpath), resources);
+    reportReadErrors(*enumerator);
     print("empty (object)");
     print("Alle *.png Dateien im 'Resources' Ordners sind: ");
     print(describe(Bundle::pathsForResourcesOfType("png", resources)));
