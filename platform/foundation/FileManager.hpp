@@ -103,7 +103,8 @@ class FileManager {
     /// Make hard links to a file, or to every file of a directory in directories of its own.
     std::optional<Error> linkItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> linkItemAtPath(const std::string& path, const std::string& toPath);
-    /// Make a directory and those above it; one that exists is no error.
+    /// Makes a directory and those above it; one that exists is no error. A URL that names no file is one.
+    std::optional<Error> createDirectoryAtURL(const URL& url);
     std::optional<Error> createDirectoryAtPath(const std::string& path);
 
     // Standard places. They need not exist.

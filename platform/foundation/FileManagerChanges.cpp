@@ -179,4 +179,9 @@ std::optional<Error> FileManager::moveItemAtURL(const URL& url, const URL& toURL
     return move(*this, url.path(), toURL.path(), byURL(*this, Moving, url.path(), toURL.path()));
 }
 
+std::optional<Error> FileManager::createDirectoryAtURL(const URL& url) {
+    if (!url.isFileURL()) return notAFile(url, "created");
+    return createDirectoryAtPath(url.path());
+}
+
 } // namespace platform

@@ -8,10 +8,13 @@
 #include "platform/foundation/detail/Descriptor.hpp"
 #include "platform/network/URLSession.private.hpp"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -19,6 +22,49 @@ namespace {
 // What is held in memory at most: content that a few packed bytes unfold to, or that never ends, goes no
 // further.
 constexpr std::size_t MostBytesInMemory = std::size_t{256} << 20U;
+
+// Memory that grows where it lies: the C library moves the pages of a large block and not its bytes, and
+// pages that were not written cost nothing. A vector would hold the content twice whenever it grows.
+class GrowingMemory {
+  public:
+    GrowingMemory() = default;
+    ~GrowingMemory() { std::free(_bytes); }
+    GrowingMemory(const GrowingMemory&) = delete;
+    GrowingMemory& operator=(const GrowingMemory&) = delete;
+
+    [[nodiscard]] std::size_t size() const { return _size; }
+    /// Appends `bytes`; false when there is no memory for them.
+    [[nodiscard]] bool append(std::span<const std::byte> bytes) {
+        if (bytes.empty()) return true;
+        if (bytes.size() > _capacity - _size && !resize(std::max(2 * _capacity, _size + bytes.size())))
+            return false;
+        std::memcpy(_bytes + _size, bytes.data(), bytes.size());
+        _size += bytes.size();
+        return true;
+    }
+    /// Hands the content over.
+    [[nodiscard]] URLData take() {
+        if (_size > 0) (void)resize(_size);
+        std::shared_ptr<const std::byte> bytes(std::exchange(_bytes, nullptr), [](const std::byte* memory) {
+            std::free(const_cast<std::byte*>(memory));
+        });
+        _capacity = 0;
+        return {std::move(bytes), std::exchange(_size, 0)};
+    }
+
+  private:
+    bool resize(std::size_t capacity) {
+        auto* bytes = static_cast<std::byte*>(std::realloc(_bytes, capacity));
+        if (bytes == nullptr) return false;
+        _bytes = bytes;
+        _capacity = capacity;
+        return true;
+    }
+
+    std::byte* _bytes = nullptr;
+    std::size_t _size = 0;
+    std::size_t _capacity = 0;
+};
 
 class DataSink final : public ContentSink {
   public:
@@ -29,7 +75,9 @@ class DataSink final : public ContentSink {
         if (bytes.size() > MostBytesInMemory - _data.size())
             return transferError(TransferFailure::TooLarge,
                                  "The transfer failed (The content is too large for the memory).");
-        _data.insert(_data.end(), bytes.begin(), bytes.end());
+        if (!_data.append(bytes))
+            return transferError(TransferFailure::TooLarge,
+                                 "The transfer failed (There is no memory for the content).");
         return std::nullopt;
     }
 
@@ -38,12 +86,12 @@ class DataSink final : public ContentSink {
         if (error)
             _completion(std::nullopt, response, error);
         else
-            _completion(std::move(_data), response, std::nullopt);
+            _completion(_data.take(), response, std::nullopt);
     }
 
   private:
     DataCompletion _completion;
-    URLData _data;
+    GrowingMemory _data;
 };
 
 Error writeError(int number) {

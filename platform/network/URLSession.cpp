@@ -94,7 +94,7 @@ Result<URLData> contentsOfURL(const URL& url) {
     // Shared with the completion, which may still be inside `set_value` when the waiting ends.
     const auto promise = std::make_shared<std::promise<Result<URLData>>>();
     const auto task = URLSession::create({})->dataTaskWithRequest(
-        URLRequest(url), [promise](const auto& data, const auto&, const auto& error) {
+        URLRequest(url), [promise](const std::optional<URLData>& data, const auto&, const auto& error) {
             if (error)
                 promise->set_value(*error);
             else

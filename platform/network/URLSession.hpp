@@ -18,7 +18,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace platform {
 
@@ -63,7 +62,24 @@ struct URLSessionConfiguration {
     [[nodiscard]] static URLSessionConfiguration defaultSessionConfiguration() { return {}; }
 };
 
-using URLData = std::vector<std::byte>;
+/// Content in memory. Immutable; copies share it.
+class URLData {
+  public:
+    URLData() = default;
+    URLData(std::shared_ptr<const std::byte> bytes, std::size_t size)
+        : _bytes(std::move(bytes))
+        , _size(size) {}
+
+    [[nodiscard]] const std::byte* data() const noexcept { return _bytes.get(); }
+    [[nodiscard]] std::size_t size() const noexcept { return _size; }
+    [[nodiscard]] const std::byte* begin() const noexcept { return data(); }
+    [[nodiscard]] const std::byte* end() const noexcept { return data() + _size; }
+
+  private:
+    std::shared_ptr<const std::byte> _bytes;
+    std::size_t _size = 0;
+};
+
 /// Receives the content, or the error for which there is none; more than 256 MiB is such an error.
 using DataCompletion =
     std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,

@@ -19,9 +19,11 @@ class UIImage {
     /// that size is taken.
     static constexpr std::int64_t MostPixels = std::int64_t{64} << 20U;
 
-    /// Decode a picture: PNG, JPEG, GIF (its first frame), BMP, TIFF, ICO, and WebP and SVG where the system
-    /// has a decoder for them, whatever a server calls it. Bytes that are none, damaged ones, and a picture
-    /// that is too large give none. Takes as long as the picture has pixels.
+    /// Returns the picture in `data`: PNG, JPEG, GIF (its first frame), BMP, TIFF, ICO (its largest picture),
+    /// and WebP and SVG where the system has a decoder for them, whatever a server calls it. None for bytes
+    /// that are no picture, one that is cut short, one whose decoder finds damage, and one that is too large
+    /// or takes too long. Blocks: as long as the pixels of a PNG, JPEG or BMP take; the others, and unusual
+    /// ones of these, are decoded by a process with two seconds of processor time.
     [[nodiscard]] static std::shared_ptr<UIImage> initWithData(std::span<const std::byte> data);
     ~UIImage();
     UIImage(const UIImage&) = delete;

@@ -57,6 +57,10 @@ TEST(Directories, AreMadeWithThoseAboveUnlessSomethingIsThere) {
         }
     }
     EXPECT_EQ(contentOf(file), "");
+    const std::string elsewhere = scratch / "elsewhere";
+    EXPECT_FALSE(ensureDirectoryExists(*URL::fromString("http://host.example" + elsewhere)));
+    EXPECT_FALSE(std::filesystem::exists(elsewhere));
+    EXPECT_EQ(linesOf(output).size(), 1U);
 }
 
 TEST(Directories, OfTheProcessAreKnownOnceTheyAreAskedFor) {

@@ -161,6 +161,24 @@ TEST_F(ImageLoading, ReadingHoldsTheMainQueueAndFetchingDoesNot) {
     later.join();
 }
 
+TEST_F(ImageLoading, APictureThatTakesLongHoldsNoOtherFetch) {
+    if (!image(vectorNoise(9, 1))) GTEST_SKIP() << "this system has no decoder for vector images";
+    const Scratch scratch;
+    const std::string slow = scratch.file("slow.svg", vectorNoise(8000, 100));
+    const BadServer server([&](int connection) { sendAll(connection, answer("200 OK", "image/png", _png)); });
+    CapturedOutput output;
+    const auto began = std::chrono::steady_clock::now();
+    getImageFromURLString(_view, URL::fileURLWithPath(slow).absoluteString());
+    const auto other = std::make_shared<UIImageView>();
+    getImageFromURLString(other, server.url());
+    EXPECT_TRUE(platform::testing::waitFor([&] { return !output.lines().empty(); }));
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(1500));
+    EXPECT_TRUE(platform::testing::waitFor([&] { return _view.use_count() == 1 && other.use_count() == 1; }));
+    EXPECT_EQ(output.take(), Lines{Fetched});
+    EXPECT_EQ(width(), 0);
+    EXPECT_TRUE(other->image());
+}
+
 TEST_F(ImageLoading, AViewThatHasGoneGetsNothing) {
     const Scratch scratch;
     CapturedOutput output;

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -279,6 +280,28 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
     EXPECT_EQ(contentsOfURL(*URL::fromString(file)).value().size(), 7U);
     EXPECT_FALSE(contentsOfURL(*URL::fromString("file:///none")));
 }
+
+#if !defined(TONEWRIGHT_ASAN) && !defined(TONEWRIGHT_TSAN) // whose memory moves by copying
+std::size_t peakKiB() {
+    std::istringstream status(tonewright::test::contentOf("/proc/self/status"));
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6));
+    return 0;
+}
+
+TEST(URLSession, HoldsContentInMemoryOnce) {
+    constexpr std::size_t Size = std::size_t{200} << 20U;
+    const Scratch scratch;
+    const std::string file = scratch.file("large");
+    std::filesystem::resize_file(file, Size);
+    std::ofstream("/proc/self/clear_refs") << 5; // the peak is what is held now
+    const std::size_t before = peakKiB();
+    const auto content = contentsOfURL(URL::fileURLWithPath(file));
+    ASSERT_TRUE(content);
+    EXPECT_EQ(content.value().size(), Size);
+    EXPECT_LT(peakKiB() - before, Size / 1024 * 11 / 10);
+}
+#endif
 
 TEST(URLSession, CancellingCallsTheCompletionOnce) {
     const BadServer silent([](int connection) { tonewright::test::waitForClose(connection); });

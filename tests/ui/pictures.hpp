@@ -127,13 +127,28 @@ inline std::string withOrientation(const std::string& jpeg, std::int64_t orienta
            jpeg.substr(2);
 }
 
-/// Give a JPEG whose scan comes `count` times.
-inline std::string withScans(const std::string& jpeg, int count) {
-    const std::size_t begin = jpeg.find("\xFF\xDA");
-    const std::string scan = jpeg.substr(begin, jpeg.size() - 2 - begin);
-    std::string data = jpeg.substr(0, begin);
-    for (int i = 0; i < count; ++i) data += scan;
-    return data + jpeg.substr(jpeg.size() - 2);
+/// Returns an icon of one picture, which may be a PNG. Each side is at most 256.
+inline std::string icon(const std::string& picture, int width, int height) {
+    return std::string("\0\0\1\0\1\0", 6) + little(width % 256, 1) + little(height % 256, 1) +
+           std::string("\0\0\1\0\x20\0", 6) + little(static_cast<std::int64_t>(picture.size()), 4) +
+           little(22, 4) + picture;
+}
+
+/// Returns a BMP of 4 x 2 pixels in one colour, packed (BI_RLE8): two runs, each with the end of its line.
+inline std::string packedBmp() {
+    const std::string runs("\4\0\0\0\4\0\0\1", 8);
+    const std::int64_t begin = 14 + 40 + 4;
+    return "BM" + little(begin + 8, 4) + little(0, 4) + little(begin, 4) + little(40, 4) + little(4, 4) +
+           little(2, 4) + little(1, 2) + little(8, 2) + little(1, 4) + little(8, 4) + little(0, 8) +
+           little(1, 4) + little(0, 4) + little(0x0000FF00, 4) + runs;
+}
+
+/// Returns a vector image of a few hundred bytes: noise that is the sum of `layers` noises.
+inline std::string vectorNoise(int side, int layers) {
+    const std::string length = std::to_string(side);
+    return "<svg xmlns='http://www.w3.org/2000/svg' width='" + length + "' height='" + length +
+           "'><filter id='f'><feTurbulence baseFrequency='.1' numOctaves='" + std::to_string(layers) +
+           "'/></filter><rect width='100%' height='100%' filter='url(#f)'/></svg>";
 }
 
 } // namespace tonewright::test

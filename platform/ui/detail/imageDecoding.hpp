@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding of pictures by the toolkit's library, within limits. Any thread.
+// Decoding of pictures within limits: plain bitmaps here, everything else in a process of its own. Any
+// thread.
 #pragma once
 
 #include "platform/ui/detail/GObjectRef.hpp"
@@ -13,8 +14,9 @@
 
 namespace platform {
 
-/// Decode `data`, the right way up; null when it is no picture of a known kind, is damaged, or has more than
-/// `mostPixels`, which is known from the header alone.
+/// Returns the picture that `data` holds, the right way up; null when it is none of a known kind, is cut
+/// short or visibly damaged, has more than `mostPixels`, or takes its decoder too long. Blocks for as long as
+/// the pixels of a plain bitmap take, otherwise at most two seconds on the main thread and ten on others.
 [[nodiscard]] GObjectRef<GdkPixbuf> decodeImage(std::span<const std::byte> data, std::int64_t mostPixels);
 
 } // namespace platform

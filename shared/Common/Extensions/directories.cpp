@@ -83,7 +83,7 @@ void getPaths() {
 bool ensureDirectoryExists(const URL& url) {
     const std::string path = url.path();
     if (FileManager::defaultManager().fileExistsAtPath(path)) return true;
-    const auto error = FileManager::defaultManager().createDirectoryAtPath(path);
+    const auto error = FileManager::defaultManager().createDirectoryAtURL(url);
     if (error)
         debugprint("ensureDirectoryExists() : ERROR: Creating required directory '" + path +
                    "' failed: " + error->localizedDescription());

@@ -30,8 +30,15 @@ void readInto(const std::weak_ptr<UIImageView>& place, const URL& url) {
     debugprint("UIImageView::loadFrom() : Could not assign image.");
 }
 
-// The answer comes on the session's queue, where the image is decoded and set; `hold` keeps the view until
-// then.
+// One at a time, in the order of the answers, so that pictures of strangers never take more than one
+// processor.
+platform::DispatchQueue& decodingQueue() {
+    static platform::DispatchQueue queue("example.tonewright.pictures");
+    return queue;
+}
+
+// The answer comes on the session's queue, which decoding would hold; `hold` keeps the view until the image
+// is set.
 void requestImageFromURL(UIImageView& view, const URL& url, const platform::TaskHold& hold) {
     platform::URLRequest request(url);
     request.cachePolicy = platform::URLRequestCachePolicy::UseProtocolCachePolicy;
@@ -44,7 +51,8 @@ void requestImageFromURL(UIImageView& view, const URL& url, const platform::Task
             const auto* http = dynamic_cast<const platform::HTTPURLResponse*>(response.get());
             if (http != nullptr && http->statusCode() == StatusOK)
                 platform::print("Fetched image successfully");
-            view.setImage(UIImage::initWithData(*data));
+            decodingQueue().async(
+                [&view, hold, content = *data] { view.setImage(UIImage::initWithData(content)); });
         });
     task->resume();
 }

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// tonewright-picture FORMAT MOST-PIXELS: decodes the picture on standard input into the file that is standard
+// output, as platform/ui/detail/imageProcess.hpp describes it. Nobody but the program starts it. A picture
+// may do here what it can: the process has no files, no network and little time.
+#include "platform/foundation/detail/confinement.hpp"
+#include "platform/ui/detail/PixbufDecoder.hpp"
+#include "platform/ui/detail/imageProcess.hpp"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using platform::GObjectRef;
+using platform::PictureHeader;
+using platform::PixbufDecoder;
+
+// Room for the largest picture, what a drawing library keeps of it, and itself.
+constexpr std::uint64_t MostMemory = std::uint64_t{1} << 30U; // bytes
+
+bool write(std::span<const std::byte> bytes, std::size_t at) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::pwrite(STDOUT_FILENO, bytes.data(), bytes.size(), static_cast<off_t>(at));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+        at += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool feed(PixbufDecoder& decoder) {
+    std::array<std::byte, 65536> piece;
+    while (true) {
+        const ssize_t count = ::read(STDIN_FILENO, piece.data(), piece.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return count == 0;
+        if (!decoder.append(std::span(piece).first(static_cast<std::size_t>(count)))) return false;
+    }
+}
+
+bool writePicture(GdkPixbuf* pixels) {
+    const PictureHeader header = {.state = PictureHeader::Complete,
+                                  .width = gdk_pixbuf_get_width(pixels),
+                                  .height = gdk_pixbuf_get_height(pixels),
+                                  .stride = gdk_pixbuf_get_rowstride(pixels),
+                                  .channels = gdk_pixbuf_get_n_channels(pixels)};
+    const std::span memory(gdk_pixbuf_read_pixels(pixels), gdk_pixbuf_get_byte_length(pixels));
+    return write(std::as_bytes(memory), platform::PicturePixelsAt) &&
+           write(std::as_bytes(std::span(&header, 1)), 0);
+}
+
+// Where fonts and their lists lie, for the texts of vector images, and libraries that a decoder opens late.
+std::vector<std::string> readablePlaces() {
+    std::vector<std::string> places = {
+        "/usr", "/lib", "/lib64", "/etc/fonts", "/nix/store", "/gnu/store", "/var/cache/fontconfig"};
+    places.push_back(std::string(g_get_user_data_dir()) + "/fonts");
+    places.push_back(std::string(g_get_user_cache_dir()) + "/fontconfig");
+    return places;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace platform::detail;
+    if (argc != 3) return EXIT_FAILURE;
+    const std::int64_t mostPixels = std::strtoll(argv[2], nullptr, 10);
+    constexpr std::int64_t BytesOfPixel = 4; // rows of three bytes a pixel are padded to as much at most
+    if (!limitResources(
+            {.processorSeconds = 2,
+             .memoryBytes = MostMemory,
+             .fileBytes = platform::PicturePixelsAt + static_cast<std::uint64_t>(mostPixels * BytesOfPixel),
+             .descriptors = 64}))
+        return EXIT_FAILURE;
+    PixbufDecoder decoder(argv[1], mostPixels); // opens the decoder's own library
+    if (!confineToReading(readablePlaces())) return EXIT_FAILURE;
+    if (!feed(decoder)) return EXIT_FAILURE;
+    const auto pixels = decoder.finish();
+    // Without a word to the libraries, which have nothing to put in order.
+    std::_Exit(pixels && writePicture(pixels.get()) ? EXIT_SUCCESS : EXIT_FAILURE);
+}
