@@ -264,8 +264,8 @@ bool X11Socket::followChild() {
         case KeyRelease:
             isLeaving = self.keys->handle(event.xkey) || isLeaving;
             break;
-        case FocusOut:
-            self.keys->keyboardLeft();
+        case FocusOut: // not for the moment for which a key is held back
+            if (event.xfocus.mode == NotifyNormal) self.keys->keyboardLeft();
             break;
         case DestroyNotify:
             if (event.xdestroywindow.window != self.child) break;
