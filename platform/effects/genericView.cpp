@@ -124,7 +124,7 @@ void makeControl(Row& row) {
 
 class GenericInterface {
   public:
-    GenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name)
+    GenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name, const std::string& note)
         : _unit(std::move(unit))
         , _grid(gtk_grid_new()) {
         gtk_grid_set_row_spacing(GTK_GRID(_grid), 6);
@@ -133,6 +133,7 @@ class GenericInterface {
                                      gtk_widget_set_margin_start, gtk_widget_set_margin_end})
             setMargin(_grid, 12);
         addTitle(name);
+        if (!note.empty()) addNote(note);
         addPresets();
         for (AUParameter& parameter : _unit->parameters())
             if (!parameter.isHidden) addRow(std::move(parameter));
@@ -164,6 +165,14 @@ class GenericInterface {
         gtk_widget_set_halign(title, GTK_ALIGN_START);
         gtk_label_set_ellipsize(GTK_LABEL(title), PANGO_ELLIPSIZE_END);
         gtk_grid_attach(GTK_GRID(_grid), title, 0, _rowCount++, 3, 1);
+    }
+
+    void addNote(const std::string& note) {
+        GtkWidget* label = gtk_label_new(note.c_str());
+        gtk_widget_set_halign(label, GTK_ALIGN_START);
+        gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+        gtk_label_set_xalign(GTK_LABEL(label), 0);
+        gtk_grid_attach(GTK_GRID(_grid), label, 0, _rowCount++, 3, 1);
     }
 
     void addPresets() {
@@ -228,8 +237,9 @@ class GenericInterface {
 
 } // namespace
 
-GtkWidget* makeGenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name) {
-    auto interface = std::make_unique<GenericInterface>(std::move(unit), name);
+GtkWidget* makeGenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name,
+                                const std::string& note) {
+    auto interface = std::make_unique<GenericInterface>(std::move(unit), name, note);
     GtkWidget* scroller = gtk_scrolled_window_new();
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), interface->grid());

@@ -22,6 +22,11 @@ GtkWidget* find(GtkWidget* widget, bool (*predicate)(GtkWidget*)) {
     return found;
 }
 
+bool isEmbedded(UIViewController& controller) {
+    return find(widgetOf(*controller.view()),
+                [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); }) != nullptr;
+}
+
 // A fixture's screen in a window of 400 by 300.
 struct Opened {
     explicit Opened(const std::string& name)
@@ -92,7 +97,8 @@ TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
     const auto& controller = opened.controller;
     const auto& screen = opened.screen;
     EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
-    GtkWidget* area = widgetOf(*controller->view());
+    GtkWidget* area = find(widgetOf(*controller->view()),
+                           [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); });
     const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
     screen.focusWindow();
     EXPECT_FALSE(hasKeyboard());
@@ -111,16 +117,89 @@ TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
     }
 }
 
+TEST_F(Interface, LeavesTheWindowsOwnKeysToTheWindow) {
+    const Opened opened("gain");
+    const auto& unit = opened.unit;
+    const auto& screen = opened.screen;
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
+    GtkWidget* area = find(widgetOf(*opened.controller->view()),
+                           [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); });
+    int spaces = 0;
+    GtkEventController* keys = gtk_event_controller_key_new();
+    g_signal_connect(keys, "key-pressed",
+                     G_CALLBACK(+[](GtkEventControllerKey*, guint key, guint, GdkModifierType, int* count) {
+                         *count += key == GDK_KEY_space ? 1 : 0;
+                         return FALSE;
+                     }),
+                     &spaces);
+    gtk_widget_add_controller(GTK_WIDGET(gtk_widget_get_root(area)), keys);
+    const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
+    screen.focusWindow();
+    gtk_widget_grab_focus(area);
+    EXPECT_TRUE(waitUntil(hasKeyboard));
+    unit->setParameterValue(GainPort, 1);
+    for (int press = 1; press <= 2; ++press) {
+        ASSERT_EQ(std::system("xdotool key space"), 0);
+        EXPECT_TRUE(waitUntil([&] { return spaces == press; }));
+        EXPECT_TRUE(waitUntil(hasKeyboard)); // again, for the next key
+    }
+    EXPECT_EQ(unit->parameterValue(GainPort), 1.0F); // the interface did not hear of it
+    // While text is being typed a space is part of it.
+    ASSERT_EQ(std::system("xdotool key x"), 0);
+    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
+    unit->setParameterValue(GainPort, 1);
+    ASSERT_EQ(std::system("xdotool key space"), 0);
+    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
+    EXPECT_EQ(spaces, 2);
+    unit->setParameterValue(GainPort, 1); // nor does Alt with a letter that no button has go astray
+    ASSERT_EQ(std::system("xdotool key alt+q"), 0);
+    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
+    EXPECT_TRUE(hasKeyboard());
+}
+
+TEST_F(Interface, MayMakeItsWindowLateAndStillFillsThePanel) {
+    const Opened opened("lateinterface");
+    EXPECT_TRUE(waitUntil([&] { return opened.screen.colours()[Green] == 400 * 300; }));
+}
+
+TEST_F(Interface, LargerThanTheScreenScrolls) {
+    const Opened opened("largeinterface");
+    const auto& screen = opened.screen;
+    // The window grows as far as the screen goes; what is beyond is reached by scrolling, from the left top
+    // on.
+    EXPECT_TRUE(waitUntil([&] { return screen.panel().bounds().height > 300; }));
+    GtkWidget* scroller = widgetOf(*opened.controller->view());
+    GtkAdjustment* down = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scroller));
+    EXPECT_TRUE(waitUntil([&] { return gtk_adjustment_get_upper(down) == 1400; }));
+    EXPECT_TRUE(waitUntil([&] {
+        const auto socket = screen.socket();
+        return socket && socket->isVisible && socket->childPlace == CGRect{0, 0, 1000, 1400};
+    }));
+    gtk_adjustment_set_value(down, 100);
+    EXPECT_TRUE(waitUntil([&] { return screen.socket()->childPlace.y == -100; }));
+}
+
+TEST_F(Interface, HasItsEffectRunWhileItIsSeen) {
+    constexpr std::uint32_t GainUsedPort = 5; // told by the effect as it runs
+    const Opened opened("gain");
+    EXPECT_TRUE(waitUntil([&] { return opened.unit->parameterValue(GainUsedPort) == 1.0F; }));
+    opened.screen.panel().setHidden(true);
+    EXPECT_TRUE(waitUntil([&] { return !opened.screen.socket()->isVisible; }));
+    opened.unit->setParameterValue(GainPort, 2);
+    RunLoop::current().runFor(0.3);
+    EXPECT_EQ(opened.unit->parameterValue(GainUsedPort), 1.0F);
+}
+
 TEST_F(Interface, OnlyOneIsOpenAndTheNextIsPlain) {
     const auto unit = makeUnit("urn:tonewright:test:gain");
     auto first = requestScreen(*unit);
     auto second = requestScreen(*unit);
     ASSERT_TRUE(first && second);
-    EXPECT_TRUE(GTK_IS_DRAWING_AREA(widgetOf(*first->view())));
-    EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*second->view())));
+    EXPECT_TRUE(isEmbedded(*first));
+    EXPECT_FALSE(isEmbedded(*second));
     first.reset();
     first = requestScreen(*unit);
-    EXPECT_TRUE(GTK_IS_DRAWING_AREA(widgetOf(*first->view())));
+    EXPECT_TRUE(isEmbedded(*first));
 }
 
 TEST_F(Interface, OutlivesTheHostsReferences) {
@@ -151,7 +230,12 @@ TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
     const auto controller = requestScreen(*unit);
     EXPECT_NE(::testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
     ASSERT_TRUE(controller);
-    EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*controller->view())));
+    EXPECT_FALSE(isEmbedded(*controller));
+    EXPECT_TRUE(find(widgetOf(*controller->view()), [](GtkWidget* widget) {
+        return GTK_IS_LABEL(widget) &&
+               std::string_view(gtk_label_get_text(GTK_LABEL(widget))).find("instance-access") !=
+                   std::string_view::npos;
+    }));
 }
 
 TEST_F(Interface, ThatNeverAnswersIsNamed) {

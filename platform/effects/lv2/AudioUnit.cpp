@@ -13,7 +13,8 @@
 namespace platform::lv2 {
 
 AudioUnit::AudioUnit(std::shared_ptr<Processor> processor)
-    : _processor(std::move(processor)) {}
+    : _processor(std::move(processor))
+    , _silentRun(std::make_shared<SilentRun>(_processor, _processor->sampleRate())) {}
 
 std::string AudioUnit::contextName() const {
     const std::scoped_lock lock(_mutex);
@@ -75,7 +76,16 @@ std::vector<std::string> AudioUnit::MIDIOutputNames() const {
 }
 
 void AudioUnit::setMIDIOutputEventBlock(MIDIOutputEventBlock block) {
-    if (MIDIOutputDelivery* midi = _processor->midi()) midi->setBlock(std::move(block));
+    MIDIOutputDelivery* midi = _processor->midi();
+    if (midi == nullptr) return;
+    if (!block) {
+        midi->setBlock(nullptr);
+        return;
+    }
+    midi->setBlock([block = std::move(block)](std::int64_t sampleTime, std::uint8_t cable,
+                                              std::int64_t length, const std::uint8_t* data) {
+        return SilentRun::isSilent(sampleTime) ? 0 : block(sampleTime, cable, length, data);
+    });
 }
 
 bool AudioUnit::sendMIDIEvent(std::span<const std::uint8_t> message) {

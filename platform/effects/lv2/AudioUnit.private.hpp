@@ -6,6 +6,7 @@
 
 #include "platform/effects/AUAudioUnit.hpp"
 #include "platform/effects/lv2/Processor.private.hpp"
+#include "platform/effects/lv2/SilentRun.private.hpp"
 
 #include <utility>
 
@@ -15,7 +16,7 @@ class AudioUnit final : public AUAudioUnit {
   public:
     explicit AudioUnit(std::shared_ptr<Processor> processor);
 
-    [[nodiscard]] std::shared_ptr<NodeProcessor> processor() override { return _processor; }
+    [[nodiscard]] std::shared_ptr<NodeProcessor> processor() override { return _silentRun; }
     [[nodiscard]] std::string contextName() const override;
     void setContextName(std::string name) override;
     [[nodiscard]] std::optional<std::vector<AUAudioUnitPreset>> factoryPresets() const override;
@@ -36,20 +37,24 @@ class AudioUnit final : public AUAudioUnit {
     /// Take the one place for the effect's own interface; false while another has it. Main thread.
     [[nodiscard]] bool claimInterface() noexcept { return !std::exchange(_hasInterface, true); }
     void releaseInterface() noexcept { _hasInterface = false; }
+    /// Has the effect run on silence where the engine does not run it. What it sends as MIDI then is dropped:
+    /// nothing plays. Main thread.
+    void runOnSilence(bool isWanted) { _silentRun->setWanted(isWanted); }
 
   private:
     [[nodiscard]] const std::vector<Preset>& presets() const;
 
     const std::shared_ptr<Processor> _processor;
-    bool _hasInterface = false; // main thread only
-    mutable std::mutex _mutex;  // guards what follows; never held across a call into the plug-in
+    const std::shared_ptr<SilentRun> _silentRun; // around the processor
+    bool _hasInterface = false;                  // main thread only
+    mutable std::mutex _mutex; // guards what follows; never held across a call into the plug-in
     std::string _contextName;
     mutable std::optional<std::vector<Preset>> _presets; // read at first use, then unchanged
     std::optional<AUAudioUnitPreset> _currentPreset;
 };
 
-/// Make the screen of the unit's effect: its own interface, a plain one when it has none, null when its own
-/// fails. Main thread.
+/// Make the screen of the unit's effect: its own interface, a plain one when it has none that can be used,
+/// null when its own fails. Main thread.
 [[nodiscard]] std::shared_ptr<UIViewController> makeEffectViewController(std::shared_ptr<AudioUnit> unit);
 
 } // namespace platform::lv2

@@ -38,10 +38,9 @@ std::string lackedInterfaceFeature(const Interface& interface) {
     return {};
 }
 
-InterfaceHost::InterfaceHost(std::shared_ptr<AudioUnit> unit, std::unique_ptr<X11Socket> socket, float scale)
+InterfaceHost::InterfaceHost(std::shared_ptr<AudioUnit> unit, Place place)
     : _unit(std::move(unit))
-    , _socket(std::move(socket))
-    , _scale(scale)
+    , _place(std::move(place))
     , _updateRate(UpdatesPerSecond)
     , _sampleRate(static_cast<float>(_unit->lv2Processor().sampleRate()))
     , _told(_unit->lv2Processor().plugin().ports.size(), std::numeric_limits<float>::quiet_NaN()) {
@@ -51,7 +50,7 @@ InterfaceHost::InterfaceHost(std::shared_ptr<AudioUnit> unit, std::unique_ptr<X1
 void InterfaceHost::listFeatures() {
     _resize = {this, [](LV2UI_Feature_Handle self, int width, int height) {
                    if (width <= 0 || height <= 0) return 1;
-                   static_cast<InterfaceHost*>(self)->_socket->setNaturalSize(width, height);
+                   static_cast<InterfaceHost*>(self)->_place.takeSize(width, height);
                    return 0;
                }};
     _portMap = {this, [](LV2UI_Feature_Handle self, const char* symbol) -> std::uint32_t {
@@ -73,7 +72,7 @@ void InterfaceHost::listFeatures() {
     const auto number = [&](LV2_URID key, const float& value) {
         return LV2_Options_Option{LV2_OPTIONS_INSTANCE, 0, key, sizeof value, urids.atomFloat, &value};
     };
-    _options = {number(urids.scaleFactor, _scale),
+    _options = {number(urids.scaleFactor, _place.scale),
                 number(urids.updateRate, _updateRate),
                 number(urids.sampleRate, _sampleRate),
                 {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
@@ -83,7 +82,7 @@ void InterfaceHost::listFeatures() {
                  {LV2_OPTIONS__options, _options.data()},
                  {LV2_LOG__log, logFeature()},
                  // NOLINTNEXTLINE(performance-no-int-to-ptr): as above
-                 {LV2_UI__parent, reinterpret_cast<void*>(_socket->window())},
+                 {LV2_UI__parent, reinterpret_cast<void*>(_place.window)},
                  {LV2_UI__resize, &_resize},
                  {LV2_UI__portMap, &_portMap},
                  {LV2_UI__portSubscribe, &_subscribe},
@@ -96,9 +95,8 @@ void InterfaceHost::listFeatures() {
 }
 
 Result<std::unique_ptr<InterfaceHost>> InterfaceHost::make(std::shared_ptr<AudioUnit> unit,
-                                                           const Interface& interface,
-                                                           std::unique_ptr<X11Socket> socket, float scale) {
-    std::unique_ptr<InterfaceHost> host(new InterfaceHost(std::move(unit), std::move(socket), scale));
+                                                           const Interface& interface, Place place) {
+    std::unique_ptr<InterfaceHost> host(new InterfaceHost(std::move(unit), std::move(place)));
     if (auto error = host->load(interface)) return *error;
     return host;
 }
@@ -135,13 +133,12 @@ std::optional<Error> InterfaceHost::load(const Interface& interface) {
         _idle = static_cast<const LV2UI_Idle_Interface*>(_descriptor->extension_data(LV2_UI__idleInterface));
     _unit->lv2Processor().buffers().setListening(true);
     tellValues();
-    if (!_socket->adoptChild(reinterpret_cast<X11Socket::WindowId>(widget)))
-        return failure(interface, "it made no window");
-    if (!interface.isResizable) _socket->keepNaturalSize();
+    _namedWindow = reinterpret_cast<unsigned long>(widget);
     return std::nullopt;
 }
 
 InterfaceHost::~InterfaceHost() {
+    setVisible(false);
     _unit->releaseInterface();
     if (_handle == nullptr) return;
     _unit->lv2Processor().buffers().setListening(false);
@@ -182,7 +179,7 @@ void InterfaceHost::tellValues() {
     }
 }
 
-bool InterfaceHost::update() {
+void InterfaceHost::update() {
     tellValues();
     std::uint32_t port = 0;
     // As many as there were at the start: an effect that sends without end must not hold the screen.
@@ -196,7 +193,6 @@ bool InterfaceHost::update() {
     }
     if (_idle != nullptr && _idle->idle != nullptr && _idle->idle(_handle) != 0)
         _idle = nullptr; // it has closed
-    return _socket->followChild();
 }
 
 } // namespace platform::lv2

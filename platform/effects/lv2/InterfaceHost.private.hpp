@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Runs a plug-in's X11 interface: loads it, keeps it informed, and takes what it says. It shares nothing with
-// the plug-in but what goes through the processor's rings and values. Main thread only.
+// the plug-in but what goes through the processor's rings and values, and with the panel around it but the
+// numbers of two windows and the size that it asks for. Main thread only.
 // Private to platform/effects.
 #pragma once
 
 #include "platform/effects/lv2/AudioUnit.private.hpp"
-#include "platform/effects/lv2/X11Socket.private.hpp"
 
+#include <functional>
 #include <lv2/ui/ui.h>
 #include <memory>
 #include <vector>
@@ -20,32 +21,41 @@ namespace platform::lv2 {
 
 class InterfaceHost {
   public:
-    /// Load the interface and have it made in `socket`, or tell in a sentence why not. `scale`: device pixels
-    /// per point. The unit's place for an interface must have been claimed; it is released with the object.
+    /// What an interface is told of the place in which it is made.
+    struct Place {
+        unsigned long window = 0;                            // the number of the X window around it
+        float scale = 1;                                     // device pixels per point
+        std::function<void(int width, int height)> takeSize; // called when it asks for one, in device pixels
+    };
+
+    /// Load the interface and have it made, or tell in a sentence why not. The unit's place for an interface
+    /// must have been claimed; it is released with the object.
     [[nodiscard]] static Result<std::unique_ptr<InterfaceHost>> make(std::shared_ptr<AudioUnit> unit,
-                                                                     const Interface& interface,
-                                                                     std::unique_ptr<X11Socket> socket,
-                                                                     float scale);
+                                                                     const Interface& interface, Place place);
     ~InterfaceHost();
     InterfaceHost(const InterfaceHost&) = delete;
     InterfaceHost& operator=(const InterfaceHost&) = delete;
 
-    [[nodiscard]] X11Socket& socket() noexcept { return *_socket; }
+    /// Returns the number of the window that the interface named as its own; 0 when it named none.
+    [[nodiscard]] unsigned long namedWindow() const noexcept { return _namedWindow; }
+    /// Has the effect run while its interface is on the screen, on silence where the engine does not run it.
+    void setVisible(bool isVisible) { _unit->runOnSilence(isVisible); }
     /// Tell the interface what changed and let it do its work; to be called some thirty times a second while
-    /// it is visible. Tells whether Escape was pressed in it.
-    [[nodiscard]] bool update();
+    /// it is visible.
+    void update();
 
   private:
-    InterfaceHost(std::shared_ptr<AudioUnit> unit, std::unique_ptr<X11Socket> socket, float scale);
+    InterfaceHost(std::shared_ptr<AudioUnit> unit, Place place);
     std::optional<Error> load(const Interface& interface);
     void listFeatures();
     void takeWrite(std::uint32_t port, std::uint32_t size, std::uint32_t protocol, const void* data);
     void tellValues();
 
     const std::shared_ptr<AudioUnit> _unit;
-    const std::unique_ptr<X11Socket> _socket;
+    const Place _place;
+    unsigned long _namedWindow = 0;
     // What the features point to.
-    float _scale, _updateRate, _sampleRate;
+    float _updateRate, _sampleRate;
     LV2UI_Resize _resize{};
     LV2UI_Port_Map _portMap{};
     LV2UI_Port_Subscribe _subscribe{};

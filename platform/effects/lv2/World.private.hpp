@@ -43,6 +43,8 @@ class World {
     [[nodiscard]] Plugin describe() const;
     /// Read its X11 interfaces, in a stable order.
     [[nodiscard]] std::vector<Interface> interfaces() const;
+    /// Returns what its other interfaces are made for, by name, in a stable order.
+    [[nodiscard]] std::vector<std::string> otherInterfaceKinds() const;
     /// Read its presets, in the order of their URIs.
     [[nodiscard]] std::vector<Preset> presets() const;
 

@@ -3,13 +3,14 @@
 
 #include "platform/effects/lv2/X11Socket.private.hpp"
 
+#include "platform/effects/lv2/SizeRules.private.hpp"
 #include "platform/foundation/console.hpp"
 
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/keysym.h>
-#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <string>
 
 namespace platform::lv2 {
@@ -40,45 +41,99 @@ void tolerateInterfaceErrors(void* display) {
 }
 
 struct X11Socket::Implementation {
+    using Clock = std::chrono::steady_clock;
+
     Display* display = nullptr;
     Window window = None, child = None;
     Window parent = None; // None: under the root
-    int naturalWidth = 0, naturalHeight = 0;
-    bool keepsSize = false;
-    bool isMapped = false;
-    PixelRect area, visible; // as placed last
-    PixelRect childPlace;    // as placed last
+    std::optional<InterfaceKeys> keys;
 
-    // What the hints allow instead of the wished size.
-    [[nodiscard]] std::pair<int, int> allowedSize(int width, int height) const {
-        if (keepsSize) return {naturalWidth, naturalHeight};
+    SizeRules rules;
+    std::optional<PixelSize> chosen; // by the interface, other than what it was given in this area
+    bool isShown = false, isMapped = false;
+    PixelRect area, visible; // as asked for last
+    PixelRect place;         // of the socket in the parent
+    PixelRect childPlace;    // as given last, in the socket
+    Clock::time_point givenAt;
+    int asked = 0; // how often the interface was asked again for the place it was given
+
+    void readHints() {
         XSizeHints hints{};
         long given = 0;
-        if (XGetWMNormalHints(display, child, &hints, &given) == 0) return {width, height};
-        if ((hints.flags & PMaxSize) != 0 && hints.max_width > 0 && hints.max_height > 0) {
-            width = std::min(width, hints.max_width);
-            height = std::min(height, hints.max_height);
-        }
-        if ((hints.flags & PMinSize) != 0) {
-            width = std::max(width, hints.min_width);
-            height = std::max(height, hints.min_height);
-        }
-        return {std::max(width, 1), std::max(height, 1)};
+        rules.setHints(XGetWMNormalHints(display, child, &hints, &given) != 0 ? hints : XSizeHints{});
     }
 
-    void placeChild() {
-        if (child == None || area.width <= 0 || area.height <= 0) return;
-        const auto [width, height] = allowedSize(area.width, area.height);
-        // Centred in the area; the socket shows only the visible part of that.
-        const PixelRect place{area.x - visible.x + (area.width - width) / 2,
-                              area.y - visible.y + (area.height - height) / 2, width, height};
-        if (place == childPlace) return;
-        childPlace = place;
-        if (keepsSize)
-            XMoveWindow(display, child, place.x, place.y);
-        else
-            XMoveResizeWindow(display, child, place.x, place.y, static_cast<unsigned>(place.width),
-                              static_cast<unsigned>(place.height));
+    // Shows the socket where the interface is in its area: the ground around it is the window's.
+    void arrange() {
+        if (!isShown || child == None || parent == None) {
+            unmap();
+            return;
+        }
+        const PixelSize size = chosen ? *chosen : rules.sizeIn({area.width, area.height});
+        const PixelRect wanted{area.x + (area.width - size.width) / 2,
+                               area.y + (area.height - size.height) / 2, size.width, size.height};
+        const PixelRect shown = intersection(wanted, visible);
+        if (shown.width <= 0 || shown.height <= 0) {
+            unmap();
+            return;
+        }
+        if (shown != place)
+            XMoveResizeWindow(display, window, shown.x, shown.y, static_cast<unsigned>(shown.width),
+                              static_cast<unsigned>(shown.height));
+        place = shown;
+        const PixelRect inSocket{wanted.x - shown.x, wanted.y - shown.y, wanted.width, wanted.height};
+        if (inSocket != childPlace) {
+            childPlace = inSocket;
+            givenAt = Clock::now();
+            asked = 0;
+            giveChildItsPlace();
+        }
+        if (!isMapped) {
+            givenAt = Clock::now();
+            XMapRaised(display, window);
+        }
+        isMapped = true;
+        XFlush(display);
+    }
+
+    void giveChildItsPlace() {
+        XMoveResizeWindow(display, child, childPlace.x, childPlace.y, static_cast<unsigned>(childPlace.width),
+                          static_cast<unsigned>(childPlace.height));
+        XFlush(display);
+    }
+
+    void unmap() {
+        if (!isMapped) return;
+        XUnmapWindow(display, window);
+        XFlush(display);
+        isMapped = false;
+    }
+
+    // Answers a change of the child's place that was not given. Soon after it was given it may only be late
+    // news of the interface's start, so it is asked for again, but not for ever.
+    void settle() {
+        XWindowAttributes now{};
+        if (XGetWindowAttributes(display, child, &now) == 0) return;
+        const PixelSize size{now.width, now.height};
+        if (childPlace.width <= 0) {
+            rules.wanted = size;
+            return;
+        }
+        const bool hasSize = size == PixelSize{childPlace.width, childPlace.height};
+        if (hasSize && now.x == childPlace.x && now.y == childPlace.y) return;
+        const bool isSoon = Clock::now() - givenAt < std::chrono::seconds(1);
+        constexpr int MostAsked = 3;
+        if ((hasSize || (isSoon && !rules.keepsWanted())) && asked < MostAsked) {
+            ++asked;
+            giveChildItsPlace();
+        } else if (!hasSize) {
+            if (isSoon && !rules.keepsWanted())
+                rules.refused({childPlace.width, childPlace.height}, size);
+            else
+                rules.wanted = size;
+            chosen = size;
+            arrange();
+        }
     }
 };
 
@@ -98,6 +153,7 @@ std::unique_ptr<X11Socket> X11Socket::make(const char* displayName) {
     made->window = XCreateWindow(display, RootWindow(display, screen), 0, 0, 1, 1, 0,
                                  DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
                                  CWColormap | CWBorderPixel | CWBackPixel | CWEventMask, &attributes);
+    made->keys.emplace(display, made->window);
     XSync(display, False); // the interface uses another connection: the window must exist before it is named
     return std::unique_ptr<X11Socket>(new X11Socket(std::move(made)));
 }
@@ -111,6 +167,14 @@ X11Socket::WindowId X11Socket::window() const noexcept {
     return _implementation->window;
 }
 
+int X11Socket::connection() const noexcept {
+    return ConnectionNumber(_implementation->display);
+}
+
+InterfaceKeys& X11Socket::keys() noexcept {
+    return *_implementation->keys;
+}
+
 bool X11Socket::adoptChild(WindowId named) {
     auto& self = *_implementation;
     Window root = None, parent = None, *children = nullptr;
@@ -120,109 +184,109 @@ bool X11Socket::adoptChild(WindowId named) {
     for (unsigned i = 0; i < count; ++i)
         if (children[i] == named) self.child = named;
     if (children != nullptr) XFree(children);
-    if (self.child == None) return false;
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(self.display, self.child, &attributes) == 0) return false;
+    if (self.child != None && XGetWindowAttributes(self.display, self.child, &attributes) == 0)
+        self.child = None;
+    self.keys->setChild(self.child);
+    if (self.child == None) return false;
     // The size it was made with, unless it has asked for another.
-    if (self.naturalWidth <= 0) setNaturalSize(attributes.width, attributes.height);
-    XSizeHints hints{};
-    long given = 0;
-    if (XGetWMNormalHints(self.display, self.child, &hints, &given) != 0 && (hints.flags & PMinSize) != 0 &&
-        (hints.flags & PMaxSize) != 0 && hints.min_width == hints.max_width &&
-        hints.min_height == hints.max_height)
-        self.keepsSize = true;
+    if (self.rules.wanted.width <= 0) self.rules.wanted = {attributes.width, attributes.height};
+    self.readHints();
     if (attributes.map_state == IsUnmapped) XMapWindow(self.display, self.child);
-    XResizeWindow(self.display, self.window, static_cast<unsigned>(std::max(self.naturalWidth, 1)),
-                  static_cast<unsigned>(std::max(self.naturalHeight, 1)));
+    XResizeWindow(self.display, self.window, static_cast<unsigned>(self.rules.wanted.width),
+                  static_cast<unsigned>(self.rules.wanted.height));
     XSync(self.display, False);
+    self.place = self.childPlace = {};
+    self.arrange();
     return true;
 }
 
-void X11Socket::setNaturalSize(int width, int height) noexcept {
-    _implementation->naturalWidth = width;
-    _implementation->naturalHeight = height;
+bool X11Socket::hasChild() const noexcept {
+    return _implementation->child != None;
 }
 
-void X11Socket::keepNaturalSize() noexcept {
-    _implementation->keepsSize = true;
+void X11Socket::setWantedSize(const PixelSize& size) {
+    auto& self = *_implementation;
+    if (size == PixelSize{self.childPlace.width, self.childPlace.height}) return; // it has it
+    self.rules.wanted = size;
+    self.chosen = size;
+    self.arrange();
+}
+
+void X11Socket::keepWantedSize() {
+    _implementation->rules.isFixed = true;
+}
+
+PixelSize X11Socket::wantedSize() const noexcept {
+    return _implementation->child == None ? PixelSize{} : _implementation->rules.wanted;
+}
+
+PixelSize X11Socket::smallestSize() const noexcept {
+    return _implementation->child == None ? PixelSize{} : _implementation->rules.smallest();
 }
 
 void X11Socket::moveTo(std::optional<WindowId> parent) {
     auto& self = *_implementation;
     const Window wanted = parent.value_or(None);
     if (self.parent == wanted) return;
-    hide();
+    self.unmap();
+    self.isShown = false;
     self.parent = wanted;
+    self.keys->setTopLevel(wanted);
     XReparentWindow(self.display, self.window, parent ? wanted : DefaultRootWindow(self.display), 0, 0);
+    self.place = {};
     XSync(self.display, False);
 }
 
 void X11Socket::place(const PixelRect& area, const PixelRect& visible) {
     auto& self = *_implementation;
-    if (self.parent == None || visible.width <= 0 || visible.height <= 0) {
-        hide();
-        return;
-    }
-    if (visible != self.visible)
-        XMoveResizeWindow(self.display, self.window, visible.x, visible.y,
-                          static_cast<unsigned>(visible.width), static_cast<unsigned>(visible.height));
-    const bool hasMoved = visible != self.visible || area != self.area;
+    if (self.isShown && area == self.area && visible == self.visible) return;
+    self.isShown = true;
+    if (area.width != self.area.width || area.height != self.area.height) self.chosen.reset();
     self.area = area;
     self.visible = visible;
-    if (hasMoved) self.placeChild();
-    if (!self.isMapped) XMapRaised(self.display, self.window);
-    self.isMapped = true;
-    XFlush(self.display);
+    self.arrange();
 }
 
 void X11Socket::hide() {
-    auto& self = *_implementation;
-    if (!self.isMapped) return;
-    XUnmapWindow(self.display, self.window);
-    XFlush(self.display);
-    self.isMapped = false;
-}
-
-bool X11Socket::giveKeyboard() {
-    auto& self = *_implementation;
-    XWindowAttributes attributes{};
-    if (!self.isMapped || self.child == None ||
-        XGetWindowAttributes(self.display, self.child, &attributes) == 0 ||
-        (attributes.all_event_masks & KeyPressMask) == 0 || attributes.map_state != IsViewable)
-        return false;
-    // Escape reaches this program first and the interface after it: no interface can keep a person inside.
-    XGrabKey(self.display, XKeysymToKeycode(self.display, XK_Escape), AnyModifier, self.window, False,
-             GrabModeAsync, GrabModeSync);
-    XSetInputFocus(self.display, self.child, RevertToParent, CurrentTime);
-    XSync(self.display, False);
-    return true;
+    _implementation->isShown = false;
+    _implementation->unmap();
 }
 
 bool X11Socket::followChild() {
     auto& self = *_implementation;
-    bool hasChanged = false, isLeaving = false;
+    bool hasMoved = false, isLeaving = false;
     while (XPending(self.display) > 0) {
         XEvent event;
         XNextEvent(self.display, &event);
-        if (event.type == KeyPress || event.type == KeyRelease) {
-            XAllowEvents(self.display, ReplayKeyboard, event.xkey.time);
-            isLeaving = isLeaving || event.type == KeyPress;
+        switch (event.type) {
+        case KeyPress:
+        case KeyRelease:
+            isLeaving = self.keys->handle(event.xkey) || isLeaving;
+            break;
+        case FocusOut: // not for the moment for which a key is held back
+            if (event.xfocus.mode == NotifyNormal) self.keys->keyboardLeft();
+            break;
+        case DestroyNotify:
+            if (event.xdestroywindow.window != self.child) break;
+            self.child = None;
+            self.keys->setChild(None);
+            self.unmap();
+            break;
+        case ConfigureNotify:
+            hasMoved = hasMoved || event.xconfigure.window == self.child;
+            break;
+        case PropertyNotify:
+            if (event.xproperty.window != self.child || event.xproperty.atom != XA_WM_NORMAL_HINTS) break;
+            self.readHints();
+            self.arrange();
+            break;
+        default:
+            break;
         }
-        if (event.type == DestroyNotify && event.xdestroywindow.window == self.child) self.child = None;
-        if (event.type != ConfigureNotify || event.xconfigure.window != self.child) continue;
-        const auto& now = event.xconfigure;
-        if (now.width == self.childPlace.width && now.height == self.childPlace.height) continue;
-        // It chose a size of its own: that is what it wants to have. What it refuses is not asked for again.
-        self.naturalWidth = now.width;
-        self.naturalHeight = now.height;
-        hasChanged = self.keepsSize;
     }
-    if (hasChanged) {
-        self.childPlace = {};
-        self.placeChild();
-    }
-    if (isLeaving) XUngrabKey(self.display, AnyKey, AnyModifier, self.window);
-    XFlush(self.display);
+    // What it is now, and not what one of the events says that were on their way.
+    if (hasMoved && self.child != None) self.settle();
     return isLeaving;
 }
 

@@ -7,6 +7,9 @@
 // Main thread only. Private to platform/effects.
 #pragma once
 
+#include "platform/effects/lv2/InterfaceKeys.private.hpp"
+
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -16,6 +19,19 @@ struct PixelRect {
     int x = 0, y = 0, width = 0, height = 0;
 
     friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+/// Returns what both have in common; without extent when that is nothing.
+[[nodiscard]] inline PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+    const int left = std::max(a.x, b.x), top = std::max(a.y, b.y);
+    return {left, top, std::min(a.x + a.width, b.x + b.width) - left,
+            std::min(a.y + a.height, b.y + b.height) - top};
+}
+
+struct PixelSize {
+    int width = 0, height = 0;
+
+    friend bool operator==(const PixelSize&, const PixelSize&) = default;
 };
 
 /// Have errors of the X protocol that interfaces make said on standard error, where the library would end the
@@ -34,26 +50,31 @@ class X11Socket {
 
     /// Give the window to hand to the interface.
     [[nodiscard]] WindowId window() const noexcept;
+    /// Returns the descriptor of the connection, which becomes readable when there is something to follow.
+    [[nodiscard]] int connection() const noexcept;
+    [[nodiscard]] InterfaceKeys& keys() noexcept;
 
-    /// Look for the interface's own window (`named`, when it is in the socket), and keep its size as the
-    /// natural one. Tells whether there is one.
+    /// Looks for the interface's own window (`named`, when it is in the socket), which may appear late, and
+    /// takes its size for the one that it wants. Returns whether it is there.
     bool adoptChild(WindowId named);
-    /// Note the size that the interface asks for.
-    void setNaturalSize(int width, int height) noexcept;
-    /// Keep the interface at its natural size.
-    void keepNaturalSize() noexcept;
+    [[nodiscard]] bool hasChild() const noexcept;
+    /// Takes note of the size that the interface asks for.
+    void setWantedSize(const PixelSize& size);
+    /// Keeps the interface at the size that it wants.
+    void keepWantedSize();
+    /// Returns the size that the interface wants, and the one below which it is cut off rather than squeezed.
+    [[nodiscard]] PixelSize wantedSize() const noexcept;
+    [[nodiscard]] PixelSize smallestSize() const noexcept;
 
     /// Move under `parent`; absent: unmapped under the root.
     void moveTo(std::optional<WindowId> parent);
-    /// Show the interface at `area` of the parent, cut off outside `visible`; a visible part without extent
-    /// unmaps the socket. Does nothing when nothing changed.
+    /// Show the interface in the middle of `area` of the parent, as large as it wants to be there, cut off
+    /// outside `visible`. Does nothing when nothing changed.
     void place(const PixelRect& area, const PixelRect& visible);
     void hide();
-    /// Follow what the interface does with its window: its size, its end. Tells whether Escape was pressed in
-    /// it, which asks to leave it; the interface hears of the key as well.
+    /// Follow what the interface does with its window: its size, its end, its keys. Returns whether Escape
+    /// was pressed in it, which asks to leave it.
     [[nodiscard]] bool followChild();
-    /// Give the keyboard to the interface, if it wants keys at all. Tells whether it has it now.
-    bool giveKeyboard();
 
   private:
     struct Implementation;

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The keys that a plug-in's interface shares with the window around it: Escape leaves the interface, the
+// space bar and Alt with a letter go to the window where it has a use for them. The X server holds back such
+// a key until this has decided, so that each key goes to one side only. Main thread only. Private to
+// platform/effects.
+#pragma once
+
+#include <X11/Xlib.h>
+#include <functional>
+
+namespace platform::lv2 {
+
+class InterfaceKeys {
+  public:
+    /// Asks whether the window has a use for the key; it prepares for it then.
+    using WindowTakes = std::function<bool(KeySym key, bool isWithAlt)>;
+
+    /// Shares the keys of what is inside `socket`.
+    InterfaceKeys(Display* display, Window socket);
+
+    void setWindowTakes(WindowTakes takes) { _takes = std::move(takes); }
+    /// Names the window in which the socket lies; None when it lies under the root.
+    void setTopLevel(Window window) noexcept { _topLevel = window; }
+    /// Names the interface's own window; None when it has gone.
+    void setChild(Window child);
+
+    /// Gives the keyboard to the interface, if it listens to keys at all. Returns whether it has it now.
+    bool giveKeyboard();
+    /// Decides on a key; returns whether it asks to leave the interface, which hears of it as well.
+    [[nodiscard]] bool handle(XKeyEvent event);
+    /// Takes note that the keyboard went elsewhere.
+    void keyboardLeft() noexcept { _isTyping = false; }
+
+  private:
+    [[nodiscard]] bool isInside(Window window) const;
+    [[nodiscard]] bool isInterfaceFocused() const;
+    [[nodiscard]] Window windowOfTheToolkitsKeys() const;
+    void noteTyping(const XKeyEvent& event, KeySym key);
+    [[nodiscard]] bool goesToWindow(const XKeyEvent& event, KeySym key);
+
+    Display* const _display;
+    const Window _socket;
+    Window _topLevel = None, _child = None;
+    WindowTakes _takes;
+    // Nothing tells whether an interface has a field for text: a letter or a digit means that text is being
+    // typed, until the line ends or some seconds have passed.
+    bool _isTyping = false;
+    Time _typedAt = 0; // milliseconds of the server
+};
+
+} // namespace platform::lv2
