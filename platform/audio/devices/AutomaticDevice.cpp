@@ -121,6 +121,7 @@ void AutomaticDevice::dropHardware() noexcept {
 
 bool AutomaticDevice::takeFormat() {
     const AVAudioFormat format = _hardware->format();
+    _blockFrames = _hardware->blockFrames();
     const std::scoped_lock lock(_formatMutex);
     return std::exchange(_format, format) != format;
 }
@@ -128,7 +129,7 @@ bool AutomaticDevice::takeFormat() {
 void AutomaticDevice::playSilently(std::string_view reason) {
     _shared.gate.close();
     if (!_silent) {
-        _silent = std::make_unique<SilentDevice>(format());
+        _silent = std::make_unique<SilentDevice>(format(), blockFrames());
         static_cast<void>(_silent->start(_client)); // new, and so not in use
     }
     if (!_saidSilent && !_factories.empty())
