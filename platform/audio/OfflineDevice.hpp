@@ -23,6 +23,7 @@ class OfflineDevice final : public OutputDevice {
     [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
     void stop() noexcept override;
     [[nodiscard]] AVAudioFormat format() const noexcept override;
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
     [[nodiscard]] bool isOffline() const noexcept override { return true; }
 
     /// Render `frames` frames into `planes`, one for each channel; silence while nothing runs. Any thread.

@@ -31,6 +31,9 @@ class OutputClient {
 /// The format that stands in for a device's as long as that is not known.
 inline constexpr AVAudioFormat DefaultOutputFormat{.sampleRate = 48000, .channelCount = 2};
 
+/// Likewise the number of frames that it asks for at a time.
+inline constexpr std::uint32_t DefaultBlockFrames = 256;
+
 /// Control side: any thread but the audio thread, one operation at a time.
 class OutputDevice {
   public:
@@ -51,6 +54,9 @@ class OutputDevice {
 
     /// Give the format; any thread, at any time.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
+    /// Returns the frames for which the device usually asks at a time, as far as it is known; any thread, at
+    /// any time.
+    [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
     /// Tell whether the client is asked for sound by hand and may be waited for, so that nothing is ever
     /// missing.
     [[nodiscard]] virtual bool isOffline() const noexcept { return false; }
@@ -63,6 +69,15 @@ class OutputDevice {
 /// changes between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment binds it
 /// to one.
 [[nodiscard]] std::shared_ptr<OutputDevice> sharedOutputDevice();
+/// What an effect is made for.
+struct RenderSetup {
+    double sampleRate = DefaultOutputFormat.sampleRate;
+    std::uint32_t blockFrames = DefaultBlockFrames; // of a usual block
+};
+/// Asks the process's output for its rate and block length, for which it is claimed for a moment and its
+/// server awaited. Where none answers, or it refuses, these are the ones last known. Any thread but the audio
+/// thread.
+[[nodiscard]] RenderSetup askForRenderSetup();
 /// Put `device` in the place of the process's output (null: back to the automatic one). For tests and for
 /// bouncing; engines made before keep theirs.
 void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);

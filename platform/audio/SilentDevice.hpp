@@ -22,6 +22,7 @@ class SilentDevice final : public OutputDevice {
     [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
     void stop() noexcept override;
     [[nodiscard]] AVAudioFormat format() const noexcept override { return _format; }
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
   private:
     void run(OutputClient& client) const;

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/audio/OutputDevice.hpp"
+#include "platform/audio/detail/RenderPlan.hpp"
 #include "platform/audio/devices/AutomaticDevice.hpp"
 #include "platform/audio/devices/PipeWireDevice.hpp"
 #include "platform/audio/devices/RtAudioDevice.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/termination.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -57,6 +59,15 @@ std::shared_ptr<OutputDevice> sharedOutputDevice() {
         atTermination([device = output.device] { device->stop(); });
     }
     return output.device;
+}
+
+RenderSetup askForRenderSetup() {
+    const auto device = sharedOutputDevice();
+    const bool isClaimed = !device->open(); // a refusal is told where sound is wanted
+    const RenderSetup setup{.sampleRate = device->format().sampleRate,
+                            .blockFrames = std::min(device->blockFrames(), RenderPlan::MaximumFrames)};
+    if (isClaimed) device->close();
+    return setup;
 }
 
 void setSharedOutputDevice(std::shared_ptr<OutputDevice> device) {

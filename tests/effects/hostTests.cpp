@@ -4,6 +4,9 @@
 // The LV2 host without a screen: sound, parameters, state, presets, worker, and plug-ins that cannot be used.
 #include "tests/effects/Rendering.hpp"
 
+#include "platform/audio/OfflineDevice.hpp"
+
+#include <dlfcn.h>
 #include <thread>
 
 using namespace platform;
@@ -134,6 +137,78 @@ TEST(Host, LetsAPlugInWorkBesideTheSound) {
     EXPECT_GE(unit->parameterValue(addressOf(*unit, "answers")), 1.0F);
 }
 
+TEST(Host, TakesDefaultsOfBothDialectsWithinBoundsAtTheRate) {
+    setSharedOutputDevice(std::make_shared<OfflineDevice>(AVAudioFormat{44100, 2}));
+    const auto unit = makeUnit("urn:tonewright:test:rates");
+    setSharedOutputDevice(nullptr);
+    const auto parameters = unit->parameters();
+    const float defaults[] = {440, 11025, 22050};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(parameters[i].defaultValue, defaults[i]) << parameters[i].identifier;
+        EXPECT_EQ(unit->parameterValue(parameters[i].address), defaults[i]) << parameters[i].identifier;
+        EXPECT_EQ(parameters[i].maxValue, 22050);
+    }
+    {
+        const Rendering faster(*unit, 96000, 64);
+        unit->setParameterValue(parameters[0].address, 1e6F);
+        EXPECT_EQ(unit->parameterValue(parameters[0].address), 48000);
+    }
+    const Rendering slower(*unit, 32000, 64);
+    EXPECT_EQ(unit->parameterValue(parameters[0].address), 16000);
+}
+
+TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
+    setSharedOutputDevice(std::make_shared<OfflineDevice>(AVAudioFormat{44100, 2}, 192));
+    const auto unit = makeUnit("urn:tonewright:test:blocks");
+    setSharedOutputDevice(nullptr);
+    const auto level = addressOf(*unit, "level");
+    const auto told = [&] {
+        std::vector<float> values;
+        for (const char* name : {"rate", "nominal", "longest", "made"})
+            values.push_back(unit->parameterValue(addressOf(*unit, name)));
+        return values;
+    };
+    {
+        Rendering rendering(*unit, 44100, 1000);
+        const float first = [&] { return rendering.block(192), told()[3]; }();
+        EXPECT_EQ(told(), (std::vector<float>{44100, 192, 192, first}));
+        unit->setParameterValue(level, 0.75F);
+        const auto isCopy = [&](std::uint32_t frames) {
+            rendering.block(frames);
+            for (std::uint32_t i = 0; i < frames; ++i)
+                if (rendering.out(0)[i] != 0.75F * rendering.in(0)[i]) return false;
+            return true;
+        };
+        for (const std::uint32_t frames : {1U, 191U, 192U, 1000U}) EXPECT_TRUE(isCopy(frames)) << frames;
+        rendering.processor->setBlockFrames(480);
+        EXPECT_TRUE(isCopy(480));
+        EXPECT_EQ(told(), (std::vector<float>{44100, 480, 480, first}));
+    }
+    Rendering another(*unit, 48000, 1000);
+    another.block();
+    EXPECT_EQ(told()[0], 48000);
+    EXPECT_EQ(told()[1], 480);
+    EXPECT_EQ(unit->parameterValue(level), 0.75F);
+}
+
+TEST(Host, KeepsAllDigitsOfAValue) {
+    const auto unit = makeUnit("urn:tonewright:test:gain");
+    const auto gain = addressOf(*unit, "gain");
+    for (const float value : {0.0012345678F, 1.1754944e-38F, 3.9999998F, 1.2345678e-10F, 2.0F}) {
+        unit->setParameterValue(gain, value);
+        const auto state = unit->fullState();
+        unit->setParameterValue(gain, 1);
+        EXPECT_FALSE(unit->setFullState(state));
+        EXPECT_EQ(unit->parameterValue(gain), value);
+    }
+}
+
+TEST(Host, NeverUnloadsALibrary) {
+    (void)makeUnit("urn:tonewright:test:gain");
+    const std::string path = std::string(std::getenv("TONEWRIGHT_FIXTURES")) + "/fixtures.lv2/plugins.so";
+    EXPECT_NE(::dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr);
+}
+
 // Everything that the control side may do, beside a thread that renders without a pause.
 TEST(Host, MayBeChangedWhileItRuns) {
     const auto unit = makeUnit("urn:tonewright:test:stateful");
@@ -160,6 +235,8 @@ TEST(Host, MayBeChangedWhileItRuns) {
 
 TEST(Host, MakesNoUnitOfABrokenPlugIn) {
     for (const auto& [name, reason] : {std::pair{"missinglibrary", "absent.so"},
+                                       {"damagedlibrary", "damaged.so: "}, // and what the loader says
+                                       {"hanginginstance", "has not returned from making an instance"},
                                        {"noinstance", "made no instance"},
                                        {"unknownfeature", "urn:tonewright:test:no-such-feature"},
                                        {"unknownport", "Strange"},

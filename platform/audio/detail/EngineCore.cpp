@@ -54,7 +54,9 @@ void EngineCore::disconnectInput(const NodePointer& node) {
 
 void EngineCore::prepare() {
     const std::scoped_lock lock(_mutex);
-    if (!_ended && !_planIsCurrent) rebuild();
+    if (_ended || _planIsCurrent) return;
+    if (!_running) expectBlocks();
+    rebuild();
 }
 
 std::optional<Error> EngineCore::start() {
@@ -63,6 +65,7 @@ std::optional<Error> EngineCore::start() {
     if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
     _shared.sampleTime = 0;
     _shared.stopping = std::stop_source();
+    expectBlocks();
     if (!_planIsCurrent || _planFormat != _device->format()) rebuild();
     if (auto error = _device->start(shared_from_this())) return error;
     _running = true;
@@ -76,6 +79,13 @@ void EngineCore::stop() {
     _shared.stopping.request_stop();
     _device->stop();
     _running = false;
+}
+
+// Before the first block the device's word is all there is. _mutex is held.
+void EngineCore::expectBlocks() {
+    const std::uint32_t frames = std::min(_device->blockFrames(), RenderPlan::MaximumFrames);
+    _shared.blockLength.reset(frames);
+    _graph.setBlockFrames(frames);
 }
 
 bool EngineCore::isRunning() const {
@@ -136,6 +146,7 @@ void EngineCore::watch() {
         const std::scoped_lock lock(_mutex);
         _graph.reportBadSamples();
         if (_ended) return;
+        if (_running) _graph.setBlockFrames(_shared.blockLength.usual());
     }
 }
 
@@ -171,7 +182,8 @@ void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::
         RenderPlan* plan = acquirePlan();
         if (plan != nullptr && plan->format() == format) {
             const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
-            if (plan->render(planes, done, count, now)) {
+            const bool isNewLength = !_offline && _shared.blockLength.note(count);
+            if (plan->render(planes, done, count, now) || isNewLength) {
                 const ForeignCodeScope wakingIsAllowed;
                 _shared.news.release();
             }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
+#include "platform/audio/detail/BlockLength.hpp"
 #include "platform/audio/detail/NodeGraph.hpp"
 #include "platform/audio/detail/RenderPlan.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
@@ -44,6 +45,7 @@ class EngineCore final : public OutputClient, public std::enable_shared_from_thi
     void rebuild();
     void publish(std::unique_ptr<RenderPlan> plan);
     void watch();
+    void expectBlocks();
     [[nodiscard]] RenderPlan* acquirePlan() noexcept;
     void releasePlan() noexcept { _shared.inUse.store(nullptr); }
     void provide(std::uint32_t frames);
@@ -57,7 +59,10 @@ class EngineCore final : public OutputClient, public std::enable_shared_from_thi
         std::atomic<RenderPlan*> inUse{nullptr};
         // Frames rendered since the engine started; set to 0 by the control side while nothing renders.
         std::atomic<std::int64_t> sampleTime{0};
-        // Posted to when there is something to say (bad samples), and to end the thread that waits for it.
+        // Of a device in real time: the audio side measures, the control side tells the effects.
+        BlockLength blockLength;
+        // Posted to when there is something to say (bad samples), when the block length changes, and to end
+        // the thread that waits for it.
         std::counting_semaphore<> news{0};
         // Requested by the control side when it stops the engine, so that an offline render waits for nothing
         // any more; exchanged by it while nothing renders.

@@ -32,6 +32,8 @@ bool NodeGraph::attach(const NodePointer& node) {
     if (node->_isAttached.exchange(true)) return false;
     _members[node.get()] = {
         .node = node, .processor = node->processor(), .badSamples = std::make_shared<BadSamples>()};
+    if (const auto& processor = _members[node.get()].processor; processor && _blockFrames > 0)
+        processor->setBlockFrames(_blockFrames);
     return true;
 }
 
@@ -149,6 +151,13 @@ std::unique_ptr<RenderPlan> NodeGraph::compile(const AVAudioFormat& format, bool
     auto plan = std::make_unique<RenderPlan>(format);
     plan->setOutput(Compilation(*this, *plan, offline).outputOf(*_output));
     return plan;
+}
+
+void NodeGraph::setBlockFrames(std::uint32_t frames) {
+    if (frames == _blockFrames) return;
+    _blockFrames = frames;
+    for (const auto& [node, member] : _members)
+        if (member.processor) member.processor->setBlockFrames(frames);
 }
 
 void NodeGraph::reportBadSamples() {

@@ -43,6 +43,8 @@ class NodeGraph {
     /// Build the plan for an output of `format`. Processors that are not ready for its rate are made ready;
     /// none of these may be in use.
     [[nodiscard]] std::unique_ptr<RenderPlan> compile(const AVAudioFormat& format, bool offline);
+    /// Tells all processors, and those that come, how many frames a block usually has. They may be in use.
+    void setBlockFrames(std::uint32_t frames);
     /// Say once for each node on standard error that it gave samples that are no numbers.
     void reportBadSamples();
 
@@ -68,6 +70,7 @@ class NodeGraph {
     std::map<const AVAudioNode*, Member> _members;
     std::vector<Link> _links;
     const AVAudioNode* const _output;
+    std::uint32_t _blockFrames = 0; // 0: not known
 };
 
 } // namespace platform

@@ -6,6 +6,7 @@
 #include "platform/foundation/console.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -117,6 +118,7 @@ void AutomaticDevice::dropHardware() noexcept {
 
 bool AutomaticDevice::takeFormat() {
     const AVAudioFormat format = _hardware->format();
+    _blockFrames = _hardware->blockFrames();
     const std::scoped_lock lock(_formatMutex);
     return std::exchange(_format, format) != format;
 }
@@ -124,7 +126,7 @@ bool AutomaticDevice::takeFormat() {
 void AutomaticDevice::playSilently(std::string_view reason) {
     _shared.gate.close();
     if (!_silent) {
-        _silent = std::make_unique<SilentDevice>(format());
+        _silent = std::make_unique<SilentDevice>(format(), blockFrames());
         static_cast<void>(_silent->start(_client)); // new, and so not in use
     }
     if (_isOpening) return; // it is not known yet whether there is anything to say

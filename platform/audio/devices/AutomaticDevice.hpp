@@ -44,6 +44,7 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override;
     void stop() noexcept override;
     [[nodiscard]] AVAudioFormat format() const noexcept override;
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
     /// Tell whether what plays now is heard.
     [[nodiscard]] bool isAudible() const;
@@ -85,6 +86,7 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
 
     mutable std::mutex _formatMutex; // guards _format
     AVAudioFormat _format = DefaultOutputFormat;
+    std::atomic<std::uint32_t> _blockFrames{DefaultBlockFrames}; // of the hardware that answered last
 
     mutable std::mutex _mutex;                 // guards the fields below
     std::unique_ptr<HardwareDevice> _hardware; // null: none answers

@@ -4,8 +4,7 @@
 // An output that is really heard and may not be there, or go away: what AutomaticDevice chooses among.
 #pragma once
 
-#include "platform/audio/AVAudioFormat.hpp"
-#include "platform/foundation/Error.hpp"
+#include "platform/audio/OutputDevice.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -50,6 +49,9 @@ class HardwareDevice {
     virtual void run(bool running) noexcept = 0;
     /// Give the format; at any time, from any thread.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
+    /// Returns the frames that it will ask for at a time, as far as it is known; at any time, from any
+    /// thread.
+    [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
 };
 
 using HardwareFactory = std::function<std::unique_ptr<HardwareDevice>()>;

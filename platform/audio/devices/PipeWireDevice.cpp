@@ -20,7 +20,8 @@
 namespace platform {
 namespace {
 
-constexpr std::uint32_t Channels = 2; // the server adapts to what the card has
+constexpr std::uint32_t Channels = 2;       // the server adapts to what the card has
+constexpr std::uint32_t WantedFrames = 256; // at a time; the server has bounds of its own
 constexpr long AnswerLimitNanoseconds = 1'000'000'000;
 
 class LoopLock {
@@ -91,6 +92,8 @@ class PipeWireDevice final : public HardwareDevice {
         return {.sampleRate = static_cast<double>(_rate.load()), .channelCount = Channels};
     }
 
+    std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
+
   private:
     static Answer absent() { return {.kind = Answer::Kind::Absent}; }
     static Answer refused(int errorNumber) {
@@ -113,7 +116,7 @@ class PipeWireDevice final : public HardwareDevice {
     }
 
     void createStream() {
-        const std::string latency = "256/" + std::to_string(_rate.load());
+        const std::string latency = std::to_string(WantedFrames) + "/" + std::to_string(_rate.load());
         pw_properties* properties = pw_properties_new(
             PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_MEDIA_ROLE, "Music",
             PW_KEY_NODE_NAME, "Tonewright", PW_KEY_NODE_DESCRIPTION, "Tonewright", PW_KEY_APP_NAME,
@@ -147,10 +150,15 @@ class PipeWireDevice final : public HardwareDevice {
     }
 
     static void coreInfo(void* data, const pw_core_info* info) {
-        const char* rate =
-            info->props == nullptr ? nullptr : spa_dict_lookup(info->props, "default.clock.rate");
-        const long value = rate == nullptr ? 0 : std::strtol(rate, nullptr, 10);
-        if (value > 0) static_cast<PipeWireDevice*>(data)->_rate = static_cast<std::uint32_t>(value);
+        auto& self = *static_cast<PipeWireDevice*>(data);
+        const auto number = [&](const char* key, std::uint32_t absent) {
+            const char* text = info->props == nullptr ? nullptr : spa_dict_lookup(info->props, key);
+            const long value = text == nullptr ? 0 : std::strtol(text, nullptr, 10);
+            return value > 0 ? static_cast<std::uint32_t>(value) : absent;
+        };
+        self._rate = number("default.clock.rate", self._rate);
+        self._blockFrames = std::min(std::max(WantedFrames, number("default.clock.min-quantum", 1)),
+                                     number("default.clock.max-quantum", UINT32_MAX));
     }
     static void coreDone(void* data, std::uint32_t id, int sequence) {
         auto& self = *static_cast<PipeWireDevice*>(data);
@@ -227,6 +235,7 @@ class PipeWireDevice final : public HardwareDevice {
     bool _isOpen = false;
     // Written on the loop's thread, read on all.
     std::atomic<std::uint32_t> _rate{48000};
+    std::atomic<std::uint32_t> _blockFrames{WantedFrames};
     // The data thread's own.
     bool _askedForPriority = false;
 };

@@ -76,6 +76,7 @@ class RtAudioDevice final : public HardwareDevice {
     }
 
     AVAudioFormat format() const noexcept override { return _format; }
+    std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
   private:
     bool openWith(RtAudio::Api api) {
@@ -97,6 +98,7 @@ class RtAudioDevice final : public HardwareDevice {
             library->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames, process, this, &options,
                                 [](RtAudioError::Type, const std::string&) {});
             _format = {.sampleRate = static_cast<double>(rate), .channelCount = parameters.nChannels};
+            _blockFrames = frames; // what the card made of the wish
             _library = std::move(library);
             return true;
         } catch (const RtAudioError&) {
@@ -120,7 +122,8 @@ class RtAudioDevice final : public HardwareDevice {
     }
 
     HardwareListener* _listener = nullptr;
-    AVAudioFormat _format; // fixed once open
+    AVAudioFormat _format;                    // fixed once open
+    std::uint32_t _blockFrames = BlockFrames; // likewise
     bool _askedForPriority = false;
     std::unique_ptr<RtAudio> _library;
 };

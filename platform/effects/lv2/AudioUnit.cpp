@@ -105,7 +105,7 @@ std::vector<AUParameter> AudioUnit::parameters() const {
     std::vector<AUParameter> parameters;
     for (const Port& port : _processor->plugin().ports)
         if (port.kind == PortKind::ControlInput || port.kind == PortKind::ControlOutput)
-            parameters.push_back(port.parameter);
+            parameters.push_back(parameterAt(port, _processor->sampleRate()));
     return parameters;
 }
 
@@ -116,7 +116,7 @@ float AudioUnit::parameterValue(std::uint32_t address) const {
 void AudioUnit::setParameterValue(std::uint32_t address, float value) {
     const auto& ports = _processor->plugin().ports;
     if (address >= ports.size() || ports[address].kind != PortKind::ControlInput || std::isnan(value)) return;
-    const AUParameter& parameter = ports[address].parameter;
+    const AUParameter parameter = parameterAt(ports[address], _processor->sampleRate());
     _processor->buffers().setValue(address, std::clamp(value, parameter.minValue, parameter.maxValue));
 }
 

@@ -5,6 +5,7 @@
 // only plug-ins whose derived codes could match have their details read, for their type and name.
 #include "platform/effects/ComponentProvider.hpp"
 
+#include "platform/audio/OutputDevice.hpp"
 #include "platform/effects/lv2/AudioUnit.private.hpp"
 #include "platform/foundation/console.hpp"
 
@@ -64,7 +65,9 @@ class Lv2ComponentProvider final : public ComponentProvider {
         if (home == nullptr || world->plugin() == nullptr)
             return Error("LV2", 4, "The effect " + record.identifier + " is not installed.");
         lv2::Plugin plugin = world->describe();
-        auto processor = lv2::Processor::make(std::move(world), std::move(plugin), home->isOurs);
+        const RenderSetup setup = askForRenderSetup();
+        auto processor = lv2::Processor::make(std::move(world), std::move(plugin), home->isOurs,
+                                              setup.sampleRate, setup.blockFrames);
         if (!processor) return processor.error();
         return std::shared_ptr<AUAudioUnit>(std::make_shared<lv2::AudioUnit>(std::move(processor.value())));
     }

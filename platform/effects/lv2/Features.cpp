@@ -61,6 +61,10 @@ LV2_Options_Option option(LV2_URID key, LV2_URID type, std::uint32_t size, const
     return {LV2_OPTIONS_INSTANCE, 0, key, size, type, value};
 }
 
+LV2_Options_Option wholeOption(LV2_URID key, const std::int32_t& value) {
+    return option(key, Urids::shared().atomInt, sizeof value, &value);
+}
+
 } // namespace
 
 std::string lackedFeature(const std::vector<std::string>& required) {
@@ -91,9 +95,9 @@ std::string ScratchDirectory::pathFor(const std::string& name) {
     return path.string();
 }
 
-Features::Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t sequenceBytes,
-                   Worker& worker, ScratchDirectory& scratch)
-    : _nominalFrames(static_cast<std::int32_t>(nominalFrames))
+Features::Features(double sampleRate, std::uint32_t blockFrames, std::uint32_t sequenceBytes, Worker& worker,
+                   ScratchDirectory& scratch)
+    : _blockFrames(static_cast<std::int32_t>(blockFrames))
     , _sequenceBytes(static_cast<std::int32_t>(sequenceBytes))
     , _sampleRate(static_cast<float>(sampleRate))
     , _makePath{&scratch,
@@ -104,13 +108,10 @@ Features::Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t
                     std::free(path); // NOLINT(cppcoreguidelines-no-malloc): it came from strdup, as LV2 wants
                 }} {
     const Urids& urids = Urids::shared();
-    const auto whole = [&](LV2_URID key, const std::int32_t& value) {
-        return option(key, urids.atomInt, sizeof value, &value);
-    };
-    _options = {whole(urids.minBlockLength, _minimumFrames),
-                whole(urids.maxBlockLength, _maximumFrames),
-                whole(urids.nominalBlockLength, _nominalFrames),
-                whole(urids.sequenceSize, _sequenceBytes),
+    _options = {wholeOption(urids.minBlockLength, _minimumFrames),
+                wholeOption(urids.maxBlockLength, _blockFrames),
+                wholeOption(urids.nominalBlockLength, _blockFrames),
+                wholeOption(urids.sequenceSize, _sequenceBytes),
                 option(urids.sampleRate, urids.atomFloat, sizeof _sampleRate, &_sampleRate),
                 option(0, 0, 0, nullptr)};
     _features = {{LV2_URID__map, UridMap::shared().mapFeature()},
@@ -135,6 +136,12 @@ Features::Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t
     }
     _list.push_back(nullptr);
     _listForRestore.push_back(nullptr);
+}
+
+std::vector<LV2_Options_Option> Features::changeBlockFrames(std::uint32_t frames) {
+    _blockFrames = static_cast<std::int32_t>(frames);
+    return {wholeOption(Urids::shared().maxBlockLength, _blockFrames),
+            wholeOption(Urids::shared().nominalBlockLength, _blockFrames), option(0, 0, 0, nullptr)};
 }
 
 } // namespace platform::lv2

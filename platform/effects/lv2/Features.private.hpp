@@ -18,8 +18,7 @@
 
 namespace platform::lv2 {
 
-/// No block is longer than this; a longer one of the engine's is run in pieces. Fixed, so that a device that
-/// changes its block size costs no new instance.
+/// No instance is told of a longer block than this.
 inline constexpr std::uint32_t LongestBlock = 8192;
 
 /// Give the first of `required` that the host lacks; empty when it has all.
@@ -46,8 +45,9 @@ class ScratchDirectory {
 
 class Features {
   public:
-    /// Collect the features for an instance at `sampleRate` whose event ports hold up to `sequenceBytes`.
-    Features(double sampleRate, std::uint32_t nominalFrames, std::uint32_t sequenceBytes, Worker& worker,
+    /// Collects the features for an instance at `sampleRate` whose blocks have up to and usually
+    /// `blockFrames` frames, and whose event ports hold up to `sequenceBytes`.
+    Features(double sampleRate, std::uint32_t blockFrames, std::uint32_t sequenceBytes, Worker& worker,
              ScratchDirectory& scratch);
     Features(const Features&) = delete;
     Features& operator=(const Features&) = delete;
@@ -56,10 +56,13 @@ class Features {
     [[nodiscard]] const LV2_Feature* const* list() const noexcept { return _list.data(); }
     /// Give the list for a restore of state.
     [[nodiscard]] const LV2_Feature* const* listForRestore() const noexcept { return _listForRestore.data(); }
+    /// Changes the block length and returns the options that tell of it, ended by an empty one; valid until
+    /// the next call.
+    [[nodiscard]] std::vector<LV2_Options_Option> changeBlockFrames(std::uint32_t frames);
 
   private:
-    const std::int32_t _minimumFrames = 1, _maximumFrames = LongestBlock;
-    std::int32_t _nominalFrames, _sequenceBytes;
+    const std::int32_t _minimumFrames = 1; // the last piece of a block that is cut
+    std::int32_t _blockFrames, _sequenceBytes;
     float _sampleRate;
     LV2_State_Make_Path _makePath;
     LV2_State_Free_Path _freePath;

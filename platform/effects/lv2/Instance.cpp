@@ -6,67 +6,70 @@
 #include <unistd.h>
 
 namespace platform::lv2 {
-namespace {
 
-Error failure(const Plugin& plugin, const std::string& reason) {
+Error unusable(const Plugin& plugin, const std::string& reason) {
     return {"LV2", 1, "The effect \"" + plugin.name + "\" cannot be used: " + reason + "."};
 }
 
-std::string libraryPath(const LilvPlugin* plugin) {
-    const LilvNode* library = lilv_plugin_get_library_uri(plugin);
-    char* path = library == nullptr ? nullptr : lilv_node_get_path(library, nullptr);
-    std::string text = path == nullptr ? std::string() : std::string(path);
-    lilv_free(path);
-    return text;
-}
-
-} // namespace
-
-Instance::Instance(std::shared_ptr<World> world, double sampleRate, std::uint32_t nominalFrames,
-                   std::uint32_t sequenceBytes)
-    : _world(std::move(world))
-    , _sampleRate(sampleRate)
-    , _features(sampleRate, nominalFrames, sequenceBytes, _worker, _scratch) {}
-
-Result<std::unique_ptr<Instance>> Instance::make(std::shared_ptr<World> world, const Plugin& plugin,
-                                                 double sampleRate, std::uint32_t nominalFrames,
-                                                 std::uint32_t sequenceBytes) {
+std::optional<Error> refusal(const Plugin& plugin) {
     if (const std::string lacked = lackedFeature(plugin.requiredFeatures); !lacked.empty())
-        return failure(plugin, "it requires the feature " + lacked + ", which this host does not have");
+        return unusable(plugin, "it requires the feature " + lacked + ", which this host does not have");
     for (const Port& port : plugin.ports)
         if (port.kind == PortKind::Unknown && !port.isOptional)
-            return failure(plugin,
-                           "its port \"" + port.name + "\" is of a kind that this host does not know");
+            return unusable(plugin,
+                            "its port \"" + port.name + "\" is of a kind that this host does not know");
+    if (plugin.libraryPath.empty() || ::access(plugin.libraryPath.c_str(), R_OK) != 0)
+        return unusable(plugin, "its library " + plugin.libraryPath + " is missing");
+    return std::nullopt;
+}
 
-    std::unique_ptr<Instance> made(new Instance(std::move(world), sampleRate, nominalFrames, sequenceBytes));
-    const std::scoped_lock lock(made->_world->mutex());
-    const LilvPlugin* source = made->_world->plugin();
-    const std::string library = libraryPath(source);
-    if (library.empty() || ::access(library.c_str(), R_OK) != 0)
-        return failure(plugin, "its library " + library + " is missing");
-    made->_instance = lilv_plugin_instantiate(source, sampleRate, made->_features.list());
-    if (made->_instance == nullptr) return failure(plugin, "it made no instance of itself");
-    made->_worker.start(lilv_instance_get_handle(made->_instance),
-                        static_cast<const LV2_Worker_Interface*>(
-                            lilv_instance_get_extension_data(made->_instance, LV2_WORKER__interface)));
-    return made;
+Instance::Instance(const Setup& setup)
+    : _setup(setup)
+    , _features(setup.sampleRate, setup.blockFrames, setup.sequenceBytes, _worker, _scratch) {}
+
+std::optional<Error> Instance::load(const Plugin& plugin) {
+    auto entry = LibraryEntry::find(plugin.libraryPath, plugin.bundlePath, plugin.uri, _features.list());
+    if (!entry) return unusable(plugin, entry.error().localizedDescription());
+    _entry = entry.value();
+    const LV2_Descriptor* descriptor = _entry.descriptor();
+    LV2_Handle handle =
+        descriptor->instantiate(descriptor, _setup.sampleRate, plugin.bundlePath.c_str(), _features.list());
+    if (handle == nullptr) return unusable(plugin, "it made no instance of itself");
+    _instance = {descriptor, handle, nullptr};
+    _options = static_cast<const LV2_Options_Interface*>(
+        lilv_instance_get_extension_data(&_instance, LV2_OPTIONS__interface));
+    _worker.start(handle, static_cast<const LV2_Worker_Interface*>(
+                              lilv_instance_get_extension_data(&_instance, LV2_WORKER__interface)));
+    return std::nullopt;
 }
 
 Instance::~Instance() {
-    if (_instance == nullptr) return;
-    deactivate();
-    _worker.stop();
-    const std::scoped_lock lock(_world->mutex());
-    lilv_instance_free(_instance);
+    if (_instance.lv2_handle != nullptr) {
+        deactivate();
+        _worker.stop();
+        _instance.lv2_descriptor->cleanup(_instance.lv2_handle);
+    }
+    _entry.close();
+}
+
+bool Instance::takesBlockFrames() const noexcept {
+    return _options != nullptr && _options->set != nullptr;
+}
+
+void Instance::setBlockFrames(std::uint32_t frames) {
+    if (frames == _setup.blockFrames || !takesBlockFrames()) return;
+    _setup.blockFrames = frames;
+    const auto options = _features.changeBlockFrames(frames);
+    (void)_options->set(_instance.lv2_handle, options.data()); // what it does not take it does not follow
 }
 
 void Instance::activate() {
-    if (!_isActive) lilv_instance_activate(_instance);
+    if (!_isActive) lilv_instance_activate(&_instance);
     _isActive = true;
 }
 
 void Instance::deactivate() {
-    if (_isActive) lilv_instance_deactivate(_instance);
+    if (_isActive) lilv_instance_deactivate(&_instance);
     _isActive = false;
 }
 

@@ -6,42 +6,61 @@
 #pragma once
 
 #include "platform/effects/lv2/Features.private.hpp"
+#include "platform/effects/lv2/Library.private.hpp"
 #include "platform/effects/lv2/World.private.hpp"
 #include "platform/foundation/Result.hpp"
 
 namespace platform::lv2 {
 
+/// Returns the reason, for a person, why the host cannot run `plugin` whatever its library holds.
+[[nodiscard]] std::optional<Error> refusal(const Plugin& plugin);
+/// Returns the error of an effect that cannot be used for that reason.
+[[nodiscard]] Error unusable(const Plugin& plugin, const std::string& reason);
+
 class Instance {
   public:
-    /// Load the plug-in's library and make an instance, or tell in a sentence why not. Not active yet.
-    [[nodiscard]] static Result<std::unique_ptr<Instance>> make(std::shared_ptr<World> world,
-                                                                const Plugin& plugin, double sampleRate,
-                                                                std::uint32_t nominalFrames,
-                                                                std::uint32_t sequenceBytes);
+    /// What an instance is told when it is made.
+    struct Setup {
+        double sampleRate = 0;
+        std::uint32_t blockFrames = 0;   // of a usual block, and at most in any
+        std::uint32_t sequenceBytes = 0; // that its event ports hold
+    };
+
+    explicit Instance(const Setup& setup);
     ~Instance();
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
+    /// Loads the plug-in's library and makes the instance, not active yet, or returns the reason why not.
+    /// Once. Calls into the plug-in without a lock, since it may not return.
+    [[nodiscard]] std::optional<Error> load(const Plugin& plugin);
+
     /// Give the plug-in's own operations. Audio side: `connect_port` and `run` alone.
-    [[nodiscard]] LilvInstance* get() const noexcept { return _instance; }
-    [[nodiscard]] double sampleRate() const noexcept { return _sampleRate; }
+    [[nodiscard]] LilvInstance* get() noexcept { return &_instance; }
+    [[nodiscard]] double sampleRate() const noexcept { return _setup.sampleRate; }
     [[nodiscard]] Worker& worker() noexcept { return _worker; }
     [[nodiscard]] const Features& features() const noexcept { return _features; }
+
+    /// Returns the frames of a usual block that the instance knows of, which no block exceeds. Both sides:
+    /// it changes only where no `run` can be under way.
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept { return _setup.blockFrames; }
+    /// Returns whether the plug-in can be told of another block length.
+    [[nodiscard]] bool takesBlockFrames() const noexcept;
+    /// Tells the plug-in of another block length. No `run` may be under way.
+    void setBlockFrames(std::uint32_t frames);
 
     void activate();
     void deactivate();
     [[nodiscard]] bool isActive() const noexcept { return _isActive; }
 
   private:
-    Instance(std::shared_ptr<World> world, double sampleRate, std::uint32_t nominalFrames,
-             std::uint32_t sequenceBytes);
-
-    const std::shared_ptr<World> _world;
-    const double _sampleRate;
+    Setup _setup;
     ScratchDirectory _scratch;
     Worker _worker;
     Features _features;
-    LilvInstance* _instance = nullptr; // owned; freed under the world's mutex
+    LibraryEntry _entry;
+    LilvInstance _instance{}; // filled here, not by lilv
+    const LV2_Options_Interface* _options = nullptr;
     bool _isActive = false;
 };
 

@@ -28,8 +28,9 @@ enum class PortKind {
 struct Port {
     std::uint32_t index = 0;
     PortKind kind = PortKind::Unknown;
-    AUParameter parameter; // of control ports; its address is the port's index
+    AUParameter parameter; // of control ports, as at a rate of 1; its address is the port's index
     std::string symbol, name;
+    bool followsRate = false;      // the bounds of the parameter are multiples of the sample rate
     bool isOptional = false;       // may stay unconnected
     bool isSideChain = false;      // an audio input that is not the signal
     bool reportsLatency = false;   // a control output
@@ -56,11 +57,15 @@ struct Preset {
 
 struct Plugin {
     std::string uri, name, version;
-    std::vector<Port> ports; // by index
+    std::string libraryPath, bundlePath; // the latter ends in "/"
+    std::vector<Port> ports;             // by index
     std::vector<std::string> requiredFeatures;
     bool restoresWhileRunning = false; // state may be restored beside run()
     bool wantsDefaultState = false;
 };
+
+/// Returns the parameter of a control port as it is at `sampleRate`.
+[[nodiscard]] AUParameter parameterAt(const Port& port, double sampleRate);
 
 /// Give the type that the ports speak for: 'aumf' for audio and MIDI in, 'aufx' for audio in, 'aumu' for MIDI
 /// in without audio in, 'augn' for neither.

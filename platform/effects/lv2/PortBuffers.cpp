@@ -34,7 +34,7 @@ std::size_t toInterfaceBytes(const std::vector<Port>& ports) {
 
 } // namespace
 
-PortBuffers::PortBuffers(const std::vector<Port>& ports)
+PortBuffers::PortBuffers(const std::vector<Port>& ports, double sampleRate)
     : _silence(LongestBlock)
     , _scratch(LongestBlock)
     , _cells(ports.size())
@@ -49,13 +49,13 @@ PortBuffers::PortBuffers(const std::vector<Port>& ports)
         switch (port.kind) {
         case PortKind::AudioInput:
             if (_inputs.size() < MainChannels && (!port.isSideChain || !hasSignalInput))
-                _inputs.push_back({port.index});
+                _inputs.push_back({port.index, nullptr, std::vector<float>(LongestBlock)});
             else
                 _silentInputs.push_back(port.index);
             break;
         case PortKind::AudioOutput:
             if (_outputs.size() < MainChannels)
-                _outputs.push_back({port.index});
+                _outputs.push_back({port.index, nullptr, std::vector<float>(LongestBlock)});
             else
                 _unheardOutputs.push_back(port.index);
             break;
@@ -67,8 +67,8 @@ PortBuffers::PortBuffers(const std::vector<Port>& ports)
             break;
         case PortKind::ControlInput:
             _controlInputs.push_back(port.index);
-            _cells[port.index] = port.parameter.defaultValue;
-            _values[port.index] = port.parameter.defaultValue;
+            _cells[port.index] = parameterAt(port, sampleRate).defaultValue;
+            _values[port.index] = _cells[port.index];
             break;
         case PortKind::ControlOutput:
             _controlOutputs.push_back(port.index);
@@ -103,27 +103,40 @@ void PortBuffers::connect(LilvInstance* instance) {
     for (auto* list : {&_atomInputs, &_atomOutputs})
         for (AtomPort& port : *list) lilv_instance_connect_port(instance, port.index, port.memory.data());
     // Also before the first block: some plug-ins look at their audio ports when they are activated.
-    for (AudioPort& port : _inputs) {
-        port.connected = _silence.data();
-        lilv_instance_connect_port(instance, port.index, _silence.data());
-    }
-    for (AudioPort& port : _outputs) {
-        port.connected = _scratch.data();
-        lilv_instance_connect_port(instance, port.index, _scratch.data());
+    for (auto* list : {&_inputs, &_outputs}) {
+        for (AudioPort& port : *list) {
+            port.connected = port.own.data();
+            lilv_instance_connect_port(instance, port.index, port.own.data());
+        }
     }
     beforeRun();
 }
 
 void PortBuffers::connectAudio(LilvInstance* instance, const float* const* inputs, float* const* outputs,
-                               std::uint32_t offset) noexcept {
+                               std::uint32_t offset, std::uint32_t frames,
+                               std::uint32_t blockFrames) noexcept {
     const auto place = [&](AudioPort& port, const float* plane) {
         if (port.connected == plane) return;
         port.connected = plane;
         // LV2 has one kind of pointer for both directions; a plug-in does not write to an input.
         lilv_instance_connect_port(instance, port.index, const_cast<float*>(plane));
     };
-    for (std::size_t i = 0; i < _inputs.size(); ++i) place(_inputs[i], inputs[i] + offset);
-    for (std::size_t i = 0; i < _outputs.size(); ++i) place(_outputs[i], outputs[i] + offset);
+    _runsOnOwnPlanes = frames < blockFrames;
+    for (std::size_t i = 0; i < _inputs.size(); ++i) {
+        if (_runsOnOwnPlanes) {
+            const auto rest = std::copy_n(inputs[i] + offset, frames, _inputs[i].own.begin());
+            std::fill_n(rest, blockFrames - frames, 0.0F);
+        }
+        place(_inputs[i], _runsOnOwnPlanes ? _inputs[i].own.data() : inputs[i] + offset);
+    }
+    for (std::size_t i = 0; i < _outputs.size(); ++i)
+        place(_outputs[i], _runsOnOwnPlanes ? _outputs[i].own.data() : outputs[i] + offset);
+}
+
+void PortBuffers::takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept {
+    if (!_runsOnOwnPlanes) return;
+    for (std::size_t i = 0; i < _outputs.size(); ++i)
+        std::copy_n(_outputs[i].own.begin(), frames, outputs[i] + offset);
 }
 
 void PortBuffers::beforeRun() noexcept {
@@ -211,6 +224,14 @@ void PortBuffers::setValue(std::uint32_t port, float value) noexcept {
     if (port >= _valueCount) return;
     _values[port].store(value, std::memory_order_relaxed);
     _hasNewValues.store(true, std::memory_order_release);
+}
+
+void PortBuffers::limitValues(const std::vector<Port>& ports, double sampleRate) {
+    for (const Port& port : ports) {
+        if (port.kind != PortKind::ControlInput || !port.followsRate) continue;
+        const AUParameter parameter = parameterAt(port, sampleRate);
+        setValue(port.index, std::clamp(value(port.index), parameter.minValue, parameter.maxValue));
+    }
 }
 
 std::uint32_t PortBuffers::latencyFrames() const noexcept {

@@ -22,13 +22,19 @@ namespace platform::lv2 {
 
 class PortBuffers {
   public:
-    explicit PortBuffers(const std::vector<Port>& ports);
+    /// `sampleRate`: at which the controls have their defaults.
+    PortBuffers(const std::vector<Port>& ports, double sampleRate);
 
-    /// Connect everything but the audio ports that carry the signal. No `run` may be under way.
+    /// Connects everything, the audio ports that carry the signal to planes of our own for now. No `run` may
+    /// be under way.
     void connect(LilvInstance* instance);
-    /// Connect the audio ports to these planes, from `offset` on. Audio side.
+    /// Connects the audio ports to these planes, from `offset` on, for a run of `frames` frames. Where these
+    /// are fewer than `blockFrames`, to planes of our own of that length: some plug-ins trust the length that
+    /// they were told and read and write as much, whatever they are asked for. Audio side.
     void connectAudio(LilvInstance* instance, const float* const* inputs, float* const* outputs,
-                      std::uint32_t offset) noexcept;
+                      std::uint32_t offset, std::uint32_t frames, std::uint32_t blockFrames) noexcept;
+    /// Copies what the run gave from planes of our own, if it ran on these. Audio side.
+    void takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept;
     /// Bring in what was set and sent, before a run. Audio side.
     void beforeRun() noexcept;
     /// Hand out what the run gave; its first frame is frame `sampleTime` of the engine. Audio side.
@@ -42,6 +48,8 @@ class PortBuffers {
     [[nodiscard]] float value(std::uint32_t port) const noexcept;
     void setValue(std::uint32_t port, float value) noexcept;
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept;
+    /// Brings the values of inputs whose bounds follow the sample rate within these. Control side.
+    void limitValues(const std::vector<Port>& ports, double sampleRate);
 
     /// Queue one atom, head and body, for an atom input; false when it finds no room. Control side.
     bool send(std::uint32_t port, std::span<const std::byte> atom);
@@ -66,6 +74,7 @@ class PortBuffers {
     struct AudioPort {
         std::uint32_t index;
         const float* connected = nullptr; // where it is now, so that it is connected only when that changes
+        std::vector<float> own;           // LongestBlock frames
     };
 
     AtomPort* inputNamed(std::uint32_t index) noexcept;
@@ -77,6 +86,7 @@ class PortBuffers {
     std::vector<AudioPort> _inputs, _outputs;                  // the first so many carry the signal
     std::vector<std::uint32_t> _silentInputs, _unheardOutputs; // audio and CV ports beyond that
     std::vector<float> _silence, _scratch;
+    bool _runsOnOwnPlanes = false; // audio side
 
     std::vector<std::uint32_t> _controlInputs, _controlOutputs;
     std::vector<float> _cells; // by port index: what the plug-in reads and writes; audio side

@@ -10,6 +10,9 @@
 #include "platform/effects/lv2/PortBuffers.private.hpp"
 #include "platform/effects/lv2/RunGate.private.hpp"
 
+#include <atomic>
+#include <chrono>
+#include <future>
 #include <memory>
 #include <optional>
 
@@ -17,26 +20,34 @@ namespace platform::lv2 {
 
 class Processor final : public NodeProcessor {
   public:
-    /// Make the processor with a first instance, or tell in a sentence why not. `isOurs`: the plug-in keeps
-    /// the rules of the audio thread, so the detector need not look away.
+    /// Makes the processor with an instance for this rate and these blocks, or returns the reason why not.
+    /// `isOurs`: the plug-in keeps the rules of the audio thread, so the detector need not look away. Gives a
+    /// plug-in five seconds: nothing but the caller waits.
     [[nodiscard]] static Result<std::shared_ptr<Processor>> make(std::shared_ptr<World> world, Plugin plugin,
-                                                                 bool isOurs);
+                                                                 bool isOurs, double sampleRate,
+                                                                 std::uint32_t blockFrames);
     ~Processor() override;
 
-    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return _buffers.inputChannels(); }
-    [[nodiscard]] std::uint32_t outputChannels() const noexcept override { return _buffers.outputChannels(); }
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return _buffers->inputChannels(); }
+    [[nodiscard]] std::uint32_t outputChannels() const noexcept override {
+        return _buffers->outputChannels();
+    }
+    void setBlockFrames(std::uint32_t frames) override;
+    /// Another rate means another instance, made when the former one has gone: some plug-ins cannot live
+    /// beside themselves. Gives each of the two steps two seconds.
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
     void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
                  std::int64_t sampleTime) noexcept override;
-    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return _buffers.latencyFrames(); }
+    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return _buffers->latencyFrames(); }
 
     [[nodiscard]] const Plugin& plugin() const noexcept { return _plugin; }
-    [[nodiscard]] PortBuffers& buffers() noexcept { return _buffers; }
+    [[nodiscard]] PortBuffers& buffers() noexcept { return *_buffers; }
     /// Give the delivery of MIDI events; null when the plug-in has no MIDI output.
     [[nodiscard]] MIDIOutputDelivery* midi() noexcept { return _midi.get(); }
     [[nodiscard]] const std::shared_ptr<World>& world() const noexcept { return _world; }
-    [[nodiscard]] double sampleRate() const;
+    /// Returns the rate of the instance, or of the last one.
+    [[nodiscard]] double sampleRate() const noexcept { return _sampleRate; }
 
     /// Give the whole state as text. Control side.
     [[nodiscard]] std::string saveState() const;
@@ -48,8 +59,13 @@ class Processor final : public NodeProcessor {
   private:
     using State = std::unique_ptr<LilvState, Releaser<lilv_state_free>>;
 
-    Processor(std::shared_ptr<World> world, Plugin plugin, bool isOurs);
-    [[nodiscard]] std::optional<Error> makeInstance(double sampleRate, std::uint32_t nominalFrames);
+    Processor(std::shared_ptr<World> world, Plugin plugin, bool isOurs, double sampleRate,
+              std::uint32_t blockFrames);
+    [[nodiscard]] std::optional<Error> makeInstance(std::chrono::seconds limit);
+    [[nodiscard]] std::optional<Error> dropInstance();
+    [[nodiscard]] std::optional<Error> awaitPlugin(std::shared_future<void> call, std::chrono::seconds limit,
+                                                   const std::string& doing);
+    [[nodiscard]] bool suitsBlocks() const noexcept;
     [[nodiscard]] State captureState() const;
     void applyState(const LilvState& state);
     void loadDefaultState();
@@ -60,9 +76,15 @@ class Processor final : public NodeProcessor {
     const Plugin _plugin;
     const bool _isOurs;
     std::unique_ptr<MIDIOutputDelivery> _midi;
-    PortBuffers _buffers;
-    mutable std::mutex _instanceMutex;   // control side only: one at a time changes or asks the instance
-    std::unique_ptr<Instance> _instance; // replaced by `allocate` only, which never runs beside `process`
+    const std::shared_ptr<PortBuffers> _buffers; // an instance that does not end keeps it too
+    std::atomic<double> _sampleRate;             // written under _instanceMutex
+    // Control side only: one at a time changes or asks the instance and what follows.
+    mutable std::mutex _instanceMutex;
+    // Replaced by `allocate` only, which never runs beside `process`. Null after a failure to replace it.
+    std::shared_ptr<Instance> _instance;
+    State _kept;                     // of the instance that could not be replaced
+    std::uint32_t _blockFrames;      // of a usual block
+    std::shared_future<void> _stuck; // the call into the plug-in that did not return in time
     RunGate _gate;
 };
 

@@ -156,13 +156,11 @@ class PortReader {
         LilvNode *standard = nullptr, *least = nullptr, *most = nullptr;
         lilv_port_get_range(_plugin, source, &standard, &least, &most);
         const Node ownStandard(standard), ownLeast(least), ownMost(most);
-        // Bounds in units of the sample rate are taken at the rate that every interface can show.
-        const float factor = has(source, LV2_CORE__sampleRate) ? 48000.0F : 1.0F;
-        if (isNumber(least)) parameter.minValue = lilv_node_as_float(least) * factor;
-        if (isNumber(most)) parameter.maxValue = lilv_node_as_float(most) * factor;
+        port.followsRate = has(source, LV2_CORE__sampleRate);
+        if (isNumber(least)) parameter.minValue = lilv_node_as_float(least);
+        if (isNumber(most)) parameter.maxValue = lilv_node_as_float(most);
         if (parameter.maxValue < parameter.minValue) parameter.maxValue = parameter.minValue;
-        parameter.defaultValue =
-            isNumber(standard) ? lilv_node_as_float(standard) * factor : parameter.minValue;
+        parameter.defaultValue = isNumber(standard) ? lilv_node_as_float(standard) : parameter.minValue;
         readValueNames(parameter, source);
     }
 
@@ -185,6 +183,21 @@ class PortReader {
 };
 
 } // namespace
+
+AUParameter parameterAt(const Port& port, double sampleRate) {
+    AUParameter parameter = port.parameter;
+    if (!port.followsRate) return parameter;
+    const auto rate = static_cast<float>(sampleRate);
+    // Some plug-ins state their default as a multiple too, others as a plain number. Only the former lies
+    // within the bounds as they are stated.
+    const float stated = parameter.defaultValue;
+    const bool isMultiple = stated >= parameter.minValue && stated <= parameter.maxValue;
+    parameter.minValue *= rate;
+    parameter.maxValue *= rate;
+    parameter.defaultValue =
+        std::clamp(isMultiple ? stated * rate : stated, parameter.minValue, parameter.maxValue);
+    return parameter;
+}
 
 std::uint32_t componentTypeOf(const Plugin& plugin) noexcept {
     bool hasAudio = false, hasMidi = false;
@@ -210,6 +223,9 @@ Plugin World::describe() const {
     plugin.uri = textOf(lilv_plugin_get_uri(_plugin));
     const Node name(lilv_plugin_get_name(_plugin));
     plugin.name = name ? textOf(name.get()) : plugin.uri;
+    plugin.libraryPath = pathOf(lilv_plugin_get_library_uri(_plugin));
+    plugin.bundlePath = pathOf(lilv_plugin_get_bundle_uri(_plugin));
+    if (!plugin.bundlePath.ends_with('/')) plugin.bundlePath += '/';
     const auto number = [&](const char* property) {
         const Nodes values(lilv_plugin_get_value(_plugin, uri(property).get()));
         const LilvNode* value = values ? lilv_nodes_get_first(values.get()) : nullptr;

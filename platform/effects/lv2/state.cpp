@@ -7,6 +7,8 @@
 #include "platform/effects/lv2/UridMap.private.hpp"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 
@@ -30,6 +32,28 @@ std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID ty
     return std::nullopt;
 }
 
+// lilv writes numbers with eight digits behind the point. Nine that count give every float back.
+std::string allDigits(float value) {
+    std::array<char, 32> text{};
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 9);
+    return {text.data(), end.ptr};
+}
+
+// Replaces the values of the ports in what lilv wrote, where each symbol is followed by its value.
+void writeAllDigits(std::string& text, const PortBuffers& values, const std::vector<Port>& ports) {
+    constexpr std::string_view Key = "pset:value ";
+    for (const Port& port : ports) {
+        if (port.kind != PortKind::ControlInput) continue;
+        const std::size_t symbol = text.find("lv2:symbol \"" + port.symbol + '"');
+        const std::size_t key = symbol == std::string::npos ? symbol : text.find(Key, symbol);
+        if (key == std::string::npos) continue;
+        const std::size_t begin = key + Key.size();
+        const std::size_t end = text.find_first_of(" \t\n;]", begin);
+        if (end != std::string::npos) text.replace(begin, end - begin, allDigits(values.value(port.index)));
+    }
+}
+
 } // namespace
 
 const Port* Processor::portNamed(std::string_view symbol) const {
@@ -50,7 +74,7 @@ Processor::State Processor::captureState() const {
         *type = 0;
         const Port* port = self->portNamed(symbol);
         if (port == nullptr || port->kind != PortKind::ControlInput) return nullptr;
-        value = self->_buffers.value(port->index);
+        value = self->_buffers->value(port->index);
         *size = sizeof value;
         *type = Urids::shared().atomFloat;
         return &value;
@@ -68,7 +92,7 @@ void Processor::applyState(const LilvState& state) {
         const Port* port = self.portNamed(symbol);
         const auto number = numberOf(value, size, type);
         if (port != nullptr && port->kind == PortKind::ControlInput && number)
-            self._buffers.setValue(port->index, *number);
+            self._buffers->setValue(port->index, *number);
     };
     std::optional<RunGate::Closed> closed;
     if (!_plugin.restoresWhileRunning) closed.emplace(_gate);
@@ -88,13 +112,15 @@ void Processor::loadDefaultState() {
 
 std::string Processor::saveState() const {
     const std::scoped_lock lock(_instanceMutex);
-    const State state = captureState();
-    if (!state) return {};
+    const State captured = _instance ? captureState() : nullptr;
+    const LilvState* state = _instance ? captured.get() : _kept.get();
+    if (state == nullptr) return {};
     const std::scoped_lock worldLock(_world->mutex());
     char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
-                                      UridMap::shared().unmapFeature(), state.get(), StateURI, nullptr);
+                                      UridMap::shared().unmapFeature(), state, StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
+    if (_instance) writeAllDigits(kept, *_buffers, _plugin.ports);
     return kept;
 }
 

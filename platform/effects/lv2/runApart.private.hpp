@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Calls into code of others that may never return. Private to platform/effects.
+#pragma once
+
+#include <functional>
+#include <future>
+
+namespace platform::lv2 {
+
+/// Runs `task` on a thread of its own and returns a future that is ready when it has ended. Nobody waits for
+/// the thread, not even the end of the process, so `task` owns all that it uses. Any thread but the audio
+/// thread.
+[[nodiscard]] std::shared_future<void> runApart(std::function<void()> task);
+
+} // namespace platform::lv2
