@@ -75,15 +75,16 @@ Questions byURL(FileManager& manager, const PairQuestions& which, const Path& fr
 }
 
 Questions removingByURL(FileManager& manager, const Path& path) {
-    Delegate* delegate = manager.delegate();
-    if (delegate == nullptr) return {};
+    if (manager.delegate() == nullptr) return {};
     return {[=, &manager](const std::string& subpath) {
-                return delegate->fileManagerShouldRemoveItemAtURL(manager,
-                                                                  URL::fileURLWithPath(below(path, subpath)));
+                Delegate* delegate = manager.delegate();
+                return delegate == nullptr || delegate->fileManagerShouldRemoveItemAtURL(
+                                                  manager, URL::fileURLWithPath(below(path, subpath)));
             },
             [=, &manager](const Error& error, const std::string& subpath) {
-                return delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
-                    manager, error, URL::fileURLWithPath(below(path, subpath)));
+                Delegate* delegate = manager.delegate();
+                return delegate != nullptr && delegate->fileManagerShouldProceedAfterErrorRemovingItemAtURL(
+                                                  manager, error, URL::fileURLWithPath(below(path, subpath)));
             }};
 }
 
