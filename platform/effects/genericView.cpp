@@ -25,19 +25,32 @@ std::string textOf(const AUParameter& parameter, float value) {
     return parameter.unitName.empty() ? text.data() : std::string(text.data()) + " " + parameter.unitName;
 }
 
-// A slider's place, from 0 to 1, for a value and back: even steps of hearing for logarithmic parameters.
+// Parameters of which equal ratios feel equal have a slider from 0 to 1; the others have the value itself.
 bool isRatio(const AUParameter& parameter) {
-    return parameter.isLogarithmic && parameter.minValue > 0;
+    return parameter.isLogarithmic && parameter.minValue > 0 && parameter.maxValue > parameter.minValue;
 }
 double placeOf(const AUParameter& parameter, float value) {
-    if (parameter.maxValue <= parameter.minValue) return 0;
+    if (!isRatio(parameter)) return value;
     const double low = parameter.minValue, high = parameter.maxValue;
-    return isRatio(parameter) ? std::log(value / low) / std::log(high / low) : (value - low) / (high - low);
+    return std::log(value / low) / std::log(high / low);
 }
 float valueAt(const AUParameter& parameter, double place) {
     const double low = parameter.minValue, high = parameter.maxValue;
-    const double value = isRatio(parameter) ? low * std::pow(high / low, place) : low + (high - low) * place;
+    const double value = isRatio(parameter) ? low * std::pow(high / low, place) : place;
     return static_cast<float>(parameter.isInteger ? std::round(value) : value);
+}
+
+// Names what a choice box is made of: the button in it is what has the focus, the list what opens. The choice
+// is part of the button's name, since the button is all that is read.
+void nameChoiceBox(GtkWidget* widget, const std::string& name, const std::string& choice) {
+    const auto label = [](GtkWidget* part, const std::string& text) {
+        gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
+    };
+    if (GTK_IS_TOGGLE_BUTTON(widget)) label(widget, name + ": " + choice);
+    if (GTK_IS_DROP_DOWN(widget) || GTK_IS_LIST_VIEW(widget)) label(widget, name);
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+         child = gtk_widget_get_next_sibling(child))
+        nameChoiceBox(child, name, choice);
 }
 
 // One row: the controls of one parameter. Owned by the control's widget.
@@ -69,9 +82,14 @@ struct Row {
         isRefreshing = false;
         const std::string text = textOf(parameter, value);
         if (valueLabel != nullptr) gtk_label_set_text(GTK_LABEL(valueLabel), text.c_str());
+        if (GTK_IS_DROP_DOWN(control)) nameChoiceBox(control, parameter.displayName, text);
+        // After the slider's own, which for a ratio tells its place.
         if (GTK_IS_RANGE(control))
-            gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
-                                           text.c_str(), -1);
+            gtk_accessible_update_property(
+                GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN,
+                static_cast<double>(parameter.minValue), GTK_ACCESSIBLE_PROPERTY_VALUE_MAX,
+                static_cast<double>(parameter.maxValue), GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,
+                static_cast<double>(value), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, text.c_str(), -1);
     }
 
     [[nodiscard]] guint choiceFor(float value) const {
@@ -111,7 +129,11 @@ void makeControl(Row& row) {
         const double steps = parameter.isInteger
                                  ? std::clamp<double>(parameter.maxValue - parameter.minValue, 1, 1e6)
                                  : SliderSteps;
-        row.control = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0, 1, 1 / steps);
+        const double low = isRatio(parameter) ? 0 : parameter.minValue;
+        const double high = isRatio(parameter) ? 1 : std::max(parameter.maxValue, parameter.minValue);
+        row.control = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, low, high > low ? high : low + 1,
+                                               (high > low ? high - low : 1) / steps);
+        gtk_range_set_round_digits(GTK_RANGE(row.control), -1);
         gtk_scale_set_draw_value(GTK_SCALE(row.control), FALSE);
         gtk_widget_set_hexpand(row.control, TRUE);
         gtk_widget_set_size_request(row.control, 120, -1);
@@ -182,10 +204,14 @@ class GenericInterface {
         for (const AUAudioUnitPreset& preset : *presets) names.push_back(preset.name().c_str());
         names.push_back(nullptr);
         GtkWidget* menu = gtk_drop_down_new_from_strings(names.data());
-        gtk_accessible_update_property(GTK_ACCESSIBLE(menu), GTK_ACCESSIBLE_PROPERTY_LABEL, "Preset", -1);
+        nameChoiceBox(menu, names.front(), names.front());
         g_signal_connect(menu, "notify::selected",
                          G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, GenericInterface* self) {
                              const guint choice = gtk_drop_down_get_selected(control);
+                             auto* item = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(control));
+                             if (item != nullptr)
+                                 nameChoiceBox(GTK_WIDGET(control), "Preset",
+                                               gtk_string_object_get_string(item));
                              const auto known = self->_unit->factoryPresets();
                              if (choice == 0 || !known || choice > known->size()) return;
                              self->_unit->setCurrentPreset((*known)[choice - 1]);

@@ -258,11 +258,11 @@ TEST_F(PlainInterface, ShowsAndSetsParametersAndPresets) {
     GtkWidget* slider = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_SCALE(widget); });
     GtkWidget* menu = find(root, [](GtkWidget* widget) -> bool { return GTK_IS_DROP_DOWN(widget); });
     ASSERT_TRUE(slider != nullptr && menu != nullptr);
-    EXPECT_NEAR(gtk_range_get_value(GTK_RANGE(slider)), 0.25, 1e-6); // 1 of 0 to 4
-    gtk_range_set_value(GTK_RANGE(slider), 0.5);
+    EXPECT_NEAR(gtk_range_get_value(GTK_RANGE(slider)), 1, 1e-6);
+    gtk_range_set_value(GTK_RANGE(slider), 2);
     EXPECT_EQ(unit->parameterValue(GainPort), 2.0F);
     unit->setParameterValue(GainPort, 4.0F);
-    EXPECT_TRUE(waitUntil([&] { return gtk_range_get_value(GTK_RANGE(slider)) == 1.0; }));
+    EXPECT_TRUE(waitUntil([&] { return gtk_range_get_value(GTK_RANGE(slider)) == 4.0; }));
     EXPECT_EQ(unit->parameterValue(GainPort), 4.0F); // following is not setting
     gtk_drop_down_set_selected(GTK_DROP_DOWN(menu), 1);
     EXPECT_EQ(unit->parameterValue(GainPort), 3.0F);
