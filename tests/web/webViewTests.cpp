@@ -176,6 +176,9 @@ TEST_F(WebViewTest, EveryKindOfURLIsAskedAsItIs) {
         judge->actions.clear();
         open();
         load(url);
+        if (url != script) {
+            EXPECT_TRUE(waitFor([&] { return !judge->actions.empty(); }));
+        }
         if (!title.empty())
             EXPECT_TRUE(waitForTitle(title));
         else
