@@ -23,6 +23,7 @@ namespace {
 // further.
 constexpr std::size_t MostBytesInMemory = std::size_t{256} << 20U;
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): only the C library's blocks can grow without a copy
 // Memory that grows where it lies: the C library moves the pages of a large block and not its bytes, and
 // pages that were not written cost nothing. A vector would hold the content twice whenever it grows.
 class GrowingMemory {
@@ -65,6 +66,7 @@ class GrowingMemory {
     std::size_t _size = 0;
     std::size_t _capacity = 0;
 };
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 class DataSink final : public ContentSink {
   public:

@@ -69,7 +69,7 @@ inline std::int64_t crc32(std::string_view bytes) {
     return check ^ 0xFFFFFFFFU;
 }
 
-/// Give what a PNG begins with (RFC 2083, 11.2.1) and a piece of its content.
+/// Returns a PNG (RFC 2083, 11.2) with all its parts, whose content ends early.
 inline std::string pngHeader(std::int64_t width, std::int64_t height) {
     const auto chunk = [](const std::string& typeAndData) {
         return big(static_cast<std::int64_t>(typeAndData.size()) - 4, 4) + typeAndData +
@@ -77,13 +77,13 @@ inline std::string pngHeader(std::int64_t width, std::int64_t height) {
     };
     return "\x89PNG\r\n\x1A\n" +
            chunk("IHDR" + big(width, 4) + big(height, 4) + std::string("\x08\x06\0\0\0", 5)) +
-           chunk("IDAT" + std::string("\x78\x9C\xED\xC1\x01\x0D\0\0\0\xC2\xA0\xF7", 12));
+           chunk("IDAT" + std::string("\x78\x9C\xED\xC1\x01\x0D\0\0\0\xC2\xA0\xF7", 12)) + chunk("IEND");
 }
 
-/// Give a JPEG up to the frame's header (ITU T.81, B.2.2) and the beginning of its scan.
+/// Returns a JPEG (ITU T.81, B.2) of one scan, which has no content.
 inline std::string jpegHeader(std::int64_t width, std::int64_t height) {
     return "\xFF\xD8\xFF\xC0" + big(11, 2) + "\x08" + big(height, 2) + big(width, 2) + "\x01\x01\x11" +
-           std::string("\0", 1) + "\xFF\xDA" + big(8, 2) + std::string("\x01\x01\0\0\x3F\0", 6);
+           std::string("\0", 1) + "\xFF\xDA" + big(8, 2) + std::string("\x01\x01\0\0\x3F\0", 6) + "\xFF\xD9";
 }
 
 /// Give a GIF whose screen and whose one frame, filled with one colour as far as the data goes, have these
@@ -93,11 +93,6 @@ inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t fra
     return "GIF89a" + little(width, 2) + little(height, 2) + std::string("\x80\0\0\xFF\0\0\0\0\0", 9) + "," +
            std::string(4, '\0') + little(frameWidth, 2) + little(frameHeight, 2) + std::string("\0\x02", 2) +
            std::string("\x02\x44\x01\0", 4) + ";";
-}
-
-inline std::string bmpHeader(std::int64_t width, std::int64_t height) {
-    return "BM" + little(1024, 4) + little(0, 4) + little(54, 4) + little(40, 4) + little(width, 4) +
-           little(height, 4) + little(1, 2) + little(24, 2) + std::string(24, '\0');
 }
 
 /// Give a TIFF with one strip, which begins behind the directory.
@@ -134,12 +129,12 @@ inline std::string icon(const std::string& picture, int width, int height) {
            little(22, 4) + picture;
 }
 
-/// Returns a BMP of 4 x 2 pixels in one colour, packed (BI_RLE8): two runs, each with the end of its line.
-inline std::string packedBmp() {
+/// Returns a BMP in one colour, packed (BI_RLE8), with the runs of 4 x 2 pixels.
+inline std::string packedBmp(std::int64_t width, std::int64_t height) {
     const std::string runs("\4\0\0\0\4\0\0\1", 8);
     const std::int64_t begin = 14 + 40 + 4;
-    return "BM" + little(begin + 8, 4) + little(0, 4) + little(begin, 4) + little(40, 4) + little(4, 4) +
-           little(2, 4) + little(1, 2) + little(8, 2) + little(1, 4) + little(8, 4) + little(0, 8) +
+    return "BM" + little(begin + 8, 4) + little(0, 4) + little(begin, 4) + little(40, 4) + little(width, 4) +
+           little(height, 4) + little(1, 2) + little(8, 2) + little(1, 4) + little(8, 4) + little(0, 8) +
            little(1, 4) + little(0, 4) + little(0x0000FF00, 4) + runs;
 }
 

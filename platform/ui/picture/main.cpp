@@ -17,7 +17,6 @@
 
 namespace {
 
-using platform::GObjectRef;
 using platform::PictureHeader;
 using platform::PixbufDecoder;
 
