@@ -16,12 +16,14 @@ namespace {
 
 constexpr unsigned VisibleMilliseconds = 33;
 constexpr unsigned HiddenMilliseconds = 500; // an interface may still have work of its own
-constexpr int RingPoints = 3;                // what the focus ring takes from the edges of an interface
+constexpr int RingPoints = 4;                // what the focus ring takes from the edges of an interface
 
 // Finds the control that Alt with this letter presses.
 bool hasMnemonic(GtkWidget* widget, guint key) {
     if (gtk_widget_get_mapped(widget) == FALSE) return false;
-    if (GTK_IS_LABEL(widget) && gtk_label_get_mnemonic_keyval(GTK_LABEL(widget)) == key) return true;
+    if (GTK_IS_LABEL(widget) &&
+        gdk_keyval_to_lower(gtk_label_get_mnemonic_keyval(GTK_LABEL(widget))) == gdk_keyval_to_lower(key))
+        return true;
     for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
          child = gtk_widget_get_next_sibling(child))
         if (hasMnemonic(child, key)) return true;
