@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The seam between the engine's graph and what makes the sound of a node that others supply: an effect.
-// The control side calls everything but `process`; the engine calls `process` beside no other
-// operation that does not say so.
+// The control side calls everything but `process`. While the engine is in `process`, it calls only those
+// other operations that say that they may be called beside it.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -26,8 +26,8 @@ class NodeProcessor {
     [[nodiscard]] virtual std::uint32_t inputChannels() const noexcept = 0;
     [[nodiscard]] virtual std::uint32_t outputChannels() const noexcept = 0;
 
-    /// Tells how many frames a block usually has. It may have fewer, and up to the maximum of `allocate`. May
-    /// be called beside `process`.
+    /// Tells how many frames a block usually has; one may have fewer, or more up to the maximum of
+    /// `allocate`. May be called beside `process`.
     virtual void setBlockFrames(std::uint32_t /*frames*/) {}
     /// Make ready for blocks of at most `maximumFrames` frames at `sampleRate`. Called again with another
     /// rate it starts anew there with all settings kept; with the same values it does nothing.

@@ -29,6 +29,7 @@ class SilentRun final : public NodeProcessor {
     [[nodiscard]] std::uint32_t outputChannels() const noexcept override {
         return _processor->outputChannels();
     }
+    void setBlockFrames(std::uint32_t frames) override { _processor->setBlockFrames(frames); }
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
     void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
