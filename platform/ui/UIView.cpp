@@ -3,7 +3,6 @@
 
 #include "platform/ui/UIView.hpp"
 
-#include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ContainerWidget.hpp"
@@ -11,6 +10,7 @@
 #include "platform/ui/detail/ViewImplementation.hpp"
 
 #include <algorithm>
+#include <memory>
 
 namespace platform {
 namespace {
@@ -26,7 +26,7 @@ bool hasFocusInside(GtkWidget* widget) {
     return focus != nullptr && (focus == widget || gtk_widget_is_ancestor(focus, widget) != FALSE);
 }
 
-// Gives the keyboard to what stands in place of a control that was hidden while it had it.
+// Moves the focus to the first control of `parent` that takes it.
 void focusChildOf(GtkWidget* parent) {
     for (GtkWidget* child = gtk_widget_get_first_child(parent); child != nullptr;
          child = gtk_widget_get_next_sibling(child))
@@ -71,12 +71,20 @@ void UIView::setHidden(bool hidden) {
     const bool hadFocus = hidden && hasFocusInside(widget);
     gtk_widget_set_visible(widget, hidden ? FALSE : TRUE);
     if (!hadFocus) return;
-    // Later, because what takes the place may be shown only after this.
-    DispatchQueue::main().async([place = std::weak_ptr<UIResponder>(weak_from_this())] {
-        const auto view = std::static_pointer_cast<UIView>(place.lock());
-        GtkWidget* parent = view ? gtk_widget_get_parent(widgetOf(*view)) : nullptr;
-        if (parent != nullptr && view->isHidden()) focusChildOf(parent);
-    });
+    // In the loop's next turn, because what takes the place may be shown only after this; before any other
+    // source of the loop, because the next key must find it and because the toolkit's next frame moves the
+    // focus by itself.
+    using WeakView = std::weak_ptr<UIResponder>;
+    g_idle_add_full(
+        G_PRIORITY_HIGH,
+        [](gpointer place) -> gboolean {
+            const auto view = std::static_pointer_cast<UIView>(static_cast<WeakView*>(place)->lock());
+            GtkWidget* parent = view ? gtk_widget_get_parent(widgetOf(*view)) : nullptr;
+            if (parent != nullptr && view->isHidden()) focusChildOf(parent);
+            return G_SOURCE_REMOVE;
+        },
+        std::make_unique<WeakView>(weak_from_this()).release(),
+        [](gpointer place) { delete static_cast<WeakView*>(place); });
 }
 
 CGRect UIView::frame() const {

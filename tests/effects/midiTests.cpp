@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // MIDI out of an effect and into it: nothing lost, in order, with its true length.
+#include "platform/audio/OfflineDevice.hpp"
 #include "platform/effects/MIDIOutputDelivery.private.hpp"
 #include "tests/effects/Rendering.hpp"
 
@@ -45,14 +46,24 @@ class Receiver {
 
 constexpr std::uint32_t Count = 6, Size = 7; // ports of the fixture
 
+constexpr std::uint32_t BlockFrames = 512;
+
+// Makes the unit for a device with blocks of that length, so that no block is cut.
+std::shared_ptr<AUAudioUnit> makeUnitForBlocks(const std::string& uri) {
+    setSharedOutputDevice(std::make_shared<OfflineDevice>(AVAudioFormat{48000, 2}, BlockFrames));
+    auto unit = makeUnit(uri);
+    setSharedOutputDevice(nullptr);
+    return unit;
+}
+
 // A plug-in that sends bursts, and what it hears.
 class Burst : public testing::Test {
   protected:
     void SetUp() override { unit->setMIDIOutputEventBlock(receiver.block()); }
 
     Receiver receiver; // outlives the unit, which may be about to call it
-    const std::shared_ptr<AUAudioUnit> unit = makeUnit("urn:tonewright:test:burst");
-    Rendering rendering{*unit, 48000, 512};
+    const std::shared_ptr<AUAudioUnit> unit = makeUnitForBlocks("urn:tonewright:test:burst");
+    Rendering rendering{*unit, 48000, BlockFrames};
 };
 
 } // namespace
