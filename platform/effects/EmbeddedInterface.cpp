@@ -243,7 +243,7 @@ class EmbeddedInterface {
         updateEvery(HiddenMilliseconds);
     }
 
-    // Gives the widget's rectangle in the pixels of its window.
+    // Returns the widget's rectangle in the pixels of its window.
     [[nodiscard]] PixelRect placeOf(GtkWidget* widget, GtkNative* native) const {
         graphene_rect_t bounds;
         if (!gtk_widget_compute_bounds(widget, GTK_WIDGET(native), &bounds)) return {};

@@ -26,7 +26,8 @@ class InterfaceKeys {
     /// Names the interface's own window; None when it has gone.
     void setChild(Window child);
 
-    /// Gives the keyboard to the interface, if it listens to keys at all. Returns whether it has it now.
+    /// Moves the keyboard to the interface if it listens to keys, and returns whether it has the keyboard
+    /// now.
     bool giveKeyboard();
     /// Decides on a key; returns whether it asks to leave the interface, which hears of it as well.
     [[nodiscard]] bool handle(XKeyEvent event);

@@ -24,7 +24,7 @@ class LibraryEntry {
     LibraryEntry() = default;
 
     [[nodiscard]] const LV2_Descriptor* descriptor() const noexcept { return _descriptor; }
-    /// Gives back what the library made for this entry; no instance may be left.
+    /// Releases what the library made for this entry; no instance may be left.
     void close() noexcept;
 
   private:
