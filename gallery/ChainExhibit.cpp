@@ -35,10 +35,11 @@ class ChainExhibit final : public Exhibit {
         for (const auto& member : _members) member->setup(0, 1, frames, FrameSeconds, movement.type);
     }
     void tick() override {
-        if (_rest == 0)
+        if (_rest == 0) {
             _chain->animate();
-        else if (--_rest == 0)
+        } else if (--_rest == 0) {
             restart(_movement);
+        }
     }
     void show() override {
         const auto current = static_cast<std::size_t>(_chain->getCurrentIndex());

@@ -91,8 +91,9 @@ void CurveWall::show() {
 }
 
 void CurveWall::choose(EnumEasing type) {
-    for (const Entry& entry : _entries)
+    for (const Entry& entry : _entries) {
         if (entry.plot.type() == type) entry.toggle->choose();
+    }
 }
 
 } // namespace tonewright

@@ -51,8 +51,9 @@ void GalleryController::offerConnections(platform::InterfaceConnections& connect
 
 void GalleryController::viewDidLoad() {
     for (const bool isMissing :
-         {!curvesView, !stackView, !chainView, !sequencerView, !impulseView, !pauseLabel, !statusLabel})
+         {!curvesView, !stackView, !chainView, !sequencerView, !impulseView, !pauseLabel, !statusLabel}) {
         if (isMissing) platform::fatal("The gallery's interface description lacks one of its outlets");
+    }
     _wall = std::make_shared<CurveWall>();
     _wall->setView(curvesView);
     addChildViewController(_wall);

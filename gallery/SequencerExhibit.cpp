@@ -26,8 +26,9 @@ class SequencerExhibit final : public Exhibit {
         : _view(std::move(view)) {
         _view->setDrawing([this](platform::Canvas& canvas) {
             const CGRect bounds{0, 0, canvas.width(), canvas.height()};
-            for (std::size_t i = 0; i < Members; ++i)
+            for (std::size_t i = 0; i < Members; ++i) {
                 canvas.fillRectangle(bar(bounds, i), canvas.textColor().faded(palette::Faint));
+            }
         });
         for (auto& member : _members) member = std::make_shared<Animator>();
     }
@@ -73,10 +74,11 @@ class SequencerExhibit final : public Exhibit {
     }
     void setPaused(bool isPaused) override {
         _isPaused = isPaused;
-        if (isPaused)
+        if (isPaused) {
             _sequencer->pause();
-        else
+        } else {
             _sequencer->continue_();
+        }
     }
     std::int64_t tweens() const override { return 0; } // moved by the time line's own timer
 

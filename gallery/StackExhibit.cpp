@@ -36,17 +36,19 @@ class StackExhibit final : public Exhibit {
         }
     }
     void tick() override {
-        if (_rest == 0)
+        if (_rest == 0) {
             _stack->animate();
-        else if (--_rest == 0)
+        } else if (--_rest == 0) {
             restart(_movement);
+        }
     }
     void show() override {
         std::vector<platform::Mark> marks;
-        for (std::size_t i = 0; i < Members; ++i)
+        for (std::size_t i = 0; i < Members; ++i) {
             marks.push_back(dotInLane(_view->bounds(), Members, i,
                                       static_cast<double>(_members[i]->getValue()),
                                       _members[i]->isFinished() ? palette::Arrived : palette::Moving));
+        }
         _view->setMarks(std::move(marks));
     }
     std::int64_t tweens() const override { return _stack->getCount(); }

@@ -90,10 +90,11 @@ void AUEnginePlayer::setSessionActive(bool active) {
         session.setCategory(platform::AVAudioSessionCategory::Playback, platform::AVAudioSessionMode::Default,
                             platform::AVAudioSession::CategoryOptions::None);
     if (!error) error = session.setActive(active, platform::AVAudioSession::SetActiveOptions::None);
-    if (error)
+    if (error) {
         platform::fatal("AUEnginePlayer::ERROR: Could not set audio session active " +
                         std::string(active ? "true" : "false") + ". system error: " + error->description() +
                         ".");
+    }
     print("AUEnginePlayer: Audio session was set active."); // said of a deactivation too
 }
 

@@ -97,8 +97,9 @@ void AUExtensionManager::connectParametersToControls() {
 std::vector<Preset> AUExtensionManager::presets() const {
     std::vector<Preset> presets;
     if (!audioUnit) return presets;
-    if (const auto factoryPresets = audioUnit->factoryPresets())
+    if (const auto factoryPresets = audioUnit->factoryPresets()) {
         for (const auto& preset : *factoryPresets) presets.push_back(Preset(preset));
+    }
     return presets;
 }
 

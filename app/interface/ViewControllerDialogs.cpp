@@ -29,8 +29,9 @@ void ViewController::documentPicker(platform::UIDocumentPickerViewController&,
 void ViewController::documentPicker(platform::UIDocumentPickerViewController&,
                                     const std::vector<platform::URL>& didPickDocumentsAt) {
     std::string list;
-    for (const platform::URL& url : didPickDocumentsAt)
+    for (const platform::URL& url : didPickDocumentsAt) {
         list += (list.empty() ? "" : ", ") + url.absoluteString();
+    }
     print("documentPicker: [" + list + "]");
     if (didPickDocumentsAt.empty()) platform::fatal(platform::UnexpectedNilUnwrapping);
     print("documentPicker (didPickDocumentsAt): " + didPickDocumentsAt.front().path());

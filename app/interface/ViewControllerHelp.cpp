@@ -31,10 +31,11 @@ void ViewController::prepare(const platform::UIStoryboardSegue& forSegue,
     const auto& identifier = forSegue.identifier();
     if (!identifier) return;
     platform::print(*identifier);
-    if (*identifier == "showInfo")
+    if (*identifier == "showInfo") {
         helpScreenOf(forSegue).prepareInfo(*identifier);
-    else if (*identifier == "showHelp")
+    } else if (*identifier == "showHelp") {
         helpScreenOf(forSegue).prepareInfo("showHelp");
+    }
 }
 
 } // namespace tonewright

@@ -45,12 +45,16 @@ struct Curve {
 };
 
 bool sameBits(Animator& animator, const Curve& curve) {
-    for (const std::int64_t d : {7, 60, 1000})
-        for (std::int64_t t = 0; t <= d; ++t)
-            for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {-3.5F, 100.0F}})
+    for (const std::int64_t d : {7, 60, 1000}) {
+        for (std::int64_t t = 0; t <= d; ++t) {
+            for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {-3.5F, 100.0F}}) {
                 if (std::bit_cast<std::uint32_t>(curve.selected(animator, t, b, c, d)) !=
-                    std::bit_cast<std::uint32_t>(curve.bare(t, b, c, d)))
+                    std::bit_cast<std::uint32_t>(curve.bare(t, b, c, d))) {
                     return false;
+                }
+            }
+        }
+    }
     return true;
 }
 
@@ -73,7 +77,7 @@ int main() {
     }
     // Taken in turns, so that all see the same machine: its clock changes between the rounds by a half and
     // hardly within one. A ratio is formed in each round, and the middle one counts.
-    for (int round = 0; round < Rounds; ++round)
+    for (int round = 0; round < Rounds; ++round) {
         for (Curve& curve : curves) {
             curve.ours.push_back(perCall([action = curve.selected, actor = &animator](std::int64_t t) {
                 return action(*actor, t, 1, 100, Frames);
@@ -87,6 +91,7 @@ int main() {
             curve.toBare.push_back(curve.ours.back() / curve.bares.back());
             curve.toQt.push_back(curve.ours.back() / curve.qts.back());
         }
+    }
     std::printf("%-20s %10s %10s %10s %12s %10s\n", "ns per call", "selected", "bare", "Qt", "selected/bare",
                 "same bits");
     double worst = 0;

@@ -41,8 +41,9 @@ class Scan {
   private:
     void item(int directory, const char* name, std::uint32_t parent, std::uint16_t depth, bool mayRemove) {
         struct statx status;
-        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
+        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
             return;
+        }
         const std::size_t length = std::strlen(name);
         const auto number = static_cast<std::uint32_t>(_tree.records.size());
         const std::uint8_t rights = rightsTo(status);

@@ -38,8 +38,9 @@ constexpr std::string_view Extensions[] = {".wav", ".aif", ".m4a", ".mid", ".txt
 // One to three words and a number: 6 to 29 bytes.
 std::string fileName(Random& random, std::uint64_t number) {
     std::string name(Words[random.below(std::size(Words))]);
-    for (std::uint64_t words = random.below(3); words > 0; --words)
+    for (std::uint64_t words = random.below(3); words > 0; --words) {
         name.append(random.below(2) == 0 ? " " : "_").append(Words[random.below(std::size(Words))]);
+    }
     return name.append("-")
         .append(std::to_string(number))
         .append(Extensions[random.below(std::size(Extensions))]);
@@ -73,8 +74,9 @@ void makeDeep(const std::string& root, std::uint64_t items, Random& random) {
     constexpr std::uint64_t Levels = 100;
     std::string folder = root;
     for (std::uint64_t level = 0, made = 0; level < Levels; ++level) {
-        for (std::uint64_t i = 1; i < items / Levels; ++i)
+        for (std::uint64_t i = 1; i < items / Levels; ++i) {
             makeFile(folder + "/" + fileName(random, ++made), random);
+        }
         folder += "/level " + std::to_string(level);
         makeFolder(folder);
     }

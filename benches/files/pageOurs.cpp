@@ -58,8 +58,9 @@ double parentSearch(int items) {
 
 // The last folder in the tree's order, with its number of items.
 const File& lastFolder(const Folder& folder) {
-    for (auto child = folder.children.rbegin(); child != folder.children.rend(); ++child)
+    for (auto child = folder.children.rbegin(); child != folder.children.rend(); ++child) {
         if (const Folder* inner = (*child)->asFolder()) return lastFolder(*inner);
+    }
     return folder;
 }
 
@@ -85,7 +86,8 @@ int main(int argc, char** argv) {
     report("lookup_ns_per_node", nanoseconds([&] { (void)tree.findFileWithUID("not a number"); }) / nodes);
     report("page_ns_per_node", nanoseconds([&] { tree.makeExpandedPage(last); }) / nodes);
     report("path_ns_per_node", nanoseconds([&] { tree.makeExpandedPath(last); }) / nodes);
-    for (const int items : {1000, 10'000, 100'000, 400'000})
+    for (const int items : {1000, 10'000, 100'000, 400'000}) {
         std::fprintf(stderr, "parent_%d_ns_per_item %.2f\n", items, parentSearch(items));
+    }
     ::_exit(0);
 }

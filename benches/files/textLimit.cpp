@@ -129,9 +129,10 @@ void appendSorted(const FlatTree& tree, FlatTree& result,
         record.nameOffset = static_cast<std::uint32_t>(result.names.size());
         result.names.insert(result.names.end(), name.begin(), name.end());
         result.records.push_back(record);
-        if (record.isDirectory)
+        if (record.isDirectory) {
             appendSorted(tree, result, children, number + 1,
                          static_cast<std::uint32_t>(result.records.size() - 1));
+        }
     }
 }
 
@@ -139,12 +140,14 @@ void appendSorted(const FlatTree& tree, FlatTree& result,
 
 FlatTree sorted(const FlatTree& tree) {
     std::vector<std::vector<std::uint32_t>> children(tree.records.size() + 1); // 0: the root's
-    for (std::uint32_t i = 0; i < tree.records.size(); ++i)
+    for (std::uint32_t i = 0; i < tree.records.size(); ++i) {
         children[tree.records[i].depth == 0 ? 0 : tree.records[i].parent + 1].push_back(i);
-    for (auto& list : children)
+    }
+    for (auto& list : children) {
         std::sort(list.begin(), list.end(), [&](std::uint32_t a, std::uint32_t b) {
             return tree.name(tree.records[a]) < tree.name(tree.records[b]);
         });
+    }
     FlatTree result;
     result.records.reserve(tree.records.size());
     result.names.reserve(tree.names.size());

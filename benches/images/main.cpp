@@ -36,12 +36,13 @@ void paint(GdkPixbuf* pixels) {
     std::uint32_t random = 1;
     guchar* bytes = gdk_pixbuf_get_pixels(pixels);
     const int stride = gdk_pixbuf_get_rowstride(pixels);
-    for (int y = 0; y < Height; ++y)
+    for (int y = 0; y < Height; ++y) {
         for (int x = 0; x < Width * 3; ++x) {
             random = random * 1664525U + 1013904223U;
             bytes[y * stride + x] =
                 static_cast<guchar>((x / 16 + y / 12) % 192 + static_cast<int>(random >> 28U));
         }
+    }
 }
 
 // The way of the library's manual: a loader of the format, the whole file, the picture.

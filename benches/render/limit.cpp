@@ -76,8 +76,9 @@ int main(int count, char** arguments) {
     for (std::uint32_t p = 0; p < ports; ++p) {
         const LilvPort* port = lilv_plugin_get_port_by_index(plugin, p);
         float* place = &controls[p];
-        if (lilv_port_is_a(plugin, port, audioClass))
+        if (lilv_port_is_a(plugin, port, audioClass)) {
             place = lilv_port_is_a(plugin, port, inputClass) ? in[ins++].data() : out[outs++].data();
+        }
         lilv_instance_connect_port(instance, p, place);
     }
     lilv_instance_activate(instance);
@@ -115,8 +116,9 @@ int main(int count, char** arguments) {
                 } else {
                     const auto* samples =
                         reinterpret_cast<const std::int16_t*>(frame->data[0]) + 2 * used + c;
-                    for (std::int64_t i = 0; i < part; ++i)
+                    for (std::int64_t i = 0; i < part; ++i) {
                         target[i] = static_cast<float>(samples[2 * i]) * 0x1p-15F;
+                    }
                 }
             }
             used += part;

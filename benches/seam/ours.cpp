@@ -40,18 +40,20 @@ bool standsAt(const std::vector<std::vector<float>>& pass, const std::vector<flo
               std::ptrdiff_t shift) {
     const auto length = static_cast<std::ptrdiff_t>(pass[0].size());
     const std::ptrdiff_t end = std::min(length, length - shift);
-    for (std::ptrdiff_t i = std::max<std::ptrdiff_t>(0, -shift); i < end; ++i)
+    for (std::ptrdiff_t i = std::max<std::ptrdiff_t>(0, -shift); i < end; ++i) {
         for (std::size_t c = 0; c < 2; ++c) {
             const float wanted = reference[2 * static_cast<std::size_t>(i) + c];
             if (!(std::abs(pass[c][static_cast<std::size_t>(i + shift)] - wanted) <= Tolerance)) return false;
         }
+    }
     return true;
 }
 
 long framesOff(const std::vector<std::vector<float>>& pass, const std::vector<float>& reference) {
     const auto reach = std::min<std::ptrdiff_t>(Reach, static_cast<std::ptrdiff_t>(pass[0].size()) - 1);
-    for (std::ptrdiff_t shift = 0; shift <= reach; ++shift)
+    for (std::ptrdiff_t shift = 0; shift <= reach; ++shift) {
         if (standsAt(pass, reference, shift) || standsAt(pass, reference, -shift)) return shift;
+    }
     return -1;
 }
 

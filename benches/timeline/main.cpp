@@ -41,11 +41,12 @@ double addEach(Scene& scene, std::int64_t count, const StartOf& startOf) {
 
 double idleTick(AnimationSequencer& sequencer) {
     std::vector<double> ticks;
-    for (int round = 0; round < 200; ++round)
+    for (int round = 0; round < 200; ++round) {
         ticks.push_back(nanoseconds([&] {
                             for (int i = 0; i < 50; ++i) Look::advance(sequencer);
                         }) /
                         50);
+    }
     return bench::median(ticks);
 }
 

@@ -22,8 +22,9 @@ Dates bareDates(double interval, double seconds) {
     ::timerfd_settime(descriptor, 0, &setting, nullptr);
     Dates dates;
     const auto now = [&] { return std::chrono::duration<double>(Clock::now() - start).count(); };
-    for (std::uint64_t passed = 0; now() < seconds && ::read(descriptor, &passed, sizeof passed) > 0;)
+    for (std::uint64_t passed = 0; now() < seconds && ::read(descriptor, &passed, sizeof passed) > 0;) {
         dates.push_back(now());
+    }
     ::close(descriptor);
     return dates;
 }

@@ -62,8 +62,9 @@ double processorSeconds() {
 double cost(int idle) {
     constexpr double Seconds = 0.5;
     std::vector<std::shared_ptr<platform::Timer>> timers;
-    for (int i = 0; i < idle; ++i)
+    for (int i = 0; i < idle; ++i) {
         timers.push_back(platform::Timer::scheduledTimerWithTimeInterval(3600 + i, true, [] {}));
+    }
     const double before = processorSeconds();
     (void)tonewrightDates(0.005, Seconds);
     const double used = (processorSeconds() - before) / Seconds;
@@ -86,7 +87,7 @@ int main(int argc, char** argv) {
                                     {"bare", bench::bareDates},
                                     {"g_timeout", bench::glibDates},
                                     {"qt", bench::qtDates}};
-    for (const double milliseconds : {0.5, 1.0, 5.0, 16.0})
+    for (const double milliseconds : {0.5, 1.0, 5.0, 16.0}) {
         for (const Subject& subject : Subjects) {
             const double interval = milliseconds / 1e3;
             const Quality q = judge(subject.run(interval, seconds), interval, seconds);
@@ -100,10 +101,12 @@ int main(int argc, char** argv) {
             report.figure(prefix + "lost", q.lost);
             report.figure(prefix + "drift_ms", q.driftMilliseconds);
         }
+    }
     // In turns, and the middle of each: a fifth of a percent of a processor is easily drowned.
     std::vector<double> aloneRounds, crowdedRounds;
-    for (int round = 0; round < 7; ++round)
+    for (int round = 0; round < 7; ++round) {
         aloneRounds.push_back(cost(0)), crowdedRounds.push_back(cost(10'000));
+    }
     const double alone = bench::median(aloneRounds);
     const double crowded = bench::median(crowdedRounds);
     std::printf("one 5 ms timer for a second: %.2f ms of processor; beside 10,000 idle ones: %.2f ms\n",

@@ -15,10 +15,11 @@ class ClawCrowd final : public Crowd {
   public:
     explicit ClawCrowd(std::size_t count) {
         _made.reserve(count);
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             _made.emplace_back(claw::tween::single_tweener(
                 0, static_cast<double>(Destination), Frames, [this](double value) { _sum += value; },
                 claw::tween::easing_quad::ease_in_out));
+        }
     }
     void add() override {
         for (const auto& tweener : _made) _group.insert(tweener);

@@ -69,9 +69,11 @@ int main() {
     std::printf("%-12s %10s %14s %14s %14s\n", "", "tweens", "tick (ns)", "add (ns)", "remove (ns)");
     for (const std::size_t count : {std::size_t{1'000}, std::size_t{100'000}, std::size_t{1'000'000}}) {
         std::map<std::string, Rounds> rounds;
-        for (int round = 0; round < (count == 100'000 ? 7 : 3); ++round)
-            for (const Subject& subject : Subjects)
+        for (int round = 0; round < (count == 100'000 ? 7 : 3); ++round) {
+            for (const Subject& subject : Subjects) {
                 if (count <= subject.largest) rounds[subject.name].push_back(measure(subject, count));
+            }
+        }
         for (const Subject& subject : Subjects) {
             if (count > subject.largest) continue;
             const Rounds& own = rounds[subject.name];

@@ -33,9 +33,10 @@ class QtCrowd final : public Crowd {
     }
     void tick() override { _group.setCurrentTime(_group.currentTime() + 1); }
     void remove() override {
-        while (_group.animationCount() > 0)
+        while (_group.animationCount() > 0) {
             _made[static_cast<std::size_t>(_group.animationCount() - 1)].reset(
                 _group.takeAnimation(_group.animationCount() - 1));
+        }
     }
     double sum() const override { return _sum; }
 

@@ -138,8 +138,9 @@ Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
             packet->pts = packet->dts = next;
             packet->duration = std::min(Block, length - next);
             next += Block;
-            if (packet->pts >= -HiddenPackets * Block && packet->pts < length)
+            if (packet->pts >= -HiddenPackets * Block && packet->pts < length) {
                 result.packets.push_back(std::move(packet));
+            }
         }
     };
     for (std::int64_t start = first; start < end; start += Block) {
@@ -220,8 +221,9 @@ std::optional<Proof> prove(const Encoded& encoded, const Pcm& pcm) {
     double peak = 0.0;
     for (const Packet& packet : encoded.packets) {
         if (avcodec_send_packet(decoder.get(), packet.get()) < 0) return std::nullopt;
-        if (avcodec_receive_frame(decoder.get(), frame.get()) < 0)
+        if (avcodec_receive_frame(decoder.get(), frame.get()) < 0) {
             return std::nullopt; // this codec answers at once
+        }
         for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
             const auto* samples = reinterpret_cast<const float*>(frame->data[channel]);
             for (std::int64_t index = 0; index < frame->nb_samples; ++index) {

@@ -156,8 +156,9 @@ Parsed<std::vector<Cell>> noteCellsOf(std::string_view text) {
     for (const std::string_view word : wordsOf(text)) {
         if (word == "|") continue;
         std::optional<Cell> cell = cellOf(word);
-        if (!cell)
+        if (!cell) {
             return PartFault{quoted(word) + " is no note; notes look like 5, b3, 8', 1+3+5, ~2, - or ."};
+        }
         cells.push_back(std::move(*cell));
     }
     if (cells.empty()) return PartFault{"a line needs at least one note"};
@@ -171,8 +172,9 @@ Parsed<std::vector<std::vector<Chord>>> chordBarsOf(std::string_view text) {
             if (bars.back().empty()) return PartFault{"a bar without a chord"};
             bars.emplace_back();
         } else if (word == "%") {
-            if (bars.size() < 2 || !bars.back().empty())
+            if (bars.size() < 2 || !bars.back().empty()) {
                 return PartFault{"'%' repeats a bar, but there is none before it"};
+            }
             bars.back() = bars[bars.size() - 2];
         } else {
             const std::optional<Chord> chord = chordNamed(word);

@@ -30,8 +30,9 @@ class Reader {
     std::string readLine(const TextLine& line) {
         const std::string_view keyword = line.keyword();
         const Words arguments = line.arguments();
-        if (keyword == "drums" || keyword == "play")
+        if (keyword == "drums" || keyword == "play") {
             return beginTrack(line.number, keyword == "drums", arguments);
+        }
         if (_recipe.tracks.empty()) return readHead(keyword, line.rest, arguments);
         return readTrackLine(_recipe.tracks.back(), keyword, line.rest, arguments);
     }
@@ -57,8 +58,9 @@ class Reader {
         double value = 0.0;
         const auto whole = [&](double least, double greatest) {
             std::string fault = number(arguments, least, greatest, value);
-            if (fault.empty() && value != std::floor(value))
+            if (fault.empty() && value != std::floor(value)) {
                 fault = quoted(keyword) + " must be a whole number";
+            }
             return fault;
         };
         if (keyword == "tempo") {
@@ -143,21 +145,24 @@ class Reader {
     // --- parts
 
     std::string beginTrack(std::size_t line, bool drums, Words arguments) {
-        if (arguments.empty())
+        if (arguments.empty()) {
             return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
+        }
         Track track;
         track.line = line;
         track.drums = drums;
         track.name = arguments[0];
         if (drums) {
-            if (!_sounds.hasKit(track.name))
+            if (!_sounds.hasKit(track.name)) {
                 return "unknown kit " + quoted(track.name) + "; there are " + _sounds.kitNames();
+            }
             if (arguments.size() > 1) return "nothing follows the name of a kit";
         } else {
             std::optional<Patch> patch = _sounds.instrument(track.name);
-            if (!patch)
+            if (!patch) {
                 return "unknown instrument " + quoted(track.name) + "; there are " +
                        _sounds.instrumentNames();
+            }
             track.patch = *patch;
             std::string fault =
                 readSettings(arguments.subspan(1), [&track](std::string_view name, double value) {
@@ -222,8 +227,9 @@ class Reader {
         if (keyword == "tune") {
             if (arguments.empty()) return "'tune' needs the name of a drum";
             DrumRow* row = rowNamed(track, arguments[0]);
-            if (row == nullptr)
+            if (row == nullptr) {
                 return "'tune' follows the drum's row, and there is no row " + quoted(arguments[0]);
+            }
             return readSettings(arguments.subspan(1), [row](std::string_view name, double value) {
                 return setDrum(row->drum, name, value);
             });
@@ -343,12 +349,15 @@ class Reader {
             }
         }
         for (const Track& track : _recipe.tracks) {
-            if (track.drums ? track.rows.empty() : track.cells.empty())
+            if (track.drums ? track.rows.empty() : track.cells.empty()) {
                 return LineFault{track.line, "this part has no notes"};
-            if (std::string message = tooLong(track); !message.empty())
+            }
+            if (std::string message = tooLong(track); !message.empty()) {
                 return LineFault{track.line, std::move(message)};
-            if (std::string message = holdsNothing(track); !message.empty())
+            }
+            if (std::string message = holdsNothing(track); !message.empty()) {
                 return LineFault{track.line, std::move(message)};
+            }
             const bool needsChords = !track.drums && (track.chordal || track.countFrom != CountFrom::Key);
             if (needsChords && _recipe.chords.empty()) {
                 return LineFault{track.line, "this part follows chords, but the recipe has no 'chords'"};

@@ -8,9 +8,10 @@
 namespace platform {
 
 Result<std::shared_ptr<AVAudioFile>> AVAudioFile::open(const URL& url) {
-    if (!url.isFileURL())
+    if (!url.isFileURL()) {
         return Error("AVAudioFile", -1,
                      "The sound at " + url.absoluteString() + " couldn't be opened because it isn't a file.");
+    }
     auto reader = AudioReader::open(url.path());
     if (!reader) return reader.error();
     return std::shared_ptr<AVAudioFile>(new AVAudioFile(url, std::move(reader.value())));
@@ -30,9 +31,10 @@ Result<std::unique_ptr<AudioReader>> AVAudioFile::takeReader() const {
         if (_spare) return std::move(_spare);
     }
     auto reader = AudioReader::open(_url.path());
-    if (reader && reader.value()->format() != _format)
+    if (reader && reader.value()->format() != _format) {
         return Error("AVAudioFile", -1,
                      "The file \"" + _url.lastPathComponent() + "\" has changed since it was opened.");
+    }
     return reader;
 }
 

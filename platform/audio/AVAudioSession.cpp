@@ -21,8 +21,9 @@ std::optional<Error> AVAudioSession::setCategory(AVAudioSessionCategory /*catego
 
 std::optional<Error> AVAudioSession::setActive(bool active, SetActiveOptions /*options*/) {
     const std::scoped_lock lock(_mutex);
-    if (_faults.setActive)
+    if (_faults.setActive) {
         if (auto error = _faults.setActive(active)) return error;
+    }
     if (active == (_claimed != nullptr)) return std::nullopt;
     if (active) {
         auto device = sharedOutputDevice();

@@ -57,10 +57,11 @@ void OfflineDevice::render(const AVAudioFormat& format, float* const* planes, st
         while (_othersWait.load() > 0) std::this_thread::yield(); // a lock knows no order, a render no pause
         {
             const std::scoped_lock lock(_mutex); // for one block
-            if (_client)
+            if (_client) {
                 _client->render(at.data(), format, count);
-            else
+            } else {
                 for (float* plane : at) std::fill_n(plane, count, 0.0F);
+            }
         }
         for (float*& plane : at) plane += count;
         frames -= count;

@@ -42,13 +42,15 @@ void SilentDevice::run(OutputClient& client) const {
         std::chrono::duration<double>(static_cast<double>(_blockFrames) / _format.sampleRate));
     std::vector<float> samples(static_cast<std::size_t>(_blockFrames) * _format.channelCount);
     std::vector<float*> planes;
-    for (std::uint32_t c = 0; c < _format.channelCount; ++c)
+    for (std::uint32_t c = 0; c < _format.channelCount; ++c) {
         planes.push_back(samples.data() + static_cast<std::size_t>(c) * _blockFrames);
+    }
     for (auto next = Clock::now(); _running; std::this_thread::sleep_until(next)) {
         client.render(planes.data(), _format, _blockFrames);
         next += period;
-        if (const auto now = Clock::now(); now - next > Lag)
+        if (const auto now = Clock::now(); now - next > Lag) {
             next = now; // the machine slept: nothing to catch up with
+        }
     }
 }
 

@@ -22,13 +22,16 @@ std::shared_ptr<OutputDevice> makeAutomaticDevice() {
     const char* setting = std::getenv("TONEWRIGHT_OUTPUT");
     const std::string_view wanted = setting == nullptr ? "" : setting;
     if (wanted == "silent") return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{});
-    if (wanted == "pipewire")
+    if (wanted == "pipewire") {
         return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{makePipeWireDevice});
-    if (wanted == "rtaudio")
+    }
+    if (wanted == "rtaudio") {
         return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{makeRtAudioDevice});
-    if (!wanted.empty())
+    }
+    if (!wanted.empty()) {
         warn("TONEWRIGHT_OUTPUT is \"" + std::string(wanted) +
              "\", which is none of pipewire, rtaudio and silent.");
+    }
     return std::make_shared<AutomaticDevice>(
         std::vector<HardwareFactory>{makePipeWireDevice, makeRtAudioDevice});
 }

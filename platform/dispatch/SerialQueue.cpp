@@ -35,8 +35,9 @@ class Owning {
 };
 
 bool owns(const void* queue) {
-    for (const Ownership* o = innermost; o != nullptr; o = o->outer)
+    for (const Ownership* o = innermost; o != nullptr; o = o->outer) {
         if (o->queue == queue) return true;
+    }
     return false;
 }
 

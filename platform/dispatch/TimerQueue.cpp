@@ -100,8 +100,9 @@ std::int64_t TimerQueue::waitForDate(std::int64_t now) {
     if (_askedDate != Never) _lead.learn(now - _askedDate);
     if (_timers.empty()) return now;
     const std::int64_t date = _timers.begin()->first.first;
-    if (date - now <= WakeLead::Longest)
+    if (date - now <= WakeLead::Longest) {
         while (now < date) now = steadyNanoseconds();
+    }
     return now;
 }
 

@@ -25,10 +25,11 @@ void AVAudioUnit::instantiate(const AudioComponentDescription& description,
         auto made = makeUnit(description);
         if (!made) warn(made.error().localizedDescription());
         DispatchQueue::main().async([made = std::move(made), completion = std::move(completion)] {
-            if (made)
+            if (made) {
                 completion(std::make_shared<AVAudioUnit>(made.value()), std::nullopt);
-            else
+            } else {
                 completion(nullptr, made.error());
+            }
         });
     });
 }

@@ -13,8 +13,9 @@ AVAudioUnitComponentManager& AVAudioUnitComponentManager::sharedAudioUnitCompone
 std::vector<AVAudioUnitComponent> AVAudioUnitComponentManager::componentsMatchingDescription(
     const AudioComponentDescription& description) const {
     std::vector<AVAudioUnitComponent> components;
-    for (auto& record : provider()->componentsMatching(description))
+    for (auto& record : provider()->componentsMatching(description)) {
         components.emplace_back(std::move(record));
+    }
     return components;
 }
 

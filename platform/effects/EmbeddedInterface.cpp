@@ -22,11 +22,13 @@ constexpr int RingPoints = 4;                // what the focus ring takes from t
 bool hasMnemonic(GtkWidget* widget, guint key) {
     if (gtk_widget_get_mapped(widget) == FALSE) return false;
     if (GTK_IS_LABEL(widget) &&
-        gdk_keyval_to_lower(gtk_label_get_mnemonic_keyval(GTK_LABEL(widget))) == gdk_keyval_to_lower(key))
+        gdk_keyval_to_lower(gtk_label_get_mnemonic_keyval(GTK_LABEL(widget))) == gdk_keyval_to_lower(key)) {
         return true;
+    }
     for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         if (hasMnemonic(child, key)) return true;
+    }
     return false;
 }
 
@@ -148,18 +150,20 @@ class EmbeddedInterface {
     void showRing(bool isShown) {
         if (_hasRing == isShown) return;
         _hasRing = isShown;
-        if (isShown)
+        if (isShown) {
             gtk_widget_add_css_class(_scroller, "focus-ring");
-        else
+        } else {
             gtk_widget_remove_css_class(_scroller, "focus-ring");
+        }
         follow();
     }
 
     // Asked while the server holds the key back; it goes to the focused control of this window after a yes.
     bool takes(KeySym key, bool isWithAlt) {
         GtkRoot* root = gtk_widget_get_root(_area);
-        if (root == nullptr || (isWithAlt && !hasMnemonic(GTK_WIDGET(root), static_cast<guint>(key))))
+        if (root == nullptr || (isWithAlt && !hasMnemonic(GTK_WIDGET(root), static_cast<guint>(key)))) {
             return false;
+        }
         // Another control would take the space bar for itself, where a click gave the interface the keyboard.
         if (gtk_root_get_focus(root) != _area) gtk_widget_grab_focus(_area);
         giveBackAfterKey(root);
@@ -199,8 +203,9 @@ class EmbeddedInterface {
         GtkWidget* root = gtk_event_controller_get_widget(_borrowing);
         gtk_widget_remove_controller(root, _borrowing);
         if (GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root)) != FALSE &&
-            gtk_root_get_focus(GTK_ROOT(root)) == _area)
+            gtk_root_get_focus(GTK_ROOT(root)) == _area) {
             (void)_socket->keys().giveKeyboard();
+        }
     }
 
     void enterWindow() {
@@ -225,8 +230,9 @@ class EmbeddedInterface {
     // The window goes, and all X windows in it with it: the socket must be out of it before.
     void leaveWindow() {
         stopFollowing();
-        if (_borrowing != nullptr)
+        if (_borrowing != nullptr) {
             gtk_widget_remove_controller(gtk_event_controller_get_widget(_borrowing), _borrowing);
+        }
         _isKeyBorrowed = false;
         _socket->moveTo(std::nullopt);
     }
@@ -262,9 +268,11 @@ class EmbeddedInterface {
         const PixelRect area = placeOf(_area, native);
         PixelRect visible = area;
         for (GtkWidget* ancestor = gtk_widget_get_parent(_area); ancestor != nullptr;
-             ancestor = gtk_widget_get_parent(ancestor))
-            if (ancestor == GTK_WIDGET(native) || gtk_widget_get_overflow(ancestor) == GTK_OVERFLOW_HIDDEN)
+             ancestor = gtk_widget_get_parent(ancestor)) {
+            if (ancestor == GTK_WIDGET(native) || gtk_widget_get_overflow(ancestor) == GTK_OVERFLOW_HIDDEN) {
                 visible = intersection(visible, placeOf(ancestor, native));
+            }
+        }
         if (_hasRing) {
             const int ring = RingPoints * gtk_widget_get_scale_factor(_area);
             const PixelRect all = placeOf(_scroller, native);
@@ -297,9 +305,10 @@ GtkWidget* makeEmbeddedInterface(std::unique_ptr<X11Socket> socket, std::unique_
                                  const std::string& name) {
     auto interface = std::make_unique<EmbeddedInterface>(std::move(socket), std::move(host));
     GtkWidget* widget = interface->widget();
-    for (GtkWidget* named : {widget, interface->area()})
+    for (GtkWidget* named : {widget, interface->area()}) {
         gtk_accessible_update_property(GTK_ACCESSIBLE(named), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(),
                                        -1);
+    }
     GtkWidget* area = interface->area();
     g_object_set_data_full(G_OBJECT(area), "embedded-interface", interface.release(),
                            [](gpointer object) { delete static_cast<EmbeddedInterface*>(object); });

@@ -83,12 +83,14 @@ void MIDIOutputDelivery::run() {
             }
             _read.store(at + 1, std::memory_order_release);
         }
-        if (const auto lost = _lost.exchange(0); lost > 0)
+        if (const auto lost = _lost.exchange(0); lost > 0) {
             warn("The effect " + _effectName +
                  " sent MIDI faster than it could be taken: " + std::to_string(lost) + " events were lost.");
-        if (const auto shortened = _shortened.exchange(0); shortened > 0)
+        }
+        if (const auto shortened = _shortened.exchange(0); shortened > 0) {
             warn("The effect " + _effectName + " sent long MIDI messages faster than they could be taken: " +
                  std::to_string(shortened) + " were shortened to " + std::to_string(InlineBytes) + " bytes.");
+        }
     }
 }
 

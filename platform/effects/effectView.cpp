@@ -80,8 +80,9 @@ std::shared_ptr<UIViewController> makeEffectViewController(std::shared_ptr<Audio
         choice = {std::nullopt, translated("The effect’s own interface needs an X11 display.")};
         warn("The interface of \"" + name + "\" needs an X11 display; a plain list replaces it.");
     }
-    if (choice.interface && !unit->claimInterface())
+    if (choice.interface && !unit->claimInterface()) {
         choice = {std::nullopt, translated("The effect’s own interface is already open.")};
+    }
     if (!choice.interface) return controllerOf(makeGenericInterface(std::move(unit), name, choice.reason));
 
     tolerateInterfaceErrors(gdk_x11_display_get_xdisplay(display));

@@ -17,8 +17,9 @@ constexpr unsigned RefreshMilliseconds = 100;
 constexpr double SliderSteps = 100;
 
 std::string textOf(const AUParameter& parameter, float value) {
-    for (const auto& [named, name] : parameter.valueStrings)
+    for (const auto& [named, name] : parameter.valueStrings) {
         if (std::abs(named - value) <= 1e-6F * std::max(1.0F, std::abs(named))) return name;
+    }
     std::array<char, 64> text{};
     const int decimals = parameter.isInteger ? 0 : std::abs(value) < 10 ? 2 : std::abs(value) < 100 ? 1 : 0;
     (void)std::snprintf(text.data(), text.size(), "%.*f", decimals, static_cast<double>(value));
@@ -49,8 +50,9 @@ void nameChoiceBox(GtkWidget* widget, const std::string& name, const std::string
     if (GTK_IS_TOGGLE_BUTTON(widget)) label(widget, name + ": " + choice);
     if (GTK_IS_DROP_DOWN(widget) || GTK_IS_LIST_VIEW(widget)) label(widget, name);
     for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         nameChoiceBox(child, name, choice);
+    }
 }
 
 // One row: the controls of one parameter. Owned by the control's widget.
@@ -73,23 +75,25 @@ struct Row {
         if (value == shown) return;
         shown = value;
         isRefreshing = true;
-        if (GTK_IS_SWITCH(control))
+        if (GTK_IS_SWITCH(control)) {
             gtk_switch_set_active(GTK_SWITCH(control), value > 0 ? TRUE : FALSE);
-        else if (GTK_IS_DROP_DOWN(control))
+        } else if (GTK_IS_DROP_DOWN(control)) {
             gtk_drop_down_set_selected(GTK_DROP_DOWN(control), choiceFor(value));
-        else if (GTK_IS_RANGE(control))
+        } else if (GTK_IS_RANGE(control)) {
             gtk_range_set_value(GTK_RANGE(control), placeOf(parameter, value));
+        }
         isRefreshing = false;
         const std::string text = textOf(parameter, value);
         if (valueLabel != nullptr) gtk_label_set_text(GTK_LABEL(valueLabel), text.c_str());
         if (GTK_IS_DROP_DOWN(control)) nameChoiceBox(control, parameter.displayName, text);
         // After the slider's own, which for a ratio tells its place.
-        if (GTK_IS_RANGE(control))
+        if (GTK_IS_RANGE(control)) {
             gtk_accessible_update_property(
                 GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN,
                 static_cast<double>(parameter.minValue), GTK_ACCESSIBLE_PROPERTY_VALUE_MAX,
                 static_cast<double>(parameter.maxValue), GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,
                 static_cast<double>(value), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, text.c_str(), -1);
+        }
     }
 
     [[nodiscard]] guint choiceFor(float value) const {
@@ -121,8 +125,9 @@ void makeControl(Row& row) {
         g_signal_connect(row.control, "notify::selected",
                          G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, Row* self) {
                              const guint choice = gtk_drop_down_get_selected(control);
-                             if (choice < self->parameter.valueStrings.size())
+                             if (choice < self->parameter.valueStrings.size()) {
                                  self->set(self->parameter.valueStrings[choice].value);
+                             }
                          }),
                          &row);
     } else {
@@ -152,13 +157,15 @@ class GenericInterface {
         gtk_grid_set_row_spacing(GTK_GRID(_grid), 6);
         gtk_grid_set_column_spacing(GTK_GRID(_grid), 12);
         for (const auto setMargin : {gtk_widget_set_margin_top, gtk_widget_set_margin_bottom,
-                                     gtk_widget_set_margin_start, gtk_widget_set_margin_end})
+                                     gtk_widget_set_margin_start, gtk_widget_set_margin_end}) {
             setMargin(_grid, 12);
+        }
         addTitle(name);
         if (!note.empty()) addNote(note);
         addPresets();
-        for (AUParameter& parameter : _unit->parameters())
+        for (AUParameter& parameter : _unit->parameters()) {
             if (!parameter.isHidden) addRow(std::move(parameter));
+        }
     }
 
     ~GenericInterface() { setRefreshing(false); }
@@ -209,9 +216,10 @@ class GenericInterface {
                          G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, GenericInterface* self) {
                              const guint choice = gtk_drop_down_get_selected(control);
                              auto* item = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(control));
-                             if (item != nullptr)
+                             if (item != nullptr) {
                                  nameChoiceBox(GTK_WIDGET(control), "Preset",
                                                gtk_string_object_get_string(item));
+                             }
                              const auto known = self->_unit->factoryPresets();
                              if (choice == 0 || !known || choice > known->size()) return;
                              self->_unit->setCurrentPreset((*known)[choice - 1]);

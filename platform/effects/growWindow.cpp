@@ -51,8 +51,9 @@ void growWindow(GtkWidget* widget, int width, int height) {
     auto* window = GTK_WINDOW(gtk_widget_get_root(widget));
     GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window));
     if (!GDK_IS_X11_SURFACE(surface) || gtk_window_is_maximized(window) != FALSE ||
-        gtk_window_is_fullscreen(window) != FALSE)
+        gtk_window_is_fullscreen(window) != FALSE) {
         return;
+    }
     GdkDisplay* gdkDisplay = gdk_surface_get_display(surface);
     Display* display = gdk_x11_display_get_xdisplay(gdkDisplay);
     const Window id = gdk_x11_surface_get_xid(surface);

@@ -99,8 +99,9 @@ std::vector<std::string> Bundle::pathsForResourcesOfType(std::string_view ofType
     if (!names) return paths;
     for (const std::string& name : names.value()) {
         const std::size_t dot = name.rfind('.');
-        if (dot != std::string::npos && dot > 0 && std::string_view(name).substr(dot + 1) == ofType)
+        if (dot != std::string::npos && dot > 0 && std::string_view(name).substr(dot + 1) == ofType) {
             paths.push_back(inDirectory + "/" + name);
+        }
     }
     return paths;
 }

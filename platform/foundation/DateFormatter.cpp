@@ -89,8 +89,9 @@ KnownSpan askSpan(std::int64_t number) {
     const std::int64_t begin = number * SpanDays * Day;
     const auto first = askOffset(begin);
     KnownSpan span{number, static_cast<std::int32_t>(first.value_or(0)), !first};
-    for (std::int64_t moment = begin + Sample; moment < begin + SpanDays * Day; moment += Sample)
+    for (std::int64_t moment = begin + Sample; moment < begin + SpanDays * Day; moment += Sample) {
         span.changes = span.changes || askOffset(moment) != first;
+    }
     span.changes = span.changes || askOffset(begin + SpanDays * Day - 1) != first;
     return span;
 }
@@ -106,8 +107,9 @@ Clock clockAt(std::int64_t seconds) {
     const std::int64_t number = seconds / Length - (seconds % Length < 0 ? 1 : 0);
     KnownSpan& span = known.spans[static_cast<std::uint64_t>(number) % known.spans.size()];
     if (span.number != number) span = askSpan(number);
-    if ((span.changes || known.followsNoFile) && seconds >= -FurthestSecond && seconds <= FurthestSecond)
+    if ((span.changes || known.followsNoFile) && seconds >= -FurthestSecond && seconds <= FurthestSecond) {
         if (const auto clock = askClock(seconds)) return *clock;
+    }
     const std::int64_t local = seconds + span.offset;
     const std::int64_t day = local / Day - (local % Day < 0 ? 1 : 0);
     const auto second = static_cast<unsigned>(local - day * Day);

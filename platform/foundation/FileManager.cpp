@@ -92,8 +92,9 @@ bool FileManager::isDeletableFileAtPath(const std::string& path) const {
 
 Result<FileAttributes> FileManager::attributesOfItemAtPath(const std::string& path) const {
     FileStatus status;
-    if (const int error = readStatusAtPath(path, AT_SYMLINK_NOFOLLOW, status); error != 0)
+    if (const int error = readStatusAtPath(path, AT_SYMLINK_NOFOLLOW, status); error != 0) {
         return detail::attributesError(error, path);
+    }
     return FileAttributes(status);
 }
 

@@ -126,7 +126,7 @@ std::optional<Error> notAFile(const URL& url, std::string_view participle) {
 
 std::optional<Error> FileManager::removeItemAtPath(const std::string& path) {
     Questions questions;
-    if (_delegate != nullptr)
+    if (_delegate != nullptr) {
         questions = {[=, this](const std::string& subpath) {
                          return _delegate == nullptr ||
                                 _delegate->fileManagerShouldRemoveItemAtPath(*this, below(path, subpath));
@@ -136,6 +136,7 @@ std::optional<Error> FileManager::removeItemAtPath(const std::string& path) {
                                 _delegate->fileManagerShouldProceedAfterErrorRemovingItemAtPath(
                                     *this, error, below(path, subpath));
                      }};
+    }
     return detail::removeTree(path, questions);
 }
 

@@ -38,8 +38,9 @@ void appendUTF8(std::string& text, char16_t c) {
 
 std::string decodeMacRoman(std::span<const unsigned char> bytes) {
     std::string text;
-    for (const unsigned char byte : bytes)
+    for (const unsigned char byte : bytes) {
         appendUTF8(text, byte < 0x80 ? static_cast<char16_t>(byte) : UpperHalf[byte - 0x80U]);
+    }
     return text;
 }
 

@@ -50,8 +50,9 @@ std::size_t schemeLength(std::string_view text) {
     if (text.empty() || !isAlpha(text[0])) return 0;
     for (std::size_t i = 1; i < text.size(); ++i) {
         if (text[i] == ':') return i;
-        if (!isAlpha(text[i]) && !isDigit(text[i]) && text[i] != '+' && text[i] != '-' && text[i] != '.')
+        if (!isAlpha(text[i]) && !isDigit(text[i]) && text[i] != '+' && text[i] != '-' && text[i] != '.') {
             return 0;
+        }
     }
     return 0;
 }
@@ -134,8 +135,9 @@ std::string URL::path() const {
 
 std::string URL::scheme() const {
     std::string scheme = _text.substr(0, schemeLength(_text));
-    for (char& c : scheme)
+    for (char& c : scheme) {
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
     return scheme;
 }
 

@@ -86,8 +86,9 @@ void warn(std::string_view line) {
 
 void reserveStandardOutput() {
     const bool isClosed = ::fcntl(STDOUT_FILENO, F_GETFD) == -1;
-    for (int descriptor = 0; descriptor <= 2; ++descriptor)
+    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
         if (::fcntl(descriptor, F_GETFD) == -1) ::open("/dev/null", O_RDWR); // takes the lowest free number
+    }
     std::fflush(stdout);
     const int kept = isClosed ? -1 : ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
     if (kept == -1 && !isClosed) return;

@@ -43,8 +43,9 @@ std::size_t characterLength(std::string_view text) {
     for (const Sequence& each : Sequences) {
         if (!isWithin(text[0], each.firstLow, each.firstHigh)) continue;
         if (text.size() <= each.following || !isWithin(text[1], each.secondLow, each.secondHigh)) return 0;
-        for (std::size_t i = 2; i <= each.following; ++i)
+        for (std::size_t i = 2; i <= each.following; ++i) {
             if (!isWithin(text[i], 0x80, 0xBF)) return 0;
+        }
         return each.following + 1;
     }
     return 0;
@@ -76,9 +77,10 @@ Result<std::string> stringWithContentsOfFile(const std::string& path) {
         if (length == 0) break;
         text.append(buffer.data(), static_cast<std::size_t>(length));
     }
-    if (!isUTF8(text))
+    if (!isUTF8(text)) {
         return posixError(EILSEQ, "The file " + detail::quotedName(path) +
                                       " couldn't be opened (It is not UTF-8 text).");
+    }
     return text;
 }
 

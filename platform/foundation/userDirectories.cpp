@@ -33,8 +33,9 @@ std::string homeDirectory() {
     passwd entry{};
     passwd* found = nullptr;
     char buffer[4096];
-    if (::getpwuid_r(::getuid(), &entry, buffer, sizeof buffer, &found) == 0 && found != nullptr)
+    if (::getpwuid_r(::getuid(), &entry, buffer, sizeof buffer, &found) == 0 && found != nullptr) {
         return found->pw_dir;
+    }
     return "/";
 }
 

@@ -37,8 +37,9 @@ class GrowingMemory {
     /// Appends `bytes`; false when there is no memory for them.
     [[nodiscard]] bool append(std::span<const std::byte> bytes) {
         if (bytes.empty()) return true;
-        if (bytes.size() > _capacity - _size && !resize(std::max(2 * _capacity, _size + bytes.size())))
+        if (bytes.size() > _capacity - _size && !resize(std::max(2 * _capacity, _size + bytes.size()))) {
             return false;
+        }
         std::memcpy(_bytes + _size, bytes.data(), bytes.size());
         _size += bytes.size();
         return true;
@@ -74,21 +75,24 @@ class DataSink final : public ContentSink {
         : _completion(std::move(completion)) {}
 
     std::optional<Error> append(std::span<const std::byte> bytes) override {
-        if (bytes.size() > MostBytesInMemory - _data.size())
+        if (bytes.size() > MostBytesInMemory - _data.size()) {
             return transferError(TransferFailure::TooLarge,
                                  "The transfer failed (The content is too large for the memory).");
-        if (!_data.append(bytes))
+        }
+        if (!_data.append(bytes)) {
             return transferError(TransferFailure::TooLarge,
                                  "The transfer failed (There is no memory for the content).");
+        }
         return std::nullopt;
     }
 
     void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
         if (!_completion) return;
-        if (error)
+        if (error) {
             _completion(std::nullopt, response, error);
-        else
+        } else {
             _completion(_data.take(), response, std::nullopt);
+        }
     }
 
   private:
@@ -124,10 +128,11 @@ class DownloadSink final : public ContentSink {
     void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
         if (!error) error = open(); // also for no content at all
         if (_completion) {
-            if (error)
+            if (error) {
                 _completion(std::nullopt, response, error);
-            else
+            } else {
                 _completion(URL::fileURLWithPath(_path, false), response, std::nullopt);
+            }
         }
         discard();
     }

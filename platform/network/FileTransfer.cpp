@@ -38,15 +38,17 @@ class FileTransfer final : public URLSessionTask::Transfer {
         const auto response = std::make_shared<URLResponse>(_request.url, "", status.st_size);
         std::array<std::byte, 65536> buffer;
         while (true) {
-            if (_isCancelled)
+            if (_isCancelled) {
                 return finish(response,
                               transferError(TransferFailure::Cancelled, "The transfer was cancelled."));
+            }
             const ssize_t length = ::read(file.get(), buffer.data(), buffer.size());
             if (length == 0) return finish(response, std::nullopt);
             if (length < 0 && errno == EINTR) continue;
             if (length < 0) return fail(errno);
-            if (auto error = append({buffer.data(), static_cast<std::size_t>(length)}))
+            if (auto error = append({buffer.data(), static_cast<std::size_t>(length)})) {
                 return finish(response, error);
+            }
         }
     }
 

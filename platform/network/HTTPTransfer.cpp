@@ -52,8 +52,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         if (_isCancelled) return end(cancelled());
         GUri* uri = g_uri_parse(_request.url.absoluteString().c_str(),
                                 static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
-        if (uri != nullptr && g_uri_get_host(uri) != nullptr && g_uri_get_host(uri)[0] != '\0')
+        if (uri != nullptr && g_uri_get_host(uri) != nullptr && g_uri_get_host(uri)[0] != '\0') {
             _message.reset(soup_message_new_from_uri("GET", uri));
+        }
         if (uri != nullptr) g_uri_unref(uri);
         if (!_message) return end(transferError(TransferFailure::UnsupportedURL, "The URL names no server."));
         _cancellable.reset(g_cancellable_new());
@@ -78,10 +79,11 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         transfer->_stream.reset(soup_session_send_finish(SOUP_SESSION(source), result, &error));
         if (!transfer->_stream) return transfer->end(transfer->errorFrom(error));
         transfer->_response = transfer->makeResponse();
-        if (transfer->announcesNonsense())
+        if (transfer->announcesNonsense()) {
             return transfer->end(transferError(TransferFailure::Failed,
                                                "The transfer failed (The length of the content makes no "
                                                "sense)."));
+        }
         transfer->takeApart();
         transfer->read();
     }
@@ -90,8 +92,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     bool announcesNonsense() const {
         SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
         const char* announced = soup_message_headers_get_list(headers, "Content-Length");
-        if (announced == nullptr || soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CHUNKED)
+        if (announced == nullptr || soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CHUNKED) {
             return false;
+        }
         std::int64_t length = 0;
         const std::string_view text = announced;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
@@ -131,8 +134,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         const gssize length = g_input_stream_read_finish(G_INPUT_STREAM(source), result, &error);
         if (length < 0) return transfer->end(transfer->errorFrom(error));
         const std::span bytes(transfer->_buffer.data(), static_cast<std::size_t>(length));
-        if (auto failed = transfer->_chunks ? transfer->takeChunks(bytes) : transfer->unpack(bytes))
+        if (auto failed = transfer->_chunks ? transfer->takeChunks(bytes) : transfer->unpack(bytes)) {
             return transfer->end(std::move(failed));
+        }
         if (length > 0 && !(transfer->_chunks && transfer->_chunks->isWhole())) return transfer->read();
         transfer->end(transfer->isCut()
                           ? std::optional(transferError(TransferFailure::Failed,
@@ -155,10 +159,12 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     }
 
     std::optional<Error> takeChunks(std::span<const std::byte> bytes) {
-        for (auto content = _chunks->next(bytes); !content.empty(); content = _chunks->next(bytes))
+        for (auto content = _chunks->next(bytes); !content.empty(); content = _chunks->next(bytes)) {
             if (auto failed = unpack(content)) return failed;
-        if (_chunks->isBroken())
+        }
+        if (_chunks->isBroken()) {
             return transferError(TransferFailure::Failed, "The transfer failed (The chunks are damaged).");
+        }
         return std::nullopt;
     }
 
@@ -262,8 +268,9 @@ URLSession::Implementation::~Implementation() {
 
 SoupSession* URLSession::Implementation::connections() {
     // Time-outs are each transfer's own.
-    if (_connections == nullptr)
+    if (_connections == nullptr) {
         _connections = soup_session_new_with_options("timeout", 0U, "user-agent", "tonewright", nullptr);
+    }
     return _connections;
 }
 

@@ -27,12 +27,13 @@ std::shared_ptr<URLSessionTask> makeTask(const std::shared_ptr<URLSession::Imple
                                          const URLRequest& request, std::unique_ptr<ContentSink> sink) {
     const std::string scheme = request.url.scheme();
     std::shared_ptr<URLSessionTask::Transfer> transfer;
-    if (scheme == "http" || scheme == "https")
+    if (scheme == "http" || scheme == "https") {
         transfer = makeHTTPTransfer(session, request, std::move(sink));
-    else if (scheme == "file")
+    } else if (scheme == "file") {
         transfer = makeFileTransfer(session, request, std::move(sink));
-    else
+    } else {
         transfer = std::make_shared<NoTransfer>(session, request, std::move(sink));
+    }
     return std::make_shared<URLSessionTask>(std::move(transfer));
 }
 
@@ -95,10 +96,11 @@ Result<URLData> contentsOfURL(const URL& url) {
     const auto promise = std::make_shared<std::promise<Result<URLData>>>();
     const auto task = URLSession::create({})->dataTaskWithRequest(
         URLRequest(url), [promise](const std::optional<URLData>& data, const auto&, const auto& error) {
-            if (error)
+            if (error) {
                 promise->set_value(*error);
-            else
+            } else {
                 promise->set_value(*data);
+            }
         });
     task->resume();
     return promise->get_future().get();

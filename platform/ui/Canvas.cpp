@@ -72,8 +72,9 @@ void Canvas::strokeLine(std::span<const Point> points, double thickness, const C
     cairo_set_line_width(_target.cairo, thickness);
     cairo_set_line_cap(_target.cairo, CAIRO_LINE_CAP_ROUND);
     cairo_set_line_join(_target.cairo, CAIRO_LINE_JOIN_ROUND);
-    for (const Point& point : points)
+    for (const Point& point : points) {
         if (areFinite(point.x, point.y)) cairo_line_to(_target.cairo, point.x, point.y);
+    }
     cairo_stroke(_target.cairo);
 }
 

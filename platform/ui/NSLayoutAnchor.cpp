@@ -29,16 +29,20 @@ void NSLayoutConstraint::activateConstraints(
         const NSLayoutAnchor& second = constraint->secondAnchor();
         const auto view = first.view();
         const auto superview = second.view();
-        if (!view || !superview || view->superview() != superview || !isContainerWidget(widgetOf(*superview)))
+        if (!view || !superview || view->superview() != superview ||
+            !isContainerWidget(widgetOf(*superview))) {
             fatal("A layout constraint needs a view and its superview");
-        if (isVertical(first.edge()) != isVertical(second.edge()))
+        }
+        if (isVertical(first.edge()) != isVertical(second.edge())) {
             fatal("A layout constraint needs two edges of the same direction");
+        }
         Placement& placement = placementOf(widgetOf(*view));
         placement.constraints[static_cast<std::size_t>(first.edge())] = second.edge();
         placement.fills = false;
     }
-    for (const auto& constraint : constraints)
+    for (const auto& constraint : constraints) {
         if (const auto superview = constraint->secondAnchor().view()) placeChildren(widgetOf(*superview));
+    }
 }
 
 bool NSLayoutConstraint::isActive() const {

@@ -104,8 +104,9 @@ void UIAlertController::showOver(UIViewController& presenter, bool, std::functio
     for (int index = 0; const auto& action : _actions) {
         GtkWidget* button = makeButton(action->title());
         gtk_dialog_add_action_widget(dialog, button, index);
-        if (action->style() == UIAlertActionStyle::Destructive)
+        if (action->style() == UIAlertActionStyle::Destructive) {
             gtk_widget_add_css_class(button, "destructive-action");
+        }
         if (preferred < 0 && action->style() == UIAlertActionStyle::Default) preferred = index;
         ++index;
     }

@@ -38,8 +38,9 @@ std::shared_ptr<UIWindow> loadMainScreen() {
     if (!description) std::exit(EXIT_FAILURE);
     auto window = description->window();
     const auto controller = makeController(description->controllerClass(), NSCoder(description));
-    if (!window || !controller)
+    if (!window || !controller) {
         fatal("The main interface description needs a window and a view with a known controller class");
+    }
     if (const auto& delegate = UIApplication::shared().delegate()) delegate->setWindow(window);
     window->setRootViewController(controller);
     return window;
@@ -60,10 +61,11 @@ class Activity {
         if (isActive == _isActive) return;
         _isActive = isActive;
         UIApplicationDelegate& delegate = unwrap(_application.delegate());
-        if (isActive)
+        if (isActive) {
             delegate.applicationDidBecomeActive(_application);
-        else
+        } else {
             delegate.applicationWillResignActive(_application);
+        }
     }
 
   private:
@@ -110,8 +112,9 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
 
     UIApplication& application = UIApplication::shared();
     application.setDelegate(makeDelegate(delegateClassName));
-    if (!application.delegate())
+    if (!application.delegate()) {
         fatal("The class \"" + std::string(delegateClassName) + "\" is not registered");
+    }
     UIApplicationDelegate& delegate = *application.delegate();
     delegate.application(application, std::nullopt);
 

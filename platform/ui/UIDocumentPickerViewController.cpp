@@ -50,10 +50,11 @@ UIDocumentPickerViewController::~UIDocumentPickerViewController() = default;
 void UIDocumentPickerViewController::answer(const std::vector<URL>& chosen) {
     const auto delegate = _delegate.lock();
     if (!delegate) return;
-    if (chosen.empty())
+    if (chosen.empty()) {
         delegate->documentPickerWasCancelled(*this);
-    else
+    } else {
         delegate->documentPicker(*this, chosen);
+    }
 }
 
 void UIDocumentPickerViewController::showOver(UIViewController& presenter, bool,

@@ -26,8 +26,9 @@ UIToggle::UIToggle(std::shared_ptr<UIView> content, const std::string& name, con
     // The name says it all; the content beside it would be read out too.
     gtk_accessible_update_state(GTK_ACCESSIBLE(widgetOf(*_content)), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE, -1);
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
-    if (fellow != nullptr)
+    if (fellow != nullptr) {
         gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(widget), GTK_TOGGLE_BUTTON(widgetOf(*fellow)));
+    }
     pressAtOnce(GTK_BUTTON(widget));
     g_signal_connect(widget, "toggled", G_CALLBACK(onToggled), this);
 }

@@ -29,8 +29,9 @@ bool hasFocusInside(GtkWidget* widget) {
 // Moves the focus to the first control of `parent` that takes it.
 void focusChildOf(GtkWidget* parent) {
     for (GtkWidget* child = gtk_widget_get_first_child(parent); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         if (gtk_widget_get_visible(child) != FALSE && gtk_widget_grab_focus(child) != FALSE) return;
+    }
 }
 
 } // namespace
@@ -90,12 +91,14 @@ void UIView::setHidden(bool hidden) {
 CGRect UIView::frame() const {
     GtkWidget* widget = widgetOf(*this);
     GtkWidget* parent = gtk_widget_get_parent(widget);
-    if (isContainerWidget(parent) || (parent == nullptr && !GTK_IS_ROOT(widget)))
+    if (isContainerWidget(parent) || (parent == nullptr && !GTK_IS_ROOT(widget))) {
         return placementOf(widget).frame;
+    }
     const auto holder = superview();
     graphene_rect_t place;
-    if (holder && gtk_widget_compute_bounds(widget, widgetOf(*holder), &place) != FALSE)
+    if (holder && gtk_widget_compute_bounds(widget, widgetOf(*holder), &place) != FALSE) {
         return {place.origin.x, place.origin.y, place.size.width, place.size.height};
+    }
     return bounds();
 }
 
@@ -135,16 +138,18 @@ void UIView::removeFromSuperview() {
 
 std::shared_ptr<UIView> UIView::superview() const {
     for (GtkWidget* parent = gtk_widget_get_parent(widgetOf(*this)); parent != nullptr;
-         parent = gtk_widget_get_parent(parent))
+         parent = gtk_widget_get_parent(parent)) {
         if (auto view = viewOfWidget(parent)) return view;
+    }
     return nullptr;
 }
 
 std::vector<std::shared_ptr<UIView>> UIView::subviews() const {
     std::vector<std::shared_ptr<UIView>> views;
     for (GtkWidget* child = gtk_widget_get_first_child(widgetOf(*this)); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         if (auto view = viewOfWidget(child)) views.push_back(std::move(view));
+    }
     return views;
 }
 

@@ -42,14 +42,16 @@ void UIViewController::setView(std::shared_ptr<UIView> view) {
     _view = std::move(view);
     if (!_view || !isContainerWidget(widgetOf(*_view))) return;
     setLayoutListener(widgetOf(*_view), [self = weak_from_this()] {
-        if (const auto controller = std::static_pointer_cast<UIViewController>(self.lock()))
+        if (const auto controller = std::static_pointer_cast<UIViewController>(self.lock())) {
             controller->viewDidLayoutSubviews();
+        }
     });
 }
 
 void UIViewController::loadView() {
-    if (!_description && _nibName)
+    if (!_description && _nibName) {
         _description = InterfaceDescription::load(*_nibName, _bundle == nullptr ? Bundle::main() : *_bundle);
+    }
     if (!_description) return;
     setView(_description->view());
     _description->connect(std::static_pointer_cast<UIViewController>(shared_from_this()));

@@ -31,8 +31,9 @@ struct UIViewController::Presentation {
     void end(GtkWindow* window) {
         gtk_window_set_child(window, covered.get());
         const auto focused = GObjectRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focus)));
-        if (focused && gtk_widget_get_root(focused.get()) == GTK_ROOT(window))
+        if (focused && gtk_widget_get_root(focused.get()) == GTK_ROOT(window)) {
             gtk_window_set_focus(window, focused.get());
+        }
     }
 
     std::shared_ptr<UIViewController> controller;
@@ -59,8 +60,9 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
     _presenting = presenting;
     gtk_window_set_focus(window, nullptr);
     gtk_window_set_child(window, widgetOf(*shown));
-    if (gtk_window_get_focus(window) == nullptr)
+    if (gtk_window_get_focus(window) == nullptr) {
         gtk_widget_child_focus(widgetOf(*shown), GTK_DIR_TAB_FORWARD);
+    }
     viewDidAppear(animated);
     presenter.viewDidDisappear(animated);
     callLater(std::move(completion));
@@ -69,8 +71,9 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
 void UIViewController::dismissViewControllerAnimated(bool animated, std::function<void()> completion) {
     const auto self = shared_from_this(); // its presenter may keep it alone
     if (!_presentation) {
-        if (const auto presenter = _presenting.lock())
+        if (const auto presenter = _presenting.lock()) {
             presenter->dismissViewControllerAnimated(animated, std::move(completion));
+        }
         return;
     }
     const auto presentation = std::exchange(_presentation, nullptr);

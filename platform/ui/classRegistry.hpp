@@ -29,11 +29,12 @@ void registerViewFactory(std::string name, ViewFactory factory);
 /// Let the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
 template <class T>
 void registerClass(std::string name) {
-    if constexpr (std::is_base_of_v<UIApplicationDelegate, T>)
+    if constexpr (std::is_base_of_v<UIApplicationDelegate, T>) {
         registerDelegateFactory(std::move(name), [] { return std::make_shared<T>(); });
-    else
+    } else {
         registerControllerFactory(std::move(name),
                                   [](const NSCoder& coder) { return T::initWithCoder(coder); });
+    }
 }
 
 /// Make a delegate of the class `name`; absent when there is no such class.

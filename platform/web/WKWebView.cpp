@@ -69,8 +69,9 @@ class WKWebView::Asker final : public WebClient {
                                   });
     }
     void windowWanted(const std::string& uri) override {
-        if (const auto delegate = ui.lock())
+        if (const auto delegate = ui.lock()) {
             delegate->createWebViewWith(_view, {}, WKNavigationAction{{urlOf(uri)}}, {});
+        }
     }
 
     void workingChanged(bool isWorking) override { isWorking ? _working.begin() : _working.end(); }

@@ -30,9 +30,10 @@ std::string uppercased(std::string text) {
 
 URL requiredResource(std::string_view name, std::string_view extension) {
     const auto url = platform::Bundle::main().URLForResource(name, extension);
-    if (!url)
+    if (!url) {
         platform::fatal("The resource \"" + std::string(name) + "." + std::string(extension) +
                         "\" is missing.");
+    }
     return *url;
 }
 
@@ -79,12 +80,13 @@ void HelpViewController::didReceiveMemoryWarning() {}
 
 void HelpViewController::viewWillAppear(bool animated) {
     UIViewController::viewWillAppear(animated);
-    if (identifier == "showDocument")
+    if (identifier == "showDocument") {
         loadDocument();
-    else if (identifier == "showHelp")
+    } else if (identifier == "showHelp") {
         loadHelpPdf();
-    else if (identifier == "showInfo")
+    } else if (identifier == "showInfo") {
         navigateWeb();
+    }
 }
 
 void HelpViewController::loadHelpPdf() {

@@ -33,10 +33,11 @@ Animators make(std::size_t count, std::int64_t frames = 2) {
 
 template <class Group>
 void place(Group& group, const std::shared_ptr<Animator>& member) {
-    if constexpr (std::is_same_v<Group, AnimationSequencer>)
+    if constexpr (std::is_same_v<Group, AnimationSequencer>) {
         group.add(member, 2);
-    else
+    } else {
         group.add(member);
+    }
 }
 
 // A group with something to do, soon.

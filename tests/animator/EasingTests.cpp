@@ -98,9 +98,9 @@ float ease(EnumEasing type, std::int64_t t, float b, float c, std::int64_t d) {
 
 TEST(Easing, EveryCurveIsTheMathematicalOne) {
     // Frame counts whose quotients keep clear of the places where a curve jumps between two formulas.
-    for (std::int64_t raw = 0; raw <= 40; ++raw)
-        for (const std::int64_t d : {1, 2, 5, 7, 10, 60, 97, 1000, 4001})
-            for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {10.0F, -4.0F}, {-3.5F, 1000.0F}})
+    for (std::int64_t raw = 0; raw <= 40; ++raw) {
+        for (const std::int64_t d : {1, 2, 5, 7, 10, 60, 97, 1000, 4001}) {
+            for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {10.0F, -4.0F}, {-3.5F, 1000.0F}}) {
                 for (std::int64_t t = 0; t <= d; t += d < 200 ? 1 : 13) {
                     const Real want = expected(raw, t, b, c, d);
                     const float got = ease(static_cast<EnumEasing>(raw), t, b, c, d);
@@ -116,6 +116,9 @@ TEST(Easing, EveryCurveIsTheMathematicalOne) {
                                 static_cast<double>(tolerance))
                         << easingName(static_cast<EnumEasing>(raw)) << " at " << t << " of " << d;
                 }
+            }
+        }
+    }
 }
 
 // As near as a C library's single-precision functions come, at every four thousandth float from 0 to pi,
@@ -152,8 +155,8 @@ TEST(Easing, KnownValues) {
 }
 
 TEST(Easing, ExactEnds) {
-    for (const float b : {0.1F, -7.3F, 1e6F})
-        for (const float c : {0.7F, -12.34F})
+    for (const float b : {0.1F, -7.3F, 1e6F}) {
+        for (const float c : {0.7F, -12.34F}) {
             for (const std::int64_t d : {1, 3, 7, 250}) {
                 EXPECT_EQ(ease(EASING_easeInExpo, 0, b, c, d), b);
                 EXPECT_EQ(ease(EASING_easeOutExpo, d, b, c, d), b + c);
@@ -163,6 +166,8 @@ TEST(Easing, ExactEnds) {
                     EXPECT_EQ(ease(type, d, b, c, d), b + c);
                 }
             }
+        }
+    }
 }
 
 TEST(Easing, FramesOutsideTheMovementAndValuesThatAreNone) {
@@ -176,17 +181,22 @@ TEST(Easing, FramesOutsideTheMovementAndValuesThatAreNone) {
     constexpr std::int64_t Frames[] = {0, 1, -1, 5, -4'000'000, Huge / 4};
     constexpr float Values[] = {0, 1, std::numeric_limits<float>::infinity(),
                                 std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::max()};
-    for (std::int64_t raw = 0; raw <= 41; ++raw)
-        for (const auto t : Frames)
-            for (const auto d : Frames)
-                for (const float b : Values)
+    for (std::int64_t raw = 0; raw <= 41; ++raw) {
+        for (const auto t : Frames) {
+            for (const auto d : Frames) {
+                for (const float b : Values) {
                     for (const float c : Values) (void)ease(static_cast<EnumEasing>(raw), t, b, c, d);
+                }
+            }
+        }
+    }
 }
 
 TEST(Easing, RawValuesBeyondTheLast) {
     EXPECT_EQ(easingFromRawValue(41), EASING_easeLast);
-    for (const std::int64_t raw : {std::int64_t{-1}, std::int64_t{42}, Huge, -Huge - 1})
+    for (const std::int64_t raw : {std::int64_t{-1}, std::int64_t{42}, Huge, -Huge - 1}) {
         EXPECT_FALSE(easingFromRawValue(raw).has_value());
+    }
     EXPECT_EQ(easingFunction(EASING_easeLast), easingFunction(EASING_easeNone));
     EXPECT_EQ(easingFunction(static_cast<EnumEasing>(-7)), easingFunction(EASING_easeNone));
     EXPECT_EQ(easingName(EASING_easeOutInBounce), "easeOutInBounce");

@@ -137,8 +137,9 @@ class Animator : public Timed {
   private:
     float ease() {
         if (_type == EnumEasing::EASING_easeOutBack) return easeOutBack(_step, _source, _amount, _frames);
-        if (_type == EnumEasing::EASING_easeOutInBack && _step < _frames / 2)
+        if (_type == EnumEasing::EASING_easeOutInBack && _step < _frames / 2) {
             return easeOutBack(_step * 2, _source, _amount / 2, _frames);
+        }
         return tonewright::easingFunction(_type)(_step, _source, _amount, _frames);
     }
 };
@@ -216,8 +217,9 @@ class AnimatorChain : public Group<AnimatorChain> {
     }
     virtual std::int64_t getCurrentIndex() { return _currentIndex; }
     virtual std::shared_ptr<Animator> getCurrentItem() {
-        if (0 < _currentIndex && _currentIndex < getCount() - 1)
+        if (0 < _currentIndex && _currentIndex < getCount() - 1) {
             return _animators[static_cast<std::size_t>(_currentIndex)];
+        }
         return nullptr;
     }
     virtual void stop() {
@@ -297,13 +299,14 @@ class AnimationSequencer : public Group<AnimationSequencer> {
             return;
         }
         const Members members = _animators;
-        for (const auto& member : members)
+        for (const auto& member : members) {
             if (member->_startFrame < _currentFrame) {
                 member->stop();
                 _currentIndex = plus(_currentIndex, 1);
             } else {
                 member->rewind();
             }
+        }
     }
     virtual void animate() {
         if (_suspended) return;
@@ -327,8 +330,9 @@ class AnimationSequencer : public Group<AnimationSequencer> {
         }
     }
     virtual void calculateFrames() {
-        for (const auto& member : _animators)
+        for (const auto& member : _animators) {
             _maxFrames = std::max(_maxFrames, plus(member->_startFrame, member->_frames));
+        }
     }
 
     std::int64_t _currentFrame = 0, _maxFrames = 0;

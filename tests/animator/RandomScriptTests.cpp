@@ -83,9 +83,10 @@ Lines runEngineToItsEnd(const Plan& plan) {
 
 void compare(const Lines& expected, const Lines& actual) {
     const std::size_t common = std::min(expected.size(), actual.size());
-    for (std::size_t i = 0; i < common; ++i)
+    for (std::size_t i = 0; i < common; ++i) {
         ASSERT_EQ(expected[i], actual[i])
             << "line " << i << ", after " << (i > 0 ? expected[i - 1] : "nothing");
+    }
     ASSERT_EQ(expected.size(), actual.size());
 }
 

@@ -225,10 +225,12 @@ class Script {
     void listen(Group& group) {
         if (chance(2)) return install(group.onFinished, "group's onFinished");
         install(group.onAnimation, "group's onAnimation");
-        if constexpr (requires { group.onRemovedItem; })
+        if constexpr (requires { group.onRemovedItem; }) {
             if (chance(2)) install(group.onRemovedItem, "onRemovedItem");
-        if constexpr (requires { group.onCollision; })
+        }
+        if constexpr (requires { group.onCollision; }) {
             if (chance(2)) install(group.onCollision, "onCollision");
+        }
     }
 
     void act() {
@@ -317,8 +319,9 @@ class Script {
     }
     template <class Group>
     bool isMember(Group& group, const std::shared_ptr<Animator>& animator) {
-        for (const auto& member : Look::members(group))
+        for (const auto& member : Look::members(group)) {
             if (member == animator) return true;
+        }
         return false;
     }
 
@@ -340,31 +343,36 @@ class Script {
         std::string result = text(World::classCount() - _alive);
         for (auto& stack : _stacks) result += row(stack->getCount());
         for (auto& chain : _chains) result += row(chain->getCount(), chain->getCurrentIndex());
-        for (auto& s : _sequencers)
+        for (auto& s : _sequencers) {
             result += row(s->getCount(), s->getCurrentCount(), s->getCurrentFrame(), s->getCurrentIndex());
+        }
         return result;
     }
     void dump() {
         const auto note = [this](const char* kind, auto& object, const auto&... fields) {
             say(kind + row(Look::timer(object) != nullptr, fields...) + " of " + name(&object));
         };
-        for (auto& a : _animators)
-            if (a)
+        for (auto& a : _animators) {
+            if (a) {
                 note("animator", *a, Look::startFrame(*a), Look::frameCount(*a), Look::source(*a),
                      Look::value(*a), Look::destination(*a), Look::amount(*a), Look::frames(*a),
                      Look::step(*a), Look::interval(*a), static_cast<std::int64_t>(Look::type(*a)),
                      a->looped);
+            }
+        }
         for (auto& s : _stacks) note("stack", *s, s->getItems());
-        for (auto& c : _chains)
+        for (auto& c : _chains) {
             note("chain", *c, Look::members(*c), Look::direction(*c), c->getCurrentItem());
+        }
         for (auto& s : _sequencers) {
             note("sequencer", *s, Look::maxFrames(*s), Look::playing(*s), Look::suspended(*s));
             // Looking at the order settles it, so that it is not looked at every time.
             if (chance(5)) note("order", *s, Look::members(*s));
         }
-        for (auto& i : _impulses)
+        for (auto& i : _impulses) {
             note("impulse", *i, Look::frames(*i), Look::step(*i), Look::amount(*i), Look::value(*i),
                  Look::source(*i), Look::interval(*i));
+        }
         say(counts());
     }
 

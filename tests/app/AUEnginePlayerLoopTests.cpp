@@ -24,8 +24,9 @@ TEST_F(LoopTest, LoadWhilePlayingReportsOneLoopAndThenCounts) {
     renderUntil([&] { return delegate->loops.size() >= 4; });
     const auto lines = takeLines();
     EXPECT_TRUE(holdInOrder(lines, {looped(url, 1), looped(url, 2), looped(url, 3), looped(url, 4)}));
-    for (std::size_t i = 0; i < delegate->loops.size(); ++i)
+    for (std::size_t i = 0; i < delegate->loops.size(); ++i) {
         EXPECT_EQ(delegate->loops[i], static_cast<std::int64_t>(i));
+    }
     // Once the new file sounds, nothing interrupts it: the passes follow without a gap.
     const auto heard = render(48000);
     EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](float sample) { return sample == 0.25F; }));

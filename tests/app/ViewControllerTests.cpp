@@ -111,8 +111,9 @@ TEST_F(ViewControllerTest, PlayStateDecidesWhichButtonIsSeenAndBothToggle) {
     EXPECT_EQ(manager->toggles, 1);
     screen->playButton->press();
     EXPECT_EQ(manager->toggles, 2);
-    for (const char* action : {"onButtonUnit:", "onPlayButton:", "onStopButton:"})
+    for (const char* action : {"onButtonUnit:", "onPlayButton:", "onStopButton:"}) {
         EXPECT_TRUE(screen->canPerformAction(action, nullptr)) << action;
+    }
     EXPECT_FALSE(screen->canPerformAction("onNothing:", screen));
 }
 

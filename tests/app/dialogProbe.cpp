@@ -49,9 +49,10 @@ void perform(const std::string& line) {
         picker->setAllowsMultipleSelection(true);
         screen->presentViewController(picker, true, [] { print("shown"); });
     }
-    if (command == "open")
+    if (command == "open") {
         UIApplication::shared().openURL(*URL::fromString(first), {},
                                         [](bool success) { print(success ? "opened" : "not opened"); });
+    }
     if (command == "say") print(first);
 }
 
@@ -64,8 +65,9 @@ int main(int argc, char** argv) {
     AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
         std::make_shared<tonewright::test::InProcessProvider>());
     std::thread([] {
-        for (std::string line; std::getline(std::cin, line);)
+        for (std::string line; std::getline(std::cin, line);) {
             DispatchQueue::main().async([line] { perform(line); });
+        }
     }).detach();
     return UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
 }

@@ -35,13 +35,15 @@ TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
     times.reserve(100);
     const auto unit = offline.insertWork([&](const Block& block) {
         times.push_back(block.time);
-        for (int c = 0; c < 2; ++c)
+        for (int c = 0; c < 2; ++c) {
             for (std::uint32_t i = 0; i < block.frames; ++i) block.out[c][i] = -block.in[c][i];
+        }
     });
     offline.play(pass, 1);
     Sound heard = offline.render(5000);
-    for (auto& plane : heard)
+    for (auto& plane : heard) {
         for (float& sample : plane) sample = -sample;
+    }
     EXPECT_EQ(firstDifference(heard, pass), 5000U);
     ASSERT_GE(times.size(), 3U);
     EXPECT_EQ(times[0], 0);
@@ -112,8 +114,9 @@ TEST(AVAudioEngine, TwoPlayersAreAddedUp) {
     second->play();
     offline.start();
     Sound expected = pass;
-    for (auto& plane : expected)
+    for (auto& plane : expected) {
         for (float& sample : plane) sample *= 2;
+    }
     EXPECT_EQ(firstDifference(offline.render(1000), expected), 1000U);
 }
 
@@ -194,7 +197,7 @@ TEST(AVAudioEngine, ALinkBehindAnEffectBringsTheSoundIntoItsFormat) {
 // A link at half the device's rate, in the place before the effect and in the place behind it, lets the tone
 // pass that it has room for and not the other. Other edits of the graph are not heard in it.
 TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
-    for (const bool isBehind : {false, true})
+    for (const bool isBehind : {false, true}) {
         for (const double frequency : {1000., 15000.}) {
             OfflineEngine offline({48000, 2});
             const auto unit = offline.insertWork([](const Block& block) {
@@ -217,9 +220,10 @@ TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
             }
             // What passes is late by a whole number of frames; `late` of them are silent, or nearly.
             double best = 1;
-            for (std::ptrdiff_t late = 0; late < 600; ++late)
+            for (std::ptrdiff_t late = 0; late < 600; ++late) {
                 best = std::min(
                     best, worstErrorAgainstSine({heard.begin() + late, heard.end()}, frequency, 48000, 100));
+            }
             const float loudest = *std::max_element(heard.begin() + 1000, heard.end());
             if (frequency == 1000) {
                 EXPECT_LT(best, 1e-3) << (isBehind ? "behind" : "before");
@@ -227,6 +231,7 @@ TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
                 EXPECT_LT(loudest, 1e-3F) << (isBehind ? "behind" : "before");
             }
         }
+    }
 }
 
 TEST(AVAudioEngine, StopWaitsForNoScheduleThatRanDry) {
@@ -246,8 +251,9 @@ TEST(AVAudioEngine, PassesOfAnotherFormatJoinWithoutAGap) {
     const auto first = makeFile(sine(1000, 44100, 2, 4410));
     const auto second = makeFile(sine(1000, 48000, 1, 4800), 48000);
     OfflineEngine offline({44100, 2});
-    for (const auto& file : {first, second, second, first})
+    for (const auto& file : {first, second, second, first}) {
         offline.player->scheduleFile(file, std::nullopt, nullptr);
+    }
     offline.start();
     const Sound heard = offline.render(4 * 4410);
     EXPECT_LT(worstErrorAgainstSine(heard[0], 1000, 44100, 60), 0.01);
@@ -263,8 +269,9 @@ TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
     EXPECT_EQ(unit->testProcessor->rate, 44100);
     offline.device->setFormat({48000, 2});
     // The engine follows on a thread of its own; until then the device hears silence.
-    for (int i = 0; i < 10000 && unit->testProcessor->rate != 48000; ++i)
+    for (int i = 0; i < 10000 && unit->testProcessor->rate != 48000; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     EXPECT_EQ(unit->testProcessor->rate, 48000);
     EXPECT_EQ(offline.engine->outputNode()->outputFormatForBus(0), (AVAudioFormat{48000, 2}));
     Sound heard;
@@ -275,8 +282,9 @@ TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
     }
     heard = offline.render(48000); // still a sine of 1 kHz: it crosses zero upwards a thousand times a second
     int crossings = 0;
-    for (std::size_t i = 1; i < heard[0].size(); ++i)
+    for (std::size_t i = 1; i < heard[0].size(); ++i) {
         crossings += heard[0][i - 1] < 0 && heard[0][i] >= 0 ? 1 : 0;
+    }
     EXPECT_NEAR(crossings, 1000, 1);
 }
 

@@ -46,11 +46,12 @@ TEST(AVAudioPlayerNode, StopCallsEachPendingCompletionOnceAndReturnsAfterTheLast
     const auto file = makeFile(countingSound(2, 100000));
     const auto player = AVAudioPlayerNode::create();
     std::vector<int> called; // no lock: stop() orders the reads
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         player->scheduleFile(file, std::nullopt, [&, i] {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
             called.push_back(i);
         });
+    }
     player->stop();
     EXPECT_EQ(called, (std::vector{0, 1, 2, 3, 4}));
     player->stop();
@@ -145,8 +146,9 @@ TEST(AVAudioPlayerNode, LosesItsLastReferenceInACompletionThatItsStopCalls) {
     player->scheduleFile(makeFile(countingSound(2, 100000)), std::nullopt, [&] { player.reset(); });
     player->stop(); // and returns
     EXPECT_FALSE(player);
-    for (int i = 0; i < 10000 && !stream.expired(); ++i)
+    for (int i = 0; i < 10000 && !stream.expired(); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     EXPECT_TRUE(stream.expired());
 }
 

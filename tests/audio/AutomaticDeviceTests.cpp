@@ -78,8 +78,9 @@ class FakeHardware final : public HardwareDevice {
         const std::array<float*, 2> planes{left.data(), right.data()};
         while (!_ended) {
             std::this_thread::sleep_for(milliseconds(2));
-            if (_running && _server.plays && _server.present)
+            if (_running && _server.plays && _server.present) {
                 listener.hardwareRender(planes.data(), format(), 256);
+            }
         }
     }
 

@@ -16,25 +16,30 @@ using namespace platform;
 
 Sound countingSound(std::uint32_t channels, std::size_t frames) {
     Sound sound(channels, std::vector<float>(frames));
-    for (std::size_t c = 0; c < channels; ++c)
-        for (std::size_t i = 0; i < frames; ++i)
+    for (std::size_t c = 0; c < channels; ++c) {
+        for (std::size_t i = 0; i < frames; ++i) {
             sound[c][i] = (static_cast<float>(i % 65521) + 0.25F * static_cast<float>(c + 1)) * 0x1p-17F;
+        }
+    }
     return sound;
 }
 
 Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames) {
     Sound sound(channels, std::vector<float>(frames));
-    for (std::vector<float>& plane : sound)
-        for (std::size_t i = 0; i < frames; ++i)
+    for (std::vector<float>& plane : sound) {
+        for (std::size_t i = 0; i < frames; ++i) {
             plane[i] = static_cast<float>(
                 0.5 * std::sin(2 * std::numbers::pi * frequency * static_cast<double>(i) / rate));
+        }
+    }
     return sound;
 }
 
 void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate) {
     std::vector<float> interleaved;
-    for (std::size_t i = 0; i < sound[0].size(); ++i)
+    for (std::size_t i = 0; i < sound[0].size(); ++i) {
         for (const std::vector<float>& plane : sound) interleaved.push_back(plane[i]);
+    }
     writeWav(path, rate, static_cast<std::uint16_t>(sound.size()), interleaved);
 }
 
@@ -54,17 +59,21 @@ bool isSilent(const Sound& sound) {
 
 Sound repeated(const Sound& sound, std::size_t passes) {
     Sound all(sound.size());
-    for (std::size_t c = 0; c < sound.size(); ++c)
-        for (std::size_t pass = 0; pass < passes; ++pass)
+    for (std::size_t c = 0; c < sound.size(); ++c) {
+        for (std::size_t pass = 0; pass < passes; ++pass) {
             all[c].insert(all[c].end(), sound[c].begin(), sound[c].end());
+        }
+    }
     return all;
 }
 
 std::size_t firstDifference(const Sound& a, const Sound& b) {
     std::size_t length = std::min(a.at(0).size(), b.at(0).size());
-    for (std::size_t i = 0; i < length; ++i)
-        for (std::size_t c = 0; c < std::min(a.size(), b.size()); ++c)
+    for (std::size_t i = 0; i < length; ++i) {
+        for (std::size_t c = 0; c < std::min(a.size(), b.size()); ++c) {
             if (a[c][i] != b[c][i]) return i;
+        }
+    }
     return length;
 }
 
@@ -94,8 +103,9 @@ void TestProcessor::release() noexcept {
 void TestProcessor::process(const float* const* in, float* const* out, std::uint32_t frames,
                             std::int64_t sampleTime) noexcept {
     if (work) return work({in, out, frames, sampleTime});
-    for (std::uint32_t c = 0; c < 2; ++c)
+    for (std::uint32_t c = 0; c < 2; ++c) {
         for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = 0.5F * in[c][i];
+    }
 }
 
 OfflineEngine::OfflineEngine(AVAudioFormat format, std::uint32_t blockFrames)

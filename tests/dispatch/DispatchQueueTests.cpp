@@ -50,13 +50,14 @@ TEST(SerialQueue, SyncFromManyThreadsExcludes) {
     DispatchQueue queue("test");
     int count = 0;
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
+    for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
             for (int i = 0; i < 2000; ++i) {
                 queue.sync([&] { ++count; });
                 if (i % 16 == 0) queue.async([&] { ++count; });
             }
         });
+    }
     for (auto& thread : threads) thread.join();
     queue.sync([] {});
     EXPECT_EQ(count, 4 * (2000 + 125));
@@ -92,7 +93,7 @@ TEST(GlobalQueue, RunsConcurrently) {
     std::atomic<int> inside{0};
     std::atomic<int> met{0};
     std::atomic<int> left{0};
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 2; ++i) {
         DispatchQueue::global().async([&] {
             ++inside;
             const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
@@ -100,6 +101,7 @@ TEST(GlobalQueue, RunsConcurrently) {
             if (inside == 2) ++met;
             ++left;
         });
+    }
     while (left < 2) std::this_thread::yield();
     EXPECT_EQ(met, 2);
 }

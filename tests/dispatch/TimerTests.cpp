@@ -84,8 +84,9 @@ TEST(Timer, LeavesOutWhatPassedAndKeepsTheGrid) {
     EXPECT_TRUE(RunLoop::current().runUntil([&] { return dates.size() == 6; }, Limit));
     timer->invalidate();
     EXPECT_GT(dates[3], 0.075 - 0.006); // 20 ms, then busy until 75: no burst of five
-    for (std::size_t i = 3; i < 6; ++i)
+    for (std::size_t i = 3; i < 6; ++i) {
         EXPECT_GE(std::floor(dates[i] / 0.01), std::floor(dates[i - 1] / 0.01));
+    }
 }
 
 TEST(Timer, OncePerTurnInTheOrderOfDates) {

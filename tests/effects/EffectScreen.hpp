@@ -98,8 +98,9 @@ class EffectScreen {
         XImage* image = XGetImage(_display, place->window, 0, 0, static_cast<unsigned>(place->place.width),
                                   static_cast<unsigned>(place->place.height), AllPlanes, ZPixmap);
         if (image == nullptr) return counts;
-        for (int y = 0; y < image->height; ++y)
+        for (int y = 0; y < image->height; ++y) {
             for (int x = 0; x < image->width; ++x) ++counts[XGetPixel(image, x, y) & 0xffffff];
+        }
         XDestroyImage(image);
         return counts;
     }
@@ -116,8 +117,9 @@ class EffectScreen {
         for (unsigned i = 0; i < count && first == None; ++i) { // the toolkit has a window for input alone
             XWindowAttributes attributes{};
             if (XGetWindowAttributes(_display, children[i], &attributes) != 0 &&
-                attributes.c_class == InputOutput)
+                attributes.c_class == InputOutput) {
                 first = children[i];
+            }
         }
         if (children != nullptr) XFree(children);
         return first;

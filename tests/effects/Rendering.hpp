@@ -92,9 +92,11 @@ class Rendering {
         float loudest = 0;
         for (; blocks > 0; --blocks) {
             block();
-            for (const auto& plane : _out)
-                for (const float sample : plane)
+            for (const auto& plane : _out) {
+                for (const float sample : plane) {
                     loudest = std::isfinite(sample) ? std::max(loudest, std::abs(sample)) : HUGE_VALF;
+                }
+            }
         }
         return loudest;
     }

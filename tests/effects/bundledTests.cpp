@@ -57,9 +57,10 @@ TEST(BundledEffect, IsFoundRunsAndHearsItsPresets) {
         const auto expected =
             std::ranges::find(effect::factoryPresets(), preset.name(), &effect::Preset::name);
         ASSERT_NE(expected, effect::factoryPresets().end()) << preset.name();
-        for (std::size_t i = 0; i < parameters.size(); ++i)
+        for (std::size_t i = 0; i < parameters.size(); ++i) {
             EXPECT_FLOAT_EQ(unit.parameterValue(parameters[i].address), expected->values[i])
                 << preset.name() << " " << parameters[i].identifier;
+        }
         loudest = std::max(loudest, rendering.loudestOf(100));
     }
     EXPECT_GT(loudest, 1e-3F);

@@ -15,8 +15,9 @@ using namespace platform::test;
 namespace {
 
 std::uint32_t addressOf(const AUAudioUnit& unit, const std::string& identifier) {
-    for (const AUParameter& parameter : unit.parameters())
+    for (const AUParameter& parameter : unit.parameters()) {
         if (parameter.identifier == identifier) return parameter.address;
+    }
     ADD_FAILURE() << "no parameter " << identifier;
     return 0;
 }
@@ -37,9 +38,11 @@ TEST(Host, RunsStereoAndTellsItsParameters) {
     unit->setParameterValue(gain, 0.25F);
     for (const std::uint32_t frames : {20000U, 1U, 64U, 255U}) {
         rendering.block(frames);
-        for (std::size_t channel = 0; channel < 2; ++channel)
-            for (std::size_t i = 0; i < frames; ++i)
+        for (std::size_t channel = 0; channel < 2; ++channel) {
+            for (std::size_t i = 0; i < frames; ++i) {
                 ASSERT_EQ(rendering.out(channel)[i], 0.25F * rendering.in(channel)[i]);
+            }
+        }
     }
     EXPECT_EQ(unit->parameterValue(addressOf(*unit, "gain_used")), 0.25F);
     EXPECT_EQ(unit->latencyFrames(), 7U);
@@ -104,8 +107,9 @@ TEST(Host, SavesAndRestoresEverything) {
     const std::string damaged = "<urn:x> a ; garbage";
     for (const auto& bytes :
          {std::vector<std::uint8_t>{}, std::vector<std::uint8_t>(damaged.begin(), damaged.end()),
-          makeUnit("urn:tonewright:test:gain")->fullState()})
+          makeUnit("urn:tonewright:test:gain")->fullState()}) {
         EXPECT_TRUE(unit->setFullState(bytes));
+    }
     EXPECT_EQ(unit->fullState(), preset);
 }
 
@@ -164,8 +168,9 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
     const auto level = addressOf(*unit, "level");
     const auto told = [&] {
         std::vector<float> values;
-        for (const char* name : {"rate", "nominal", "longest", "made"})
+        for (const char* name : {"rate", "nominal", "longest", "made"}) {
             values.push_back(unit->parameterValue(addressOf(*unit, name)));
+        }
         return values;
     };
     {
@@ -175,8 +180,9 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
         unit->setParameterValue(level, 0.75F);
         const auto isCopy = [&](std::uint32_t frames) {
             rendering.block(frames);
-            for (std::uint32_t i = 0; i < frames; ++i)
+            for (std::uint32_t i = 0; i < frames; ++i) {
                 if (rendering.out(0)[i] != 0.75F * rendering.in(0)[i]) return false;
+            }
             return true;
         };
         for (const std::uint32_t frames : {1U, 191U, 192U, 1000U}) EXPECT_TRUE(isCopy(frames)) << frames;

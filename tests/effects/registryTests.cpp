@@ -69,8 +69,9 @@ TEST(AudioComponentDescription, MatchesByCodesAndMaskedFlags) {
     for (const auto& [wanted, expected] :
          {Case{{1, 2, 3, 0, 0}, true}, Case{{0, 0, 0, 0, 0}, true}, Case{{0, 2, 0, 9, 0}, true},
           Case{{1, 2, 4, 6, 0}, false}, Case{{2, 2, 3, 6, 0}, false}, Case{{1, 1, 3, 6, 0}, false},
-          Case{{1, 2, 3, 0b0111, 0b0110}, true}, Case{{1, 2, 3, 0b0111, 0b0001}, false}})
+          Case{{1, 2, 3, 0b0111, 0b0110}, true}, Case{{1, 2, 3, 0b0111, 0b0001}, false}}) {
         EXPECT_EQ(matches(component, wanted), expected);
+    }
     EXPECT_EQ(fourCharCode("aumf"), 0x61756D66U);
     EXPECT_EQ(fourCharCode("\xff"
                            "abc"),
@@ -116,8 +117,9 @@ TEST_F(Registry, LeavesOutMistakesAndSaysThem) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(searchURIs(), (URIs{Mono}));
         const std::string said = testing::internal::GetCapturedStderr();
-        for (const char* part : {"1-short", "2-incomplete", "3-damaged", "urn:nowhere"})
+        for (const char* part : {"1-short", "2-incomplete", "3-damaged", "urn:nowhere"}) {
             EXPECT_NE(said.find(part), std::string::npos) << part;
+        }
     }
 }
 

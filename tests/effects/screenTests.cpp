@@ -17,8 +17,9 @@ GtkWidget* find(GtkWidget* widget, bool (*predicate)(GtkWidget*)) {
     if (predicate(widget)) return widget;
     GtkWidget* found = nullptr;
     for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr && found == nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         found = find(child, predicate);
+    }
     return found;
 }
 

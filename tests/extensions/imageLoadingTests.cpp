@@ -134,8 +134,9 @@ TEST_F(ImageLoading, ReadingHoldsTheMainQueueAndFetchingDoesNot) {
     std::atomic<int> asked{0};
     const BadServer server([&](int connection) {
         ++asked;
-        for (int wait = 0; wait < 1000 && !mayAnswer; ++wait)
+        for (int wait = 0; wait < 1000 && !mayAnswer; ++wait) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
         sendAll(connection, answer("200 OK", "image/png", _png));
     });
     const CapturedOutput output;

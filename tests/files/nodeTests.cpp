@@ -70,8 +70,9 @@ TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {
     EXPECT_EQ(node->getFileSize(), NSNumber(-1));
     EXPECT_EQ(node->getSystemFileNumber(), NSNumber(-1));
     for (const std::string& text : {node->getFileSizeFormatted(), node->getSystemFileNumberFormatted(),
-                                    node->getCreationDateFormatted(), node->getModifiedDateFormatted()})
+                                    node->getCreationDateFormatted(), node->getModifiedDateFormatted()}) {
         EXPECT_EQ(text, "(invalid attribute)");
+    }
     EXPECT_LE(platform::Date::now().seconds - node->getModificationDate().seconds, 1);
 
     node->setAttributes(test::attributesOf(17, 1'250'000));
@@ -121,7 +122,8 @@ TEST(FileNode, IsFoundByTheTextOfItsNumberOnly) {
                                  "FileTree: The following file was found:  18446744073709551615 first"});
     EXPECT_EQ(find("(invalid attribute)"), broken);
     EXPECT_EQ(output.take().size(), 1U);
-    for (const char* text : {"", "01", "+1", " 1", "1 ", "-1", "0x1", "18446744073709551616", "one", "1\n"})
+    for (const char* text : {"", "01", "+1", " 1", "1 ", "-1", "0x1", "18446744073709551616", "one", "1\n"}) {
         EXPECT_EQ(find(text), nullptr) << text;
+    }
     EXPECT_TRUE(output.take().empty());
 }

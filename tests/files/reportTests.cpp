@@ -47,8 +47,9 @@ Lines divided(const std::string& text) {
 TEST(Report, NamesEveryPlaceInItsOrder) {
     const auto& bundle = platform::Bundle::main();
     // A build without the application has none yet.
-    if (!bundle.resourcePath())
+    if (!bundle.resourcePath()) {
         std::filesystem::create_directories(bundle.sharedSupportPath() + "/tonewright");
+    }
     const std::string resources = bundle.resourcePath().value();
     const auto subpaths = platform::FileManager::defaultManager().subpathsAtPath(resources).value();
     FileEnumerator enumerator;
@@ -85,8 +86,9 @@ TEST(Report, NamesEveryPlaceInItsOrder) {
 
 TEST(Report, BundlePathsForResourcesAreThoseOfTheType) {
     const test::Scratch scratch;
-    for (const char* name : {"b.png", "a.png", ".png", "c.PNG", "d.png.txt", "inner/e.png"})
+    for (const char* name : {"b.png", "a.png", ".png", "c.PNG", "d.png.txt", "inner/e.png"}) {
         scratch.file(name);
+    }
     EXPECT_EQ(platform::Bundle::pathsForResourcesOfType("png", scratch.path()),
               (Lines{scratch / "a.png", scratch / "b.png"}));
     EXPECT_TRUE(platform::Bundle::pathsForResourcesOfType("png", scratch / "none").empty());

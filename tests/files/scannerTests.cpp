@@ -53,8 +53,9 @@ Lines childrenOf(const Folder& folder) {
 }
 
 std::shared_ptr<File> child(const Folder& folder, std::string_view name) {
-    for (const auto& node : folder.children)
+    for (const auto& node : folder.children) {
         if (node->getFileName() == name) return node;
+    }
     return nullptr;
 }
 
@@ -87,8 +88,10 @@ TEST(Scanner, BuildsTheTreeAndDeletesLitter) {
     EXPECT_EQ(x->getFileSizeFormatted(), "5 bytes");
     EXPECT_EQ(x->uid(), x->getSystemFileNumber());
     EXPECT_TRUE(tree.root->_expanded() && tree.root->isDirectory() && tree.root->_indent() == 0);
-    for (const char* gone : {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__", "link.DS_Store"})
+    for (const char* gone :
+         {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__", "link.DS_Store"}) {
         EXPECT_FALSE(fs::exists(fs::symlink_status(scratch / gone))) << gone;
+    }
     EXPECT_TRUE(fs::exists(outside / "kept/file")); // a link goes, not what it points to
     EXPECT_TRUE(fs::exists(scratch / "c.ds_store"));
 }
@@ -223,9 +226,10 @@ TEST(Scanner, ARootMayBeALinkButMustBeADirectory) {
     EXPECT_EQ(root.children.size(), 1U);
 
     const auto before = scanner.enumerator.fileTree->root;
-    for (const std::string& wrong : {scratch / "none", scratch / "real/inside", std::string()})
+    for (const std::string& wrong : {scratch / "none", scratch / "real/inside", std::string()}) {
         EXPECT_EQ(scanner.scan(wrong),
                   Lines{"Error: Could not set current path '" + wrong + "' for the file manager."});
+    }
     EXPECT_EQ(scanner.enumerator.fileTree->root, before);
     (void)scanner.scan(scratch / "real"); // a second scan has a new root
     EXPECT_NE(scanner.enumerator.fileTree->root, before);
@@ -259,11 +263,12 @@ TEST(Scanner, AChangingDiskHarmsNothing) {
         Scanner scanner;
         EXPECT_EQ(scanner.scan(scratch.path()).back(), End);
         std::multiset<std::string> files;
-        for (const auto& folder : scanner.root().children)
+        for (const auto& folder : scanner.root().children) {
             for (const auto& node : folder->asFolder()->children) {
                 EXPECT_EQ(node->attributes().isEmpty(), node->uid() == platform::NSNumber(-1));
                 if (node->getFileName().starts_with('f')) files.insert(node->getFileName());
             }
+        }
         EXPECT_EQ(files, staying);
     }
     ::kill(churn, SIGKILL);
@@ -294,6 +299,7 @@ TEST(Scanner, ExaminesOnePath) {
 }
 
 TEST(Scanner, FormatsNumbersWithTwoDigits) {
-    for (const auto& [number, text] : {std::pair(7, "07"), {10, "10"}, {-5, "0-5"}})
+    for (const auto& [number, text] : {std::pair(7, "07"), {10, "10"}, {-5, "0-5"}}) {
         EXPECT_EQ(FileEnumerator::formatNumber(number), text);
+    }
 }

@@ -102,8 +102,9 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
         item + " label='subpath' type='String' value='Drums/it's <kick> & more.wav' />",
         item + " label='exists' type='Bool' value='true' />",
     };
-    for (const char* no : {"isDirectory", "isWritable", "isReadeble", "isExecutable", "isDeleteble"})
+    for (const char* no : {"isDirectory", "isWritable", "isReadeble", "isExecutable", "isDeleteble"}) {
         expected.push_back(item + " label='" + no + "' type='Bool' value='false' />");
+    }
     expected.push_back(item + " label='attributes' type='Dictionary<FileAttributeKey, Any>' value='" +
                        attributes + "' />");
     // The root's five lines, the folder's five, the file's fourteen, the other file's fourteen.

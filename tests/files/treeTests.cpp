@@ -116,8 +116,9 @@ TEST(DeepTree, CostsInProportionToItsLevels) {
     tree.root = makeNode<Folder>("");
     const long before = residentBytes();
     std::string path;
-    for (std::size_t level = 0; level < Levels; ++level)
+    for (std::size_t level = 0; level < Levels; ++level) {
         (void)test::addNode<Folder>(tree, path += level == 0 ? "d" : "/d");
+    }
     EXPECT_LT(residentBytes() - before, 60L << 20U); // whole paths would take 900 MB
     const auto last = tree.filelist.back();
     EXPECT_EQ(last->subpath(), path);

@@ -20,10 +20,12 @@ TEST(URL, FilePathsPassAsBytes) {
 
 TEST(URL, TextFollowsTheGrammarStrictly) {
     for (const char* bad : {"", " ", "a b", "100%", "%4", "%zz", "http://x/<", "a\"b", "a{b", "a|b", "a\\b",
-                            "a^b", "a`b", "\x01", "caf\xc3\xa9"})
+                            "a^b", "a`b", "\x01", "caf\xc3\xa9"}) {
         EXPECT_FALSE(URL::fromString(bad)) << bad;
-    for (const char* good : {"a", "../x?y#z", "http://h:80/p%20q", "about:blank", "mailto:a@b", "data:,x"})
+    }
+    for (const char* good : {"a", "../x?y#z", "http://h:80/p%20q", "about:blank", "mailto:a@b", "data:,x"}) {
         EXPECT_TRUE(URL::fromString(good)) << good;
+    }
     EXPECT_EQ(URL::fromString("HTTP://host/p%20q/?a.b#c.d")->path(), "/p q");
     EXPECT_EQ(URL::fromString("HTTP://host/")->scheme(), "http");
     EXPECT_EQ(URL::fromString("mailto:a@b")->path(), "a@b");

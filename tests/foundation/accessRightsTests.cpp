@@ -114,8 +114,9 @@ TEST(AccessRights, MountsAndTheImmutableAttributeForbid) {
     holdsInChild([&] {
         const std::string mount = scratch / "mount";
         if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("none", mount.c_str(), "tmpfs", 0, nullptr) != 0)
+            ::mount("none", mount.c_str(), "tmpfs", 0, nullptr) != 0) {
             ::_exit(CannotTry);
+        }
         const std::string program = scratch.file("mount/program");
         ::chmod(program.c_str(), 0755);
         scratch.file("mount/folder/file");

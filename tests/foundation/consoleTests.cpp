@@ -36,19 +36,22 @@ TEST(Console, LinesStayWholeWhenThreadsWriteTogether) {
     const int kept = ::dup(STDOUT_FILENO);
     ::dup2(ends[1], STDOUT_FILENO);
     std::vector<std::thread> threads;
-    for (char c = 'a'; c < 'e'; ++c)
+    for (char c = 'a'; c < 'e'; ++c) {
         threads.emplace_back([c] {
             for (int i = 0; i < 20; ++i) print(std::string(Length - 1, c));
         });
+    }
     std::string text(80 * Length, '\0');
     std::size_t size = 0;
-    for (ssize_t n = 0; size < text.size() && (n = ::read(ends[0], &text[size], text.size() - size)) > 0;)
+    for (ssize_t n = 0; size < text.size() && (n = ::read(ends[0], &text[size], text.size() - size)) > 0;) {
         size += static_cast<std::size_t>(n);
+    }
     for (auto& thread : threads) thread.join();
     ::dup2(kept, STDOUT_FILENO);
     for (const int end : {ends[0], ends[1], kept}) ::close(end);
-    for (std::size_t i = 0; i < size; i += Length)
+    for (std::size_t i = 0; i < size; i += Length) {
         ASSERT_EQ(text.find_first_not_of(text[i], i), i + Length - 1);
+    }
 }
 
 TEST(Console, ClosedOrFullStandardOutputHarmsNothingAndIsKnown) {

@@ -48,8 +48,9 @@ TEST(DirectoryEnumerator, GivesFoldersBeforeTheirContentsInByteOrder) {
     const Scratch scratch;
     for (const char* name :
          {"b.txt", "a/x.txt", "a/deep/y", "a-b", "A", "\xff\xfe", "zz\nnewline", "a/deep/\x01",
-          "same prefix, long enough 2", "same prefix, long enough 10", "same prefix, long enough 1"})
+          "same prefix, long enough 2", "same prefix, long enough 10", "same prefix, long enough 1"}) {
         scratch.file(name);
+    }
     scratch.folder("empty");
     (void)::symlink("a", (scratch / "link").c_str());
     (void)::symlink(".", (scratch / "self").c_str());

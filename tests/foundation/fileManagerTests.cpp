@@ -61,8 +61,9 @@ class Intruder : public FileManagerDelegate {
 };
 
 void becomeAloneWithMounts() {
-    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
         ::_exit(CannotTry);
+    }
 }
 
 void mountOrSkip(const char* what, const std::string& where, const char* type, unsigned long flags) {

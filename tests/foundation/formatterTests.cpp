@@ -53,15 +53,17 @@ TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
         std::vector<std::int64_t> moments;
         for (int i = 0; i < 20'000; ++i) moments.push_back(i % 4 == 0 ? any(random) : recent(random));
         // The shortest times for which clocks were changed and changed back: four days, a week.
-        for (const std::int64_t around : {-957'308'400, 970'974'000, 970'977'600})
+        for (const std::int64_t around : {-957'308'400, 970'974'000, 970'977'600}) {
             for (int i = -900; i < 900; ++i) moments.push_back(around + i * 1733);
+        }
         // The last leap second, in zones that count them.
         for (int i = -60; i < 60; ++i) moments.push_back(1'483'228'800 + i);
         // Every half hour of a year with its changes of the clock.
         for (int i = 0; i < 17'530; ++i) moments.push_back(1'767'225'600 + i * 1799);
-        for (const std::int64_t seconds : moments)
+        for (const std::int64_t seconds : moments) {
             ASSERT_EQ(DateFormatter().stringFromDate({seconds, 999'999'999}), expected(seconds))
                 << name << " " << seconds;
+        }
     }
 }
 
@@ -71,8 +73,9 @@ TEST(DateFormatter, WritesEnglishAndNoMoreThanItsLength) {
     EXPECT_EQ(DateFormatter().stringFromDate({1'794'822'014, 0}), "Nov 16, 2026 at 9:40:14 AM");
     using Limits = std::numeric_limits<std::int64_t>;
     for (const std::int64_t far :
-         {Limits::min(), Limits::max(), std::int64_t{1} << 60, -(std::int64_t{1} << 60)})
+         {Limits::min(), Limits::max(), std::int64_t{1} << 60, -(std::int64_t{1} << 60)}) {
         EXPECT_LE(DateFormatter().stringFromDate({far, 0}).size(), MediumDateTimeLength);
+    }
     ::unsetenv("LC_ALL");
 }
 
@@ -94,8 +97,9 @@ TEST(ByteCountFormatter, ChangesUnitsAndRoundsAtEveryBorder) {
         {std::numeric_limits<std::int64_t>::min(), "-9.22 EB"},
         // clang-format on
     };
-    for (const auto& [count, text] : cases)
+    for (const auto& [count, text] : cases) {
         EXPECT_EQ(ByteCountFormatter::stringFromByteCount(count, ByteCountStyle::File), text) << count;
+    }
 }
 
 TEST(NSNumber, KnowsSignedAndUnsigned) {

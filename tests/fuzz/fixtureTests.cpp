@@ -23,9 +23,11 @@ TEST(Fuzz, KeptAndRandomInputs) {
     for (int i = 0; i < 3000; ++i) {
         std::string input(random() % 200, '\0');
         for (char& c : input) c = "/ab.%\0\x01\xff'<:?#@0129"[random() % 19];
-        if (i % 2 == 0)
-            for (char& c : input)
+        if (i % 2 == 0) {
+            for (char& c : input) {
                 if (random() % 3 == 0) c = static_cast<char>(random());
+            }
+        }
         fuzzOne(input);
     }
 }

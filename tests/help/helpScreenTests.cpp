@@ -162,8 +162,9 @@ TEST_F(HelpScreenTest, HelpPageThatIsMissingIsFatalAndOneThatIsNoTextIsTold) {
     const fs::path share = tree.folder("share/tonewright");
     const std::string program = tree.folder("bin") + "/help";
     fs::copy_file(fs::read_symlink("/proc/self/exe"), program);
-    for (const auto& file : fs::directory_iterator(platform::Bundle::main().resourceURL()->path()))
+    for (const auto& file : fs::directory_iterator(platform::Bundle::main().resourceURL()->path())) {
         if (file.path().extension() == ".ui") fs::copy_file(file.path(), share / file.path().filename());
+    }
 
     const auto run = [&program](std::string& output) {
         const std::string command = "env -u GTEST_OUTPUT " + program +
@@ -284,10 +285,11 @@ TEST_F(HelpScreenTest, ExitWorksWhateverThePageDoes) {
         }
         bool ended = false;
         const std::weak_ptr<HelpViewController> gone = screen;
-        if (path == "/nothing-yet")
+        if (path == "/nothing-yet") {
             window.controller->dismissViewControllerAnimated(true, [&] { ended = true; });
-        else
+        } else {
             screen->buttonExit->press(), ended = true;
+        }
         screen.reset();
         EXPECT_TRUE(waitFor([&] { return ended && gone.expired() && childProcesses().empty(); }));
     }

@@ -36,10 +36,11 @@ void sendPiece(SoupServerMessage* message, Body* body) {
 void sendBody(SoupServerMessage* message, std::size_t length, bool announced) {
     soup_server_message_set_status(message, 200, nullptr);
     SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
-    if (announced)
+    if (announced) {
         soup_message_headers_set_content_length(headers, static_cast<goffset>(length));
-    else
+    } else {
         soup_message_headers_set_encoding(headers, SOUP_ENCODING_CHUNKED);
+    }
     soup_message_body_set_accumulate(soup_server_message_get_response_body(message), FALSE);
     auto* body = new Body{length};
     g_object_set_data_full(G_OBJECT(message), "body", body,
@@ -62,9 +63,10 @@ void handle(SoupServer*, SoupServerMessage* message, const char* path, GHashTabl
     };
     if (text == "/text") return answer(200, "hello");
     if (text == "/empty") return answer(200, "");
-    if (text.starts_with("/status/"))
+    if (text.starts_with("/status/")) {
         return answer(static_cast<unsigned>(number("/status/")),
                       "status " + std::to_string(number("/status/")));
+    }
     if (text.starts_with("/bytes/")) return sendBody(message, number("/bytes/"), true);
     if (text.starts_with("/chunked/")) return sendBody(message, number("/chunked/"), false);
     if (text == "/loop") return soup_server_message_set_redirect(message, 302, "/loop");
@@ -129,8 +131,9 @@ BadServer::BadServer(std::function<void(int)> answer)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     if (::bind(_listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || ::listen(_listener, 8) != 0 ||
-        ::getsockname(_listener, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        ::getsockname(_listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
         std::abort();
+    }
     _port = ntohs(address.sin_port);
     _thread = std::thread([this] { run(); });
 }

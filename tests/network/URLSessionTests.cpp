@@ -37,8 +37,9 @@ struct Outcome {
     std::thread::id thread = std::this_thread::get_id();
 
     Outcome(const std::shared_ptr<URLResponse>& response, const std::optional<Error>& failed) {
-        if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get()))
+        if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get())) {
             status = http->statusCode();
+        }
         if (response) {
             url = response->url().absoluteString();
             announced = response->expectedContentLength();
@@ -55,8 +56,9 @@ struct Outcome {
         EXPECT_TRUE(file.good());
         std::vector<char> piece(1 << 20);
         while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
-            for (std::size_t i = 0; i < static_cast<std::size_t>(file.gcount()); i += 61)
+            for (std::size_t i = 0; i < static_cast<std::size_t>(file.gcount()); i += 61) {
                 if (piece[i] != HTTPServer::byteAt(size + i)) isRight = false;
+            }
             size += static_cast<std::size_t>(file.gcount());
         }
     }
@@ -70,8 +72,9 @@ URLRequest request(const std::string& url, double timeout = 60) {
 
 Outcome waitFor(const std::shared_ptr<URLSessionTask>& task, std::future<Outcome> future) {
     task->resume();
-    if (future.wait_for(60s) != std::future_status::ready)
+    if (future.wait_for(60s) != std::future_status::ready) {
         throw std::runtime_error("the completion never came");
+    }
     return future.get();
 }
 
@@ -262,8 +265,9 @@ TEST(URLSession, ServersThatCannotBeTrustedOrReachedAreErrors) {
     const Outcome outcome = fetch(request(untrusted.url("/text")));
     EXPECT_FALSE(outcome.hasContent);
     EXPECT_NE(outcome.error.find("certificate"), std::string::npos) << outcome.error;
-    for (const char* url : {"gopher://host/", "relative/path", "http:", "http:///x", "mailto:a@b"})
+    for (const char* url : {"gopher://host/", "relative/path", "http:", "http:///x", "mailto:a@b"}) {
         EXPECT_NE(fetch(request(url, 5)).error, "") << url;
+    }
 }
 
 TEST(URLSession, ReadsFilesWithoutWaiting) {
@@ -275,8 +279,9 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
     EXPECT_EQ(outcome.announced, 7);
     EXPECT_EQ(download(request(file)).size, 7U);
     ::mkfifo((scratch / "fifo").c_str(), 0600);
-    for (const char* name : {"fifo", "none", ""})
+    for (const char* name : {"fifo", "none", ""}) {
         EXPECT_NE(fetch(request("file://" + scratch.path() + "/" + name)).error, "") << name;
+    }
     EXPECT_EQ(contentsOfURL(*URL::fromString(file)).value().size(), 7U);
     EXPECT_FALSE(contentsOfURL(*URL::fromString("file:///none")));
 }
@@ -284,8 +289,9 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
 #if !defined(TONEWRIGHT_ASAN) && !defined(TONEWRIGHT_TSAN) // whose memory moves by copying
 std::size_t peakKiB() {
     std::istringstream status(tonewright::test::contentOf("/proc/self/status"));
-    for (std::string line; std::getline(status, line);)
+    for (std::string line; std::getline(status, line);) {
         if (line.starts_with("VmHWM:")) return std::stoul(line.substr(6));
+    }
     return 0;
 }
 

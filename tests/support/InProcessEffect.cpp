@@ -20,8 +20,9 @@ class Gain final : public platform::NodeProcessor {
     void release() noexcept override {}
     void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
                  std::int64_t) noexcept override {
-        for (int channel = 0; channel < 2; ++channel)
+        for (int channel = 0; channel < 2; ++channel) {
             for (std::uint32_t i = 0; i < frames; ++i) outputs[channel][i] = _gain * inputs[channel][i];
+        }
     }
     std::uint32_t latencyFrames() const noexcept override { return 0; }
 
@@ -51,16 +52,18 @@ void InProcessEffect::requestViewController(
 std::vector<platform::ComponentRecord>
 InProcessProvider::componentsMatching(const platform::AudioComponentDescription& wanted) {
     std::vector<platform::ComponentRecord> found;
-    for (const auto& entry : _entries)
+    for (const auto& entry : _entries) {
         if (matches(entry.record.description, wanted)) found.push_back(entry.record);
+    }
     return found;
 }
 
 platform::Result<std::shared_ptr<platform::AUAudioUnit>>
 InProcessProvider::instantiate(const platform::ComponentRecord& record) {
     instantiated.push_back(record.identifier);
-    for (const auto& entry : _entries)
+    for (const auto& entry : _entries) {
         if (entry.record.identifier == record.identifier && entry.unit) return entry.unit;
+    }
     return platform::Error("Test", 1, "The effect could not be made.");
 }
 

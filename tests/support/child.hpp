@@ -34,8 +34,9 @@ inline void holdsInChild(const std::function<void()>& body) {
 inline void holdsInChildAs(uid_t user, gid_t group, const std::vector<gid_t>& groups,
                            const std::function<void()>& body) {
     holdsInChild([&] {
-        if (::setgroups(groups.size(), groups.data()) != 0 || ::setgid(group) != 0 || ::setuid(user) != 0)
+        if (::setgroups(groups.size(), groups.data()) != 0 || ::setgid(group) != 0 || ::setuid(user) != 0) {
             ::_exit(CannotTry);
+        }
         body();
     });
 }

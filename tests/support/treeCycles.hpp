@@ -16,8 +16,9 @@ inline void takeApart(const std::shared_ptr<File>& top) {
         left.pop_back();
         if (!node) continue;
         node->setParent(nullptr);
-        if (Folder* folder = node->asFolder())
+        if (Folder* folder = node->asFolder()) {
             for (auto& child : std::exchange(folder->children, {})) left.push_back(std::move(child));
+        }
     }
 }
 

@@ -111,8 +111,9 @@ TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
         {Red, {{10, 20}, {39, 29}, {25, 70}, {50, 65}, {97, 2}}},
         {Blue, {{70, 40}, {78, 40}, {60, 65}}},
         {Nothing, {{9, 25}, {40, 25}, {10, 30}, {78, 48}, {25, 75}, {70, 65}}}};
-    for (const auto& [color, places] : expected)
+    for (const auto& [color, places] : expected) {
         for (const auto& [x, y] : places) EXPECT_EQ(pixels.at(x, y), color) << x << ", " << y;
+    }
 }
 
 TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
@@ -121,9 +122,11 @@ TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
     });
     const Pixels pixels(*drawing.view);
     int inside = 0, outside = 0;
-    for (int y = 0; y < 80; ++y)
-        for (int x = 0; x < 100; ++x)
+    for (int y = 0; y < 80; ++y) {
+        for (int x = 0; x < 100; ++x) {
             if (pixels.at(x, y).alpha > 0.1) ++(x >= 19 && x <= 61 && y >= 8 && y <= 32 ? inside : outside);
+        }
+    }
     EXPECT_GT(inside, 40);
     EXPECT_EQ(outside, 0) << "shortened, not overflowing";
 }

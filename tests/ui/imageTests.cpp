@@ -97,8 +97,9 @@ TEST(Image, BytesThatAreNoPictureGiveNone) {
     const std::string jpeg = encoded(Picture(32, 16), "jpeg");
     for (const std::string& data :
          {""s, "\x89"s, "\x89PNG\r\n\x1A\n"s, "<!doctype html><title>not <svg here"s, "P6 1 1 255\n123"s,
-          "RIFF"s, "RIFF1234WEBP"s, "<svg"s, "<svg><g></svg>"s, std::string(100'000, '<')})
+          "RIFF"s, "RIFF1234WEBP"s, "<svg"s, "<svg><g></svg>"s, std::string(100'000, '<')}) {
         EXPECT_FALSE(decode(data)) << data.substr(0, 20);
+    }
 }
 
 TEST(Image, WhatIsCutShortGivesNone) {
@@ -113,9 +114,10 @@ TEST(Image, WhatIsCutShortGivesNone) {
                                                                         {"ico", encoded(picture, "ico")},
                                                                         {"ico of png", icon(png, 32, 16)}}) {
         EXPECT_TRUE(decode(whole)) << name;
-        for (std::size_t missing = 1; missing <= whole.size(); missing += 1 + missing / 8)
+        for (std::size_t missing = 1; missing <= whole.size(); missing += 1 + missing / 8) {
             EXPECT_FALSE(decode(whole.substr(0, whole.size() - missing)))
                 << name << " without its last " << missing << " bytes";
+        }
     }
 }
 
@@ -137,7 +139,7 @@ TEST(Image, GivesUpWhatTakesTooLong) {
 // thread.
 TEST(Image, DamageHarmsNothing) {
     std::vector<std::thread> threads;
-    for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"})
+    for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"}) {
         threads.emplace_back([format] {
             const std::string whole = encoded(Picture(32, 16), format);
             std::uint32_t random = 1;
@@ -150,6 +152,7 @@ TEST(Image, DamageHarmsNothing) {
                 (void)decode(damaged);
             }
         });
+    }
     for (std::thread& thread : threads) thread.join();
 }
 

@@ -63,12 +63,14 @@ class PageServer {
         if (found == self.pages.end()) return soup_server_message_set_status(message, 404, nullptr);
         const Page& page = found->second;
         if (page.stays) return soup_server_message_pause(message);
-        if (!page.location.empty())
+        if (!page.location.empty()) {
             return soup_server_message_set_redirect(message, 302, page.location.c_str());
+        }
         soup_server_message_set_status(message, static_cast<guint>(page.status), nullptr);
-        if (page.status == 401)
+        if (page.status == 401) {
             soup_message_headers_append(soup_server_message_get_response_headers(message), "WWW-Authenticate",
                                         "Basic realm=\"test\"");
+        }
         soup_server_message_set_response(message, page.type.c_str(), SOUP_MEMORY_COPY, page.body.data(),
                                          page.body.size());
     }

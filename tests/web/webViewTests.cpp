@@ -179,10 +179,11 @@ TEST_F(WebViewTest, EveryKindOfURLIsAskedAsItIs) {
         if (url != script) {
             EXPECT_TRUE(waitFor([&] { return !judge->actions.empty(); }));
         }
-        if (!title.empty())
+        if (!title.empty()) {
             EXPECT_TRUE(waitForTitle(title));
-        else
+        } else {
             passTime();
+        }
         EXPECT_EQ(judge->actions, url == script ? std::vector<std::string>{}
                                                 : std::vector{url == upper ? server.url("/") : url});
         EXPECT_EQ(titleOf(*view), title);
@@ -219,8 +220,9 @@ TEST_F(WebViewTest, PagesGetNoWindowsDialogsDownloadsOrPermissions) {
     ASSERT_TRUE(waitFor([&] { return judge->actions.size() >= 2; }));
     passTime();
     const char* home = std::getenv("HOME");
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(home))
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
         EXPECT_EQ(entry.path().string().find("file.bin"), std::string::npos) << entry.path();
+    }
 }
 
 TEST_F(WebViewTest, NothingIsKept) {

@@ -56,8 +56,9 @@ std::string path(EasingFunction function, double lowest, double highest) {
 bool draw(EnumEasing type, const std::string& directory) {
     const EasingFunction function = easingFunction(type);
     double lowest = -0.4, highest = 1.4;
-    for (int frame = 0; frame <= Frames; ++frame)
+    for (int frame = 0; frame <= Frames; ++frame) {
         if (static_cast<double>(function(frame, 0, 1, Frames)) > highest) highest = Highest;
+    }
     const std::string name(easingName(type));
     std::ofstream file(directory + "/" + name + ".svg");
     file // the tags are split, so that a licence check does not take them for this source's own
@@ -81,9 +82,10 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: tonewright-curves DIRECTORY\n");
         return 2;
     }
-    for (std::int64_t raw = 0; raw <= 40; ++raw)
+    for (std::int64_t raw = 0; raw <= 40; ++raw) {
         if (!draw(static_cast<EnumEasing>(raw), argv[1])) {
             std::fprintf(stderr, "tonewright-curves: cannot write into %s\n", argv[1]);
             return 1;
         }
+    }
 }

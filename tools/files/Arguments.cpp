@@ -88,12 +88,15 @@ std::optional<Arguments> readArguments(const std::vector<std::string_view>& word
         if (known.word != plain.front()) continue;
         arguments.command = known.command;
         arguments.operands.assign(plain.begin() + 1, plain.end());
-        if (arguments.operands.size() < known.leastOperands || arguments.operands.size() > known.mostOperands)
+        if (arguments.operands.size() < known.leastOperands ||
+            arguments.operands.size() > known.mostOperands) {
             return refuse("'" + plain.front() + "' does not take " +
                           std::to_string(arguments.operands.size()) + " operands");
+        }
         const bool scans = known.command != Command::Download && known.command != Command::Report;
-        if (!scans && (arguments.isDryRun || arguments.saysYes))
+        if (!scans && (arguments.isDryRun || arguments.saysYes)) {
             return refuse("'" + plain.front() + "' deletes nothing: --dry-run and --yes are not for it");
+        }
         return arguments;
     }
     return refuse("there is no command '" + plain.front() + "'");

@@ -24,8 +24,9 @@ std::size_t characterLength(std::string_view text) {
     if (lead < 0x80) return 1;
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     if (lead < 0xC2 || lead > 0xF4) return 0;
-    for (std::size_t at = 1; at < length; ++at)
+    for (std::size_t at = 1; at < length; ++at) {
         if ((byte(at) & 0xC0U) != 0x80) return 0;
+    }
     const bool isOverlong = (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xF0 && byte(1) < 0x90);
     const bool isNone = (lead == 0xED && byte(1) > 0x9F) || (lead == 0xF4 && byte(1) > 0x8F);
     return isOverlong || isNone ? 0 : length;
@@ -48,8 +49,9 @@ std::string printable(std::string_view name) {
 }
 
 bool saysYes(std::string answer) {
-    for (char& c : answer)
+    for (char& c : answer) {
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
     return answer == "y" || answer == "yes";
 }
 
@@ -75,12 +77,13 @@ std::string lineOf(std::string path) {
     if (path.find('\n') == std::string::npos) return path;
     std::string line = "\\";
     for (const char c : path) {
-        if (c == '\n')
+        if (c == '\n') {
             line += "\\n";
-        else if (c == '\\')
+        } else if (c == '\\') {
             line += "\\\\";
-        else
+        } else {
             line += c;
+        }
     }
     return line;
 }
@@ -94,10 +97,12 @@ bool mayDelete(const std::vector<std::string>& litter) {
         return false;
     }
     platform::warn("The scan deletes:");
-    for (std::size_t i = 0; i < litter.size() && i < MostNamed; ++i)
+    for (std::size_t i = 0; i < litter.size() && i < MostNamed; ++i) {
         platform::warn("  " + printable(litter[i]));
-    if (litter.size() > MostNamed)
+    }
+    if (litter.size() > MostNamed) {
         platform::warn("  and " + std::to_string(litter.size() - MostNamed) + " more");
+    }
     std::cerr << "Delete and go on? [y/N] " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);

@@ -97,8 +97,9 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
         tree.makeExpandedPage(arguments.operands.size() > 1 ? std::string_view(arguments.operands[1])
                                                             : RootContainerItemIdentifier);
         if (tree.filelist.empty() && arguments.operands.size() > 1 &&
-            arguments.operands[1] != RootContainerItemIdentifier)
+            arguments.operands[1] != RootContainerItemIdentifier) {
             return Failed; // a line said why
+        }
         result = tree.list();
         break;
     default: {
@@ -120,8 +121,9 @@ bool canBeEntered(const std::string& directory) {
 
 int writeLitter(const Litter& litter, const std::string& directory, const Arguments& arguments) {
     if (!redirectOutput(arguments.output)) return Failed;
-    for (const std::string& subpath : litter.subpaths)
+    for (const std::string& subpath : litter.subpaths) {
         platform::print(lineOf((directory == "/" ? "" : directory) + "/" + subpath));
+    }
     for (const auto& error : litter.readErrors) platform::warn(error.localizedDescription());
     return linesGotOut(arguments.output) && litter.readErrors.empty() ? Done : Failed;
 }
@@ -194,8 +196,9 @@ int download(const Arguments& arguments) {
                                              }});
         loop.runUntil([] { return hasEnded.load(); }, std::numeric_limits<double>::infinity());
     }
-    if (outcome == DownloadOutcome::NotStored)
+    if (outcome == DownloadOutcome::NotStored) {
         platform::warn("tonewright-files: only what comes over http or https is stored");
+    }
     return linesGotOut(arguments.output) && outcome == DownloadOutcome::Stored ? Done : Failed;
 }
 

@@ -84,14 +84,17 @@ std::optional<Error> AudioReader::Library::open() {
     av_dict_set(&options, "protocol_whitelist", "file", 0);
     const int answer = avformat_open_input(&opened, ("file:" + path).c_str(), nullptr, &options);
     av_dict_free(&options);
-    if (answer == AVERROR(ENOENT))
+    if (answer == AVERROR(ENOENT)) {
         return fileError(answer, quoted(path) + " couldn't be opened because there is no such file.");
-    if (answer == AVERROR(EACCES))
+    }
+    if (answer == AVERROR(EACCES)) {
         return fileError(answer,
                          quoted(path) + " couldn't be opened because you don't have permission to view it.");
-    if (answer < 0)
+    }
+    if (answer < 0) {
         return fileError(answer,
                          quoted(path) + " couldn't be opened because it isn't a sound file or is damaged.");
+    }
     container.reset(opened);
 
     const std::string_view name = container->iformat->name;
@@ -107,14 +110,17 @@ std::optional<Error> AudioReader::Library::open() {
         avformat_find_stream_info(container.get(), nullptr);
         index = av_find_best_stream(container.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     }
-    if (index < 0)
+    if (index < 0) {
         return fileError(index, quoted(path) + " couldn't be opened because there is no sound in it.");
-    for (unsigned i = 0; i < container->nb_streams; ++i)
+    }
+    for (unsigned i = 0; i < container->nb_streams; ++i) {
         if (static_cast<int>(i) != index) container->streams[i]->discard = AVDISCARD_ALL;
+    }
     stream = container->streams[index];
-    if (!openCodec())
+    if (!openCodec()) {
         return fileError(AVERROR_DECODER_NOT_FOUND,
                          quoted(path) + " couldn't be opened because its sound format isn't supported.");
+    }
 
     // The first frame says what the decoder really gives.
     const bool decoded = decodeFrame();
@@ -123,9 +129,10 @@ std::optional<Error> AudioReader::Library::open() {
                   static_cast<std::uint32_t>(frame->ch_layout.nb_channels)};
         findLength();
     }
-    if (!decoded || length <= 0 || format.sampleRate <= 0 || format.channelCount == 0)
+    if (!decoded || length <= 0 || format.sampleRate <= 0 || format.channelCount == 0) {
         return fileError(AVERROR_INVALIDDATA,
                          quoted(path) + " couldn't be opened because there are no sound frames in it.");
+    }
     return std::nullopt;
 }
 
@@ -149,10 +156,12 @@ void AudioReader::Library::findLength() {
         const std::int64_t present = avio_size(container->pb) / stream->codecpar->block_align;
         if (length <= 0 || length > present) length = present;
     }
-    if (length <= 0 && container->duration > 0)
+    if (length <= 0 && container->duration > 0) {
         length = av_rescale(container->duration, static_cast<std::int64_t>(format.sampleRate), AV_TIME_BASE);
-    if (length <= 0)
+    }
+    if (length <= 0) {
         length = frame->nb_samples; // at least what has been decoded; the pass ends where the file does
+    }
 }
 
 void AudioReader::Library::reportDamage() {
@@ -185,8 +194,9 @@ bool AudioReader::Library::decodeFrame() {
             avcodec_send_packet(codec.get(), nullptr);
             continue;
         }
-        if (packet->stream_index == stream->index && avcodec_send_packet(codec.get(), packet.get()) < 0)
+        if (packet->stream_index == stream->index && avcodec_send_packet(codec.get(), packet.get()) < 0) {
             reportDamage();
+        }
         av_packet_unref(packet.get());
     }
     return false;
@@ -206,8 +216,9 @@ bool AudioReader::Library::acceptFrame() {
             scaled(frame->pts - (stream->start_time == AV_NOPTS_VALUE ? 0 : stream->start_time));
         resynchronise = false;
         if (start > position) silence = start - position;
-        if (start < position)
+        if (start < position) {
             frameOffset = static_cast<std::uint32_t>(std::min<std::int64_t>(position - start, frameLength));
+        }
     }
     return frameOffset < frameLength;
 }

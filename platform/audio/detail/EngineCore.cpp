@@ -41,8 +41,9 @@ void EngineCore::connect(const NodePointer& from, const NodePointer& to,
         return;
     }
     // The output's own format is no wish: such a link follows the output when that becomes another.
-    if (format == _device->format() && dynamic_cast<const AVAudioOutputNode*>(to.get()) != nullptr)
+    if (format == _device->format() && dynamic_cast<const AVAudioOutputNode*>(to.get()) != nullptr) {
         format.reset();
+    }
     _graph.connect(*from, *to, format);
     graphDidChange();
 }
@@ -117,8 +118,9 @@ void EngineCore::graphDidChange() {
 // _mutex is held.
 void EngineCore::rebuild() {
     const AVAudioFormat format = _device->format();
-    if (format.sampleRate != _planFormat.sampleRate)
+    if (format.sampleRate != _planFormat.sampleRate) {
         publish(nullptr); // processors begin anew: none may be in use
+    }
     publish(_graph.compile(format, _offline));
     _planFormat = format;
     _planIsCurrent = true;
@@ -167,8 +169,9 @@ void EngineCore::provide(std::uint32_t frames) {
     std::vector<std::shared_ptr<PlayerStream>> players;
     const auto isReady = [frames](const auto& player) { return player->isProvided(frames); };
     if (const RenderPlan* plan = acquirePlan();
-        plan != nullptr && !std::ranges::all_of(plan->players(), isReady))
+        plan != nullptr && !std::ranges::all_of(plan->players(), isReady)) {
         players = plan->players();
+    }
     releasePlan();
     for (const auto& player : players) player->provide(frames, _shared.stopping.get_token());
 }
@@ -189,8 +192,9 @@ void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::
             }
             _shared.sampleTime.store(now + count, std::memory_order_relaxed);
         } else { // the control side is about to follow a change of the device
-            for (std::uint32_t c = 0; c < format.channelCount; ++c)
+            for (std::uint32_t c = 0; c < format.channelCount; ++c) {
                 std::fill_n(planes[c] + done, count, 0.0F);
+            }
         }
         releasePlan();
         done += count;

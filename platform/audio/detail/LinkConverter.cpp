@@ -20,15 +20,17 @@ void LinkConverter::process(const float* const* inputs, float* const* outputs,
                             std::uint32_t frames) noexcept {
     for (std::uint32_t done = 0; done < frames;) {
         const std::uint32_t count = std::min(frames - done, _waiting.writable());
-        for (std::uint32_t c = 0; c < _waiting.channels(); ++c)
+        for (std::uint32_t c = 0; c < _waiting.channels(); ++c) {
             std::copy_n(inputs[c] + done, count, _waiting.writePlane(c));
+        }
         _waiting.commit(count);
         done += count;
     }
     _path.process(outputs, frames, [this](float* const* planes, std::uint32_t count) {
         const std::uint32_t read = _waiting.read(planes, 0, count);
-        for (std::uint32_t c = 0; c < _waiting.channels(); ++c)
+        for (std::uint32_t c = 0; c < _waiting.channels(); ++c) {
             std::fill_n(planes[c] + read, count - read, 0.0F);
+        }
     });
 }
 

@@ -18,8 +18,9 @@ namespace platform {
 NodeGraph::NodeGraph(NodePointer mainMixer, NodePointer output)
     : _output(output.get()) {
     const AVAudioNode& mixer = *mainMixer;
-    for (NodePointer& node : {std::ref(mainMixer), std::ref(output)})
+    for (NodePointer& node : {std::ref(mainMixer), std::ref(output)}) {
         if (!attach(node)) return;
+    }
     connect(mixer, *_output, std::nullopt);
 }
 
@@ -32,8 +33,9 @@ bool NodeGraph::attach(const NodePointer& node) {
     if (node->_isAttached.exchange(true)) return false;
     _members[node.get()] = {
         .node = node, .processor = node->processor(), .badSamples = std::make_shared<BadSamples>()};
-    if (const auto& processor = _members[node.get()].processor; processor && _blockFrames > 0)
+    if (const auto& processor = _members[node.get()].processor; processor && _blockFrames > 0) {
         processor->setBlockFrames(_blockFrames);
+    }
     return true;
 }
 
@@ -135,8 +137,9 @@ class NodeGraph::Compilation {
             link.converter.reset();
             return narrowed;
         }
-        if (!link.converter || !link.converter->fits(rate, format.sampleRate, narrowed.channels()))
+        if (!link.converter || !link.converter->fits(rate, format.sampleRate, narrowed.channels())) {
             link.converter = std::make_shared<LinkConverter>(rate, format.sampleRate, narrowed.channels());
+        }
         return _plan.convert(link.converter, narrowed);
     }
 
@@ -156,8 +159,9 @@ std::unique_ptr<RenderPlan> NodeGraph::compile(const AVAudioFormat& format, bool
 void NodeGraph::setBlockFrames(std::uint32_t frames) {
     if (frames == _blockFrames) return;
     _blockFrames = frames;
-    for (const auto& [node, member] : _members)
+    for (const auto& [node, member] : _members) {
         if (member.processor) member.processor->setBlockFrames(frames);
+    }
 }
 
 void NodeGraph::reportBadSamples() {

@@ -26,9 +26,10 @@ void PassWriter::begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t si
         _silentFrames = silentFrames + file->lengthFrames();
     }
     const AVAudioFormat format = file->processingFormat();
-    if (format.sampleRate != ringFormat.sampleRate)
+    if (format.sampleRate != ringFormat.sampleRate) {
         _silentFrames = static_cast<std::int64_t>(static_cast<double>(_silentFrames) * ringFormat.sampleRate /
                                                   format.sampleRate);
+    }
     _tailFrames = _converter && format != _from ? _converter->tailFrames() : 0;
 }
 
@@ -76,9 +77,10 @@ PassWriter::Step PassWriter::writeDirectly(FrameRing& ring) {
 void PassWriter::prepareConversion() {
     _from = _file->processingFormat();
     _converter.reset();
-    if (_from.sampleRate != _ringFormat.sampleRate)
+    if (_from.sampleRate != _ringFormat.sampleRate) {
         _converter =
             std::make_unique<RateConverter>(_from.sampleRate, _ringFormat.sampleRate, _from.channelCount);
+    }
     const std::uint32_t chunk = RateConverter::ChunkFrames;
     const std::uint32_t bound = _converter ? _converter->outputBound(chunk) : chunk;
     _samples.resize(static_cast<std::size_t>(_from.channelCount) * (chunk + bound) +
@@ -129,8 +131,9 @@ PassWriter::Step PassWriter::flush() {
 PassWriter::Step PassWriter::writeConverted(FrameRing& ring) {
     const std::uint32_t frames = std::min(ring.writable(), _held - _taken);
     if (frames == 0) return Step::Full;
-    for (std::uint32_t c = 0; c < ring.channels(); ++c)
+    for (std::uint32_t c = 0; c < ring.channels(); ++c) {
         std::copy_n(_mappedPlanes[c] + _taken, frames, ring.writePlane(c));
+    }
     ring.commit(frames);
     _taken += frames;
     return _taken == _held && _tailFrames == 0 && _reader && _reader->isAtEnd() ? finish() : Step::Wrote;

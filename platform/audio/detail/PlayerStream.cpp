@@ -46,8 +46,9 @@ void fillWithSilence(float* const* planes, std::uint32_t channels, std::uint32_t
 std::vector<float*> planesOf(std::vector<float>& samples, std::uint32_t channels, std::uint32_t frames) {
     samples.assign(static_cast<std::size_t>(channels) * frames, 0.0F);
     std::vector<float*> planes(channels);
-    for (std::uint32_t c = 0; c < channels; ++c)
+    for (std::uint32_t c = 0; c < channels; ++c) {
         planes[c] = samples.data() + static_cast<std::size_t>(c) * frames;
+    }
     return planes;
 }
 
@@ -217,10 +218,11 @@ RatePath::Rates PlayerStream::wantedRates() const {
 
 // _mutex is held.
 void PlayerStream::updateGate() {
-    if (_playing && _primed)
+    if (_playing && _primed) {
         _shared.gate.open();
-    else
+    } else {
         _shared.gate.close();
+    }
 }
 
 void PlayerStream::wakeDecoder() noexcept {
@@ -267,8 +269,9 @@ void PlayerStream::readDirectly(float* const* planes, std::uint32_t frames) noex
     const std::uint32_t count = _shared.ring.read(planes, 0, frames);
     if (count == frames) return;
     fillWithSilence(planes, _shared.ring.channels(), count, frames - count);
-    if (_shared.passUnderWay.load(std::memory_order_relaxed))
+    if (_shared.passUnderWay.load(std::memory_order_relaxed)) {
         _shared.underruns.fetch_add(1, std::memory_order_relaxed);
+    }
 }
 
 void PlayerStream::readRing(float* const* planes, std::uint32_t frames) noexcept {

@@ -61,8 +61,9 @@ RateConverter::RateConverter(double inputRate, double outputRate, std::uint32_t 
     , _output(static_cast<std::size_t>(channels) * ChunkFrames)
     , _planar(static_cast<std::size_t>(channels) * ChunkFrames)
     , _planes(channels) {
-    for (std::uint32_t c = 0; c < channels; ++c)
+    for (std::uint32_t c = 0; c < channels; ++c) {
         _planes[c] = _planar.data() + static_cast<std::size_t>(c) * ChunkFrames;
+    }
 }
 
 RateConverter::~RateConverter() = default;
@@ -76,9 +77,11 @@ std::uint32_t RateConverter::inputWanted(std::uint32_t outputFrames) const noexc
 }
 
 void RateConverter::feed(std::uint32_t frames) noexcept {
-    for (std::uint32_t c = 0; c < _channels; ++c)
-        for (std::uint32_t i = 0; i < frames; ++i)
+    for (std::uint32_t c = 0; c < _channels; ++c) {
+        for (std::uint32_t i = 0; i < frames; ++i) {
             _input[static_cast<std::size_t>(i) * _channels + c] = _planes[c][i];
+        }
+    }
     _library->with([&](auto& converter) {
         converter.inp_data = _input.data();
         converter.inp_count = frames;
@@ -94,9 +97,11 @@ std::uint32_t RateConverter::drain(float* const* outputs, std::uint32_t offset,
         converter.process();
         return wanted - converter.out_count;
     });
-    for (std::uint32_t c = 0; c < _channels; ++c)
-        for (std::uint32_t i = 0; i < made; ++i)
+    for (std::uint32_t c = 0; c < _channels; ++c) {
+        for (std::uint32_t i = 0; i < made; ++i) {
             outputs[c][offset + i] = _output[static_cast<std::size_t>(i) * _channels + c];
+        }
+    }
     return made;
 }
 

@@ -35,15 +35,17 @@ class RatePath {
     template <class Pull>
     void process(float* const* outputs, std::uint32_t frames, Pull&& pull) noexcept {
         const auto pullFirst = [&](float* const* planes, std::uint32_t count) {
-            if (_first)
+            if (_first) {
                 _first->process(planes, count, pull);
-            else
+            } else {
                 pull(planes, count);
+            }
         };
-        if (_last)
+        if (_last) {
             _last->process(outputs, frames, pullFirst);
-        else
+        } else {
             pullFirst(outputs, frames);
+        }
     }
     /// Returns a number of input frames that is enough for `outputFrames` frames of output.
     [[nodiscard]] std::uint32_t inputFor(std::uint32_t outputFrames) const noexcept;

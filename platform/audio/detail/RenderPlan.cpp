@@ -23,8 +23,9 @@ PlaneSet RenderPlan::newPlanes(std::uint32_t channels) {
     PlaneSet set;
     if (channels == 0) return set;
     _buffers.push_back(std::make_unique<float[]>(static_cast<std::size_t>(channels) * MaximumFrames));
-    for (std::uint32_t c = 0; c < channels; ++c)
+    for (std::uint32_t c = 0; c < channels; ++c) {
         set.planes.push_back(_buffers.back().get() + static_cast<std::size_t>(c) * MaximumFrames);
+    }
     return set;
 }
 
@@ -123,8 +124,9 @@ bool RenderPlan::render(float* const* planes, std::uint32_t offset, std::uint32_
                         std::int64_t sampleTime) noexcept {
     bool isNews = false;
     for (const Step& step : _steps) isNews |= run(step, frames, sampleTime);
-    for (std::uint32_t c = 0; c < _output.channels(); ++c)
+    for (std::uint32_t c = 0; c < _output.channels(); ++c) {
         std::copy_n(_output.planes[c], frames, planes[c] + offset);
+    }
     return isNews;
 }
 

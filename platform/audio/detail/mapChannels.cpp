@@ -19,8 +19,9 @@ void foldDownToPair(const float* const* inputs, std::uint32_t inputChannels, flo
                     std::uint32_t frames) noexcept {
     for (std::uint32_t side = 0; side < 2; ++side) {
         std::copy_n(inputs[side], frames, outputs[side]);
-        if (inputChannels == 3 || inputChannels >= 5)
+        if (inputChannels == 3 || inputChannels >= 5) {
             addScaled(inputs[2], MinusThreeDecibels, outputs[side], frames);
+        }
         const std::uint32_t rear = (inputChannels == 4 ? 2U : inputChannels == 5 ? 3U : 4U) + side;
         if (inputChannels >= 4) addScaled(inputs[rear], MinusThreeDecibels, outputs[side], frames);
     }

@@ -44,30 +44,32 @@ using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
 /// Copy `count` samples; zeros stand for what is no number.
 inline void copyFinite(const float* source, float* plane, std::uint32_t count) noexcept {
     std::uint32_t i = 0;
-    for (; i + 16 <= count; i += 16)
+    for (; i + 16 <= count; i += 16) {
         for (std::uint32_t k = i; k < i + 16; k += 4) {
             FourSamples bits;
             const FourSamples bad = findBadSamples(source + k, bits);
             bits &= ~bad;
             std::memcpy(plane + k, &bits, sizeof bits);
         }
+    }
     for (; i < count; ++i) plane[i] = isFinite(source[i]) ? source[i] : 0.0F;
 }
 
 template <class Sample>
 [[nodiscard]] inline float sampleToFloat(Sample sample) noexcept {
-    if constexpr (std::is_same_v<Sample, float>)
+    if constexpr (std::is_same_v<Sample, float>) {
         return isFinite(sample) ? sample : 0.0F;
-    else if constexpr (std::is_same_v<Sample, double>)
+    } else if constexpr (std::is_same_v<Sample, double>) {
         return sampleToFloat(static_cast<float>(sample));
-    else if constexpr (std::is_same_v<Sample, std::uint8_t>)
+    } else if constexpr (std::is_same_v<Sample, std::uint8_t>) {
         return (static_cast<float>(sample) - 128.0F) * 0x1p-7F;
-    else if constexpr (std::is_same_v<Sample, std::int16_t>)
+    } else if constexpr (std::is_same_v<Sample, std::int16_t>) {
         return static_cast<float>(sample) * 0x1p-15F;
-    else if constexpr (std::is_same_v<Sample, std::int32_t>)
+    } else if constexpr (std::is_same_v<Sample, std::int32_t>) {
         return static_cast<float>(sample) * 0x1p-31F;
-    else
+    } else {
         return static_cast<float>(static_cast<double>(sample) * 0x1p-63); // 64-bit integers
+    }
 }
 
 /// Copy `count` samples that stand `Stride` apart (0: `stride`) into a plane.
@@ -85,17 +87,19 @@ inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint
     for (std::uint32_t channel = 0; channel < channels; ++channel) {
         if (planar || channels == 1) {
             const auto* source = reinterpret_cast<const Sample*>(data[channel]) + first;
-            if constexpr (std::is_same_v<Sample, float>)
+            if constexpr (std::is_same_v<Sample, float>) {
                 copyFinite(source, planes[channel], count);
-            else
+            } else {
                 copyToPlane<1>(source, 1, planes[channel], count);
+            }
         } else {
             const auto* source = reinterpret_cast<const Sample*>(data[0]) +
                                  static_cast<std::size_t>(first) * channels + channel;
-            if (channels == 2)
+            if (channels == 2) {
                 copyToPlane<2>(source, 2, planes[channel], count);
-            else
+            } else {
                 copyToPlane<0>(source, channels, planes[channel], count);
+            }
         }
     }
 }

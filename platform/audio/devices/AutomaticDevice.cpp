@@ -130,8 +130,9 @@ void AutomaticDevice::playSilently(std::string_view reason) {
         static_cast<void>(_silent->start(_client)); // new, and so not in use
     }
     if (_isOpening) return; // it is not known yet whether there is anything to say
-    if (!_saidSilent && !_factories.empty())
+    if (!_saidSilent && !_factories.empty()) {
         warn(std::string(reason) + "; playing silently until that changes.");
+    }
     _saidSilent = true;
 }
 

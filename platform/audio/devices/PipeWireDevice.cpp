@@ -42,8 +42,9 @@ void initialiseLibrary() {
     static std::once_flag once;
     std::call_once(once, [] {
         pw_init(nullptr, nullptr);
-        if (std::getenv("PIPEWIRE_DEBUG") == nullptr)
+        if (std::getenv("PIPEWIRE_DEBUG") == nullptr) {
             pw_log_set_level(SPA_LOG_LEVEL_NONE); // faults are ours to tell
+        }
     });
 }
 
@@ -110,8 +111,9 @@ class PipeWireDevice final : public HardwareDevice {
         _awaited = pw_core_sync(_core, PW_ID_CORE, 0);
         timespec limit{};
         pw_thread_loop_get_time(_loop, &limit, AnswerLimitNanoseconds);
-        while (_answered != _awaited && _failure == 0)
+        while (_answered != _awaited && _failure == 0) {
             if (pw_thread_loop_timed_wait_full(_loop, &limit) < 0) return false;
+        }
         return _failure == 0;
     }
 
@@ -180,10 +182,12 @@ class PipeWireDevice final : public HardwareDevice {
         auto& self = *static_cast<PipeWireDevice*>(data);
         spa_audio_info_raw info{};
         if (id != SPA_PARAM_Format || parameter == nullptr ||
-            spa_format_audio_raw_parse(parameter, &info) < 0)
+            spa_format_audio_raw_parse(parameter, &info) < 0) {
             return;
-        if (info.rate > 0 && self._rate.exchange(info.rate) != info.rate && self._isOpen)
+        }
+        if (info.rate > 0 && self._rate.exchange(info.rate) != info.rate && self._isOpen) {
             self._listener->hardwareFormatDidChange();
+        }
     }
 
     // On the library's data thread, in real time.

@@ -35,8 +35,9 @@ bool anyNameIn(const fs::path& directory, std::string_view prefix, std::string_v
 // The client libraries print when nobody is there, and some wait: each is asked only where its server, or a
 // card, has left a trace.
 bool leavesTrace(RtAudio::Api api) {
-    if (api == RtAudio::UNIX_JACK)
+    if (api == RtAudio::UNIX_JACK) {
         return anyNameIn("/dev/shm", "jack_default_" + std::to_string(getuid()), "");
+    }
     if (api == RtAudio::LINUX_ALSA) return anyNameIn("/dev/snd", "pcm", "p");
     if (api != RtAudio::LINUX_PULSE) return false;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
@@ -61,8 +62,9 @@ class RtAudioDevice final : public HardwareDevice {
 
     Answer open(HardwareListener& listener) override {
         _listener = &listener;
-        for (const RtAudio::Api api : {RtAudio::UNIX_JACK, RtAudio::LINUX_PULSE, RtAudio::LINUX_ALSA})
+        for (const RtAudio::Api api : {RtAudio::UNIX_JACK, RtAudio::LINUX_PULSE, RtAudio::LINUX_ALSA}) {
             if (leavesTrace(api) && openWith(api)) return {.kind = Answer::Kind::Opened};
+        }
         return {.kind = Answer::Kind::Absent};
     }
 
@@ -115,8 +117,9 @@ class RtAudioDevice final : public HardwareDevice {
             askForRealtimePriority();
         }
         std::array<float*, MaximumChannels> planes{};
-        for (unsigned c = 0; c < self._format.channelCount; ++c)
+        for (unsigned c = 0; c < self._format.channelCount; ++c) {
             planes[c] = static_cast<float*>(output) + static_cast<std::size_t>(c) * frames;
+        }
         self._listener->hardwareRender(planes.data(), self._format, frames);
         return 0;
     }

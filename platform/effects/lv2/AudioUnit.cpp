@@ -38,8 +38,9 @@ const std::vector<Preset>& AudioUnit::presets() const {
 std::optional<std::vector<AUAudioUnitPreset>> AudioUnit::factoryPresets() const {
     if (presets().empty()) return std::nullopt;
     std::vector<AUAudioUnitPreset> list;
-    for (const Preset& preset : presets())
+    for (const Preset& preset : presets()) {
         list.emplace_back(static_cast<std::int64_t>(list.size()), preset.label);
+    }
     return list;
 }
 
@@ -70,8 +71,9 @@ void AudioUnit::setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset)
 
 std::vector<std::string> AudioUnit::MIDIOutputNames() const {
     std::vector<std::string> names;
-    for (const Port& port : _processor->plugin().ports)
+    for (const Port& port : _processor->plugin().ports) {
         if (port.kind == PortKind::AtomOutput && port.supportsMidi) names.push_back(port.name);
+    }
     return names;
 }
 
@@ -103,9 +105,11 @@ bool AudioUnit::sendMIDIEvent(std::span<const std::uint8_t> message) {
 
 std::vector<AUParameter> AudioUnit::parameters() const {
     std::vector<AUParameter> parameters;
-    for (const Port& port : _processor->plugin().ports)
-        if (port.kind == PortKind::ControlInput || port.kind == PortKind::ControlOutput)
+    for (const Port& port : _processor->plugin().ports) {
+        if (port.kind == PortKind::ControlInput || port.kind == PortKind::ControlOutput) {
             parameters.push_back(parameterAt(port, _processor->sampleRate()));
+        }
+    }
     return parameters;
 }
 

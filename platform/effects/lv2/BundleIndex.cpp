@@ -52,8 +52,9 @@ std::vector<std::string> bundlesIn(const std::string& directory) {
     std::vector<std::string> names;
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(directory.c_str()), ::closedir);
     if (!stream) return names;
-    while (const dirent* entry = ::readdir(stream.get()))
+    while (const dirent* entry = ::readdir(stream.get())) {
         if (entry->d_name[0] != '.') names.emplace_back(entry->d_name);
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -75,8 +76,9 @@ class Reader {
             bundle.manifest = std::move(known->second.manifest);
         } else {
             bundle.manifest = readManifest(path);
-            if (bundle.manifest.hasMistakes)
+            if (bundle.manifest.hasMistakes) {
                 bundle.stamp = {}; // so that it is read, and complained of, again
+            }
             _hasNews = true;
         }
         _bundles.push_back(std::move(bundle));
@@ -104,8 +106,9 @@ BundleIndex BundleIndex::read() {
     Reader reader;
     const std::string here = executableDirectory();
     for (const auto place : OwnPlaces) reader.add(here + std::string(place) + std::string(OwnBundle), true);
-    for (const auto& directory : searchPath())
+    for (const auto& directory : searchPath()) {
         for (const auto& name : bundlesIn(directory)) reader.add(directory + "/" + name, false);
+    }
     BundleIndex index;
     index._bundles = reader.finish();
     return index;
@@ -123,8 +126,9 @@ std::vector<const IndexedBundle*> BundleIndex::bundlesAbout(const std::string& p
     const IndexedBundle* home = bundleOf(pluginURI);
     if (home == nullptr) return about;
     about.push_back(home);
-    for (const auto& bundle : _bundles)
+    for (const auto& bundle : _bundles) {
         if (&bundle != home && contains(bundle.manifest.others, pluginURI)) about.push_back(&bundle);
+    }
     return about;
 }
 

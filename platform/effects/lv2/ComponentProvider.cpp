@@ -33,8 +33,9 @@ std::uint32_t derivedCode(std::string_view text) {
     constexpr std::string_view Letters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     std::uint64_t hash = hashOf(text);
     std::uint32_t code = 0;
-    for (int i = 0; i < 4; ++i, hash /= Letters.size())
+    for (int i = 0; i < 4; ++i, hash /= Letters.size()) {
         code = (code << 8U) | static_cast<unsigned char>(Letters[hash % Letters.size()]);
+    }
     return code;
 }
 
@@ -62,8 +63,9 @@ class Lv2ComponentProvider final : public ComponentProvider {
         const BundleIndex index = BundleIndex::read();
         const IndexedBundle* home = index.bundleOf(record.identifier);
         auto world = std::make_shared<lv2::World>(index, record.identifier);
-        if (home == nullptr || world->plugin() == nullptr)
+        if (home == nullptr || world->plugin() == nullptr) {
             return Error("LV2", 4, "The effect " + record.identifier + " is not installed.");
+        }
         lv2::Plugin plugin = world->describe();
         const RenderSetup setup = askForRenderSetup();
         auto processor = lv2::Processor::make(std::move(world), std::move(plugin), home->isOurs,
@@ -87,8 +89,9 @@ class Lv2ComponentProvider final : public ComponentProvider {
         ComponentRecord record = describe(index, uri, codes);
         if (wanted.componentType != 0) record.description.componentType = wanted.componentType;
         if (wanted.componentSubType != 0) record.description.componentSubType = wanted.componentSubType;
-        if (wanted.componentManufacturer != 0)
+        if (wanted.componentManufacturer != 0) {
             record.description.componentManufacturer = wanted.componentManufacturer;
+        }
         record.description.componentFlags = wanted.componentFlags;
         found.push_back(std::move(record));
     }
@@ -122,16 +125,19 @@ class Lv2ComponentProvider final : public ComponentProvider {
     static void addDerived(const BundleIndex& index, const AudioComponentDescription& wanted,
                            std::vector<ComponentRecord>& found) {
         std::set<std::string> stated;
-        for (const IndexedBundle& bundle : index.bundles())
-            for (const lv2::StatedComponent& component : bundle.manifest.components)
+        for (const IndexedBundle& bundle : index.bundles()) {
+            for (const lv2::StatedComponent& component : bundle.manifest.components) {
                 stated.insert(component.pluginURI);
+            }
+        }
         AudioComponentDescription beforeType = wanted;
         beforeType.componentType = 0;
         for (const IndexedBundle& bundle : index.bundles()) {
             for (const std::string& uri : bundle.manifest.plugins) {
                 const AudioComponentDescription codes = derivedCodes(uri);
-                if (!matches(codes, beforeType) || stated.contains(uri) || index.bundleOf(uri) != &bundle)
+                if (!matches(codes, beforeType) || stated.contains(uri) || index.bundleOf(uri) != &bundle) {
                     continue;
+                }
                 ComponentRecord record = describe(index, uri, codes);
                 if (matches(record.description, wanted)) found.push_back(std::move(record));
             }

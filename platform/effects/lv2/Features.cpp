@@ -86,9 +86,10 @@ ScratchDirectory::~ScratchDirectory() {
 
 std::string ScratchDirectory::pathFor(const std::string& name) {
     const std::scoped_lock lock(_mutex);
-    if (_path.empty())
+    if (_path.empty()) {
         _path = std::filesystem::path(baseDirectory("XDG_CACHE_HOME", ".cache")) / "tonewright" / "scratch" /
                 ProcessInfo::processInfo().globallyUniqueString();
+    }
     const std::filesystem::path path = _path / std::filesystem::path(name).relative_path();
     std::error_code ignored; // the plug-in hears of it when it opens the file
     std::filesystem::create_directories(path.parent_path(), ignored);
@@ -131,8 +132,9 @@ Features::Features(double sampleRate, std::uint32_t blockFrames, std::uint32_t s
     const LV2_Feature* forRestore = &_features.back();
     for (const LV2_Feature& feature : _features) {
         if (&feature != forRestore) _list.push_back(&feature);
-        if (std::string_view(feature.URI) != LV2_WORKER__schedule || &feature == forRestore)
+        if (std::string_view(feature.URI) != LV2_WORKER__schedule || &feature == forRestore) {
             _listForRestore.push_back(&feature);
+        }
     }
     _list.push_back(nullptr);
     _listForRestore.push_back(nullptr);

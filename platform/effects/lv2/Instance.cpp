@@ -12,14 +12,18 @@ Error unusable(const Plugin& plugin, const std::string& reason) {
 }
 
 std::optional<Error> refusal(const Plugin& plugin) {
-    if (const std::string lacked = lackedFeature(plugin.requiredFeatures); !lacked.empty())
+    if (const std::string lacked = lackedFeature(plugin.requiredFeatures); !lacked.empty()) {
         return unusable(plugin, "it requires the feature " + lacked + ", which this host does not have");
-    for (const Port& port : plugin.ports)
-        if (port.kind == PortKind::Unknown && !port.isOptional)
+    }
+    for (const Port& port : plugin.ports) {
+        if (port.kind == PortKind::Unknown && !port.isOptional) {
             return unusable(plugin,
                             "its port \"" + port.name + "\" is of a kind that this host does not know");
-    if (plugin.libraryPath.empty() || ::access(plugin.libraryPath.c_str(), R_OK) != 0)
+        }
+    }
+    if (plugin.libraryPath.empty() || ::access(plugin.libraryPath.c_str(), R_OK) != 0) {
         return unusable(plugin, "its library " + plugin.libraryPath + " is missing");
+    }
     return std::nullopt;
 }
 

@@ -33,8 +33,9 @@ Error failure(const Interface& interface, const std::string& reason) {
 } // namespace
 
 std::string lackedInterfaceFeature(const Interface& interface) {
-    for (const std::string& feature : interface.requiredFeatures)
+    for (const std::string& feature : interface.requiredFeatures) {
         if (std::find(std::begin(Offered), std::end(Offered), feature) == std::end(Offered)) return feature;
+    }
     return {};
 }
 
@@ -55,8 +56,9 @@ void InterfaceHost::listFeatures() {
                }};
     _portMap = {this, [](LV2UI_Feature_Handle self, const char* symbol) -> std::uint32_t {
                     for (const Port& port :
-                         static_cast<InterfaceHost*>(self)->_unit->lv2Processor().plugin().ports)
+                         static_cast<InterfaceHost*>(self)->_unit->lv2Processor().plugin().ports) {
                         if (port.symbol == symbol) return port.index;
+                    }
                     return LV2UI_INVALID_PORT_INDEX;
                 }};
     // Values and events of all ports are told anyway; only other protocols are refused.
@@ -104,8 +106,9 @@ Result<std::unique_ptr<InterfaceHost>> InterfaceHost::make(std::shared_ptr<Audio
 std::optional<Error> InterfaceHost::load(const Interface& interface) {
     // Never unloaded: libraries that interfaces bring along often cannot be.
     void* library = ::dlopen(interface.binaryPath.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    if (library == nullptr)
+    if (library == nullptr) {
         return failure(interface, "its library cannot be loaded: " + std::string(::dlerror()));
+    }
     const auto descriptorAt =
         reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(library, "lv2ui_descriptor"));
     if (descriptorAt == nullptr) return failure(interface, "its library has no interface");
@@ -129,8 +132,9 @@ std::optional<Error> InterfaceHost::load(const Interface& interface) {
             &widget, _list.data());
     }
     if (_handle == nullptr) return failure(interface, "it made no instance of itself");
-    if (_descriptor->extension_data != nullptr)
+    if (_descriptor->extension_data != nullptr) {
         _idle = static_cast<const LV2UI_Idle_Interface*>(_descriptor->extension_data(LV2_UI__idleInterface));
+    }
     _unit->lv2Processor().buffers().setListening(true);
     tellValues();
     _namedWindow = reinterpret_cast<unsigned long>(widget);
@@ -162,8 +166,9 @@ void InterfaceHost::takeWrite(std::uint32_t port, std::uint32_t size, std::uint3
         if (size < sizeof head) return;
         std::memcpy(&head, data, sizeof head);
         if (head.size > size - sizeof head) return;
-        if (!processor.buffers().send(port, {static_cast<const std::byte*>(data), sizeof head + head.size}))
+        if (!processor.buffers().send(port, {static_cast<const std::byte*>(data), sizeof head + head.size})) {
             warn("A message of the interface of \"" + processor.plugin().name + "\" found no room.");
+        }
     }
 }
 
@@ -191,8 +196,9 @@ void InterfaceHost::update() {
         _descriptor->port_event(_handle, port, static_cast<std::uint32_t>(_event.size()),
                                 Urids::shared().atomEventTransfer, _event.data());
     }
-    if (_idle != nullptr && _idle->idle != nullptr && _idle->idle(_handle) != 0)
+    if (_idle != nullptr && _idle->idle != nullptr && _idle->idle(_handle) != 0) {
         _idle = nullptr; // it has closed
+    }
 }
 
 } // namespace platform::lv2

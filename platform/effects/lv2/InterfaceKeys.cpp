@@ -73,8 +73,9 @@ bool InterfaceKeys::giveKeyboard() {
     XWindowAttributes attributes{};
     const bool isKnown = XGetWindowAttributes(_display, _child, &attributes) != 0;
     XSelectInput(_display, _child, KeyPressMask | FocusChangeMask | PropertyChangeMask);
-    if (!isKnown || (attributes.all_event_masks & KeyPressMask) == 0 || attributes.map_state != IsViewable)
+    if (!isKnown || (attributes.all_event_masks & KeyPressMask) == 0 || attributes.map_state != IsViewable) {
         return false;
+    }
     XSetInputFocus(_display, _child, RevertToParent, CurrentTime);
     XSync(_display, False);
     return true;
@@ -86,8 +87,9 @@ Window InterfaceKeys::windowOfTheToolkitsKeys() const {
     const Tree tree(_display, _topLevel);
     for (const Window child : tree.children) {
         XWindowAttributes attributes{};
-        if (XGetWindowAttributes(_display, child, &attributes) != 0 && attributes.c_class == InputOnly)
+        if (XGetWindowAttributes(_display, child, &attributes) != 0 && attributes.c_class == InputOnly) {
             return child;
+        }
     }
     return _topLevel;
 }
@@ -123,8 +125,9 @@ bool InterfaceKeys::handle(XKeyEvent event) {
     // The grab answers as well where the pointer is over the interface and the keyboard is not inside.
     const bool isOurs = event.type == KeyPress && isInterfaceFocused();
     // The server looks again for who has the keyboard when a key is replayed.
-    if (isOurs && _topLevel != None && goesToWindow(event, key))
+    if (isOurs && _topLevel != None && goesToWindow(event, key)) {
         XSetInputFocus(_display, windowOfTheToolkitsKeys(), RevertToParent, CurrentTime);
+    }
     XAllowEvents(_display, ReplayKeyboard, event.time);
     XFlush(_display);
     return isOurs && key == XK_Escape;

@@ -24,8 +24,9 @@ Result<LibraryEntry> LibraryEntry::find(const std::string& path, const std::stri
     LibraryEntry entry;
     if (describeLibrary != nullptr) {
         entry._library = describeLibrary(bundlePath.c_str(), features);
-        if (entry._library == nullptr)
+        if (entry._library == nullptr) {
             return failure("its library " + path + " gives no description of itself");
+        }
     } else if (descriptorAt == nullptr) {
         return failure("its library " + path + " has no entry point for LV2");
     }

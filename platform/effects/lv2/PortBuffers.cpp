@@ -27,8 +27,9 @@ std::uint32_t bytesOf(const Port& port) {
 
 std::size_t toInterfaceBytes(const std::vector<Port>& ports) {
     std::size_t bytes = 0;
-    for (const Port& port : ports)
+    for (const Port& port : ports) {
         if (port.kind == PortKind::AtomOutput) bytes += bytesOf(port);
+    }
     return std::min(bytes * 4, LargestToInterface);
 }
 
@@ -48,16 +49,18 @@ PortBuffers::PortBuffers(const std::vector<Port>& ports, double sampleRate)
     for (const Port& port : ports) {
         switch (port.kind) {
         case PortKind::AudioInput:
-            if (_inputs.size() < MainChannels && (!port.isSideChain || !hasSignalInput))
+            if (_inputs.size() < MainChannels && (!port.isSideChain || !hasSignalInput)) {
                 _inputs.push_back({port.index, nullptr, std::vector<float>(LongestBlock)});
-            else
+            } else {
                 _silentInputs.push_back(port.index);
+            }
             break;
         case PortKind::AudioOutput:
-            if (_outputs.size() < MainChannels)
+            if (_outputs.size() < MainChannels) {
                 _outputs.push_back({port.index, nullptr, std::vector<float>(LongestBlock)});
-            else
+            } else {
                 _unheardOutputs.push_back(port.index);
+            }
             break;
         case PortKind::CvInput:
             _silentInputs.push_back(port.index);
@@ -92,16 +95,21 @@ PortBuffers::PortBuffers(const std::vector<Port>& ports, double sampleRate)
 }
 
 void PortBuffers::connect(LilvInstance* instance) {
-    for (std::uint32_t port = 0; port < _valueCount; ++port)
+    for (std::uint32_t port = 0; port < _valueCount; ++port) {
         lilv_instance_connect_port(instance, port, nullptr);
-    for (const auto* list : {&_controlInputs, &_controlOutputs})
+    }
+    for (const auto* list : {&_controlInputs, &_controlOutputs}) {
         for (const std::uint32_t port : *list) lilv_instance_connect_port(instance, port, &_cells[port]);
-    for (const std::uint32_t port : _silentInputs)
+    }
+    for (const std::uint32_t port : _silentInputs) {
         lilv_instance_connect_port(instance, port, _silence.data());
-    for (const std::uint32_t port : _unheardOutputs)
+    }
+    for (const std::uint32_t port : _unheardOutputs) {
         lilv_instance_connect_port(instance, port, _scratch.data());
-    for (auto* list : {&_atomInputs, &_atomOutputs})
+    }
+    for (auto* list : {&_atomInputs, &_atomOutputs}) {
         for (AtomPort& port : *list) lilv_instance_connect_port(instance, port.index, port.memory.data());
+    }
     // Also before the first block: some plug-ins look at their audio ports when they are activated.
     for (auto* list : {&_inputs, &_outputs}) {
         for (AudioPort& port : *list) {
@@ -129,27 +137,32 @@ void PortBuffers::connectAudio(LilvInstance* instance, const float* const* input
         }
         place(_inputs[i], _runsOnOwnPlanes ? _inputs[i].own.data() : inputs[i] + offset);
     }
-    for (std::size_t i = 0; i < _outputs.size(); ++i)
+    for (std::size_t i = 0; i < _outputs.size(); ++i) {
         place(_outputs[i], _runsOnOwnPlanes ? _outputs[i].own.data() : outputs[i] + offset);
+    }
 }
 
 void PortBuffers::takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept {
     if (!_runsOnOwnPlanes) return;
-    for (std::size_t i = 0; i < _outputs.size(); ++i)
+    for (std::size_t i = 0; i < _outputs.size(); ++i) {
         std::copy_n(_outputs[i].own.begin(), frames, outputs[i] + offset);
+    }
 }
 
 void PortBuffers::beforeRun() noexcept {
-    if (_hasNewValues.exchange(false, std::memory_order_acquire))
-        for (const std::uint32_t port : _controlInputs)
+    if (_hasNewValues.exchange(false, std::memory_order_acquire)) {
+        for (const std::uint32_t port : _controlInputs) {
             _cells[port] = _values[port].load(std::memory_order_relaxed);
+        }
+    }
     for (AtomPort& port : _atomInputs) {
         port.sequence()->atom = {sizeof(LV2_Atom_Sequence_Body), Urids::shared().atomSequence};
         port.sequence()->body = {};
     }
-    for (AtomPort& port : _atomOutputs)
+    for (AtomPort& port : _atomOutputs) {
         port.sequence()->atom = {port.capacity() - static_cast<std::uint32_t>(sizeof(LV2_Atom)),
                                  Urids::shared().atomChunk};
+    }
     takeSentEvents();
 }
 
@@ -183,8 +196,9 @@ void PortBuffers::takeSentEvents() noexcept {
 }
 
 void PortBuffers::afterRun(std::int64_t sampleTime, std::uint32_t frames, MIDIOutputDelivery* midi) noexcept {
-    for (const std::uint32_t port : _controlOutputs)
+    for (const std::uint32_t port : _controlOutputs) {
         _values[port].store(_cells[port], std::memory_order_relaxed);
+    }
     for (AtomPort& port : _atomOutputs) handOut(port, sampleTime, frames, midi);
 }
 
@@ -207,10 +221,11 @@ void PortBuffers::handOut(AtomPort& port, std::int64_t sampleTime, std::uint32_t
             midi->push(sampleTime + frame, reinterpret_cast<const std::uint8_t*>(&event + 1),
                        event.body.size);
         }
-        if (isListening) // a full ring means an interface that does not keep up: it misses events
+        if (isListening) { // a full ring means an interface that does not keep up: it misses events
             (void)_toInterface.write(std::as_bytes(std::span(&port.index, 1)),
                                      std::span(reinterpret_cast<const std::byte*>(&event.body),
                                                sizeof(LV2_Atom) + event.body.size));
+        }
         if (padded(event.body.size) > room) return; // the last one; its padding may be missing
         at += static_cast<std::uint32_t>(sizeof(LV2_Atom_Event)) + padded(event.body.size);
     }

@@ -57,8 +57,9 @@ std::optional<Error> Processor::awaitPlugin(std::shared_future<void> call, std::
 }
 
 std::optional<Error> Processor::makeInstance(std::chrono::seconds limit) {
-    if (_stuck.valid() && _stuck.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+    if (_stuck.valid() && _stuck.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         return unusable(_plugin, "it still has not returned from an earlier call");
+    }
     struct Attempt {
         Plugin plugin;
         std::shared_ptr<Instance> instance;
@@ -122,8 +123,9 @@ void Processor::release() noexcept {
 void Processor::process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
                         std::int64_t sampleTime) noexcept {
     if (!_instance || !_instance->isActive() || !_gate.tryEnter()) {
-        for (std::uint32_t channel = 0; channel < outputChannels(); ++channel)
+        for (std::uint32_t channel = 0; channel < outputChannels(); ++channel) {
             std::fill_n(outputs[channel], frames, 0.0F);
+        }
         return;
     }
     for (std::uint32_t done = 0; done < frames;) {

@@ -52,10 +52,11 @@ void SilentRun::setWanted(bool isWanted) {
         _isWanted = isWanted;
     }
     _changed.notify_one();
-    if (isWanted)
+    if (isWanted) {
         _thread = std::thread([this] { runUntilUnwanted(); });
-    else
+    } else {
         _thread.join();
+    }
 }
 
 void SilentRun::runUntilUnwanted() {

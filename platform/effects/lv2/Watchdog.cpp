@@ -10,8 +10,9 @@ namespace platform::lv2 {
 Watchdog::Watchdog(std::string what)
     : _thread([this, what = std::move(what)] {
         std::unique_lock lock(_mutex);
-        if (!_changed.wait_for(lock, Patience, [this] { return _isOver; }))
+        if (!_changed.wait_for(lock, Patience, [this] { return _isOver; })) {
             warn(what + " does not answer; the window waits for it.");
+        }
     }) {}
 
 Watchdog::~Watchdog() {

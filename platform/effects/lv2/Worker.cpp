@@ -34,8 +34,9 @@ void Worker::stop() {
         _wake.signal();
         _thread.join();
     }
-    for (ByteRing* ring : {&_requests, &_responses, &_restoreResponses})
+    for (ByteRing* ring : {&_requests, &_responses, &_restoreResponses}) {
         while (ring->hasRecord()) ring->drop();
+    }
     _interface = nullptr;
 }
 
@@ -74,8 +75,9 @@ void Worker::deliver(ByteRing& ring) noexcept {
         const std::size_t size = ring.recordSize();
         ring.peek(std::span(_scratch).first(size));
         ring.drop();
-        if (_interface->work_response != nullptr)
+        if (_interface->work_response != nullptr) {
             (void)_interface->work_response(_handle, static_cast<std::uint32_t>(size), _scratch.data());
+        }
     }
 }
 

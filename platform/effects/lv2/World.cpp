@@ -81,8 +81,9 @@ class PortReader {
             port.supportsMidi =
                 lilv_port_supports_event(_plugin, source, _world.uri(LV2_MIDI__MidiEvent).get());
             port.isControl = designation(source) == LV2_CORE__control;
-            if (const Node size = get(source, LV2_RESIZE_PORT__minimumSize); isNumber(size.get()))
+            if (const Node size = get(source, LV2_RESIZE_PORT__minimumSize); isNumber(size.get())) {
                 port.minimumSize = static_cast<std::uint32_t>(std::max(0, lilv_node_as_int(size.get())));
+            }
             break;
         default:
             break;
@@ -108,8 +109,9 @@ class PortReader {
         const bool isInput = isA(port, LV2_CORE__InputPort);
         if (!isInput && !isA(port, LV2_CORE__OutputPort)) return PortKind::Unknown;
         if (isA(port, LV2_CORE__AudioPort)) return isInput ? PortKind::AudioInput : PortKind::AudioOutput;
-        if (isA(port, LV2_CORE__ControlPort))
+        if (isA(port, LV2_CORE__ControlPort)) {
             return isInput ? PortKind::ControlInput : PortKind::ControlOutput;
+        }
         if (isA(port, LV2_CORE__CVPort)) return isInput ? PortKind::CvInput : PortKind::CvOutput;
         if (isA(port, LV2_ATOM__AtomPort)) return isInput ? PortKind::AtomInput : PortKind::AtomOutput;
         return PortKind::Unknown;
@@ -135,8 +137,9 @@ class PortReader {
             {"s", "s"},     {"min", "min"},    {"pc", "%"},    {"cent", "ct"},    {"semitone12TET", "semi"},
             {"oct", "oct"}, {"degree", "deg"}, {"bpm", "BPM"}, {"beat", "beats"}, {"bar", "bars"},
             {"m", "m"},     {"cm", "cm"}};
-        for (const auto& [key, text] : Symbols)
+        for (const auto& [key, text] : Symbols) {
             if (name == key) return text;
+        }
         return {};
     }
 
@@ -169,9 +172,10 @@ class PortReader {
         if (points == nullptr) return;
         LILV_FOREACH(scale_points, i, points) {
             const LilvScalePoint* point = lilv_scale_points_get(points, i);
-            if (isNumber(lilv_scale_point_get_value(point)))
+            if (isNumber(lilv_scale_point_get_value(point))) {
                 parameter.valueStrings.push_back({lilv_node_as_float(lilv_scale_point_get_value(point)),
                                                   textOf(lilv_scale_point_get_label(point))});
+            }
         }
         lilv_scale_points_free(points);
         std::sort(parameter.valueStrings.begin(), parameter.valueStrings.end(),

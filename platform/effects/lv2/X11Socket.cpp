@@ -25,10 +25,11 @@ std::atomic<int> errorsSaid{0};
 int onError(Display* display, XErrorEvent* error) {
     if (display == toolkitsDisplay && toolkitsHandler != nullptr) return toolkitsHandler(display, error);
     constexpr int MostSaid = 5;
-    if (errorsSaid.fetch_add(1) < MostSaid)
+    if (errorsSaid.fetch_add(1) < MostSaid) {
         warn("An effect's interface made an error of the X protocol (error " +
              std::to_string(error->error_code) + ", request " + std::to_string(error->request_code) +
              "); it goes on.");
+    }
     return 0;
 }
 
@@ -77,9 +78,10 @@ struct X11Socket::Implementation {
             unmap();
             return;
         }
-        if (shown != place)
+        if (shown != place) {
             XMoveResizeWindow(display, window, shown.x, shown.y, static_cast<unsigned>(shown.width),
                               static_cast<unsigned>(shown.height));
+        }
         place = shown;
         const PixelRect inSocket{wanted.x - shown.x, wanted.y - shown.y, wanted.width, wanted.height};
         if (inSocket != childPlace) {
@@ -127,10 +129,11 @@ struct X11Socket::Implementation {
             ++asked;
             giveChildItsPlace();
         } else if (!hasSize) {
-            if (isSoon && !rules.keepsWanted())
+            if (isSoon && !rules.keepsWanted()) {
                 rules.refused({childPlace.width, childPlace.height}, size);
-            else
+            } else {
                 rules.wanted = size;
+            }
             chosen = size;
             arrange();
         }
@@ -181,12 +184,14 @@ bool X11Socket::adoptChild(WindowId named) {
     unsigned count = 0;
     if (XQueryTree(self.display, self.window, &root, &parent, &children, &count) == 0) return false;
     self.child = count > 0 ? children[0] : None;
-    for (unsigned i = 0; i < count; ++i)
+    for (unsigned i = 0; i < count; ++i) {
         if (children[i] == named) self.child = named;
+    }
     if (children != nullptr) XFree(children);
     XWindowAttributes attributes{};
-    if (self.child != None && XGetWindowAttributes(self.display, self.child, &attributes) == 0)
+    if (self.child != None && XGetWindowAttributes(self.display, self.child, &attributes) == 0) {
         self.child = None;
+    }
     self.keys->setChild(self.child);
     if (self.child == None) return false;
     // The size it was made with, unless it has asked for another.

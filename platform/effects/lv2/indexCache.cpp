@@ -60,8 +60,9 @@ bool takeLine(std::string_view line, std::vector<IndexedBundle>& bundles) {
         IndexedBundle bundle;
         bundle.path = text(fields[1]);
         if (!read(fields[2], bundle.stamp.modifiedNanoseconds) || !read(fields[3], bundle.stamp.size) ||
-            !read(fields[4], bundle.stamp.node))
+            !read(fields[4], bundle.stamp.node)) {
             return false;
+        }
         bundles.push_back(std::move(bundle));
         return true;
     }
@@ -75,8 +76,9 @@ bool takeLine(std::string_view line, std::vector<IndexedBundle>& bundles) {
         StatedComponent component{text(fields[1]), {}, text(fields[6])};
         AudioComponentDescription& codes = component.description;
         if (!read(fields[2], codes.componentType) || !read(fields[3], codes.componentSubType) ||
-            !read(fields[4], codes.componentManufacturer) || !read(fields[5], codes.componentFlags))
+            !read(fields[4], codes.componentManufacturer) || !read(fields[5], codes.componentFlags)) {
             return false;
+        }
         manifest.components.push_back(std::move(component));
     } else {
         return false;
@@ -111,10 +113,11 @@ void writeIndexCache(const std::vector<IndexedBundle>& bundles) {
             << bundle.stamp.size << '\t' << bundle.stamp.node << '\n';
         for (const auto& uri : bundle.manifest.plugins) out << "P\t" << field(uri) << '\n';
         for (const auto& uri : bundle.manifest.others) out << "O\t" << field(uri) << '\n';
-        for (const auto& [uri, codes, name] : bundle.manifest.components)
+        for (const auto& [uri, codes, name] : bundle.manifest.components) {
             out << "C\t" << field(uri) << '\t' << codes.componentType << '\t' << codes.componentSubType
                 << '\t' << codes.componentManufacturer << '\t' << codes.componentFlags << '\t' << field(name)
                 << '\n';
+        }
     }
     out << "end\n";
 

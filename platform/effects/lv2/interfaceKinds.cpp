@@ -33,10 +33,13 @@ std::vector<std::string> World::otherInterfaceKinds() const {
     std::vector<std::string> names;
     LilvUIs* uis = lilv_plugin_get_uis(_plugin);
     if (uis == nullptr) return names;
-    for (const Kind& kind : Kinds) LILV_FOREACH(uis, i, uis)
-    if (lilv_ui_is_a(lilv_uis_get(uis, i), uri(kind.uri).get()) &&
-        std::find(names.begin(), names.end(), kind.name) == names.end())
-        names.emplace_back(kind.name);
+    for (const Kind& kind : Kinds) {
+        LILV_FOREACH(uis, i, uis)
+        if (lilv_ui_is_a(lilv_uis_get(uis, i), uri(kind.uri).get()) &&
+            std::find(names.begin(), names.end(), kind.name) == names.end()) {
+            names.emplace_back(kind.name);
+        }
+    }
     lilv_uis_free(uis);
     return names;
 }

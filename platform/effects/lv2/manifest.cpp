@@ -58,18 +58,19 @@ struct Reading {
     }
 
     void takeProperty(Codes& subject, std::string_view property, std::string_view text) {
-        if (property == "componentType")
+        if (property == "componentType") {
             stateCode(subject.type, property, text);
-        else if (property == "componentSubType")
+        } else if (property == "componentSubType") {
             stateCode(subject.subType, property, text);
-        else if (property == "componentManufacturer")
+        } else if (property == "componentManufacturer") {
             stateCode(subject.manufacturer, property, text);
-        else if (property == "displayName")
+        } else if (property == "displayName") {
             subject.name = text;
-        else if (property == "componentFlags") {
+        } else if (property == "componentFlags") {
             const auto end = text.data() + text.size();
-            if (std::from_chars(text.data(), end, subject.flags).ptr != end)
+            if (std::from_chars(text.data(), end, subject.flags).ptr != end) {
                 complaint = "componentFlags must be a whole number from 0 to 4294967295";
+            }
         }
     }
 
@@ -136,8 +137,9 @@ Manifest readManifest(const std::string& bundlePath) {
     for (const auto& [uri, codes] : reading.codes) {
         if (!reading.plugins.contains(uri)) reading.others.insert(uri);
         if (!codes.type || !codes.subType || !codes.manufacturer) {
-            if (reading.complaint.empty())
+            if (reading.complaint.empty()) {
                 reading.complaint = "type, subtype and manufacturer must all be stated for <" + uri + ">";
+            }
             continue;
         }
         manifest.components.push_back(

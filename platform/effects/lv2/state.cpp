@@ -91,8 +91,9 @@ void Processor::applyState(const LilvState& state) {
         auto& self = *static_cast<Processor*>(context);
         const Port* port = self.portNamed(symbol);
         const auto number = numberOf(value, size, type);
-        if (port != nullptr && port->kind == PortKind::ControlInput && number)
+        if (port != nullptr && port->kind == PortKind::ControlInput && number) {
             self._buffers->setValue(port->index, *number);
+        }
     };
     std::optional<RunGate::Closed> closed;
     if (!_plugin.restoresWhileRunning) closed.emplace(_gate);
@@ -131,8 +132,9 @@ std::optional<Error> Processor::restoreState(const std::string& text) {
         state.reset(lilv_state_new_from_string(_world->get(), UridMap::shared().mapFeature(), text.c_str()));
     }
     const LilvNode* owner = state ? lilv_state_get_plugin_uri(state.get()) : nullptr;
-    if (owner == nullptr || _plugin.uri != lilv_node_as_string(owner))
+    if (owner == nullptr || _plugin.uri != lilv_node_as_string(owner)) {
         return Error("LV2", 2, "The state does not belong to the effect \"" + _plugin.name + "\".");
+    }
     const std::scoped_lock lock(_instanceMutex);
     applyState(*state);
     return std::nullopt;
@@ -146,9 +148,10 @@ std::optional<Error> Processor::restorePreset(const std::string& uri) {
         lilv_world_load_resource(_world->get(), node.get());
         state.reset(lilv_state_new_from_world(_world->get(), UridMap::shared().mapFeature(), node.get()));
     }
-    if (!state)
+    if (!state) {
         return Error("LV2", 3,
                      "The preset " + uri + " of the effect \"" + _plugin.name + "\" cannot be read.");
+    }
     const std::scoped_lock lock(_instanceMutex);
     applyState(*state);
     return std::nullopt;

@@ -81,11 +81,13 @@ bool AccessRights::isMember(std::uint32_t group) const noexcept {
 // The flags of a mount are read through a directory that lies on it, once.
 const AccessRights::Mount* AccessRights::mountOf(int directory, const FileStatus& status) {
     if (status.mount == 0) return nullptr;
-    for (const Mount& mount : _mounts)
+    for (const Mount& mount : _mounts) {
         if (mount.number == status.mount) return &mount;
+    }
     FileStatus own;
-    if (directory < 0 || readStatus(directory, "", AT_EMPTY_PATH, own) != 0 || own.mount != status.mount)
+    if (directory < 0 || readStatus(directory, "", AT_EMPTY_PATH, own) != 0 || own.mount != status.mount) {
         return nullptr;
+    }
     struct statfs system {};
     if (::fstatfs(directory, &system) != 0) return nullptr;
     const auto flags = static_cast<unsigned long>(system.f_flags);
@@ -99,8 +101,9 @@ const AccessRights::Mount* AccessRights::mountOf(int directory, const FileStatus
 // and can then grant no more than those bits or the others' bits name.
 AccessRights::Answer AccessRights::permits(const FileStatus& status, unsigned bit) const noexcept {
     if (_overridesPermissions &&
-        (bit != Execute || status.isDirectory() || (status.mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0))
+        (bit != Execute || status.isDirectory() || (status.mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0)) {
         return Answer::Yes;
+    }
     if (_overridesReading && (bit == Read || (bit == Execute && status.isDirectory()))) return Answer::Yes;
     if (status.owner == _user) return (status.mode >> 6U & bit) != 0 ? Answer::Yes : Answer::No;
     const bool group = (status.mode >> 3U & bit) != 0;
@@ -120,17 +123,19 @@ Rights AccessRights::rightsTo(int directory, const char* name, const FileStatus&
         write = permits(status, Write);
         execute = permits(status, Execute);
         const bool holdsData = status.isRegular() || status.isDirectory();
-        if (mount->isReadOnly && holdsData)
+        if (mount->isReadOnly && holdsData) {
             write = Answer::No;
-        else if (status.isImmutable)
+        } else if (status.isImmutable) {
             write = Answer::No;
-        else if (!status.tellsImmutable && write == Answer::Yes)
+        } else if (!status.tellsImmutable && write == Answer::Yes) {
             write = Answer::Ask;
+        }
         if (mount->forbidsExecution && status.isRegular()) execute = Answer::No;
     }
     // One question for both is enough when the answer is yes, as it is for most files of others.
-    if (read == Answer::Ask && execute == Answer::Ask && mayAccess(directory, name, R_OK | X_OK))
+    if (read == Answer::Ask && execute == Answer::Ask && mayAccess(directory, name, R_OK | X_OK)) {
         read = execute = Answer::Yes;
+    }
     const auto settle = [&](Answer answer, int how) {
         return answer == Answer::Ask ? mayAccess(directory, name, how) : answer == Answer::Yes;
     };

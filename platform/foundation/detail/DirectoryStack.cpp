@@ -75,8 +75,9 @@ int DirectoryStack::enter(const char* name, Crossing crossing) {
         int error = findPlace(*_top);
         if (error == 0) error = findPlace(inner);
         if (error == 0 &&
-            (inner.place.device != _top->place.device || inner.place.mount != _top->place.mount))
+            (inner.place.device != _top->place.device || inner.place.mount != _top->place.mount)) {
             error = EXDEV;
+        }
         if (error != 0) {
             inner.descriptor.close();
             return error;

@@ -25,8 +25,9 @@ struct Hash {
         for (const std::uint64_t field :
              {std::uint64_t{kind.mode}, std::uint64_t{kind.links}, std::uint64_t{kind.owner},
               std::uint64_t{kind.group},
-              (kind.isImmutable ? std::uint64_t{1} : 0) | (kind.isAppendOnly ? std::uint64_t{2} : 0)})
+              (kind.isImmutable ? std::uint64_t{1} : 0) | (kind.isAppendOnly ? std::uint64_t{2} : 0)}) {
             hash = (hash ^ field) * 0x9E3779B97F4A7C15U ^ (hash >> 29U);
+        }
         return hash;
     }
 };
@@ -55,14 +56,17 @@ std::optional<std::string> nameOf(std::uint32_t number, Ask ask) {
     Entry entry{};
     Entry* answer = nullptr;
     std::vector<char> buffer(4096);
-    while (ask(number, &entry, buffer.data(), buffer.size(), &answer) == ERANGE && buffer.size() < 1U << 24U)
+    while (ask(number, &entry, buffer.data(), buffer.size(), &answer) == ERANGE &&
+           buffer.size() < 1U << 24U) {
         buffer.resize(buffer.size() * 2);
+    }
     std::optional<std::string> name;
     if (answer != nullptr) {
-        if constexpr (std::is_same_v<Entry, passwd>)
+        if constexpr (std::is_same_v<Entry, passwd>) {
             name = answer->pw_name;
-        else
+        } else {
             name = answer->gr_name;
+        }
     }
     return names->emplace(number, name).first->second;
 }

@@ -27,8 +27,9 @@ bool FileStatus::isDevice() const noexcept {
 int readStatus(int directory, const char* name, int flags, FileStatus& status) noexcept {
     struct statx record; // NOLINT(cppcoreguidelines-pro-type-member-init): the kernel fills it
     if (::statx(directory, name, flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID,
-                &record) != 0)
+                &record) != 0) {
         return errno;
+    }
     status.size = record.stx_size;
     status.fileNumber = record.stx_ino;
     status.modification = {record.stx_mtime.tv_sec, record.stx_mtime.tv_nsec};

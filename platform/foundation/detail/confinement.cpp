@@ -59,8 +59,9 @@ bool allowReading(const std::vector<std::string>& places) {
         const landlock_path_beneath_attr rule = {.allowed_access = LANDLOCK_ACCESS_FS_READ_FILE |
                                                                    LANDLOCK_ACCESS_FS_READ_DIR,
                                                  .parent_fd = directory.get()};
-        if (::syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0) != 0)
+        if (::syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0) != 0) {
             return false;
+        }
     }
     return ::syscall(SYS_landlock_restrict_self, rules.get(), 0) == 0;
 }

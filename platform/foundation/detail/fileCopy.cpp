@@ -112,8 +112,9 @@ int copyOpened(int source, const FileStatus& status, int to, const char* toName)
     std::string temporary;
     Descriptor target(::openat(to, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
     if (!target &&
-        (errno == EMFILE || errno == ENFILE || errno == ENOSPC || errno == EACCES || errno == EROFS))
+        (errno == EMFILE || errno == ENFILE || errno == ENOSPC || errno == EACCES || errno == EROFS)) {
         return errno;
+    }
     if (!target) {
         temporary = temporaryName();
         target = Descriptor(::openat(to, temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
@@ -121,8 +122,9 @@ int copyOpened(int source, const FileStatus& status, int to, const char* toName)
     }
     int error = copyBytes(source, target.get());
     if (error == 0) copyMetadata(source, status, target.get());
-    if (error == 0)
+    if (error == 0) {
         error = temporary.empty() ? giveName(target.get(), to, toName) : exchangeName(to, temporary, toName);
+    }
     if (error != 0 && !temporary.empty()) ::unlinkat(to, temporary.c_str(), 0);
     return error;
 }
@@ -179,8 +181,9 @@ void copyMetadata(int from, const FileStatus& status, int to) noexcept {
         at += static_cast<ssize_t>(name.size()) + 1;
         if (!name.starts_with("user.") && !name.starts_with("system.posix_acl_")) continue;
         char value[4096];
-        if (const ssize_t size = ::fgetxattr(from, name.data(), value, sizeof value); size >= 0)
+        if (const ssize_t size = ::fgetxattr(from, name.data(), value, sizeof value); size >= 0) {
             ::fsetxattr(to, name.data(), value, static_cast<std::size_t>(size), 0);
+        }
     }
     // The copy belongs to whoever made it: it must not inherit the right to act as another.
     const mode_t kept = status.owner == ::geteuid() ? 07777U : 01777U;

@@ -60,10 +60,11 @@ class Removal {
     // Removes a file, enters a directory.
     std::optional<Error> remove(const char* name, bool isDirectory) {
         int error = 0;
-        if (isDirectory)
+        if (isDirectory) {
             error = enter(name);
-        else if (::unlinkat(_stack.descriptor(), name, 0) != 0 && errno != ENOENT)
+        } else if (::unlinkat(_stack.descriptor(), name, 0) != 0 && errno != ENOENT) {
             error = errno; // what somebody else removed meanwhile is removed
+        }
         return error == 0 ? std::nullopt : ended(error, subpathOf(name));
     }
 
@@ -141,8 +142,9 @@ std::optional<Error> removeItem(DirectoryStack& stack, const std::string& name, 
 
 std::optional<Error> removeTree(const std::string& path, const Questions& questions) {
     const ParentAndName place = splitPath(path);
-    if (place.name.empty() || place.name == "." || place.name == "..")
+    if (place.name.empty() || place.name == "." || place.name == "..") {
         return itemError(EINVAL, path, "removed");
+    }
     int error = 0;
     Descriptor parent = openDirectory(place.parent, error);
     if (error != 0) return itemError(error, path, "removed");

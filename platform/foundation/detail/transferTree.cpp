@@ -28,8 +28,9 @@ class TreeTransfer {
 
     std::optional<Error> run(const char* name, const char* newName) {
         FileStatus status;
-        if (const int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status); error != 0)
+        if (const int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status); error != 0) {
             return failure(error, "");
+        }
         if (!may("")) return std::nullopt;
         std::optional<Error> failed;
         if (const int error = transferItem(name, "", status, newName); error != 0) failed = ended(error, "");
@@ -55,8 +56,9 @@ class TreeTransfer {
         FileStatus status;
         int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status);
         if (error == ENOENT) return std::nullopt; // gone meanwhile: not a part of what is copied
-        if (error == 0)                           // a directory has no room for its own copy
+        if (error == 0) {                         // a directory has no room for its own copy
             error = status.isSame(_targetRoot) ? EINVAL : transferItem(name, subpath, status, name);
+        }
         return error == 0 ? std::nullopt : ended(error, subpath);
     }
 
@@ -130,8 +132,9 @@ class TreeTransfer {
         }
         FileStatus status;
         if (readStatus(_to.descriptor(), newName, AT_SYMLINK_NOFOLLOW, status) == 0 && status.isDirectory() &&
-            status.fileNumber == root)
+            status.fileNumber == root) {
             ::unlinkat(_to.descriptor(), newName, AT_REMOVEDIR);
+        }
     }
 
     bool may(const std::string& subpath) const { return !_questions.should || _questions.should(subpath); }

@@ -35,8 +35,9 @@ void callHandler(GClosure* closure, GValue*, guint count, const GValue* paramete
     const auto description = handler->description.lock();
     GObject* sender =
         count > 0 && G_VALUE_HOLDS_OBJECT(parameters) ? G_OBJECT(g_value_get_object(parameters)) : nullptr;
-    if (description)
+    if (description) {
         description->perform(handler->selector, GTK_IS_WIDGET(sender) ? GTK_WIDGET(sender) : nullptr);
+    }
 }
 
 GClosure* createClosure(GtkBuilderScope* scope, GtkBuilder*, const char* name, GtkBuilderClosureFlags,

@@ -59,8 +59,9 @@ GtkLayoutChild* createLayoutChild(GtkLayoutManager* manager, GtkWidget*, GtkWidg
 template <class Function>
 void forEachChild(GtkWidget* container, Function function) {
     for (GtkWidget* child = gtk_widget_get_first_child(container); child != nullptr;
-         child = gtk_widget_get_next_sibling(child))
+         child = gtk_widget_get_next_sibling(child)) {
         function(child);
+    }
 }
 
 void measure(GtkLayoutManager*, GtkWidget* container, GtkOrientation orientation, int, int* minimum,

@@ -48,9 +48,10 @@ void dispose(GObject* object) {
 
 void setProperty(GObject* object, guint property, const GValue* value, GParamSpec*) {
     widgetOf(object, property) = static_cast<GtkWidget*>(g_value_dup_object(value));
-    if (property == ViewProperty && selfOf(object)->view != nullptr)
+    if (property == ViewProperty && selfOf(object)->view != nullptr) {
         g_signal_connect_object(selfOf(object)->view, "notify::visible", G_CALLBACK(onVisible), object,
                                 static_cast<GConnectFlags>(0));
+    }
     tellState(*selfOf(object));
 }
 

@@ -68,14 +68,17 @@ void InterfaceDescription::connect(const std::shared_ptr<UIViewController>& owne
     for (const auto& [name, assign] : connections.outlets()) {
         auto object = viewNamed(name.c_str());
         if (!object) continue;
-        if (assign(object))
+        if (assign(object)) {
             _kept.push_back(std::move(object));
-        else
+        } else {
             warn("The object \"" + name + "\" in \"" + _name + ".ui\" does not fit the outlet of that name.");
+        }
     }
-    for (const auto& selector : _actions)
-        if (connections.findAction(selector) == nullptr && !destinationOfSegue(selector))
+    for (const auto& selector : _actions) {
+        if (connections.findAction(selector) == nullptr && !destinationOfSegue(selector)) {
             warn("The action \"" + selector + "\" in \"" + _name + ".ui\" is unknown to its controller.");
+        }
+    }
 }
 
 std::optional<std::string> InterfaceDescription::destinationOfSegue(const std::string& identifier) const {
@@ -87,10 +90,11 @@ void InterfaceDescription::perform(const std::string& selector, GtkWidget* sende
     const auto owner = _owner.lock();
     if (!owner) return;
     const auto view = sender == nullptr ? nullptr : viewWithWidget(sender);
-    if (destinationOfSegue(selector))
+    if (destinationOfSegue(selector)) {
         owner->performSegueWithIdentifier(selector, view);
-    else
+    } else {
         owner->performAction(selector, view);
+    }
 }
 
 } // namespace platform

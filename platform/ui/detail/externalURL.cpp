@@ -28,8 +28,9 @@ struct Request {
 
     void end(bool success) const {
         if (!success) warn("The page " + text + " could not be opened in a browser.");
-        if (completion)
+        if (completion) {
             DispatchQueue::main().async([completion = completion, success] { completion(success); });
+        }
     }
 };
 
@@ -74,8 +75,9 @@ bool openByProgram(const Request& request) {
     const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD |
                                                 G_SPAWN_STDOUT_TO_DEV_NULL);
     if (g_spawn_async(nullptr, arguments.data(), nullptr, flags, nullptr, nullptr, &program, nullptr) ==
-        FALSE)
+        FALSE) {
         return false;
+    }
     g_child_watch_add(program, onProgramEnded, new Request{request.text, nullptr});
     return true;
 }

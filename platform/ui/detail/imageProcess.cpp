@@ -127,8 +127,9 @@ bool isPossible(const PictureHeader& header, std::int64_t fileSize, std::int64_t
 GObjectRef<GdkPixbuf> takePixels(int file, std::int64_t mostPixels) {
     struct stat status {};
     if (::fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0 ||
-        ::fstat(file, &status) != 0 || status.st_size <= static_cast<off_t>(PicturePixelsAt))
+        ::fstat(file, &status) != 0 || status.st_size <= static_cast<off_t>(PicturePixelsAt)) {
         return {};
+    }
     const auto size = static_cast<std::size_t>(status.st_size);
     void* memory = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     if (memory == MAP_FAILED) return {};

@@ -132,10 +132,12 @@ bool isWholeRIFF(std::string_view data) {
 } // namespace
 
 const char* imageFormatOf(std::string_view data) {
-    for (const Format& format : Formats)
+    for (const Format& format : Formats) {
         if (data.starts_with(format.beginning) && data.size() >= format.signPosition &&
-            data.substr(format.signPosition).starts_with(format.sign))
+            data.substr(format.signPosition).starts_with(format.sign)) {
             return format.name;
+        }
+    }
     return isVectorImage(data) ? "svg" : nullptr;
 }
 
@@ -160,8 +162,9 @@ std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
         const std::int64_t size = little32(icon, at + 8);
         const std::int64_t begin = little32(icon, at + 12);
         if (at + EntryLength > icon.size() || size == 0 ||
-            begin + size > static_cast<std::int64_t>(icon.size()))
+            begin + size > static_cast<std::int64_t>(icon.size())) {
             return std::nullopt;
+        }
         const std::tuple rank(side(at) * side(at + 1), little16(icon, at + 6));
         if (rank <= best) continue;
         best = rank;

@@ -13,8 +13,9 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
     if (gtk_window_is_active(window) == FALSE || surface == nullptr || !GDK_IS_X11_SURFACE(surface)) return;
     GdkDisplay* display = gdk_surface_get_display(surface);
     if (gdk_x11_screen_supports_net_wm_hint(gdk_x11_display_get_screen(display),
-                                            g_intern_static_string("_NET_ACTIVE_WINDOW")) != FALSE)
+                                            g_intern_static_string("_NET_ACTIVE_WINDOW")) != FALSE) {
         return;
+    }
     // Ask as a window manager does (ICCCM 4.1.7); the toolkit then takes the keys with an invisible child of
     // the window, which the pointer is never over.
     XEvent event{};

@@ -38,8 +38,9 @@ void startToolkit() {
     std::setlocale(LC_NUMERIC, "C");
     gtk_disable_setlocale();
     // Translations lie beside the resources: share/locale and share/tonewright.
-    if (const auto resources = Bundle::main().resourceURL())
+    if (const auto resources = Bundle::main().resourceURL()) {
         findTranslationsIn((resources->path() + "/../locale").c_str());
+    }
     if (gtk_init_check() != FALSE) return;
     const char* display = std::getenv("DISPLAY");
     warn(program.programName + ": cannot open display" +

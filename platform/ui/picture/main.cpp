@@ -75,8 +75,9 @@ int main(int argc, char** argv) {
             {.processorSeconds = 2,
              .memoryBytes = MostMemory,
              .fileBytes = platform::PicturePixelsAt + static_cast<std::uint64_t>(mostPixels * BytesOfPixel),
-             .descriptors = 64}))
+             .descriptors = 64})) {
         return EXIT_FAILURE;
+    }
     PixbufDecoder decoder(argv[1], mostPixels); // opens the decoder's own library
     if (!confineToReading(readablePlaces())) return EXIT_FAILURE;
     if (!feed(decoder)) return EXIT_FAILURE;

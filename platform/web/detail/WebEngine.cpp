@@ -28,16 +28,18 @@ constexpr const char* BubblewrapPath = "/usr/bin/bwrap";
 bool sandboxCanBeBuilt() {
     posix_spawn_file_actions_t quiet;
     posix_spawn_file_actions_init(&quiet);
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         posix_spawn_file_actions_addopen(&quiet, descriptor, "/dev/null", O_RDWR, 0);
+    }
     std::array<std::string, 5> words = {BubblewrapPath, "--ro-bind", "/", "/", "/bin/true"};
     std::array<char*, 6> arguments{};
     for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
     pid_t process = 0;
     int status = -1;
-    if (posix_spawn(&process, BubblewrapPath, &quiet, nullptr, arguments.data(), environ) == 0)
+    if (posix_spawn(&process, BubblewrapPath, &quiet, nullptr, arguments.data(), environ) == 0) {
         while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
         }
+    }
     posix_spawn_file_actions_destroy(&quiet);
     return status == 0;
 }

@@ -46,10 +46,11 @@ void PendingDecisions::add(WebKitPolicyDecision* decision) {
 void PendingDecisions::answer(WebKitPolicyDecision* decision, bool allow) {
     const auto node = _waiting.extract(decision);
     if (node.empty()) return; // answered before
-    if (allow)
+    if (allow) {
         webkit_policy_decision_use(decision);
-    else
+    } else {
         webkit_policy_decision_ignore(decision);
+    }
 }
 
 EngineView::EngineView(WebClient& client)
@@ -160,8 +161,9 @@ gboolean EngineView::loadFailed(const char* uri, const GError& error) {
                            error.code != WEBKIT_POLICY_ERROR_CANNOT_USE_RESTRICTED_PORT &&
                            error.code != WEBKIT_POLICY_ERROR_FAILED;
     if (isRefused || error.domain == WEBKIT_MEDIA_ERROR ||
-        g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) != FALSE)
+        g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) != FALSE) {
         return TRUE;
+    }
     tell(translated("This page cannot be loaded"), error.message, textOf(uri));
     return TRUE;
 }

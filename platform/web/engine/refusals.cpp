@@ -13,8 +13,9 @@ namespace {
 gboolean onDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
     const WebKitScriptDialogType type = webkit_script_dialog_get_dialog_type(dialog);
     if (type == WEBKIT_SCRIPT_DIALOG_CONFIRM) webkit_script_dialog_confirm_set_confirmed(dialog, FALSE);
-    if (type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+    if (type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
         webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+    }
     return TRUE;
 }
 
@@ -57,9 +58,11 @@ bool staysInside(WebKitContextMenuAction action) {
 
 gboolean onContextMenu(WebKitWebView*, WebKitContextMenu* menu, WebKitHitTestResult*, gpointer) {
     GList* items = g_list_copy(webkit_context_menu_get_items(menu));
-    for (GList* item = items; item != nullptr; item = item->next)
-        if (!staysInside(webkit_context_menu_item_get_stock_action(WEBKIT_CONTEXT_MENU_ITEM(item->data))))
+    for (GList* item = items; item != nullptr; item = item->next) {
+        if (!staysInside(webkit_context_menu_item_get_stock_action(WEBKIT_CONTEXT_MENU_ITEM(item->data)))) {
             webkit_context_menu_remove(menu, WEBKIT_CONTEXT_MENU_ITEM(item->data));
+        }
+    }
     g_list_free(items);
     return webkit_context_menu_get_n_items(menu) == 0 ? TRUE : FALSE;
 }
@@ -80,8 +83,9 @@ void refuseWhatPagesAskFor(WebKitWebView* view) {
     on("run-color-chooser", G_CALLBACK(onColorChooser));
     on("authenticate", G_CALLBACK(onAuthentication));
     on("context-menu", G_CALLBACK(onContextMenu));
-    for (const char* signal : {"print", "show-notification", "enter-fullscreen"})
+    for (const char* signal : {"print", "show-notification", "enter-fullscreen"}) {
         on(signal, G_CALLBACK(onOther));
+    }
 }
 
 void refuseDownloads(WebKitNetworkSession* session) {

@@ -48,8 +48,9 @@ std::int64_t AnimationSequencer::getCurrentIndex() {
 
 void AnimationSequencer::start() {
     auto self = weak_from_this().lock();
-    if (!self)
+    if (!self) {
         platform::fatal("AnimationSequencer.start needs a sequencer that is owned by a shared pointer");
+    }
     _timer = platform::Timer::scheduledTimerWithTimeInterval(static_cast<double>(interval), true,
                                                              [self = std::move(self)] { self->advance(); });
 }
@@ -103,8 +104,9 @@ void AnimationSequencer::animate() {
     _animatedItems.walk([&](Animator& member, std::size_t position) {
         if (onAnimation) onAnimation(*this, member);
         member.tickInGroup();
-        if (member.hasFinished() && !_animatedItems.removeFirst(member, position))
+        if (member.hasFinished() && !_animatedItems.removeFirst(member, position)) {
             platform::fatal("A finished animator is not in play any more");
+        }
     });
     if (_currentFrame < _maxFrames) return;
     if (onFinished) onFinished(*this);

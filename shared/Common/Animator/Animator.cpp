@@ -17,14 +17,16 @@ namespace tonewright {
 Animator::Animator()
     : _action(easingAction(EnumEasing::EASING_easeNone, true)) {
     using Limits = std::numeric_limits<std::int64_t>;
-    if (classCount.fetch_add(1, std::memory_order_relaxed) == Limits::max())
+    if (classCount.fetch_add(1, std::memory_order_relaxed) == Limits::max()) {
         platform::fatal("Arithmetic overflow in the number of animators");
+    }
 }
 
 Animator::~Animator() {
     using Limits = std::numeric_limits<std::int64_t>;
-    if (classCount.fetch_sub(1, std::memory_order_relaxed) == Limits::min())
+    if (classCount.fetch_sub(1, std::memory_order_relaxed) == Limits::min()) {
         platform::fatal("Arithmetic overflow in the number of animators");
+    }
 }
 
 void Animator::setup(float source, float destination, std::int64_t frames, float interval, EnumEasing type) {

@@ -32,10 +32,11 @@ inline void Animator::tick() {
 
 /// Do one frame as a group's member, through the overridable operation where something may be overridden.
 inline void Animator::tickInGroup() {
-    if (_plain)
+    if (_plain) {
         tick();
-    else
+    } else {
         animate();
+    }
 }
 
 /// Ask a group's member whether it is idle, in the same way.

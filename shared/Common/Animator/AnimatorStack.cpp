@@ -41,8 +41,9 @@ void AnimatorStack::animate() {
         member.tickInGroup();
         animated = true;
         if (!member.hasFinished()) return;
-        if (!_animators.removeFirst(member, position))
+        if (!_animators.removeFirst(member, position)) {
             platform::fatal("A finished animator is not in its stack any more");
+        }
         if (onRemovedItem) onRemovedItem(*this, member);
     });
     if (animated) return;

@@ -35,13 +35,15 @@ class Callback {
              std::copy_constructible<std::decay_t<Callable>> &&
              std::invocable<std::decay_t<Callable>&, Arguments...>) Callback(Callable&& callable) {
         using Target = std::decay_t<Callable>;
-        if constexpr (std::is_constructible_v<Target, std::nullptr_t> && requires { callable == nullptr; })
+        if constexpr (std::is_constructible_v<Target, std::nullptr_t> && requires { callable == nullptr; }) {
             if (callable == nullptr) return;
-        if constexpr (fitsInside<Target>)
+        }
+        if constexpr (fitsInside<Target>) {
             ::new (static_cast<void*>(_storage.bytes)) Target(std::forward<Callable>(callable));
-        else
+        } else {
             _storage.shared =
                 std::make_unique<SharedTarget<Target>>(std::forward<Callable>(callable)).release();
+        }
         _operations = &operationsOf<Target>;
     }
 
@@ -132,10 +134,11 @@ class Callback {
     template <class Target>
     static Storage copy(const Storage& storage) {
         Storage result = storage;
-        if constexpr (!fitsInside<Target>)
+        if constexpr (!fitsInside<Target>) {
             result.shared = std::make_unique<SharedTarget<Target>>(
                                 static_cast<const SharedTarget<Target>*>(storage.shared)->target)
                                 .release();
+        }
         return result;
     }
     template <class Target>

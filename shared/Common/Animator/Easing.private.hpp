@@ -44,10 +44,11 @@ inline float easeNone(Frame t, float b, float c, Frame d) {
 /// Give c * x * x * ... with `Power` factors x, multiplied from the left.
 template <int Power>
 [[nodiscard]] inline float timesPower(float c, float x) {
-    if constexpr (Power == 0)
+    if constexpr (Power == 0) {
         return c;
-    else
+    } else {
         return timesPower<Power - 1>(c * x, x);
+    }
 }
 
 /// Give x * x * ... with `Power` factors, multiplied from the left.
@@ -260,8 +261,9 @@ template <EasingFunction Out, EasingFunction In>
 template <EasingFunction Out, EasingFunction In>
 inline float easeOutIn(Frame t, float b, float c, Frame d) {
     constexpr std::uint64_t Limit = std::uint64_t{1} << 62; // neither negative nor too large to be doubled
-    if ((static_cast<std::uint64_t>(t) | static_cast<std::uint64_t>(d)) >= Limit)
+    if ((static_cast<std::uint64_t>(t) | static_cast<std::uint64_t>(d)) >= Limit) {
         return easeOutInChecked<Out, In>(t, b, c, d);
+    }
     if (2 * t + 1 < d) return Out(2 * t, b, c / 2, d); // t < d / 2, rounded down
     return In(2 * t - d, b + c / 2, c / 2, d);
 }

@@ -81,8 +81,9 @@ const std::shared_ptr<Animator>& MemberList::at(std::int64_t index) {
 MemberList::Members MemberList::items() const {
     Members result;
     result.reserve(_live);
-    for (std::size_t i = _firstLive; i < _entries.size(); ++i)
+    for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
         if (!isGap(i)) result.push_back(_entries[i]);
+    }
     return result;
 }
 
@@ -92,11 +93,12 @@ std::size_t MemberList::find(const Animator& item, std::size_t hint) {
     if (hint != None && item._memberships == 1 && _entries[hint].get() == &item && !isGap(hint)) return hint;
     if (!_index && _scans.exceeded(_live)) makeIndex();
     if (_index) return _index->first(item);
-    for (std::size_t i = _firstLive; i < _entries.size(); ++i)
+    for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
         if (_entries[i].get() == &item && !isGap(i)) {
             _scans.spend(i - _firstLive);
             return i;
         }
+    }
     _scans.spend(_entries.size() - _firstLive);
     return None;
 }
@@ -112,10 +114,11 @@ void MemberList::compact() {
     Members gone;
     std::size_t kept = 0;
     for (std::size_t i = 0; i < _entries.size(); ++i) {
-        if (isGap(i))
+        if (isGap(i)) {
             gone.push_back(std::move(_entries[i]));
-        else if (kept++ != i)
+        } else if (kept++ != i) {
             _entries[kept - 1] = std::move(_entries[i]);
+        }
     }
     _entries.resize(kept);
     _gaps.clear();

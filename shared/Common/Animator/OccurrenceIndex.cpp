@@ -28,10 +28,11 @@ std::size_t OccurrenceIndex::first(const Animator& item) const {
 void OccurrenceIndex::removeFirst(const Animator& item) {
     const auto place = _occurrences.find(&item);
     const std::size_t next = _next[place->second.first];
-    if (next == None)
+    if (next == None) {
         _occurrences.erase(place);
-    else
+    } else {
         place->second.first = next;
+    }
 }
 
 } // namespace tonewright

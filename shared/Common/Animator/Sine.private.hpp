@@ -55,8 +55,9 @@ inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);    
     const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);
     if (bits < FirstOctant) return static_cast<float>(sineBySquare(angle));
-    if (bits < ThirdOctant)
+    if (bits < ThirdOctant) {
         return static_cast<float>(cosineBySquare((angle - Pi64 / 2) * (angle - Pi64 / 2)));
+    }
     if (bits <= HalfTurn) return static_cast<float>(sineBySquare(Pi64 - angle));
     return std::sin(x);
 }

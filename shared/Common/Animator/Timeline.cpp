@@ -95,8 +95,9 @@ void Timeline::leave(Animator& animator) {
 }
 
 void Timeline::clear() {
-    for (const Entry& entry : _entries)
+    for (const Entry& entry : _entries) {
         if (entry.animator) leave(*entry.animator);
+    }
     const std::vector<Entry> gone = std::exchange(_entries, {});
     _live = 0;
     _sorted = 0;
@@ -109,8 +110,9 @@ std::int64_t Timeline::latestEnd(std::int64_t end) {
         end = std::max(end, platform::checkedAdd(animator._startFrame, animator._frames));
     };
     if (_measureAll || _lengths != read(lengthChanges)) {
-        for (const Entry& entry : _entries)
+        for (const Entry& entry : _entries) {
             if (entry.animator) measure(*entry.animator);
+        }
     } else if (_unmeasured != nullptr) {
         measure(*_unmeasured);
     }

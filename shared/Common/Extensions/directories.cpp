@@ -44,10 +44,11 @@ Places& places() {
 
 void sayPlace(const char* name, const std::optional<URL>& url) {
     const std::string origin = "AudioUnitViewController::getPaths() : ";
-    if (url)
+    if (url) {
         safeprint(origin + "Audio Unit's " + name + " path is: " + url->path());
-    else
+    } else {
         safeprint(origin + "ERROR: Audio Unit's " + name + " path is nil.");
+    }
 }
 
 } // namespace
@@ -84,9 +85,10 @@ bool ensureDirectoryExists(const URL& url) {
     const std::string path = url.path();
     if (FileManager::defaultManager().fileExistsAtPath(path)) return true;
     const auto error = FileManager::defaultManager().createDirectoryAtURL(url);
-    if (error)
+    if (error) {
         debugprint("ensureDirectoryExists() : ERROR: Creating required directory '" + path +
                    "' failed: " + error->localizedDescription());
+    }
     return !error;
 }
 

@@ -49,8 +49,9 @@ void requestImageFromURL(UIImageView& view, const URL& url, const platform::Task
                                const std::optional<platform::Error>& error) {
             if (error) return platform::print(error->description());
             const auto* http = dynamic_cast<const platform::HTTPURLResponse*>(response.get());
-            if (http != nullptr && http->statusCode() == StatusOK)
+            if (http != nullptr && http->statusCode() == StatusOK) {
                 platform::print("Fetched image successfully");
+            }
             decodingQueue().async(
                 [&view, hold, content = *data] { view.setImage(UIImage::initWithData(content)); });
         });
@@ -61,9 +62,10 @@ void requestImageFromURL(UIImageView& view, const URL& url, const platform::Task
 
 void loadFrom(const std::shared_ptr<UIImageView>& view, std::string_view URLAddress) {
     const auto url = URL::fromString(URLAddress);
-    if (!url)
+    if (!url) {
         return debugprint("UIImageView::loadFrom() : Could not encode url string : " +
                           std::string(URLAddress));
+    }
     platform::DispatchQueue::main().async(
         [place = std::weak_ptr<UIImageView>(view), url = *url] { readInto(place, url); });
 }

@@ -17,8 +17,9 @@ std::atomic<std::int64_t> count{0};
 
 FileBase::FileBase() {
     const std::int64_t before = count.fetch_add(1, std::memory_order_relaxed);
-    if (before == std::numeric_limits<std::int64_t>::max())
+    if (before == std::numeric_limits<std::int64_t>::max()) {
         platform::fatal("Arithmetic overflow in an addition");
+    }
     _id = before + 1;
 }
 

@@ -22,8 +22,9 @@ std::string_view textOf(bool value) {
 bool LitterTest::operator()(std::string_view subpath) {
     if (!_last.empty() && subpath.starts_with(_last)) return true;
     const std::string_view name = subpath.substr(subpath.rfind('/') + 1);
-    if (name.find("__MACOSX") == std::string_view::npos && name.find(".DS_Store") == std::string_view::npos)
+    if (name.find("__MACOSX") == std::string_view::npos && name.find(".DS_Store") == std::string_view::npos) {
         return false;
+    }
     _last.assign(subpath).append("/");
     return true;
 }
@@ -69,16 +70,18 @@ void FileEnumerator::enumerate(const std::string& path) {
         if (isLitter(*subpath)) {
             const auto url = platform::URL::fileURLWithPath(std::string(path).append("/").append(*subpath));
             auto& manager = platform::FileManager::defaultManager();
-            if (const auto error = manager.removeItemAtURL(url, *enumerator))
+            if (const auto error = manager.removeItemAtURL(url, *enumerator)) {
                 print(error->localizedDescription());
+            }
             continue;
         }
         createChildNode(*subpath, path, *enumerator);
         File& node = *fileTree->filelist.back();
         const std::int64_t depth = enumerator->level() - 1;
-        if (depth != node._indent())
+        if (depth != node._indent()) {
             print("WARNUNG: Die Verschachtelungstiefe unterscheidet sich! ( indent: " +
                   std::to_string(node._indent()) + " / level: " + std::to_string(depth) + " )");
+        }
         node.set_indent(depth);
     }
     fileTree->clearList();
@@ -135,10 +138,11 @@ void FileEnumerator::createChildNode(std::string_view subpath, const std::string
     node->setIsWritable(facts.isWritable);
     node->setIsExecutable(facts.isExecutable);
     node->setIsDeleteble(facts.isDeletable);
-    if (facts.error)
+    if (facts.error) {
         print(facts.error->description());
-    else
+    } else {
         node->setAttributes(std::move(facts.attributes));
+    }
     node->setUid(node->getSystemFileNumber());
     fileTree->filelist.push_back(node);
 }

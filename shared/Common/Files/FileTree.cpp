@@ -112,8 +112,9 @@ void FileTree::makeExpandedPath(std::string_view identifier) {
     } else {
         file->set_expanded(true);
         file->makeExpandedList(file, filelist);
-        for (auto ancestor = file->parent(); ancestor; ancestor = ancestor->parent())
+        for (auto ancestor = file->parent(); ancestor; ancestor = ancestor->parent()) {
             ancestor->set_expanded(true);
+        }
     }
 }
 

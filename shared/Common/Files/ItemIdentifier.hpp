@@ -27,8 +27,9 @@ class ItemIdentifier {
         std::uint64_t number = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error == std::errc() && end == text.data() + text.size() &&
-            (text.size() == 1 || text.front() != '0'))
+            (text.size() == 1 || text.front() != '0')) {
             _number = platform::NSNumber(number);
+        }
     }
 
     [[nodiscard]] std::string_view text() const noexcept { return _text; }

@@ -41,8 +41,9 @@ class NodeLocation::Trail {
         const std::size_t common = commonLength(directory);
         // A component ends behind the last of several "/".
         while (_location->_directoryLength > common ||
-               (!_location->isRoot() && directory.substr(_location->_directoryLength).starts_with('/')))
+               (!_location->isRoot() && directory.substr(_location->_directoryLength).starts_with('/'))) {
             _location = Reference(_location->_outer);
+        }
         std::size_t at = _location->_directoryLength;
         _directory.resize(at);
         _directory.append(directory.substr(at));
@@ -137,8 +138,9 @@ bool NodeLocation::hasDirectoryOf(const NodeLocation& other) const noexcept {
     const NodeLocation* a = this;
     for (const NodeLocation* b = &other; a != b; a = a->_outer._location, b = b->_outer._location) {
         if (a->_directoryLength != b->_directoryLength || a->_hash != b->_hash ||
-            a->component() != b->component())
+            a->component() != b->component()) {
             return false;
+        }
         if (a->isRoot()) return true;
     }
     return true;

@@ -68,10 +68,11 @@ void ParentIndex::indexNewEntries(const FileList& list) {
         File& node = *list[_indexed];
         node.becomeIndexed();
         if (!node.isDirectory()) continue;
-        if (node.asFolder() != nullptr)
+        if (node.asFolder() != nullptr) {
             insert(list, _indexed);
-        else
+        } else {
             _lastMisfit = _indexed;
+        }
     }
 }
 
@@ -98,8 +99,10 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
 ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, const NodePath& path, std::size_t hash) {
     const std::size_t mask = _slots.size() - 1;
     std::size_t at = hash & mask;
-    while (_slots[at].next != 0 && (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path)))
+    while (_slots[at].next != 0 &&
+           (_slots[at].hash != hash || !hasSubpath(*list[_slots[at].next - 1], path))) {
         at = (at + 1) & mask;
+    }
     return _slots[at];
 }
 

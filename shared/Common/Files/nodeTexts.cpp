@@ -50,15 +50,17 @@ void File::writeFileSize(TextWriter& writer) const {
 
 void File::writeDates(TextWriter& writer) const {
     writer.write("' created='");
-    if (attributes().isEmpty())
+    if (attributes().isEmpty()) {
         writer.write(InvalidAttribute);
-    else
+    } else {
         writeDate(writer, attributes().creationDate());
+    }
     writer.write("' modified='");
-    if (attributes().isEmpty())
+    if (attributes().isEmpty()) {
         writer.write(InvalidAttribute);
-    else
+    } else {
         writeDate(writer, attributes().modificationDate());
+    }
     writer.write("' depth='");
     writer.writeNumber(_indent());
 }
@@ -108,10 +110,11 @@ void File::writeListElement(TextWriter& writer) const {
     writer.writeTabs(_indent());
     writer.write(isDirectory() ? "<folder id='" : "<file id='");
     const platform::NSNumber number = getSystemFileNumber();
-    if (number.isBeyondSigned())
+    if (number.isBeyondSigned()) {
         writer.writeNumber(number.unsignedLongLongValue());
-    else
+    } else {
         writer.writeNumber(number.longLongValue());
+    }
     writer.write(isDirectory() ? "' name '" : "' name='");
     writeFileName(writer);
     if (isDirectory()) {
