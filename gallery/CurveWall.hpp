@@ -22,24 +22,24 @@ class CurveWall final : public platform::UIViewController {
   public:
     CurveWall();
 
-    /// Make the plots and put them into the view.
+    /// Makes the plots and puts them into the view.
     void viewDidLoad() override;
 
-    /// Give every plot its place.
+    /// Gives every plot its place.
     void viewDidLayoutSubviews() override;
-    /// Begin the movement anew, in `frames` frames.
+    /// Begins the movement anew, in `frames` frames.
     void restart(std::int64_t frames);
-    /// Do one frame of the engine's work.
+    /// Does one frame of the engine's work.
     void tick();
-    /// Move the dots on the screen to where the values are.
+    /// Moves the dots on the screen to where the values are.
     void show();
 
     void choose(EnumEasing type);
     std::function<void(EnumEasing type)> onChosen;
 
-    /// Give the frame of the present movement, from 0 to `frames`.
+    /// Returns the frame of the present movement, from 0 to `frames`.
     [[nodiscard]] std::int64_t frame() const noexcept { return _frame; }
-    /// Give the number of animators that move.
+    /// Returns the number of animators that move.
     [[nodiscard]] std::int64_t tweens() { return _stack->getCount(); }
 
   private:

@@ -28,22 +28,22 @@ class Exhibit {
     Exhibit(const Exhibit&) = delete;
     Exhibit& operator=(const Exhibit&) = delete;
 
-    /// Begin anew, moving so.
+    /// Begins anew, moving so.
     virtual void restart(const Movement& movement) = 0;
-    /// Do one frame of the engine's work.
+    /// Does one frame of the engine's work.
     virtual void tick() = 0;
     /// Show on the screen where the values are.
     virtual void show() = 0;
     virtual void setPaused(bool) {}
-    /// Give the number of animators and impulses that `tick` moves.
+    /// Returns the number of animators and impulses that `tick` moves.
     [[nodiscard]] virtual std::int64_t tweens() const = 0;
 };
 
-/// Give a stack, shown in `view`, whose members start together and leave one by one.
+/// Returns a stack, shown in `view`, whose members start together and leave one by one.
 [[nodiscard]] std::unique_ptr<Exhibit> makeStackExhibit(std::shared_ptr<platform::UIDrawingView> view);
-/// Give a chain, shown in `view`, whose members hand over to each other.
+/// Returns a chain, shown in `view`, whose members hand over to each other.
 [[nodiscard]] std::unique_ptr<Exhibit> makeChainExhibit(std::shared_ptr<platform::UIDrawingView> view);
-/// Give a time line, shown in `view`, whose members overlap.
+/// Returns a time line, shown in `view`, whose members overlap.
 [[nodiscard]] std::unique_ptr<Exhibit> makeSequencerExhibit(std::shared_ptr<platform::UIDrawingView> view);
 
 } // namespace tonewright

@@ -23,7 +23,7 @@ class ImpulseExhibit final : public Exhibit {
     [[nodiscard]] std::int64_t tweens() const override { return _impulse->isFinished() ? 0 : 1; }
 
   private:
-    /// Give the ball's position, -1 at the left wall and 1 at the right one.
+    /// Returns the ball's position, -1 at the left wall and 1 at the right one.
     [[nodiscard]] double position() const { return _origin + static_cast<double>(_impulse->getValue()); }
 
     std::shared_ptr<platform::UIDrawingView> _view;

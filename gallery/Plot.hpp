@@ -14,9 +14,9 @@ class Plot {
   public:
     explicit Plot(EnumEasing type);
 
-    /// Draw the curve, the two lines that it goes between, and its name below.
+    /// Draws the curve, the two lines that it goes between, and its name below.
     void draw(platform::Canvas& canvas) const;
-    /// Give the point of a view of `width` and `height` where the curve's dot lies at `progress` (0 to 1)
+    /// Returns the point of a view of `width` and `height` where the curve's dot lies at `progress` (0 to 1)
     /// with the value `value`, of a movement from 0 to 1.
     [[nodiscard]] platform::Point at(double width, double height, double progress, double value) const;
 

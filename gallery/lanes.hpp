@@ -11,12 +11,12 @@
 
 namespace tonewright {
 
-/// Give the x of `value` in a view as wide as `bounds`; no further out than the view's edges.
+/// Returns the x of `value` in a view as wide as `bounds`; no further out than the view's edges.
 [[nodiscard]] double laneX(const platform::CGRect& bounds, double value);
-/// Give the y of the middle of lane `lane` of `lanes`.
+/// Returns the y of the middle of lane `lane` of `lanes`.
 [[nodiscard]] double laneY(const platform::CGRect& bounds, std::size_t lanes, std::size_t lane);
 
-/// Draw the lines along which the dots of `lanes` lanes move, and the two ends.
+/// Draws the lines along which the dots of `lanes` lanes move, and the two ends.
 void drawLanes(platform::Canvas& canvas, std::size_t lanes);
 [[nodiscard]] platform::Mark dotInLane(const platform::CGRect& bounds, std::size_t lanes, std::size_t lane,
                                        double value, const platform::Color& color);

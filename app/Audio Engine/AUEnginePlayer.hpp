@@ -30,27 +30,27 @@ namespace tonewright {
 /// Always owned by a `std::shared_ptr`; releasing it stops nothing, owners call `finalize` first.
 class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
   public:
-    /// Build the graph's nodes and attach the player node; nothing is connected or logged.
+    /// Builds the graph's nodes and attaches the player node; nothing is connected or logged.
     AUEnginePlayer();
     virtual ~AUEnginePlayer() = default;
     AUEnginePlayer(const AUEnginePlayer&) = delete;
     AUEnginePlayer& operator=(const AUEnginePlayer&) = delete;
 
-    /// Stop, then take the effect out.
+    /// Stops, then takes the effect out.
     virtual void finalize();
-    /// Take the effect out: `connect` with no unit.
+    /// Takes the effect out: `connect` with no unit.
     virtual void disconnect();
-    /// Open the audio file at `url` and wire it into the graph in place of the previous one. A file that
+    /// Opens the audio file at `url` and wires it into the graph in place of the previous one. A file that
     /// cannot be opened is logged and changes neither file nor graph; an absent URL is fatal.
     virtual void load(const std::optional<platform::URL>& url);
-    /// Load a random file, then start playing if stopped. Waits for the state queue: never call it from
+    /// Loads a random file, then starts playing if stopped. Waits for the state queue: never call it from
     /// there.
     virtual void start();
-    /// Stop playing if playing. Waits for the state queue: never call it from there.
+    /// Stops playing if playing. Waits for the state queue: never call it from there.
     virtual void stop();
-    /// Stop if playing, else start; give the new play state.
+    /// Stops if playing, else starts; returns the new play state.
     virtual bool toggle();
-    /// Replace the active effect; no unit takes it out. `completion` is called exactly once, on the calling
+    /// Replaces the active effect; no unit takes it out. `completion` is called exactly once, on the calling
     /// thread, before the return.
     virtual void connect(
         const std::shared_ptr<platform::AVAudioUnit>& avAudioUnit,

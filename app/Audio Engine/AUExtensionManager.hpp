@@ -29,22 +29,22 @@ namespace tonewright {
 
 class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManager> {
   public:
-    /// Make the manager and start the search; its results arrive later, on other threads.
+    /// Makes the manager and starts the search; its results arrive later, on other threads.
     [[nodiscard]] static std::shared_ptr<AUExtensionManager>
     create(std::shared_ptr<AUExtensionManagerDelegate> receiver);
     virtual ~AUExtensionManager() = default;
     AUExtensionManager(const AUExtensionManager&) = delete;
     AUExtensionManager& operator=(const AUExtensionManager&) = delete;
 
-    /// Give the effect's factory presets; none without an audio unit.
+    /// Returns the effect's factory presets; none without an audio unit.
     [[nodiscard]] virtual std::vector<Preset> presets() const;
-    /// Give the effect's current preset; absent without an audio unit.
+    /// Returns the effect's current preset; absent without an audio unit.
     [[nodiscard]] virtual std::optional<Preset> currentPreset() const;
-    /// Set the effect's current preset; absent clears it; without an audio unit nothing happens.
+    /// Sets the effect's current preset; absent clears it; without an audio unit nothing happens.
     virtual void setCurrentPreset(const std::optional<Preset>& preset);
-    /// Warn when there is no audio unit; no parameter is connected to any control.
+    /// Warns when there is no audio unit; no parameter is connected to any control.
     virtual void connectParametersToControls();
-    /// Toggle the engine player; give the new play state.
+    /// Toggles the engine player; returns the new play state.
     virtual bool togglePlayback();
     /// Finalise the engine player.
     virtual void cleanup();

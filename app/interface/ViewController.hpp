@@ -35,7 +35,7 @@ class ViewController : public platform::UIViewController,
                        public platform::UIDocumentPickerDelegate {
   public:
     explicit ViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
-    /// Make the screen that `coder` describes; absent when nothing can be made from it.
+    /// Makes the screen that `coder` describes; absent when nothing can be made from it.
     [[nodiscard]] static std::shared_ptr<ViewController> initWithCoder(const platform::NSCoder& coder);
 
     void viewDidLoad() override;
@@ -45,19 +45,19 @@ class ViewController : public platform::UIViewController,
     [[nodiscard]] bool canPerformAction(std::string_view selector,
                                         const std::shared_ptr<platform::UIResponder>& withSender) override;
 
-    /// Show the panel if it is hidden, else hide it.
+    /// Shows the panel if it is hidden, else hides it.
     virtual void onButtonUnit(const std::shared_ptr<platform::UIResponder>& sender);
-    /// Toggle playback. Play and Stop do the same; they differ only in when they are seen.
+    /// Toggles playback. Play and Stop do the same; they differ only in when they are seen.
     virtual void onPlayButton(const std::shared_ptr<platform::UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<platform::UIButton>& sender);
 
-    /// Open the maker's web site in the browser and the manual in the help screen.
+    /// Opens the maker's web site in the browser and the manual in the help screen.
     virtual void showHelp(const std::shared_ptr<platform::UIResponder>& sender);
     /// Tell the help screen what to show, before it comes.
     void prepare(const platform::UIStoryboardSegue& forSegue,
                  const std::shared_ptr<platform::UIResponder>& sender) override;
 
-    /// Put the effect's own interface into the panel, once the effect has delivered it.
+    /// Puts the effect's own interface into the panel, once the effect has delivered it.
     void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
     void onPlayerStateChanged(bool playing) override;
@@ -68,14 +68,14 @@ class ViewController : public platform::UIViewController,
     virtual void openFilePicker();
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const platform::URL& didPickDocumentAt) override;
-    /// Say what was chosen; an empty list is fatal.
+    /// Says what was chosen; an empty list is fatal.
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const std::vector<platform::URL>& didPickDocumentsAt) override;
     void documentPickerWasCancelled(platform::UIDocumentPickerViewController& controller) override;
-    /// Show an alert with the buttons OK and Cancel and return; the choice is written to the log.
+    /// Shows an alert with the buttons OK and Cancel and returns; the choice is written to the log.
     virtual void alertMessage(const std::string& title, const std::string& message);
 
-    /// Lay the panel out as a square that covers the screen.
+    /// Lays the panel out as a square that covers the screen.
     virtual void centerPluginView();
 
   protected:

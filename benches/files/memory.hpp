@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <unistd.h>
 
-/// Give the resident bytes.
+/// Returns the resident bytes.
 inline long residentBytes() {
     std::FILE* file = std::fopen("/proc/self/statm", "r");
     long pages = 0;

@@ -21,13 +21,13 @@ struct LimitText {
     [[nodiscard]] std::string_view view() const { return {text.get(), length}; }
 };
 
-/// Order `tree` as the library lists it: the names of a folder in byte order, folders before their contents.
+/// Orders `tree` as the library lists it: the names of a folder in byte order, folders before their contents.
 [[nodiscard]] FlatTree sorted(const FlatTree& tree);
 
-/// Write what `FileTree::xml()` writes below the root's own opening element, and its end.
+/// Writes what `FileTree::xml()` writes below the root's own opening element, and its end.
 [[nodiscard]] LimitText limitXML(const FlatTree& tree, const std::string& opening);
-/// Write what `FileTree::list()` writes of all items.
+/// Writes what `FileTree::list()` writes of all items.
 [[nodiscard]] LimitText limitList(const FlatTree& tree, const std::string& basePath);
-/// Write to standard output, line by line, as many lines of the same length as a dump of the plain files and
+/// Writes to standard output, line by line, as many lines of the same length as a dump of the plain files and
 /// folders has: `lines` are its bytes, made beforehand.
 void limitDump(const std::string& lines);

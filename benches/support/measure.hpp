@@ -13,7 +13,7 @@
 
 namespace bench {
 
-/// Give the nanoseconds that `work` takes.
+/// Returns the nanoseconds that `work` takes.
 template <class Work>
 [[nodiscard]] double nanoseconds(const Work& work) {
     const auto begin = std::chrono::steady_clock::now();
@@ -28,7 +28,7 @@ template <class Work>
     return *middle;
 }
 
-/// Keep `value` from being optimised away.
+/// Keeps `value` from being optimised away.
 template <class T>
 void keep(const T& value) {
     asm volatile("" : : "r,m"(value) : "memory");
@@ -39,7 +39,7 @@ class Report {
   public:
     void figure(const std::string& name, double value) { _figures.emplace_back(name, value); }
     void ratio(const std::string& name, double value) { _ratios.emplace_back(name, value); }
-    /// Write {"bench": ..., "figures": {...}, "ratios": {...}} as one line.
+    /// Writes {"bench": ..., "figures": {...}, "ratios": {...}} as one line.
     void write(const char* bench) const {
         std::printf("{\"bench\": \"%s\", \"figures\": {", bench);
         writeAll(_figures);

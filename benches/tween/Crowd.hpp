@@ -31,9 +31,9 @@ class Crowd {
 [[nodiscard]] std::unique_ptr<Crowd> makeClawCrowd(std::size_t count);
 [[nodiscard]] std::unique_ptr<Crowd> makeQtCrowd(std::size_t count);
 
-/// Give the milliseconds that a stack takes for the tick on which all of `count` members arrive.
+/// Returns the milliseconds that a stack takes for the tick on which all of `count` members arrive.
 [[nodiscard]] double finishMilliseconds(std::size_t count);
-/// Give the bytes of the heap per animator in a stack, with one callback that captures a reference.
+/// Returns the bytes of the heap per animator in a stack, with one callback that captures a reference.
 [[nodiscard]] double bytesPerAnimator(std::size_t count);
 
 } // namespace bench

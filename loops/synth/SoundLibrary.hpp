@@ -31,7 +31,7 @@ class SoundLibrary {
     /// Returns the drum of that name in `kit`, else in the first kit, or nothing.
     [[nodiscard]] std::optional<Drum> drum(std::string_view kit, std::string_view drum) const;
 
-    /// Return the names that a recipe may use, separated by commas.
+    /// Returns the names that a recipe may use, separated by commas.
     [[nodiscard]] std::string instrumentNames() const;
     [[nodiscard]] std::string kitNames() const;
     [[nodiscard]] std::string drumNames() const;

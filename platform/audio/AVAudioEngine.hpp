@@ -24,7 +24,8 @@ class OutputDevice;
 
 class AVAudioEngine {
   public:
-    /// Make an engine whose main mixer is linked to its output node. `device`: null for the process's output.
+    /// Makes an engine whose main mixer is linked to its output node. `device`: null for the process's
+    /// output.
     [[nodiscard]] static std::shared_ptr<AVAudioEngine>
     create(std::shared_ptr<OutputDevice> device = nullptr);
     /// Stops.
@@ -32,18 +33,18 @@ class AVAudioEngine {
     AVAudioEngine(const AVAudioEngine&) = delete;
     AVAudioEngine& operator=(const AVAudioEngine&) = delete;
 
-    /// Take `node` into the graph, unlinked. Harmless if it is in it already; a node of another engine is
+    /// Takes `node` into the graph, unlinked. Harmless if it is in it already; a node of another engine is
     /// refused and said on standard error.
     void attachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Take `node` and its links out of the graph. When this returns, it renders no more.
+    /// Takes `node` and its links out of the graph. When this returns, it renders no more.
     void detachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Link `from` to `to`. It replaces the link of that output and of that input (a mixer has as many inputs
-    /// as it is given). `format`: what flows through the link; absent: the output device's. A format that
-    /// differs from what the node behind the link works in is converted at its input. Effects work at the
-    /// device's rate.
+    /// Links `from` to `to`. It replaces the link of that output and of that input (a mixer has as many
+    /// inputs as it is given). `format`: what flows through the link; absent: the output device's. A format
+    /// that differs from what the node behind the link works in is converted at its input. Effects work at
+    /// the device's rate.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  std::optional<AVAudioFormat> format);
-    /// Cut every link into `node`.
+    /// Cuts every link into `node`.
     void disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
 
     [[nodiscard]] const std::shared_ptr<AVAudioMixerNode>& mainMixerNode() const noexcept {
@@ -51,11 +52,11 @@ class AVAudioEngine {
     }
     [[nodiscard]] const std::shared_ptr<AVAudioOutputNode>& outputNode() const noexcept { return _output; }
 
-    /// Make everything ready that `start` needs and that does not touch the device.
+    /// Makes everything ready that `start` needs and that does not touch the device.
     void prepare();
-    /// Start (`startAndReturnError:`). Harmless while running. Does not wait for sound.
+    /// Starts (`startAndReturnError:`). Harmless while running. Does not wait for sound.
     [[nodiscard]] std::optional<Error> start();
-    /// Stop. When this returns, no node renders. The graph and the schedules of its players stay.
+    /// Stops. When this returns, no node renders. The graph and the schedules of its players stay.
     void stop();
     [[nodiscard]] bool isRunning() const;
 

@@ -20,7 +20,7 @@ class AudioReader;
 
 class AVAudioFile {
   public:
-    /// Open the file at `url` for reading (`initForReading:error:`). Reads the head only. A file that is
+    /// Opens the file at `url` for reading (`initForReading:error:`). Reads the head only. A file that is
     /// missing, is no sound, or holds no frames is an error.
     [[nodiscard]] static Result<std::shared_ptr<AVAudioFile>> open(const URL& url);
     ~AVAudioFile();
@@ -28,15 +28,15 @@ class AVAudioFile {
     AVAudioFile& operator=(const AVAudioFile&) = delete;
 
     [[nodiscard]] const URL& url() const noexcept { return _url; }
-    /// Give the format in which the file's frames are played: its own rate and channels, as floats.
+    /// Returns the format in which the file's frames are played: its own rate and channels, as floats.
     [[nodiscard]] AVAudioFormat processingFormat() const noexcept { return _format; }
-    /// Give the exact number of frames of one pass, the encoder's padding at both ends left out.
+    /// Returns the exact number of frames of one pass, the encoder's padding at both ends left out.
     [[nodiscard]] std::int64_t lengthFrames() const noexcept { return _lengthFrames; }
 
-    /// Give a reader that stands at the first frame, for one thread at a time: the one left over from opening
-    /// or from a former pass, or a new one (an error if the file has gone).
+    /// Returns a reader that stands at the first frame, for one thread at a time: the one left over from
+    /// opening or from a former pass, or a new one (an error if the file has gone).
     [[nodiscard]] Result<std::unique_ptr<AudioReader>> takeReader() const;
-    /// Hand `reader` back for a later pass.
+    /// Hands `reader` back for a later pass.
     void returnReader(std::unique_ptr<AudioReader> reader) const;
 
   private:

@@ -19,7 +19,7 @@ class AVAudioNode {
     AVAudioNode(const AVAudioNode&) = delete;
     AVAudioNode& operator=(const AVAudioNode&) = delete;
 
-    /// Give what makes the sound of this node, the same object at every call; null for the nodes that the
+    /// Returns what makes the sound of this node, the same object at every call; null for the nodes that the
     /// engine renders itself (player, mixer, output).
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() const { return nullptr; }
 

@@ -19,7 +19,7 @@ class AVAudioOutputNode final : public AVAudioNode {
     explicit AVAudioOutputNode(std::shared_ptr<OutputDevice> device)
         : _device(std::move(device)) {}
 
-    /// Give the format of the output device (`outputFormatForBus:`; there is bus 0 only): 48 kHz stereo as
+    /// Returns the format of the output device (`outputFormatForBus:`; there is bus 0 only): 48 kHz stereo as
     /// long as it is not known. Answers at any time.
     [[nodiscard]] AVAudioFormat outputFormatForBus(std::uint32_t bus) const;
 

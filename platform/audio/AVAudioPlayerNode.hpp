@@ -29,24 +29,24 @@ class AVAudioPlayerNode final : public AVAudioNode {
     /// the very thread of that call.
     ~AVAudioPlayerNode() override;
 
-    /// Append the whole of `file`, from its first frame, to the schedule and keep it alive until it has
+    /// Appends the whole of `file`, from its first frame, to the schedule and keeps it alive until it has
     /// played. `atTime`: the number of frames, at the file's rate, of silence to put before it; absent: none,
     /// as soon as possible after what is already scheduled. `completionHandler` (may be empty) is called
     /// exactly once, never inside this call.
     void scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<std::int64_t> atTime,
                       CompletionHandler completionHandler);
-    /// Start or go on playing what is scheduled, now or later. Harmless with nothing scheduled or while the
-    /// engine is stopped.
+    /// Starts or goes on playing what is scheduled, now or later. Harmless with nothing scheduled or while
+    /// the engine is stopped.
     void play();
-    /// Hold where it is. The schedule stays and no completion is called.
+    /// Holds where it is. The schedule stays and no completion is called.
     void pause();
-    /// Stop, empty the schedule and discard what was decoded ahead, then have every pending completion called
-    /// and return when the last of these calls has returned. On the completion thread itself it does not
-    /// wait. What is scheduled from then on plays after the next `play`.
+    /// Stops, empties the schedule and discards what was decoded ahead, then has every pending completion
+    /// called and return when the last of these calls has returned. On the completion thread itself it does
+    /// not wait. What is scheduled from then on plays after the next `play`.
     void stop();
     [[nodiscard]] bool isPlaying() const;
 
-    /// Give what the engine renders.
+    /// Returns what the engine renders.
     [[nodiscard]] const std::shared_ptr<PlayerStream>& stream() const noexcept { return _stream; }
 
   private:

@@ -25,11 +25,11 @@ class AVAudioSession {
 
     [[nodiscard]] static AVAudioSession& sharedInstance();
 
-    /// Say what the sound is for. It never fails because a server is gone.
+    /// Says what the sound is for. It never fails because a server is gone.
     [[nodiscard]] std::optional<Error> setCategory(AVAudioSessionCategory category, AVAudioSessionMode mode,
                                                    CategoryOptions options);
-    /// Claim the output, so that a server which refuses does so now, or give it back. Waits for the server's
-    /// answer, never for sound; no server at all is no failure. Repeating is harmless.
+    /// Claims the output, so that a server which refuses does so now, or gives it back. Waits for the
+    /// server's answer, never for sound; no server at all is no failure. Repeating is harmless.
     [[nodiscard]] std::optional<Error> setActive(bool active, SetActiveOptions options);
 
     /// For tests: answers, if it answers an error, in the place of an operation.

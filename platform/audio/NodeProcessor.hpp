@@ -21,7 +21,7 @@ class NodeProcessor {
     NodeProcessor(const NodeProcessor&) = delete;
     NodeProcessor& operator=(const NodeProcessor&) = delete;
 
-    /// Give the number of channels `process` reads and writes; fixed for the life of the processor, 0
+    /// Returns the number of channels `process` reads and writes; fixed for the life of the processor, 0
     /// allowed.
     [[nodiscard]] virtual std::uint32_t inputChannels() const noexcept = 0;
     [[nodiscard]] virtual std::uint32_t outputChannels() const noexcept = 0;
@@ -29,19 +29,19 @@ class NodeProcessor {
     /// Tells how many frames a block usually has; one may have fewer, or more up to the maximum of
     /// `allocate`. May be called beside `process`.
     virtual void setBlockFrames(std::uint32_t /*frames*/) {}
-    /// Make ready for blocks of at most `maximumFrames` frames at `sampleRate`. Called again with another
+    /// Makes ready for blocks of at most `maximumFrames` frames at `sampleRate`. Called again with another
     /// rate it starts anew there with all settings kept; with the same values it does nothing.
     [[nodiscard]] virtual std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) = 0;
-    /// Give up what `allocate` made; settings stay.
+    /// Gives up what `allocate` made; settings stay.
     virtual void release() noexcept = 0;
 
-    /// Render `frames` frames (1 to maximumFrames). `inputs` and `outputs` hold one plane per channel and
+    /// Renders `frames` frames (1 to maximumFrames). `inputs` and `outputs` hold one plane per channel and
     /// never overlap. `sampleTime` is the number of frames rendered since the engine started. Audio thread:
     /// never allocates, locks, blocks or logs.
     virtual void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
                          std::int64_t sampleTime) noexcept = 0;
 
-    /// Give the frames by which the output lags the input. Any thread.
+    /// Returns the frames by which the output lags the input. Any thread.
     [[nodiscard]] virtual std::uint32_t latencyFrames() const noexcept = 0;
 };
 

@@ -26,14 +26,14 @@ class OfflineDevice final : public OutputDevice {
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
     [[nodiscard]] bool isOffline() const noexcept override { return true; }
 
-    /// Render `frames` frames into `planes`, one for each channel; silence while nothing runs. Any thread.
+    /// Renders `frames` frames into `planes`, one for each channel; silence while nothing runs. Any thread.
     void render(float* const* planes, std::uint64_t frames);
-    /// Render `frames` frames and give them, one vector for each channel.
+    /// Renders `frames` frames and returns them, one vector for each channel.
     [[nodiscard]] std::vector<std::vector<float>> render(std::uint64_t frames);
     /// Become a device of another format, as when a user plugs in another card. The client takes notice in
     /// its own time.
     void setFormat(AVAudioFormat format);
-    /// Give the number of open claims.
+    /// Returns the number of open claims.
     [[nodiscard]] int claims() const;
 
   private:

@@ -22,9 +22,9 @@ class OutputClient {
     OutputClient(const OutputClient&) = delete;
     OutputClient& operator=(const OutputClient&) = delete;
 
-    /// Fill one plane for each channel of `format` with `frames` frames (1 or more). Audio thread.
+    /// Fills one plane for each channel of `format` with `frames` frames (1 or more). Audio thread.
     virtual void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept = 0;
-    /// Take notice that the device's format has changed. Any thread but the audio thread; returns at once.
+    /// Takes notice that the device's format has changed. Any thread but the audio thread; returns at once.
     virtual void outputFormatDidChange() = 0;
 };
 
@@ -42,30 +42,30 @@ class OutputDevice {
     OutputDevice(const OutputDevice&) = delete;
     OutputDevice& operator=(const OutputDevice&) = delete;
 
-    /// Claim the output without running it; claims are counted. Only a server that answers and refuses is an
+    /// Claims the output without running it; claims are counted. Only a server that answers and refuses is an
     /// error. Waits for the server's answer, never for sound.
     [[nodiscard]] virtual std::optional<Error> open() = 0;
-    /// Give one claim back; the last one releases the output.
+    /// Gives one claim back; the last one releases the output.
     virtual void close() noexcept = 0;
     /// Have `client` asked for sound from now on. The device claims the output for as long as it runs.
     [[nodiscard]] virtual std::optional<Error> start(std::shared_ptr<OutputClient> client) = 0;
     /// When this returns, no render call runs and none will come.
     virtual void stop() noexcept = 0;
 
-    /// Give the format; any thread, at any time.
+    /// Returns the format; any thread, at any time.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
     /// Returns the frames for which the device usually asks at a time, as far as it is known; any thread, at
     /// any time.
     [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
-    /// Tell whether the client is asked for sound by hand and may be waited for, so that nothing is ever
+    /// Returns whether the client is asked for sound by hand and may be waited for, so that nothing is ever
     /// missing.
     [[nodiscard]] virtual bool isOffline() const noexcept { return false; }
 };
 
-/// Give the error of a device that is asked to start for a second client.
+/// Returns the error of a device that is asked to start for a second client.
 [[nodiscard]] Error outputIsInUse();
 
-/// Give the output of this process: a sound server where one answers, else a sound card, else silence; it
+/// Returns the output of this process: a sound server where one answers, else a sound card, else silence; it
 /// changes between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment binds it
 /// to one.
 [[nodiscard]] std::shared_ptr<OutputDevice> sharedOutputDevice();
@@ -78,7 +78,7 @@ struct RenderSetup {
 /// server awaited. Where none answers, or it refuses, these are the ones last known. Any thread but the audio
 /// thread.
 [[nodiscard]] RenderSetup askForRenderSetup();
-/// Put `device` in the place of the process's output (null: back to the automatic one). For tests and for
+/// Puts `device` in the place of the process's output (null: back to the automatic one). For tests and for
 /// bouncing; engines made before keep theirs.
 void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);
 

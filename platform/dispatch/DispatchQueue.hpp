@@ -16,26 +16,26 @@ using Task = std::function<void()>;
 
 class DispatchQueue {
   public:
-    /// Give the queue whose tasks the main thread's loop runs, in the order of submission. Tasks never run
+    /// Returns the queue whose tasks the main thread's loop runs, in the order of submission. Tasks never run
     /// inside the submitting call; those that still wait when the loop ends for good are dropped.
     [[nodiscard]] static DispatchQueue& main();
-    /// Give the queue of default quality of service whose tasks run concurrently on a pool of threads.
+    /// Returns the queue of default quality of service whose tasks run concurrently on a pool of threads.
     [[nodiscard]] static DispatchQueue& global();
 
-    /// Make a serial queue. Its tasks run one at a time, in the order of submission. Releasing the queue
+    /// Makes a serial queue. Its tasks run one at a time, in the order of submission. Releasing the queue
     /// neither waits nor drops: tasks already submitted still run. May be released on its own thread.
     explicit DispatchQueue(std::string label);
     ~DispatchQueue();
     DispatchQueue(const DispatchQueue&) = delete;
     DispatchQueue& operator=(const DispatchQueue&) = delete;
 
-    /// Submit `task` and return at once.
+    /// Submits `task` and return at once.
     void async(Task task);
-    /// Run `task` on the calling thread as this queue's task, after those already submitted, and return when
-    /// it has run. Serial queues only. Called from a task of the same queue it is fatal, for it could never
-    /// end.
+    /// Runs `task` on the calling thread as this queue's task, after those already submitted, and returns
+    /// when it has run. Serial queues only. Called from a task of the same queue it is fatal, for it could
+    /// never end.
     void sync(const Task& task);
-    /// Submit `task` after `seconds` (clock time, 0 or less: now).
+    /// Submits `task` after `seconds` (clock time, 0 or less: now).
     void asyncAfter(double seconds, Task task);
 
     [[nodiscard]] const std::string& label() const noexcept;

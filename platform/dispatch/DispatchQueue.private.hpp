@@ -28,7 +28,7 @@ class DispatchQueue::Implementation {
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeGlobalQueue();
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeSerialQueue(std::string label);
 
-/// Call `submit` on a thread of the clock's own after `seconds`.
+/// Calls `submit` on a thread of the clock's own after `seconds`.
 void submitLater(double seconds, Task submit);
 
 } // namespace platform

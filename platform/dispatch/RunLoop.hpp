@@ -11,15 +11,15 @@ namespace platform {
 
 class RunLoop {
   public:
-    /// Give the calling thread's loop; the main thread's is the one that runs the main queue.
+    /// Returns the calling thread's loop; the main thread's is the one that runs the main queue.
     [[nodiscard]] static RunLoop current();
 
-    /// Run until `done` answers true after a turn or `timeoutSeconds` have passed (infinity allowed); tell
+    /// Runs until `done` answers true after a turn or `timeoutSeconds` have passed (infinity allowed); tells
     /// whether it answered true. Must be called on the loop's own thread.
     bool runUntil(const std::function<bool()>& done, double timeoutSeconds);
-    /// Run for `seconds`.
+    /// Runs for `seconds`.
     void runFor(double seconds);
-    /// Let a loop that waits look at its condition again. Any thread.
+    /// Lets a loop that waits look at its condition again. Any thread.
     void wakeUp();
 
     /// The handle of the loop in the library that carries it.
@@ -32,7 +32,7 @@ class RunLoop {
     Handle* _handle; // lives as long as its thread
 };
 
-/// Tell whether the calling thread is the main one.
+/// Returns whether the calling thread is the main one.
 [[nodiscard]] bool isMainThread() noexcept;
 
 } // namespace platform

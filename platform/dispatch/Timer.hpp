@@ -17,9 +17,9 @@ class Timer final : public std::enable_shared_from_this<Timer> {
   public:
     using Block = std::function<void()>;
 
-    /// Schedule `block` on the calling thread's loop, `interval` seconds from now and, when `repeats` is set,
-    /// at every further multiple of `interval`. An interval of 0 or less, or not a number, counts as 0.0001
-    /// seconds; an infinite one never fires.
+    /// Schedules `block` on the calling thread's loop, `interval` seconds from now and, when `repeats` is
+    /// set, at every further multiple of `interval`. An interval of 0 or less, or not a number, counts as
+    /// 0.0001 seconds; an infinite one never fires.
     ///
     /// A timer fires at most once per turn of the loop. Dates that passed while the loop was busy are left
     /// out, and the next one lies on the grid of the first: neither a burst nor a drift. Timers that are due
@@ -30,10 +30,10 @@ class Timer final : public std::enable_shared_from_this<Timer> {
     [[nodiscard]] static std::shared_ptr<Timer> scheduledTimerWithTimeInterval(double interval, bool repeats,
                                                                                Block block);
 
-    /// Let the timer never fire again and release its block (a block that is running ends first). May be
+    /// Lets the timer never fire again and releases its block (a block that is running ends first). May be
     /// called inside the firing, and again.
     void invalidate();
-    /// Tell whether the timer may still fire.
+    /// Returns whether the timer may still fire.
     [[nodiscard]] bool isValid() const noexcept { return _queue != nullptr; }
 
     ~Timer() = default;

@@ -16,12 +16,12 @@
 
 namespace platform {
 
-/// Give the steady clock's time in nanoseconds, the unit and origin that a timerfd takes.
+/// Returns the steady clock's time in nanoseconds, the unit and origin that a timerfd takes.
 [[nodiscard]] std::int64_t steadyNanoseconds() noexcept;
 
 class TimerQueue {
   public:
-    /// Give the calling thread's queue.
+    /// Returns the calling thread's queue.
     [[nodiscard]] static TimerQueue& current();
 
     TimerQueue();
@@ -29,9 +29,9 @@ class TimerQueue {
     TimerQueue(const TimerQueue&) = delete;
     TimerQueue& operator=(const TimerQueue&) = delete;
 
-    /// Keep `timer` and fire it at its first date.
+    /// Keeps `timer` and fires it at its first date.
     void add(const std::shared_ptr<Timer>& timer);
-    /// Let go of `timer`.
+    /// Lets go of `timer`.
     void remove(const Timer& timer);
     /// Fire what is due now, each timer at most once.
     void fireDue();

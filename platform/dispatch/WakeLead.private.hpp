@@ -16,12 +16,12 @@ class WakeLead {
     /// The most that is asked for in advance, nanoseconds, and so the longest wait for a date after waking.
     static constexpr std::int64_t Longest = 200'000;
 
-    /// Give the lead, in nanoseconds, for a sleep of `sleep` nanoseconds: a short one is never deep.
+    /// Returns the lead, in nanoseconds, for a sleep of `sleep` nanoseconds: a short one is never deep.
     [[nodiscard]] std::int64_t forSleepOf(std::int64_t sleep) const noexcept {
         return std::clamp<std::int64_t>(sleep / 8, 0, _lead);
     }
 
-    /// Take account of a waking `late` nanoseconds after the moment that was asked for.
+    /// Takes account of a waking `late` nanoseconds after the moment that was asked for.
     void learn(std::int64_t late) noexcept {
         if (late < 0 || late > 2 * Longest) return; // the loop was not asleep
         // Steps of one up and three down rest where one waking in four is quicker: few are waited out.

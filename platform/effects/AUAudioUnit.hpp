@@ -28,7 +28,7 @@ class AUAudioUnitPreset {
         : _number(number)
         , _name(std::move(name)) {}
 
-    /// Give the place among the factory presets, from 0.
+    /// Returns the place among the factory presets, from 0.
     [[nodiscard]] std::int64_t number() const noexcept { return _number; }
     [[nodiscard]] const std::string& name() const noexcept { return _name; }
 
@@ -74,46 +74,46 @@ class AUAudioUnit : public std::enable_shared_from_this<AUAudioUnit> {
     AUAudioUnit(const AUAudioUnit&) = delete;
     AUAudioUnit& operator=(const AUAudioUnit&) = delete;
 
-    /// Give the part that makes the sound; the engine is its one user.
+    /// Returns the part that makes the sound; the engine is its one user.
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() = 0;
 
-    /// Give what the host calls the place in which it runs the effect.
+    /// Returns what the host calls the place in which it runs the effect.
     [[nodiscard]] virtual std::string contextName() const = 0;
     virtual void setContextName(std::string name) = 0;
 
-    /// Give the presets that come with the effect, in a stable order; absent when it has none.
+    /// Returns the presets that come with the effect, in a stable order; absent when it has none.
     [[nodiscard]] virtual std::optional<std::vector<AUAudioUnitPreset>> factoryPresets() const = 0;
-    /// Give the preset that was set last; absent when none was, or parameters were set by full state.
+    /// Returns the preset that was set last; absent when none was, or parameters were set by full state.
     [[nodiscard]] virtual std::optional<AUAudioUnitPreset> currentPreset() const = 0;
-    /// Set all that the factory preset of that number holds; absent forgets the current one and changes
+    /// Sets all that the factory preset of that number holds; absent forgets the current one and changes
     /// nothing else. An unknown number is said on standard error.
     virtual void setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset) = 0;
 
-    /// Give the names of the outputs on which the effect may send MIDI.
+    /// Returns the names of the outputs on which the effect may send MIDI.
     [[nodiscard]] virtual std::vector<std::string> MIDIOutputNames() const = 0;
     /// Have every MIDI event of the effect handed to `block`, in order, on a delivery thread of the unit's
     /// own; an empty block ends it. The block stays until it is replaced.
     virtual void setMIDIOutputEventBlock(MIDIOutputEventBlock block) = 0;
-    /// Send one MIDI message to the effect; it arrives at the start of the next block. Says whether it was
+    /// Sends one MIDI message to the effect; it arrives at the start of the next block. Says whether it was
     /// taken: not by an effect without a MIDI input, nor when its queue is full.
     virtual bool sendMIDIEvent(std::span<const std::uint8_t> message) = 0;
 
     [[nodiscard]] virtual std::vector<AUParameter> parameters() const = 0;
-    /// Give the value now; 0 for an unknown address.
+    /// Returns the value now; 0 for an unknown address.
     [[nodiscard]] virtual float parameterValue(std::uint32_t address) const = 0;
-    /// Set the value, limited to its range; the effect takes it at its next block. An unknown address, one
+    /// Sets the value, limited to its range; the effect takes it at its next block. An unknown address, one
     /// that is not writable, or no number changes nothing.
     virtual void setParameterValue(std::uint32_t address, float value) = 0;
 
-    /// Give the frames by which the output lags the input.
+    /// Returns the frames by which the output lags the input.
     [[nodiscard]] virtual std::uint32_t latencyFrames() const = 0;
 
-    /// Give everything that was set, as bytes that `setFullState` of the same effect takes, at any rate.
+    /// Returns everything that was set, as bytes that `setFullState` of the same effect takes, at any rate.
     [[nodiscard]] virtual std::vector<std::uint8_t> fullState() const = 0;
-    /// Set everything from bytes of `fullState`; what does not belong to this effect changes nothing.
+    /// Sets everything from bytes of `fullState`; what does not belong to this effect changes nothing.
     virtual std::optional<Error> setFullState(std::span<const std::uint8_t> state) = 0;
 
-    /// Ask for the effect's own screen. The completion is called once, later, on the main thread, with the
+    /// Asks for the effect's own screen. The completion is called once, later, on the main thread, with the
     /// controller, or with none when the effect's interface fails. An effect without an interface gets a
     /// plain one with its parameters.
     virtual void requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) = 0;

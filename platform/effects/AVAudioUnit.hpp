@@ -22,7 +22,7 @@ class AVAudioUnit final : public AVAudioNode {
   public:
     using Completion = std::function<void(std::shared_ptr<AVAudioUnit>, std::optional<Error>)>;
 
-    /// Make a unit of the first component of the registry that matches `description` and return at once. The
+    /// Makes a unit of the first component of the registry that matches `description` and return at once. The
     /// work is done on a background thread; the completion is called once, on the main thread, with the unit
     /// or with the error, which is said on standard error as well.
     static void instantiate(const AudioComponentDescription& description,
@@ -31,7 +31,7 @@ class AVAudioUnit final : public AVAudioNode {
     explicit AVAudioUnit(std::shared_ptr<AUAudioUnit> unit)
         : _unit(std::move(unit)) {}
 
-    /// Give the effect behind the node.
+    /// Returns the effect behind the node.
     [[nodiscard]] const std::shared_ptr<AUAudioUnit>& auAudioUnit() const noexcept { return _unit; }
     [[nodiscard]] std::shared_ptr<NodeProcessor> processor() const override { return _unit->processor(); }
 

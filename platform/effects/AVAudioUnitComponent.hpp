@@ -13,12 +13,12 @@ class AVAudioUnitComponent {
     explicit AVAudioUnitComponent(ComponentRecord record)
         : _record(std::move(record)) {}
 
-    /// Give the component's own description, not the one that was searched for.
+    /// Returns the component's own description, not the one that was searched for.
     [[nodiscard]] const AudioComponentDescription& audioComponentDescription() const noexcept {
         return _record.description;
     }
     [[nodiscard]] const std::string& name() const noexcept { return _record.name; }
-    /// Give the version as its maker writes it; empty when it states none.
+    /// Returns the version as its maker writes it; empty when it states none.
     [[nodiscard]] const std::string& versionString() const noexcept { return _record.version; }
     [[nodiscard]] const ComponentRecord& record() const noexcept { return _record; }
 

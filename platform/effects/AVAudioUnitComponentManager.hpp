@@ -15,17 +15,17 @@ namespace platform {
 
 class AVAudioUnitComponentManager {
   public:
-    /// Give the one registry of the process.
+    /// Returns the one registry of the process.
     [[nodiscard]] static AVAudioUnitComponentManager& sharedAudioUnitComponentManager();
 
-    /// Give all installed components that match `description`, in the registry's order, which is the same in
-    /// every run. What was installed since the last call is found.
+    /// Returns all installed components that match `description`, in the registry's order, which is the same
+    /// in every run. What was installed since the last call is found.
     [[nodiscard]] std::vector<AVAudioUnitComponent>
     componentsMatchingDescription(const AudioComponentDescription& description) const;
 
-    /// Give the provider behind the registry.
+    /// Returns the provider behind the registry.
     [[nodiscard]] std::shared_ptr<ComponentProvider> provider() const;
-    /// Replace the provider, for tests; none puts the real one back.
+    /// Replaces the provider, for tests; none puts the real one back.
     void setProvider(std::shared_ptr<ComponentProvider> provider);
 
   private:

@@ -25,8 +25,8 @@ struct AudioComponentDescription {
     return code;
 }
 
-/// Tell whether `component` is one that `wanted` searches for: type, subtype and manufacturer are equal, a 0
-/// in `wanted` stands for any; flags are compared only under the mask of `wanted`.
+/// Returns whether `component` is one that `wanted` searches for: type, subtype and manufacturer are equal, a
+/// 0 in `wanted` stands for any; flags are compared only under the mask of `wanted`.
 [[nodiscard]] constexpr bool matches(const AudioComponentDescription& component,
                                      const AudioComponentDescription& wanted) noexcept {
     const auto equal = [](std::uint32_t code, std::uint32_t want) { return want == 0 || code == want; };

@@ -21,12 +21,12 @@ namespace platform {
 
 class ByteRing {
   public:
-    /// Make a ring for at least `capacity` bytes, each record with 4 bytes for its length.
+    /// Makes a ring for at least `capacity` bytes, each record with 4 bytes for its length.
     explicit ByteRing(std::size_t capacity)
         : _mask(std::bit_ceil(std::max<std::size_t>(capacity, 64)) - 1)
         , _bytes(std::make_unique_for_overwrite<std::byte[]>(_mask + 1)) {}
 
-    /// Append a record; false when it does not fit. The writing thread.
+    /// Appends a record; false when it does not fit. The writing thread.
     bool write(std::span<const std::byte> head, std::span<const std::byte> tail = {}) noexcept {
         const std::size_t end = _written.load(std::memory_order_relaxed);
         const std::size_t used = end - _read.load(std::memory_order_acquire);
@@ -40,30 +40,30 @@ class ByteRing {
         return true;
     }
 
-    /// Tell whether there is a record. The reading thread.
+    /// Returns whether there is a record. The reading thread.
     [[nodiscard]] bool hasRecord() const noexcept {
         return _read.load(std::memory_order_relaxed) != _written.load(std::memory_order_acquire);
     }
-    /// Give the size of the first record; there must be one. The reading thread.
+    /// Returns the size of the first record; there must be one. The reading thread.
     [[nodiscard]] std::size_t recordSize() const noexcept {
         std::uint32_t length = 0;
         get(_read.load(std::memory_order_relaxed), std::as_writable_bytes(std::span(&length, 1)));
         return length;
     }
-    /// Copy the first bytes of the first record and leave it in its place. The reading thread.
+    /// Copies the first bytes of the first record and leaves it in its place. The reading thread.
     void peek(std::span<std::byte> into) const noexcept {
         get(_read.load(std::memory_order_relaxed) + sizeof(std::uint32_t), into);
     }
-    /// Copy the bytes of the first record from `offset` on, and leave it. The reading thread.
+    /// Copies the bytes of the first record from `offset` on, and leaves it. The reading thread.
     void peek(std::size_t offset, std::span<std::byte> into) const noexcept {
         get(_read.load(std::memory_order_relaxed) + sizeof(std::uint32_t) + offset, into);
     }
-    /// Drop the first record. The reading thread.
+    /// Drops the first record. The reading thread.
     void drop() noexcept {
         const std::size_t from = _read.load(std::memory_order_relaxed);
         _read.store(from + sizeof(std::uint32_t) + recordSize(), std::memory_order_release);
     }
-    /// Move the first record into `into`; false when there is none. The reading thread; allocates.
+    /// Moves the first record into `into`; false when there is none. The reading thread; allocates.
     bool read(std::vector<std::byte>& into) {
         if (!hasRecord()) return false;
         into.resize(recordSize());

@@ -32,14 +32,14 @@ class ComponentProvider {
     ComponentProvider(const ComponentProvider&) = delete;
     ComponentProvider& operator=(const ComponentProvider&) = delete;
 
-    /// Give all components that match `wanted`, in an order that is the same in every run.
+    /// Returns all components that match `wanted`, in an order that is the same in every run.
     [[nodiscard]] virtual std::vector<ComponentRecord>
     componentsMatching(const AudioComponentDescription& wanted) = 0;
-    /// Make a unit of the component, or tell in a sentence why not.
+    /// Makes a unit of the component, or tells in a sentence why not.
     [[nodiscard]] virtual Result<std::shared_ptr<AUAudioUnit>> instantiate(const ComponentRecord& record) = 0;
 };
 
-/// Make the provider of LV2 plug-ins: those of the search path and the effect that comes with the program.
+/// Makes the provider of LV2 plug-ins: those of the search path and the effect that comes with the program.
 [[nodiscard]] std::shared_ptr<ComponentProvider> makeLv2ComponentProvider();
 
 } // namespace platform

@@ -23,7 +23,7 @@ class MIDIOutputDelivery {
   public:
     /// `effectName` stands in what is said of lost events.
     explicit MIDIOutputDelivery(std::string effectName);
-    /// Deliver what was written and end the thread. The audio side must have ended.
+    /// Delivers what was written and ends the thread. The audio side must have ended.
     ~MIDIOutputDelivery();
     MIDIOutputDelivery(const MIDIOutputDelivery&) = delete;
     MIDIOutputDelivery& operator=(const MIDIOutputDelivery&) = delete;
@@ -32,11 +32,11 @@ class MIDIOutputDelivery {
     /// block is not called any more, unless the call comes from inside it.
     void setBlock(MIDIOutputEventBlock block);
 
-    /// Tell whether there is a block. Audio side.
+    /// Returns whether there is a block. Audio side.
     [[nodiscard]] bool isWanted() const noexcept { return _isWanted.load(std::memory_order_relaxed); }
-    /// Queue one event. Audio side.
+    /// Queues one event. Audio side.
     void push(std::int64_t sampleTime, const std::uint8_t* data, std::uint32_t length) noexcept;
-    /// Wake the delivery thread, if anything was queued since the last call. Audio side, once per block.
+    /// Wakes the delivery thread, if anything was queued since the last call. Audio side, once per block.
     void flush() noexcept;
 
   private:

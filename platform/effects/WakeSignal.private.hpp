@@ -18,12 +18,12 @@ class WakeSignal {
     WakeSignal(const WakeSignal&) = delete;
     WakeSignal& operator=(const WakeSignal&) = delete;
 
-    /// Let one `wait` return, now or later. Any thread; never blocks.
+    /// Lets one `wait` return, now or later. Any thread; never blocks.
     void signal() noexcept {
         const ForeignCodeScope wakes;
         (void)sem_post(&_semaphore);
     }
-    /// Wait for one `signal`.
+    /// Waits for one `signal`.
     void wait() noexcept {
         while (sem_wait(&_semaphore) != 0) {
         } // interrupted by a signal handler

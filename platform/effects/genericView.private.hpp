@@ -11,7 +11,7 @@
 
 namespace platform {
 
-/// Make the widget, a floating reference; it keeps the unit. `name` is what its title and its accessible
+/// Makes the widget, a floating reference; it keeps the unit. `name` is what its title and its accessible
 /// label say, `note` a sentence below the title; empty for none.
 [[nodiscard]] GtkWidget* makeGenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name,
                                               const std::string& note);

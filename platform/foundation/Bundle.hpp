@@ -20,18 +20,18 @@ inline constexpr std::string_view ApplicationIdentifier = "example.tonewright.To
 
 class Bundle {
   public:
-    /// Give the bundle of the running program.
+    /// Returns the bundle of the running program.
     [[nodiscard]] static const Bundle& main();
-    /// Give the bundle that contains the class T; this program has only one.
+    /// Returns the bundle that contains the class T; this program has only one.
     template <class T>
     [[nodiscard]] static const Bundle& forClass() {
         return main();
     }
 
-    /// Make the bundle whose program lies in `executableDirectory`.
+    /// Makes the bundle whose program lies in `executableDirectory`.
     explicit Bundle(std::string executableDirectory);
 
-    /// Give the resources directory; absent when there is none on the disk.
+    /// Returns the resources directory; absent when there is none on the disk.
     [[nodiscard]] std::optional<URL> resourceURL() const;
     [[nodiscard]] std::optional<std::string> resourcePath() const;
 
@@ -50,20 +50,20 @@ class Bundle {
     [[nodiscard]] std::string sharedSupportPath() const { return sharedSupportURL().path(); }
     [[nodiscard]] URL appStoreReceiptURL() const;
 
-    /// Give the program's identifier in the desktop's naming; absent for a program that is no application.
+    /// Returns the program's identifier in the desktop's naming; absent for a program that is no application.
     [[nodiscard]] std::optional<std::string> bundleIdentifier() const;
-    /// Give the name of the class that begins the application; this program has none.
+    /// Returns the name of the class that begins the application; this program has none.
     [[nodiscard]] std::optional<std::string> principalClass() const { return std::nullopt; }
-    /// Give the dictionary that describes the bundle; an installation of this program has none.
+    /// Returns the dictionary that describes the bundle; an installation of this program has none.
     [[nodiscard]] std::optional<std::map<std::string, std::string>> infoDictionary() const {
         return std::nullopt;
     }
 
-    /// Give the paths of all files directly inside `directory` that have the extension `ofType`.
+    /// Returns the paths of all files directly inside `directory` that have the extension `ofType`.
     [[nodiscard]] static std::vector<std::string> pathsForResourcesOfType(std::string_view ofType,
                                                                           const std::string& inDirectory);
 
-    /// Give the resource `name`.`extension`; absent when no such file exists.
+    /// Returns the resource `name`.`extension`; absent when no such file exists.
     [[nodiscard]] std::optional<URL> URLForResource(std::string_view name,
                                                     std::string_view withExtension) const;
 

@@ -16,10 +16,10 @@ inline constexpr std::size_t ByteCountLength = 32;
 
 class ByteCountFormatter {
   public:
-    /// Give the text of `byteCount`: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.2 MB", "4.75 GB". The unit
-    /// is chosen before rounding; halves round to even; trailing zeros are dropped.
+    /// Returns the text of `byteCount`: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.2 MB", "4.75 GB". The
+    /// unit is chosen before rounding; halves round to even; trailing zeros are dropped.
     [[nodiscard]] static std::string stringFromByteCount(std::int64_t byteCount, ByteCountStyle countStyle);
-    /// Write the same text to `text`, which has room for `ByteCountLength` bytes; give the end behind it.
+    /// Writes the same text to `text`, which has room for `ByteCountLength` bytes; returns the end behind it.
     static char* writeByteCount(char* text, std::int64_t byteCount);
 };
 

@@ -14,9 +14,9 @@ struct Date {
     std::int64_t seconds = 0;      // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
     std::uint32_t nanoseconds = 0; // 0 to 999,999,999, later than `seconds`
 
-    /// Give the present moment of the system's clock.
+    /// Returns the present moment of the system's clock.
     [[nodiscard]] static Date now();
-    /// Give the technical text in UTC, "2026-11-16 09:40:14 +0000".
+    /// Returns the technical text in UTC, "2026-11-16 09:40:14 +0000".
     [[nodiscard]] std::string description() const;
 
     friend constexpr auto operator<=>(const Date&, const Date&) = default;
@@ -29,9 +29,9 @@ struct CivilDay {
     unsigned day = 1;   // 1 to 31
 };
 
-/// Give the day that lies `days` after 1970-01-01.
+/// Returns the day that lies `days` after 1970-01-01.
 [[nodiscard]] CivilDay civilDay(std::int64_t days) noexcept;
-/// Give the days from 1970-01-01 to `day`.
+/// Returns the days from 1970-01-01 to `day`.
 [[nodiscard]] std::int64_t daysTo(const CivilDay& day) noexcept;
 
 } // namespace platform

@@ -17,11 +17,11 @@ inline constexpr std::size_t MediumDateTimeLength = 48;
 
 class DateFormatter {
   public:
-    /// Give the text, for example "Nov 16, 2026 at 9:40:14 AM".
+    /// Returns the text, for example "Nov 16, 2026 at 9:40:14 AM".
     [[nodiscard]] std::string stringFromDate(const Date& date) const;
-    /// Write the text to `text`, which has room for `MediumDateTimeLength` bytes; give the end behind it.
+    /// Writes the text to `text`, which has room for `MediumDateTimeLength` bytes; returns the end behind it.
     static char* writeMediumDateTime(char* text, const Date& date);
-    /// Read the time zone (`TZ`, /etc/localtime) again; the formatter keeps what it knew of it otherwise.
+    /// Reads the time zone (`TZ`, /etc/localtime) again; the formatter keeps what it knew of it otherwise.
     static void resetTimeZone();
 };
 

@@ -36,23 +36,24 @@ struct FileFacts {
 
 class DirectoryEnumerator {
   public:
-    /// Open the directory at `path` (a link to one is followed); null when that fails.
+    /// Opens the directory at `path` (a link to one is followed); null when that fails.
     [[nodiscard]] static std::shared_ptr<DirectoryEnumerator> open(const std::string& path);
     ~DirectoryEnumerator();
     DirectoryEnumerator(const DirectoryEnumerator&) = delete;
     DirectoryEnumerator& operator=(const DirectoryEnumerator&) = delete;
 
-    /// Give the next item as a path relative to the directory, valid until the next call; absent at the end.
+    /// Returns the next item as a path relative to the directory, valid until the next call; absent at the
+    /// end.
     [[nodiscard]] std::optional<std::string_view> nextObject();
-    /// Give the depth of the item last returned: 1 for items directly inside the directory.
+    /// Returns the depth of the item last returned: 1 for items directly inside the directory.
     [[nodiscard]] std::int64_t level() const noexcept;
-    /// Give the attributes of the enumerated directory itself; absent when they cannot be read.
+    /// Returns the attributes of the enumerated directory itself; absent when they cannot be read.
     [[nodiscard]] std::optional<FileAttributes> directoryAttributes() const;
 
-    /// Give what the file manager would answer for the item last returned, asked of its open directory and
+    /// Returns what the file manager would answer for the item last returned, asked of its open directory and
     /// not by its path: faster, and right for paths of any length.
     [[nodiscard]] FileFacts facts();
-    /// Give the number of items in the directory of the item last returned.
+    /// Returns the number of items in the directory of the item last returned.
     [[nodiscard]] std::size_t siblingCount() const noexcept;
     /// Returns why directories could not be read to their end, one error for each, in the order of the walk.
     [[nodiscard]] const std::vector<Error>& readErrors() const noexcept;

@@ -12,14 +12,14 @@ namespace platform {
 /// A failure with a domain, a code in it, and a sentence for people.
 class Error {
   public:
-    /// Make an error; control bytes in the sentence, which a file's name brings, become \n or \x01.
+    /// Makes an error; control bytes in the sentence, which a file's name brings, become \n or \x01.
     Error(std::string domain, long code, std::string_view localizedDescription);
 
     [[nodiscard]] const std::string& domain() const noexcept { return _domain; }
     [[nodiscard]] long code() const noexcept { return _code; }
-    /// Give the sentence for people ("The file ... couldn't be removed."), one line.
+    /// Returns the sentence for people ("The file ... couldn't be removed."), one line.
     [[nodiscard]] const std::string& localizedDescription() const noexcept { return _localizedDescription; }
-    /// Give the technical one-liner that contains the sentence.
+    /// Returns the technical one-liner that contains the sentence.
     [[nodiscard]] std::string description() const;
 
   private:
@@ -28,7 +28,7 @@ class Error {
     std::string _localizedDescription;
 };
 
-/// Make an error of the domain "POSIX" from an errno value; `sentence` is for people.
+/// Makes an error of the domain "POSIX" from an errno value; `sentence` is for people.
 [[nodiscard]] Error posixError(int errorNumber, std::string_view sentence);
 
 } // namespace platform

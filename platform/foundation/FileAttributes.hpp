@@ -45,7 +45,7 @@ enum class FileAttributeKey : std::uint8_t {
 };
 inline constexpr std::size_t FileAttributeKeyCount = 14;
 
-/// Give the key's own text, "NSFileSize".
+/// Returns the key's own text, "NSFileSize".
 [[nodiscard]] std::string_view textOf(FileAttributeKey key) noexcept;
 
 /// A flag, a number, a date or a text; which of them, the key decides. NSFileType is one of the texts
@@ -53,14 +53,14 @@ inline constexpr std::size_t FileAttributeKeyCount = 14;
 /// "NSFileTypeCharacterSpecial", "NSFileTypeBlockSpecial", "NSFileTypeUnknown".
 using FileAttribute = std::variant<bool, NSNumber, Date, std::string>;
 
-/// Give the value's text: "true", "17", "2026-11-16 09:40:14 +0000", the text itself.
+/// Returns the value's text: "true", "17", "2026-11-16 09:40:14 +0000", the text itself.
 [[nodiscard]] std::string describe(const FileAttribute& attribute);
 
 class FileAttributes {
   public:
-    /// Make a dictionary without entries.
+    /// Makes a dictionary without entries.
     FileAttributes() noexcept = default;
-    /// Make the record of an item that exists.
+    /// Makes the record of an item that exists.
     explicit FileAttributes(const detail::FileStatus& status);
     FileAttributes(const FileAttributes& other);
     FileAttributes(FileAttributes&& other) noexcept;
@@ -68,10 +68,10 @@ class FileAttributes {
     ~FileAttributes();
 
     [[nodiscard]] bool isEmpty() const noexcept { return _kind == Empty; }
-    /// Give the number of entries.
+    /// Returns the number of entries.
     [[nodiscard]] std::size_t count() const;
-    /// Give the value of `key`; absent when the dictionary has none. (An account without a name has only its
-    /// number.)
+    /// Returns the value of `key`; absent when the dictionary has none. (An account without a name has only
+    /// its number.)
     [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key) const;
     void setValue(FileAttributeKey key, FileAttribute value);
     void removeValue(FileAttributeKey key);
@@ -83,7 +83,8 @@ class FileAttributes {
     [[nodiscard]] std::optional<Date> modificationDate() const;
     [[nodiscard]] std::optional<Date> creationDate() const;
 
-    /// Give the entries as text, "[NSFileAppendOnly: false, ...]", keys in order; "[:]" when there are none.
+    /// Returns the entries as text, "[NSFileAppendOnly: false, ...]", keys in order; "[:]" when there are
+    /// none.
     [[nodiscard]] std::string description() const;
 
     friend bool operator==(const FileAttributes& a, const FileAttributes& b);

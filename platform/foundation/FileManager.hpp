@@ -53,16 +53,17 @@ enum class SearchPathDomain : unsigned { User = 1, Local = 2, Network = 4, Syste
 
 class FileManager {
   public:
-    /// Give the process's file manager.
+    /// Returns the process's file manager.
     [[nodiscard]] static FileManager& defaultManager();
 
-    /// Let `delegate` answer this manager's questions; null for nobody. It must be taken away before it goes.
+    /// Lets `delegate` answer this manager's questions; null for nobody. It must be taken away before it
+    /// goes.
     void setDelegate(FileManagerDelegate* delegate) noexcept { _delegate = delegate; }
     [[nodiscard]] FileManagerDelegate* delegate() const noexcept { return _delegate; }
 
     // Where one stands. The current directory is the process's.
     bool changeCurrentDirectoryPath(const std::string& path);
-    /// Give the absolute path of the current directory; empty when it was removed.
+    /// Returns the absolute path of the current directory; empty when it was removed.
     [[nodiscard]] std::string currentDirectoryPath() const;
 
     // Questions about one item. They follow links, except the last two.
@@ -71,14 +72,15 @@ class FileManager {
     [[nodiscard]] bool isReadableFileAtPath(const std::string& path) const;
     [[nodiscard]] bool isWritableFileAtPath(const std::string& path) const;
     [[nodiscard]] bool isExecutableFileAtPath(const std::string& path) const;
-    /// Tell whether the item's directory is writable and searchable and its sticky bit, if set, lets the
+    /// Returns whether the item's directory is writable and searchable and its sticky bit, if set, lets the
     /// process remove the item.
     [[nodiscard]] bool isDeletableFileAtPath(const std::string& path) const;
-    /// Give the item's attributes: file number, size, modification date and creation date always, and more.
+    /// Returns the item's attributes: file number, size, modification date and creation date always, and
+    /// more.
     [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(const std::string& path) const;
 
     // What a directory holds, in byte order.
-    /// Give a walk over everything below `path`; null when it cannot be opened.
+    /// Returns a walk over everything below `path`; null when it cannot be opened.
     [[nodiscard]] std::shared_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) const;
     [[nodiscard]] Result<std::vector<std::string>> contentsOfDirectoryAtPath(const std::string& path) const;
     [[nodiscard]] Result<std::vector<std::string>> subpathsOfDirectoryAtPath(const std::string& path) const;
@@ -86,13 +88,13 @@ class FileManager {
 
     // Changes. Each asks the delegate before every item and after every error, gives the error that ended it,
     // or none, never leaves the tree through a link, and enters nothing that is mounted below the item.
-    /// Remove a file, a link or a whole directory, which must not be mounted itself.
+    /// Removes a file, a link or a whole directory, which must not be mounted itself.
     std::optional<Error> removeItemAtURL(const URL& url);
     /// Does the same with the item that `enumerator` returned last, from the directory that it has open,
     /// wherever that is by now. `url` names the item to the delegate and in errors.
     std::optional<Error> removeItemAtURL(const URL& url, DirectoryEnumerator& enumerator);
     std::optional<Error> removeItemAtPath(const std::string& path);
-    /// Copy a file or a whole directory; an existing destination is an error. A file appears at its
+    /// Copies a file or a whole directory; an existing destination is an error. A file appears at its
     /// destination whole or not at all; what was made of a directory is removed when the copy fails.
     /// Permissions, dates and extended attributes go with it, the owner does not.
     std::optional<Error> copyItemAtURL(const URL& url, const URL& toURL);
@@ -100,7 +102,7 @@ class FileManager {
     /// Rename, and across file systems copy and remove; an existing destination is an error.
     std::optional<Error> moveItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> moveItemAtPath(const std::string& path, const std::string& toPath);
-    /// Make hard links to a file, or to every file of a directory in directories of its own.
+    /// Makes hard links to a file, or to every file of a directory in directories of its own.
     std::optional<Error> linkItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> linkItemAtPath(const std::string& path, const std::string& toPath);
     /// Makes a directory and those above it; one that exists is no error. A URL that names no file is one.
@@ -109,12 +111,12 @@ class FileManager {
 
     // Standard places. They need not exist.
     [[nodiscard]] URL temporaryDirectory() const;
-    /// Give the places of a standard directory as the desktop's standards know them, the user's first; none
-    /// for one without a counterpart. The user's documents are never none.
+    /// Returns the places of a standard directory as the desktop's standards know them, the user's first;
+    /// none for one without a counterpart. The user's documents are never none.
     [[nodiscard]] std::vector<URL> URLsForDirectory(SearchPathDirectory directory,
                                                     SearchPathDomain inDomains) const;
-    /// Give the folder that the maker's programs share, in the user's data directory, and make it when it is
-    /// missing. Absent for a user without any such directory.
+    /// Returns the folder that the maker's programs share, in the user's data directory, and makes it when it
+    /// is missing. Absent for a user without any such directory.
     [[nodiscard]] std::optional<URL>
     containerURLForSecurityApplicationGroupIdentifier(std::string_view group) const;
 

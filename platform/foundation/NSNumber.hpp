@@ -13,7 +13,7 @@ namespace platform {
 
 class NSNumber {
   public:
-    /// Make the number 0.
+    /// Makes the number 0.
     constexpr NSNumber() noexcept = default;
     template <std::signed_integral T>
     constexpr NSNumber(T value) noexcept // a number is a number
@@ -23,14 +23,14 @@ class NSNumber {
         : _bits(value)
         , _isBeyondSigned(_bits > 0x7FFFFFFFFFFFFFFFU) {}
 
-    /// Give the value; one beyond the signed range keeps its bits.
+    /// Returns the value; one beyond the signed range keeps its bits.
     [[nodiscard]] constexpr std::int64_t longLongValue() const noexcept {
         return static_cast<std::int64_t>(_bits);
     }
     [[nodiscard]] constexpr std::uint64_t unsignedLongLongValue() const noexcept { return _bits; }
-    /// Tell whether the value is larger than every signed one.
+    /// Returns whether the value is larger than every signed one.
     [[nodiscard]] constexpr bool isBeyondSigned() const noexcept { return _isBeyondSigned; }
-    /// Give the decimal text.
+    /// Returns the decimal text.
     [[nodiscard]] std::string stringValue() const {
         return _isBeyondSigned ? std::to_string(_bits) : std::to_string(longLongValue());
     }

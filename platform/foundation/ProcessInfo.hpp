@@ -11,13 +11,13 @@ namespace platform {
 
 class ProcessInfo {
   public:
-    /// Give the one record of this process.
+    /// Returns the one record of this process.
     [[nodiscard]] static const ProcessInfo& processInfo();
 
-    /// Give the name of the running program's file.
+    /// Returns the name of the running program's file.
     [[nodiscard]] std::string processName() const;
     [[nodiscard]] std::int32_t processIdentifier() const noexcept;
-    /// Give a text that no other call on any machine gives: a random UUID (RFC 4122, version 4) in upper
+    /// Returns a text that no other call on any machine gives: a random UUID (RFC 4122, version 4) in upper
     /// case.
     [[nodiscard]] std::string globallyUniqueString() const;
 };

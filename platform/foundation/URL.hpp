@@ -13,27 +13,27 @@ namespace platform {
 
 class URL {
   public:
-    /// Make a URL from text; text that RFC 3986 does not allow (empty, blanks, controls, a bare %) gives
+    /// Makes a URL from text; text that RFC 3986 does not allow (empty, blanks, controls, a bare %) gives
     /// none.
     [[nodiscard]] static std::optional<URL> fromString(std::string_view text);
-    /// Make a file URL; a relative path is taken from the current directory. A path that ends in "/" or names
-    /// an existing directory gives a URL that ends in "/".
+    /// Makes a file URL; a relative path is taken from the current directory. A path that ends in "/" or
+    /// names an existing directory gives a URL that ends in "/".
     [[nodiscard]] static URL fileURLWithPath(std::string_view path);
-    /// Make a file URL without asking the disk whether it is a directory.
+    /// Makes a file URL without asking the disk whether it is a directory.
     [[nodiscard]] static URL fileURLWithPath(std::string_view path, bool isDirectory);
 
-    /// Give the text, percent-encoded.
+    /// Returns the text, percent-encoded.
     [[nodiscard]] const std::string& absoluteString() const noexcept { return _text; }
-    /// Give the path, percent-decoded, without a trailing "/" (the root keeps its own).
+    /// Returns the path, percent-decoded, without a trailing "/" (the root keeps its own).
     [[nodiscard]] std::string path() const;
-    /// Give the scheme in lower case; empty for relative text.
+    /// Returns the scheme in lower case; empty for relative text.
     [[nodiscard]] std::string scheme() const;
     [[nodiscard]] bool isFileURL() const;
-    /// Give the last component of the path, decoded; "/" for the root.
+    /// Returns the last component of the path, decoded; "/" for the root.
     [[nodiscard]] std::string lastPathComponent() const;
-    /// Give what follows the last "." of the last component; empty for a leading-dot name or none.
+    /// Returns what follows the last "." of the last component; empty for a leading-dot name or none.
     [[nodiscard]] std::string pathExtension() const;
-    /// Append `component` behind a "/".
+    /// Appends `component` behind a "/".
     [[nodiscard]] URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
 
     friend bool operator==(const URL&, const URL&) = default;
@@ -47,7 +47,7 @@ class URL {
 
 /// Percent-encode every byte except `A-Z a-z 0-9 / ! $ & ' ( ) * + , - . : = @ _ ~`.
 [[nodiscard]] std::string percentEncodedPath(std::string_view path);
-/// Replace each well-formed %XX by its byte.
+/// Replaces each well-formed %XX by its byte.
 [[nodiscard]] std::string percentDecoded(std::string_view text);
 
 } // namespace platform

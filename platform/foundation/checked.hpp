@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Add; overflow is fatal.
+/// Adds; overflow is fatal.
 template <class T>
 [[nodiscard]] constexpr T checkedAdd(T a, T b) {
     T sum{};
@@ -34,7 +34,7 @@ template <class T>
     return product;
 }
 
-/// Convert towards zero; a value outside the signed 64-bit range, or none at all, is fatal.
+/// Converts towards zero; a value outside the signed 64-bit range, or none at all, is fatal.
 [[nodiscard]] inline std::int64_t checkedInteger(double value) {
     if (!(value >= -0x1p63 && value < 0x1p63)) fatal("A floating-point value has no 64-bit integer");
     return static_cast<std::int64_t>(value);

@@ -9,25 +9,25 @@
 
 namespace platform {
 
-/// Write `line` and one newline to standard output, by length (NUL bytes pass), at once.
+/// Writes `line` and one newline to standard output, by length (NUL bytes pass), at once.
 /// A closed or broken standard output loses the line and nothing else.
 void print(std::string_view line);
 
-/// Give the error number for which a line of `print` to standard output was lost, or 0.
+/// Returns the error number for which a line of `print` to standard output was lost, or 0.
 [[nodiscard]] int printError() noexcept;
 
-/// Let `print` write to standard error instead, or no longer: for a program whose standard output is a result
-/// of its own. Call before any other thread runs.
+/// Lets `print` write to standard error instead, or no longer: for a program whose standard output is a
+/// result of its own. Call before any other thread runs.
 void printToStandardError(bool instead);
 
-/// Let `print` write to the open file `descriptor` in the place of standard output, and keep it open. Call
+/// Lets `print` write to the open file `descriptor` in the place of standard output, and keeps it open. Call
 /// before any other thread runs.
 void printToFile(int descriptor);
 
-/// Write `line` and one newline to standard error, at once.
+/// Writes `line` and one newline to standard error, at once.
 void warn(std::string_view line);
 
-/// Keep standard output for `print` alone: from now on whatever a library writes to it goes to standard
+/// Keeps standard output for `print` alone: from now on whatever a library writes to it goes to standard
 /// error. Also occupies closed standard descriptors, so that no file opened later is taken for one. Call
 /// once, at entry, before any other thread runs.
 void reserveStandardOutput();

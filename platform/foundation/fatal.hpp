@@ -22,14 +22,14 @@ inline constexpr std::string_view UnexpectedNil =
 inline constexpr std::string_view UnexpectedNilUnwrapping =
     "Unexpectedly found nil while unwrapping an Optional value";
 
-/// Give the object behind `pointer`; an absent one is fatal.
+/// Returns the object behind `pointer`; an absent one is fatal.
 template <class T>
 [[nodiscard]] T& unwrap(const std::shared_ptr<T>& pointer) {
     if (!pointer) fatal(UnexpectedNil);
     return *pointer;
 }
 
-/// Give the value in `optional`; an absent one is fatal.
+/// Returns the value in `optional`; an absent one is fatal.
 template <class T>
 [[nodiscard]] const T& unwrap(const std::optional<T>& optional) {
     if (!optional) fatal(UnexpectedNil);

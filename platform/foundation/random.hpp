@@ -9,10 +9,10 @@
 
 namespace platform {
 
-/// Fill `bytes` from the kernel's generator.
+/// Fills `bytes` from the kernel's generator.
 void randomBytes(std::span<unsigned char> bytes);
 
-/// Draw an integer uniformly from the closed range [low, high]; an empty range is fatal.
+/// Draws an integer uniformly from the closed range [low, high]; an empty range is fatal.
 [[nodiscard]] std::int64_t randomInteger(std::int64_t low, std::int64_t high);
 
 } // namespace platform

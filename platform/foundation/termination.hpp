@@ -12,7 +12,7 @@ namespace platform {
 /// Have `handler` called once by `prepareForTermination`, the last added first. Any thread.
 void atTermination(std::function<void()> handler);
 
-/// Call the handlers. The application's entry does, on the main thread, when its loop has ended.
+/// Calls the handlers. The application's entry does, on the main thread, when its loop has ended.
 void prepareForTermination();
 
 } // namespace platform

@@ -10,11 +10,11 @@
 
 namespace platform {
 
-/// Give the home directory: `HOME`, else the password file's, else "/".
+/// Returns the home directory: `HOME`, else the password file's, else "/".
 [[nodiscard]] std::string homeDirectory();
-/// Give the directory that `XDG_<key>_DIR` names in user-dirs.dirs, else `fallback` in the home directory.
+/// Returns the directory that `XDG_<key>_DIR` names in user-dirs.dirs, else `fallback` in the home directory.
 [[nodiscard]] std::string userDirectory(std::string_view key, std::string_view fallback);
-/// Give the absolute path in the environment variable `name`, else `fallback` in the home directory.
+/// Returns the absolute path in the environment variable `name`, else `fallback` in the home directory.
 [[nodiscard]] std::string baseDirectory(const char* name, std::string_view fallback);
 
 } // namespace platform

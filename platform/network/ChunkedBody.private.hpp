@@ -13,13 +13,13 @@ namespace platform {
 
 class ChunkedBody {
   public:
-    /// Give the content at the front of `bytes`, as far as it lies in one chunk, and move `bytes` behind it;
-    /// empty when there is none left.
+    /// Returns the content at the front of `bytes`, as far as it lies in one chunk, and moves `bytes` behind
+    /// it; empty when there is none left.
     [[nodiscard]] std::span<const std::byte> next(std::span<const std::byte>& bytes) noexcept;
 
-    /// Tell whether the body's last byte came.
+    /// Returns whether the body's last byte came.
     [[nodiscard]] bool isWhole() const noexcept { return _place == Place::End; }
-    /// Tell whether something came that is no such framing.
+    /// Returns whether something came that is no such framing.
     [[nodiscard]] bool isBroken() const noexcept { return _place == Place::Broken; }
 
   private:

@@ -15,9 +15,9 @@ class ContentSink {
   public:
     virtual ~ContentSink() = default;
 
-    /// Append `bytes`; gives the error that prevents it.
+    /// Appends `bytes`; gives the error that prevents it.
     [[nodiscard]] virtual std::optional<Error> append(std::span<const std::byte> bytes) = 0;
-    /// Call the completion with what came, or with `error`.
+    /// Calls the completion with what came, or with `error`.
     virtual void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) = 0;
 };
 

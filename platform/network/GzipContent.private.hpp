@@ -27,7 +27,7 @@ class GzipContent {
     using Append = std::function<std::optional<Error>(std::span<const std::byte>)>;
     /// Unpack the next `bytes` and hand what is in them to `append`; gives the error that prevents it.
     [[nodiscard]] std::optional<Error> unpack(std::span<const std::byte> bytes, const Append& append);
-    /// Tell whether the bytes so far end where a packed stream does, or there were none.
+    /// Returns whether the bytes so far end where a packed stream does, or there were none.
     [[nodiscard]] bool isWhole() const noexcept { return !_isInside; }
 
   private:

@@ -14,10 +14,10 @@ namespace platform {
 
 class NetworkThread {
   public:
-    /// Give the thread of the process; it starts with the first use and never ends.
+    /// Returns the thread of the process; it starts with the first use and never ends.
     [[nodiscard]] static NetworkThread& shared();
 
-    /// Run `work` on the thread, after what was given before. Any thread.
+    /// Runs `work` on the thread, after what was given before. Any thread.
     void run(std::function<void()> work);
     [[nodiscard]] GMainContext* context() const noexcept { return _context; }
 

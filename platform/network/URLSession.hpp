@@ -32,11 +32,11 @@ class URLResponse {
         , _expectedContentLength(expectedContentLength) {}
     virtual ~URLResponse() = default;
 
-    /// Give the URL that answered: after redirects, the last one.
+    /// Returns the URL that answered: after redirects, the last one.
     [[nodiscard]] const URL& url() const noexcept { return _url; }
-    /// Give the type of the content; empty when the source does not say.
+    /// Returns the type of the content; empty when the source does not say.
     [[nodiscard]] const std::string& mimeType() const noexcept { return _mimeType; }
-    /// Give the number of bytes that the source announces; -1 when it does not.
+    /// Returns the number of bytes that the source announces; -1 when it does not.
     [[nodiscard]] std::int64_t expectedContentLength() const noexcept { return _expectedContentLength; }
 
   private:
@@ -58,7 +58,7 @@ class HTTPURLResponse final : public URLResponse {
 };
 
 struct URLSessionConfiguration {
-    /// Give the usual one.
+    /// Returns the usual one.
     [[nodiscard]] static URLSessionConfiguration defaultSessionConfiguration() { return {}; }
 };
 
@@ -98,11 +98,11 @@ class URLSessionTask {
     explicit URLSessionTask(std::shared_ptr<Transfer> transfer)
         : _transfer(std::move(transfer)) {}
 
-    /// Begin; the second time without effect.
+    /// Begins; the second time without effect.
     void resume();
-    /// Give up: the completion is called with an error, unless it was already.
+    /// Gives up: the completion is called with an error, unless it was already.
     void cancel();
-    /// Give how much of the content came so far.
+    /// Returns how much of the content came so far.
     [[nodiscard]] std::int64_t countOfBytesReceived() const noexcept;
 
   private:
@@ -111,7 +111,7 @@ class URLSessionTask {
 
 class URLSession {
   public:
-    /// Give the session of the process.
+    /// Returns the session of the process.
     [[nodiscard]] static std::shared_ptr<URLSession> sharedSession();
     [[nodiscard]] static std::shared_ptr<URLSession> create(const URLSessionConfiguration& configuration);
     ~URLSession();
@@ -122,8 +122,8 @@ class URLSession {
                                                                       DataCompletion completion);
     [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskWithRequest(const URLRequest& request,
                                                                           DownloadCompletion completion);
-    /// Give the queue on which completions are called, one after the other. A task that a completion submits
-    /// runs when the completion's temporary file is gone.
+    /// Returns the queue on which completions are called, one after the other. A task that a completion
+    /// submits runs when the completion's temporary file is gone.
     [[nodiscard]] DispatchQueue& delegateQueue() noexcept;
 
     class Implementation;
@@ -133,7 +133,7 @@ class URLSession {
     std::shared_ptr<Implementation> _implementation;
 };
 
-/// Read the whole content at `url` and return when it is there: the waiting ends when it makes no progress
+/// Reads the whole content at `url` and returns when it is there: the waiting ends when it makes no progress
 /// for 60 seconds. Blocks.
 [[nodiscard]] Result<URLData> contentsOfURL(const URL& url);
 

@@ -21,7 +21,7 @@ class URLSession::Implementation {
     Implementation(const Implementation&) = delete;
     Implementation& operator=(const Implementation&) = delete;
 
-    /// Give the connections; on the network thread only.
+    /// Returns the connections; on the network thread only.
     [[nodiscard]] SoupSession* connections();
     /// The session's own queue, on which completions are called.
     DispatchQueue queue{"example.tonewright.network"};
@@ -49,9 +49,9 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
     [[nodiscard]] std::int64_t received() const noexcept { return _received; }
 
   protected:
-    /// Begin; called once, from any thread.
+    /// Begins; called once, from any thread.
     virtual void start() = 0;
-    /// Hand the content, or the error, to the completion. The first call counts.
+    /// Hands the content, or the error, to the completion. The first call counts.
     void finish(std::shared_ptr<URLResponse> response, std::optional<Error> error);
 
     /// Hand on a piece of the content; gives the error that prevents it.
@@ -85,7 +85,7 @@ enum class TransferFailure {
     Failed = -1
 };
 
-/// Make the error of a transfer.
+/// Makes the error of a transfer.
 [[nodiscard]] Error transferError(TransferFailure failure, std::string_view sentence);
 
 } // namespace platform

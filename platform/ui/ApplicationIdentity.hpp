@@ -16,7 +16,7 @@ struct ApplicationIdentity {
     std::string help; // the answer to --help, without the last newline; empty: tonewright's own
 };
 
-/// Give the identity of this process: Tonewright's own until another is set.
+/// Returns the identity of this process: Tonewright's own until another is set.
 [[nodiscard]] const ApplicationIdentity& applicationIdentity() noexcept;
 void setApplicationIdentity(ApplicationIdentity identity);
 

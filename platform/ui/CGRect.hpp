@@ -25,12 +25,12 @@ struct CGRect {
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
 
-/// Give the width, also of a rectangle whose width is stored negative.
+/// Returns the width, also of a rectangle whose width is stored negative.
 [[nodiscard]] inline double CGRectGetWidth(const CGRect& rect) noexcept {
     return std::fabs(rect.width);
 }
 
-/// Give the height, also of a rectangle whose height is stored negative.
+/// Returns the height, also of a rectangle whose height is stored negative.
 [[nodiscard]] inline double CGRectGetHeight(const CGRect& rect) noexcept {
     return std::fabs(rect.height);
 }

@@ -20,7 +20,7 @@ struct Color {
     double blue = 0;
     double alpha = 1;
 
-    /// Give the same colour with its opacity multiplied by `factor`.
+    /// Returns the same colour with its opacity multiplied by `factor`.
     [[nodiscard]] Color faded(double factor) const noexcept { return {red, green, blue, alpha * factor}; }
 
     friend bool operator==(const Color&, const Color&) = default;
@@ -42,15 +42,15 @@ class Canvas {
 
     [[nodiscard]] double width() const noexcept;
     [[nodiscard]] double height() const noexcept;
-    /// Give the colour of the desktop's texts here: dark on a light desktop, light on a dark one.
+    /// Returns the colour of the desktop's texts here: dark on a light desktop, light on a dark one.
     [[nodiscard]] Color textColor() const noexcept;
 
     void fillRectangle(const CGRect& rectangle, const Color& color);
     void fillCircle(Point center, double radius, const Color& color);
-    /// Draw a line with round ends through `points`, `thickness` wide.
+    /// Draws a line with round ends through `points`, `thickness` wide.
     void strokeLine(std::span<const Point> points, double thickness, const Color& color);
     void strokeRectangle(const CGRect& rectangle, double thickness, const Color& color);
-    /// Draw one line of text in the desktop's font, `size` points high, shortened where it is wider than
+    /// Draws one line of text in the desktop's font, `size` points high, shortened where it is wider than
     /// `place`, in the middle of the place's height.
     void drawText(std::string_view text, const CGRect& place, double size, const Color& color,
                   TextAlignment alignment = TextAlignment::Leading);

@@ -20,7 +20,7 @@ class InterfaceConnections {
     using Outlet = std::function<bool(const std::shared_ptr<UIView>&)>; // false: not of the outlet's class
     using Action = std::function<void(const std::shared_ptr<UIResponder>& sender)>;
 
-    /// Offer `field` to the object `name`. The field must outlive this table.
+    /// Offers `field` to the object `name`. The field must outlive this table.
     template <class View>
     void outlet(std::string name, std::shared_ptr<View>& field) {
         _outlets.insert_or_assign(std::move(name), [&field](const std::shared_ptr<UIView>& view) {
@@ -29,7 +29,7 @@ class InterfaceConnections {
         });
     }
 
-    /// Offer `field`, which does not keep its object: the screen does, as long as its controller lives.
+    /// Offers `field`, which does not keep its object: the screen does, as long as its controller lives.
     template <class View>
     void outlet(std::string name, std::weak_ptr<View>& field) {
         _outlets.insert_or_assign(std::move(name), [&field](const std::shared_ptr<UIView>& view) {
@@ -38,7 +38,7 @@ class InterfaceConnections {
         });
     }
 
-    /// Offer `method` of `object` to controls under `selector` ("onPlayButton:"). The object must outlive
+    /// Offers `method` of `object` to controls under `selector` ("onPlayButton:"). The object must outlive
     /// this table. A sender that is not of the class the method takes arrives as absent.
     template <class Object, class Owner, class Sender>
     void action(std::string selector, Object* object, void (Owner::*method)(const std::shared_ptr<Sender>&)) {
@@ -51,7 +51,7 @@ class InterfaceConnections {
     [[nodiscard]] const std::map<std::string, Outlet, std::less<>>& outlets() const noexcept {
         return _outlets;
     }
-    /// Give the action named `selector`; null when none is offered.
+    /// Returns the action named `selector`; null when none is offered.
     [[nodiscard]] const Action* findAction(std::string_view selector) const;
 
   private:

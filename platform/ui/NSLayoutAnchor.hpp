@@ -21,7 +21,7 @@ class NSLayoutAnchor {
         : _view(std::move(view))
         , _edge(edge) {}
 
-    /// Make the constraint that lays this edge onto `anchor`; it does nothing until it is activated.
+    /// Makes the constraint that lays this edge onto `anchor`; it does nothing until it is activated.
     [[nodiscard]] std::shared_ptr<NSLayoutConstraint>
     constraintEqualToAnchor(const NSLayoutAnchor& anchor) const;
 
@@ -40,7 +40,7 @@ class NSLayoutConstraint {
         : _first(std::move(first))
         , _second(std::move(second)) {}
 
-    /// Let the constraints hold from the next layout on, until the view leaves its superview. A constraint
+    /// Lets the constraints hold from the next layout on, until the view leaves its superview. A constraint
     /// whose second view is not the first one's superview is fatal, as is one of an edge with a crossing one.
     static void activateConstraints(const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints);
 

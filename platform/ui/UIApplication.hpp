@@ -23,7 +23,7 @@ using URLOpener = std::function<void(const URL& url, std::function<void(bool)> c
 
 class UIApplication {
   public:
-    /// Give the application of this process.
+    /// Returns the application of this process.
     [[nodiscard]] static UIApplication& shared();
 
     [[nodiscard]] const std::shared_ptr<UIApplicationDelegate>& delegate() const noexcept {
@@ -31,13 +31,13 @@ class UIApplication {
     }
     void setDelegate(std::shared_ptr<UIApplicationDelegate> delegate) { _delegate = std::move(delegate); }
 
-    /// Open `url` in the desktop's own program for it, and return at once. No option is known.
+    /// Opens `url` in the desktop's own program for it, and return at once. No option is known.
     void openURL(const URL& url, const std::map<std::string, std::string>& options,
                  std::function<void(bool success)> completionHandler);
-    /// Let `opener` open URLs instead of the desktop; empty: the desktop again. For tests.
+    /// Lets `opener` open URLs instead of the desktop; empties: the desktop again. For tests.
     void setURLOpener(URLOpener opener) { _urlOpener = std::move(opener); }
 
-    /// Let the loop end after the present turn.
+    /// Lets the loop end after the present turn.
     void terminate();
     [[nodiscard]] bool isTerminating() const noexcept { return _isTerminating; }
 
@@ -48,7 +48,7 @@ class UIApplication {
     bool _isTerminating = false;
 };
 
-/// Run the application: make the delegate of the class `delegateClassName`, load the main screen from the
+/// Runs the application: make the delegate of the class `delegateClassName`, load the main screen from the
 /// interface description that the process's identity names ("Main"), run the loop until the window is closed,
 /// and give 0.
 ///

@@ -23,9 +23,10 @@ class UIApplicationDelegate {
     UIApplicationDelegate(const UIApplicationDelegate&) = delete;
     UIApplicationDelegate& operator=(const UIApplicationDelegate&) = delete;
 
-    /// Take the window of the main interface description.
+    /// Takes the window of the main interface description.
     virtual void setWindow(std::shared_ptr<UIWindow>) {}
-    /// Hear that the process is ready, before the main screen is loaded; tell whether the launch is accepted.
+    /// Hear that the process is ready, before the main screen is loaded; returns whether the launch is
+    /// accepted.
     virtual bool application(UIApplication&,
                              const std::optional<LaunchOptions>& didFinishLaunchingWithOptions) {
         (void)didFinishLaunchingWithOptions;

@@ -13,13 +13,13 @@ namespace platform {
 
 class UIButton final : public UIView {
   public:
-    /// Make a button with `title`; an underscore stands before the letter that presses it together with Alt.
+    /// Makes a button with `title`; an underscore stands before the letter that presses it together with Alt.
     explicit UIButton(const std::string& title = {});
     explicit UIButton(std::unique_ptr<Implementation> implementation);
 
     [[nodiscard]] bool isEnabled() const;
     void setEnabled(bool enabled);
-    /// Do what a press does.
+    /// Does what a press does.
     void press();
 };
 

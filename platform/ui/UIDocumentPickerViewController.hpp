@@ -41,7 +41,7 @@ enum class UIDocumentPickerMode : std::uint64_t {
 
 class UIDocumentPickerViewController final : public UIViewController {
   public:
-    /// Make a picker of folders, when `documentTypes` names "public.folder", otherwise of files.
+    /// Makes a picker of folders, when `documentTypes` names "public.folder", otherwise of files.
     UIDocumentPickerViewController(const std::vector<std::string>& documentTypes,
                                    UIDocumentPickerMode inMode);
     ~UIDocumentPickerViewController() override;
@@ -51,7 +51,7 @@ class UIDocumentPickerViewController final : public UIViewController {
     [[nodiscard]] bool allowsMultipleSelection() const noexcept { return _allowsMultipleSelection; }
 
   protected:
-    /// Show the chooser and return; it keeps this controller until it is answered.
+    /// Shows the chooser and returns; it keeps this controller until it is answered.
     void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
 
   private:

@@ -26,7 +26,7 @@ struct Mark {
     friend bool operator==(const Mark&, const Mark&) = default;
 };
 
-/// Give the mark that is a dot about `center`.
+/// Returns the mark that is a dot about `center`.
 [[nodiscard]] Mark dotAt(Point center, double radius, const Color& color) noexcept;
 
 class UIDrawingView final : public UIView {
@@ -36,11 +36,11 @@ class UIDrawingView final : public UIView {
     UIDrawingView();
     explicit UIDrawingView(std::unique_ptr<Implementation> implementation);
 
-    /// Let `drawing` draw the picture from now on.
+    /// Lets `drawing` draw the picture from now on.
     void setDrawing(Drawing drawing);
     /// Have the picture drawn again with the next frame.
     void setNeedsDisplay() override;
-    /// Show `marks`, in this order, in place of the former ones.
+    /// Shows `marks`, in this order, in place of the former ones.
     void setMarks(std::vector<Mark> marks);
 };
 

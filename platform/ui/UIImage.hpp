@@ -29,7 +29,7 @@ class UIImage {
     UIImage(const UIImage&) = delete;
     UIImage& operator=(const UIImage&) = delete;
 
-    /// Give the size in points, the right way up.
+    /// Returns the size in points, the right way up.
     [[nodiscard]] CGSize size() const noexcept;
 
     /// The toolkit's side of an image.

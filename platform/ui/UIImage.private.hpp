@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Give the texture of `image`; the image owns it.
+/// Returns the texture of `image`; the image owns it.
 [[nodiscard]] GdkTexture* textureOf(const UIImage& image) noexcept;
 
 } // namespace platform

@@ -14,14 +14,14 @@ namespace platform {
 
 class UIImageView final : public UIView {
   public:
-    /// Make a view that shows nothing yet.
+    /// Makes a view that shows nothing yet.
     UIImageView();
-    /// Make the view of a widget that an interface description made.
+    /// Makes the view of a widget that an interface description made.
     explicit UIImageView(std::unique_ptr<Implementation> implementation);
 
-    /// Give the image that was set last; absent when there is none. Any thread.
+    /// Returns the image that was set last; absent when there is none. Any thread.
     [[nodiscard]] std::shared_ptr<UIImage> image() const;
-    /// Set the image, or none. Any thread; the screen shows it after the next turn of the main queue.
+    /// Sets the image, or none. Any thread; the screen shows it after the next turn of the main queue.
     void setImage(std::shared_ptr<UIImage> image);
 
   private:

@@ -15,9 +15,9 @@ class UILabel final : public UIView {
     explicit UILabel(const std::string& text = {});
     explicit UILabel(std::unique_ptr<Implementation> implementation);
 
-    /// Give the text as it is shown.
+    /// Returns the text as it is shown.
     [[nodiscard]] std::string text() const;
-    /// Show `text`. In a label that the interface description gives mnemonics, an underscore stands before
+    /// Shows `text`. In a label that the interface description gives mnemonics, an underscore stands before
     /// one.
     void setText(const std::string& text);
 };

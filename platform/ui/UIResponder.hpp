@@ -17,11 +17,11 @@ class UIResponder : public std::enable_shared_from_this<UIResponder> {
     UIResponder(const UIResponder&) = delete;
     UIResponder& operator=(const UIResponder&) = delete;
 
-    /// Give the responder that is asked when this one does not know an action; absent at the end of the
+    /// Returns the responder that is asked when this one does not know an action; absent at the end of the
     /// chain.
     [[nodiscard]] virtual std::shared_ptr<UIResponder> nextResponder();
 
-    /// Tell whether this responder, or one behind it in the chain, performs the action `selector`
+    /// Returns whether this responder, or one behind it in the chain, performs the action `selector`
     /// ("onPlayButton:"). `withSender` may be absent.
     [[nodiscard]] virtual bool canPerformAction(std::string_view selector,
                                                 const std::shared_ptr<UIResponder>& withSender);

@@ -21,7 +21,7 @@ class UIStoryboardSegue final {
         , _source(std::move(source))
         , _destination(std::move(destination)) {}
 
-    /// Give the identifier that the interface description gives the segue; absent when it has none.
+    /// Returns the identifier that the interface description gives the segue; absent when it has none.
     [[nodiscard]] const std::optional<std::string>& identifier() const noexcept { return _identifier; }
     [[nodiscard]] const std::shared_ptr<UIViewController>& sourceViewController() const noexcept {
         return _source;

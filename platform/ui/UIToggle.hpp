@@ -15,12 +15,12 @@ namespace platform {
 
 class UIToggle final : public UIView {
   public:
-    /// Make a toggle that shows `content` and is called `name` by assistive technology; with `fellow`, it
+    /// Makes a toggle that shows `content` and is called `name` by assistive technology; with `fellow`, it
     /// joins that one's group.
     UIToggle(std::shared_ptr<UIView> content, const std::string& name, const UIToggle* fellow = nullptr);
     ~UIToggle() override;
 
-    /// Choose this toggle of its group, as a press does.
+    /// Chooses this toggle of its group, as a press does.
     void choose();
 
     std::function<void()> onChosen; // it was chosen and had not been before

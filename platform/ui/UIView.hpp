@@ -22,35 +22,35 @@ namespace platform {
 
 class UIView : public UIResponder {
   public:
-    /// Make an empty view that belongs to no superview.
+    /// Makes an empty view that belongs to no superview.
     UIView();
     explicit UIView(const CGRect& frame);
     ~UIView() override;
 
-    /// Tell whether the view is hidden. A hidden view keeps its place and is laid out like any other.
+    /// Returns whether the view is hidden. A hidden view keeps its place and is laid out like any other.
     [[nodiscard]] bool isHidden() const;
     void setHidden(bool hidden);
 
-    /// Give the place in the superview's coordinates, in points. Negative origins are allowed.
+    /// Returns the place in the superview's coordinates, in points. Negative origins are allowed.
     [[nodiscard]] CGRect frame() const;
-    /// Place the view; a view that is placed by constraints keeps their place from the next layout on.
+    /// Places the view; a view that is placed by constraints keeps their place from the next layout on.
     void setFrame(const CGRect& frame);
-    /// Give the view's own rectangle: its size at the origin.
+    /// Returns the view's own rectangle: its size at the origin.
     [[nodiscard]] CGRect bounds() const;
 
-    /// Add `view` in front of the other subviews and keep it; it leaves its former superview first.
+    /// Adds `view` in front of the other subviews and keeps it; it leaves its former superview first.
     void addSubview(const std::shared_ptr<UIView>& view);
-    /// Leave the superview, with all constraints to it.
+    /// Leaves the superview, with all constraints to it.
     void removeFromSuperview();
-    /// Give the view that holds this one; absent when there is none.
+    /// Returns the view that holds this one; absent when there is none.
     [[nodiscard]] std::shared_ptr<UIView> superview() const;
-    /// Give the views in this one, the rearmost first.
+    /// Returns the views in this one, the rearmost first.
     [[nodiscard]] std::vector<std::shared_ptr<UIView>> subviews() const;
 
     /// Have the view drawn again with the next frame.
     virtual void setNeedsDisplay();
 
-    /// Tell whether the frame places the view (true at first) or constraints do.
+    /// Returns whether the frame places the view (true at first) or constraints do.
     [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
 

@@ -10,15 +10,15 @@
 
 namespace platform {
 
-/// Give the widget of `view`; the view owns it.
+/// Returns the widget of `view`; the view owns it.
 [[nodiscard]] GtkWidget* widgetOf(const UIView& view) noexcept;
 
-/// Make the view of `widget`, or give the one it has. A floating reference is sunk; the view keeps the
+/// Makes the view of `widget`, or returns the one it has. A floating reference is sunk; the view keeps the
 /// widget, the widget does not keep the view. A kind of widget that has a class of its own (a button) gets
 /// it.
 [[nodiscard]] std::shared_ptr<UIView> viewWithWidget(GtkWidget* widget);
 
-/// Give the view that `widget` has; absent when it has none.
+/// Returns the view that `widget` has; absent when it has none.
 [[nodiscard]] std::shared_ptr<UIView> viewOfWidget(GtkWidget* widget);
 
 } // namespace platform

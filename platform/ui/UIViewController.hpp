@@ -24,23 +24,23 @@ class UIStoryboardSegue;
 
 class UIViewController : public UIResponder {
   public:
-    /// Make a controller whose view is described by the resource `nibName`.ui of `bundle` (null: the main
+    /// Makes a controller whose view is described by the resource `nibName`.ui of `bundle` (null: the main
     /// one). Without a name the view is what `loadView` or `setView` make it, and otherwise absent.
     explicit UIViewController(std::optional<std::string> nibName = std::nullopt,
                               const Bundle* bundle = nullptr);
-    /// Make the controller that `coder` describes.
+    /// Makes the controller that `coder` describes.
     explicit UIViewController(const NSCoder& coder);
     ~UIViewController() override;
 
-    /// Tell whether a controller can be made from `coder`.
+    /// Returns whether a controller can be made from `coder`.
     [[nodiscard]] static bool canDecode(const NSCoder& coder) noexcept;
 
-    /// Give the view, loading it first if that has not been done; absent when there is none.
+    /// Returns the view, loading it first if that has not been done; absent when there is none.
     [[nodiscard]] std::shared_ptr<UIView> view();
     void setView(std::shared_ptr<UIView> view);
     [[nodiscard]] bool isViewLoaded() const noexcept { return _isViewLoaded; }
 
-    /// Make the view: from the interface description, when there is one.
+    /// Makes the view: from the interface description, when there is one.
     virtual void loadView();
     /// Hear that the view was loaded and the outlets are connected.
     virtual void viewDidLoad();
@@ -51,7 +51,7 @@ class UIViewController : public UIResponder {
     /// Hear that the view's subviews have got their places.
     virtual void viewDidLayoutSubviews();
 
-    /// Make `child` a child of this controller and keep it; it leaves its former parent first.
+    /// Makes `child` a child of this controller and keeps it; it leaves its former parent first.
     void addChildViewController(const std::shared_ptr<UIViewController>& child);
     void removeFromParentViewController();
     /// Hear that the move to `parent` is complete; absent: away from the former one.
@@ -62,23 +62,23 @@ class UIViewController : public UIResponder {
     }
     [[nodiscard]] std::shared_ptr<UIViewController> parentViewController() const { return _parent.lock(); }
 
-    /// Show `controller` in front of this one and keep it while it is shown; a dialog comes as a window of
+    /// Shows `controller` in front of this one and keeps it while it is shown; a dialog comes as a window of
     /// the desktop's own. `completion`, which may be empty, is called once when it is there, never inside the
     /// call.
     virtual void presentViewController(const std::shared_ptr<UIViewController>& controller, bool animated,
                                        std::function<void()> completion);
-    /// Take away the screen that this controller presents, with all that it presents itself; when there is
+    /// Takes away the screen that this controller presents, with all that it presents itself; when there is
     /// none, have the controller that presents this one take it away. `completion`, which may be empty, is
     /// called once afterwards, never inside the call, and not at all when nothing is presented. The change is
     /// immediate, animated or not.
     virtual void dismissViewControllerAnimated(bool animated, std::function<void()> completion);
-    /// Give the screen that this controller presents; absent when there is none. A dialog does not count.
+    /// Returns the screen that this controller presents; absent when there is none. A dialog does not count.
     [[nodiscard]] std::shared_ptr<UIViewController> presentedViewController() const;
     [[nodiscard]] std::shared_ptr<UIViewController> presentingViewController() const {
         return _presenting.lock();
     }
 
-    /// Follow the segue `identifier` of the interface description: make its destination anew, `prepare` it
+    /// Follows the segue `identifier` of the interface description: make its destination anew, `prepare` it
     /// and present it. An identifier that the description does not have, or a destination that cannot be
     /// made, is fatal. `sender` may be absent.
     virtual void performSegueWithIdentifier(const std::string& identifier,
@@ -90,11 +90,11 @@ class UIViewController : public UIResponder {
     [[nodiscard]] bool canPerformAction(std::string_view selector,
                                         const std::shared_ptr<UIResponder>& withSender) override;
 
-    /// Perform the action `selector` of this controller; tell whether it has one.
+    /// Performs the action `selector` of this controller; returns whether it has one.
     bool performAction(std::string_view selector, const std::shared_ptr<UIResponder>& sender);
 
   protected:
-    /// Name the outlets and actions that the interface description may connect.
+    /// Names the outlets and actions that the interface description may connect.
     virtual void offerConnections(InterfaceConnections& connections);
 
     /// Come on the screen in front of `presenter`, as a controller of this kind does: a plain one takes the

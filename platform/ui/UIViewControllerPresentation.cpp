@@ -27,7 +27,7 @@ struct UIViewController::Presentation {
     Presentation(const Presentation&) = delete;
     Presentation& operator=(const Presentation&) = delete;
 
-    /// Put the covered screen back, with the keyboard where it was.
+    /// Puts the covered screen back, with the keyboard where it was.
     void end(GtkWindow* window) {
         gtk_window_set_child(window, covered.get());
         const auto focused = GObjectRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focus)));

@@ -19,12 +19,12 @@ class UIWindow final : public UIView {
     ~UIWindow() override;
 
     [[nodiscard]] std::shared_ptr<UIViewController> rootViewController() const { return _rootViewController; }
-    /// Let `controller` fill the window with its view, which is loaded now.
+    /// Lets `controller` fill the window with its view, which is loaded now.
     void setRootViewController(std::shared_ptr<UIViewController> controller);
 
-    /// Show the window and give it the keyboard.
+    /// Shows the window and gives it the keyboard.
     void makeKeyAndVisible();
-    /// Take the window off the desktop for good.
+    /// Takes the window off the desktop for good.
     void close();
 
     std::function<void()> onCloseRequest; // the user asks to close it

@@ -26,7 +26,7 @@ void registerDelegateFactory(std::string name, DelegateFactory factory);
 void registerControllerFactory(std::string name, ControllerFactory factory);
 void registerViewFactory(std::string name, ViewFactory factory);
 
-/// Let the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
+/// Lets the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
 template <class T>
 void registerClass(std::string name) {
     if constexpr (std::is_base_of_v<UIApplicationDelegate, T>) {
@@ -37,11 +37,11 @@ void registerClass(std::string name) {
     }
 }
 
-/// Make a delegate of the class `name`; absent when there is no such class.
+/// Makes a delegate of the class `name`; absent when there is no such class.
 [[nodiscard]] std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name);
-/// Make a controller of the class `name`; absent when there is no such class or it refuses the coder.
+/// Makes a controller of the class `name`; absent when there is no such class or it refuses the coder.
 [[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
-/// Make a view of the class `name`; absent when there is no such class. `implementation` is taken only then.
+/// Makes a view of the class `name`; absent when there is no such class. `implementation` is taken only then.
 [[nodiscard]] std::shared_ptr<UIView> makeView(std::string_view name,
                                                std::unique_ptr<UIView::Implementation>& implementation);
 

@@ -24,23 +24,23 @@ class WebEngineView;
 
 class WKWebView final : public UIView {
   public:
-    /// Let objects of interface descriptions with the "view-class" WKWebView be web views.
+    /// Lets objects of interface descriptions with the "view-class" WKWebView be web views.
     static void registerClass();
 
     WKWebView();
-    /// Make the view behind such an object.
+    /// Makes the view behind such an object.
     explicit WKWebView(std::unique_ptr<Implementation> implementation);
     ~WKWebView() override;
 
-    /// Let `delegate`, which is not kept, hear of windows that pages ask for.
+    /// Lets `delegate`, which is not kept, hear of windows that pages ask for.
     void setUIDelegate(const std::weak_ptr<WKUIDelegate>& delegate);
-    /// Let `delegate`, which is not kept, decide on navigations; without one all are allowed.
+    /// Lets `delegate`, which is not kept, decide on navigations; without one all are allowed.
     void setNavigationDelegate(const std::weak_ptr<WKNavigationDelegate>& delegate);
 
-    /// Go to the URL of `request`. A source that stays silent for the request's time-out is given up; what
+    /// Goes to the URL of `request`. A source that stays silent for the request's time-out is given up; what
     /// cannot be loaded is told on a page in its place.
     void loadRequest(const URLRequest& request);
-    /// Show `html`, whose relative links start from `baseURL`.
+    /// Shows `html`, whose relative links start from `baseURL`.
     void loadHTMLString(const std::string& html, const URL& baseURL);
 
   private:

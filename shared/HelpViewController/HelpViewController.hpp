@@ -25,7 +25,7 @@ namespace tonewright {
 /// The maker's web site.
 inline constexpr std::string_view WebSite = "https://tonewright.example/";
 
-/// Make the screen's class and its view's known to interface descriptions.
+/// Makes the screen's class and its view's known to interface descriptions.
 void registerHelpScreen();
 
 // The outlet has the name that the operations of the web view's protocols begin with; a class can have only
@@ -35,7 +35,7 @@ class HelpViewController : public platform::UIViewController,
                            public platform::WKUIDelegate {
   public:
     explicit HelpViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
-    /// Make the screen that `coder` describes; absent when nothing can be made from it.
+    /// Makes the screen that `coder` describes; absent when nothing can be made from it.
     [[nodiscard]] static std::shared_ptr<HelpViewController> initWithCoder(const platform::NSCoder& coder);
 
     std::string identifier = "showHelp"; // "showDocument", "showHelp", "showInfo"; any other shows nothing
@@ -50,11 +50,11 @@ class HelpViewController : public platform::UIViewController,
     /// Dismiss this screen.
     virtual void onButtonExit(const std::shared_ptr<platform::UIResponder>& sender);
 
-    /// Allow every navigation that has a URL; one without gets no answer.
+    /// Allows every navigation that has a URL; one without gets no answer.
     void
     decidePolicyFor(platform::WKWebView& view, const platform::WKNavigationAction& action,
                     const std::function<void(platform::WKNavigationActionPolicy)>& decisionHandler) override;
-    /// Allow what has no extension, PDF or HTML, cancel the rest; without a URL there is no answer.
+    /// Allows what has no extension, PDF or HTML, cancel the rest; without a URL there is no answer.
     void decidePolicyFor(
         platform::WKWebView& view, const platform::WKNavigationResponse& response,
         const std::function<void(platform::WKNavigationResponsePolicy)>& decisionHandler) override;
@@ -64,7 +64,7 @@ class HelpViewController : public platform::UIViewController,
                       const platform::WKNavigationAction& action,
                       const platform::WKWindowFeatures& windowFeatures) override;
 
-    /// Choose what the next appearance shows.
+    /// Chooses what the next appearance shows.
     virtual void prepareInfo(const std::string& which);
 
   protected:

@@ -26,7 +26,7 @@ class GraphTest : public EngineFixture {
     std::shared_ptr<InProcessEffect> quartering =
         std::make_shared<InProcessEffect>(InProcessEffect::Settings{0.25F, {"Notes"}});
 
-    /// Render until the sound on the left is `value`, which must then last.
+    /// Renders until the sound on the left is `value`, which must then last.
     void expectLasting(float value) {
         float last = -1;
         renderUntil([&] {

@@ -60,7 +60,7 @@ class ManagerTest : public testing::Test {
                  .identifier = identifier},
                 unit};
     }
-    /// Install the components, make a manager, and give the lines up to and with the one that starts with
+    /// Installs the components, make a manager, and returns the lines up to and with the one that starts with
     /// `last`.
     Lines linesUntil(const std::string& last, std::vector<InProcessProvider::Entry> entries) {
         provider = std::make_shared<InProcessProvider>(std::move(entries));

@@ -86,7 +86,7 @@ class ViewControllerTest : public platform::testing::ToolkitTest {
     }
 
     using Answer = std::function<void(std::shared_ptr<UIViewController>)>;
-    /// Make a unit that passes on how it is asked for its interface.
+    /// Makes a unit that passes on how it is asked for its interface.
     static std::shared_ptr<platform::AVAudioUnit> unitAsked(std::function<void(Answer)> onViewRequest) {
         const auto effect = std::make_shared<InProcessEffect>(InProcessEffect::Settings{});
         effect->onViewRequest = std::move(onViewRequest);

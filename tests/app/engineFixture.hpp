@@ -62,12 +62,12 @@ class EngineFixture : public testing::Test {
         return platform::URL::fileURLWithPath(scratch.file(name, bytes), false);
     }
 
-    /// Render until `done`, with the main queue running; give what was heard on the left.
+    /// Renders until `done`, with the main queue running; returns what was heard on the left.
     std::vector<float> renderUntil(const std::function<bool()>& done, double timeoutSeconds = 20);
     std::vector<float> render(int frames);
     static void runMainQueue() { platform::RunLoop::current().runFor(0.02); }
 
-    /// Give the lines since the last call, after the main queue has run.
+    /// Returns the lines since the last call, after the main queue has run.
     Lines takeLines() {
         runMainQueue();
         return output.take();
@@ -80,7 +80,7 @@ class EngineFixture : public testing::Test {
     std::shared_ptr<AUEnginePlayer> player;
 };
 
-/// Tell whether `lines` hold each of `wanted`, in that order, others between them allowed.
+/// Returns whether `lines` hold each of `wanted`, in that order, others between them allowed.
 [[nodiscard]] testing::AssertionResult holdInOrder(const Lines& lines, const Lines& wanted);
 [[nodiscard]] bool holdsLine(const Lines& lines, const std::string& start);
 

@@ -24,18 +24,18 @@ namespace tonewright::test {
 
 using Sound = std::vector<std::vector<float>>; // one vector for each channel
 
-/// Give samples of which no two neighbours, and no two channels, are alike: a frame out of place is seen.
+/// Returns samples of which no two neighbours, and no two channels, are alike: a frame out of place is seen.
 [[nodiscard]] Sound countingSound(std::uint32_t channels, std::size_t frames);
-/// Give a sine.
+/// Returns a sine.
 [[nodiscard]] Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames);
-/// Write `sound` as a wav file of floats.
+/// Writes `sound` as a wav file of floats.
 void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate);
-/// Write such a file, open it and remove it: what is open goes on playing.
+/// Writes such a file, opens it and removes it: what is open goes on playing.
 [[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate = 44100);
 [[nodiscard]] bool isSilent(const Sound& sound);
-/// Give `passes` copies of `sound`, one behind the other.
+/// Returns `passes` copies of `sound`, one behind the other.
 [[nodiscard]] Sound repeated(const Sound& sound, std::size_t passes);
-/// Give the index of the first frame in which they differ; the shorter length if there is none.
+/// Returns the index of the first frame in which they differ; the shorter length if there is none.
 [[nodiscard]] std::size_t firstDifference(const Sound& a, const Sound& b);
 
 /// An event that a test waits for, with a limit for a loaded machine.
@@ -92,14 +92,14 @@ struct OfflineEngine {
     OfflineEngine(const OfflineEngine&) = delete;
     OfflineEngine& operator=(const OfflineEngine&) = delete;
 
-    /// Schedule `file` again at every completion, `passes` times in all.
+    /// Schedules `file` again at every completion, `passes` times in all.
     void loop(const std::shared_ptr<platform::AVAudioFile>& file, int passes);
-    /// Put `node` between player and mixer.
+    /// Puts `node` between player and mixer.
     void insert(const std::shared_ptr<platform::AVAudioNode>& node);
-    /// Put a unit there that does this work.
+    /// Puts a unit there that does this work.
     std::shared_ptr<TestUnit> insertWork(std::function<void(const Block&)> work);
     void start();
-    /// Start with `passes` passes of a sound.
+    /// Starts with `passes` passes of a sound.
     void play(const Sound& pass, int passes);
     [[nodiscard]] Sound render(std::size_t frames) { return device->render(frames); }
 

@@ -18,7 +18,7 @@ namespace platform::test {
 
 using platform::testing::ToolkitTest;
 
-/// Ask for the unit's screen and wait for the answer.
+/// Asks for the unit's screen and waits for the answer.
 inline std::shared_ptr<UIViewController> requestScreen(AUAudioUnit& unit) {
     std::shared_ptr<UIViewController> controller;
     int calls = 0;
@@ -50,7 +50,7 @@ class EffectScreen {
     [[nodiscard]] UIView& panel() const { return *_shown.view; }
     [[nodiscard]] UIView& effect() const { return *_effect; }
 
-    /// Give the window that has the keyboard.
+    /// Returns the window that has the keyboard.
     [[nodiscard]] Window focusedWindow() const {
         Window window = None;
         int revert = 0;
@@ -58,7 +58,7 @@ class EffectScreen {
         return window;
     }
 
-    /// Give the keyboard to the window, as a window manager does.
+    /// Gives the keyboard to the window, as a window manager does.
     void focusWindow() const {
         XSetInputFocus(_display, topLevel(), RevertToParent, CurrentTime);
         XSync(_display, False);
@@ -72,7 +72,7 @@ class EffectScreen {
         CGRect childPlace; // in the socket
         bool isVisible = false;
     };
-    /// Find the effect's X window; absent when the top level has none.
+    /// Finds the effect's X window; absent when the top level has none.
     [[nodiscard]] std::optional<Socket> socket() const {
         Socket found;
         found.window = firstChild(topLevel());
@@ -90,7 +90,7 @@ class EffectScreen {
         return found;
     }
 
-    /// Count the pixels of each colour that the effect's window shows.
+    /// Counts the pixels of each colour that the effect's window shows.
     [[nodiscard]] std::map<unsigned long, int> colours() const {
         std::map<unsigned long, int> counts;
         const auto place = socket();

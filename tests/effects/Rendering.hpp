@@ -32,7 +32,8 @@ namespace platform::test {
 
 constexpr double Limit = 30; // seconds; generous, for a loaded machine
 
-/// Run the main loop until `done` answers true, asking every few milliseconds; tell whether it did in time.
+/// Runs the main loop until `done` answers true, asking every few milliseconds; returns whether it did in
+/// time.
 inline bool waitUntil(const std::function<bool()>& done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
     while (!done()) {
@@ -46,7 +47,7 @@ inline ComponentProvider& provider() {
     return *AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
 }
 
-/// Give the unit of an installed plug-in.
+/// Returns the unit of an installed plug-in.
 inline std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri) {
     auto made = provider().instantiate({{}, "", "", uri});
     if (!made) throw std::runtime_error(made.error().localizedDescription());
@@ -87,7 +88,7 @@ class Rendering {
     }
     void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }
 
-    /// Render so many blocks and give the largest magnitude; infinity when a sample is no number.
+    /// Renders so many blocks and returns the largest magnitude; infinity when a sample is no number.
     float loudestOf(int blocks) {
         float loudest = 0;
         for (; blocks > 0; --blocks) {

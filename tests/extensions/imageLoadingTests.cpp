@@ -36,7 +36,7 @@ class ImageLoading : public platform::testing::ToolkitTest {
   protected:
     ImageLoading() { _view->setImage(_former); }
 
-    /// Run `loadFrom` to its end; give its lines.
+    /// Runs `loadFrom` to its end; returns its lines.
     Lines load(const std::string& text) {
         CapturedOutput output;
         loadFrom(_view, text);
@@ -45,7 +45,7 @@ class ImageLoading : public platform::testing::ToolkitTest {
         return output.take();
     }
 
-    /// Run `getImageFromURLString` until its task has let the view go; give its lines.
+    /// Runs `getImageFromURLString` until its task has let the view go; returns its lines.
     Lines fetch(const std::string& text) {
         CapturedOutput output;
         getImageFromURLString(_view, text);
@@ -53,7 +53,7 @@ class ImageLoading : public platform::testing::ToolkitTest {
         return output.take();
     }
 
-    /// Give the width of the view's image: 0 for none, 7 for the one it had before.
+    /// Returns the width of the view's image: 0 for none, 7 for the one it had before.
     int width() const { return _view->image() ? static_cast<int>(_view->image()->size().width) : 0; }
 
     static std::shared_ptr<UIImage> image(const std::string& data) {

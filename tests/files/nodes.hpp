@@ -10,7 +10,7 @@
 
 namespace tonewright::test {
 
-/// Make attributes with the file number, the size, and dates of 1970 and 2026.
+/// Makes attributes with the file number, the size, and dates of 1970 and 2026.
 inline platform::FileAttributes attributesOf(std::uint64_t number, std::int64_t size) {
     using platform::FileAttributeKey;
     platform::FileAttributes attributes;
@@ -21,7 +21,7 @@ inline platform::FileAttributes attributesOf(std::uint64_t number, std::int64_t 
     return attributes;
 }
 
-/// Make a node; without a number it has no attributes.
+/// Makes a node; without a number it has no attributes.
 template <class Node = File>
 std::shared_ptr<Node> makeNode(std::string_view subpath, std::uint64_t number = 0, std::int64_t size = 0) {
     auto node = std::make_shared<Node>();
@@ -34,7 +34,7 @@ std::shared_ptr<Node> makeNode(std::string_view subpath, std::uint64_t number = 
     return node;
 }
 
-/// Make a node and let the tree find its parent, as a scan does.
+/// Makes a node and lets the tree find its parent, as a scan does.
 template <class Node = File>
 std::shared_ptr<Node> addNode(FileTree& tree, std::string_view subpath, std::uint64_t number = 0,
                               std::int64_t size = 0) {

@@ -33,7 +33,7 @@ struct Scanner {
     FileEnumerator enumerator;
     CapturedOutput output;
     fs::path start = fs::current_path();
-    /// Scan and give the lines.
+    /// Scans and returns the lines.
     Lines scan(const std::string& path) {
         enumerator.enumerate(path);
         return output.take();

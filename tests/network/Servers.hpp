@@ -19,15 +19,15 @@ namespace tonewright::test {
 ///   /file          a redirect to a file URL          /empty         200, nothing
 class HTTPServer {
   public:
-    /// Begin to listen; with `certificate`, the path of a PEM file, over TLS.
+    /// Begins to listen; with `certificate`, the path of a PEM file, over TLS.
     explicit HTTPServer(const std::string& certificate = "");
     ~HTTPServer();
     HTTPServer(const HTTPServer&) = delete;
     HTTPServer& operator=(const HTTPServer&) = delete;
 
-    /// Give the URL of `path` on this server.
+    /// Returns the URL of `path` on this server.
     [[nodiscard]] std::string url(const std::string& path) const { return _base + path; }
-    /// Give the byte that stands at `position` of the bytes that it sends.
+    /// Returns the byte that stands at `position` of the bytes that it sends.
     [[nodiscard]] static char byteAt(std::size_t position) {
         return static_cast<char>('a' + position * 7 % 26 + position / 65536 % 2);
     }
@@ -58,9 +58,9 @@ class BadServer {
     std::thread _thread;
 };
 
-/// Write all of `text` to a connection.
+/// Writes all of `text` to a connection.
 void sendAll(int connection, const std::string& text);
-/// Wait until the other side closes the connection.
+/// Waits until the other side closes the connection.
 void waitForClose(int connection);
 
 } // namespace tonewright::test

@@ -17,9 +17,9 @@ class CapturedOutput {
     CapturedOutput(const CapturedOutput&) = delete;
     CapturedOutput& operator=(const CapturedOutput&) = delete;
 
-    /// Give the lines written since construction or the last call of `take`.
+    /// Returns the lines written since construction or the last call of `take`.
     [[nodiscard]] std::vector<std::string> take();
-    /// Give the same lines and leave them to be taken.
+    /// Returns the same lines and leaves them to be taken.
     [[nodiscard]] std::vector<std::string> lines() const;
 
   private:

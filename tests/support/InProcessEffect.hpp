@@ -23,9 +23,9 @@ class InProcessEffect final : public platform::AUAudioUnit {
     };
     explicit InProcessEffect(Settings settings);
 
-    /// Give what `setMIDIOutputEventBlock` installed; empty when it was not called.
+    /// Returns what `setMIDIOutputEventBlock` installed; empty when it was not called.
     [[nodiscard]] const platform::MIDIOutputEventBlock& midiBlock() const { return _midiBlock; }
-    /// Answer the request for the interface, instead of "none".
+    /// Answers the request for the interface, instead of "none".
     std::function<void(std::function<void(std::shared_ptr<platform::UIViewController>)>)> onViewRequest;
 
     std::shared_ptr<platform::NodeProcessor> processor() override { return _processor; }
@@ -81,7 +81,7 @@ class InProcessProvider final : public platform::ComponentProvider {
     std::vector<Entry> _entries;
 };
 
-/// Make `effect` the only one that is found, and instantiate it; null after twenty seconds.
+/// Makes `effect` the only one that is found, and instantiates it; null after twenty seconds.
 [[nodiscard]] std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect);
 
 } // namespace tonewright::test

@@ -26,11 +26,11 @@ class Scratch {
     Scratch& operator=(const Scratch&) = delete;
 
     [[nodiscard]] const std::string& path() const { return _path; }
-    /// Give the path of `name` inside.
+    /// Returns the path of `name` inside.
     [[nodiscard]] std::string operator/(std::string_view name) const {
         return _path + "/" + std::string(name);
     }
-    /// Make a file, and the folders above it.
+    /// Makes a file, and the folders above it.
     std::string file(std::string_view name, std::string_view content = "") const {
         const std::string path = *this / name;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
@@ -47,7 +47,7 @@ class Scratch {
     std::string _path;
 };
 
-/// Give the whole content of a file.
+/// Returns the whole content of a file.
 inline std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};

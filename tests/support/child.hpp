@@ -16,7 +16,7 @@ namespace tonewright::test {
 /// The child's way to say that this machine does not let it try.
 inline constexpr int CannotTry = 77;
 
-/// Expect all of `body` to hold in a child process. A body that finds that the machine does not let it try
+/// Expects all of `body` to hold in a child process. A body that finds that the machine does not let it try
 /// ends the child with `CannotTry`: the test then counts as skipped.
 inline void holdsInChild(const std::function<void()>& body) {
     const pid_t child = ::fork();
@@ -30,7 +30,7 @@ inline void holdsInChild(const std::function<void()>& body) {
     EXPECT_EQ(status, 0);
 }
 
-/// Expect the same of `body` run as an ordinary user with these groups.
+/// Expects the same of `body` run as an ordinary user with these groups.
 inline void holdsInChildAs(uid_t user, gid_t group, const std::vector<gid_t>& groups,
                            const std::function<void()>& body) {
     holdsInChild([&] {

@@ -10,7 +10,7 @@
 
 namespace tonewright::test {
 
-/// Write 32-bit float samples, interleaved, as a WAV file (IEEE float, format tag 3).
+/// Writes 32-bit float samples, interleaved, as a WAV file (IEEE float, format tag 3).
 void writeWav(const std::string& path, std::uint32_t sampleRate, std::uint16_t channels,
               const std::vector<float>& interleaved);
 

@@ -46,7 +46,7 @@ class Pixels {
         gdk_texture_download(texture.get(), _bytes.data(), _stride);
     }
 
-    /// Give the colour at a pixel, opaque or not at all there.
+    /// Returns the colour at a pixel, opaque or not at all there.
     [[nodiscard]] Color at(int x, int y) const {
         const auto place =
             static_cast<std::size_t>(y) * _stride + std::size_t{4} * static_cast<std::size_t>(x);

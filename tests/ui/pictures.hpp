@@ -41,7 +41,7 @@ inline std::string encoded(const Picture& picture, const char* format) {
     return data;
 }
 
-/// Give `value` as `count` bytes, the least significant first.
+/// Returns `value` as `count` bytes, the least significant first.
 inline std::string little(std::int64_t value, int count) {
     std::string bytes;
     for (int i = 0; i < count; ++i) bytes += static_cast<char>(value >> (8 * i));
@@ -53,13 +53,13 @@ inline std::string big(std::int64_t value, int count) {
     return {bytes.rbegin(), bytes.rend()};
 }
 
-/// Give `data` as a file of 1 KiB.
+/// Returns `data` as a file of 1 KiB.
 inline std::string padded(std::string data) {
     data.resize(1024);
     return data;
 }
 
-/// Give the check of a PNG's chunk (RFC 2083, 15).
+/// Returns the check of a PNG's chunk (RFC 2083, 15).
 inline std::int64_t crc32(std::string_view bytes) {
     std::uint32_t check = 0xFFFFFFFFU;
     for (const char byte : bytes) {
@@ -86,7 +86,7 @@ inline std::string jpegHeader(std::int64_t width, std::int64_t height) {
            std::string("\0", 1) + "\xFF\xDA" + big(8, 2) + std::string("\x01\x01\0\0\x3F\0", 6) + "\xFF\xD9";
 }
 
-/// Give a GIF whose screen and whose one frame, filled with one colour as far as the data goes, have these
+/// Returns a GIF whose screen and whose one frame, filled with one colour as far as the data goes, have these
 /// sizes.
 inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t frameWidth,
                        std::int64_t frameHeight) {
@@ -95,7 +95,7 @@ inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t fra
            std::string("\x02\x44\x01\0", 4) + ";";
 }
 
-/// Give a TIFF with one strip, which begins behind the directory.
+/// Returns a TIFF with one strip, which begins behind the directory.
 inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
     std::string entries;
     const auto entry = [&](std::int64_t tag, std::int64_t value) {
@@ -113,7 +113,7 @@ inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
     return std::string("II*\0", 4) + little(8, 4) + little(9, 2) + entries + little(0, 4);
 }
 
-/// Give a JPEG that says how the camera was held (Exif 2.3, tag 0x0112).
+/// Returns a JPEG that says how the camera was held (Exif 2.3, tag 0x0112).
 inline std::string withOrientation(const std::string& jpeg, std::int64_t orientation) {
     const std::string exif = std::string("Exif\0\0II*\0", 10) + little(8, 4) + little(1, 2) +
                              little(0x112, 2) + little(3, 2) + little(1, 4) + little(orientation, 4) +

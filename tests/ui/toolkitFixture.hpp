@@ -18,7 +18,7 @@
 
 namespace platform::testing {
 
-/// Run the main loop until `done`, also where another thread brings it about without a word to the loop, or
+/// Runs the main loop until `done`, also where another thread brings it about without a word to the loop, or
 /// until twenty seconds have passed.
 inline bool waitFor(const std::function<bool()>& done) {
     for (int turn = 0; turn < 2000; ++turn) {

@@ -79,13 +79,13 @@ class PageServer {
     int _port = 0;
 };
 
-/// Give a page whose script sets the title; titles tell a test what a page found.
+/// Returns a page whose script sets the title; titles tell a test what a page found.
 inline std::string page(const std::string& script) {
     return "<!DOCTYPE html><html><head><title>begun</title></head><body><script>" + script +
            "</script></body></html>";
 }
 
-/// Give the engine's widget in a web view; null before the first load.
+/// Returns the engine's widget in a web view; null before the first load.
 inline GtkWidget* engineOf(const UIView& view) {
     return gtk_widget_get_first_child(widgetOf(view));
 }
@@ -98,7 +98,7 @@ inline std::string titleOf(const UIView& view) {
     return text;
 }
 
-/// Give the processes below `parent`, this one if it is not said; the engine's are among them, below those
+/// Returns the processes below `parent`, this one if it is not said; the engine's are among them, below those
 /// that build their sandboxes.
 inline std::vector<int> childProcesses(const std::string& parent = "self") {
     std::vector<int> found;
@@ -114,7 +114,7 @@ inline std::vector<int> childProcesses(const std::string& parent = "self") {
     return found;
 }
 
-/// Give the process that shows pages; 0 when there is none.
+/// Returns the process that shows pages; 0 when there is none.
 inline int webProcess() {
     for (const int child : childProcesses()) {
         std::string name;

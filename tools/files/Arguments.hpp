@@ -21,7 +21,7 @@ struct Arguments {
     bool saysYes = false;
 };
 
-/// Read the arguments behind the program's name; absent, with a line on standard error, when they make no
+/// Reads the arguments behind the program's name; absent, with a line on standard error, when they make no
 /// sense.
 [[nodiscard]] std::optional<Arguments> readArguments(const std::vector<std::string_view>& words);
 

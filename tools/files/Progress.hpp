@@ -15,9 +15,9 @@ namespace tonewright::tool {
 
 class Progress {
   public:
-    /// Show what `state` gives, from now and then; it is called on the thread.
+    /// Shows what `state` gives, from now and then; it is called on the thread.
     explicit Progress(std::function<std::string()> state);
-    /// Take the line away.
+    /// Takes the line away.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

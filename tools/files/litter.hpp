@@ -23,8 +23,8 @@ struct Litter {
 /// not named. Absent when the directory cannot be opened. `seen` counts the items looked at.
 [[nodiscard]] std::optional<Litter> findLitter(const std::string& directory, std::atomic<std::int64_t>& seen);
 
-/// Give a path as one line: one with a newline begins with "\" instead of "/", and "\n" and "\\" in it stand
-/// for a newline and a "\".
+/// Returns a path as one line: one with a newline begins with "\" instead of "/", and "\n" and "\\" in it
+/// stand for a newline and a "\".
 [[nodiscard]] std::string lineOf(std::string path);
 
 /// Ask on the terminal whether `litter` may be deleted; false without a terminal to ask on.

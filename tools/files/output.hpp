@@ -9,15 +9,15 @@
 
 namespace tonewright::tool {
 
-/// Write `text` and one newline to the file `name`, or to standard output for "-"; false, with a line on
+/// Writes `text` and one newline to the file `name`, or to standard output for "-"; false, with a line on
 /// standard error, when that fails.
 [[nodiscard]] bool writeResult(std::string_view text, const std::string& name);
 
-/// Tell whether every line that was printed got out; if not, a line on standard error says so.
+/// Returns whether every line that was printed got out; if not, a line on standard error says so.
 [[nodiscard]] bool linesGotOut(const std::string& name);
 
-/// Let the lines go to the file `name` from now on, or stay on standard output for "-"; false, with a line on
-/// standard error, when it cannot be opened.
+/// Lets the lines go to the file `name` from now on, or stay on standard output for "-"; false, with a line
+/// on standard error, when it cannot be opened.
 [[nodiscard]] bool redirectOutput(const std::string& name);
 
 } // namespace tonewright::tool

@@ -19,7 +19,7 @@ namespace platform {
 
 class AudioReader {
   public:
-    /// Open the file at `path` and decode its first frames.
+    /// Opens the file at `path` and decodes its first frames.
     [[nodiscard]] static Result<std::unique_ptr<AudioReader>> open(const std::string& path);
     ~AudioReader();
     AudioReader(const AudioReader&) = delete;
@@ -28,11 +28,11 @@ class AudioReader {
     [[nodiscard]] AVAudioFormat format() const noexcept;
     [[nodiscard]] std::int64_t lengthFrames() const noexcept;
 
-    /// Write up to `capacity` frames into `planes` and give their number; 0 at the end of the pass only.
+    /// Writes up to `capacity` frames into `planes` and returns their number; 0 at the end of the pass only.
     [[nodiscard]] std::uint32_t read(float* const* planes, std::uint32_t capacity);
-    /// Tell whether the last frame of the pass is known to have been given.
+    /// Returns whether the last frame of the pass is known to have been given.
     [[nodiscard]] bool isAtEnd() const noexcept;
-    /// Stand at the first frame again; tell whether that worked. If not, the reader is of no more use.
+    /// Goes back to the first frame; returns whether that worked. If not, the reader is of no more use.
     [[nodiscard]] bool rewind();
 
   private:

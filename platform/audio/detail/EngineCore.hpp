@@ -34,7 +34,7 @@ class EngineCore final : public OutputClient, public std::enable_shared_from_thi
     [[nodiscard]] std::optional<Error> start();
     void stop();
     [[nodiscard]] bool isRunning() const;
-    /// Stop for good and end all threads.
+    /// Stops for good and ends all threads.
     void shutDown();
 
     void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept override;

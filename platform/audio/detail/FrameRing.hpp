@@ -16,7 +16,7 @@ namespace platform {
 
 class FrameRing {
   public:
-    /// Hold up to `capacity` frames of `channels` channels; empties.
+    /// Holds up to `capacity` frames of `channels` channels; empties.
     void configure(std::uint32_t channels, std::uint32_t capacity) {
         _channels = channels;
         _capacity = capacity;
@@ -30,7 +30,7 @@ class FrameRing {
 
     [[nodiscard]] std::uint32_t channels() const noexcept { return _channels; }
     [[nodiscard]] std::uint32_t capacity() const noexcept { return _capacity; }
-    /// Give the number of frames to read; to the reader at least that, to the writer at most.
+    /// Returns the number of frames to read; to the reader at least that, to the writer at most.
     [[nodiscard]] std::uint32_t readable() const noexcept {
         const std::uint64_t read = _read.load(std::memory_order_acquire);
         return static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - read);
@@ -50,7 +50,7 @@ class FrameRing {
         _written.store(_written.load(std::memory_order_relaxed) + frames, std::memory_order_release);
     }
 
-    /// Reader: copy up to `frames` frames behind `offset` in `planes`; give their number.
+    /// Reader: copy up to `frames` frames behind `offset` in `planes`; returns their number.
     std::uint32_t read(float* const* planes, std::uint32_t offset, std::uint32_t frames) noexcept {
         const std::uint64_t start = _read.load(std::memory_order_relaxed);
         const auto held = static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - start);

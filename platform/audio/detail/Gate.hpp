@@ -25,9 +25,9 @@ class Gate {
     }
     void leave() noexcept { _inside.store(false); }
 
-    /// Let the audio thread in. Control side.
+    /// Lets the audio thread in. Control side.
     void open() noexcept { _open.store(true); }
-    /// Let it in no more and wait until it is out: at most the length of one block's work. Control side.
+    /// Lets it in no more and waits until it is out: at most the length of one block's work. Control side.
     void close() noexcept {
         _open.store(false);
         while (_inside.load()) std::this_thread::sleep_for(std::chrono::microseconds(50));

@@ -29,23 +29,23 @@ class NodeGraph {
     NodeGraph& operator=(const NodeGraph&) = delete;
 
     [[nodiscard]] bool holds(const AVAudioNode& node) const { return _members.contains(&node); }
-    /// Take `node` in; a node that belongs to another graph is refused.
+    /// Takes `node` in; a node that belongs to another graph is refused.
     [[nodiscard]] bool attach(const NodePointer& node);
-    /// Cut the links of `node`; tell whether there were any.
+    /// Cuts the links of `node`; returns whether there were any.
     bool unlink(const AVAudioNode& node);
-    /// Take `node`, which no plan in use refers to any more, out.
+    /// Takes `node`, which no plan in use refers to any more, out.
     void detach(const AVAudioNode& node);
-    /// Link `from` to `to`. A link that is there already in the same format stays, with what flows in it.
+    /// Links `from` to `to`. A link that is there already in the same format stays, with what flows in it.
     void connect(const AVAudioNode& from, const AVAudioNode& to, std::optional<AVAudioFormat> format);
-    /// Cut the links into `node`; tell whether there were any.
+    /// Cuts the links into `node`; returns whether there were any.
     bool disconnectInput(const AVAudioNode& node);
 
-    /// Build the plan for an output of `format`. Processors that are not ready for its rate are made ready;
+    /// Builds the plan for an output of `format`. Processors that are not ready for its rate are made ready;
     /// none of these may be in use.
     [[nodiscard]] std::unique_ptr<RenderPlan> compile(const AVAudioFormat& format, bool offline);
     /// Tells all processors, and those that come, how many frames a block usually has. They may be in use.
     void setBlockFrames(std::uint32_t frames);
-    /// Say once for each node on standard error that it gave samples that are no numbers.
+    /// Says once for each node on standard error that it gave samples that are no numbers.
     void reportBadSamples();
 
   private:

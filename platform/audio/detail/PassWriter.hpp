@@ -26,13 +26,13 @@ class PassWriter {
         Finished, // the last frame of the pass is in the ring
     };
 
-    /// Begin a pass over `file` behind `silentFrames` frames of silence.
+    /// Begins a pass over `file` behind `silentFrames` frames of silence.
     void begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t silentFrames,
                const AVAudioFormat& ringFormat);
     [[nodiscard]] bool isUnderWay() const noexcept { return _file != nullptr; }
-    /// Write some frames of the pass.
+    /// Writes some frames of the pass.
     [[nodiscard]] Step write(FrameRing& ring);
-    /// Give the pass up and forget the state of conversion.
+    /// Gives up the pass and forgets the state of conversion.
     void abandon();
 
   private:

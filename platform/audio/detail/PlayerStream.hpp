@@ -45,24 +45,24 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void pause();
     void stop();
     [[nodiscard]] bool isPlaying() const;
-    /// End both threads' work for good; completions that were not called are dropped.
+    /// Ends both threads' work for good; completions that were not called are dropped.
     void shutDown();
 
-    /// Give frames at `rate` from now on, which pass a link of `linkRate`; `offline`: whoever renders calls
-    /// `provide` first. The engine's control side.
+    /// Returns frames at `rate` from now on, which pass a link of `linkRate`; `offline`: whoever renders
+    /// calls `provide` first. The engine's control side.
     void setOutput(double linkRate, double rate, bool offline);
     /// Offline only, on the thread that renders: decode here until `frames` frames of output are there; with
     /// the schedule empty, wait a while for what the last completion may still schedule, until `stop` is
     /// requested.
     void provide(std::uint32_t frames, const std::stop_token& stop);
-    /// Tell whether `provide` would have nothing to do. Offline only, on the thread that renders.
+    /// Returns whether `provide` would have nothing to do. Offline only, on the thread that renders.
     [[nodiscard]] bool isProvided(std::uint32_t frames);
 
-    /// Write `frames` frames (at most MaximumFrames) into `channels` planes. If `linkChannels` is not 0 and
+    /// Writes `frames` frames (at most MaximumFrames) into `channels` planes. If `linkChannels` is not 0 and
     /// narrower, the sound passes through that many channels. Audio thread.
     void render(float* const* planes, std::uint32_t channels, std::uint32_t linkChannels,
                 std::uint32_t frames) noexcept;
-    /// Give the number of blocks for which frames were missing while a pass was being played.
+    /// Returns the number of blocks for which frames were missing while a pass was being played.
     [[nodiscard]] std::uint64_t underruns() const noexcept { return _shared.underruns.load(); }
 
     static constexpr std::uint32_t MaximumFrames = 1024;

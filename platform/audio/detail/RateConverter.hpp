@@ -18,7 +18,7 @@ class RateConverter {
     RateConverter(const RateConverter&) = delete;
     RateConverter& operator=(const RateConverter&) = delete;
 
-    /// Give `frames` frames in `outputs`. `pull(planes, count)` must fill `count` frames, at most
+    /// Returns `frames` frames in `outputs`. `pull(planes, count)` must fill `count` frames, at most
     /// ChunkFrames.
     template <class Pull>
     void process(float* const* outputs, std::uint32_t frames, Pull&& pull) noexcept {
@@ -30,16 +30,16 @@ class RateConverter {
             done += drain(outputs, done, frames - done);
         }
     }
-    /// Push `frames` frames of `inputs` (at most ChunkFrames) and give what comes out of them, at most
+    /// Pushes `frames` frames of `inputs` (at most ChunkFrames) and returns what comes out of them, at most
     /// `capacity` frames; only for a converter that is never pulled. All of the input is used up if
     /// `capacity` is at least `outputBound(frames)`.
     std::uint32_t push(const float* const* inputs, std::uint32_t frames, float* const* outputs,
                        std::uint32_t capacity) noexcept;
     [[nodiscard]] std::uint32_t outputBound(std::uint32_t inputFrames) const noexcept;
-    /// Give the input frames that still stand between the last input and the output.
+    /// Returns the input frames that still stand between the last input and the output.
     [[nodiscard]] std::uint32_t tailFrames() const noexcept;
 
-    /// Forget the stream so far.
+    /// Forgets the stream so far.
     void reset() noexcept;
 
     static constexpr std::uint32_t ChunkFrames = 256;

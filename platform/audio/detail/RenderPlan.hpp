@@ -50,7 +50,7 @@ class RenderPlan {
     [[nodiscard]] PlaneSet mix(const std::vector<PlaneSet>& inputs, std::uint32_t channels);
     [[nodiscard]] PlaneSet process(std::shared_ptr<NodeProcessor> processor, const PlaneSet& input,
                                    std::shared_ptr<BadSamples> badSamples);
-    /// Say what is heard; of the format's number of channels.
+    /// Says what is heard; of the format's number of channels.
     void setOutput(PlaneSet output) { _output = std::move(output); }
 
     [[nodiscard]] const AVAudioFormat& format() const noexcept { return _format; }
@@ -58,7 +58,7 @@ class RenderPlan {
         return _players;
     }
 
-    /// Render `frames` frames, at most MaximumFrames, behind `offset` in `planes`. Tell whether the control
+    /// Renders `frames` frames, at most MaximumFrames, behind `offset` in `planes`. Tell whether the control
     /// side has something to look at. Audio thread.
     bool render(float* const* planes, std::uint32_t offset, std::uint32_t frames,
                 std::int64_t sampleTime) noexcept;

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// Map `frames` frames of `inputs` onto `outputs`; no plane of one is a plane of the other. One channel goes
+/// Maps `frames` frames of `inputs` onto `outputs`; no plane of one is a plane of the other. One channel goes
 /// to both sides of a pair at full level; a pair becomes one channel as its mean, so that what was made from
 /// one channel comes back unchanged; of more channels a pair takes the centre and its own rear side at -3 dB.
 /// Channels without a counterpart are silent.

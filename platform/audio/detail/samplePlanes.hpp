@@ -12,7 +12,7 @@
 
 namespace platform {
 
-/// Tell whether `value` is a number: neither an infinity nor NaN. (Integer arithmetic, which compilers
+/// Returns whether `value` is a number: neither an infinity nor NaN. (Integer arithmetic, which compilers
 /// vectorise.)
 [[nodiscard]] inline bool isFinite(float value) noexcept {
     return (std::bit_cast<std::uint32_t>(value) & 0x7f800000U) != 0x7f800000U;
@@ -21,13 +21,13 @@ namespace platform {
 /// Four samples' bits, which every processor takes at once.
 using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
 
-/// Read the four samples at `samples`; give all ones for those that are no numbers, and 0 for the others.
+/// Reads the four samples at `samples`; returns all ones for those that are no numbers, and 0 for the others.
 [[nodiscard]] inline FourSamples findBadSamples(const float* samples, FourSamples& bits) noexcept {
     std::memcpy(&bits, samples, sizeof bits);
     return reinterpret_cast<FourSamples>((bits & 0x7f800000U) == 0x7f800000U);
 }
 
-/// Tell whether all of `count` samples are numbers.
+/// Returns whether all of `count` samples are numbers.
 [[nodiscard]] inline bool allFinite(const float* samples, std::uint32_t count) noexcept {
     FourSamples bits;
     FourSamples bad{};
@@ -41,7 +41,7 @@ using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
     return anyBad == 0;
 }
 
-/// Copy `count` samples; zeros stand for what is no number.
+/// Copies `count` samples; zeros stand for what is no number.
 inline void copyFinite(const float* source, float* plane, std::uint32_t count) noexcept {
     std::uint32_t i = 0;
     for (; i + 16 <= count; i += 16) {
@@ -72,7 +72,7 @@ template <class Sample>
     }
 }
 
-/// Copy `count` samples that stand `Stride` apart (0: `stride`) into a plane.
+/// Copies `count` samples that stand `Stride` apart (0: `stride`) into a plane.
 template <std::size_t Stride, class Sample>
 inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
                         std::uint32_t count) noexcept {
@@ -80,7 +80,7 @@ inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
     for (std::uint32_t i = 0; i < count; ++i) plane[i] = sampleToFloat(source[i * step]);
 }
 
-/// Copy `count` frames from `first` on of a frame's data, planar or interleaved, into planes.
+/// Copies `count` frames from `first` on of a frame's data, planar or interleaved, into planes.
 template <class Sample>
 inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint32_t channels,
                          std::uint32_t first, float* const* planes, std::uint32_t count) noexcept {

@@ -46,7 +46,7 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     [[nodiscard]] AVAudioFormat format() const noexcept override;
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
-    /// Tell whether what plays now is heard.
+    /// Returns whether what plays now is heard.
     [[nodiscard]] bool isAudible() const;
 
   private:

@@ -22,7 +22,7 @@ class HardwareListener {
     HardwareListener(const HardwareListener&) = delete;
     HardwareListener& operator=(const HardwareListener&) = delete;
 
-    /// Fill the planes. Audio thread.
+    /// Fills the planes. Audio thread.
     virtual void hardwareRender(float* const* planes, const AVAudioFormat& format,
                                 std::uint32_t frames) noexcept = 0;
     virtual void hardwareFormatDidChange() noexcept = 0;
@@ -42,12 +42,12 @@ class HardwareDevice {
         enum class Kind { Opened, Absent, Refused } kind;
         std::optional<Error> error = std::nullopt; // of a refusal
     };
-    /// Connect, without sounding. Waits for the answer, for a bounded time; never prints. `listener` outlives
-    /// this.
+    /// Connects, without sounding. Waits for the answer, for a bounded time; never prints. `listener`
+    /// outlives this.
     [[nodiscard]] virtual Answer open(HardwareListener& listener) = 0;
-    /// Begin, or cease, to ask the listener for sound.
+    /// Begins, or ceases, to ask the listener for sound.
     virtual void run(bool running) noexcept = 0;
-    /// Give the format; at any time, from any thread.
+    /// Returns the format; at any time, from any thread.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
     /// Returns the frames that it will ask for at a time, as far as it is known; at any time, from any
     /// thread.

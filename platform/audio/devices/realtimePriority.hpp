@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Ask for real-time scheduling of this thread, if it has none yet; a refusal changes nothing. A system call:
-/// once, before the first block.
+/// Asks for real-time scheduling of this thread, if it has none yet; a refusal changes nothing. A system
+/// call: once, before the first block.
 inline void askForRealtimePriority() noexcept {
     int policy = SCHED_OTHER;
     sched_param parameter{};

@@ -34,7 +34,7 @@ class AudioUnit final : public AUAudioUnit {
     void requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) override;
 
     [[nodiscard]] Processor& lv2Processor() const noexcept { return *_processor; }
-    /// Take the one place for the effect's own interface; false while another has it. Main thread.
+    /// Takes the one place for the effect's own interface; false while another has it. Main thread.
     [[nodiscard]] bool claimInterface() noexcept { return !std::exchange(_hasInterface, true); }
     void releaseInterface() noexcept { _hasInterface = false; }
     /// Has the effect run on silence where the engine does not run it. What it sends as MIDI then is dropped:
@@ -53,7 +53,7 @@ class AudioUnit final : public AUAudioUnit {
     std::optional<AUAudioUnitPreset> _currentPreset;
 };
 
-/// Make the screen of the unit's effect: its own interface, a plain one when it has none that can be used,
+/// Makes the screen of the unit's effect: its own interface, a plain one when it has none that can be used,
 /// null when its own fails. Main thread.
 [[nodiscard]] std::shared_ptr<UIViewController> makeEffectViewController(std::shared_ptr<AudioUnit> unit);
 

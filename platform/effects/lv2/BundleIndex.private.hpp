@@ -33,14 +33,14 @@ struct IndexedBundle {
 
 class BundleIndex {
   public:
-    /// Read the bundles of the search path, in its order, those of one directory in byte order. A plug-in
+    /// Reads the bundles of the search path, in its order, those of one directory in byte order. A plug-in
     /// that several bundles have belongs to the first.
     [[nodiscard]] static BundleIndex read();
 
     [[nodiscard]] const std::vector<IndexedBundle>& bundles() const noexcept { return _bundles; }
-    /// Give the bundle in which the plug-in lives; null when none is installed.
+    /// Returns the bundle in which the plug-in lives; null when none is installed.
     [[nodiscard]] const IndexedBundle* bundleOf(const std::string& pluginURI) const noexcept;
-    /// Give the bundles that have something about the plug-in, its own first.
+    /// Returns the bundles that have something about the plug-in, its own first.
     [[nodiscard]] std::vector<const IndexedBundle*> bundlesAbout(const std::string& pluginURI) const;
 
   private:

@@ -21,7 +21,7 @@ namespace platform::lv2 {
 /// No instance is told of a longer block than this.
 inline constexpr std::uint32_t LongestBlock = 8192;
 
-/// Give the first of `required` that the host lacks; empty when it has all.
+/// Returns the first of `required` that the host lacks; empty when it has all.
 [[nodiscard]] std::string lackedFeature(const std::vector<std::string>& required);
 
 /// The log of LV2, which goes to standard error; its traces go nowhere. Any thread but the audio thread.
@@ -35,7 +35,7 @@ class ScratchDirectory {
     ScratchDirectory(const ScratchDirectory&) = delete;
     ScratchDirectory& operator=(const ScratchDirectory&) = delete;
 
-    /// Give the absolute path of `name` in it, with all directories on the way made. Any thread.
+    /// Returns the absolute path of `name` in it, with all directories on the way made. Any thread.
     [[nodiscard]] std::string pathFor(const std::string& name);
 
   private:
@@ -52,9 +52,9 @@ class Features {
     Features(const Features&) = delete;
     Features& operator=(const Features&) = delete;
 
-    /// Give the list for `instantiate`, ended by null; valid as long as this object.
+    /// Returns the list for `instantiate`, ended by null; valid as long as this object.
     [[nodiscard]] const LV2_Feature* const* list() const noexcept { return _list.data(); }
-    /// Give the list for a restore of state.
+    /// Returns the list for a restore of state.
     [[nodiscard]] const LV2_Feature* const* listForRestore() const noexcept { return _listForRestore.data(); }
     /// Changes the block length and returns the options that tell of it, ended by an empty one; valid until
     /// the next call.

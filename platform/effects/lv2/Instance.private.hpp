@@ -35,7 +35,7 @@ class Instance {
     /// Once. Calls into the plug-in without a lock, since it may not return.
     [[nodiscard]] std::optional<Error> load(const Plugin& plugin);
 
-    /// Give the plug-in's own operations. Audio side: `connect_port` and `run` alone.
+    /// Returns the plug-in's own operations. Audio side: `connect_port` and `run` alone.
     [[nodiscard]] LilvInstance* get() noexcept { return &_instance; }
     [[nodiscard]] double sampleRate() const noexcept { return _setup.sampleRate; }
     [[nodiscard]] Worker& worker() noexcept { return _worker; }

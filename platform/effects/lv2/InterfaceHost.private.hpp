@@ -16,7 +16,7 @@
 
 namespace platform::lv2 {
 
-/// Give the first feature that the interface requires and the host lacks; empty when it has all.
+/// Returns the first feature that the interface requires and the host lacks; empty when it has all.
 [[nodiscard]] std::string lackedInterfaceFeature(const Interface& interface);
 
 class InterfaceHost {
@@ -28,7 +28,7 @@ class InterfaceHost {
         std::function<void(int width, int height)> takeSize; // called when it asks for one, in device pixels
     };
 
-    /// Load the interface and have it made, or tell in a sentence why not. The unit's place for an interface
+    /// Loads the interface and has it made, or tells in a sentence why not. The unit's place for an interface
     /// must have been claimed; it is released with the object.
     [[nodiscard]] static Result<std::unique_ptr<InterfaceHost>> make(std::shared_ptr<AudioUnit> unit,
                                                                      const Interface& interface, Place place);

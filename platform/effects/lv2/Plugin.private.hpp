@@ -67,8 +67,8 @@ struct Plugin {
 /// Returns the parameter of a control port as it is at `sampleRate`.
 [[nodiscard]] AUParameter parameterAt(const Port& port, double sampleRate);
 
-/// Give the type that the ports speak for: 'aumf' for audio and MIDI in, 'aufx' for audio in, 'aumu' for MIDI
-/// in without audio in, 'augn' for neither.
+/// Returns the type that the ports speak for: 'aumf' for audio and MIDI in, 'aufx' for audio in, 'aumu' for
+/// MIDI in without audio in, 'augn' for neither.
 [[nodiscard]] std::uint32_t componentTypeOf(const Plugin& plugin) noexcept;
 
 } // namespace platform::lv2

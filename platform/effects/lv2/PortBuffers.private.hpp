@@ -37,25 +37,25 @@ class PortBuffers {
     void takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept;
     /// Bring in what was set and sent, before a run. Audio side.
     void beforeRun() noexcept;
-    /// Hand out what the run gave; its first frame is frame `sampleTime` of the engine. Audio side.
+    /// Hands out what the run gave; its first frame is frame `sampleTime` of the engine. Audio side.
     void afterRun(std::int64_t sampleTime, std::uint32_t frames, MIDIOutputDelivery* midi) noexcept;
 
     [[nodiscard]] std::uint32_t inputChannels() const noexcept { return _inputChannels; }
     [[nodiscard]] std::uint32_t outputChannels() const noexcept { return _outputChannels; }
     [[nodiscard]] std::uint32_t sequenceBytes() const noexcept { return _sequenceBytes; }
 
-    /// Give the value of a control port, and set it as it is. Any thread.
+    /// Returns the value of a control port, and sets it as it is. Any thread.
     [[nodiscard]] float value(std::uint32_t port) const noexcept;
     void setValue(std::uint32_t port, float value) noexcept;
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept;
     /// Brings the values of inputs whose bounds follow the sample rate within these. Control side.
     void limitValues(const std::vector<Port>& ports, double sampleRate);
 
-    /// Queue one atom, head and body, for an atom input; false when it finds no room. Control side.
+    /// Queues one atom, head and body, for an atom input; false when it finds no room. Control side.
     bool send(std::uint32_t port, std::span<const std::byte> atom);
     /// Have the events of the atom outputs kept for an interface. Control side.
     void setListening(bool isListening) noexcept { _isListening = isListening; }
-    /// Take the next event of an atom output for the interface: the number of its port, then the atom. One
+    /// Takes the next event of an atom output for the interface: the number of its port, then the atom. One
     /// control-side thread.
     bool receive(std::vector<std::byte>& event) { return _toInterface.read(event); }
 

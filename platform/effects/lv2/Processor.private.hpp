@@ -43,17 +43,17 @@ class Processor final : public NodeProcessor {
 
     [[nodiscard]] const Plugin& plugin() const noexcept { return _plugin; }
     [[nodiscard]] PortBuffers& buffers() noexcept { return *_buffers; }
-    /// Give the delivery of MIDI events; null when the plug-in has no MIDI output.
+    /// Returns the delivery of MIDI events; null when the plug-in has no MIDI output.
     [[nodiscard]] MIDIOutputDelivery* midi() noexcept { return _midi.get(); }
     [[nodiscard]] const std::shared_ptr<World>& world() const noexcept { return _world; }
     /// Returns the rate of the instance, or of the last one.
     [[nodiscard]] double sampleRate() const noexcept { return _sampleRate; }
 
-    /// Give the whole state as text. Control side.
+    /// Returns the whole state as text. Control side.
     [[nodiscard]] std::string saveState() const;
-    /// Set everything from the text of `saveState`. Control side.
+    /// Sets everything from the text of `saveState`. Control side.
     [[nodiscard]] std::optional<Error> restoreState(const std::string& text);
-    /// Set everything that the preset `uri` holds. Control side.
+    /// Sets everything that the preset `uri` holds. Control side.
     [[nodiscard]] std::optional<Error> restorePreset(const std::string& uri);
 
   private:

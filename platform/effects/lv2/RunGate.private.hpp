@@ -13,11 +13,11 @@ namespace platform::lv2 {
 
 class RunGate {
   public:
-    /// Enter unless the other side is inside. Both sides.
+    /// Enters unless the other side is inside. Both sides.
     [[nodiscard]] bool tryEnter() noexcept { return !_isTaken.exchange(true, std::memory_order_acquire); }
     void leave() noexcept { _isTaken.store(false, std::memory_order_release); }
 
-    /// Wait until the audio side is outside, then keep it there until the scope ends. Control side.
+    /// Waits until the audio side is outside, then keeps it there until the scope ends. Control side.
     class Closed {
       public:
         explicit Closed(RunGate& gate)

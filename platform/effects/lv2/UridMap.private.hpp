@@ -17,15 +17,15 @@ namespace platform::lv2 {
 
 class UridMap {
   public:
-    /// Give the one map of the process.
+    /// Returns the one map of the process.
     [[nodiscard]] static UridMap& shared();
 
-    /// Give the number of `uri`, always the same, never 0.
+    /// Returns the number of `uri`, always the same, never 0.
     [[nodiscard]] LV2_URID map(std::string_view uri);
-    /// Give the URI behind a number, valid for ever; null for one that was never given out.
+    /// Returns the URI behind a number, valid for ever; null for one that was never given out.
     [[nodiscard]] const char* unmap(LV2_URID urid) const;
 
-    /// Give the operations as plug-ins take them.
+    /// Returns the operations as plug-ins take them.
     [[nodiscard]] LV2_URID_Map* mapFeature() noexcept { return &_mapFeature; }
     [[nodiscard]] LV2_URID_Unmap* unmapFeature() noexcept { return &_unmapFeature; }
 

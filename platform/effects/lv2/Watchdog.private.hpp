@@ -17,7 +17,7 @@ class Watchdog {
   public:
     static constexpr auto Patience = std::chrono::seconds(5);
 
-    /// Watch the scope that begins here. `what` begins the sentence.
+    /// Watches the scope that begins here. `what` begins the sentence.
     explicit Watchdog(std::string what);
     ~Watchdog();
     Watchdog(const Watchdog&) = delete;

@@ -22,10 +22,10 @@ class Worker {
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    /// Give the feature for the plug-in's `instantiate`. Requests made through it are carried out once the
+    /// Returns the feature for the plug-in's `instantiate`. Requests made through it are carried out once the
     /// worker was started. Its one caller is the thread that runs the plug-in.
     [[nodiscard]] LV2_Worker_Schedule* schedule() noexcept { return &_schedule; }
-    /// Give the feature for a restore of state: the work is done inside the call. Control side.
+    /// Returns the feature for a restore of state: the work is done inside the call. Control side.
     [[nodiscard]] LV2_Worker_Schedule* scheduleForRestore() noexcept { return &_scheduleForRestore; }
 
     /// Serve the plug-in `handle`, once; without an interface there is nothing to do. Control side.
@@ -33,7 +33,7 @@ class Worker {
     /// Finish the work under way, drop the rest and end the thread. Control side; no `run` may be under way.
     void stop();
 
-    /// Hand the answers that have come to the plug-in. Audio side, after each run.
+    /// Hands the answers that have come to the plug-in. Audio side, after each run.
     void deliverResponses() noexcept;
 
   private:

@@ -28,24 +28,24 @@ using Nodes = std::unique_ptr<LilvNodes, Releaser<lilv_nodes_free>>;
 
 class World {
   public:
-    /// Load the bundles about `pluginURI`. The plug-in is absent from the world when none has it.
+    /// Loads the bundles about `pluginURI`. The plug-in is absent from the world when none has it.
     World(const BundleIndex& index, const std::string& pluginURI);
 
-    /// Hold while anything of this world is used.
+    /// Holds while anything of this world is used.
     [[nodiscard]] std::mutex& mutex() noexcept { return _mutex; }
     [[nodiscard]] LilvWorld* get() const noexcept { return _world.get(); }
-    /// Give the plug-in; null when it is absent.
+    /// Returns the plug-in; null when it is absent.
     [[nodiscard]] const LilvPlugin* plugin() const noexcept { return _plugin; }
 
     [[nodiscard]] Node uri(const char* text) const { return Node(lilv_new_uri(_world.get(), text)); }
 
-    /// Read the plug-in's description.
+    /// Reads the plug-in's description.
     [[nodiscard]] Plugin describe() const;
-    /// Read its X11 interfaces, in a stable order.
+    /// Reads its X11 interfaces, in a stable order.
     [[nodiscard]] std::vector<Interface> interfaces() const;
     /// Returns what its other interfaces are made for, by name, in a stable order.
     [[nodiscard]] std::vector<std::string> otherInterfaceKinds() const;
-    /// Read its presets, in the order of their URIs.
+    /// Reads its presets, in the order of their URIs.
     [[nodiscard]] std::vector<Preset> presets() const;
 
   private:

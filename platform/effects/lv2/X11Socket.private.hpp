@@ -42,13 +42,13 @@ class X11Socket {
   public:
     using WindowId = unsigned long;
 
-    /// Make the window on the display of that name; none when the display does not answer.
+    /// Makes the window on the display of that name; none when the display does not answer.
     [[nodiscard]] static std::unique_ptr<X11Socket> make(const char* displayName);
     ~X11Socket();
     X11Socket(const X11Socket&) = delete;
     X11Socket& operator=(const X11Socket&) = delete;
 
-    /// Give the window to hand to the interface.
+    /// Returns the window to hand to the interface.
     [[nodiscard]] WindowId window() const noexcept;
     /// Returns the descriptor of the connection, which becomes readable when there is something to follow.
     [[nodiscard]] int connection() const noexcept;
@@ -66,13 +66,13 @@ class X11Socket {
     [[nodiscard]] PixelSize wantedSize() const noexcept;
     [[nodiscard]] PixelSize smallestSize() const noexcept;
 
-    /// Move under `parent`; absent: unmapped under the root.
+    /// Moves under `parent`; absent: unmapped under the root.
     void moveTo(std::optional<WindowId> parent);
-    /// Show the interface in the middle of `area` of the parent, as large as it wants to be there, cut off
+    /// Shows the interface in the middle of `area` of the parent, as large as it wants to be there, cut off
     /// outside `visible`. Does nothing when nothing changed.
     void place(const PixelRect& area, const PixelRect& visible);
     void hide();
-    /// Follow what the interface does with its window: its size, its end, its keys. Returns whether Escape
+    /// Follows what the interface does with its window: its size, its end, its keys. Returns whether Escape
     /// was pressed in it, which asks to leave it.
     [[nodiscard]] bool followChild();
 

@@ -31,7 +31,7 @@ struct Manifest {
     friend bool operator==(const Manifest&, const Manifest&) = default;
 };
 
-/// Read `manifest.ttl` in `bundlePath`. A damaged file gives what stands before the damage and is said on
+/// Reads `manifest.ttl` in `bundlePath`. A damaged file gives what stands before the damage and is said on
 /// standard error; one that cannot be read gives nothing.
 [[nodiscard]] Manifest readManifest(const std::string& bundlePath);
 

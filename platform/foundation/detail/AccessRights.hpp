@@ -21,13 +21,13 @@ struct Rights {
 
 class AccessRights {
   public:
-    /// Remember who the process is now.
+    /// Remembers who the process is now.
     AccessRights();
 
-    /// Give the rights to `name` in the open `directory`, whose status (links followed) is `status`.
+    /// Returns the rights to `name` in the open `directory`, whose status (links followed) is `status`.
     [[nodiscard]] Rights rightsTo(int directory, const char* name, const FileStatus& status);
-    /// Tell whether the process may remove an item with status `item` (links not followed) from the directory
-    /// with status `parent`, to which it has `rights`.
+    /// Returns whether the process may remove an item with status `item` (links not followed) from the
+    /// directory with status `parent`, to which it has `rights`.
     [[nodiscard]] bool mayRemove(const FileStatus& item, const FileStatus& parent,
                                  Rights rights) const noexcept;
 
@@ -53,7 +53,7 @@ class AccessRights {
     std::vector<Mount> _mounts;
 };
 
-/// Ask the system for one of R_OK, W_OK, X_OK with the process's effective identity.
+/// Asks the system for one of R_OK, W_OK, X_OK with the process's effective identity.
 [[nodiscard]] bool mayAccess(int directory, const char* name, int how) noexcept;
 
 } // namespace platform::detail

@@ -13,16 +13,16 @@ namespace platform::detail {
 
 class DirectoryListing {
   public:
-    /// Read the names of the open `directory`, without "." and "..", in place of those read before. Gives 0
+    /// Reads the names of the open `directory`, without "." and "..", in place of those read before. Gives 0
     /// or the error number; the names read until then stay.
     int read(int directory);
 
     /// Stand on the next name; false after the last one.
     [[nodiscard]] bool advance() noexcept;
     [[nodiscard]] bool isAtEnd() const noexcept { return _position == _entries.size(); }
-    /// Give the name stood on; valid until the next `read`.
+    /// Returns the name stood on; valid until the next `read`.
     [[nodiscard]] const char* name() const noexcept { return &_text[_entries[_position - 1].offset + 1]; }
-    /// Give its type as a directory tells it (DT_DIR, DT_UNKNOWN...).
+    /// Gives its type as a directory tells it (DT_DIR, DT_UNKNOWN...).
     [[nodiscard]] unsigned char type() const noexcept {
         return static_cast<unsigned char>(_text[_entries[_position - 1].offset]);
     }

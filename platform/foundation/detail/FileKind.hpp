@@ -23,12 +23,13 @@ struct FileKind {
     friend bool operator==(const FileKind&, const FileKind&) = default;
 };
 
-/// Give the number of `kind`, 1 or more, the same for equal kinds; 0 when the table (some millions) is full.
+/// Returns the number of `kind`, 1 or more, the same for equal kinds; 0 when the table (some millions) is
+/// full.
 [[nodiscard]] std::uint32_t numberOfKind(const FileKind& kind);
-/// Give the kind behind a number that `numberOfKind` gave.
+/// Returns the kind behind a number that `numberOfKind` gave.
 [[nodiscard]] const FileKind& kindOfNumber(std::uint32_t number) noexcept;
 
-/// Give the account's name, looked up once in the life of the process; absent when it has none.
+/// Returns the account's name, looked up once in the life of the process; absent when it has none.
 [[nodiscard]] std::optional<std::string> userName(std::uint32_t user);
 [[nodiscard]] std::optional<std::string> groupName(std::uint32_t group);
 

@@ -35,7 +35,7 @@ struct FileStatus {
     }
 };
 
-/// Read the status of `name` in the open directory; `flags` as statx takes them (AT_SYMLINK_NOFOLLOW,
+/// Reads the status of `name` in the open directory; `flags` as statx takes them (AT_SYMLINK_NOFOLLOW,
 /// AT_EMPTY_PATH). Gives 0 or the error number.
 [[nodiscard]] int readStatus(int directory, const char* name, int flags, FileStatus& status) noexcept;
 

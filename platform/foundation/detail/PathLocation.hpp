@@ -14,13 +14,13 @@ namespace platform::detail {
 
 class PathLocation {
   public:
-    /// Find `path`. Where a directory on the way cannot be opened, `error` tells why.
+    /// Finds `path`. Where a directory on the way cannot be opened, `error` tells why.
     explicit PathLocation(std::string_view path);
 
-    /// Give the directory to take `rest` from: an open one, or AT_FDCWD.
+    /// Returns the directory to take `rest` from: an open one, or AT_FDCWD.
     [[nodiscard]] int directory() const noexcept;
     [[nodiscard]] const char* rest() const noexcept { return _rest.c_str(); }
-    /// Give 0, or the error number for which there is no such place.
+    /// Returns 0, or the error number for which there is no such place.
     [[nodiscard]] int error() const noexcept { return _error; }
 
   private:
@@ -36,7 +36,7 @@ struct ParentAndName {
 };
 [[nodiscard]] ParentAndName splitPath(std::string_view path);
 
-/// Open the directory at `path`, of any length. Gives a descriptor, or sets `error`.
+/// Opens the directory at `path`, of any length. Gives a descriptor, or sets `error`.
 [[nodiscard]] Descriptor openDirectory(std::string_view path, int& error);
 
 } // namespace platform::detail

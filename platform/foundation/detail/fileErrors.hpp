@@ -12,10 +12,10 @@
 
 namespace platform::detail {
 
-/// Give the last component of `path` in apostrophes.
+/// Returns the last component of `path` in apostrophes.
 [[nodiscard]] std::string quotedName(std::string_view path);
 
-/// Make the error of an operation on the item at `path`, "The file 'x' couldn't be removed (Permission
+/// Makes the error of an operation on the item at `path`, "The file 'x' couldn't be removed (Permission
 /// denied).", from an error number and the operation's word, "removed".
 [[nodiscard]] Error itemError(int errorNumber, std::string_view path, std::string_view participle);
 [[nodiscard]] Error attributesError(int errorNumber, std::string_view path);

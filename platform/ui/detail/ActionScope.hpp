@@ -14,7 +14,7 @@ namespace platform {
 
 class InterfaceDescription;
 
-/// Make the scope for `description`; it does not keep it.
+/// Makes the scope for `description`; it does not keep it.
 [[nodiscard]] GObjectRef<GtkBuilderScope>
 makeActionScope(const std::shared_ptr<InterfaceDescription>& description);
 

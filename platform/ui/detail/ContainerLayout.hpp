@@ -9,13 +9,13 @@
 
 namespace platform {
 
-/// Give the type, registering it first.
+/// Returns the type, registering it first.
 [[nodiscard]] GType containerLayoutType();
 
-/// Set the frames of everything in `container`, laid out at the given size, and in the containers therein.
+/// Sets the frames of everything in `container`, laid out at the given size, and in the containers therein.
 void updateFrames(GtkWidget* container, double width, double height);
 
-/// Run `place` as the layout of `container` and tell its listener. Defined with the widget.
+/// Runs `place` as the layout of `container` and tells its listener. Defined with the widget.
 void layOut(GtkWidget* container, const std::function<void()>& place);
 
 } // namespace platform

@@ -16,7 +16,7 @@
 
 namespace platform {
 
-/// Give the type, registering it first.
+/// Returns the type, registering it first.
 [[nodiscard]] GType containerWidgetType();
 
 [[nodiscard]] bool isContainerWidget(GtkWidget* widget);
@@ -25,22 +25,23 @@ struct ContainerSize {
     double width;
     double height;
 };
-/// Give the size, in points, that a view has and lays its children out in; right also while it is hidden.
+/// Returns the size, in points, that a view has and lays its children out in; right also while it is hidden.
 [[nodiscard]] ContainerSize sizeOf(GtkWidget* widget);
 
-/// Give the children of `container` their frames now and their allocations with the next frame of the screen.
+/// Gives the children of `container` their frames now and their allocations with the next frame of the
+/// screen.
 void placeChildren(GtkWidget* container);
 
-/// Give the children of `container` new allocations with the next frame of the screen, and new frames then.
+/// Gives the children of `container` new allocations with the next frame of the screen, and new frames then.
 void queuePlacing(GtkWidget* container);
 
 /// Have `listener` called after each layout of `container`.
 void setLayoutListener(GtkWidget* container, std::function<void()> listener);
 
-/// Give the class that the interface description names as the controller's; empty when it names none.
+/// Returns the class that the interface description names as the controller's; empty when it names none.
 [[nodiscard]] const std::string& controllerClassOf(GtkWidget* container);
 
-/// Give the class that the interface description names as the view's; empty when it names none.
+/// Returns the class that the interface description names as the view's; empty when it names none.
 [[nodiscard]] const std::string& viewClassOf(GtkWidget* container);
 
 } // namespace platform

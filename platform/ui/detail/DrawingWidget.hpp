@@ -18,7 +18,7 @@ struct DrawingContent {
     bool isOutdated = true; // the picture must be drawn again
 };
 
-/// Give the type, registering it first.
+/// Returns the type, registering it first.
 [[nodiscard]] GType drawingWidgetType();
 [[nodiscard]] bool isDrawingWidget(GtkWidget* widget);
 [[nodiscard]] DrawingContent& contentOf(GtkWidget* widget);

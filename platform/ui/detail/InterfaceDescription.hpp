@@ -30,29 +30,29 @@ class UIWindow;
 
 class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescription> {
   public:
-    /// Read the resource `name`.ui of `bundle`; absent, with a sentence on standard error, when that fails.
+    /// Reads the resource `name`.ui of `bundle`; absent, with a sentence on standard error, when that fails.
     [[nodiscard]] static std::shared_ptr<InterfaceDescription> load(const std::string& name,
                                                                     const Bundle& bundle);
 
-    /// Give the class of the controller that the root view names; empty when it names none.
+    /// Returns the class of the controller that the root view names; empty when it names none.
     [[nodiscard]] std::string controllerClass() const;
-    /// Give the root view; absent when the description has none.
+    /// Returns the root view; absent when the description has none.
     [[nodiscard]] std::shared_ptr<UIView> view() const;
     [[nodiscard]] std::shared_ptr<UIWindow> window() const;
 
-    /// Give the object with the id `name`; absent when there is none or it is not a widget.
+    /// Returns the object with the id `name`; absent when there is none or it is not a widget.
     [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
 
-    /// Connect outlets and actions of `owner`, which from now on receives the actions. An action that it does
-    /// not have, or an object that does not fit its outlet, is said on standard error; the control stays
+    /// Connects outlets and actions of `owner`, which from now on receives the actions. An action that it
+    /// does not have, or an object that does not fit its outlet, is said on standard error; the control stays
     /// without effect, the outlet absent.
     void connect(const std::shared_ptr<UIViewController>& owner);
 
-    /// Give the name of the description to which the segue `identifier` leads; absent when there is no such
-    /// segue.
+    /// Returns the name of the description to which the segue `identifier` leads; absent when there is no
+    /// such segue.
     [[nodiscard]] std::optional<std::string> destinationOfSegue(const std::string& identifier) const;
 
-    /// Perform the action or the segue `selector` for `sender`. The handlers of the controls call it.
+    /// Performs the action or the segue `selector` for `sender`. The handlers of the controls call it.
     void perform(const std::string& selector, GtkWidget* sender);
     /// Note that a control names `selector` as its action.
     void noteAction(std::string selector) { _actions.insert(std::move(selector)); }

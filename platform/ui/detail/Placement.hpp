@@ -24,10 +24,10 @@ struct Placement {
     std::array<std::optional<LayoutEdge>, 4> constraints;
 };
 
-/// Give the placement of `widget`, which lives as long as the widget.
+/// Returns the placement of `widget`, which lives as long as the widget.
 [[nodiscard]] Placement& placementOf(GtkWidget* widget);
 
-/// Give the frame of a widget so placed in a superview of the given size; `mirrored` where text runs from
+/// Returns the frame of a widget so placed in a superview of the given size; `mirrored` where text runs from
 /// right to left.
 [[nodiscard]] CGRect frameFor(const Placement& placement, double width, double height, bool mirrored);
 

@@ -9,12 +9,12 @@
 
 namespace platform {
 
-/// Give the type "TonewrightSegue", registering it first.
+/// Returns the type "TonewrightSegue", registering it first.
 [[nodiscard]] GType segueObjectType();
 
 [[nodiscard]] bool isSegueObject(GObject* object);
 
-/// Give the name of the interface description to which the segue leads.
+/// Returns the name of the interface description to which the segue leads.
 [[nodiscard]] std::string destinationOf(GObject* segue);
 
 } // namespace platform

@@ -9,14 +9,14 @@
 
 namespace platform {
 
-/// Apply the style sheet `name`.css of the resources; without one the toolkit's own look stays.
+/// Applies the style sheet `name`.css of the resources; without one the toolkit's own look stays.
 void applyStyleSheet(const char* name);
 
-/// Follow the desktop's choice of light or dark (the settings portal's "color-scheme"), now and when it
+/// Follows the desktop's choice of light or dark (the settings portal's "color-scheme"), now and when it
 /// changes. It is asked for without waiting; where there is no portal the toolkit's own setting holds.
 void followColorScheme();
 
-/// Give `window`, which is realised, the icon `name`: its PNG files beside the resources.
+/// Gives `window`, which is realised, the icon `name`: its PNG files beside the resources.
 void showIcon(GtkWindow* window, const char* name);
 
 } // namespace platform

@@ -9,11 +9,11 @@
 
 namespace platform {
 
-/// Let Space, Enter and the mnemonic press `button` as the key goes down, once however long it is held.
+/// Lets Space, Enter and the mnemonic press `button` as the key goes down, once however long it is held.
 void pressAtOnce(GtkButton* button);
 
-/// Watch the keys of `window` for those that are held, and keep its shortcuts from answering to a held space
-/// bar.
+/// Watches the keys of `window` for those that are held, and keeps its shortcuts from answering to a held
+/// space bar.
 void watchHeldKeys(GtkWindow* window);
 
 } // namespace platform

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-/// Answer --help and --version on standard output and end the process; refuse any other argument with one
+/// Answers --help and --version on standard output and ends the process; refuses any other argument with one
 /// sentence on standard error and status 2. Return when there are no arguments.
 void answerCommandLine(int argc, char** argv);
 

@@ -15,14 +15,14 @@
 
 namespace platform {
 
-/// Give the window on which `presenter` is shown; null when it is on none.
+/// Returns the window on which `presenter` is shown; null when it is on none.
 [[nodiscard]] GtkWindow* windowOf(UIViewController& presenter);
 
-/// Give `text` as the toolkit takes it: valid UTF-8 without NUL, the rest replaced by U+FFFD; "…" instead of
-/// what follows the first `mostCharacters`, and lines that end within words longer than any.
+/// Returns `text` as the toolkit takes it: valid UTF-8 without NUL, the rest replaced by U+FFFD; "…" instead
+/// of what follows the first `mostCharacters`, and lines that end within words longer than any.
 [[nodiscard]] std::string showableText(std::string_view text, std::size_t mostCharacters = SIZE_MAX);
 
-/// Call `completion`, unless it is empty, in a later turn of the loop.
+/// Calls `completion`, unless it is empty, in a later turn of the loop.
 void callLater(std::function<void()> completion);
 
 } // namespace platform

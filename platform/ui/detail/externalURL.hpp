@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Open `url` by `xdg-open`, or by the desktop's portal where there is no such program, and return at once.
+/// Opens `url` by `xdg-open`, or by the desktop's portal where there is no such program, and return at once.
 /// `completion`, which may be empty, is called on the main queue with whether one of them took it. What goes
 /// wrong is said on standard error.
 void openOnDesktop(const URL& url, std::function<void(bool)> completion);

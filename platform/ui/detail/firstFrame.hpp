@@ -9,10 +9,10 @@
 
 namespace platform {
 
-/// Call `task` after the first frame of `window`, which must not have been shown yet.
+/// Calls `task` after the first frame of `window`, which must not have been shown yet.
 void afterFirstFrame(GtkWidget* window, std::function<void()> task);
 
-/// Write the monotonic time to standard error when the environment asks for it.
+/// Writes the monotonic time to standard error when the environment asks for it.
 void traceFirstFrame();
 
 } // namespace platform

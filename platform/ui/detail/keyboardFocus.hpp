@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// Keep the keys of `window` with its own controls while the pointer is over the X window of an effect's
+/// Keeps the keys of `window` with its own controls while the pointer is over the X window of an effect's
 /// interface. Window managers see to it; where there is none, the server would give the keys to whatever lies
 /// under the pointer.
 void keepKeysFromThePointer(GtkWindow* window);

@@ -10,7 +10,7 @@ namespace platform {
 /// toolkit's start, and changed to "1" before the engine's first page where no sandbox can be built.
 inline constexpr const char* SandboxVariable = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
 
-/// Start the toolkit on the X display; end the process with one sentence and status 1 when there is none.
+/// Starts the toolkit on the X display; ends the process with one sentence and status 1 when there is none.
 void startToolkit();
 
 } // namespace platform

@@ -12,12 +12,12 @@ namespace platform {
 /// The name under which translations are found: share/locale/LANGUAGE/LC_MESSAGES/tonewright.mo.
 inline constexpr const char* TextDomain = "tonewright";
 
-/// Give `text` in the user's language; itself when there is no translation.
+/// Returns `text` in the user's language; itself when there is no translation.
 [[nodiscard]] inline const char* translated(const char* text) {
     return g_dgettext(TextDomain, text);
 }
 
-/// Look for translations in `directory`.
+/// Looks for translations in `directory`.
 inline void findTranslationsIn(const char* directory) {
     bindtextdomain(TextDomain, directory);
     bind_textdomain_codeset(TextDomain, "UTF-8");

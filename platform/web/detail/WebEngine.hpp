@@ -31,9 +31,9 @@ class WebClient {
 class WebEngineView {
   public:
     virtual ~WebEngineView() = default;
-    /// Give the widget, which belongs to this object.
+    /// Returns the widget, which belongs to this object.
     [[nodiscard]] virtual GtkWidget* widget() const = 0;
-    /// Load `uri`; give up after `timeoutSeconds` without any progress.
+    /// Loads `uri`; gives up after `timeoutSeconds` without any progress.
     virtual void load(const std::string& uri, double timeoutSeconds) = 0;
     virtual void loadHTML(const std::string& html, const std::string& baseURI) = 0;
 };
@@ -42,7 +42,7 @@ class WebEngineView {
 using MakeWebEngineView = WebEngineView*(WebClient& client);
 inline constexpr const char* MakeWebEngineViewSymbol = "tonewrightMakeWebEngineView";
 
-/// Make a view, opening the module first if that has not been done; absent, with a sentence on standard
+/// Makes a view, opening the module first if that has not been done; absent, with a sentence on standard
 /// error, when it cannot be opened.
 [[nodiscard]] std::unique_ptr<WebEngineView> makeWebEngineView(WebClient& client);
 

@@ -19,7 +19,7 @@ class PageTimeout {
     /// Have `onTimeout` called when `seconds` pass between `start` or `restart` and `stop`.
     void set(double seconds, std::function<void()> onTimeout);
     void start();
-    /// Begin to count anew, if it counts.
+    /// Begins to count anew, if it counts.
     void restart();
     void stop();
 

@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Give the HTML of a page that says `title`, `sentence` and the place that was wanted, in light or dark as
-/// the desktop has it.
+/// Returns the HTML of a page that says `title`, `sentence` and the place that was wanted, in light or dark
+/// as the desktop has it.
 [[nodiscard]] std::string errorPage(const std::string& title, const std::string& sentence,
                                     const std::string& uri);
 

@@ -8,11 +8,11 @@
 
 namespace platform {
 
-/// Answer dialogs, permissions, file choosers, printing and the like of pages in `view` with no, and leave in
-/// the context menu what stays inside the view.
+/// Answers dialogs, permissions, file choosers, printing and the like of pages in `view` with no, and leave
+/// in the context menu what stays inside the view.
 void refuseWhatPagesAskFor(WebKitWebView* view);
 
-/// Cancel every download of `session`.
+/// Cancels every download of `session`.
 void refuseDownloads(WebKitNetworkSession* session);
 
 } // namespace platform

@@ -19,35 +19,36 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     AnimationSequencer(const AnimationSequencer&) = delete;
     AnimationSequencer& operator=(const AnimationSequencer&) = delete;
 
-    /// Place `item`, which should be set up by now, at frame `at`. The start frame is written into the
+    /// Places `item`, which should be set up by now, at frame `at`. The start frame is written into the
     /// animator: one that is placed twice, or in two sequencers, has the start frame given last.
     virtual void add(std::shared_ptr<Animator> item, std::int64_t at);
-    /// Take the first placement of `item` out, if there is an item; one that is no member is fatal. If it is
+    /// Takes the first placement of `item` out, if there is an item; one that is no member is fatal. If it is
     /// in play it plays on.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Let go of all members. Those in play play on, and the length of the time line stays.
+    /// Lets go of all members. Those in play play on, and the length of the time line stays.
     virtual void removeAll();
     [[nodiscard]] virtual std::int64_t getCount();
-    /// Give the number of members in play.
+    /// Returns the number of members in play.
     [[nodiscard]] virtual std::int64_t getCurrentCount();
     [[nodiscard]] virtual std::int64_t getCurrentFrame();
-    /// Give the position of the member that came into play last.
+    /// Returns the position of the member that came into play last.
     [[nodiscard]] virtual std::int64_t getCurrentIndex();
-    /// Advance and tick from a timer of the calling thread, from the present frame on. A timer that runs
+    /// Advances and tick from a timer of the calling thread, from the present frame on. A timer that runs
     /// already is left running as well.
     virtual void start();
-    /// Stop the timer and go back to frame 0. Members in play stay in play.
+    /// Stops the timer and goes back to frame 0. Members in play stay in play.
     virtual void stop();
-    /// Hold all movement. The frame still advances, so that what is passed comes into play late.
+    /// Holds all movement. The frame still advances, so that what is passed comes into play late.
     virtual void pause();
     virtual void continue_();
-    /// Rewind every member; the sequencer's frame stays.
+    /// Rewinds every member; the sequencer's frame stays.
     virtual void rewind();
-    /// Go to frame `to`: members that start before it are stopped, the others rewound. Beyond the end: stop.
+    /// Goes to frame `to`: members that start before it are stopped, the others rewound. Beyond the end:
+    /// stop.
     virtual void seek(std::int64_t to);
-    /// Do the work of one tick at the present frame.
+    /// Does the work of one tick at the present frame.
     virtual void animate();
-    /// Let the length of the time line grow to the latest end of a member.
+    /// Lets the length of the time line grow to the latest end of a member.
     virtual void calculateFrames();
 
   private:

@@ -22,7 +22,7 @@ namespace tonewright {
 
 class Animator : public std::enable_shared_from_this<Animator> {
   public:
-    /// Make an idle animator. Animators are owned by shared pointers: use std::make_shared, or `create`.
+    /// Makes an idle animator. Animators are owned by shared pointers: use std::make_shared, or `create`.
     Animator();
     virtual ~Animator();
     Animator(const Animator&) = delete;
@@ -38,29 +38,29 @@ class Animator : public std::enable_shared_from_this<Animator> {
         return animator;
     }
 
-    /// Arm for a movement from `source` to `destination` in `frames` frames of `interval` seconds. No frames,
-    /// fewer, or no distance: the first tick arrives. Leaves timer, `looped` and callbacks alone.
+    /// Arms for a movement from `source` to `destination` in `frames` frames of `interval` seconds. No
+    /// frames, fewer, or no distance: the first tick arrives. Leaves timer, `looped` and callbacks alone.
     virtual void setup(float source, float destination, std::int64_t frames, float interval = 0.009F,
                        EnumEasing type = EnumEasing::EASING_easeNone);
-    /// Arm for the way back.
+    /// Arms for the way back.
     virtual void reverse();
     /// Jump to the destination: arm for one frame and tick twice.
     virtual void undo();
     [[nodiscard]] virtual float getDestinationValue();
     [[nodiscard]] virtual float getSourceValue();
     [[nodiscard]] virtual float getValue();
-    /// Do one frame: report the value, then compute the next; after the last frame arrive, or turn.
+    /// Does one frame: report the value, then compute the next; after the last frame arrive, or turn.
     virtual void animate();
-    /// Tell whether the animator is idle: never set up, stopped, or arrived.
+    /// Returns whether the animator is idle: never set up, stopped, or arrived.
     [[nodiscard]] virtual bool isFinished();
-    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
     virtual void start();
-    /// Stop the timer (the one started last) and become idle; `looped` is cleared.
+    /// Stops the timer (the one started last) and becomes idle; `looped` is cleared.
     virtual void stop();
-    /// Arm again from the source, with the frames given to the last `setup`, straight and at 0.009 seconds.
+    /// Arms again from the source, with the frames given to the last `setup`, straight and at 0.009 seconds.
     virtual void rewind();
     virtual void setType(EnumEasing type);
-    /// Set the seconds per frame; holds from the next `start` on.
+    /// Sets the seconds per frame; holds from the next `start` on.
     virtual void setInterval(float interval);
 
     // The curves that overshoot may be replaced by a subclass; the arguments are those of `EasingFunction`.

@@ -10,7 +10,7 @@
 
 namespace tonewright {
 
-/// Do one frame. The caller keeps the animator alive: a callback may let go of every other reference.
+/// Does one frame. The caller keeps the animator alive: a callback may let go of every other reference.
 inline void Animator::tick() {
     if (_frames < 0) return;
     if (_step < _frames) {
@@ -30,7 +30,7 @@ inline void Animator::tick() {
     }
 }
 
-/// Do one frame as a group's member, through the overridable operation where something may be overridden.
+/// Does one frame as a group's member, through the overridable operation where something may be overridden.
 inline void Animator::tickInGroup() {
     if (_plain) {
         tick();
@@ -39,7 +39,7 @@ inline void Animator::tickInGroup() {
     }
 }
 
-/// Ask a group's member whether it is idle, in the same way.
+/// Asks a group's member whether it is idle, in the same way.
 inline bool Animator::hasFinished() {
     return _plain ? _frames < 0 : isFinished();
 }

@@ -18,24 +18,24 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     AnimatorChain(const AnimatorChain&) = delete;
     AnimatorChain& operator=(const AnimatorChain&) = delete;
 
-    /// Append `item`, if there is one.
+    /// Appends `item`, if there is one.
     virtual void add(std::shared_ptr<Animator> item);
-    /// Remove the first entry that is `item`, if there is an item; one that is no member is fatal. The
+    /// Removes the first entry that is `item`, if there is an item; one that is no member is fatal. The
     /// position of the chain stays.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Stop and let go of all members.
+    /// Stops and lets go of all members.
     virtual void removeAll();
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::int64_t getCurrentIndex();
-    /// Give the current member, if it is neither the first nor the last.
+    /// Returns the current member, if it is neither the first nor the last.
     [[nodiscard]] virtual std::shared_ptr<Animator> getCurrentItem();
-    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
     virtual void start();
-    /// Stop the timer and go back to the first member. Members keep their state.
+    /// Stops the timer and goes back to the first member. Members keep their state.
     virtual void stop();
-    /// Go backwards (`direction` true) or forwards from the next step on.
+    /// Goes backwards (`direction` true) or forwards from the next step on.
     virtual void setBackwards(bool direction);
-    /// Do one tick.
+    /// Does one tick.
     virtual void animate();
 
   private:
@@ -51,7 +51,7 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
   public:
     /// Seconds per tick; read by `start`.
     float interval = 0.005F;
-    /// Start members on their own timers, one per tick, instead of playing them in turn.
+    /// Starts members on their own timers, one per tick, instead of playing them in turn.
     bool async = false;
     /// Called with the current member on every tick, before it is advanced or started.
     Callback<AnimatorChain&, Animator&> onAnimation;

@@ -17,15 +17,15 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
     AnimatorStack(const AnimatorStack&) = delete;
     AnimatorStack& operator=(const AnimatorStack&) = delete;
 
-    /// Append `item`, if there is one. An animator added twice moves two frames per tick.
+    /// Appends `item`, if there is one. An animator added twice moves two frames per tick.
     virtual void add(std::shared_ptr<Animator> item);
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::vector<std::shared_ptr<Animator>> getItems();
-    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
     virtual void start();
-    /// Stop the timer and let go of all members.
+    /// Stops the timer and lets go of all members.
     virtual void stop();
-    /// Do one tick. A tick that finds nothing to move reports the end and stops.
+    /// Does one tick. A tick that finds nothing to move reports the end and stops.
     virtual void animate();
     virtual void reset();
 

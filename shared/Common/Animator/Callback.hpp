@@ -28,7 +28,7 @@ class Callback {
     constexpr Callback() noexcept = default;
     constexpr Callback(std::nullptr_t) noexcept {}
 
-    /// Hold a copy of `callable`; an empty function pointer, std::function or other nullable gives an empty
+    /// Holds a copy of `callable`; an empty function pointer, std::function or other nullable gives an empty
     /// one.
     template <class Callable>
     requires(!std::same_as<std::remove_cvref_t<Callable>, Callback> &&
@@ -53,7 +53,7 @@ class Callback {
     Callback(Callback&& other) noexcept
         : _storage(other._storage)
         , _operations(std::exchange(other._operations, nullptr)) {}
-    /// Take `other`'s callable; the old one is destroyed when it no longer runs.
+    /// Takes `other`'s callable; the old one is destroyed when it no longer runs.
     Callback& operator=(Callback other) noexcept {
         std::swap(_storage, other._storage);
         std::swap(_operations, other._operations);
@@ -64,7 +64,7 @@ class Callback {
     }
 
     [[nodiscard]] explicit operator bool() const noexcept { return _operations != nullptr; }
-    /// Call the callable, which must be there.
+    /// Calls the callable, which must be there.
     void operator()(Arguments... arguments) const {
         _operations->call(_storage, std::forward<Arguments>(arguments)...);
     }

@@ -59,10 +59,10 @@ enum class EnumEasing : std::int64_t {
     EASING_easeLast, ///< the end of the list; moves like EASING_easeNone
 };
 
-/// Give the kind whose raw value is `rawValue` (0 to 41), or none.
+/// Returns the kind whose raw value is `rawValue` (0 to 41), or none.
 [[nodiscard]] std::optional<EnumEasing> easingFromRawValue(std::int64_t rawValue) noexcept;
 
-/// Give the name of the function a kind selects ("easeInQuad"); "easeNone" for an unknown kind.
+/// Returns the name of the function a kind selects ("easeInQuad"); "easeNone" for an unknown kind.
 [[nodiscard]] std::string_view easingName(EnumEasing type) noexcept;
 
 /// Gives the value at frame `currentFrame` of a movement from `sourceValue` to `sourceValue + amount` in
@@ -72,7 +72,7 @@ enum class EnumEasing : std::int64_t {
 using EasingFunction = float (*)(std::int64_t currentFrame, float sourceValue, float amount,
                                  std::int64_t numFrames);
 
-/// Give the function a kind selects; `easeNone` for the end marker and any unknown value.
+/// Returns the function a kind selects; `easeNone` for the end marker and any unknown value.
 [[nodiscard]] EasingFunction easingFunction(EnumEasing type) noexcept;
 
 } // namespace tonewright

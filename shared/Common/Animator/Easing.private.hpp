@@ -28,7 +28,7 @@ inline constexpr float Pi = std::numbers::pi_v<float>;
     return static_cast<float>(frame);
 }
 
-/// Let a frame that was formed as a float pass as it comes back from its integer: unchanged, for it is a
+/// Lets a frame that was formed as a float pass as it comes back from its integer: unchanged, for it is a
 /// whole number; one outside the 64-bit range is fatal.
 [[nodiscard]] inline float wholeFrame(float value) {
     if (!(std::fabs(value) < 0x1p63F)) (void)platform::checkedInteger(static_cast<double>(value));
@@ -41,7 +41,7 @@ inline float easeNone(Frame t, float b, float c, Frame d) {
 
 // Quad, Cubic, Quart, Quint
 
-/// Give c * x * x * ... with `Power` factors x, multiplied from the left.
+/// Returns c * x * x * ... with `Power` factors x, multiplied from the left.
 template <int Power>
 [[nodiscard]] inline float timesPower(float c, float x) {
     if constexpr (Power == 0) {
@@ -51,7 +51,7 @@ template <int Power>
     }
 }
 
-/// Give x * x * ... with `Power` factors, multiplied from the left.
+/// Returns x * x * ... with `Power` factors, multiplied from the left.
 template <int Power>
 [[nodiscard]] inline float power(float x) {
     return timesPower<Power - 1>(x, x);
@@ -241,7 +241,7 @@ inline float easeInOutBounce(Frame t, float b, float c, Frame d) {
 
 // OutIn
 
-/// Run `out` at double speed over the first half and `in` over the second. With an odd number of frames the
+/// Runs `out` at double speed over the first half and `in` over the second. With an odd number of frames the
 /// second half begins at frame -1.
 template <class Out, class In>
 inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {

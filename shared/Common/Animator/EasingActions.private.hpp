@@ -8,7 +8,7 @@
 
 namespace tonewright {
 
-/// Give the action of `type` for an animator of the base class (`plain`: the formulas themselves) or of a
+/// Returns the action of `type` for an animator of the base class (`plain`: the formulas themselves) or of a
 /// subclass (Elastic and Back through the overridable functions). Unknown types move straight.
 [[nodiscard]] Animator::Action easingAction(EnumEasing type, bool plain) noexcept;
 

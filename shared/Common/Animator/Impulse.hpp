@@ -31,22 +31,22 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
         return impulse;
     }
 
-    /// Arm with an initial velocity of `amount` per tick, damped by the factor `intensity` on every tick of
+    /// Arms with an initial velocity of `amount` per tick, damped by the factor `intensity` on every tick of
     /// `interval` seconds, the first included. `frames` is kept and does not limit the motion. The value
     /// stays.
     virtual void setup(std::int64_t frames, float amount, float interval = 0.009F, float intensity = 0.75F);
-    /// Keep the value between `min` and `max`, both excluded, or let it free.
+    /// Keeps the value between `min` and `max`, both excluded, or frees it again.
     virtual void setMinMax(bool enabled, float min, float max);
-    /// Tick from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
     virtual void start();
-    /// Stop the timer and become idle, with value 0.
+    /// Stops the timer and becomes idle, with value 0.
     virtual void stop();
-    /// Do one tick.
+    /// Does one tick.
     virtual void animate();
     [[nodiscard]] virtual bool isFinished();
-    /// Give the initial velocity.
+    /// Returns the initial velocity.
     [[nodiscard]] virtual float getSourceValue();
-    /// Give the present value.
+    /// Returns the present value.
     [[nodiscard]] float getValue() const noexcept { return _value; }
 
   private:

@@ -31,18 +31,18 @@ class MemberList {
     MemberList& operator=(const MemberList&) = delete;
 
     void append(std::shared_ptr<Animator> item);
-    /// Remove everything.
+    /// Removes everything.
     void clear();
-    /// Remove the first entry that is `item`; tell whether there was one. `hint` is the position at which the
-    /// present walk stands, if any.
+    /// Removes the first entry that is `item`; returns whether there was one. `hint` is the position at which
+    /// the present walk stands, if any.
     [[nodiscard]] bool removeFirst(const Animator& item, std::size_t hint = None);
     [[nodiscard]] bool contains(const Animator& item);
     [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
-    /// Give the member at `index`, which is below the count. Never inside a walk.
+    /// Returns the member at `index`, which is below the count. Never inside a walk.
     [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index);
     [[nodiscard]] Members items() const;
 
-    /// Call `visit(animator, position)` for every member of this moment.
+    /// Calls `visit(animator, position)` for every member of this moment.
     template <class Visit>
     void walk(const Visit& visit) {
         if (_walkEnd > 0) { // a callback of the outer walk ticks the same group: rare, and worth a copy

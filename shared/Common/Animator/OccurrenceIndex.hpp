@@ -20,13 +20,13 @@ class OccurrenceIndex {
   public:
     static constexpr std::size_t None = std::numeric_limits<std::size_t>::max();
 
-    /// Make room for a list of `count` entries.
+    /// Makes room for a list of `count` entries.
     explicit OccurrenceIndex(std::size_t count);
     /// Note that `item` stands at the next position; `nullptr` notes a gap.
     void append(const Animator* item);
-    /// Give the first position of `item`, or None.
+    /// Returns the first position of `item`, or None.
     [[nodiscard]] std::size_t first(const Animator& item) const;
-    /// Forget the first position of `item`, which has one.
+    /// Forgets the first position of `item`, which has one.
     void removeFirst(const Animator& item);
 
   private:
@@ -41,7 +41,7 @@ class OccurrenceIndex {
 /// Decides between scan and index: the work that scans have done since the list was last in order.
 class ScanBudget {
   public:
-    /// Tell whether scans of a list of `count` entries have used up what an index costs.
+    /// Returns whether scans of a list of `count` entries have used up what an index costs.
     [[nodiscard]] bool exceeded(std::size_t count) const noexcept { return _looked > 4 * count + 64; }
     void spend(std::size_t looked) noexcept { _looked += looked; }
     void reset() noexcept { _looked = 0; }

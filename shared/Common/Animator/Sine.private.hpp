@@ -17,13 +17,13 @@
 
 namespace tonewright::easing {
 
-/// Give the cosine of `x`, |x| <= pi/4, from its square.
+/// Returns the cosine of `x`, |x| <= pi/4, from its square.
 [[nodiscard]] inline double cosineBySquare(double square) noexcept {
     const double high = -0x1.6c087e89a359dp-10 + square * 0x1.99343027bf8c3p-16;
     return 1 + square * (-0x1.ffffffd0c621cp-2 + square * (0x1.55553e1068f19p-5 + square * high));
 }
 
-/// Give the sine of `x`, |x| <= pi/4.
+/// Returns the sine of `x`, |x| <= pi/4.
 [[nodiscard]] inline double sineBySquare(double x) noexcept {
     const double square = x * x;
     const double high = 0x1.1107605230bc4p-7 + square * -0x1.994eb3774cf24p-13;
@@ -40,7 +40,7 @@ inline constexpr std::uint32_t FirstOctant = bitsOf(static_cast<float>(Pi64 / 4)
 inline constexpr std::uint32_t ThirdOctant = bitsOf(static_cast<float>(3 * Pi64 / 4)); // exclusive
 inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);           // inclusive
 
-/// Give the cosine of `x`, in radians; any value.
+/// Returns the cosine of `x`, in radians; any value.
 [[nodiscard]] inline float cosine(float x) noexcept {
     const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);
@@ -50,7 +50,7 @@ inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);    
     return std::cos(x);
 }
 
-/// Give the sine of `x`, in radians; any value.
+/// Returns the sine of `x`, in radians; any value.
 [[nodiscard]] inline float sine(float x) noexcept {
     const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);

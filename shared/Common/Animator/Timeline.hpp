@@ -36,28 +36,28 @@ class Timeline {
     /// Tell all time lines that the end of a placed animator may lie later than when it was measured.
     static void lengthChanged() noexcept;
 
-    /// Write `startFrame` into `item` and place it.
+    /// Writes `startFrame` into `item` and places it.
     void add(std::shared_ptr<Animator> item, std::int64_t startFrame);
-    /// Take out the first entry that is `item`; tell whether there was one.
+    /// Takes out the first entry that is `item`; returns whether there was one.
     [[nodiscard]] bool remove(const Animator& item);
     void clear();
     [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
-    /// Give the larger of `end` and the latest end (start frame and frames) of all members; overflow is
+    /// Returns the larger of `end` and the latest end (start frame and frames) of all members; overflow is
     /// fatal.
     [[nodiscard]] std::int64_t latestEnd(std::int64_t end);
 
-    /// Bring everything into its place, for `at` and `liesAhead`. Holds until the list is changed.
+    /// Brings everything into its place, for `at` and `liesAhead`. Holds until the list is changed.
     void putInOrder();
     [[nodiscard]] bool isInOrder() const noexcept {
         return _live == _entries.size() && _sorted == _entries.size();
     }
-    /// Give all members, in order.
+    /// Returns all members, in order.
     [[nodiscard]] std::vector<std::shared_ptr<Animator>> items();
-    /// Give the member at `index`, which is below the count.
+    /// Returns the member at `index`, which is below the count.
     [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index) const {
         return _entries[static_cast<std::size_t>(index)].animator;
     }
-    /// Tell whether the member at `index` and all after it are known to start later than at `frame`.
+    /// Returns whether the member at `index` and all after it are known to start later than at `frame`.
     [[nodiscard]] bool liesAhead(std::int64_t index, std::int64_t frame) const noexcept {
         return isTrusted() && _entries[static_cast<std::size_t>(index)].startFrame > frame;
     }

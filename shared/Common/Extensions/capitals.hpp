@@ -9,10 +9,10 @@
 
 namespace tonewright {
 
-/// Give a copy of the list: at first 197 names, from "Kabul" to "Harare".
+/// Returns a copy of the list: at first 197 names, from "Kabul" to "Harare".
 [[nodiscard]] std::vector<std::string> capitals();
 
-/// Replace the list.
+/// Replaces the list.
 void setCapitals(std::vector<std::string> names);
 
 } // namespace tonewright

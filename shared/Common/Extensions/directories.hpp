@@ -11,19 +11,19 @@
 
 namespace tonewright {
 
-/// Give the user's documents directory; absent before `getPaths`.
+/// Returns the user's documents directory; absent before `getPaths`.
 [[nodiscard]] std::optional<platform::URL> documentsURL();
-/// Give the application's resources directory; absent before `getPaths`.
+/// Returns the application's resources directory; absent before `getPaths`.
 [[nodiscard]] std::optional<platform::URL> resourcesURL();
-/// Give the places for shared audio and MIDI files. Nothing determines them: they are absent.
+/// Returns the places for shared audio and MIDI files. Nothing determines them: they are absent.
 [[nodiscard]] std::optional<platform::URL> sharedURLAudio();
 [[nodiscard]] std::optional<platform::URL> sharedURLMIDI();
 
 /// Determine the documents and resources directories and say them. A program without resources ends here.
 void getPaths();
 
-/// Make the directory at `url`, and those above it, unless something, be it a file, exists there; give false,
-/// and say why, when that fails.
+/// Makes the directory at `url`, and those above it, unless something, be it a file, exists there; returns
+/// false, and say why, when that fails.
 bool ensureDirectoryExists(const platform::URL& url);
 
 } // namespace tonewright

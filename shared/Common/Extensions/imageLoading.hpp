@@ -13,8 +13,8 @@ class UIImageView;
 
 namespace tonewright {
 
-/// Read and decode the image at `URLAddress` on the main queue, which waits for it, at most 60 s without any
-/// progress, and let `view` show it if it still exists by then. What cannot be read or decoded leaves the
+/// Reads and decodes the image at `URLAddress` on the main queue, which waits for it, at most 60 s without
+/// any progress, and let `view` show it if it still exists by then. What cannot be read or decoded leaves the
 /// view as it was. Any thread; the log follows the steps.
 void loadFrom(const std::shared_ptr<platform::UIImageView>& view, std::string_view URLAddress);
 

@@ -12,7 +12,7 @@ namespace tonewright {
 /// the main thread the line comes after those that the present work still writes itself.
 void safeprint(std::string text);
 
-/// Do the same; a name of its own for lines about errors.
+/// Does the same; a name of its own for lines about errors.
 void debugprint(std::string text);
 
 } // namespace tonewright

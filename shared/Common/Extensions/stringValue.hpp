@@ -9,7 +9,7 @@
 
 namespace tonewright {
 
-/// Give the four bytes of `code`, the most significant first, decoded as Mac OS Roman: always four
+/// Returns the four bytes of `code`, the most significant first, decoded as Mac OS Roman: always four
 /// characters, NUL and other controls included. 0x61756D66 gives "aumf".
 [[nodiscard]] std::string stringValue(std::uint32_t code);
 

@@ -10,7 +10,7 @@
 
 namespace tonewright {
 
-/// Give a text that no other call gives, after `withPrefix` and "-" when there is a prefix, be it empty.
+/// Returns a text that no other call gives, after `withPrefix` and "-" when there is a prefix, be it empty.
 [[nodiscard]] std::string uniqueName(std::optional<std::string_view> withPrefix);
 
 } // namespace tonewright

@@ -12,7 +12,7 @@ namespace tonewright {
 
 class CompactText {
   public:
-    /// Make the empty text.
+    /// Makes the empty text.
     CompactText() noexcept = default;
     explicit CompactText(std::string_view text);
     CompactText(CompactText&& other) noexcept;

@@ -56,13 +56,13 @@ class File : public FileBase {
     [[nodiscard]] const platform::FileAttributes& attributes() const noexcept { return _attributes; }
     void setAttributes(platform::FileAttributes value) noexcept { _attributes = std::move(value); }
 
-    /// Give `rootpath` + "/" + `subpath`.
+    /// Returns `rootpath` + "/" + `subpath`.
     [[nodiscard]] std::string getFilePath() const;
-    /// Give the last component of `subpath`, or of `rootpath` for the root.
+    /// Returns the last component of `subpath`, or of `rootpath` for the root.
     [[nodiscard]] std::string getFileName() const;
-    /// Give what follows the last "." of the last component of `subpath`; empty when it has none.
+    /// Returns what follows the last "." of the last component of `subpath`; empty when it has none.
     [[nodiscard]] std::string getFileExtension() const;
-    /// Give `subpath` without its last component.
+    /// Returns `subpath` without its last component.
     [[nodiscard]] std::string getParentPath() const;
 
     // Attributes. Without any, the numbers are -1, the dates are now and the texts "(invalid attribute)"; one
@@ -76,23 +76,23 @@ class File : public FileBase {
     [[nodiscard]] platform::NSNumber getFileSize() const;
     [[nodiscard]] std::string getFileSizeFormatted() const;
 
-    /// Set the expansion of this node and all below it; a plain file stays collapsed.
+    /// Sets the expansion of this node and all below it; a plain file stays collapsed.
     virtual void setExpanded(bool value);
-    /// Append this node, which `self` owns, and the visible ones below it to `list`.
+    /// Appends this node, which `self` owns, and the visible ones below it to `list`.
     virtual void makeExpandedList(const std::shared_ptr<File>& self, FileList& list);
-    /// Look for the item whose file number has the text `uid`, here (`self` owns this node) and below; put it
-    /// in `found` and print a line.
+    /// Looks for the item whose file number has the text `uid`, here (`self` owns this node) and below; puts
+    /// it in `found` and print a line.
     void findFileWithUID(std::string_view uid, const std::shared_ptr<File>& self,
                          std::shared_ptr<File>& found);
 
-    /// Append the node's XML, for a folder that of everything below it too, indented by `indent` tabs.
+    /// Appends the node's XML, for a folder that of everything below it too, indented by `indent` tabs.
     void xml(std::string& result, std::int64_t indent = 0) const;
-    /// Append one element, for files and folders alike.
+    /// Appends one element, for files and folders alike.
     void list(std::string& result) const;
     void dumpout() const override;
 
     // What walks over whole trees use instead of the texts above: the same, without making texts.
-    /// Give this as a folder; null when it is none.
+    /// Gives this as a folder; null when it is none.
     [[nodiscard]] virtual Folder* asFolder() noexcept { return nullptr; }
     [[nodiscard]] virtual std::string_view className() const noexcept { return "File"; }
     virtual void find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
@@ -103,21 +103,21 @@ class File : public FileBase {
     void writeSubpath(TextWriter& writer) const;
     void writeFileSize(TextWriter& writer) const;
     void writeDates(TextWriter& writer) const;
-    /// Give `getFileName`, `subpath` and `getParentPath`; valid as long as the paths are not assigned.
+    /// Returns `getFileName`, `subpath` and `getParentPath`; valid as long as the paths are not assigned.
     [[nodiscard]] std::string_view fileName() const noexcept;
     [[nodiscard]] NodePath path() const noexcept { return {_location, &*_location, namePart()}; }
     [[nodiscard]] NodePath parentPath() const;
-    /// Give the part of `subpath` up to its last "/", and what follows.
+    /// Returns the part of `subpath` up to its last "/", and what follows.
     [[nodiscard]] const NodeLocation::Reference& location() const noexcept { return _location; }
     [[nodiscard]] std::string_view namePart() const noexcept { return _name.view(); }
 
     /// Remember that a parent index relies on this node's `subpath` and `isDirectory`.
     void becomeIndexed() noexcept { _isIndexed = true; }
-    /// Give the number of assignments so far, in the whole process, that made some index wrong.
+    /// Returns the number of assignments so far, in the whole process, that made some index wrong.
     [[nodiscard]] static std::uint64_t relabelings() noexcept;
 
   protected:
-    /// Print the lines of the fields that this very class declares.
+    /// Prints the lines of the fields that this very class declares.
     virtual void dumpFields(const std::string& head, const std::string& attributesText) const;
 
   private:

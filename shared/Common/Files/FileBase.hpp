@@ -12,7 +12,7 @@ namespace tonewright {
 
 class FileBase {
   public:
-    /// Take the next number of the process.
+    /// Takes the next number of the process.
     FileBase();
     virtual ~FileBase() = default;
     FileBase(const FileBase&) = delete;
@@ -29,13 +29,13 @@ class FileBase {
     [[nodiscard]] std::int64_t _indent() const noexcept { return _indentField; }
     void set_indent(std::int64_t value) noexcept { _indentField = value; }
 
-    /// Give the number of the node created last in the process. Any thread.
+    /// Returns the number of the node created last in the process. Any thread.
     [[nodiscard]] static std::int64_t lastID() noexcept;
 
     [[nodiscard]] std::int64_t getID() const noexcept { return _id; }
-    /// Give the number as decimal text.
+    /// Returns the number as decimal text.
     [[nodiscard]] std::string getIDFormatted() const { return std::to_string(_id); }
-    /// Print one line with the fields.
+    /// Prints one line with the fields.
     virtual void dumpout() const;
 
   private:

@@ -49,25 +49,25 @@ class FileEnumerator : public platform::FileManagerDelegate {
     FileEnumerator(const FileEnumerator&) = delete;
     FileEnumerator& operator=(const FileEnumerator&) = delete;
 
-    /// Give the one instance of the process, made at the first call.
+    /// Returns the one instance of the process, made at the first call.
     [[nodiscard]] static FileEnumerator& shared();
 
-    /// Scan the directory `path`, which becomes the current directory, into `fileTree`. Items with "__MACOSX"
-    /// or ".DS_Store" in their path below it are deleted instead of listed. The names that a damaged
-    /// directory does not tell are missing; a line on standard error says so.
+    /// Scans the directory `path`, which becomes the current directory, into `fileTree`. Items with
+    /// "__MACOSX" or ".DS_Store" in their path below it are deleted instead of listed. The names that a
+    /// damaged directory does not tell are missing; a line on standard error says so.
     virtual void enumerate(const std::string& path);
     /// Returns whether the last scan or report met a directory that could not be read to its end.
     [[nodiscard]] bool hasReadErrors() const noexcept { return _hasReadErrors; }
-    /// Print what the file manager answers for `path`/`name`.
+    /// Prints what the file manager answers for `path`/`name`.
     void examineFile(const std::string& name, const std::string& path);
-    /// Give the decimal text, with a leading "0" below 10.
+    /// Returns the decimal text, with a leading "0" below 10.
     [[nodiscard]] static std::string formatNumber(std::int64_t number);
-    /// Fetch `url` into "download.zip" in the shared folder; begins one second later on the main queue.
+    /// Fetches `url` into "download.zip" in the shared folder; begins one second later on the main queue.
     void downloadFile(const platform::URL& url);
-    /// Print where the application's files live.
+    /// Prints where the application's files live.
     void testFileManager();
 
-    /// Do what `downloadFile` does, and tell `observer` of it.
+    /// Does what `downloadFile` does, and tells `observer` of it.
     static void startDownload(const platform::URL& url, const DownloadObserver& observer);
 
     // The answers: every operation is allowed, none goes on after an error.

@@ -35,12 +35,12 @@ class FileList {
     [[nodiscard]] auto begin() const noexcept { return _nodes.begin(); }
     [[nodiscard]] auto end() const noexcept { return _nodes.end(); }
 
-    /// Append `node`, which must not be null.
+    /// Appends `node`, which must not be null.
     void push_back(Node node) {
         if (!node) platform::fatal(platform::UnexpectedNil);
         _nodes.push_back(std::move(node));
     }
-    /// Put `node` in the place of another.
+    /// Puts `node` in the place of another.
     void replace(std::size_t index, Node node) {
         if (!node) platform::fatal(platform::UnexpectedNil);
         _nodes.at(index) = std::move(node);
@@ -55,13 +55,13 @@ class FileList {
         _nodes.erase(_nodes.begin() + static_cast<std::ptrdiff_t>(index));
         ++_edits;
     }
-    /// Remove all nodes and give their room back.
+    /// Removes all nodes and frees their memory.
     void clear() noexcept {
         std::vector<Node>().swap(_nodes);
         ++_edits;
     }
 
-    /// Give the number of changes so far that were not appending.
+    /// Returns the number of changes so far that were not appending.
     [[nodiscard]] std::uint64_t edits() const noexcept { return _edits; }
 
   private:

@@ -30,26 +30,26 @@ class FileTree {
     /// first level stays unattached while `filelist` is empty. An absent root is fatal.
     void findParent(const std::shared_ptr<File>& file);
     void clearList();
-    /// Fill `filelist` with the root's children and what is visible below them. An absent root is fatal.
+    /// Fills `filelist` with the root's children and what is visible below them. An absent root is fatal.
     void makeExpandedList();
-    /// Set the expansion of everything below the root.
+    /// Sets the expansion of everything below the root.
     void setExpanded(bool value);
 
-    /// Print the nodes of `filelist`.
+    /// Prints the nodes of `filelist`.
     void dumpout() const;
-    /// Print the whole tree.
+    /// Prints the whole tree.
     void dumpoutRoot() const;
-    /// Give the whole tree as nested elements. An absent root is fatal.
+    /// Returns the whole tree as nested elements. An absent root is fatal.
     [[nodiscard]] std::string xml() const;
-    /// Give `filelist` as elements in a row.
+    /// Returns `filelist` as elements in a row.
     [[nodiscard]] std::string list() const;
 
-    /// Give the item whose file number has the text `uid`, or the root for the root container's identifier;
-    /// null when there is none. Prints a line when it finds one.
+    /// Returns the item whose file number has the text `uid`, or the root for the root container's
+    /// identifier; null when there is none. Prints a line when it finds one.
     [[nodiscard]] std::shared_ptr<File> findFileWithUID(std::string_view uid);
     /// Collapse everything and fill `filelist` with one page: the root's children, or a folder and its own.
     void makeExpandedPage(std::string_view identifier);
-    /// Do the same and expand the folder's ancestors.
+    /// Does the same and expands the folder's ancestors.
     void makeExpandedPath(std::string_view identifier);
 
   private:

@@ -34,7 +34,7 @@ class ItemIdentifier {
 
     [[nodiscard]] std::string_view text() const noexcept { return _text; }
 
-    /// Tell whether this is the text of the node's file number.
+    /// Returns whether this is the text of the node's file number.
     [[nodiscard]] bool names(const File& node) const {
         const platform::FileAttributes& attributes = node.attributes();
         if (attributes.isEmpty()) return _text == InvalidAttribute;

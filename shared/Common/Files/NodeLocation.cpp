@@ -28,7 +28,7 @@ class NodeLocation::Trail {
         return trail;
     }
 
-    /// Give the root of this path.
+    /// Returns the root of this path.
     const Reference& root(std::string_view rootpath) {
         if (_root->rootpath() != rootpath) start(make(nullptr, rootpath));
         return _root;

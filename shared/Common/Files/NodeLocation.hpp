@@ -43,31 +43,31 @@ class NodeLocation {
         const NodeLocation* _location = nullptr;
     };
 
-    /// Give the location of the nodes right inside no root at all.
+    /// Returns the location of the nodes right inside no root at all.
     [[nodiscard]] static Reference nowhere();
-    /// Give the same directory below another root.
+    /// Returns the same directory below another root.
     [[nodiscard]] Reference withRootpath(std::string_view rootpath) const;
-    /// Give another directory, empty or with the "/" that ends it, below the same root.
+    /// Returns another directory, empty or with the "/" that ends it, below the same root.
     [[nodiscard]] Reference withDirectory(std::string_view directory) const;
 
     [[nodiscard]] std::string_view rootpath() const noexcept { return _root->text(); }
-    /// Give the location around this one; only where the directory is not the root's own.
+    /// Returns the location around this one; only where the directory is not the root's own.
     [[nodiscard]] const Reference& outer() const noexcept { return _outer; }
-    /// Give the last component of the directory with every "/" behind it; empty for the root's own.
+    /// Returns the last component of the directory with every "/" behind it; empty for the root's own.
     [[nodiscard]] std::string_view component() const noexcept {
         return isRoot() ? std::string_view() : text();
     }
     [[nodiscard]] std::int64_t componentCount() const noexcept { return _componentCount; }
 
-    /// Give the bytes of the whole directory with the "/" that ends it; 0 for the root's own.
+    /// Returns the bytes of the whole directory with the "/" that ends it; 0 for the root's own.
     [[nodiscard]] std::size_t directoryLength() const noexcept { return _directoryLength; }
-    /// Write these bytes to `place`.
+    /// Writes these bytes to `place`.
     void writeDirectory(char* place) const noexcept;
     [[nodiscard]] std::string directory() const;
 
-    /// Give a number that is the same for locations of the same directory, whatever their root.
+    /// Returns a number that is the same for locations of the same directory, whatever their root.
     [[nodiscard]] std::size_t hash() const noexcept { return _hash; }
-    /// Tell whether the directories have the same text, whatever their root. Locations that one walk made
+    /// Returns whether the directories have the same text, whatever their root. Locations that one walk made
     /// are compared at once, others component by component.
     [[nodiscard]] bool hasDirectoryOf(const NodeLocation& other) const noexcept;
 
@@ -101,7 +101,7 @@ struct NodePath {
 
     [[nodiscard]] bool isEmpty() const noexcept { return directory->directoryLength() == 0 && name.empty(); }
     [[nodiscard]] std::size_t hash() const noexcept;
-    /// Tell whether the texts are the same.
+    /// Returns whether the texts are the same.
     friend bool operator==(const NodePath& a, const NodePath& b) noexcept {
         return a.name == b.name && a.directory->hasDirectoryOf(*b.directory);
     }

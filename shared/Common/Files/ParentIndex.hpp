@@ -18,10 +18,10 @@ namespace tonewright {
 
 class ParentIndex {
   public:
-    /// Give the last entry of `list` that is a directory and has the subpath `path`; null when there is none.
-    /// A directory after it in the list that is no `Folder` is fatal, as it is for the walk.
+    /// Returns the last entry of `list` that is a directory and has the subpath `path`; null when there is
+    /// none. A directory after it in the list that is no `Folder` is fatal, as it is for the walk.
     [[nodiscard]] std::shared_ptr<File> find(const FileList& list, const NodePath& path);
-    /// Give the same by walking.
+    /// Returns the same by walking.
     [[nodiscard]] static std::shared_ptr<File> walk(const FileList& list, const NodePath& path);
 
   private:

@@ -20,14 +20,14 @@ namespace tonewright {
 
 class TextWriter {
   public:
-    /// Write behind what `text` holds; the text is complete when the writer has gone.
+    /// Writes behind what `text` holds; the text is complete when the writer has gone.
     explicit TextWriter(std::string& text)
         : _text(text) {}
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
     ~TextWriter() { flush(); }
 
-    /// Give room for `size` bytes, at most `MostRoom`; `advanceTo` tells how far it was used.
+    /// Gives room for `size` bytes, at most `MostRoom`; `advanceTo` tells how far it was used.
     [[nodiscard]] char* room(std::size_t size) {
         if (_buffer.size() - _length < size) flush();
         return _buffer.data() + _length;

@@ -9,11 +9,11 @@
 
 namespace tonewright {
 
-/// Give the last component; empty when there is none, "/" for the root.
+/// Returns the last component; empty when there is none, "/" for the root.
 [[nodiscard]] std::string_view lastComponent(std::string_view path) noexcept;
-/// Give the path without its last component: "a/b" for "a/b/c", empty for "a", "/" for "/a".
+/// Returns the path without its last component: "a/b" for "a/b/c", empty for "a", "/" for "/a".
 [[nodiscard]] std::string_view withoutLastComponent(std::string_view path) noexcept;
-/// Give what follows the last "." of the last component; empty when it has none.
+/// Returns what follows the last "." of the last component; empty when it has none.
 [[nodiscard]] std::string_view extensionOf(std::string_view path) noexcept;
 
 } // namespace tonewright
