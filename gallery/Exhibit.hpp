@@ -43,7 +43,7 @@ class Exhibit {
 [[nodiscard]] std::unique_ptr<Exhibit> makeStackExhibit(std::shared_ptr<platform::UIDrawingView> view);
 /// Returns a chain, shown in `view`, whose members hand over to each other.
 [[nodiscard]] std::unique_ptr<Exhibit> makeChainExhibit(std::shared_ptr<platform::UIDrawingView> view);
-/// Returns a time line, shown in `view`, whose members overlap.
+/// Returns a timeline, shown in `view`, whose members overlap.
 [[nodiscard]] std::unique_ptr<Exhibit> makeSequencerExhibit(std::shared_ptr<platform::UIDrawingView> view);
 
 } // namespace tonewright

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The time line runs on its own timer, and pausing it does what pausing a time line does: its clock goes on,
+// The timeline runs on its own timer, and pausing it does what pausing a timeline does: its clock goes on,
 // and what was passed comes into play at once, late.
 #include "gallery/Exhibit.hpp"
 #include "gallery/palette.hpp"
@@ -41,7 +41,7 @@ class SequencerExhibit final : public Exhibit {
         _rest = 0;
         _view->setNeedsDisplay(); // the bars' places are of whole frames
         _sequencer->stop();
-        // A time line never gets shorter, and its members in play stay so: a new one for a new movement.
+        // A timeline never gets shorter, and its members in play stay so: a new one for a new movement.
         _sequencer = std::make_shared<AnimationSequencer>();
         _sequencer->interval = FrameSeconds;
         _sequencer->onFinished = [this](AnimationSequencer&) { _rest = RestTicks; };
@@ -63,7 +63,7 @@ class SequencerExhibit final : public Exhibit {
             filled.width *= std::clamp(static_cast<double>(_members[i]->getValue()), 0.0, 1.0);
             marks.push_back({filled, 0, _members[i]->isFinished() ? palette::Arrived : palette::Moving});
         }
-        // The frame is back at 0 when the time line has been run to its end.
+        // The frame is back at 0 when the timeline has been run to its end.
         const std::int64_t frame =
             _rest > 0 ? end() : std::min<std::int64_t>(_sequencer->getCurrentFrame(), end());
         marks.push_back(
@@ -80,7 +80,7 @@ class SequencerExhibit final : public Exhibit {
             _sequencer->continue_();
         }
     }
-    std::int64_t tweens() const override { return 0; } // moved by the time line's own timer
+    std::int64_t tweens() const override { return 0; } // moved by the timeline's own timer
 
   private:
     [[nodiscard]] std::int64_t length() const { return std::max<std::int64_t>(1, _movement.frames / 2); }
@@ -104,7 +104,7 @@ class SequencerExhibit final : public Exhibit {
     std::array<std::shared_ptr<Animator>, Members> _members;
     Movement _movement;
     bool _isPaused = false;
-    int _rest = 0; // ticks until the time line begins anew; 0 while it runs
+    int _rest = 0; // ticks until the timeline begins anew; 0 while it runs
 };
 
 } // namespace

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* Help = R"(Usage: tonewright-gallery [OPTION]
 
-Watch the easing curves, stacks, chains, time lines and impulses of the animation engine.
+Watch the easing curves, stacks, chains, timelines and impulses of the animation engine.
 
   --help     show this text and end
   --version  show the version and end

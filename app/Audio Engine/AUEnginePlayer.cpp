@@ -30,13 +30,13 @@ AUEnginePlayer::AUEnginePlayer()
 }
 
 void AUEnginePlayer::finalize() {
-    const auto self = shared_from_this(); // `stop` waits for completions, which may let go of the player
+    const auto self = shared_from_this(); // `stop` waits for completions, which may release the player
     stop();
     disconnect();
 }
 
 void AUEnginePlayer::start() {
-    const auto self = shared_from_this(); // the delegate may let go of the player
+    const auto self = shared_from_this(); // the delegate may release the player
     randomizeFile();
     stateChangeQueue->sync([this] {
         if (isPlaying) return;
@@ -78,7 +78,7 @@ void AUEnginePlayer::startPlayingInternal() {
 }
 
 void AUEnginePlayer::stopPlayingInternal() {
-    player->stop(); // its completions are examined on this queue, after isPlaying has become false
+    player->stop(); // its completions run on this queue, after isPlaying has become false
     engine->stop();
     isPlaying = false;
     setSessionActive(false);
@@ -95,7 +95,7 @@ void AUEnginePlayer::setSessionActive(bool active) {
                         std::string(active ? "true" : "false") + ". system error: " + error->description() +
                         ".");
     }
-    print("AUEnginePlayer: Audio session was set active."); // said of a deactivation too
+    print("AUEnginePlayer: Audio session was set active."); // also printed for a deactivation
 }
 
 void AUEnginePlayer::reportPlayerState(bool playing) {

@@ -5,8 +5,9 @@
 // played in an endless loop. The extension manager owns the one engine player; the screen is its delegate.
 //
 // Threads: `start`, `stop`, `toggle` and `load` are called on the main thread, `connect` on the thread that
-// completes the effect's instantiation. Play-state changes and loop decisions run one at a time on
-// `stateChangeQueue`; reports reach the delegate on the main queue, `onFileSelect` on the caller of `load`.
+// completes the effect's instantiation. Changes of the play state and loop decisions run one at a time on
+// `stateChangeQueue`; the delegate is called on the main queue, except for `onFileSelect`, which runs on the
+// caller of `load`.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
@@ -27,7 +28,7 @@
 
 namespace tonewright {
 
-/// Always owned by a `std::shared_ptr`; releasing it stops nothing, owners call `finalize` first.
+/// Always owned by a `std::shared_ptr`. Releasing it stops nothing: owners call `finalize` first.
 class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
   public:
     /// Builds the graph's nodes and attaches the player node; nothing is connected or logged.
@@ -36,9 +37,9 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     AUEnginePlayer(const AUEnginePlayer&) = delete;
     AUEnginePlayer& operator=(const AUEnginePlayer&) = delete;
 
-    /// Stops, then takes the effect out.
+    /// Stops, then removes the effect.
     virtual void finalize();
-    /// Takes the effect out: `connect` with no unit.
+    /// Removes the effect: `connect` with no unit.
     virtual void disconnect();
     /// Opens the audio file at `url` and wires it into the graph in place of the previous one. A file that
     /// cannot be opened is logged and changes neither file nor graph; an absent URL is fatal.
@@ -50,7 +51,7 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     virtual void stop();
     /// Stops if playing, else starts; returns the new play state.
     virtual bool toggle();
-    /// Replaces the active effect; no unit takes it out. `completion` is called exactly once, on the calling
+    /// Replaces the active effect; no unit removes it. `completion` is called exactly once, on the calling
     /// thread, before the return.
     virtual void connect(
         const std::shared_ptr<platform::AVAudioUnit>& avAudioUnit,
@@ -74,7 +75,7 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     void reportLoop();
     void reportPlayerState(bool playing);
 
-    // Copies and assigns a field that other threads share; the lock is held for nothing else.
+    // Copies or assigns a field that threads share; the lock is held for nothing else.
     template <class T>
     [[nodiscard]] T shared(const T& field) const {
         const std::scoped_lock lock(_fieldMutex);
@@ -94,16 +95,16 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     const std::shared_ptr<platform::AVAudioEngine> engine;
 
   private:
-    // Crossing threads: `isPlaying` is written on `stateChangeQueue` and read anywhere; `activeAVAudioUnit`,
-    // `loopCount`, `file` and `fileURL` are read and written under `_fieldMutex`, a leaf that is never held
-    // across a call to anything else. The order of effects comes from the queues, not from these.
+    // Shared between threads: `isPlaying` is written on `stateChangeQueue` and read anywhere;
+    // `activeAVAudioUnit`, `loopCount`, `file` and `fileURL` are read and written under `_fieldMutex`, a leaf
+    // lock that is never held across a call. The order of effects is determined by the queues, not by these.
     std::shared_ptr<platform::AVAudioUnit> activeAVAudioUnit;
     std::atomic<bool> isPlaying{false};
     std::int64_t loopCount = 0; // completed passes of the current file
     const std::shared_ptr<platform::DispatchQueue> stateChangeQueue;
     const std::shared_ptr<platform::AVAudioPlayerNode> player;
     std::shared_ptr<platform::AVAudioFile> file;
-    std::optional<platform::URL> fileURL; // of the current file, or of the last that was tried
+    std::optional<platform::URL> fileURL; // of the current file, or of the last that `load` tried
     mutable std::mutex _fieldMutex;
 };
 

@@ -28,7 +28,7 @@ constexpr const char* LoopExtension = "m4a";
 } // namespace
 
 void AUEnginePlayer::load(const std::optional<URL>& url) {
-    const auto self = shared_from_this(); // the delegate may let go of the player
+    const auto self = shared_from_this(); // the delegate may release the player
     share(loopCount, std::int64_t{0});
     print("AUEnginePlayer: Audio file at '" + unwrap(url).path() +
           "' was selected for loading into the player.");
@@ -43,7 +43,7 @@ void AUEnginePlayer::load(const std::optional<URL>& url) {
     share(file, opened.value());
     if (const auto receiver = delegate) receiver->onFileSelect(url->path());
 
-    // The delegate may have loaded another file meanwhile: what is wired is the file of now.
+    // The delegate may have loaded another file meanwhile: the current one is wired.
     if (const auto unit = shared(activeAVAudioUnit)) {
         wireThroughEffect(*shared(file), unit);
     } else {
@@ -82,7 +82,7 @@ void AUEnginePlayer::randomizeFile() {
         print(unwrap(shared(fileURL)).path());
         engine->prepare();
     } else {
-        // A program without its loops is broken: building this text from the absent location ends it.
+        // A program without its loops is broken: making this text from the absent location is fatal.
         print("AUEnginePlayer::ERROR: The audio file '" + unwrap(shared(fileURL)).path() +
               "' was not found inside the resource folder for the app.");
     }

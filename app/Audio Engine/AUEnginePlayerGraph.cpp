@@ -14,7 +14,7 @@ using platform::print;
 
 void AUEnginePlayer::connect(const std::shared_ptr<AVAudioUnit>& avAudioUnit,
                              const std::function<void()>& completion) {
-    const auto self = shared_from_this(); // the completion may let go of the player
+    const auto self = shared_from_this(); // the completion may release the player
     print(avAudioUnit
               ? "AUEnginePlayer: A new audio unit will be connected."
               : "AUEnginePlayer::WARNING: Function connect() with argument 'nil' causes disconnection.");

@@ -23,7 +23,7 @@ using platform::unwrap;
 std::shared_ptr<AUExtensionManager>
 AUExtensionManager::create(std::shared_ptr<AUExtensionManagerDelegate> receiver) {
     std::shared_ptr<AUExtensionManager> manager(
-        new AUExtensionManager(std::move(receiver))); // its constructor is hidden
+        new AUExtensionManager(std::move(receiver))); // the constructor is private
     manager->loadForRelease();
     return manager;
 }

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Finds the one effect that this application hosts, instantiates it, hands it to the engine player and tells
-// the screen. Made once by the screen; works by itself from then on, without retry.
+// Finds the one effect that this application hosts, instantiates it, passes it to the engine player and tells
+// the screen. Created once by the screen; works on its own from then on and does not retry.
 //
-// Threads: made on the main thread; the search runs on the global queue; everything from the instantiation's
-// completion on runs on the thread on which the platform completes it.
+// Threads: created on the main thread; the search runs on the global queue; everything after the
+// instantiation's completion runs on the thread on which the platform calls it.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayer.hpp"
@@ -29,7 +29,7 @@ namespace tonewright {
 
 class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManager> {
   public:
-    /// Makes the manager and starts the search; its results arrive later, on other threads.
+    /// Creates the manager and starts the search; its results arrive later, on other threads.
     [[nodiscard]] static std::shared_ptr<AUExtensionManager>
     create(std::shared_ptr<AUExtensionManagerDelegate> receiver);
     virtual ~AUExtensionManager() = default;
@@ -46,7 +46,7 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
     virtual void connectParametersToControls();
     /// Toggles the engine player; returns the new play state.
     virtual bool togglePlayback();
-    /// Finalise the engine player.
+    /// Finalises the engine player.
     virtual void cleanup();
 
   protected:
@@ -74,13 +74,13 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
     std::shared_ptr<platform::AUViewController> viewController; // nothing assigns it
 
   private:
-    const std::string componentName = "KVRN: Orvo Tonewright Extension"; // for people; not used for matching
+    const std::string componentName = "KVRN: Orvo Tonewright Extension"; // for display; not used for matching
     platform::AudioComponentDescription componentDescription{
         .componentType = platform::fourCharCode("aumf"),         // a music effect: audio and MIDI in
         .componentSubType = platform::fourCharCode("ovTw"),      // this effect
         .componentManufacturer = platform::fourCharCode("KVRN"), // its maker
         .componentFlags = 2,                                     // sandbox-safe
-        .componentFlagsMask = 0,                                 // flags take no part in matching
+        .componentFlagsMask = 0,                                 // flags are ignored in matching
     };
     std::vector<platform::AVAudioUnitComponent> _availableAudioUnits; // of the last search
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the extension manager reports upwards.
+// What the extension manager reports to its delegate.
 #pragma once
 
 #include <memory>
@@ -16,9 +16,9 @@ class AUExtensionManagerDelegate {
   public:
     virtual ~AUExtensionManagerDelegate() = default;
 
-    /// Hear that `unit` was instantiated and connected into the engine's graph.
+    /// Called when `unit` has been instantiated and connected into the engine's graph.
     virtual void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) = 0;
-    /// Hear that everything is ready; follows `onFoundComponent`.
+    /// Called when everything is ready, after `onFoundComponent`.
     virtual void onEngineInitialized() = 0;
 };
 

@@ -12,7 +12,7 @@
 
 namespace tonewright {
 
-/// A value over a platform preset; only the manager makes one.
+/// Wraps a platform preset; only the manager creates one.
 class Preset {
   public:
     [[nodiscard]] std::int64_t number() const { return audioUnitPreset.number(); }

@@ -10,10 +10,10 @@
 
 namespace tonewright {
 
-/// Write which process hosts, and the component's codes as text and its flags in hexadecimal ("%#010x").
+/// Prints the hosting process, the component's codes as text and its flags in hexadecimal ("%#010x").
 void printComponentReport(const platform::AudioComponentDescription& description);
 
-/// Returns the record's name and its five fields with decimal values.
+/// Returns the record's name and its five fields as decimal values.
 [[nodiscard]] std::string describe(const platform::AudioComponentDescription& description);
 
 } // namespace tonewright

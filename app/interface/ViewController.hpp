@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The main screen: five buttons and the panel in which the effect shows its own interface. It owns the
-// extension manager and through it the engine player, hears from both, and keeps Play and Stop in step with
-// the play state.
+// extension manager and through it the engine player, is the delegate of both, and keeps Play and Stop in
+// step with the play state.
 //
-// Main thread. The screen, the manager and the player own one another: all three live for the whole run.
+// Main thread. The screen, the manager and the player own one another: all three live as long as the program.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
@@ -35,7 +35,7 @@ class ViewController : public platform::UIViewController,
                        public platform::UIDocumentPickerDelegate {
   public:
     explicit ViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
-    /// Makes the screen that `coder` describes; absent when nothing can be made from it.
+    /// Creates the screen that `coder` describes; absent if the coder cannot be used.
     [[nodiscard]] static std::shared_ptr<ViewController> initWithCoder(const platform::NSCoder& coder);
 
     void viewDidLoad() override;
@@ -47,28 +47,28 @@ class ViewController : public platform::UIViewController,
 
     /// Shows the panel if it is hidden, else hides it.
     virtual void onButtonUnit(const std::shared_ptr<platform::UIResponder>& sender);
-    /// Toggles playback. Play and Stop do the same; they differ only in when they are seen.
+    /// Toggles playback. Play and Stop do the same; they differ only in when they are visible.
     virtual void onPlayButton(const std::shared_ptr<platform::UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<platform::UIButton>& sender);
 
     /// Opens the maker's web site in the browser and the manual in the help screen.
     virtual void showHelp(const std::shared_ptr<platform::UIResponder>& sender);
-    /// Tell the help screen what to show, before it comes.
+    /// Tells the help screen what to show, before it appears.
     void prepare(const platform::UIStoryboardSegue& forSegue,
                  const std::shared_ptr<platform::UIResponder>& sender) override;
 
-    /// Puts the effect's own interface into the panel, once the effect has delivered it.
+    /// Puts the effect's own interface into the panel as soon as the effect has provided it.
     void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
     void onPlayerStateChanged(bool playing) override;
     void onFileSelect(const std::string& file) override;
     void onLoop(std::int64_t count) override;
 
-    /// Have the user choose a folder. What is chosen is written to the log and nothing else.
+    /// Asks the user for a folder. The choice is written to the log and has no other effect.
     virtual void openFilePicker();
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const platform::URL& didPickDocumentAt) override;
-    /// Says what was chosen; an empty list is fatal.
+    /// Prints the choice; an empty list is fatal.
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const std::vector<platform::URL>& didPickDocumentsAt) override;
     void documentPickerWasCancelled(platform::UIDocumentPickerViewController& controller) override;
@@ -83,7 +83,7 @@ class ViewController : public platform::UIViewController,
     void offerConnections(platform::InterfaceConnections& connections) override;
 
   private:
-    friend struct ViewControllerProbe; // the tests' view of the private part
+    friend struct ViewControllerProbe; // the tests' access to the private part
 
     virtual void getDirectories();
     virtual void embedPlugInView();
@@ -104,7 +104,7 @@ class ViewController : public platform::UIViewController,
 
   private:
     std::string documentsPath;
-    std::string sharedPath; // stays empty
+    std::string sharedPath; // always empty
     std::string resourcesPath;
     std::shared_ptr<platform::UIViewController> audioUnitViewController; // stays absent
     std::shared_ptr<platform::AVAudioUnit> avAudioUnit;                  // stays absent

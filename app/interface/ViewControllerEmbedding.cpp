@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How the effect's own interface comes into the panel of the main screen.
+// How the effect's own interface is embedded in the panel of the main screen.
 #include "app/interface/ViewController.hpp"
 
 #include "app/Audio Engine/AUExtensionManager.hpp"

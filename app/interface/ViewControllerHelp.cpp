@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How the main screen leads to the help screen.
+// How the main screen opens the help screen.
 #include "app/interface/ViewController.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"

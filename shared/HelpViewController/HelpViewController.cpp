@@ -21,7 +21,7 @@ using platform::WKNavigationResponsePolicy;
 
 namespace {
 
-// Whatever the locale: only ASCII letters have another case.
+// Regardless of the locale: only ASCII letters change.
 std::string uppercased(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The help screen: a page of the web engine and the Exit button. It shows the manual, the maker's web site or
-// a document, as the text `identifier` says, asks for it anew at each appearance, tells every navigation on
-// standard output, lets pages and documents through and refuses other downloads and new windows.
+// The help screen: a web view and the Exit button. It shows the manual, the maker's web site or a document,
+// as selected by `identifier`, loads it again at each appearance, logs every navigation on standard output,
+// allows pages and documents, and refuses other downloads and new windows.
 //
-// Main thread. Each way to this screen makes a new one, which goes when it is dismissed.
+// Main thread. Each segue to this screen creates a new one, which is released when it is dismissed.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -25,17 +25,17 @@ namespace tonewright {
 /// The maker's web site.
 inline constexpr std::string_view WebSite = "https://tonewright.example/";
 
-/// Makes the screen's class and its view's known to interface descriptions.
+/// Registers the screen's class and its view's with interface descriptions.
 void registerHelpScreen();
 
-// The outlet has the name that the operations of the web view's protocols begin with; a class can have only
-// one of them, so that these go by the name of their first label.
+// The outlet has the name with which the operations of the web view's protocols begin; a class can use a name
+// only once, so the operations are named after their first label.
 class HelpViewController : public platform::UIViewController,
                            public platform::WKNavigationDelegate,
                            public platform::WKUIDelegate {
   public:
     explicit HelpViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
-    /// Makes the screen that `coder` describes; absent when nothing can be made from it.
+    /// Creates the screen that `coder` describes; absent if the coder cannot be used.
     [[nodiscard]] static std::shared_ptr<HelpViewController> initWithCoder(const platform::NSCoder& coder);
 
     std::string identifier = "showHelp"; // "showDocument", "showHelp", "showInfo"; any other shows nothing
@@ -47,24 +47,25 @@ class HelpViewController : public platform::UIViewController,
     void viewWillAppear(bool animated) override;
     virtual void didReceiveMemoryWarning();
 
-    /// Dismiss this screen.
+    /// Dismisses this screen.
     virtual void onButtonExit(const std::shared_ptr<platform::UIResponder>& sender);
 
-    /// Allows every navigation that has a URL; one without gets no answer.
+    /// Allows every navigation that has a URL; one without a URL gets no answer.
     void
     decidePolicyFor(platform::WKWebView& view, const platform::WKNavigationAction& action,
                     const std::function<void(platform::WKNavigationActionPolicy)>& decisionHandler) override;
-    /// Allows what has no extension, PDF or HTML, cancel the rest; without a URL there is no answer.
+    /// Allows responses without an extension, PDF and HTML, cancels the rest; without a URL there is no
+    /// answer.
     void decidePolicyFor(
         platform::WKWebView& view, const platform::WKNavigationResponse& response,
         const std::function<void(platform::WKNavigationResponsePolicy)>& decisionHandler) override;
-    /// Tell which page wants a window; it gets none.
+    /// Logs which page asks for a window; it gets none.
     std::shared_ptr<platform::WKWebView>
     createWebViewWith(platform::WKWebView& view, const platform::WKWebViewConfiguration& configuration,
                       const platform::WKNavigationAction& action,
                       const platform::WKWindowFeatures& windowFeatures) override;
 
-    /// Chooses what the next appearance shows.
+    /// Selects what the next appearance shows.
     virtual void prepareInfo(const std::string& which);
 
   protected:
@@ -72,7 +73,7 @@ class HelpViewController : public platform::UIViewController,
     void offerConnections(platform::InterfaceConnections& connections) override;
 
   private:
-    friend struct HelpViewControllerProbe; // the tests' view of the private part
+    friend struct HelpViewControllerProbe; // the tests' access to the private part
 
     virtual void loadHelpHtml(); // kept: no identifier leads to it
     virtual void loadHelpPdf();

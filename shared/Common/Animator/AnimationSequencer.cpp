@@ -21,7 +21,7 @@ void AnimationSequencer::add(std::shared_ptr<Animator> item, std::int64_t at) {
 }
 
 void AnimationSequencer::remove(const std::shared_ptr<Animator>& item) {
-    const auto held = item; // the caller's may be the list's own
+    const auto held = item; // `item` may refer to an element of the list itself
     if (held && !_animators.remove(*held)) platform::fatal("The animator to remove is not in the sequencer");
     calculateFrames();
 }
@@ -99,7 +99,7 @@ void AnimationSequencer::animate() {
         platform::print("WARNUNG: Es sind keine Animator Objekte definiert.");
         return;
     }
-    const auto self = weak_from_this().lock(); // a callback may let go of the sequencer
+    const auto self = weak_from_this().lock(); // a callback may release the sequencer
     findAnimators();
     _animatedItems.walk([&](Animator& member, std::size_t position) {
         if (onAnimation) onAnimation(*this, member);
@@ -118,7 +118,7 @@ void AnimationSequencer::findAnimators() {
     if (_currentIndex > count) platform::fatal("The sequencer's position lies behind its last member");
     _animators.putInOrder();
     for (std::int64_t i = _currentIndex; i < count; ++i) {
-        if (i >= _animators.count()) { // a member's own isFinished took members out
+        if (i >= _animators.count()) { // a member's overridden isFinished removed members
             platform::print("ERROR: Animationsobjekt is undefiniert!");
             return;
         }

@@ -22,13 +22,14 @@ namespace tonewright {
 
 class Animator : public std::enable_shared_from_this<Animator> {
   public:
-    /// Makes an idle animator. Animators are owned by shared pointers: use std::make_shared, or `create`.
+    /// Creates an idle animator. Animators are owned by shared pointers: use std::make_shared, or `create`.
     Animator();
     virtual ~Animator();
     Animator(const Animator&) = delete;
     Animator& operator=(const Animator&) = delete;
 
-    /// Makes an animator of class `Kind` and sets it up, through an override of `setup` where `Kind` has one.
+    /// Creates an animator of class `Kind` and sets it up, through an override of `setup` where `Kind` has
+    /// one.
     template <std::derived_from<Animator> Kind = Animator>
     [[nodiscard]] static std::shared_ptr<Kind> create(float sourceValue, float destinationValue,
                                                       std::int64_t frames, float interval = 0.009F,
@@ -38,32 +39,36 @@ class Animator : public std::enable_shared_from_this<Animator> {
         return animator;
     }
 
-    /// Arms for a movement from `source` to `destination` in `frames` frames of `interval` seconds. No
-    /// frames, fewer, or no distance: the first tick arrives. Leaves timer, `looped` and callbacks alone.
+    /// Prepares a movement from `source` to `destination` in `frames` frames of `interval` seconds. With no
+    /// frames, a negative number or no distance, the first tick arrives. Leaves timer, `looped` and callbacks
+    /// alone.
     virtual void setup(float source, float destination, std::int64_t frames, float interval = 0.009F,
                        EnumEasing type = EnumEasing::EASING_easeNone);
-    /// Arms for the way back.
+    /// Prepares the movement back.
     virtual void reverse();
-    /// Jump to the destination: arm for one frame and tick twice.
+    /// Jumps to the destination: prepares a movement of one frame and ticks twice.
     virtual void undo();
     [[nodiscard]] virtual float getDestinationValue();
     [[nodiscard]] virtual float getSourceValue();
     [[nodiscard]] virtual float getValue();
-    /// Does one frame: report the value, then compute the next; after the last frame arrive, or turn.
+    /// Performs one frame: reports the value, then computes the next; after the last frame it arrives, or
+    /// turns.
     virtual void animate();
     /// Returns whether the animator is idle: never set up, stopped, or arrived.
     [[nodiscard]] virtual bool isFinished();
-    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
+    /// as well.
     virtual void start();
-    /// Stops the timer (the one started last) and becomes idle; `looped` is cleared.
+    /// Stops the timer (the one started last) and becomes idle; clears `looped`.
     virtual void stop();
-    /// Arms again from the source, with the frames given to the last `setup`, straight and at 0.009 seconds.
+    /// Prepares the movement again from the source, with the frames passed to the last `setup`, linear and at
+    /// 0.009 seconds.
     virtual void rewind();
     virtual void setType(EnumEasing type);
-    /// Sets the seconds per frame; holds from the next `start` on.
+    /// Sets the seconds per frame; takes effect at the next `start`.
     virtual void setInterval(float interval);
 
-    // The curves that overshoot may be replaced by a subclass; the arguments are those of `EasingFunction`.
+    // The curves that overshoot can be overridden; the arguments are those of `EasingFunction`.
     virtual float easeInElastic(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
     virtual float easeOutElastic(std::int64_t currentFrame, float sourceValue, float amount,
@@ -81,7 +86,7 @@ class Animator : public std::enable_shared_from_this<Animator> {
     virtual float easeOutInBack(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
 
-    /// How many animators are alive, on all threads.
+    /// The number of live animators, on all threads.
     inline static std::atomic<std::int64_t> classCount{0};
 
     /// What an animator calls per frame: the selected curve, bound without owning the animator.
@@ -93,7 +98,7 @@ class Animator : public std::enable_shared_from_this<Animator> {
     friend class AnimatorStack;
     friend class MemberList;
     friend class Timeline;
-    friend struct AnimatorInspection; // lets tests and benchmarks look at the fields
+    friend struct AnimatorInspection; // gives tests and benchmarks access to the fields
 
     void reset();
     void tick();
@@ -102,8 +107,8 @@ class Animator : public std::enable_shared_from_this<Animator> {
     void assignType(EnumEasing type);
     void noteClass() { _plain = typeid(*this) == typeid(Animator); }
 
-    std::int64_t _startFrame = 0; // in the sequencer's time line
-    std::int64_t _frameCount = 0; // as given to the last setup
+    std::int64_t _startFrame = 0; // in the sequencer's timeline
+    std::int64_t _frameCount = 0; // as passed to the last setup
     std::shared_ptr<platform::Timer> _timer;
     float _source = 0;
     float _value = 0;
@@ -116,12 +121,12 @@ class Animator : public std::enable_shared_from_this<Animator> {
     EnumEasing _type = EnumEasing::EASING_easeNone;
 
   public:
-    /// Turn at each end instead of finishing.
+    /// Turns at each end instead of finishing.
     bool looped = false;
 
   private:
-    bool _plain = false; // of this very class, nothing overridden; known once a member of a group
-    // What the groups remember of their members, so that they need not search for them; two more below.
+    bool _plain = false; // exactly this class, nothing overridden; known once it is a member of a group
+    // What groups remember about their members to avoid searching for them; two more below.
     std::uint32_t _memberships = 0; // entries in the member lists of all groups
 
   public:
@@ -133,8 +138,8 @@ class Animator : public std::enable_shared_from_this<Animator> {
     Callback<Animator&> onLoop;
 
   private:
-    std::uint32_t _placements = 0; // entries in the time lines of all sequencers
-    std::uint32_t _timeline = 0;   // the one time line of all placements, or Timeline::Several
+    std::uint32_t _placements = 0; // entries in the timelines of all sequencers
+    std::uint32_t _timeline = 0;   // the one timeline of all placements, or Timeline::Several
 };
 
 } // namespace tonewright

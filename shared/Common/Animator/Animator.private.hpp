@@ -10,7 +10,7 @@
 
 namespace tonewright {
 
-/// Does one frame. The caller keeps the animator alive: a callback may let go of every other reference.
+/// Performs one frame. The caller keeps the animator alive: a callback may release every other reference.
 inline void Animator::tick() {
     if (_frames < 0) return;
     if (_step < _frames) {
@@ -20,7 +20,7 @@ inline void Animator::tick() {
         _value = _action(*this, _step, _source, _amount, _frames);
         return;
     }
-    _value = _destination; // exactly, whatever the curve gave at the last frame
+    _value = _destination; // exactly, whatever the curve returned at the last frame
     if (looped) {
         if (onLoop) onLoop(*this);
         reverse();
@@ -30,7 +30,8 @@ inline void Animator::tick() {
     }
 }
 
-/// Does one frame as a group's member, through the overridable operation where something may be overridden.
+/// Performs one frame as a member of a group, through the overridable operation where something may be
+/// overridden.
 inline void Animator::tickInGroup() {
     if (_plain) {
         tick();
@@ -39,7 +40,7 @@ inline void Animator::tickInGroup() {
     }
 }
 
-/// Asks a group's member whether it is idle, in the same way.
+/// Returns whether a member of a group is idle, in the same way.
 inline bool Animator::hasFinished() {
     return _plain ? _frames < 0 : isFinished();
 }

@@ -16,7 +16,7 @@ void AnimatorChain::add(std::shared_ptr<Animator> item) {
 
 void AnimatorChain::remove(const std::shared_ptr<Animator>& item) {
     if (!item) return;
-    const auto held = item; // the caller's may be the list's own
+    const auto held = item; // `item` may refer to an element of the list itself
     if (!_animators.removeFirst(*held)) platform::fatal("The animator to remove is not in the chain");
 }
 
@@ -35,7 +35,7 @@ std::int64_t AnimatorChain::getCurrentIndex() {
 }
 
 std::shared_ptr<Animator> AnimatorChain::getCurrentItem() {
-    // Both bounds are strict: the first and the last member are never given.
+    // Both bounds are strict: the first and the last member are never returned.
     if (_currentIndex > 0 && _currentIndex < _animators.count() - 1) return _animators.at(_currentIndex);
     return nullptr;
 }
@@ -56,7 +56,7 @@ void AnimatorChain::setBackwards(bool direction) {
 }
 
 void AnimatorChain::animate() {
-    const auto self = weak_from_this().lock(); // a callback may let go of the chain
+    const auto self = weak_from_this().lock(); // a callback may release the chain
     const std::int64_t last = _animators.count() - 1;
     if (last < 0) {
         platform::print("WARNUNG: Es sind keine Animator Objekte definiert.");
@@ -74,7 +74,7 @@ void AnimatorChain::animate() {
     }
     if (isDone) _currentIndex = platform::checkedAdd(_currentIndex, _direction);
 
-    // Backwards the chain ends on reaching the first member, which is not played.
+    // Backwards, the chain ends on reaching the first member, which is not played.
     const bool atEnd = _direction > 0   ? _currentIndex >= _animators.count()
                        : _direction < 0 ? _currentIndex <= 0
                                         : false;

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Plays animators one after the other on one timer, forwards or backwards; or, asynchronously, starts one per
-// tick on a timer of its own. Members that have played are idle and are passed over the next time unless they
-// are armed again (`Animator::rewind`). Single-threaded, on the run loop of the thread that calls `start`; a
+// tick on its own timer. Members that have played are idle and are skipped the next time unless they are
+// prepared again (`Animator::rewind`). Single-threaded, on the run loop of the thread that calls `start`; a
 // running timer keeps the chain alive.
 #pragma once
 
@@ -18,24 +18,25 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     AnimatorChain(const AnimatorChain&) = delete;
     AnimatorChain& operator=(const AnimatorChain&) = delete;
 
-    /// Appends `item`, if there is one.
+    /// Appends `item`; null is ignored.
     virtual void add(std::shared_ptr<Animator> item);
-    /// Removes the first entry that is `item`, if there is an item; one that is no member is fatal. The
-    /// position of the chain stays.
+    /// Removes the first entry that is `item`; null is ignored, an animator that is not a member is fatal.
+    /// The position of the chain stays.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Stops and lets go of all members.
+    /// Stops and removes all members.
     virtual void removeAll();
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::int64_t getCurrentIndex();
     /// Returns the current member, if it is neither the first nor the last.
     [[nodiscard]] virtual std::shared_ptr<Animator> getCurrentItem();
-    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
+    /// as well.
     virtual void start();
     /// Stops the timer and goes back to the first member. Members keep their state.
     virtual void stop();
-    /// Goes backwards (`direction` true) or forwards from the next step on.
+    /// Moves backwards (`direction` true) or forwards from the next step on.
     virtual void setBackwards(bool direction);
-    /// Does one tick.
+    /// Performs one tick.
     virtual void animate();
 
   private:
@@ -55,7 +56,7 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     bool async = false;
     /// Called with the current member on every tick, before it is advanced or started.
     Callback<AnimatorChain&, Animator&> onAnimation;
-    /// Called when the chain has run past its end, before it stops.
+    /// Called when the chain has passed its end, before it stops.
     Callback<AnimatorChain&> onFinished;
 };
 

@@ -33,7 +33,7 @@ void AnimatorStack::stop() {
 }
 
 void AnimatorStack::animate() {
-    const auto self = weak_from_this().lock(); // a callback may let go of the stack
+    const auto self = weak_from_this().lock(); // a callback may release the stack
     bool animated = false;
     _animators.walk([&](Animator& member, std::size_t position) {
         if (member.hasFinished()) return;

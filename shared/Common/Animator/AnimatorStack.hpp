@@ -17,15 +17,16 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
     AnimatorStack(const AnimatorStack&) = delete;
     AnimatorStack& operator=(const AnimatorStack&) = delete;
 
-    /// Appends `item`, if there is one. An animator added twice moves two frames per tick.
+    /// Appends `item`; null is ignored. An animator added twice moves two frames per tick.
     virtual void add(std::shared_ptr<Animator> item);
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::vector<std::shared_ptr<Animator>> getItems();
-    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
+    /// as well.
     virtual void start();
-    /// Stops the timer and lets go of all members.
+    /// Stops the timer and removes all members.
     virtual void stop();
-    /// Does one tick. A tick that finds nothing to move reports the end and stops.
+    /// Performs one tick. A tick that finds nothing to move reports the end and stops.
     virtual void animate();
     virtual void reset();
 

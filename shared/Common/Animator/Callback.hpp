@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What the animation classes call when something happens: an optional callable in 24 bytes, as cheap to call
-// as a function pointer, which survives its own replacement. A callback that assigns to its own field, or
-// empties it, runs on to its end; the new one is called from the next time on.
+// as a function pointer, which survives being replaced during its own call. A callback that assigns to its
+// own field, or empties it, runs to its end; the new one is called from the next time on.
 //
-// Function pointers, callables without data, and lambdas that are not `mutable` with small captures of plain
-// bytes lie inside; everything else lies behind one allocation, so that a state of its own lasts from call to
+// Function pointers, callables without data, and lambdas that are not `mutable` and capture a few plain bytes
+// are stored inside; everything else is stored in one allocation, so its own state persists from call to
 // call. (A lambda must not capture a copy of something that a const call changes.) Copies are deep.
 // Single-threaded, like the objects that hold it.
 #pragma once
@@ -28,8 +28,8 @@ class Callback {
     constexpr Callback() noexcept = default;
     constexpr Callback(std::nullptr_t) noexcept {}
 
-    /// Holds a copy of `callable`; an empty function pointer, std::function or other nullable gives an empty
-    /// one.
+    /// Stores a copy of `callable`; an empty function pointer, std::function or other nullable makes the
+    /// callback empty.
     template <class Callable>
     requires(!std::same_as<std::remove_cvref_t<Callable>, Callback> &&
              std::copy_constructible<std::decay_t<Callable>> &&
@@ -53,7 +53,7 @@ class Callback {
     Callback(Callback&& other) noexcept
         : _storage(other._storage)
         , _operations(std::exchange(other._operations, nullptr)) {}
-    /// Takes `other`'s callable; the old one is destroyed when it no longer runs.
+    /// Takes over `other`'s callable; the old one is destroyed once it is no longer running.
     Callback& operator=(Callback other) noexcept {
         std::swap(_storage, other._storage);
         std::swap(_operations, other._operations);
@@ -64,14 +64,14 @@ class Callback {
     }
 
     [[nodiscard]] explicit operator bool() const noexcept { return _operations != nullptr; }
-    /// Calls the callable, which must be there.
+    /// Calls the callable; there must be one.
     void operator()(Arguments... arguments) const {
         _operations->call(_storage, std::forward<Arguments>(arguments)...);
     }
 
   private:
-    // A callable too large for the inside. `holders` counts the callback that owns it and the calls under
-    // way.
+    // A callable that is too large to be stored inside. `holders` counts the callback that owns it and the
+    // calls in progress.
     struct Shared {
         std::uint32_t holders = 1;
         Shared() = default;
@@ -98,9 +98,10 @@ class Callback {
         void (*release)(const Storage&);
     };
 
-    // A callable that lies inside is copied for each call, which may overwrite its place. That is right only
-    // where a call cannot change it. A class may hold `mutable` members; lambdas have none, and those that
-    // capture something are the types that are neither aggregates, nor made from nothing, nor assigned to.
+    // A callable that is stored inside is copied for each call, because the call may overwrite it. That is
+    // correct only if a call cannot change the callable. A class may have `mutable` members; lambdas have
+    // none, and those that capture something are exactly the types that are not aggregates, not
+    // default-constructible and not assignable.
     template <class Target>
     static constexpr bool looksLikeCapturingLambda =
         std::is_class_v<Target> && !std::is_aggregate_v<Target> && !std::is_default_constructible_v<Target> &&
@@ -121,7 +122,7 @@ class Callback {
     template <class Target>
     static void call(const Storage& storage, Arguments&&... arguments) {
         if constexpr (fitsInside<Target>) {
-            const Storage kept = storage; // the call may overwrite its own place
+            const Storage kept = storage; // the call may overwrite its own storage
             (*std::launder(reinterpret_cast<const Target*>(kept.bytes)))(
                 std::forward<Arguments>(arguments)...);
         } else {

@@ -13,7 +13,7 @@ namespace {
 
 using namespace easing;
 
-// One row of the catalogue. `overridable` reaches the curves that a subclass may replace.
+// One row of the catalogue. `overridable` calls the curves that a subclass may override.
 struct Row {
     std::string_view name;
     EasingFunction function;

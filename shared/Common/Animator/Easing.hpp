@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The catalogue of easing curves: ten families in four shapes, and the straight line. Pure functions of their
-// arguments, in single precision, the same bits on every machine and compiler; any thread.
+// arguments, in single precision, with the same bits on every machine and compiler; any thread.
 //
 // docs/EASING.md shows them all and says what each is for.
 #pragma once
@@ -13,7 +13,7 @@
 
 namespace tonewright {
 
-/// The kinds of movement an animator can be given.
+/// The kinds of movement an animator can have.
 enum class EnumEasing : std::int64_t {
     EASING_easeNone = 0,
     EASING_easeInQuad,
@@ -62,17 +62,17 @@ enum class EnumEasing : std::int64_t {
 /// Returns the kind whose raw value is `rawValue` (0 to 41), or none.
 [[nodiscard]] std::optional<EnumEasing> easingFromRawValue(std::int64_t rawValue) noexcept;
 
-/// Returns the name of the function a kind selects ("easeInQuad"); "easeNone" for an unknown kind.
+/// Returns the name of the function that a kind selects ("easeInQuad"); "easeNone" for an unknown kind.
 [[nodiscard]] std::string_view easingName(EnumEasing type) noexcept;
 
-/// Gives the value at frame `currentFrame` of a movement from `sourceValue` to `sourceValue + amount` in
-/// `numFrames` frames. `numFrames` of 0 divides by zero: the result is infinite or not a number where no
-/// frame test answers first. In the OutIn functions an overflow of `2 * currentFrame`, and in the Bounce
-/// functions frame numbers that leave the 64-bit range, are fatal.
+/// Returns the value at frame `currentFrame` of a movement from `sourceValue` to `sourceValue + amount` in
+/// `numFrames` frames. A `numFrames` of 0 divides by zero: the result is infinite or NaN unless a test of the
+/// frame comes first. In the OutIn functions an overflow of `2 * currentFrame`, and in the Bounce functions
+/// frame numbers that leave the 64-bit range, are fatal.
 using EasingFunction = float (*)(std::int64_t currentFrame, float sourceValue, float amount,
                                  std::int64_t numFrames);
 
-/// Returns the function a kind selects; `easeNone` for the end marker and any unknown value.
+/// Returns the function that a kind selects; `easeNone` for the end marker and any unknown value.
 [[nodiscard]] EasingFunction easingFunction(EnumEasing type) noexcept;
 
 } // namespace tonewright

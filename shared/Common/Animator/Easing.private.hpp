@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The formulas of the easing curves. Private to the animation engine, inline so that what an animator calls
-// through its selected function is the formula itself.
+// The formulas of the easing curves. Private to the animation engine, inline so that an animator calls the
+// formula itself through its selected function.
 //
 // t, d, b, c are the usual letters of easing formulas: frame, number of frames, start value, change of value.
-// All arithmetic is in single precision and in the order written; the build keeps compilers from contracting
-// products and sums. Powers of 2 go through exp2, which on this platform gives the bits of pow(2, x), on
-// every compiler.
+// All arithmetic is in single precision and in the order written; the build forbids the compiler to contract
+// products and sums. Powers of 2 use exp2, which on this platform returns the bits of pow(2, x) with every
+// compiler.
 #pragma once
 
 #include "platform/foundation/checked.hpp"
@@ -28,8 +28,8 @@ inline constexpr float Pi = std::numbers::pi_v<float>;
     return static_cast<float>(frame);
 }
 
-/// Lets a frame that was formed as a float pass as it comes back from its integer: unchanged, for it is a
-/// whole number; one outside the 64-bit range is fatal.
+/// Returns a frame computed as a float unchanged, because it is a whole number; one outside the 64-bit range
+/// is fatal.
 [[nodiscard]] inline float wholeFrame(float value) {
     if (!(std::fabs(value) < 0x1p63F)) (void)platform::checkedInteger(static_cast<double>(value));
     return value;
@@ -62,14 +62,14 @@ inline float easeInPower(Frame t, float b, float c, Frame d) {
     return timesPower<Power>(c, number(t) / number(d)) + b;
 }
 
-// For the fourth power this starts at b + 2c and falls to b + c: kept, for movements are tuned to it.
+// For the fourth power this starts at b + 2c and falls to b + c; kept because existing movements rely on it.
 template <int Power>
 inline float easeOutPower(Frame t, float b, float c, Frame d) {
     const float v = number(t) / number(d) - 1;
     return c * (power<Power>(v) + 1) + b;
 }
 
-// For the fourth power the middle jumps from b + c/2 to b + 1.5c: kept, too.
+// For the fourth power the middle jumps from b + c/2 to b + 1.5c; kept for the same reason.
 template <int Power>
 inline float easeInOutPower(Frame t, float b, float c, Frame d) {
     const float w = number(t) / (number(d) / 2);
@@ -90,7 +90,7 @@ inline float easeInOutQuad(Frame t, float b, float c, Frame d) {
     return (-c / 2) * (v * (v - 2) - 1) + b;
 }
 
-// Sine: u * Pi / 2, for the half of a float is exact, and -c * cos + c, for so is a change of sign.
+// Sine: u * Pi / 2 is correct because halving a float is exact, and -c * cos + c because changing a sign is.
 
 inline float easeInSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
@@ -119,7 +119,7 @@ inline float easeOutExpo(Frame t, float b, float c, Frame d) {
     return c * (1 - std::exp2((-10 * number(t)) / number(d))) + b;
 }
 
-// Halves u and not d, so that the curve hardly rises and jumps to its end at the last frame: kept.
+// Halves u and not d, so the curve hardly rises and jumps to its end at the last frame; kept.
 inline float easeInOutExpo(Frame t, float b, float c, Frame d) {
     if (number(t) == 0) return b;
     if (number(t) == number(d)) return b + c;
@@ -224,7 +224,7 @@ inline float easeOutBounce(Frame t, float b, float c, Frame d) {
     return bounce(number(t), b, c, number(d));
 }
 
-// Frames are formed as floats, so that frame counts beyond 2^24 lose their last digits.
+// Frames are computed as floats, so frame counts beyond 2^24 lose their last digits.
 [[nodiscard]] inline float bounceIn(float t, float b, float c, float d) {
     return c - bounce(wholeFrame(d - t), 0, c, wholeFrame(d)) + b;
 }
@@ -242,7 +242,7 @@ inline float easeInOutBounce(Frame t, float b, float c, Frame d) {
 // OutIn
 
 /// Runs `out` at double speed over the first half and `in` over the second. With an odd number of frames the
-/// second half begins at frame -1.
+/// second half starts at frame -1.
 template <class Out, class In>
 inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {
     const Frame half = d / 2;
@@ -251,8 +251,8 @@ inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {
     return in(platform::checkedSubtract(twice, d), b + c / 2, c / 2, d);
 }
 
-// The same for frames outside every movement, whose arithmetic may overflow, which is fatal: apart, so that
-// the way of the others is short and needs no stack.
+// The same for frames outside every movement, whose arithmetic may overflow, which is fatal; separate, so
+// that the usual path is short and needs no stack.
 template <EasingFunction Out, EasingFunction In>
 [[gnu::noinline, gnu::cold]] float easeOutInChecked(Frame t, float b, float c, Frame d) {
     return outIn(t, b, c, d, Out, In);

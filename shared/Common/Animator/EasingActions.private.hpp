@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From the kind of movement to what an animator calls. Private to the animation engine.
+// Maps the kind of movement to what an animator calls. Private to the animation engine.
 #pragma once
 
 #include "shared/Common/Animator/Animator.hpp"
@@ -9,7 +9,7 @@
 namespace tonewright {
 
 /// Returns the action of `type` for an animator of the base class (`plain`: the formulas themselves) or of a
-/// subclass (Elastic and Back through the overridable functions). Unknown types move straight.
+/// subclass (Elastic and Back through the overridable functions). Unknown types move linearly.
 [[nodiscard]] Animator::Action easingAction(EnumEasing type, bool plain) noexcept;
 
 } // namespace tonewright

@@ -40,9 +40,9 @@ void Impulse::stop() {
 }
 
 void Impulse::animate() {
-    const auto self = weak_from_this().lock(); // a callback may let go of the impulse
+    const auto self = weak_from_this().lock(); // a callback may release the impulse
     _amount = _amount * _intensity;
-    if (!(std::fabs(_amount) < _threshold)) { // a velocity that is no number still moves
+    if (!(std::fabs(_amount) < _threshold)) { // NaN counts as moving
         _step = platform::checkedAdd<std::int64_t>(_step, 1);
         _value = _value + _amount;
         if (_collision && (_value <= _minVal || _value >= _maxVal)) {

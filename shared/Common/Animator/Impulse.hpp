@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Moves a value that was kicked and coasts to rest: each tick damps the velocity and adds it to the value,
-// until the velocity falls below a threshold. Two walls may keep the value between them. Single-threaded, on
-// the run loop of the thread that calls `start`; a running timer keeps the impulse alive.
+// until the velocity falls below a threshold. Two walls may bound the value. Single-threaded, on the run loop
+// of the thread that calls `start`; a running timer keeps the impulse alive.
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
@@ -22,7 +22,8 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
     Impulse(const Impulse&) = delete;
     Impulse& operator=(const Impulse&) = delete;
 
-    /// Makes an impulse of class `Kind` and sets it up, through an override of `setup` where `Kind` has one.
+    /// Creates an impulse of class `Kind` and sets it up, through an override of `setup` where `Kind` has
+    /// one.
     template <std::derived_from<Impulse> Kind = Impulse>
     [[nodiscard]] static std::shared_ptr<Kind> create(std::int64_t frames, float amount,
                                                       float interval = 0.009F, float intensity = 0.75F) {
@@ -31,17 +32,18 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
         return impulse;
     }
 
-    /// Arms with an initial velocity of `amount` per tick, damped by the factor `intensity` on every tick of
-    /// `interval` seconds, the first included. `frames` is kept and does not limit the motion. The value
-    /// stays.
+    /// Prepares an impulse with an initial velocity of `amount` per tick, damped by the factor `intensity` on
+    /// every tick of `interval` seconds, including the first. `frames` is stored and does not limit the
+    /// motion. The value stays.
     virtual void setup(std::int64_t frames, float amount, float interval = 0.009F, float intensity = 0.75F);
-    /// Keeps the value between `min` and `max`, both excluded, or frees it again.
+    /// Keeps the value between `min` and `max`, both excluded, or removes the bounds.
     virtual void setMinMax(bool enabled, float min, float max);
-    /// Ticks from a timer of the calling thread. A timer that runs already is left running as well.
+    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
+    /// as well.
     virtual void start();
     /// Stops the timer and becomes idle, with value 0.
     virtual void stop();
-    /// Does one tick.
+    /// Performs one tick.
     virtual void animate();
     [[nodiscard]] virtual bool isFinished();
     /// Returns the initial velocity.
@@ -70,9 +72,9 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
   public:
     /// Called after every tick that moved.
     Callback<Impulse&> onAnimation;
-    /// Called when the motion has died out, while the value is still there.
+    /// Called when the motion has died out, while the value is still set.
     Callback<Impulse&> onFinished;
-    /// Called when a step would have reached a wall and was taken back, before `onAnimation`.
+    /// Called when a step would have reached a wall and was undone, before `onAnimation`.
     Callback<Impulse&> onCollision;
 };
 

@@ -25,7 +25,7 @@ void MemberList::clear() {
     _index.reset();
     _scans.reset();
     if (_walkEnd == 0) {
-        // Out of the list first: what the animators' destruction runs may use it.
+        // Emptied first: code that runs while the animators are destroyed may use the list.
         auto gone = std::exchange(_entries, {});
         const auto gaps = std::exchange(_gaps, {});
         const std::size_t firstLive = std::exchange(_firstLive, 0);
@@ -37,7 +37,7 @@ void MemberList::clear() {
         }
         return;
     }
-    Members gone; // those that came during the walk
+    Members gone; // those added during the walk
     for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
         if (isGap(i)) continue;
         --_entries[i]->_memberships;
@@ -62,13 +62,13 @@ bool MemberList::removeFirst(const Animator& item, std::size_t hint) {
     }
     if (position < _walkEnd) return true;
     const std::shared_ptr<Animator> gone = std::move(_entries[position]); // destroyed last, as in `clear`
-    // Gaps pile up, so that removing one by one costs one pass per halving.
+    // Gaps accumulate, so that removing one by one costs one pass per halving.
     if (_live < _entries.size() / 2) compact();
     return true;
 }
 
 bool MemberList::contains(const Animator& item) {
-    // The entry that came last is the one most often asked for.
+    // The entry that was added last is the one most often searched for.
     if (_live > 0 && _entries.back().get() == &item && !isGap(_entries.size() - 1)) return true;
     return find(item, None) != None;
 }
@@ -89,7 +89,7 @@ MemberList::Members MemberList::items() const {
 
 std::size_t MemberList::find(const Animator& item, std::size_t hint) {
     if (item._memberships == 0) return None;
-    // An animator with one membership that stands under the walk stands nowhere else.
+    // An animator with one membership, found at the walk's position, is in no other place.
     if (hint != None && item._memberships == 1 && _entries[hint].get() == &item && !isGap(hint)) return hint;
     if (!_index && _scans.exceeded(_live)) makeIndex();
     if (_index) return _index->first(item);
@@ -108,7 +108,8 @@ void MemberList::makeIndex() {
     for (std::size_t i = 0; i < _entries.size(); ++i) _index->append(isGap(i) ? nullptr : _entries[i].get());
 }
 
-// Takes the gaps out. The animators of entries removed under a walk go last, when the list is whole again.
+// Removes the gaps. The animators of entries removed during a walk are released last, when the list is
+// consistent again.
 void MemberList::compact() {
     if (_live == _entries.size() || _walkEnd > 0) return;
     Members gone;

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The ordered list of a group's members, shared references, which may be changed while it is walked. A walk
-// sees the members that were there when it began, in order, whatever happens to the list meanwhile, without
-// copying the list: entries removed meanwhile stay behind as gaps, and keep their animators alive, until the
-// walk has ended. Counts and searches see the list as it is at the moment. Internal to the animation engine.
+// The ordered list of a group's members, as shared references, which may be changed while it is walked. A
+// walk visits the members that were there when it began, in order, whatever happens to the list meanwhile,
+// without copying the list: entries removed during the walk stay behind as gaps, and keep their animators
+// alive, until the walk has ended. Counts and searches see the list as it is at the moment. Internal to the
+// animation engine.
 #pragma once
 
 #include "shared/Common/Animator/Animator.hpp"
@@ -33,16 +34,16 @@ class MemberList {
     void append(std::shared_ptr<Animator> item);
     /// Removes everything.
     void clear();
-    /// Removes the first entry that is `item`; returns whether there was one. `hint` is the position at which
-    /// the present walk stands, if any.
+    /// Removes the first entry that is `item`; returns whether there was one. `hint` is the present position
+    /// of the current walk, if any.
     [[nodiscard]] bool removeFirst(const Animator& item, std::size_t hint = None);
     [[nodiscard]] bool contains(const Animator& item);
     [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
-    /// Returns the member at `index`, which is below the count. Never inside a walk.
+    /// Returns the member at `index`, which is less than the count. Must not be called during a walk.
     [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index);
     [[nodiscard]] Members items() const;
 
-    /// Calls `visit(animator, position)` for every member of this moment.
+    /// Calls `visit(animator, position)` for every member that is in the list now.
     template <class Visit>
     void walk(const Visit& visit) {
         if (_walkEnd > 0) { // a callback of the outer walk ticks the same group: rare, and worth a copy
@@ -52,7 +53,7 @@ class MemberList {
         compact();
         const std::size_t end = _entries.size();
         const Walk walking(*this, end);
-        // The members that come next. Entries under a walk stay, and with them their animators.
+        // The next members. Entries stay during a walk, and with them their animators.
         std::array<Animator*, Ahead> next{};
         const auto fetch = [&](std::size_t i) {
             next[i % Ahead] = _entries[i].get();
@@ -67,10 +68,10 @@ class MemberList {
     }
 
   private:
-    // Animators lie wherever they were made; asking for them well ahead hides most of the way to memory.
+    // Animators are scattered in memory; prefetching them well ahead hides most of the latency.
     static constexpr std::size_t Ahead = 32;
     static void prefetch(const Animator& animator) {
-        // What a frame touches, the first and the last byte of it: two lines of the cache at most.
+        // What a frame touches, its first and its last byte: two cache lines at most.
         __builtin_prefetch(&animator._source, 1);
         __builtin_prefetch(reinterpret_cast<const std::byte*>(&animator.onAnimation + 1) - 1, 1);
     }
@@ -98,11 +99,11 @@ class MemberList {
 
     std::deque<std::shared_ptr<Animator>> _entries; // the members and gaps
     std::vector<std::uint8_t> _gaps;                // empty, or one mark per entry
-    std::size_t _live = 0;                          // entries that are no gaps
+    std::size_t _live = 0;                          // entries that are not gaps
     std::size_t _firstLive = 0;                     // all entries before are gaps
-    std::size_t _walkEnd = 0; // entries before are under a walk and must stay; 0 without a walk
+    std::size_t _walkEnd = 0; // entries before this are being walked and must stay; 0 without a walk
     ScanBudget _scans;
-    std::unique_ptr<OccurrenceIndex> _index; // present once scans became dear
+    std::unique_ptr<OccurrenceIndex> _index; // present once scans have become expensive
 };
 
 } // namespace tonewright

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Sine and cosine for the angles that a movement passes through, from 0 to pi, inline, which costs less than
+// Sine and cosine for the angles that a movement passes through, from 0 to pi, inline, which is cheaper than
 // a call into the C library. Private to the animation engine.
 //
 // The polynomials are the ones that glibc evaluates (the optimized routines for sinf and cosf that Arm
-// publishes), in fewer operations: compared one by one, all the floats of the range give the bits of glibc's
-// sinf and cosf, and `./bench easing` compares those that it meets. Other angles, which only frames outside a
-// movement have, go to the library.
+// publishes), in fewer operations: all floats of the range have been compared and give the bits of glibc's
+// sinf and cosf, and `./bench easing` compares those that it uses. Other angles, which only occur for frames
+// outside a movement, go to the library.
 #pragma once
 
 #include <bit>
@@ -30,8 +30,8 @@ namespace tonewright::easing {
     return x + x * square * (-0x1.555545995a603p-3 + square * high);
 }
 
-// Where one polynomial gives way to the next. From 0 up a float grows with its bits, and one with a sign has
-// larger bits than all without, so that one comparison of integers also keeps negative angles out.
+// The bounds between the polynomials. Floats from 0 upwards are ordered like their bits, and one with a sign
+// has larger bits than all without, so one comparison of integers also excludes negative angles.
 [[nodiscard]] constexpr std::uint32_t bitsOf(float x) noexcept {
     return std::bit_cast<std::uint32_t>(x);
 }

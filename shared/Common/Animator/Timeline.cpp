@@ -13,8 +13,8 @@
 namespace tonewright {
 namespace {
 
-// Process-wide: time lines of different threads share no members, so that a count of the other's events costs
-// them a look and nothing else.
+// Process-wide: timelines on different threads share no members, so a count of the other's events costs them
+// a comparison and nothing else.
 std::atomic<std::uint64_t> startChanges{0};
 std::atomic<std::uint64_t> lengthChanges{0};
 std::atomic<std::uint32_t> lastNumber{0};
@@ -52,7 +52,7 @@ void Timeline::add(std::shared_ptr<Animator> item, std::int64_t startFrame) {
                      (animator._timeline == Several && find(animator) != OccurrenceIndex::None));
     const bool moves = isPlaced && animator._startFrame != startFrame;
     const bool sortsAnew = !isTrusted() || (moves && isHere);
-    if (sortsAnew) sortPending(); // what came before the change was sorted without it
+    if (sortsAnew) sortPending(); // entries from before the change were sorted without it
 
     animator._startFrame = startFrame;
     if (moves) {
@@ -77,7 +77,7 @@ void Timeline::add(std::shared_ptr<Animator> item, std::int64_t startFrame) {
 bool Timeline::remove(const Animator& item) {
     const std::size_t position = find(item);
     if (position == OccurrenceIndex::None) return false;
-    // Destroyed last: what its destruction runs may use the list.
+    // Destroyed last: code that runs during its destruction may use the list.
     const std::shared_ptr<Animator> gone = std::exchange(_entries[position].animator, nullptr);
     leave(*gone);
     if (_index) _index->removeFirst(item);
@@ -126,7 +126,7 @@ void Timeline::putInOrder() {
     compact();
     sortPending();
     if (isTrusted()) return;
-    // A start frame changed somewhere. If it was none of these, the order holds.
+    // A start frame changed somewhere. If it was none of these, the order is still right.
     const bool holds = std::all_of(_entries.begin(), _entries.end(), [](const Entry& entry) {
         return entry.startFrame == entry.animator->_startFrame;
     });
@@ -158,8 +158,8 @@ std::size_t Timeline::find(const Animator& item) {
     return place == end ? OccurrenceIndex::None : static_cast<std::size_t>(place - _entries.begin());
 }
 
-// Equal start frames keep their order, so that sorting the newcomers together gives what sorting them one by
-// one would have given.
+// Equal start frames keep their order, so sorting the new entries together has the same result as sorting
+// them one by one.
 void Timeline::sortPending() {
     if (_sorted == _entries.size()) return;
     const auto middle = _entries.begin() + static_cast<std::ptrdiff_t>(_sorted);

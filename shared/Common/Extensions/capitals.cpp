@@ -10,7 +10,7 @@ namespace {
 
 // The spellings are part of the list; users of the names rely on them.
 struct SharedCapitals {
-    std::mutex mutex; // guards names; held for a copy or an assignment only
+    std::mutex mutex; // guards names; held only for a copy or an assignment
     std::vector<std::string> names = {
         "Kabul",
         "Tirana",
@@ -226,7 +226,7 @@ std::vector<std::string> capitals() {
 
 void setCapitals(std::vector<std::string> names) {
     const std::scoped_lock lock(shared().mutex);
-    shared().names.swap(names); // the former names are released after the lock
+    shared().names.swap(names); // the previous names are released after the lock
 }
 
 } // namespace tonewright

@@ -9,7 +9,7 @@
 
 namespace tonewright {
 
-/// Returns a copy of the list: at first 197 names, from "Kabul" to "Harare".
+/// Returns a copy of the list: initially 197 names, from "Kabul" to "Harare".
 [[nodiscard]] std::vector<std::string> capitals();
 
 /// Replaces the list.

@@ -16,7 +16,7 @@ namespace {
 using platform::FileManager;
 using platform::URL;
 
-// A place of the process. The mutex is held for a copy or an assignment only.
+// A location shared by the process. The mutex is held only for a copy or an assignment.
 class SharedURL {
   public:
     [[nodiscard]] std::optional<URL> get() const {

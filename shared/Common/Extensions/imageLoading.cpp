@@ -26,19 +26,19 @@ void readInto(const std::weak_ptr<UIImageView>& place, const URL& url) {
     const auto image = UIImage::initWithData(data.value());
     const auto view = place.lock();
     if (image && view) view->setImage(image);
-    // Said in any case, as users of the log know it.
+    // Printed in any case, because users of the log expect it.
     debugprint("UIImageView::loadFrom() : Could not assign image.");
 }
 
-// One at a time, in the order of the answers, so that pictures of strangers never take more than one
+// One at a time, in the order of the answers, so that pictures from the network never take more than one
 // processor.
 platform::DispatchQueue& decodingQueue() {
     static platform::DispatchQueue queue("example.tonewright.pictures");
     return queue;
 }
 
-// The answer comes on the session's queue, which decoding would hold; `hold` keeps the view until the image
-// is set.
+// The answer arrives on the session's queue, which decoding would block; `hold` keeps the view until the
+// image is set.
 void requestImageFromURL(UIImageView& view, const URL& url, const platform::TaskHold& hold) {
     platform::URLRequest request(url);
     request.cachePolicy = platform::URLRequestCachePolicy::UseProtocolCachePolicy;

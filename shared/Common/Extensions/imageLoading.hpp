@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Filling an image view with what a URL names.
+// Loads the image that a URL names into an image view.
 #pragma once
 
 #include <memory>
@@ -13,14 +13,14 @@ class UIImageView;
 
 namespace tonewright {
 
-/// Reads and decodes the image at `URLAddress` on the main queue, which waits for it, at most 60 s without
-/// any progress, and let `view` show it if it still exists by then. What cannot be read or decoded leaves the
-/// view as it was. Any thread; the log follows the steps.
+/// Reads and decodes the image at `URLAddress` on the main queue, which is blocked meanwhile, at most 60 s
+/// without any progress, and sets it in `view` if that still exists by then. If it cannot be read or decoded,
+/// the view stays as it was. Any thread; each step is logged.
 void loadFrom(const std::shared_ptr<platform::UIImageView>& view, std::string_view URLAddress);
 
-/// Have the image at `imageURLString` fetched in the background, and `view` kept until it came and shown it:
-/// whatever an HTTP server answers, no image at all when the answer holds none. A fetch that fails leaves the
-/// view as it was. Main thread.
+/// Fetches the image at `imageURLString` in the background and sets it in `view`, which is kept alive until
+/// then. Whatever an HTTP server answers is used: if the answer holds no image, the view shows none. A fetch
+/// that fails leaves the view as it was. Main thread.
 void getImageFromURLString(const std::shared_ptr<platform::UIImageView>& view,
                            std::string_view imageURLString);
 

@@ -10,7 +10,7 @@ class UIView;
 
 namespace tonewright {
 
-/// Lets `view` fill its superview from now on, whatever the size; without a superview change nothing.
+/// Lets `view` fill its superview from now on, whatever its size; does nothing without a superview.
 void pinToSuperviewEdges(platform::UIView& view);
 
 } // namespace tonewright

@@ -8,11 +8,11 @@
 
 namespace tonewright {
 
-/// Have `text` written as one line by the main queue, in the order of the calls, and return at once: also on
-/// the main thread the line comes after those that the present work still writes itself.
+/// Writes `text` as one line from the main queue, in the order of the calls, and returns at once. When called
+/// on the main thread, the line still comes after those that the present task prints.
 void safeprint(std::string text);
 
-/// Does the same; a name of its own for lines about errors.
+/// Does the same; a separate name for lines about errors.
 void debugprint(std::string text);
 
 } // namespace tonewright

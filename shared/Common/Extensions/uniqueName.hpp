@@ -10,7 +10,8 @@
 
 namespace tonewright {
 
-/// Returns a text that no other call gives, after `withPrefix` and "-" when there is a prefix, be it empty.
+/// Returns a text that no other call returns, after `withPrefix` and "-" if there is a prefix, even an empty
+/// one.
 [[nodiscard]] std::string uniqueName(std::optional<std::string_view> withPrefix);
 
 } // namespace tonewright

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A text of 24 bytes: up to 23 bytes of it inside, longer ones outside. File names are mostly short, and a
-// tree holds millions of them. A value; any thread.
+// A text of 24 bytes: up to 23 bytes of it inside, longer ones on the heap. File names are mostly short, and
+// a tree holds millions of them. A value; any thread.
 #pragma once
 
 #include <array>
@@ -26,7 +26,8 @@ class CompactText {
     static constexpr unsigned char Outside = 0xFF;
     [[nodiscard]] bool isOutside() const noexcept;
 
-    // Inside: the bytes, and in the last one their number. Outside: the address, the length, and the mark.
+    // Inside: the bytes, and their number in the last one. On the heap: the address, the length, and the
+    // mark.
     alignas(8) std::array<char, 24> _bytes{};
 };
 

@@ -18,14 +18,14 @@ namespace {
 
 std::atomic<std::uint64_t> relabelingCount{0};
 
-// An attribute that is missing among others ends the program.
+// An attribute that is missing among others is fatal.
 template <class T>
 T required(const std::optional<T>& attribute) {
     if (!attribute) platform::fatal(platform::UnexpectedNilUnwrapping);
     return *attribute;
 }
 
-// Tells this of a component with its "/"; also of none at all.
+// Returns whether `component`, which includes its "/", ends in exactly one; also true for an empty one.
 bool endsInOneSlash(std::string_view component) {
     return component.empty() || (component.size() > 1 && component[component.size() - 2] != '/');
 }
@@ -58,7 +58,7 @@ void File::setSubpath(std::string_view value) {
     _location = _location->withDirectory(value.substr(0, split));
     _name = CompactText(value.substr(split));
     if (value.empty()) set_indent(0);
-    // Not `else`: a subpath without components has the depth -1.
+    // Not `else`: a subpath without components has depth -1.
     set_indent(_location->componentCount() + (split < value.size() ? 1 : 0) - 1);
     noteRelabeling();
 }
@@ -96,7 +96,7 @@ std::string File::getFileExtension() const {
 }
 
 NodePath File::parentPath() const {
-    // Mostly it is the directory without its "/"; where there is one "/" too many, the text is looked at.
+    // Usually it is the directory without its "/"; if there is one "/" too many, the text is compared.
     NodeLocation::Reference directory = _location;
     if (namePart().empty() || !endsInOneSlash(directory->component())) {
         const std::string path = getParentPath();

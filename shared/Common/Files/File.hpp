@@ -39,7 +39,7 @@ class File : public FileBase {
     void setRootpath(std::string_view value) { _location = _location->withRootpath(value); }
     /// The path below it, without a leading separator; empty for the root.
     [[nodiscard]] std::string subpath() const;
-    /// Assign the path and compute the depth from it: the number of components less one, -1 for none.
+    /// Assigns the path and computes the depth from it: the number of components less one, -1 for none.
     void setSubpath(std::string_view value);
     [[nodiscard]] bool exists() const noexcept { return _exists; }
     void setExists(bool value) noexcept { _exists = value; }
@@ -80,19 +80,19 @@ class File : public FileBase {
     virtual void setExpanded(bool value);
     /// Appends this node, which `self` owns, and the visible ones below it to `list`.
     virtual void makeExpandedList(const std::shared_ptr<File>& self, FileList& list);
-    /// Looks for the item whose file number has the text `uid`, here (`self` owns this node) and below; puts
-    /// it in `found` and print a line.
+    /// Looks for the item whose file number has the text `uid`, here (`self` owns this node) and below;
+    /// stores it in `found` and prints a line.
     void findFileWithUID(std::string_view uid, const std::shared_ptr<File>& self,
                          std::shared_ptr<File>& found);
 
-    /// Appends the node's XML, for a folder that of everything below it too, indented by `indent` tabs.
+    /// Appends the node's XML, including everything below it for a folder, indented by `indent` tabs.
     void xml(std::string& result, std::int64_t indent = 0) const;
     /// Appends one element, for files and folders alike.
     void list(std::string& result) const;
     void dumpout() const override;
 
-    // What walks over whole trees use instead of the texts above: the same, without making texts.
-    /// Gives this as a folder; null when it is none.
+    // For walks over whole trees in place of the texts above: the same, without making texts.
+    /// Returns this as a folder; null if it is not one.
     [[nodiscard]] virtual Folder* asFolder() noexcept { return nullptr; }
     [[nodiscard]] virtual std::string_view className() const noexcept { return "File"; }
     virtual void find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
@@ -103,7 +103,8 @@ class File : public FileBase {
     void writeSubpath(TextWriter& writer) const;
     void writeFileSize(TextWriter& writer) const;
     void writeDates(TextWriter& writer) const;
-    /// Returns `getFileName`, `subpath` and `getParentPath`; valid as long as the paths are not assigned.
+    /// Returns `getFileName`, `subpath` and `getParentPath` as views; valid as long as the paths are not
+    /// assigned.
     [[nodiscard]] std::string_view fileName() const noexcept;
     [[nodiscard]] NodePath path() const noexcept { return {_location, &*_location, namePart()}; }
     [[nodiscard]] NodePath parentPath() const;
@@ -111,13 +112,13 @@ class File : public FileBase {
     [[nodiscard]] const NodeLocation::Reference& location() const noexcept { return _location; }
     [[nodiscard]] std::string_view namePart() const noexcept { return _name.view(); }
 
-    /// Remember that a parent index relies on this node's `subpath` and `isDirectory`.
+    /// Records that a parent index relies on this node's `subpath` and `isDirectory`.
     void becomeIndexed() noexcept { _isIndexed = true; }
-    /// Returns the number of assignments so far, in the whole process, that made some index wrong.
+    /// Returns the number of assignments so far, in the whole process, that invalidated an index.
     [[nodiscard]] static std::uint64_t relabelings() noexcept;
 
   protected:
-    /// Prints the lines of the fields that this very class declares.
+    /// Prints the lines of the fields that this class itself declares.
     virtual void dumpFields(const std::string& head, const std::string& attributesText) const;
 
   private:
@@ -139,7 +140,7 @@ class File : public FileBase {
 };
 static_assert(sizeof(void*) != 8 || sizeof(File) == 120, "a node and its owners' counts fill 136 bytes");
 
-/// The text of an attribute that an item without any has.
+/// The text of an attribute for an item that has none.
 inline constexpr std::string_view InvalidAttribute = "(invalid attribute)";
 
 } // namespace tonewright

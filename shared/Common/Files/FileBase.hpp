@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Identity and view state of a node in a file tree. Used from one thread at a time; numbers may be given to
-// nodes of several threads.
+// Identity and view state of a node in a file tree. Used from one thread at a time; nodes may be numbered on
+// several threads.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ class FileBase {
     FileBase(const FileBase&) = delete;
     FileBase& operator=(const FileBase&) = delete;
 
-    // The fields: the node's number in the order of creation, from 1, never reused; whether it stands for a
+    // The fields: the node's number in the order of creation, from 1, never reused; whether it represents a
     // remote item; whether a browser shows it expanded or selected; its depth below the tree's root.
     [[nodiscard]] bool _remote() const noexcept { return _remoteField; }
     void set_remote(bool value) noexcept { _remoteField = value; }
@@ -41,7 +41,7 @@ class FileBase {
   private:
     std::int64_t _id = -1;
     std::int64_t _indentField = 0;
-    bool _remoteField = false; // last: what derives from this puts its own flags beside them
+    bool _remoteField = false; // last: derived classes place their own flags beside them
     bool _expandedField = false;
     bool _selectedField = false;
 };

@@ -118,7 +118,7 @@ void FileEnumerator::createRootNode(const std::string& path) {
     fileTree->root = folder;
 }
 
-// The enumerator answers what the file manager would for the item's path, from the directory that it has
+// The enumerator answers what the file manager would for the item's path, using the directory that it holds
 // open.
 void FileEnumerator::createChildNode(std::string_view subpath, const std::string& path,
                                      platform::DirectoryEnumerator& enumerator) {
@@ -159,7 +159,7 @@ void FileEnumerator::examineFile(const std::string& name, const std::string& pat
               .append(textOf(exists))
               .append(" / ")
               .append(textOf(isDirectory)));
-    // The next two carry each other's label; readers of the report know them so.
+    // The labels of the next two are swapped; readers of the report know them this way.
     print(std::string(" - file is writable: ").append(textOf(fileManager.isReadableFileAtPath(full))));
     print(std::string(" - file is readeble: ").append(textOf(fileManager.isWritableFileAtPath(full))));
     print(std::string(" - file is executable: ").append(textOf(fileManager.isExecutableFileAtPath(full))));
@@ -172,7 +172,7 @@ std::string FileEnumerator::formatNumber(std::int64_t number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-// NOLINTBEGIN(readability-named-parameter): the answers do not depend on what is asked about
+// NOLINTBEGIN(readability-named-parameter): the answers do not depend on the arguments
 using platform::Error;
 using platform::FileManager;
 using platform::URL;

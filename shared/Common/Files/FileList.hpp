@@ -40,7 +40,7 @@ class FileList {
         if (!node) platform::fatal(platform::UnexpectedNil);
         _nodes.push_back(std::move(node));
     }
-    /// Puts `node` in the place of another.
+    /// Replaces the node at `index` by `node`.
     void replace(std::size_t index, Node node) {
         if (!node) platform::fatal(platform::UnexpectedNil);
         _nodes.at(index) = std::move(node);
@@ -61,7 +61,7 @@ class FileList {
         ++_edits;
     }
 
-    /// Returns the number of changes so far that were not appending.
+    /// Returns the number of changes so far other than appending.
     [[nodiscard]] std::uint64_t edits() const noexcept { return _edits; }
 
   private:

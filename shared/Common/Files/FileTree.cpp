@@ -11,7 +11,7 @@
 namespace tonewright {
 namespace {
 
-// What a node takes of a text, generously: room that is not written to costs nothing, growing does.
+// A generous length of a node's text: reserved memory that is not written to costs nothing, growing does.
 constexpr std::size_t UsualElementLength = 256;
 
 constexpr std::string_view NotFound = "Warning: The file was not found.";
@@ -43,7 +43,7 @@ void FileTree::findParent(const std::shared_ptr<File>& file) {
 
 void FileTree::clearList() {
     filelist.clear();
-    _index = {}; // it holds for what was in the list
+    _index = {}; // it describes the old contents of the list
 }
 
 void FileTree::makeExpandedList() {

@@ -19,18 +19,18 @@ namespace tonewright {
 class FileTree {
   public:
     std::string basePath;         // the current directory while it was scanned
-    std::shared_ptr<Folder> root; // absent until a scan made it
+    std::shared_ptr<Folder> root; // absent until a scan creates it
     FileList filelist;
 
     FileTree() = default;
     FileTree(const FileTree&) = delete;
     FileTree& operator=(const FileTree&) = delete;
 
-    /// Attach a new node to the folder in `filelist` that its subpath names, or to the root. A node below the
-    /// first level stays unattached while `filelist` is empty. An absent root is fatal.
+    /// Attaches a new node to the folder in `filelist` that its subpath names, or to the root. A node below
+    /// the first level stays unattached while `filelist` is empty. An absent root is fatal.
     void findParent(const std::shared_ptr<File>& file);
     void clearList();
-    /// Fills `filelist` with the root's children and what is visible below them. An absent root is fatal.
+    /// Fills `filelist` with the root's children and the visible nodes below them. An absent root is fatal.
     void makeExpandedList();
     /// Sets the expansion of everything below the root.
     void setExpanded(bool value);
@@ -41,13 +41,14 @@ class FileTree {
     void dumpoutRoot() const;
     /// Returns the whole tree as nested elements. An absent root is fatal.
     [[nodiscard]] std::string xml() const;
-    /// Returns `filelist` as elements in a row.
+    /// Returns `filelist` as a sequence of elements.
     [[nodiscard]] std::string list() const;
 
     /// Returns the item whose file number has the text `uid`, or the root for the root container's
     /// identifier; null when there is none. Prints a line when it finds one.
     [[nodiscard]] std::shared_ptr<File> findFileWithUID(std::string_view uid);
-    /// Collapse everything and fill `filelist` with one page: the root's children, or a folder and its own.
+    /// Collapses everything and fills `filelist` with one page: the root's children, or a folder and its
+    /// children.
     void makeExpandedPage(std::string_view identifier);
     /// Does the same and expands the folder's ancestors.
     void makeExpandedPath(std::string_view identifier);
@@ -57,7 +58,7 @@ class FileTree {
     void attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder);
 
     ParentIndex _index;
-    std::size_t _attached = 0; // nodes so far: tells how long a text will be, roughly
+    std::size_t _attached = 0; // nodes so far: a rough estimate of a text's length
 };
 
 } // namespace tonewright

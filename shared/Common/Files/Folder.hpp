@@ -13,8 +13,8 @@ namespace tonewright {
 
 class Folder final : public File {
   public:
-    /// The nodes inside, in the order in which they were attached. Each refers back to this folder as its
-    /// owner; such a cycle stays until somebody breaks it.
+    /// The children, in the order in which they were attached. Each refers back to this folder as its owner;
+    /// such a cycle stays until somebody breaks it.
     std::vector<std::shared_ptr<File>> children;
 
     void setExpanded(bool value) override;

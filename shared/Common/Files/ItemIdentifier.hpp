@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The text that names an item from outside: the decimal text of its file number. Made once for a search, it
-// compares with each node as exactly as the texts would, without making the node's. A value; refers to the
+// The text that identifies an item from outside: the decimal text of its file number. Made once for a search,
+// it compares with each node as exactly as the texts would, without making the node's. A value; refers to the
 // text.
 #pragma once
 
@@ -23,7 +23,7 @@ class ItemIdentifier {
   public:
     explicit ItemIdentifier(std::string_view text)
         : _text(text) {
-        // Only the one text that a number is written as can be that number's.
+        // A number matches only the one text that it is written as.
         std::uint64_t number = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error == std::errc() && end == text.data() + text.size() &&

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where nodes lie: a directory below a scanned root. A location holds the last component of its directory and
-// refers to the location around it, so that a directory costs its own name, however deep it lies. Locations
-// are immutable and shared by the nodes of one directory; the counting of owners is safe from any thread.
+// Where nodes are: a directory below a scanned root. A location holds the last component of its directory and
+// refers to the parent location, so a directory costs only its own name, however deep it is. Locations are
+// immutable and shared by the nodes of one directory; reference counting is safe on any thread.
 #pragma once
 
 #include <atomic>
@@ -43,23 +43,24 @@ class NodeLocation {
         const NodeLocation* _location = nullptr;
     };
 
-    /// Returns the location of the nodes right inside no root at all.
+    /// Returns the location of nodes directly inside an empty root.
     [[nodiscard]] static Reference nowhere();
     /// Returns the same directory below another root.
     [[nodiscard]] Reference withRootpath(std::string_view rootpath) const;
-    /// Returns another directory, empty or with the "/" that ends it, below the same root.
+    /// Returns another directory, empty or ending in "/", below the same root.
     [[nodiscard]] Reference withDirectory(std::string_view directory) const;
 
     [[nodiscard]] std::string_view rootpath() const noexcept { return _root->text(); }
-    /// Returns the location around this one; only where the directory is not the root's own.
+    /// Returns the parent location; only if the directory is not the root's own.
     [[nodiscard]] const Reference& outer() const noexcept { return _outer; }
-    /// Returns the last component of the directory with every "/" behind it; empty for the root's own.
+    /// Returns the last component of the directory with every "/" after it; empty for the root's own.
     [[nodiscard]] std::string_view component() const noexcept {
         return isRoot() ? std::string_view() : text();
     }
     [[nodiscard]] std::int64_t componentCount() const noexcept { return _componentCount; }
 
-    /// Returns the bytes of the whole directory with the "/" that ends it; 0 for the root's own.
+    /// Returns the length of the whole directory in bytes, including the "/" at its end; 0 for the root's
+    /// own.
     [[nodiscard]] std::size_t directoryLength() const noexcept { return _directoryLength; }
     /// Writes these bytes to `place`.
     void writeDirectory(char* place) const noexcept;
@@ -67,7 +68,7 @@ class NodeLocation {
 
     /// Returns a number that is the same for locations of the same directory, whatever their root.
     [[nodiscard]] std::size_t hash() const noexcept { return _hash; }
-    /// Returns whether the directories have the same text, whatever their root. Locations that one walk made
+    /// Returns whether the directories have the same text, whatever their root. Locations made by one walk
     /// are compared at once, others component by component.
     [[nodiscard]] bool hasDirectoryOf(const NodeLocation& other) const noexcept;
 
@@ -95,7 +96,7 @@ class NodeLocation {
 
 /// The path of an item below a root: a directory and the name in it, which has no "/".
 struct NodePath {
-    NodeLocation::Reference owner; // of what the other two refer to
+    NodeLocation::Reference owner; // keeps what the other two refer to
     const NodeLocation* directory;
     std::string_view name;
 

@@ -12,7 +12,7 @@
 namespace tonewright {
 namespace {
 
-// A list this short is indexed as fast as it is walked.
+// A list this short is indexed as fast as it is scanned.
 constexpr std::size_t ShortList = 16;
 
 [[noreturn]] void failConversion() {
@@ -93,7 +93,7 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
     const std::size_t hash = path.hash();
     Slot& slot = slotOf(list, path, hash);
     if (slot.next == 0) ++_folders;
-    slot = {hash, position + 1}; // a later folder with the same subpath takes the place of the earlier
+    slot = {hash, position + 1}; // a later folder with the same subpath replaces the earlier
 }
 
 ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, const NodePath& path, std::size_t hash) {

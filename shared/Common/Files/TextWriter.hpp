@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Appends to a text by way of a small buffer that stays in the cache, so that the text itself is neither
-// asked for room piece by piece nor filled twice. Used from one thread at a time.
+// Appends to a text through a small buffer that stays in the cache, so the text itself is neither grown piece
+// by piece nor written twice. Used from one thread at a time.
 #pragma once
 
 #include "platform/foundation/fatal.hpp"
@@ -20,14 +20,14 @@ namespace tonewright {
 
 class TextWriter {
   public:
-    /// Writes behind what `text` holds; the text is complete when the writer has gone.
+    /// Appends to `text`, which is complete when the writer has been destroyed.
     explicit TextWriter(std::string& text)
         : _text(text) {}
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
     ~TextWriter() { flush(); }
 
-    /// Gives room for `size` bytes, at most `MostRoom`; `advanceTo` tells how far it was used.
+    /// Returns space for `size` bytes, at most `MostRoom`; `advanceTo` tells how much of it was used.
     [[nodiscard]] char* room(std::size_t size) {
         if (_buffer.size() - _length < size) flush();
         return _buffer.data() + _length;

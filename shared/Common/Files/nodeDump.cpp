@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The diagnostic lines of nodes: every field, one line at a time, for developers to read.
+// The diagnostic lines of nodes: every field, one line each, for developers to read.
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/Folder.hpp"
 #include "shared/Common/Files/TextWriter.hpp"
@@ -48,7 +48,7 @@ std::string headOf(const FileBase& node) {
     return head;
 }
 
-// One line of pieces, in a buffer that is kept: a dump has millions of lines. One at a time.
+// One line made of pieces, in a buffer that is reused: a dump has millions of lines. One at a time.
 class Line {
   public:
     explicit Line(std::string_view head)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Paths as texts: components are split at "/", empty ones dropped; a leading "/" is a component of its own.
-// Pure functions; any thread.
+// Paths as texts: components are separated by "/", empty ones dropped; a leading "/" is a component of its
+// own. Pure functions; any thread.
 #pragma once
 
 #include <string_view>
