@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Queues of tasks: the main queue (run by the main thread's loop), the global queue (a pool of threads), and
-// serial queues of one's own (a thread with a list of tasks). All operations may be called from any thread
-// but the audio thread: they lock and may wake a thread.
+// serial queues (each a thread with a list of tasks). All operations may be called on any thread except the
+// audio thread: they lock and may wake a thread.
 #pragma once
 
 #include <functional>
@@ -17,13 +17,14 @@ using Task = std::function<void()>;
 class DispatchQueue {
   public:
     /// Returns the queue whose tasks the main thread's loop runs, in the order of submission. Tasks never run
-    /// inside the submitting call; those that still wait when the loop ends for good are dropped.
+    /// inside the submitting call; those still queued when the loop ends for good are dropped.
     [[nodiscard]] static DispatchQueue& main();
     /// Returns the queue of default quality of service whose tasks run concurrently on a pool of threads.
     [[nodiscard]] static DispatchQueue& global();
 
-    /// Makes a serial queue. Its tasks run one at a time, in the order of submission. Releasing the queue
-    /// neither waits nor drops: tasks already submitted still run. May be released on its own thread.
+    /// Creates a serial queue. Its tasks run one at a time, in the order of submission. Releasing the queue
+    /// neither waits for tasks nor drops them: tasks already submitted still run. May be released on its own
+    /// thread.
     explicit DispatchQueue(std::string label);
     ~DispatchQueue();
     DispatchQueue(const DispatchQueue&) = delete;
@@ -32,8 +33,8 @@ class DispatchQueue {
     /// Submits `task` and return at once.
     void async(Task task);
     /// Runs `task` on the calling thread as this queue's task, after those already submitted, and returns
-    /// when it has run. Serial queues only. Called from a task of the same queue it is fatal, for it could
-    /// never end.
+    /// when it has run. Serial queues only. Calling it from a task of the same queue is fatal, because it
+    /// could never return.
     void sync(const Task& task);
     /// Submits `task` after `seconds` (clock time, 0 or less: now).
     void asyncAfter(double seconds, Task task);

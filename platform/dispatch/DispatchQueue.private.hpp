@@ -18,7 +18,7 @@ class DispatchQueue::Implementation {
 
     virtual void async(Task task) = 0;
     virtual void sync(const Task& task) = 0;
-    /// Tell that the owner has gone: no more submissions come.
+    /// Called when the owner has been released: nothing more will be submitted.
     virtual void close() {}
 
     const std::string label;
@@ -28,7 +28,7 @@ class DispatchQueue::Implementation {
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeGlobalQueue();
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeSerialQueue(std::string label);
 
-/// Calls `submit` on a thread of the clock's own after `seconds`.
+/// Calls `submit` on a clock thread after `seconds`.
 void submitLater(double seconds, Task submit);
 
 } // namespace platform

@@ -26,7 +26,7 @@ class MainQueue final : public DispatchQueue::Implementation {
         reinterpret_cast<Source*>(source)->queue = this;
         g_source_set_name(source, "main queue");
         g_source_attach(source, nullptr);
-        g_source_unref(source); // the default context keeps it, as long as the process lives
+        g_source_unref(source); // the default context keeps it for the life of the process
     }
 
     void async(Task task) override {
@@ -64,8 +64,8 @@ class MainQueue final : public DispatchQueue::Implementation {
         return !_tasks.empty();
     }
 
-    // Runs what waits now; what these tasks submit runs in a later turn. A loop that runs inside a task
-    // leaves this source out, so that nothing else takes tasks from the queue.
+    // Runs the tasks queued now; those they submit run in a later turn. A loop that runs inside a task leaves
+    // this source out, so nothing else takes tasks from the queue.
     void runTasks() {
         const auto end = std::chrono::steady_clock::now() + LongestTurn;
         std::size_t count = 0;

@@ -14,15 +14,15 @@ class RunLoop {
     /// Returns the calling thread's loop; the main thread's is the one that runs the main queue.
     [[nodiscard]] static RunLoop current();
 
-    /// Runs until `done` answers true after a turn or `timeoutSeconds` have passed (infinity allowed); tells
-    /// whether it answered true. Must be called on the loop's own thread.
+    /// Runs until `done` returns true after a turn or `timeoutSeconds` have passed (infinity allowed);
+    /// returns whether it returned true. Must be called on the loop's own thread.
     bool runUntil(const std::function<bool()>& done, double timeoutSeconds);
     /// Runs for `seconds`.
     void runFor(double seconds);
-    /// Lets a loop that waits look at its condition again. Any thread.
+    /// Makes a waiting loop check its condition again. Any thread.
     void wakeUp();
 
-    /// The handle of the loop in the library that carries it.
+    /// The handle of the loop in the underlying library.
     struct Handle;
     [[nodiscard]] Handle* handle() const noexcept { return _handle; }
 

@@ -13,7 +13,7 @@
 namespace platform {
 namespace {
 
-// Which queues the running thread is a task of, innermost first.
+// The queues whose tasks the running thread is in, innermost first.
 struct Ownership {
     const void* queue;
     const Ownership* outer;
@@ -112,14 +112,14 @@ class SerialQueue final : public DispatchQueue::Implementation,
             if (entry.turn != nullptr) {
                 entry.turn->isGranted = true;
                 entry.turn->granted
-                    .notify_one(); // under the lock: the turn is gone as soon as its caller runs
+                    .notify_one(); // under the lock: the turn is destroyed as soon as its caller runs
                 continue;
             }
             lock.unlock();
             {
                 const Owning owning(this);
                 entry.task();
-                entry.task = nullptr; // what the task kept goes while the queue is still owned
+                entry.task = nullptr; // the task's captures are released while the queue is still owned
             }
             lock.lock();
             _busy = false;
@@ -129,7 +129,7 @@ class SerialQueue final : public DispatchQueue::Implementation,
     std::mutex _mutex; // guards all fields below
     std::condition_variable _changed;
     std::deque<Entry> _entries;
-    bool _busy = false; // a task runs, on the queue's thread or on that of a caller of sync
+    bool _busy = false; // a task is running, on the queue's thread or on that of a caller of sync
     bool _started = false;
     bool _closed = false;
 };

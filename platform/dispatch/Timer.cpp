@@ -10,7 +10,7 @@
 namespace platform {
 namespace {
 
-constexpr double ShortestInterval = 0.0001; // seconds; stands in for intervals that are none
+constexpr double ShortestInterval = 0.0001; // seconds; used for intervals that are not positive
 
 } // namespace
 
@@ -33,7 +33,7 @@ void Timer::invalidate() {
     if (_queue == nullptr) return;
     const auto self = shared_from_this(); // the queue may hold the last reference
     std::exchange(_queue, nullptr)->remove(*this);
-    // The block's own destruction may call back into this timer, which is invalid by now. A running block is
+    // Destroying the block may call back into this timer, which is invalid by now. A running block is
     // destroyed when its firing ends.
     if (!_firing) std::exchange(_block, nullptr);
 }

@@ -17,21 +17,22 @@ class Timer final : public std::enable_shared_from_this<Timer> {
   public:
     using Block = std::function<void()>;
 
-    /// Schedules `block` on the calling thread's loop, `interval` seconds from now and, when `repeats` is
-    /// set, at every further multiple of `interval`. An interval of 0 or less, or not a number, counts as
-    /// 0.0001 seconds; an infinite one never fires.
+    /// Schedules `block` on the calling thread's loop, `interval` seconds from now and, if `repeats` is set,
+    /// at every further multiple of `interval`. An interval that is 0, negative or NaN counts as 0.0001
+    /// seconds; an infinite one never fires.
     ///
-    /// A timer fires at most once per turn of the loop. Dates that passed while the loop was busy are left
-    /// out, and the next one lies on the grid of the first: neither a burst nor a drift. Timers that are due
-    /// together fire in the order of their dates, those of one date in the order of their making.
+    /// A timer fires at most once per turn of the loop. Dates that passed while the loop was busy are
+    /// skipped, and the next one is on the grid of the first: there is neither a burst nor a drift. Timers
+    /// that are due together fire in the order of their dates, those with equal dates in the order of their
+    /// creation.
     ///
-    /// The loop keeps the timer and its block until the timer is invalidated, has fired its only time, or the
-    /// thread ends.
+    /// The loop keeps the timer and its block until the timer is invalidated, a timer that does not repeat
+    /// has fired, or the thread ends.
     [[nodiscard]] static std::shared_ptr<Timer> scheduledTimerWithTimeInterval(double interval, bool repeats,
                                                                                Block block);
 
-    /// Lets the timer never fire again and releases its block (a block that is running ends first). May be
-    /// called inside the firing, and again.
+    /// Stops the timer from firing again and releases its block (a block that is running ends first). May be
+    /// called inside the firing, and repeatedly.
     void invalidate();
     /// Returns whether the timer may still fire.
     [[nodiscard]] bool isValid() const noexcept { return _queue != nullptr; }
@@ -48,7 +49,7 @@ class Timer final : public std::enable_shared_from_this<Timer> {
     double _intervalNanoseconds;
     std::int64_t _start; // nanoseconds of the steady clock; the grid's origin
     std::int64_t _date = 0;
-    std::uint64_t _number = 0; // orders timers of one date
+    std::uint64_t _number = 0; // orders timers with equal dates
     Block _block;
     bool _repeats;
     bool _firing = false;

@@ -17,14 +17,14 @@ struct TimerGrid {
     static constexpr double LongestNanoseconds = 4e18; // keeps every date inside the clock's range
 
     std::int64_t start = 0; // nanoseconds
-    double interval = 0;    // nanoseconds, seldom a whole number
+    double interval = 0;    // nanoseconds, rarely a whole number
 
-    /// Returns the first date of the grid after `now`, or `Never` if that lies more than a century ahead.
+    /// Returns the first date of the grid after `now`, or `Never` if that is more than a century ahead.
     [[nodiscard]] std::int64_t dateAfter(std::int64_t now) const noexcept {
-        const double step = std::max(interval, 1.0); // a finer grid is due on every turn all the same
+        const double step = std::max(interval, 1.0); // a finer grid is due on every turn anyway
         auto k = static_cast<std::int64_t>(static_cast<double>(now - start) / step);
-        // Rounding may have put the quotient one off, and the date of `k` at or before `now`; only the dates
-        // themselves tell, as whole numbers.
+        // Rounding may have made the quotient one too small, so that the date of `k` is at or before `now`;
+        // only the dates themselves, as whole numbers, tell.
         for (;; ++k) {
             const double offset = static_cast<double>(k) * step;
             if (!(offset < LongestNanoseconds)) return Never;

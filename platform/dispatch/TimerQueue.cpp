@@ -50,7 +50,7 @@ struct TimerQueue::Source {
 
 TimerQueue& TimerQueue::current() {
     const RunLoop loop =
-        RunLoop::current(); // made before the queue, so that it is still there when that ends
+        RunLoop::current(); // created before the queue, so that it still exists when the queue ends
     (void)loop;
     thread_local TimerQueue queue;
     return queue;
@@ -75,7 +75,7 @@ TimerQueue::TimerQueue()
 TimerQueue::~TimerQueue() {
     g_source_destroy(_source);
     g_source_unref(_source);
-    // Releasing a block may invalidate other timers of this thread, so that they go one by one.
+    // Releasing a block may invalidate other timers of this thread, so they are removed one by one.
     while (!_timers.empty()) {
         const auto timer = _timers.begin()->second;
         timer->invalidate();
@@ -95,7 +95,7 @@ void TimerQueue::remove(const Timer& timer) {
     const auto node = _timers.extract(Key(timer._date, timer._number));
 }
 
-// Woken a little before the first date, wait for it; another sleep would end late.
+// Having been woken a little before the first date, wait actively: another sleep would end late.
 std::int64_t TimerQueue::waitForDate(std::int64_t now) {
     if (_askedDate != Never) _lead.learn(now - _askedDate);
     if (_timers.empty()) return now;
@@ -117,10 +117,10 @@ void TimerQueue::fireDue() {
         const TimerGrid grid{timer._start, timer._intervalNanoseconds};
         timer._date = timer._repeats ? grid.dateAfter(now) : Never;
         node.key().first = timer._date;
-        // Most often it is the next one again: then idle timers behind it are not even looked at.
+        // Usually it is the next one again: then idle timers after it are not even looked at.
         _timers.insert(_timers.begin(), std::move(node));
     }
-    arm(); // before the blocks run: one that runs the loop itself shall not stop the other timers
+    arm(); // before the blocks run: one that runs the loop itself must not stop the other timers
     for (const auto& timer : due) fire(*timer);
     // Timers that cannot keep up with their own dates are due again by now.
     setTurnPriority(_source, !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds());
@@ -139,7 +139,7 @@ void TimerQueue::arm() {
     armAt(_timers.empty() ? Never : _timers.begin()->first.first);
 }
 
-// Setting the descriptor also clears that it has expired, so that it need not be read.
+// Setting the descriptor also clears its expiration, so it need not be read.
 void TimerQueue::armAt(std::int64_t date) {
     _armedDate = _askedDate = date;
     itimerspec setting{};

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The timers of one thread, ordered by date, behind one timerfd in the thread's loop. Private to
-// platform/dispatch; used on its own thread only.
+// The timers of one thread, ordered by date, on one timerfd in the thread's loop. Private to
+// platform/dispatch; used only on its own thread.
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
@@ -16,7 +16,7 @@
 
 namespace platform {
 
-/// Returns the steady clock's time in nanoseconds, the unit and origin that a timerfd takes.
+/// Returns the steady clock's time in nanoseconds, the unit and origin that a timerfd uses.
 [[nodiscard]] std::int64_t steadyNanoseconds() noexcept;
 
 class TimerQueue {
@@ -31,9 +31,9 @@ class TimerQueue {
 
     /// Keeps `timer` and fires it at its first date.
     void add(const std::shared_ptr<Timer>& timer);
-    /// Lets go of `timer`.
+    /// Removes `timer`.
     void remove(const Timer& timer);
-    /// Fire what is due now, each timer at most once.
+    /// Fires what is due now, each timer at most once.
     void fireDue();
 
   private:
@@ -49,7 +49,7 @@ class TimerQueue {
     Timers _timers;
     std::uint64_t _nextNumber = 0;
     std::int64_t _armedDate; // what the descriptor is set for
-    std::int64_t _askedDate; // what it is set to: sooner by the lead
+    std::int64_t _askedDate; // what was requested: earlier by the lead
     WakeLead _lead;
     int _descriptor;
     GSource* _source;

@@ -20,7 +20,7 @@ class DelayClock {
   public:
     void add(Clock::time_point due, Task submit) {
         const std::scoped_lock lock(_mutex);
-        _submissions.emplace(due, std::move(submit)); // equal dates keep the order of their coming
+        _submissions.emplace(due, std::move(submit)); // equal dates keep the order in which they were added
         if (!_started) {
             _started = true;
             std::thread([this] { run(); }).detach();

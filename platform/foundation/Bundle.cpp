@@ -29,7 +29,7 @@ Bundle::Bundle(std::string executableDirectory)
     : _executableDirectory(std::move(executableDirectory)) {}
 
 std::optional<URL> Bundle::resourceURL() const {
-    // bin/tonewright beside share/tonewright; a test program lies one level deeper, in bin/tests.
+    // bin/tonewright beside share/tonewright; a test program is one level deeper, in bin/tests.
     const fs::path directory = _executableDirectory;
     for (const fs::path& prefix : {directory.parent_path(), directory.parent_path().parent_path()}) {
         std::error_code ignored;
@@ -55,7 +55,7 @@ std::optional<std::string> Bundle::resourcePath() const {
     return url ? std::optional(url->path()) : std::nullopt;
 }
 
-// The directory above bin; a test program lies one level deeper.
+// The parent of bin; a test program is one level deeper.
 std::string Bundle::prefix() const {
     const fs::path directory = _executableDirectory;
     const fs::path above = directory.parent_path();

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The application's own folder tree: where its resources lie, in the build tree as in an installed one.
-// Immutable after construction; any thread.
+// The application's own folders: where its resources are, in the build tree as in an installation. Immutable
+// after construction; any thread.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -15,7 +15,7 @@
 
 namespace platform {
 
-/// The application's name among all others: its D-Bus name, the base of its desktop files' names.
+/// The application's unique name: its D-Bus name and the base of its desktop files' names.
 inline constexpr std::string_view ApplicationIdentifier = "example.tonewright.Tonewright";
 
 class Bundle {
@@ -28,14 +28,14 @@ class Bundle {
         return main();
     }
 
-    /// Makes the bundle whose program lies in `executableDirectory`.
+    /// Creates the bundle whose program is in `executableDirectory`.
     explicit Bundle(std::string executableDirectory);
 
     /// Returns the resources directory; absent when there is none on the disk.
     [[nodiscard]] std::optional<URL> resourceURL() const;
     [[nodiscard]] std::optional<std::string> resourcePath() const;
 
-    // Where the parts of an installation lie. These are always formed, whether they exist or not.
+    // Where the parts of an installation are. These are always returned, whether they exist or not.
     [[nodiscard]] URL bundleURL() const; // the prefix of the installation
     [[nodiscard]] std::string bundlePath() const { return bundleURL().path(); }
     [[nodiscard]] URL executableURL() const;
@@ -50,9 +50,10 @@ class Bundle {
     [[nodiscard]] std::string sharedSupportPath() const { return sharedSupportURL().path(); }
     [[nodiscard]] URL appStoreReceiptURL() const;
 
-    /// Returns the program's identifier in the desktop's naming; absent for a program that is no application.
+    /// Returns the program's identifier in the desktop's naming; absent for a program that is not an
+    /// application.
     [[nodiscard]] std::optional<std::string> bundleIdentifier() const;
-    /// Returns the name of the class that begins the application; this program has none.
+    /// Returns the name of the class that starts the application; this program has none.
     [[nodiscard]] std::optional<std::string> principalClass() const { return std::nullopt; }
     /// Returns the dictionary that describes the bundle; an installation of this program has none.
     [[nodiscard]] std::optional<std::map<std::string, std::string>> infoDictionary() const {

@@ -11,7 +11,7 @@ namespace platform {
 
 enum class ByteCountStyle { File };
 
-/// The most bytes that one text of `writeByteCount` takes.
+/// The largest size of a text of `writeByteCount`, in bytes.
 inline constexpr std::size_t ByteCountLength = 32;
 
 class ByteCountFormatter {
@@ -19,7 +19,8 @@ class ByteCountFormatter {
     /// Returns the text of `byteCount`: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.2 MB", "4.75 GB". The
     /// unit is chosen before rounding; halves round to even; trailing zeros are dropped.
     [[nodiscard]] static std::string stringFromByteCount(std::int64_t byteCount, ByteCountStyle countStyle);
-    /// Writes the same text to `text`, which has room for `ByteCountLength` bytes; returns the end behind it.
+    /// Writes the same text to `text`, which has space for `ByteCountLength` bytes; returns the end of what
+    /// was written.
     static char* writeByteCount(char* text, std::int64_t byteCount);
 };
 

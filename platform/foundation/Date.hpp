@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A moment as file systems keep it. A value; any thread.
+// A moment as file systems record it. A value; any thread.
 #pragma once
 
 #include <compare>
@@ -12,7 +12,7 @@ namespace platform {
 
 struct Date {
     std::int64_t seconds = 0;      // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
-    std::uint32_t nanoseconds = 0; // 0 to 999,999,999, later than `seconds`
+    std::uint32_t nanoseconds = 0; // 0 to 999,999,999, added to `seconds`
 
     /// Returns the present moment of the system's clock.
     [[nodiscard]] static Date now();
@@ -29,7 +29,7 @@ struct CivilDay {
     unsigned day = 1;   // 1 to 31
 };
 
-/// Returns the day that lies `days` after 1970-01-01.
+/// Returns the day that is `days` after 1970-01-01.
 [[nodiscard]] CivilDay civilDay(std::int64_t days) noexcept;
 /// Returns the days from 1970-01-01 to `day`.
 [[nodiscard]] std::int64_t daysTo(const CivilDay& day) noexcept;

@@ -22,14 +22,14 @@ constexpr std::int64_t NoSpan = std::numeric_limits<std::int64_t>::min();
 
 std::atomic<unsigned> timeZoneGeneration{0};
 
-// The C library knows years of an int only; beyond them the offset of the last it knows holds.
+// The C library only knows years that fit an int; beyond them the offset of the last such year is used.
 constexpr std::int64_t FurthestSecond = 60'000'000'000'000'000;
 
 struct Clock {
     CivilDay day;
     unsigned hour = 0;
     unsigned minute = 0;
-    unsigned second = 0; // 60 in a leap second, where the zone's file counts them
+    unsigned second = 0; // 60 in a leap second, if the zone's file counts them
 };
 
 std::optional<Clock> askClock(std::int64_t seconds) {
@@ -43,7 +43,7 @@ std::optional<Clock> askClock(std::int64_t seconds) {
                  static_cast<unsigned>(local.tm_sec)};
 }
 
-// Gives what the clock shows as seconds, less `seconds`; absent in a leap second.
+// Returns what the clock shows as seconds, less `seconds`; absent in a leap second.
 std::optional<std::int64_t> askOffset(std::int64_t seconds) {
     const std::int64_t bounded = std::clamp(seconds, -FurthestSecond, FurthestSecond);
     const auto clock = askClock(bounded);
@@ -54,9 +54,9 @@ std::optional<std::int64_t> askOffset(std::int64_t seconds) {
 }
 
 // Asking the C library costs ten times what the rest of the text costs; a span in which the offset does not
-// change needs to be asked for once. In the others every moment is asked for. A span is taken as constant
-// when the offset is the same every three days: the shortest time for which the clock of any zone in the time
-// zone database has left an offset and come back to it is nearly four.
+// change needs only one question. In other spans every moment is asked for. A span counts as constant if the
+// offset is the same every three days: the shortest time for which any zone in the time zone database has
+// left an offset and returned to it is nearly four.
 constexpr std::int64_t SpanDays = 12;
 constexpr std::int64_t Sample = 3 * Day;
 
@@ -72,10 +72,10 @@ struct KnownSpans {
     std::array<KnownSpan, 2048> spans;
 };
 
-// Tells whether the zone's daylight saving is spelled out by TZ instead of a file of the database: it may
-// last for hours.
+// Returns whether the zone's daylight saving is given by TZ itself instead of a file of the database: it may
+// last only hours.
 bool followsNoFile() {
-    (void)askClock(0); // the zone is read now, if it was not
+    (void)askClock(0); // the zone is read now, if it was not yet
     const char* name = std::getenv("TZ");
     if (name != nullptr && *name == ':') ++name;
     if (name == nullptr || *name == '\0' || ::daylight == 0) return false;

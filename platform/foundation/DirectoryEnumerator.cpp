@@ -48,7 +48,7 @@ class DirectoryEnumerator::Implementation {
     std::size_t siblingCount() const noexcept { return _stack.listing().count(); }
 
     std::optional<FileAttributes> directoryAttributes() const {
-        if (_stack.depth() > 1) return std::nullopt; // asked for before the walk begins
+        if (_stack.depth() > 1) return std::nullopt; // queried before the walk starts
         FileStatus status;
         if (detail::readStatus(_stack.descriptor(), "", AT_EMPTY_PATH, status) != 0) return std::nullopt;
         return FileAttributes(status);
@@ -77,7 +77,7 @@ class DirectoryEnumerator::Implementation {
     }
 
     std::optional<Error> removeItem(const std::string& path, const detail::Questions& questions) {
-        // What is left of a directory that could not be removed is walked through.
+        // The remains of a directory that could not be removed are walked.
         auto failed = detail::removeItem(_stack, _stack.listing().name(), path, questions);
         _itemStatus.reset();
         return failed;
@@ -86,7 +86,7 @@ class DirectoryEnumerator::Implementation {
 
   private:
     struct Level {
-        std::size_t prefixLength = 0; // of the subpath before a name
+        std::size_t prefixLength = 0; // of the part of the subpath before a name
         std::optional<FileStatus> status;
         std::optional<Rights> rights;
     };
@@ -97,13 +97,13 @@ class DirectoryEnumerator::Implementation {
         if (_levels.size() < _stack.depth()) _levels.emplace_back();
         Level& inner = level();
         inner.prefixLength = _subpath.size() + 1;
-        inner.status = _itemStatus; // where somebody asked for it
+        inner.status = _itemStatus; // if somebody queried it
         inner.rights.reset();
         list();
         _subpath += '/';
     }
 
-    // Called where `_subpath` is the path of the innermost directory.
+    // Requires that `_subpath` is the path of the innermost directory.
     void list() {
         const int error = _stack.list();
         if (error == 0) return;

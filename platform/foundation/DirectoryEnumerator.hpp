@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A walk over everything below a directory, depth first, a directory before its contents, the names of one
-// directory in byte order. It is lazy: a directory is opened only when its successor is asked for; one that
-// was deleted meanwhile or cannot be opened is silently empty; one that fails while its names are read gives
-// those it told, and an error. Links are given and not descended into. Used from one thread at a time.
+// directory in byte order. It is lazy: a directory is opened only when the item after it is requested; one
+// that was deleted meanwhile or cannot be opened counts as empty; one that fails while its names are read
+// yields those that were read, and an error. Links are returned and not followed. Used from one thread at a
+// time.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -22,7 +23,7 @@ namespace detail {
 struct Questions;
 }
 
-/// What the file manager's questions answer for one item.
+/// The file manager's answers for one item.
 struct FileFacts {
     bool exists = false; // this and the next four follow a link
     bool isDirectory = false;
@@ -30,7 +31,7 @@ struct FileFacts {
     bool isWritable = false;
     bool isExecutable = false;
     bool isDeletable = false;
-    FileAttributes attributes;  // of the item itself; empty when they could not be read
+    FileAttributes attributes;  // of the item itself; empty if they could not be read
     std::optional<Error> error; // why they could not be read
 };
 
@@ -55,7 +56,7 @@ class DirectoryEnumerator {
     [[nodiscard]] FileFacts facts();
     /// Returns the number of items in the directory of the item last returned.
     [[nodiscard]] std::size_t siblingCount() const noexcept;
-    /// Returns why directories could not be read to their end, one error for each, in the order of the walk.
+    /// Returns why directories could not be read completely, one error for each, in the order of the walk.
     [[nodiscard]] const std::vector<Error>& readErrors() const noexcept;
 
   private:

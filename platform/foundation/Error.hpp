@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a failed platform operation tells: a value, never thrown across a border.
+// The error of a failed platform operation: a value, never thrown.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace platform {
 /// A failure with a domain, a code in it, and a sentence for people.
 class Error {
   public:
-    /// Makes an error; control bytes in the sentence, which a file's name brings, become \n or \x01.
+    /// Creates an error; control bytes in the sentence, which may come from a file's name, become \n or \x01.
     Error(std::string domain, long code, std::string_view localizedDescription);
 
     [[nodiscard]] const std::string& domain() const noexcept { return _domain; }
@@ -28,7 +28,7 @@ class Error {
     std::string _localizedDescription;
 };
 
-/// Makes an error of the domain "POSIX" from an errno value; `sentence` is for people.
+/// Creates an error of the domain "POSIX" from an errno value; `sentence` is for people.
 [[nodiscard]] Error posixError(int errorNumber, std::string_view sentence);
 
 } // namespace platform

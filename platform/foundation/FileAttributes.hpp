@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the file system records of one item: a dictionary to look at, a flat record of 36 bytes to keep.
-// The answers of the file manager are whole records; what such a record cannot hold (dates before 1698 or
-// after 2242, a dictionary that somebody puts together key by key) is kept as a real dictionary instead. A
-// value; concurrent reading is safe.
+// What the file system records about one item: a dictionary to its readers, a flat record of 36 bytes in
+// memory. The file manager returns whole records; what such a record cannot hold (dates before 1698 or after
+// 2242, a dictionary that somebody builds key by key) is stored as a real dictionary instead. A value;
+// concurrent reading is safe.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -48,7 +48,7 @@ inline constexpr std::size_t FileAttributeKeyCount = 14;
 /// Returns the key's own text, "NSFileSize".
 [[nodiscard]] std::string_view textOf(FileAttributeKey key) noexcept;
 
-/// A flag, a number, a date or a text; which of them, the key decides. NSFileType is one of the texts
+/// A flag, a number, a date or a text, depending on the key. NSFileType is one of the texts
 /// "NSFileTypeRegular", "NSFileTypeDirectory", "NSFileTypeSymbolicLink", "NSFileTypeSocket",
 /// "NSFileTypeCharacterSpecial", "NSFileTypeBlockSpecial", "NSFileTypeUnknown".
 using FileAttribute = std::variant<bool, NSNumber, Date, std::string>;
@@ -58,9 +58,9 @@ using FileAttribute = std::variant<bool, NSNumber, Date, std::string>;
 
 class FileAttributes {
   public:
-    /// Makes a dictionary without entries.
+    /// Creates a dictionary without entries.
     FileAttributes() noexcept = default;
-    /// Makes the record of an item that exists.
+    /// Creates the record of an existing item.
     explicit FileAttributes(const detail::FileStatus& status);
     FileAttributes(const FileAttributes& other);
     FileAttributes(FileAttributes&& other) noexcept;
@@ -76,7 +76,7 @@ class FileAttributes {
     void setValue(FileAttributeKey key, FileAttribute value);
     void removeValue(FileAttributeKey key);
 
-    // The four that every item has, without the detour over a general value. Absent when the key is; a value
+    // The four that every item has, without the conversion to a general value. Absent if the key is; a value
     // of another type than the key's is fatal.
     [[nodiscard]] std::optional<NSNumber> systemFileNumber() const;
     [[nodiscard]] std::optional<NSNumber> size() const;
@@ -91,12 +91,13 @@ class FileAttributes {
 
   private:
     using Dictionary = std::map<FileAttributeKey, FileAttribute>;
-    using Word = std::array<std::uint32_t, 2>; // 64 bits at an alignment of 32: keeps the record at 36 bytes
+    using Word =
+        std::array<std::uint32_t, 2>; // 64 bits with an alignment of 32: keeps the record at 36 bytes
 
     static constexpr std::uint32_t Empty = 0;
     static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
 
-    void keep(std::unique_ptr<Dictionary> dictionary) noexcept; // its address, in _size
+    void keep(std::unique_ptr<Dictionary> dictionary) noexcept; // stores its address in _size
     [[nodiscard]] Dictionary* dictionary() const noexcept;
     [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key,
                                                      const detail::FileKind& kind) const;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The system's file operations under one roof. Paths are bytes of any length; relative ones are taken from
-// the process's current directory. Any thread; one manager's delegate is set before its operations run.
+// The system's file operations. Paths are bytes of any length; relative ones start at the process's current
+// directory. Any thread; a manager's delegate is set before its operations run.
 #pragma once
 
 #include "platform/foundation/DirectoryEnumerator.hpp"
@@ -56,12 +56,12 @@ class FileManager {
     /// Returns the process's file manager.
     [[nodiscard]] static FileManager& defaultManager();
 
-    /// Lets `delegate` answer this manager's questions; null for nobody. It must be taken away before it
-    /// goes.
+    /// Sets the delegate that answers this manager's questions; null for none. It must be reset before the
+    /// delegate is destroyed.
     void setDelegate(FileManagerDelegate* delegate) noexcept { _delegate = delegate; }
     [[nodiscard]] FileManagerDelegate* delegate() const noexcept { return _delegate; }
 
-    // Where one stands. The current directory is the process's.
+    // The current directory, which is the process's.
     bool changeCurrentDirectoryPath(const std::string& path);
     /// Returns the absolute path of the current directory; empty when it was removed.
     [[nodiscard]] std::string currentDirectoryPath() const;
@@ -79,44 +79,45 @@ class FileManager {
     /// more.
     [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(const std::string& path) const;
 
-    // What a directory holds, in byte order.
+    // What a directory contains, in byte order.
     /// Returns a walk over everything below `path`; null when it cannot be opened.
     [[nodiscard]] std::shared_ptr<DirectoryEnumerator> enumeratorAtPath(const std::string& path) const;
     [[nodiscard]] Result<std::vector<std::string>> contentsOfDirectoryAtPath(const std::string& path) const;
     [[nodiscard]] Result<std::vector<std::string>> subpathsOfDirectoryAtPath(const std::string& path) const;
     [[nodiscard]] std::optional<std::vector<std::string>> subpathsAtPath(const std::string& path) const;
 
-    // Changes. Each asks the delegate before every item and after every error, gives the error that ended it,
-    // or none, never leaves the tree through a link, and enters nothing that is mounted below the item.
+    // Changes. Each asks the delegate before every item and after every error, returns the error that ended
+    // it, or none, never leaves the tree through a link, and does not enter anything that is mounted below
+    // the item.
     /// Removes a file, a link or a whole directory, which must not be mounted itself.
     std::optional<Error> removeItemAtURL(const URL& url);
-    /// Does the same with the item that `enumerator` returned last, from the directory that it has open,
-    /// wherever that is by now. `url` names the item to the delegate and in errors.
+    /// Does the same with the item that `enumerator` returned last, in the directory that it holds open,
+    /// wherever that has been moved. `url` names the item to the delegate and in errors.
     std::optional<Error> removeItemAtURL(const URL& url, DirectoryEnumerator& enumerator);
     std::optional<Error> removeItemAtPath(const std::string& path);
     /// Copies a file or a whole directory; an existing destination is an error. A file appears at its
-    /// destination whole or not at all; what was made of a directory is removed when the copy fails.
-    /// Permissions, dates and extended attributes go with it, the owner does not.
+    /// destination complete or not at all; what was copied of a directory is removed if the copy fails.
+    /// Permissions, dates and extended attributes are copied, the owner is not.
     std::optional<Error> copyItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> copyItemAtPath(const std::string& path, const std::string& toPath);
-    /// Rename, and across file systems copy and remove; an existing destination is an error.
+    /// Renames, or copies and removes across file systems; an existing destination is an error.
     std::optional<Error> moveItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> moveItemAtPath(const std::string& path, const std::string& toPath);
-    /// Makes hard links to a file, or to every file of a directory in directories of its own.
+    /// Creates hard links to a file, or to every file of a directory in new directories.
     std::optional<Error> linkItemAtURL(const URL& url, const URL& toURL);
     std::optional<Error> linkItemAtPath(const std::string& path, const std::string& toPath);
-    /// Makes a directory and those above it; one that exists is no error. A URL that names no file is one.
+    /// Creates a directory and its parents; an existing one is not an error. A URL that is not a file URL is.
     std::optional<Error> createDirectoryAtURL(const URL& url);
     std::optional<Error> createDirectoryAtPath(const std::string& path);
 
-    // Standard places. They need not exist.
+    // Standard locations. They need not exist.
     [[nodiscard]] URL temporaryDirectory() const;
-    /// Returns the places of a standard directory as the desktop's standards know them, the user's first;
-    /// none for one without a counterpart. The user's documents are never none.
+    /// Returns the locations of a standard directory according to the desktop's standards, the user's first;
+    /// none if there is no counterpart. The user's documents always exist.
     [[nodiscard]] std::vector<URL> URLsForDirectory(SearchPathDirectory directory,
                                                     SearchPathDomain inDomains) const;
-    /// Returns the folder that the maker's programs share, in the user's data directory, and makes it when it
-    /// is missing. Absent for a user without any such directory.
+    /// Returns the folder that the maker's programs share, in the user's data directory, and creates it if it
+    /// is missing. Absent for a user without such a directory.
     [[nodiscard]] std::optional<URL>
     containerURLForSecurityApplicationGroupIdentifier(std::string_view group) const;
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The file manager's changes: which question goes to the delegate in which form.
+// The file manager's changes: which question the delegate is asked, in which form.
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/detail/PathLocation.hpp"
 #include "platform/foundation/detail/fileErrors.hpp"
@@ -19,7 +19,7 @@ using detail::Questions;
 using Delegate = FileManagerDelegate;
 using Path = std::string;
 
-// One operation's pairs of questions, by path and by URL.
+// The pairs of questions of one operation, by path and by URL.
 struct PairQuestions {
     bool (Delegate::*shouldPath)(FileManager&, const Path&, const Path&);
     bool (Delegate::*proceedPath)(FileManager&, const Error&, const Path&, const Path&);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Who is asked before the file manager removes, copies, moves or links an item, and after it failed to.
-// Called on the thread of the operation.
+// Asked before the file manager removes, copies, moves or links an item, and after that failed. Called on the
+// thread of the operation.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -14,7 +14,7 @@ namespace platform {
 
 class FileManager;
 
-/// The questions; unless overridden every operation is allowed and every error ends it.
+/// The questions; unless overridden, every operation is allowed and every error ends it.
 class FileManagerDelegate {
   public:
     virtual ~FileManagerDelegate() = default;

@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Decodes Mac OS Roman bytes to UTF-8; every byte has a character.
+/// Decodes Mac OS Roman bytes to UTF-8; every byte maps to a character.
 [[nodiscard]] std::string decodeMacRoman(std::span<const unsigned char> bytes);
 
 } // namespace platform

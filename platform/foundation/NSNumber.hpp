@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A whole number as an object of its own: signed and unsigned 64-bit values in one type. A value; any thread.
+// A whole number as an object: signed and unsigned 64-bit values in one type. A value; any thread.
 #pragma once
 
 #include <compare>
@@ -13,7 +13,7 @@ namespace platform {
 
 class NSNumber {
   public:
-    /// Makes the number 0.
+    /// Creates the number 0.
     constexpr NSNumber() noexcept = default;
     template <std::signed_integral T>
     constexpr NSNumber(T value) noexcept // a number is a number

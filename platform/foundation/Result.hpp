@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A value or the error that stands in its place.
+// A value, or the error in its place.
 #pragma once
 
 #include "platform/foundation/Error.hpp"

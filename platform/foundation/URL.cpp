@@ -29,7 +29,7 @@ bool staysInPath(char c) noexcept {
            std::string_view("/!$&'()*+,-.:=@_~").find(c) != std::string_view::npos;
 }
 
-// The characters RFC 3986 names: unreserved, gen-delims, sub-delims; % only before two hexadecimal digits.
+// The characters of RFC 3986: unreserved, gen-delims, sub-delims; % only before two hexadecimal digits.
 bool isURLText(std::string_view text) {
     if (text.empty()) return false;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Locations as values. File locations are bytes: valid UTF-8 or not, they pass unchanged.
-// Source of the grammar: RFC 3986.
+// Locations as values. File locations are bytes: they pass unchanged, valid UTF-8 or not. Source of the
+// grammar: RFC 3986.
 #pragma once
 
 #include <optional>
@@ -13,13 +13,13 @@ namespace platform {
 
 class URL {
   public:
-    /// Makes a URL from text; text that RFC 3986 does not allow (empty, blanks, controls, a bare %) gives
-    /// none.
+    /// Creates a URL from text; absent if RFC 3986 does not allow the text (empty, blanks, controls, a bare
+    /// %).
     [[nodiscard]] static std::optional<URL> fromString(std::string_view text);
-    /// Makes a file URL; a relative path is taken from the current directory. A path that ends in "/" or
-    /// names an existing directory gives a URL that ends in "/".
+    /// Creates a file URL; a relative path starts at the current directory. If the path ends in "/" or names
+    /// an existing directory, the URL ends in "/".
     [[nodiscard]] static URL fileURLWithPath(std::string_view path);
-    /// Makes a file URL without asking the disk whether it is a directory.
+    /// Creates a file URL without asking the disk whether it is a directory.
     [[nodiscard]] static URL fileURLWithPath(std::string_view path, bool isDirectory);
 
     /// Returns the text, percent-encoded.
@@ -33,7 +33,7 @@ class URL {
     [[nodiscard]] std::string lastPathComponent() const;
     /// Returns what follows the last "." of the last component; empty for a leading-dot name or none.
     [[nodiscard]] std::string pathExtension() const;
-    /// Appends `component` behind a "/".
+    /// Appends a "/" and `component`.
     [[nodiscard]] URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
 
     friend bool operator==(const URL&, const URL&) = default;
@@ -45,7 +45,7 @@ class URL {
     std::string _text;
 };
 
-/// Percent-encode every byte except `A-Z a-z 0-9 / ! $ & ' ( ) * + , - . : = @ _ ~`.
+/// Percent-encodes every byte except `A-Z a-z 0-9 / ! $ & ' ( ) * + , - . : = @ _ ~`.
 [[nodiscard]] std::string percentEncodedPath(std::string_view path);
 /// Replaces each well-formed %XX by its byte.
 [[nodiscard]] std::string percentDecoded(std::string_view text);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What is asked of the network or of the web view. A value; any thread.
+// A request to the network or the web view. A value; any thread.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -11,7 +11,7 @@
 
 namespace platform {
 
-/// What stands in memory. Only the protocol's own rules are known; nothing is kept between requests.
+/// The rule for caches. Only the protocol's own is known; nothing is kept between requests.
 enum class URLRequestCachePolicy : std::uint8_t { UseProtocolCachePolicy = 0 };
 
 struct URLRequest {

@@ -18,7 +18,7 @@ template <class T>
     return sum;
 }
 
-/// Subtract; overflow is fatal.
+/// Subtracts; overflow is fatal.
 template <class T>
 [[nodiscard]] constexpr T checkedSubtract(T a, T b) {
     T difference{};
@@ -26,7 +26,7 @@ template <class T>
     return difference;
 }
 
-/// Multiply; overflow is fatal.
+/// Multiplies; overflow is fatal.
 template <class T>
 [[nodiscard]] constexpr T checkedMultiply(T a, T b) {
     T product{};
@@ -34,7 +34,7 @@ template <class T>
     return product;
 }
 
-/// Converts towards zero; a value outside the signed 64-bit range, or none at all, is fatal.
+/// Converts towards zero; NaN and values outside the signed 64-bit range are fatal.
 [[nodiscard]] inline std::int64_t checkedInteger(double value) {
     if (!(value >= -0x1p63 && value < 0x1p63)) fatal("A floating-point value has no 64-bit integer");
     return static_cast<std::int64_t>(value);

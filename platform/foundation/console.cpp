@@ -28,7 +28,7 @@ std::mutex& lineMutex() {
     return *mutex;
 }
 
-// Writes both pieces whole, or gives the error number.
+// Writes both pieces completely, or returns the error number.
 int writeLine(int descriptor, std::string_view line) {
     // Most lines are short, and one piece is written faster than two.
     char whole[1024];
@@ -63,7 +63,7 @@ int writeLine(int descriptor, std::string_view line) {
 } // namespace
 
 void print(std::string_view line) {
-    // A broken descriptor is no reason to end: there is nowhere left to say it.
+    // A broken descriptor is no reason to end: there is nowhere left to report it.
     if (printsToStandardError) return warn(line);
     if (const int error = writeLine(outputDescriptor, line); error != 0) lastError = error;
 }
@@ -87,7 +87,7 @@ void warn(std::string_view line) {
 void reserveStandardOutput() {
     const bool isClosed = ::fcntl(STDOUT_FILENO, F_GETFD) == -1;
     for (int descriptor = 0; descriptor <= 2; ++descriptor) {
-        if (::fcntl(descriptor, F_GETFD) == -1) ::open("/dev/null", O_RDWR); // takes the lowest free number
+        if (::fcntl(descriptor, F_GETFD) == -1) ::open("/dev/null", O_RDWR); // uses the lowest free number
     }
     std::fflush(stdout);
     const int kept = isClosed ? -1 : ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);

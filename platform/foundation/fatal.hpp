@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The one way in which the program ends itself when a precondition is violated.
-// Any thread, but not the audio thread: it writes.
+// The one way in which the program ends itself when a precondition is violated. Any thread except the audio
+// thread, because it writes.
 #pragma once
 
 #include <memory>
@@ -11,14 +11,14 @@
 
 namespace platform {
 
-/// Flush standard output, write `message` as one line to standard error and abort.
+/// Flushes standard output, writes `message` as one line to standard error and aborts.
 [[noreturn]] void fatal(std::string_view message);
 
-/// The text of the fatal error that a required but absent object raises.
+/// The text of the fatal error for a required object that is absent.
 inline constexpr std::string_view UnexpectedNil =
     "Unexpectedly found nil while implicitly unwrapping an Optional value";
 
-/// The text of the fatal error when it is unwrapped explicitly.
+/// The text of the fatal error for an absent object that is unwrapped explicitly.
 inline constexpr std::string_view UnexpectedNilUnwrapping =
     "Unexpectedly found nil while unwrapping an Optional value";
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The standard places of a file manager, after the desktop's standards.
-// Sources: XDG Base Directory, xdg-user-dirs, Filesystem Hierarchy Standard.
+// The file manager's standard locations, following the desktop's standards. Sources: XDG Base Directory,
+// xdg-user-dirs, Filesystem Hierarchy Standard.
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
@@ -99,7 +99,7 @@ FileManager::containerURLForSecurityApplicationGroupIdentifier(std::string_view 
     const std::string data = dataHome();
     if (data == "//.local/share") return std::nullopt; // a user without a home directory
     const std::string container = data + "/" + std::string(group);
-    // Where it cannot be made, what is to be stored in it says so.
+    // If it cannot be created, whatever is stored in it will report that.
     (void)FileManager().createDirectoryAtPath(container);
     return URL::fileURLWithPath(container, true);
 }

@@ -16,8 +16,8 @@
 namespace platform {
 namespace {
 
-// The sequences of RFC 3629, section 4: a range of first bytes, the range of the byte behind it, which keeps
-// surrogates and overlong forms out, and the number of bytes behind the first.
+// The sequences of RFC 3629, section 4: a range of first bytes, the range of the byte after it, which
+// excludes surrogates and overlong forms, and the number of bytes after the first.
 struct Sequence {
     unsigned char firstLow, firstHigh, secondLow, secondHigh;
     std::size_t following;
@@ -37,7 +37,7 @@ constexpr bool isWithin(char c, unsigned char low, unsigned char high) {
     return static_cast<unsigned char>(c) >= low && static_cast<unsigned char>(c) <= high;
 }
 
-// Gives the length of the character at the start of `text`; 0 when there is none.
+// Returns the length of the character at the start of `text`; 0 if there is none.
 std::size_t characterLength(std::string_view text) {
     if (isWithin(text[0], 0x00, 0x7F)) return 1;
     for (const Sequence& each : Sequences) {

@@ -10,8 +10,8 @@
 
 namespace platform {
 
-/// Reads the file at `path` as UTF-8 text, byte for byte. What is no regular file, cannot be read, or is not
-/// UTF-8 (RFC 3629: no surrogates, nothing overlong) gives an error; a pipe is not waited for.
+/// Reads the file at `path` as UTF-8 text, byte for byte. Returns an error if it is not a regular file,
+/// cannot be read, or is not UTF-8 (RFC 3629: no surrogates, nothing overlong); a pipe is not waited for.
 [[nodiscard]] Result<std::string> stringWithContentsOfFile(const std::string& path);
 
 } // namespace platform

@@ -52,7 +52,7 @@ std::string userDirectory(std::string_view key, std::string_view fallback) {
     for (std::string line; std::getline(file, line);) {
         std::string value = valueOfLine(line, name);
         if (value.starts_with("$HOME")) value = home + value.substr(5);
-        if (value.starts_with('/')) directory = value; // the last assignment holds, as in a shell
+        if (value.starts_with('/')) directory = value; // the last assignment counts, as in a shell
     }
     return directory.empty() ? home + "/" + std::string(fallback) : directory;
 }

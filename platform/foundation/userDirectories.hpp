@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The user's directories as the desktop's standards place them. Any thread.
-// Sources: xdg-user-dirs (user-dirs.dirs), XDG Base Directory.
+// The user's directories according to the desktop's standards. Any thread. Sources: xdg-user-dirs
+// (user-dirs.dirs), XDG Base Directory.
 #pragma once
 
 #include <string>

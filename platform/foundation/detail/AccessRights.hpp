@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the process may do with an item. The answer is computed where the item's record, the flags of its
-// mount and the process's own capabilities decide it exactly; in every other case (access control lists that
-// may count, remote or foreign file systems, security modules, devices, identities without a mapping) the
-// system is asked. One thread. Private to platform/foundation.
+// What the process may do with an item. The answer is computed when the item's record, the flags of its mount
+// and the process's own capabilities determine it exactly; in every other case (access control lists that may
+// count, remote or foreign file systems, security modules, devices, identities without a mapping) the system
+// is asked. One thread. Private to platform/foundation.
 #pragma once
 
 #include "platform/foundation/detail/FileStatus.hpp"
@@ -21,7 +21,7 @@ struct Rights {
 
 class AccessRights {
   public:
-    /// Remembers who the process is now.
+    /// Records the identity of the process at this moment.
     AccessRights();
 
     /// Returns the rights to `name` in the open `directory`, whose status (links followed) is `status`.
@@ -35,7 +35,7 @@ class AccessRights {
     enum class Answer { No, Yes, Ask };
     struct Mount {
         std::uint64_t number = 0;
-        bool isPlain = false; // decides by permissions alone, as far as its flags do not forbid
+        bool isPlain = false; // permissions alone decide, unless its flags forbid
         bool isReadOnly = false;
         bool forbidsExecution = false;
     };
@@ -49,7 +49,7 @@ class AccessRights {
     bool _overridesReading = false;     // CAP_DAC_READ_SEARCH
     bool _overridesOwnership = false;   // CAP_FOWNER
     bool _alwaysAsks = false;
-    std::uint32_t _unmapped = 65534; // what stands for an identity that has no number here
+    std::uint32_t _unmapped = 65534; // represents an identity that has no number here
     std::vector<Mount> _mounts;
 };
 

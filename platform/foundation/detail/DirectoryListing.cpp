@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t BufferSize = 128 * 1024;
 
-// Takes up to eight bytes of `text`, the first as the highest, and goes behind them.
+// Reads up to eight bytes of `text`, the first as the most significant, and advances past them.
 std::uint64_t takeKey(const char*& text) noexcept {
     std::uint64_t key = 0;
     for (unsigned shift = 64; shift > 0 && *text != '\0'; ++text) {
@@ -78,7 +78,7 @@ void DirectoryListing::sort() {
 bool DirectoryListing::advance() noexcept {
     if (_position == _entries.size()) return false;
     ++_position;
-    // The names lie in the order of the directory: in a large one each would have to be waited for.
+    // The names lie in the order of the directory: in a large one each access would be a cache miss.
     constexpr std::size_t Ahead = 8;
     if (_position + Ahead < _entries.size()) __builtin_prefetch(&_text[_entries[_position + Ahead].offset]);
     return true;

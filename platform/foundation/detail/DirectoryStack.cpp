@@ -14,7 +14,7 @@ namespace {
 
 constexpr int HowToOpen = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// A process often has no more than 1,024 descriptors, and other work needs some of them.
+// A process often has no more than 1,024 descriptors, and other code needs some of them.
 constexpr std::size_t MostOpen = 256;
 
 } // namespace
@@ -93,16 +93,16 @@ void DirectoryStack::leave() {
     Descriptor inner = std::move(_top->descriptor);
     --_depth;
     _top = &_levels[_depth - 1];
-    if (_depth - 1 >= _firstOpen || _depth == 1) return; // still open, or found gone before
+    if (_depth - 1 >= _firstOpen || _depth == 1) return; // still open, or already known to be gone
     _firstOpen = _depth - 1;
-    if (_top->descriptor) return; // one that could not be given up
+    if (_top->descriptor) return; // one that could not be closed
     _top->descriptor = openAgain(inner.get());
     if (_top->descriptor) return;
     inner.close(); // its descriptor may be the one that is needed
     _top->descriptor = openFromRoot();
 }
 
-// The way up is short, but leads elsewhere when the inner directory was moved meanwhile.
+// The way up is short, but leads elsewhere if the inner directory was moved meanwhile.
 Descriptor DirectoryStack::openAgain(int inner) const {
     if (inner < 0) return {};
     Descriptor opened(::openat(inner, "..", HowToOpen));

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The chain of open directories from a root down to where a walk stands, with the names that were read from
-// each. Walking, removing and copying all work on it: nothing below the root is reached through a link or by
-// a path. The root stays open. Beyond a few hundred levels, and when the process runs out of descriptors, the
-// outer levels below it give theirs up and are opened again on the way back. One thread. Private to
+// The chain of open directories from a root down to the position of a walk, with the names read from each.
+// Walking, removing and copying all use it: nothing below the root is reached through a link or by a path.
+// The root stays open. Beyond a few hundred levels, and when the process runs out of descriptors, the outer
+// levels below the root close theirs and are opened again on the way back. One thread. Private to
 // platform/foundation.
 #pragma once
 
@@ -17,35 +17,36 @@
 
 namespace platform::detail {
 
-/// Returns whether an operation failed for want of a descriptor.
+/// Returns whether an operation failed for lack of a descriptor.
 [[nodiscard]] bool isOutOfDescriptors(int error) noexcept;
 
-/// Whether a walk may enter a directory that lies on another device, or is mounted, in the one around it.
+/// Whether a walk may enter a directory that is on another device, or mounted, in its parent.
 enum class Crossing { Allowed, Refused };
 
 class DirectoryStack {
   public:
-    /// Begins at an open directory.
+    /// Starts at an open directory.
     explicit DirectoryStack(Descriptor root);
 
-    /// Opens the directory `name` of the innermost level, which must not be a link, and stands in it. Returns
-    /// 0 or the error number: EXDEV for a crossing that is refused, ESTALE when the innermost level is gone.
+    /// Opens the directory `name` of the innermost level, which must not be a link, and enters it. Returns 0
+    /// or the error number: EXDEV for a crossing that is refused, ESTALE if the innermost level no longer
+    /// exists.
     [[nodiscard]] int enter(const char* name, Crossing crossing = Crossing::Allowed);
     /// Reads the names of the innermost directory. Returns 0 or the error number; the names read until then
     /// are kept.
     [[nodiscard]] int list() { return _top->listing.read(descriptor()); }
-    /// Goes back to the level outside; there must be one.
+    /// Goes back to the parent level; there must be one.
     void leave();
 
     [[nodiscard]] std::size_t depth() const noexcept { return _depth; }
-    /// Returns the innermost directory, or -1 when it had been given up and is gone from its place.
+    /// Returns the innermost directory, or -1 if it had been closed and is no longer at its place.
     [[nodiscard]] int descriptor() const noexcept { return _top->descriptor.get(); }
     /// Returns the name by which the innermost directory was entered; empty for the root.
     [[nodiscard]] const std::string& name() const noexcept { return _top->name; }
     /// Returns the names of the innermost directory, as the last `list` in it left them.
     [[nodiscard]] DirectoryListing& listing() noexcept { return _top->listing; }
     [[nodiscard]] const DirectoryListing& listing() const noexcept { return _top->listing; }
-    /// Returns whether the name that the innermost listing stands on is a directory's.
+    /// Returns whether the current name of the innermost listing is a directory's.
     [[nodiscard]] bool standsOnDirectory() const;
     /// Closes the outermost open level between the root and the innermost; false when there is none.
     bool giveUpOutermost();

@@ -32,7 +32,7 @@ struct Hash {
     }
 };
 
-// Kinds never move and never go, so that they are read without the lock: a number is given away only after
+// Kinds never move and are never removed, so they are read without the lock: a number is returned only after
 // its kind was written, and reaches other threads by whatever carries the number.
 struct KindTable {
     std::mutex mutex; // guards `numbers`, `count` and the writing of blocks
@@ -74,7 +74,7 @@ std::optional<std::string> nameOf(std::uint32_t number, Ask ask) {
 } // namespace
 
 std::uint32_t numberOfKind(const FileKind& kind) {
-    // Neighbours on a disk are mostly alike.
+    // Neighbours on a disk are usually alike.
     thread_local FileKind last;
     thread_local std::uint32_t lastNumber = 0;
     if (lastNumber != 0 && kind == last) return lastNumber;

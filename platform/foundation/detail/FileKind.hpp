@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What many items share (owner, group, permissions, type, file system, number of links), kept once for all of
-// them: an item then needs four bytes for it. Any thread. Private to platform/foundation.
+// What many items share (owner, group, permissions, type, file system, number of links), stored once for all
+// of them: an item then needs only four bytes for it. Any thread. Private to platform/foundation.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ struct FileKind {
 /// Returns the number of `kind`, 1 or more, the same for equal kinds; 0 when the table (some millions) is
 /// full.
 [[nodiscard]] std::uint32_t numberOfKind(const FileKind& kind);
-/// Returns the kind behind a number that `numberOfKind` gave.
+/// Returns the kind of a number that `numberOfKind` returned.
 [[nodiscard]] const FileKind& kindOfNumber(std::uint32_t number) noexcept;
 
 /// Returns the account's name, looked up once in the life of the process; absent when it has none.

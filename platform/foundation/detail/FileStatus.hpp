@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One item as statx tells it. Private to platform/foundation.
+// One item as statx reports it. Private to platform/foundation.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -24,7 +24,7 @@ struct FileStatus {
     std::uint32_t group = 0;
     bool isImmutable = false;
     bool isAppendOnly = false;
-    bool tellsImmutable = false; // the file system says whether it is
+    bool tellsImmutable = false; // whether the file system reports it
 
     [[nodiscard]] bool isDirectory() const noexcept;
     [[nodiscard]] bool isLink() const noexcept;
@@ -36,7 +36,7 @@ struct FileStatus {
 };
 
 /// Reads the status of `name` in the open directory; `flags` as statx takes them (AT_SYMLINK_NOFOLLOW,
-/// AT_EMPTY_PATH). Gives 0 or the error number.
+/// AT_EMPTY_PATH). Returns 0 or the error number.
 [[nodiscard]] int readStatus(int directory, const char* name, int flags, FileStatus& status) noexcept;
 
 } // namespace platform::detail

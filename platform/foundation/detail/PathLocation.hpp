@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A path of any length as an open directory and what remains of it. The system takes at most PATH_MAX bytes
+// A path of any length as an open directory and the remaining path. The system takes at most PATH_MAX bytes
 // at a time; longer paths are walked piece by piece. Private to platform/foundation.
 #pragma once
 
@@ -14,13 +14,13 @@ namespace platform::detail {
 
 class PathLocation {
   public:
-    /// Finds `path`. Where a directory on the way cannot be opened, `error` tells why.
+    /// Resolves `path`. If a directory on the way cannot be opened, `error` tells why.
     explicit PathLocation(std::string_view path);
 
-    /// Returns the directory to take `rest` from: an open one, or AT_FDCWD.
+    /// Returns the directory to which `rest` is relative: an open one, or AT_FDCWD.
     [[nodiscard]] int directory() const noexcept;
     [[nodiscard]] const char* rest() const noexcept { return _rest.c_str(); }
-    /// Returns 0, or the error number for which there is no such place.
+    /// Returns 0, or the error number if there is no such place.
     [[nodiscard]] int error() const noexcept { return _error; }
 
   private:
@@ -36,7 +36,7 @@ struct ParentAndName {
 };
 [[nodiscard]] ParentAndName splitPath(std::string_view path);
 
-/// Opens the directory at `path`, of any length. Gives a descriptor, or sets `error`.
+/// Opens the directory at `path`, of any length. Returns a descriptor, or sets `error`.
 [[nodiscard]] Descriptor openDirectory(std::string_view path, int& error);
 
 } // namespace platform::detail

@@ -38,7 +38,7 @@ bool limit(decltype(RLIMIT_CPU) resource, std::uint64_t value, std::uint64_t gra
     return ::setrlimit(resource, &limits) == 0;
 }
 
-// All ways to the file system that Landlock knows by this version of the kernel's interface.
+// All kinds of access that Landlock controls in this version of the kernel's interface.
 std::uint64_t handledAccess(long version) {
     std::uint64_t access = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1U) - 1; // the first version's
     if (version >= 2) access |= 1U << 13U;                          // into another directory
@@ -48,7 +48,7 @@ std::uint64_t handledAccess(long version) {
 
 bool allowReading(const std::vector<std::string>& places) {
     const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
-    if (version < 1) return true; // an older kernel, or one that was started without it
+    if (version < 1) return true; // an older kernel, or Landlock is disabled
     const landlock_ruleset_attr handled = {.handled_access_fs = handledAccess(version)};
     const Descriptor rules(
         static_cast<int>(::syscall(SYS_landlock_create_ruleset, &handled, sizeof handled, 0)));
@@ -129,7 +129,7 @@ void answer(std::vector<sock_filter>& program, std::uint32_t value) {
     program.push_back(BPF_STMT(BPF_RET | BPF_K, value));
 }
 
-// Goes on only for other calls than `call`, which is allowed when its first argument passes the test.
+// Continues only for calls other than `call`, which is allowed if its first argument passes the test.
 void allowIfArgument(std::vector<sock_filter>& program, std::uint32_t call, std::uint16_t test,
                      std::uint32_t value) {
     jump(program, BPF_JEQ, call, 0, 4);
@@ -152,7 +152,7 @@ bool refuseCalls() {
         jump(program, BPF_JEQ, call, 0, 1);
         answer(program, refusal(EPERM));
     }
-    // Its arguments lie in memory, where a filter does not see them; the C library then takes clone.
+    // Its arguments are in memory, where a filter does not see them; the C library then uses clone.
     jump(program, BPF_JEQ, SYS_clone3, 0, 1);
     answer(program, refusal(ENOSYS));
     allowIfArgument(program, SYS_clone, BPF_JSET, CLONE_THREAD);

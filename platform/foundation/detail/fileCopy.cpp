@@ -45,11 +45,11 @@ int copyThroughBuffer(int from, int to) {
 
 int copyBytes(int from, int to) {
     if (::ioctl(to, FICLONE, from) == 0) return 0;
-    // Copy what holds data and leave out the holes.
+    // Copies the data and leaves out the holes.
     off_t position = 0;
     while (true) {
         const off_t data = ::lseek(from, position, SEEK_DATA);
-        if (data < 0 && errno == ENXIO) break; // only a hole, or nothing, is left
+        if (data < 0 && errno == ENXIO) break; // only a hole, or nothing, remains
         if (data < 0) return ::lseek(from, position, SEEK_SET) < 0 ? errno : copyThroughBuffer(from, to);
         const off_t end = ::lseek(from, data, SEEK_HOLE);
         off_t source = data;
@@ -63,7 +63,7 @@ int copyBytes(int from, int to) {
                 return copyThroughBuffer(from, to);
             }
             if (copied < 0) return errno;
-            if (copied == 0) break; // cut short while it was copied, or a file that only pretends to be empty
+            if (copied == 0) break; // truncated while it was copied, or a file that only appears to be empty
         }
         if (source == data) {
             if (::lseek(from, source, SEEK_SET) < 0 || ::lseek(to, target, SEEK_SET) < 0) return errno;
@@ -72,7 +72,7 @@ int copyBytes(int from, int to) {
         position = source;
     }
     const off_t length = ::lseek(from, 0, SEEK_END);
-    if (length == 0) { // files of /proc have no length and yet bytes
+    if (length == 0) { // files of /proc have no length and yet contents
         if (::lseek(from, 0, SEEK_SET) < 0) return errno;
         return copyThroughBuffer(from, to);
     }
@@ -90,13 +90,13 @@ std::string temporaryName() {
     return name;
 }
 
-// Gives the finished, nameless file its name.
+// Links the finished, nameless file to its name.
 int giveName(int file, int to, const char* toName) {
     const std::string nameless = "/proc/self/fd/" + std::to_string(file);
     return ::linkat(AT_FDCWD, nameless.c_str(), to, toName, AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
 }
 
-// The same where the file needed a name from the beginning.
+// The same if the file needed a temporary name.
 int exchangeName(int to, const std::string& temporary, const char* toName) {
     if (::renameat2(to, temporary.c_str(), to, toName, RENAME_NOREPLACE) == 0) return 0;
     if (errno != EINVAL && errno != ENOSYS) return errno;
@@ -134,7 +134,7 @@ int copyRegular(int from, const char* fromName, const FileStatus& status, int to
     if (!source) return errno;
     struct stat opened {};
     if (::fstat(source.get(), &opened) != 0) return errno;
-    if (!S_ISREG(opened.st_mode)) return ESTALE; // exchanged meanwhile
+    if (!S_ISREG(opened.st_mode)) return ESTALE; // replaced meanwhile
     return copyOpened(source.get(), status, to, toName);
 }
 
@@ -146,7 +146,7 @@ int copyLink(int from, const char* fromName, int to, const char* toName) {
     return ::symlinkat(target.data(), to, toName) == 0 ? 0 : errno;
 }
 
-// Tells whether a link names an open file that has no other name: such a link leads nowhere once it is
+// Returns whether a link names an open file that has no other name: such a link leads nowhere once it is
 // copied.
 bool namesOpenFile(int from, const char* fromName) {
     struct statfs system {};
@@ -173,7 +173,7 @@ int copyFile(int from, const char* fromName, const FileStatus& status, int to, c
 }
 
 void copyMetadata(int from, const FileStatus& status, int to) noexcept {
-    // Best effort: a file system without one of these keeps the rest.
+    // Best effort: on a file system without one of these the others are still copied.
     char names[4096];
     const ssize_t length = ::flistxattr(from, names, sizeof names);
     for (ssize_t at = 0; at < length;) {
@@ -185,7 +185,7 @@ void copyMetadata(int from, const FileStatus& status, int to) noexcept {
             ::fsetxattr(to, name.data(), value, static_cast<std::size_t>(size), 0);
         }
     }
-    // The copy belongs to whoever made it: it must not inherit the right to act as another.
+    // The copy belongs to whoever made it, so it must not inherit the right to act as another user.
     const mode_t kept = status.owner == ::geteuid() ? 07777U : 01777U;
     ::fchmod(to, status.mode & kept);
     const timespec times[2] = {

@@ -10,13 +10,13 @@ namespace platform::detail {
 
 /// Copies the item `fromName` of the open directory `from`, whose status is `status`, to the new name
 /// `toName` in the open directory `to`: a regular file with its bytes, shared with the original where the
-/// file system can; a link as a link, but as its file when it names an open file of a process that has no
-/// other name; a FIFO, socket or device as such. It appears under its name whole or not at all. Gives 0 or
-/// the error number.
+/// file system can; a link as a link, or as its file if it names an open file of a process that has no other
+/// name; a FIFO, socket or device as such. It appears under its name complete or not at all. Returns 0 or the
+/// error number.
 [[nodiscard]] int copyFile(int from, const char* fromName, const FileStatus& status, int to,
                            const char* toName);
 
-/// Gives the open file or directory `to` the permissions, dates and extended attributes of `from`.
+/// Copies the permissions, dates and extended attributes of `from` to the open file or directory `to`.
 void copyMetadata(int from, const FileStatus& status, int to) noexcept;
 
 } // namespace platform::detail

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Removing, copying and linking of whole trees by open directories: no path is rebuilt, no link is followed,
-// and no directory is entered that lies on another device, or is mounted, below the item. Errors of reading a
-// directory count like all others. Private to platform/foundation.
+// Removing, copying and linking of whole trees through open directories: no path is rebuilt, no link is
+// followed, and no directory is entered that is on another device, or mounted, below the item. Errors of
+// reading a directory count like all others. Private to platform/foundation.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -18,8 +18,8 @@ namespace platform::detail {
 
 class DirectoryStack;
 
-/// Who is asked about each item, by its path from the operation's root (empty: the root itself). Functions
-/// that are absent allow everything and end at the first error.
+/// Called about each item, with its path from the operation's root (empty: the root itself). Functions that
+/// are absent allow everything and end at the first error.
 struct Questions {
     std::function<bool(const std::string& subpath)> should;
     std::function<bool(const Error& error, const std::string& subpath)> shouldProceed;
@@ -28,7 +28,7 @@ struct Questions {
 /// Removes the item at `path` and, for a directory, everything below it.
 std::optional<Error> removeTree(const std::string& path, const Questions& questions);
 
-/// Does the same with the item `name` of the innermost directory of `stack`, which stands there again
+/// Does the same with the item `name` of the innermost directory of `stack`, which is the innermost one again
 /// afterwards. `path` names the item in errors.
 std::optional<Error> removeItem(DirectoryStack& stack, const std::string& name, const std::string& path,
                                 const Questions& questions);
@@ -40,11 +40,11 @@ void removeMade(DirectoryStack& stack, std::vector<std::uint64_t> made);
 enum class Transfer { Copy, Link };
 
 /// Copies or links the item at `from` and, for a directory, everything below it to `to`, which must not
-/// exist. A directory that failed is taken away again, except for what others put into it.
+/// exist. A directory whose copy failed is removed again, except for what others put into it.
 std::optional<Error> transferTree(const std::string& from, const std::string& to, Transfer how,
                                   const Questions& questions);
 
-/// Returns a subpath's continuation.
+/// Returns `name` appended to a subpath.
 [[nodiscard]] inline std::string joined(const std::string& prefix, const char* name) {
     return prefix.empty() ? std::string(name) : prefix + "/" + name;
 }

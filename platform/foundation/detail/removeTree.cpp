@@ -18,7 +18,7 @@ namespace {
 
 class Removal {
   public:
-    /// Works in the innermost directory of `stack`, and stands there again when it ends.
+    /// Works in the innermost directory of `stack`, and is there again when it ends.
     Removal(DirectoryStack& stack, const std::string& path, const Questions& questions)
         : _stack(stack)
         , _base(stack.depth())
@@ -43,7 +43,7 @@ class Removal {
     /// `made` is sorted.
     void removeMade(const std::vector<std::uint64_t>& made) {
         _made = &made;
-        (void)_stack.list(); // what was read can go, whether there is more or not
+        (void)_stack.list(); // what was read can be removed, whether there is more or not
         std::optional<Error> failed;
         while (!failed && (_stack.depth() > _base || !_stack.listing().isAtEnd())) failed = step();
     }
@@ -63,7 +63,7 @@ class Removal {
         if (isDirectory) {
             error = enter(name);
         } else if (::unlinkat(_stack.descriptor(), name, 0) != 0 && errno != ENOENT) {
-            error = errno; // what somebody else removed meanwhile is removed
+            error = errno; // what somebody else removed meanwhile counts as removed
         }
         return error == 0 ? std::nullopt : ended(error, subpathOf(name));
     }
@@ -81,7 +81,7 @@ class Removal {
             }
             _stack.leave();
         }
-        // It cannot be entered or read, or something is mounted on it: perhaps it can go as it is.
+        // It cannot be entered or read, or something is mounted on it: perhaps it can be removed as it is.
         if (::unlinkat(_stack.descriptor(), name, AT_REMOVEDIR) == 0 || errno == ENOENT) return 0;
         return error == EXDEV ? errno : error;
     }
@@ -107,14 +107,14 @@ class Removal {
         return readStatus(_stack.descriptor(), name, AT_SYMLINK_NOFOLLOW, status) == 0 &&
                std::binary_search(_made->begin(), _made->end(), status.fileNumber);
     }
-    // The item itself has none.
+    // Empty for the item itself.
     std::string subpathOf(const char* name) const {
         return _stack.depth() == _base ? std::string() : joined(_prefix, name);
     }
     Error failure(int error, const std::string& subpath) const {
         return itemError(error, subpath.empty() ? _path : subpath, "removed");
     }
-    /// Returns the error that ends the operation, or none when it is to go on.
+    /// Returns the error that ends the operation, or none if it continues.
     std::optional<Error> ended(int error, const std::string& subpath) {
         _keeps.back() = true;
         Error what = failure(error, subpath);
@@ -129,7 +129,7 @@ class Removal {
     const Questions& _questions;
     const std::vector<std::uint64_t>* _made = nullptr; // the only files to remove; null: all
     std::string _prefix;                               // the subpath of the innermost directory
-    // For each level whether something in it stays: the directory then stays without being an error.
+    // For each level, whether something in it stays: the directory then stays without being an error.
     std::vector<bool> _keeps = {false};
 };
 

@@ -55,15 +55,15 @@ class TreeTransfer {
         if (!may(subpath)) return std::nullopt;
         FileStatus status;
         int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status);
-        if (error == ENOENT) return std::nullopt; // gone meanwhile: not a part of what is copied
-        if (error == 0) {                         // a directory has no room for its own copy
+        if (error == ENOENT) return std::nullopt; // removed meanwhile: not part of the copy
+        if (error == 0) {                         // a directory cannot hold its own copy
             error = status.isSame(_targetRoot) ? EINVAL : transferItem(name, subpath, status, name);
         }
         return error == 0 ? std::nullopt : ended(error, subpath);
     }
 
-    // Copies or links a file, enters a directory. Returns 0 or the error number; after an error of reading
-    // the directory it is entered all the same.
+    // Copies or links a file, enters a directory. Returns 0 or the error number; a directory that could not
+    // be read completely is entered all the same.
     int transferItem(const char* name, const std::string& subpath, const FileStatus& status,
                      const char* newName) {
         if (status.isDirectory()) return enterBoth(name, subpath, status, newName);
@@ -85,7 +85,7 @@ class TreeTransfer {
 
     int enterBoth(const char* name, const std::string& subpath, const FileStatus& status,
                   const char* newName) {
-        // The device that counts is the item's, which need not be that of the directory around it.
+        // The device that counts is the item's, which need not be that of its parent directory.
         const Crossing crossing = _from.depth() == 1 ? Crossing::Allowed : Crossing::Refused;
         int error = enterOne(_from, name, crossing, _to);
         if (error != 0) return error;
@@ -102,7 +102,7 @@ class TreeTransfer {
         if (_to.depth() == 2) _targetRoot = made;
         FileStatus entered;
         error = readStatus(_to.descriptor(), "", AT_EMPTY_PATH, entered);
-        if (error == 0 && !entered.isSame(made)) error = ESTALE; // exchanged meanwhile
+        if (error == 0 && !entered.isSame(made)) error = ESTALE; // replaced meanwhile
         return error != 0 ? error : _from.list();
     }
 
@@ -119,7 +119,7 @@ class TreeTransfer {
         return error;
     }
 
-    // Half a tree is not a copy. What is at its place by now may be something else.
+    // Half a tree is not a copy. What is at its place now may be something else.
     void takeAway(const char* newName) {
         if (_made.empty()) return;
         while (_from.giveUpOutermost()) {
@@ -156,7 +156,7 @@ class TreeTransfer {
     FileStatus _targetRoot;
     std::vector<FileStatus> _statuses; // of the source's directories that are entered
     std::string _prefix;               // the subpath of the innermost one
-    std::vector<std::uint64_t> _made;  // file numbers; a copy lies on one device
+    std::vector<std::uint64_t> _made;  // file numbers; a copy is on one device
 };
 
 } // namespace
