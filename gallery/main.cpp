@@ -9,7 +9,7 @@
 //   Exhibit             what the four exhibits have in common; one file each beside it
 //   Gallery.ui, .css    describe the window's controls
 #include "gallery/GalleryController.hpp"
-#include "platform/ui/ApplicationIdentity.hpp"
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/ui/UIApplication.hpp"
 #include "platform/ui/UIApplicationDelegate.hpp"
 #include "platform/ui/classRegistry.hpp"

@@ -6,9 +6,9 @@
 #include "platform/effects/EmbeddedInterface.private.hpp"
 #include "platform/effects/genericView.private.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/UIView.private.hpp"
+#include "platform/foundation/translated.hpp"
 #include "platform/ui/UIViewController.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
 
 #include <algorithm>
 #include <gdk/x11/gdkx.h>

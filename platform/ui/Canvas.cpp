@@ -3,8 +3,8 @@
 
 #include "platform/ui/Canvas.hpp"
 
-#include "platform/ui/Canvas.private.hpp"
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/CanvasTarget.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cmath>
 #include <numbers>

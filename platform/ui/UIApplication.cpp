@@ -4,20 +4,20 @@
 #include "platform/ui/UIApplication.hpp"
 
 #include "platform/dispatch/RunLoop.hpp"
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/foundation/termination.hpp"
-#include "platform/ui/ApplicationIdentity.hpp"
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
-#include "platform/ui/detail/appearance.hpp"
-#include "platform/ui/detail/commandLine.hpp"
-#include "platform/ui/detail/externalURL.hpp"
-#include "platform/ui/detail/firstFrame.hpp"
-#include "platform/ui/detail/toolkit.hpp"
+#include "platform/ui/commandLine.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/externalURL.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
+#include "platform/ui/toolkit/appearance.hpp"
+#include "platform/ui/toolkit/firstFrame.hpp"
+#include "platform/ui/toolkit/startToolkit.hpp"
 
 #include <csignal>
 #include <cstdlib>

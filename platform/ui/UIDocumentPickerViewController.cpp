@@ -3,9 +3,9 @@
 
 #include "platform/ui/UIDocumentPickerViewController.hpp"
 
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/foundation/translated.hpp"
 #include "platform/ui/detail/dialogWindow.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <algorithm>
 #include <gtk/gtk.h>

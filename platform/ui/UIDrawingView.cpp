@@ -3,9 +3,9 @@
 
 #include "platform/ui/UIDrawingView.hpp"
 
-#include "platform/ui/UIView.private.hpp"
-#include "platform/ui/detail/DrawingWidget.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/DrawingWidget.hpp"
 
 #include <utility>
 

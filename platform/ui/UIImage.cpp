@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/UIImage.private.hpp"
-#include "platform/ui/detail/imageDecoding.hpp"
+#include "platform/ui/detail/imageTexture.hpp"
+#include "platform/ui/images/imageDecoding.hpp"
 
 namespace platform {
 

@@ -4,9 +4,9 @@
 #include "platform/ui/UIImageView.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/ui/UIImage.private.hpp"
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
+#include "platform/ui/detail/imageTexture.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
 
 namespace platform {
 

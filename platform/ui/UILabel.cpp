@@ -3,8 +3,8 @@
 
 #include "platform/ui/UILabel.hpp"
 
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
 
 namespace platform {
 

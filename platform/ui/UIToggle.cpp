@@ -3,9 +3,9 @@
 
 #include "platform/ui/UIToggle.hpp"
 
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/buttonKeys.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/buttonKeys.hpp"
 
 namespace platform {
 namespace {

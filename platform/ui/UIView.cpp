@@ -4,10 +4,10 @@
 #include "platform/ui/UIView.hpp"
 
 #include "platform/foundation/fatal.hpp"
-#include "platform/ui/UIView.private.hpp"
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/Placement.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/Placement.hpp"
 
 #include <algorithm>
 #include <memory>

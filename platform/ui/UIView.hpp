@@ -8,7 +8,7 @@
 // the superview, also while one of the two is hidden. A view's own minimum size never pushes its superview:
 // what does not fit is clipped.
 //
-// The toolkit's widget behind a view is seen by the platform alone (UIView.private.hpp).
+// The toolkit's widget behind a view is seen by the platform alone (detail/viewWidget.hpp).
 #pragma once
 
 #include "platform/ui/CGRect.hpp"

@@ -4,9 +4,9 @@
 #include "platform/ui/UIViewController.hpp"
 
 #include "platform/foundation/Bundle.hpp"
-#include "platform/ui/UIView.private.hpp"
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
 
 #include <algorithm>
 

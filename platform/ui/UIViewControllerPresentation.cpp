@@ -6,11 +6,11 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIStoryboardSegue.hpp"
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
 #include "platform/ui/detail/dialogWindow.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 
 #include <utility>
 

@@ -3,10 +3,10 @@
 
 #include "platform/ui/UIWindow.hpp"
 
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/buttonKeys.hpp"
-#include "platform/ui/detail/keyboardFocus.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/buttonKeys.hpp"
+#include "platform/ui/toolkit/keyboardFocus.hpp"
 
 namespace platform {
 namespace {

@@ -3,12 +3,12 @@
 
 #include "platform/web/WKWebView.hpp"
 
-#include "platform/ui/UIView.private.hpp"
+#include "platform/foundation/translated.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/Placement.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/Placement.hpp"
 #include "platform/web/detail/WebEngine.hpp"
 #include "platform/web/detail/WorkingNotice.hpp"
 

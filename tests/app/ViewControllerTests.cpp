@@ -10,7 +10,7 @@
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/foundation/fatal.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 #include "tests/support/CapturedOutput.hpp"
 #include "tests/support/InProcessEffect.hpp"
 #include "tests/ui/toolkitFixture.hpp"

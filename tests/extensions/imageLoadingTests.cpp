@@ -3,8 +3,8 @@
 
 // Images from a server on loopback and from the disk into a view, and what is logged on the way.
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/ui/UIImage.private.hpp"
 #include "platform/ui/UIImageView.hpp"
+#include "platform/ui/detail/imageTexture.hpp"
 #include "shared/Common/Extensions/imageLoading.hpp"
 #include "tests/network/Servers.hpp"
 #include "tests/support/CapturedOutput.hpp"

@@ -29,6 +29,8 @@ FOREIGN_TO = {
     "platform/dispatch": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
     "platform/foundation": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
 }
+# Folders whose headers are private to the room around them.
+PRIVATE = re.compile(r"/(detail|devices|interface|toolkit|images)/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
@@ -40,8 +42,8 @@ def folder_of(name: str) -> str | None:
 
 
 def is_private(name: str) -> bool:
-    """Tell whether a header is seen by the sources of its own folder only: by its name, or by where it lies."""
-    return name.endswith(".private.hpp") or "/detail/" in name or "/devices/" in name
+    """Tell whether a header is private to its room: by its name, or by where it lies."""
+    return name.endswith(".private.hpp") or (name.startswith("platform/") and PRIVATE.search(name) is not None)
 
 
 def is_public(name: str) -> bool:

@@ -5,7 +5,7 @@
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/Canvas.hpp"
 #include "platform/ui/UIDrawingView.hpp"
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 #include <array>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Decoding without a display: every kind of picture, and every kind of bytes that are none or would hurt.
-#include "platform/ui/UIImage.private.hpp"
+#include "platform/ui/detail/imageTexture.hpp"
 #include "tests/support/Scratch.hpp"
 #include "tests/ui/pictures.hpp"
 

@@ -3,7 +3,7 @@
 
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIButton.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 namespace platform {

@@ -5,7 +5,7 @@
 #include "platform/ui/UIButton.hpp"
 #include "platform/ui/UIStoryboardSegue.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 namespace platform {

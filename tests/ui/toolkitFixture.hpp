@@ -6,10 +6,10 @@
 
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/Bundle.hpp"
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/toolkit.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/startToolkit.hpp"
 #include "tests/support/Scratch.hpp"
 
 #include <functional>

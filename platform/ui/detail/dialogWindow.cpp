@@ -4,7 +4,7 @@
 #include "platform/ui/detail/dialogWindow.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/ui/UIView.private.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
 
 #include <memory>
 

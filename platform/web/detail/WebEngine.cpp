@@ -5,7 +5,7 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/detail/toolkit.hpp"
+#include "platform/ui/toolkit/startToolkit.hpp"
 
 #include <array>
 #include <cerrno>

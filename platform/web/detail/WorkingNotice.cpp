@@ -3,9 +3,9 @@
 
 #include "platform/web/detail/WorkingNotice.hpp"
 
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/Placement.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/foundation/translated.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/Placement.hpp"
 
 #include <utility>
 

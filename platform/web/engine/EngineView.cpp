@@ -3,7 +3,7 @@
 
 #include "platform/web/engine/EngineView.private.hpp"
 
-#include "platform/ui/detail/translated.hpp"
+#include "platform/foundation/translated.hpp"
 #include "platform/web/engine/errorPage.private.hpp"
 #include "platform/web/engine/pdfViewer.private.hpp"
 #include "platform/web/engine/refusals.private.hpp"

@@ -4,7 +4,7 @@
 // One view of the web engine with what it is asked and how it ends. Main thread only.
 #pragma once
 
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 #include "platform/web/detail/WebEngine.hpp"
 #include "platform/web/engine/PageTimeout.private.hpp"
 

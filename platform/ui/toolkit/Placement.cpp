@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/Placement.hpp"
+#include "platform/ui/toolkit/Placement.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/imageStructure.hpp"
+#include "platform/ui/images/imageStructure.hpp"
 
 #include <array>
 #include <cstddef>

@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/UIView.private.hpp"
+#include "platform/foundation/translated.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/ActionScope.hpp"
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/DisclosureObject.hpp"
-#include "platform/ui/detail/DrawingWidget.hpp"
-#include "platform/ui/detail/SegueObject.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/interface/ActionScope.hpp"
+#include "platform/ui/interface/DisclosureObject.hpp"
+#include "platform/ui/interface/SegueObject.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/DrawingWidget.hpp"
 
 namespace platform {
 

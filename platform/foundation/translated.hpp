@@ -5,22 +5,15 @@
 // texts that are handed to `translated` and of those marked in interface descriptions. Any thread.
 #pragma once
 
-#include <glib/gi18n.h>
-
 namespace platform {
 
 /// The name under which translations are found: share/locale/LANGUAGE/LC_MESSAGES/tonewright.mo.
 inline constexpr const char* TextDomain = "tonewright";
 
 /// Returns `text` in the user's language; itself when there is no translation.
-[[nodiscard]] inline const char* translated(const char* text) {
-    return g_dgettext(TextDomain, text);
-}
+[[nodiscard]] const char* translated(const char* text);
 
-/// Looks for translations in `directory`.
-inline void findTranslationsIn(const char* directory) {
-    bindtextdomain(TextDomain, directory);
-    bind_textdomain_codeset(TextDomain, "UTF-8");
-}
+/// Looks for translations in `directory` from now on. At entry, before any other thread runs.
+void findTranslationsIn(const char* directory);
 
 } // namespace platform

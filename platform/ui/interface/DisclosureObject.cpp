@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/DisclosureObject.hpp"
+#include "platform/ui/interface/DisclosureObject.hpp"
 
 #include <gtk/gtk.h>
 

@@ -4,7 +4,7 @@
 // `xdg-open` comes first: it is there on every desktop, asks nothing, and inside a sandbox it is the portal
 // itself. Everything that could take time happens elsewhere: the program starts on the global queue, the bus
 // answers when it answers.
-#include "platform/ui/detail/externalURL.hpp"
+#include "platform/ui/externalURL.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/foundation/console.hpp"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/appearance.hpp"
+#include "platform/ui/toolkit/appearance.hpp"
 
 #include "platform/foundation/Bundle.hpp"
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cstdlib>
 #include <gtk/gtk.h>

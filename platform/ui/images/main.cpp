@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // tonewright-picture FORMAT MOST-PIXELS: decodes the picture on standard input into the file that is standard
-// output, as platform/ui/detail/imageProcess.hpp describes it. Nobody but the program starts it. A picture
+// output, as platform/ui/images/imageProcess.hpp describes it. Nobody but the program starts it. A picture
 // may do here what it can: the process has no files, no network and little time.
 #include "platform/foundation/detail/confinement.hpp"
-#include "platform/ui/detail/PixbufDecoder.hpp"
-#include "platform/ui/detail/imageProcess.hpp"
+#include "platform/ui/images/PixbufDecoder.hpp"
+#include "platform/ui/images/imageProcess.hpp"
 
 #include <array>
 #include <cerrno>

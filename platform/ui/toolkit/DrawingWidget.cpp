@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/DrawingWidget.hpp"
+#include "platform/ui/toolkit/DrawingWidget.hpp"
 
-#include "platform/ui/Canvas.private.hpp"
+#include "platform/ui/toolkit/CanvasTarget.hpp"
 
 #include <cmath>
 #include <memory>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/commandLine.hpp"
+#include "platform/ui/commandLine.hpp"
 
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/ApplicationIdentity.hpp"
 
 #include <cstdlib>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/firstFrame.hpp"
+#include "platform/ui/toolkit/firstFrame.hpp"
 
 #include "platform/foundation/console.hpp"
 

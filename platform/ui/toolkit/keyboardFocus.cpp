@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/keyboardFocus.hpp"
+#include "platform/ui/toolkit/keyboardFocus.hpp"
 
 #include <gdk/x11/gdkx.h>
 

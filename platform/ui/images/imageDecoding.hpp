@@ -5,7 +5,7 @@
 // thread.
 #pragma once
 
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/ContainerLayout.hpp"
+#include "platform/ui/toolkit/ContainerLayout.hpp"
 
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/Placement.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/Placement.hpp"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/SegueObject.hpp"
+#include "platform/ui/interface/SegueObject.hpp"
 
 namespace platform {
 namespace {

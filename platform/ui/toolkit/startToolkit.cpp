@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/toolkit.hpp"
+#include "platform/ui/toolkit/startToolkit.hpp"
 
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/ApplicationIdentity.hpp"
-#include "platform/ui/detail/translated.hpp"
+#include "platform/foundation/translated.hpp"
 
 #include <X11/Xlib.h>
 #include <clocale>

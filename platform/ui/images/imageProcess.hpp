@@ -7,7 +7,7 @@
 // wrote. Any thread.
 #pragma once
 
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/imageProcess.hpp"
+#include "platform/ui/images/imageProcess.hpp"
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"

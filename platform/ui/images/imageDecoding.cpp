@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/imageDecoding.hpp"
+#include "platform/ui/images/imageDecoding.hpp"
 
-#include "platform/ui/detail/PixbufDecoder.hpp"
-#include "platform/ui/detail/imageProcess.hpp"
-#include "platform/ui/detail/imageStructure.hpp"
+#include "platform/ui/images/PixbufDecoder.hpp"
+#include "platform/ui/images/imageProcess.hpp"
+#include "platform/ui/images/imageStructure.hpp"
 
 #include <algorithm>
 #include <string_view>

@@ -5,7 +5,7 @@
 // own for the rest. Used from one thread at a time.
 #pragma once
 
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

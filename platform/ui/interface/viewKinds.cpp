@@ -7,12 +7,12 @@
 #include "platform/ui/UIDrawingView.hpp"
 #include "platform/ui/UIImageView.hpp"
 #include "platform/ui/UILabel.hpp"
-#include "platform/ui/UIView.private.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/ContainerWidget.hpp"
-#include "platform/ui/detail/DrawingWidget.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
+#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/toolkit/DrawingWidget.hpp"
 
 namespace platform {
 namespace {

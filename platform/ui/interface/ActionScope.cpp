@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/ui/detail/ActionScope.hpp"
+#include "platform/ui/interface/ActionScope.hpp"
 
-#include "platform/ui/detail/InterfaceDescription.hpp"
+#include "platform/ui/interface/InterfaceDescription.hpp"
 
 #include <new>
 #include <string>

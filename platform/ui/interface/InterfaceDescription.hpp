@@ -12,7 +12,7 @@
 #pragma once
 
 #include "platform/ui/UIView.hpp"
-#include "platform/ui/detail/GObjectRef.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <gtk/gtk.h>
 #include <memory>
