@@ -36,7 +36,7 @@ void appendUTF8(std::string& text, char16_t c) {
 
 } // namespace
 
-std::string decodeMacRoman(std::span<const unsigned char> bytes) {
+std::optional<std::string> decodeMacRoman(std::span<const unsigned char> bytes) {
     std::string text;
     for (const unsigned char byte : bytes) {
         appendUTF8(text, byte < 0x80 ? static_cast<char16_t>(byte) : UpperHalf[byte - 0x80U]);

@@ -5,12 +5,13 @@
 // Source of the table: Unicode Consortium, VENDORS/APPLE/ROMAN.TXT (0xDB is the euro sign, 0xF0 is U+F8FF).
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
 namespace platform {
 
-/// Decodes Mac OS Roman bytes to UTF-8; every byte maps to a character.
-[[nodiscard]] std::string decodeMacRoman(std::span<const unsigned char> bytes);
+/// Returns Mac OS Roman bytes as UTF-8, or nothing when a byte has no character; every byte has one here.
+[[nodiscard]] std::optional<std::string> decodeMacRoman(std::span<const unsigned char> bytes);
 
 } // namespace platform

@@ -14,7 +14,7 @@ std::string stringValue(std::uint32_t code) {
         return static_cast<unsigned char>((code >> shift) & 0xFFU);
     };
     const std::array<unsigned char, 4> bytes = {byteAt(24), byteAt(16), byteAt(8), byteAt(0)};
-    return platform::decodeMacRoman(bytes); // every byte maps to a character: decoding cannot fail
+    return platform::decodeMacRoman(bytes).value_or("FAIL"); // never fails: every byte has a character
 }
 
 } // namespace tonewright

@@ -70,9 +70,15 @@ class Line {
     std::string& _text;
 };
 
-void printField(const std::string& head, std::string_view label, std::string_view type,
+// The name of a field as a line shows it.
+std::string_view labelOf(std::string_view name) {
+    return name.empty() ? "empty" : name;
+}
+
+void printField(const std::string& head, std::string_view name, std::string_view type,
                 std::string_view value) {
-    (Line(head) << " label='" << label << "' type='" << type << "' value='" << value << "' />").print();
+    (Line(head) << " label='" << labelOf(name) << "' type='" << type << "' value='" << value << "' />")
+        .print();
 }
 
 } // namespace
@@ -128,7 +134,7 @@ void Folder::dumpFields(const std::string& head, const std::string& /*attributes
 
 void Folder::dumpout() const {
     File::dumpout();
-    (Line(headOf(*this)) << " label='children' type='Array<File>' />").print();
+    (Line(headOf(*this)) << " label='" << labelOf("children") << "' type='Array<File>' />").print();
     for (const auto& child : children) child->dumpout();
 }
 
