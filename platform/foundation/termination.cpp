@@ -3,7 +3,9 @@
 
 #include "platform/foundation/termination.hpp"
 
+#include <cstdlib>
 #include <mutex>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -21,6 +23,10 @@ Handlers& handlers() {
 }
 
 } // namespace
+
+void endAtOnceOnSignals() {
+    for (const int number : TerminationSignals) std::signal(number, [](int) { ::_exit(EXIT_SUCCESS); });
+}
 
 void atTermination(std::function<void()> handler) {
     const std::scoped_lock lock(handlers().mutex);

@@ -103,6 +103,7 @@ void UIApplication::terminate() {
 
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
                       std::string_view delegateClassName) {
+    endAtOnceOnSignals(); // also while the display or the desktop keeps the toolkit waiting
     reserveStandardOutput();
     returnMemoryEarly();
     std::signal(SIGPIPE, SIG_IGN); // whoever reads our lines may go away
@@ -116,6 +117,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
         fatal("The class \"" + std::string(delegateClassName) + "\" is not registered");
     }
     UIApplicationDelegate& delegate = *application.delegate();
+    for (const int number : TerminationSignals) g_unix_signal_add(number, onSignal, nullptr);
     delegate.application(application, std::nullopt);
 
     RunLoop loop = RunLoop::current();
@@ -128,7 +130,6 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
         traceFirstFrame();
         showIcon(toolkitWindow, IconName);
     });
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) g_unix_signal_add(number, onSignal, nullptr);
 
     controller->viewWillAppear(false);
     window->makeKeyAndVisible();

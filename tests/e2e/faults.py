@@ -6,6 +6,7 @@ import pathlib
 import re
 import shutil
 import signal
+import socket
 import subprocess
 import tempfile
 import time
@@ -19,6 +20,12 @@ from screen import Screen, wait_until
 
 SOUND_SERVER = str(SOURCE / "tools/sound-server")
 PRESSES = 1000 if PATIENCE < 30 else 100
+
+
+def catches(program: Program, number: int) -> bool:
+    """Tell whether the program has a handler for a signal (proc(5))."""
+    status = pathlib.Path(f"/proc/{program.process.pid}/status").read_text()
+    return bool(int(re.search(r"SigCgt:\s*(\w+)", status)[1], 16) >> (number - 1) & 1)
 
 
 class Faults(unittest.TestCase):
@@ -132,6 +139,33 @@ class Faults(unittest.TestCase):
         self.close(programs[0])
         self.wait_heard()
         self.close(programs[1])
+
+    def test_asked_to_end_while_the_display_does_not_answer(self):
+        with socket.socket(socket.AF_UNIX) as display:
+            display.bind(f"\0/tmp/.X11-unix/X{os.getpid()}")
+            display.listen()
+            display.settimeout(PATIENCE)
+            for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+                program = Program(environment={"DISPLAY": f":{os.getpid()}"})
+                self.addCleanup(program.kill)
+                with display.accept()[0]:
+                    program.process.send_signal(number)
+                    self.assertEqual((program.wait_end(), program.lines, program.errors()), (0, [], ""))
+
+    def test_asked_to_end_while_it_starts(self):
+        temporary, runtime = self.work / "tmp", pathlib.Path(os.environ["XDG_RUNTIME_DIR"])
+        temporary.mkdir()
+        before = sorted(runtime.iterdir())
+        for milliseconds in (0, 5, 20, 50, 100, 140, 200, 300):
+            program = Program(environment={"TMPDIR": str(temporary)})
+            self.addCleanup(program.kill)
+            end = time.monotonic() + PATIENCE
+            while not catches(program, signal.SIGTERM):  # while the libraries are loaded nobody can
+                self.assertLess(time.monotonic(), end)
+            time.sleep(milliseconds / 1000)
+            program.process.send_signal(signal.SIGTERM)
+            self.assertEqual(program.wait_end(), 0, (milliseconds, program.errors()))
+            self.assertEqual((sorted(temporary.iterdir()), sorted(runtime.iterdir())), ([], before), milliseconds)
 
     def test_closed_standard_output(self):
         reading, writing = os.pipe()
