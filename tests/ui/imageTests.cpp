@@ -69,11 +69,12 @@ TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
         const char* name;
         std::string data;
     };
+    const std::string jpeg = encoded(Picture(32, 16), "jpeg");
     const std::vector<Case> cases = {
         {"png", padded(pngHeader(20000, 20000))},
         {"png, long", padded(pngHeader(2147483647, 1))},
-        {"jpeg", padded(jpegHeader(20000, 20000))},
-        {"jpeg, largest", padded(jpegHeader(65500, 65500))},
+        {"jpeg", withSize(jpeg, 8193, 8192)}, // one column too many
+        {"jpeg, largest", withSize(jpeg, 65500, 65500)},
         {"gif", padded(gif(20000, 20000, 20000, 20000))},
         {"bmp", packedBmp(20000, 20000)},
         {"tiff", padded(tiffHeader(20000, 20000))},
@@ -91,6 +92,7 @@ TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
     rusage after{};
     ::getrusage(RUSAGE_SELF, &after);
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 20'000) << "KiB";
+    EXPECT_EQ(sizeOf(withSize(jpeg, 8192, 8192)), (CGSize{8192, 8192})); // and this is the largest
 }
 
 TEST(Image, BytesThatAreNoPictureGiveNone) {

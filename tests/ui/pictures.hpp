@@ -80,10 +80,11 @@ inline std::string pngHeader(std::int64_t width, std::int64_t height) {
            chunk("IDAT" + std::string("\x78\x9C\xED\xC1\x01\x0D\0\0\0\xC2\xA0\xF7", 12)) + chunk("IEND");
 }
 
-/// Returns a JPEG (ITU T.81, B.2) of one scan, which has no content.
-inline std::string jpegHeader(std::int64_t width, std::int64_t height) {
-    return "\xFF\xD8\xFF\xC0" + big(11, 2) + "\x08" + big(height, 2) + big(width, 2) + "\x01\x01\x11" +
-           std::string("\0", 1) + "\xFF\xDA" + big(8, 2) + std::string("\x01\x01\0\0\x3F\0", 6) + "\xFF\xD9";
+/// Returns a sequential JPEG with another size in its frame header (ITU T.81, B.2.2). Where the content ends
+/// early, decoders show one colour.
+inline std::string withSize(std::string jpeg, std::int64_t width, std::int64_t height) {
+    const std::size_t frame = jpeg.find("\xFF\xC0");
+    return jpeg.replace(frame + 5, 4, big(height, 2) + big(width, 2));
 }
 
 /// Returns a GIF whose screen and whose one frame, filled with one colour as far as the data goes, have these
