@@ -4,6 +4,7 @@
 // The LV2 host without a screen: sound, parameters, state, presets, worker, and plug-ins that cannot be used.
 #include "tests/effects/Rendering.hpp"
 
+#include "platform/audio/AVAudioEngine.hpp"
 #include "platform/audio/OfflineDevice.hpp"
 
 #include <dlfcn.h>
@@ -21,6 +22,29 @@ std::uint32_t addressOf(const AUAudioUnit& unit, const std::string& identifier) 
     ADD_FAILURE() << "no parameter " << identifier;
     return 0;
 }
+
+// Asks for blocks of the length that the test wants, as a sound server does whose length others may change.
+class VaryingDevice final : public OutputDevice {
+  public:
+    [[nodiscard]] std::optional<Error> open() override { return std::nullopt; }
+    void close() noexcept override {}
+    [[nodiscard]] std::optional<Error> start(std::shared_ptr<OutputClient> client) override {
+        _client = std::move(client);
+        return std::nullopt;
+    }
+    void stop() noexcept override { _client.reset(); }
+    [[nodiscard]] AVAudioFormat format() const noexcept override { return {44100, 2}; }
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return 192; }
+    void render(std::uint32_t frames) {
+        std::vector<float> left(frames);
+        std::vector<float> right(frames);
+        float* const planes[] = {left.data(), right.data()};
+        _client->render(planes, format(), frames);
+    }
+
+  private:
+    std::shared_ptr<OutputClient> _client;
+};
 
 } // namespace
 
@@ -195,6 +219,40 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
     EXPECT_EQ(told()[0], 48000);
     EXPECT_EQ(told()[1], 480);
     EXPECT_EQ(unit->parameterValue(level), 0.75F);
+}
+
+TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
+    const auto device = std::make_shared<VaryingDevice>();
+    setSharedOutputDevice(device);
+    const auto unit = makeUnit("urn:tonewright:test:blocks");
+    setSharedOutputDevice(nullptr);
+    const auto engine = AVAudioEngine::create(device);
+    const auto node = std::make_shared<AVAudioUnit>(unit);
+    engine->attachNode(node);
+    engine->connect(node, engine->mainMixerNode(), std::nullopt);
+    ASSERT_FALSE(engine->start());
+
+    std::vector<float> told; // after the last block: the usual, shortest and longest block, changes so far
+    const auto render = [&](std::uint32_t frames) {
+        device->render(frames);
+        told.clear();
+        for (const char* name : {"nominal", "shortest", "longest", "changes"}) {
+            told.push_back(unit->parameterValue(addressOf(*unit, name)));
+        }
+    };
+    const auto comesTo = [&](std::uint32_t frames, const std::vector<float>& wanted) {
+        // Another thread tells it.
+        return waitUntil([&] { return render(frames), told == wanted; }) || (ADD_FAILURE() << told[0], false);
+    };
+    render(192);
+    EXPECT_EQ(told, (std::vector<float>{192, 1, 192, 0}));
+    EXPECT_TRUE(comesTo(480, {480, 1, 480, 1})); // at once
+    for (int i = 0; i < 300; ++i) render(i % 10 == 0 ? 480 : 192);
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 1})); // which is no change of the usual length
+    for (int i = 0; i < 50; ++i) render(192);
+    EXPECT_EQ(told[0], 480); // not yet
+    EXPECT_TRUE(comesTo(192, {192, 1, 192, 2}));
+    engine->stop();
 }
 
 TEST(Host, KeepsAllDigitsOfAValue) {
