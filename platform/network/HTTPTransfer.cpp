@@ -40,6 +40,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
 
   private:
     using Self = std::shared_ptr<HTTPTransfer>;
+    static constexpr int TimeoutParts = 8;
 
     Self self() { return std::static_pointer_cast<HTTPTransfer>(shared_from_this()); }
 
@@ -183,7 +184,8 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     }
 
     // The time-out is one without progress: every event of the connection and every piece of content begins
-    // it anew.
+    // it anew. It passes in parts, of which a time in which the process does not run counts as one: what the
+    // server sent meanwhile is still to be read.
     void watchProgress() {
         if (!(_request.timeoutInterval > 0) || !std::isfinite(_request.timeoutInterval)) return;
         _timer = g_timeout_source_new(0);
@@ -191,6 +193,10 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
             _timer,
             [](gpointer data) -> gboolean {
                 auto* transfer = static_cast<HTTPTransfer*>(data);
+                if (++transfer->_quietParts < TimeoutParts) {
+                    transfer->awaitNextPart();
+                    return G_SOURCE_CONTINUE;
+                }
                 transfer->_isTimedOut = true;
                 g_cancellable_cancel(transfer->_cancellable.get());
                 g_source_set_ready_time(transfer->_timer, -1);
@@ -207,8 +213,13 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
 
     void noteProgress() {
         if (_timer == nullptr) return;
-        const double interval = std::fmin(_request.timeoutInterval, 1e9) * 1e6;
-        g_source_set_ready_time(_timer, g_get_monotonic_time() + static_cast<gint64>(interval));
+        _quietParts = 0;
+        awaitNextPart();
+    }
+
+    void awaitNextPart() {
+        const double part = std::fmin(_request.timeoutInterval, 1e9) * 1e6 / TimeoutParts;
+        g_source_set_ready_time(_timer, g_get_monotonic_time() + static_cast<gint64>(part));
     }
 
     static Error cancelled() {
@@ -245,6 +256,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     std::optional<ChunkedBody> _chunks;
     std::unique_ptr<GzipContent> _packed;
     GSource* _timer = nullptr;
+    int _quietParts = 0; // of the time-out, since there was progress
     std::shared_ptr<URLResponse> _response;
     std::array<std::byte, 65536> _buffer{};
     bool _isTimedOut = false;

@@ -7,6 +7,7 @@
 #include "tests/support/Scratch.hpp"
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace platform;
 using namespace std::chrono_literals;
@@ -97,6 +99,15 @@ Outcome download(const URLRequest& what) {
     const auto promise = std::make_shared<std::promise<Outcome>>();
     const auto session = URLSession::sharedSession();
     return waitFor(session->downloadTaskWithRequest(what, tellTo(promise)), promise->get_future());
+}
+
+// Stops this process, all of its threads, for a second.
+void standStill() {
+    // A second call in case that the first comes too early.
+    const std::string wake = "(for wait in 1 5; do sleep $wait; kill -CONT " + std::to_string(::getpid()) +
+                             "; done) >/dev/null 2>&1 &";
+    ASSERT_EQ(std::system(wake.c_str()), 0);
+    ::kill(::getpid(), SIGSTOP);
 }
 
 // The completion has told what it saw; its file goes right after it.
@@ -216,10 +227,12 @@ TEST(URLSession, TheTimeOutIsOneWithoutProgress) {
     const Outcome outcome = download(request(stalled.url(), 0.3));
     EXPECT_EQ(outcome.error, "The request timed out.");
     EXPECT_FALSE(outcome.hasContent);
-    // Slow, but never silent for as long as the limit.
+    // Slow, but never silent for as long as the limit. A time in which this process stands still does not
+    // count.
     BadServer slow([](int connection) {
         tonewright::test::sendAll(connection, std::string(Ok) + "Content-Length: 10\r\n\r\n");
         for (int i = 0; i < 10; ++i) {
+            if (i == 5) standStill();
             std::this_thread::sleep_for(100ms);
             tonewright::test::sendAll(connection, "x");
         }
