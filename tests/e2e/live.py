@@ -205,10 +205,22 @@ class LivePath:
         self.assertLess(sound.loudness(silence.stop()), -120)
         self.controls.wait_for("push button", "Play")
 
-    def test_7_space_plays_and_closing_ends(self):
-        first = len(self.program.lines)
-        self.screen.press_key("space")
-        self.program.wait_for_text(PLAYING, after=first)
+    def test_7_space_plays_and_stops_from_inside_the_effect_and_closing_ends(self):
+        outside = self.screen.x.get_input_focus().focus
+
+        def has_keyboard() -> bool:
+            return self.screen.x.get_input_focus().focus not in (outside, self.window)
+
+        for _ in range(6):  # from control to control, until the effect has the keyboard
+            if not has_keyboard():
+                self.screen.press_key("Tab")
+                time.sleep(0.2)
+        wait_until(has_keyboard, "Tab never came to the effect", 5)
+        for line in (PLAYING, STOPPED, PLAYING):
+            first = len(self.program.lines)
+            self.screen.press_key("space")
+            self.program.wait_for_text(line, after=first)
+            wait_until(has_keyboard, "the effect did not get the keyboard back")
         self.screen.ask_to_close(self.window)
         self.assertEqual(self.program.wait_end(), 0, self.program.errors())
 

@@ -86,6 +86,28 @@ GtkEventController* addKeys(GtkWidget* widget, GtkPropagationPhase phase, GCallb
     return keys;
 }
 
+// A window runs the shortcuts of global scope after its own bindings, of which one for the space bar
+// activates the focused control and takes the key whether or not the control has a use for it. The toolkit
+// asks the controller that was added last first.
+void askShortcutsBeforeBindings(GtkWidget* window) {
+    GListModel* controllers = gtk_widget_observe_controllers(window);
+    GtkEventController* shortcuts = nullptr;
+    for (guint i = 0; i < g_list_model_get_n_items(controllers) && shortcuts == nullptr; ++i) {
+        auto* controller = static_cast<GtkEventController*>(g_list_model_get_item(controllers, i));
+        if (g_strcmp0(gtk_event_controller_get_name(controller), "gtk-shortcut-manager-bubble") == 0) {
+            shortcuts = controller;
+        } else {
+            g_object_unref(controller);
+        }
+    }
+    g_object_unref(controllers);
+    if (shortcuts == nullptr) {
+        return;
+    }
+    gtk_widget_remove_controller(window, shortcuts);
+    gtk_widget_add_controller(window, shortcuts); // which takes the reference
+}
+
 } // namespace
 
 void pressAtOnce(GtkButton* button) {
@@ -99,7 +121,8 @@ void watchHeldKeys(GtkWindow* window) {
     GtkEventController* keys = addKeys(GTK_WIDGET(window), GTK_PHASE_CAPTURE, G_CALLBACK(keyGoesDown));
     g_signal_connect(keys, "key-released", G_CALLBACK(keyGoesUp), nullptr);
     g_signal_connect(window, "notify::is-active", G_CALLBACK(activeChanges), nullptr);
-    // Before the window's own shortcuts, after the focused control had its turn.
+    askShortcutsBeforeBindings(GTK_WIDGET(window));
+    // Before the shortcuts, after the focused control had its turn.
     addKeys(GTK_WIDGET(window), GTK_PHASE_BUBBLE, G_CALLBACK(onUnusedKey));
 }
 
