@@ -27,7 +27,7 @@ elseif(TONEWRIGHT_SANITIZER STREQUAL "tsan")
 ignore_noninstrumented_modules=1:second_deadlock_stack=1:history_size=4")
 elseif(TONEWRIGHT_SANITIZER STREQUAL "rtsan")
     # g++ has no -fsanitize=realtime; the run-time library works without it when the audio thread says where its
-    # real-time part begins and ends (platform/audio/RealtimeScope.hpp).
+    # real-time part begins and ends (platform/realtime/RealtimeScope.hpp).
     file(GLOB rtsan_library "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.rtsan-x86_64.a"
         "/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.rtsan-aarch64.a")
     if(NOT rtsan_library)

@@ -8,8 +8,8 @@
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
-#include "platform/effects/ByteRing.private.hpp"
-#include "platform/effects/WakeSignal.private.hpp"
+#include "platform/realtime/ByteRing.hpp"
+#include "platform/realtime/WakeSignal.hpp"
 
 #include <array>
 #include <atomic>

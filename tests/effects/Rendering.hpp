@@ -4,10 +4,10 @@
 // Makes units of the fixtures and runs them by hand. Main thread.
 #pragma once
 
-#include "platform/audio/RealtimeScope.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 #include <chrono>

@@ -12,16 +12,20 @@ MAY_INCLUDE = {
     "shared": {"platform/foundation", "platform/dispatch", "platform/network", "platform/ui", "platform/web"},
     "gallery": {"shared", "platform/foundation", "platform/dispatch", "platform/ui"},
     "platform/foundation": set(),
+    "platform/realtime": set(),
     "platform/dispatch": {"platform/foundation"},
     "platform/network": {"platform/dispatch", "platform/foundation"},
-    "platform/audio": {"platform/dispatch", "platform/foundation"},
+    "platform/audio": {"platform/realtime", "platform/dispatch", "platform/foundation"},
     "platform/ui": {"platform/dispatch", "platform/foundation"},
     "platform/web": {"platform/ui", "platform/dispatch", "platform/foundation"},
-    "platform/effects": {"platform/audio", "platform/ui", "platform/dispatch", "platform/foundation"},
+    "platform/effects": {"platform/audio", "platform/realtime", "platform/ui", "platform/dispatch",
+                         "platform/foundation"},
     "effect": set(),
 }
 # The effect's view is where the plug-in host and the toolkit meet; nothing else of the host sees a screen.
 EFFECTS_MEET_UI = re.compile(r"platform/effects/[^/]*View[^/]*\.[ch]pp$")
+# The headers of the system and the processor that a public header may include besides the standard library's.
+NEAR_THE_MACHINE = {"platform/realtime": {"semaphore.h", "xmmintrin.h"}}
 # Libraries that a folder must not know at all.
 FOREIGN_TO = {
     "platform/audio": re.compile(r"^(lv2|lilv|suil|gtk|gdk|X11|cairo)"),
@@ -60,7 +64,8 @@ def faults(name: str, folder: str, mark: str, header: str):
         yield "where it may not point to"
     if folder == "platform/effects" and target == "platform/ui" and not EFFECTS_MEET_UI.search(name):
         yield "but is no place where the plug-in host meets the screen"
-    if mark == "<" and not re.fullmatch(r"[a-z_0-9]+", header) and (system or public):
+    standard = re.fullmatch(r"[a-z_0-9]+", header) or header in NEAR_THE_MACHINE.get(folder, ())
+    if mark == "<" and not standard and (system or public):
         yield "which is not of the standard library"
     if public and is_private(header):
         yield "which is private, from a public header"

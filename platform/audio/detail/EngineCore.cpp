@@ -4,10 +4,10 @@
 #include "platform/audio/detail/EngineCore.hpp"
 
 #include "platform/audio/AVAudioOutputNode.hpp"
-#include "platform/audio/RealtimeScope.hpp"
-#include "platform/audio/detail/DenormalScope.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/realtime/DenormalScope.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -100,7 +100,7 @@ void EngineCore::shutDown() {
         const std::scoped_lock lock(_mutex);
         _ended = true;
         publish(nullptr);
-        _shared.news.release();
+        _shared.news.signal();
     }
     if (_watcher.joinable()) _watcher.join();
 }
@@ -144,7 +144,7 @@ void EngineCore::outputFormatDidChange() {
 
 void EngineCore::watch() {
     while (true) {
-        _shared.news.acquire();
+        _shared.news.wait();
         const std::scoped_lock lock(_mutex);
         _graph.reportBadSamples();
         if (_ended) return;
@@ -187,8 +187,7 @@ void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::
             const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
             const bool isNewLength = !_offline && _shared.blockLength.note(count);
             if (plan->render(planes, done, count, now) || isNewLength) {
-                const ForeignCodeScope wakingIsAllowed;
-                _shared.news.release();
+                _shared.news.signal();
             }
             _shared.sampleTime.store(now + count, std::memory_order_relaxed);
         } else { // the control side is about to follow a change of the device

@@ -9,12 +9,12 @@
 #include "platform/audio/detail/NodeGraph.hpp"
 #include "platform/audio/detail/RenderPlan.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/realtime/WakeSignal.hpp"
 
 #include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <semaphore>
 #include <stop_token>
 #include <thread>
 
@@ -61,9 +61,9 @@ class EngineCore final : public OutputClient, public std::enable_shared_from_thi
         std::atomic<std::int64_t> sampleTime{0};
         // Of a device in real time: the audio side measures, the control side tells the effects.
         BlockLength blockLength;
-        // Posted to when there is something to say (bad samples), when the block length changes, and to end
+        // Signalled when there is something to say (bad samples), when the block length changes, and to end
         // the thread that waits for it.
-        std::counting_semaphore<> news{0};
+        WakeSignal news;
         // Requested by the control side when it stops the engine, so that an offline render waits for nothing
         // any more; exchanged by it while nothing renders.
         std::stop_source stopping;

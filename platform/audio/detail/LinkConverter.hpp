@@ -7,8 +7,8 @@
 // Made on the control side; `process` runs on the audio thread, neither allocates nor waits.
 #pragma once
 
-#include "platform/audio/detail/FrameRing.hpp"
 #include "platform/audio/detail/RatePath.hpp"
+#include "platform/realtime/FrameRing.hpp"
 
 #include <cstdint>
 

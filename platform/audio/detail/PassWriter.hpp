@@ -8,8 +8,8 @@
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/audio/detail/AudioReader.hpp"
-#include "platform/audio/detail/FrameRing.hpp"
 #include "platform/audio/detail/RateConverter.hpp"
+#include "platform/realtime/FrameRing.hpp"
 
 #include <memory>
 #include <vector>

@@ -4,8 +4,8 @@
 #include "platform/audio/detail/PlayerStream.hpp"
 
 #include "platform/audio/AVAudioFile.hpp"
-#include "platform/audio/RealtimeScope.hpp"
 #include "platform/audio/detail/mapChannels.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -162,8 +162,8 @@ void PlayerStream::runDecoder() {
             _shared.decoderSleeps = true;
         }
         if (!primes) {
-            _shared.wake.acquire();
-        } else if (!_shared.wake.try_acquire_for(PrimingLimit)) {
+            _shared.wake.wait();
+        } else if (!_shared.wake.waitFor(PrimingLimit)) {
             const std::scoped_lock lock(_mutex);
             if (_ringFormat.channelCount > 0) prime();
         }
@@ -226,7 +226,7 @@ void PlayerStream::updateGate() {
 }
 
 void PlayerStream::wakeDecoder() noexcept {
-    if (_shared.decoderSleeps.exchange(false)) _shared.wake.release();
+    if (_shared.decoderSleeps.exchange(false)) _shared.wake.signal();
 }
 
 // --- offline
@@ -302,7 +302,6 @@ void PlayerStream::render(float* const* planes, std::uint32_t channels, std::uin
     const bool low = _shared.ring.readable() <= _shared.ring.capacity() / 2;
     _shared.gate.leave();
     if (low && !_shared.offline.load(std::memory_order_relaxed)) {
-        const ForeignCodeScope wakingIsAllowed;
         wakeDecoder();
     }
 }

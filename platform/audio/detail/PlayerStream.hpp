@@ -10,11 +10,12 @@
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
-#include "platform/audio/detail/FrameRing.hpp"
-#include "platform/audio/detail/Gate.hpp"
 #include "platform/audio/detail/PassWriter.hpp"
 #include "platform/audio/detail/RatePath.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/realtime/FrameRing.hpp"
+#include "platform/realtime/Gate.hpp"
+#include "platform/realtime/WakeSignal.hpp"
 
 #include <atomic>
 #include <chrono>
@@ -23,7 +24,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <semaphore>
 #include <stop_token>
 #include <thread>
 #include <vector>
@@ -102,7 +102,7 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
         std::atomic<bool> offline{false};      // the decoder need not be woken
         std::atomic<bool> passUnderWay{false}; // frames are due: a short ring is an underrun
         std::atomic<std::uint64_t> underruns{0};
-        std::counting_semaphore<> wake{0}; // posted to when the decoder sleeps and should not
+        WakeSignal wake; // signalled when the decoder sleeps and should not
     };
     Shared _shared;
 

@@ -27,7 +27,7 @@ AutomaticDevice::~AutomaticDevice() {
     {
         const std::scoped_lock lock(_mutex);
         _ended = true;
-        _shared.news.release();
+        _shared.news.signal();
     }
     if (_supervisor.joinable()) _supervisor.join();
     dropHardware();
@@ -56,7 +56,7 @@ std::optional<Error> AutomaticDevice::start(std::shared_ptr<OutputClient> client
     } else {
         playSilently(NothingAnswers);
     }
-    _shared.news.release();
+    _shared.news.signal();
     return std::nullopt;
 }
 
@@ -90,7 +90,7 @@ std::optional<Error> AutomaticDevice::claim(std::unique_lock<std::mutex>& lock) 
     _refusal.reset();
     _isOpening = true; // perhaps since a former claim, whose attempt has not ended
     _nextTry = Clock::now();
-    _shared.news.release();
+    _shared.news.signal();
     _answered.wait_for(lock, _limits.answer, [this, before = _answers] { return _answers != before; });
     if (!_refusal) return std::nullopt;
     unclaim();
@@ -161,7 +161,7 @@ void AutomaticDevice::supervise() {
     while (!_ended) {
         const Clock::duration wait = patience();
         lock.unlock();
-        static_cast<void>(_shared.news.try_acquire_for(wait));
+        static_cast<void>(_shared.news.waitFor(wait));
         lock.lock();
         if (_ended) return;
         if (_hardware) lookAtHardware();
@@ -251,12 +251,12 @@ void AutomaticDevice::hardwareRender(float* const* planes, const AVAudioFormat& 
 
 void AutomaticDevice::hardwareFormatDidChange() noexcept {
     _shared.formatChanged = true;
-    _shared.news.release();
+    _shared.news.signal();
 }
 
 void AutomaticDevice::hardwareWasLost() noexcept {
     _shared.lost = true;
-    _shared.news.release();
+    _shared.news.signal();
 }
 
 } // namespace platform

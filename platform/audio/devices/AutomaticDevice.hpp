@@ -8,15 +8,15 @@
 
 #include "platform/audio/OutputDevice.hpp"
 #include "platform/audio/SilentDevice.hpp"
-#include "platform/audio/detail/Gate.hpp"
 #include "platform/audio/devices/HardwareDevice.hpp"
+#include "platform/realtime/Gate.hpp"
+#include "platform/realtime/WakeSignal.hpp"
 
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <semaphore>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -77,7 +77,7 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
         std::atomic<std::uint64_t> calls{0}; // for sound, by the hardware
         std::atomic<bool> lost{false};
         std::atomic<bool> formatChanged{false};
-        std::counting_semaphore<> news{0}; // posted to for the watching thread
+        WakeSignal news; // for the watching thread
     };
     Shared _shared;
 

@@ -3,7 +3,7 @@
 
 #include "platform/audio/devices/PipeWireDevice.hpp"
 
-#include "platform/audio/devices/realtimePriority.hpp"
+#include "platform/realtime/realtimePriority.hpp"
 
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>

@@ -3,7 +3,7 @@
 
 #include "platform/audio/devices/RtAudioDevice.hpp"
 
-#include "platform/audio/devices/realtimePriority.hpp"
+#include "platform/realtime/realtimePriority.hpp"
 
 #include <array>
 #include <atomic>

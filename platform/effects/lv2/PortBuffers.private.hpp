@@ -6,9 +6,9 @@
 // it. Private to platform/effects.
 #pragma once
 
-#include "platform/effects/ByteRing.private.hpp"
 #include "platform/effects/MIDIOutputDelivery.private.hpp"
 #include "platform/effects/lv2/Plugin.private.hpp"
+#include "platform/realtime/ByteRing.hpp"
 
 #include <atomic>
 #include <lilv/lilv.h>

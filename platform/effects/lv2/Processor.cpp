@@ -3,9 +3,9 @@
 
 #include "platform/effects/lv2/Processor.private.hpp"
 
-#include "platform/audio/RealtimeScope.hpp"
 #include "platform/effects/lv2/runApart.private.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 

@@ -8,7 +8,7 @@
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/effects/lv2/Instance.private.hpp"
 #include "platform/effects/lv2/PortBuffers.private.hpp"
-#include "platform/effects/lv2/RunGate.private.hpp"
+#include "platform/realtime/RunGate.hpp"
 
 #include <atomic>
 #include <chrono>

@@ -6,8 +6,8 @@
 // Private to platform/effects.
 #pragma once
 
-#include "platform/effects/ByteRing.private.hpp"
-#include "platform/effects/WakeSignal.private.hpp"
+#include "platform/realtime/ByteRing.hpp"
+#include "platform/realtime/WakeSignal.hpp"
 
 #include <lv2/worker/worker.h>
 #include <mutex>

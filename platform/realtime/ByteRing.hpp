@@ -4,7 +4,6 @@
 // A lock-free queue of records of any length between one writing and one reading thread. Neither side ever
 // allocates or waits. A record is one part or two that follow each other, read back as one.
 // What crosses: the bytes and two counters; each counter is written by one side and released to the other.
-// Private to platform/effects.
 #pragma once
 
 #include <algorithm>

@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Lets the control side keep a plug-in from running for a moment: the audio side passes or turns away, it
-// never waits. Private to platform/effects.
+// never waits.
 #pragma once
 
 #include <atomic>
 #include <chrono>
 #include <thread>
 
-namespace platform::lv2 {
+namespace platform {
 
 class RunGate {
   public:
@@ -36,4 +36,4 @@ class RunGate {
     std::atomic<bool> _isTaken{false};
 };
 
-} // namespace platform::lv2
+} // namespace platform

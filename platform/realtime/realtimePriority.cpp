@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#pragma once
+#include "platform/realtime/realtimePriority.hpp"
 
 #include <pthread.h>
 #include <sched.h>
 
 namespace platform {
 
-/// Asks for real-time scheduling of this thread, if it has none yet; a refusal changes nothing. A system
-/// call: once, before the first block.
-inline void askForRealtimePriority() noexcept {
+void askForRealtimePriority() noexcept {
     int policy = SCHED_OTHER;
     sched_param parameter{};
     if (pthread_getschedparam(pthread_self(), &policy, &parameter) != 0 || policy != SCHED_OTHER) return;
