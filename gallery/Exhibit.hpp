@@ -34,7 +34,6 @@ class Exhibit {
     virtual void tick() = 0;
     /// Show on the screen where the values are.
     virtual void show() = 0;
-    virtual void setPaused(bool) {}
     /// Returns the number of animators and impulses that `tick` moves.
     [[nodiscard]] virtual std::int64_t tweens() const = 0;
 };

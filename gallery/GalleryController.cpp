@@ -114,7 +114,6 @@ void GalleryController::showStatus() {
 void GalleryController::onPauseButton(const Sender&) {
     _isPaused = !_isPaused;
     pauseLabel->setText(_isPaused ? "_Play" : "_Pause");
-    for (const auto& exhibit : _exhibits) exhibit->setPaused(_isPaused);
     showStatus();
 }
 

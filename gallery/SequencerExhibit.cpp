@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The timeline runs on its own timer, and pausing it does what pausing a timeline does: its clock goes on,
-// and what was passed comes into play at once, late.
 #include "gallery/Exhibit.hpp"
 #include "gallery/palette.hpp"
 #include "shared/Common/Animator/AnimationSequencer.hpp"
@@ -32,28 +30,26 @@ class SequencerExhibit final : public Exhibit {
         });
         for (auto& member : _members) member = std::make_shared<Animator>();
     }
-    ~SequencerExhibit() override {
-        _sequencer->stop(); // the running timer would keep it
-    }
 
     void restart(const Movement& movement) override {
         _movement = movement;
         _rest = 0;
         _view->setNeedsDisplay(); // the bars' places are of whole frames
-        _sequencer->stop();
         // A timeline never gets shorter, and its members in play stay so: a new one for a new movement.
         _sequencer = std::make_shared<AnimationSequencer>();
-        _sequencer->interval = FrameSeconds;
         _sequencer->onFinished = [this](AnimationSequencer&) { _rest = RestTicks; };
         for (std::size_t i = 0; i < Members; ++i) {
             _members[i]->setup(0, 1, length(), FrameSeconds, movement.type);
             _sequencer->add(_members[i], start(i));
         }
-        if (_isPaused) _sequencer->pause();
-        _sequencer->start();
     }
     void tick() override {
-        if (_rest > 0 && --_rest == 0) restart(_movement);
+        // Not by the sequencer's own timer: its frame goes on while it is paused.
+        if (_rest == 0) {
+            _sequencer->advance();
+        } else if (--_rest == 0) {
+            restart(_movement);
+        }
     }
     void show() override {
         const CGRect bounds = _view->bounds();
@@ -72,15 +68,7 @@ class SequencerExhibit final : public Exhibit {
              palette::Struck});
         _view->setMarks(std::move(marks));
     }
-    void setPaused(bool isPaused) override {
-        _isPaused = isPaused;
-        if (isPaused) {
-            _sequencer->pause();
-        } else {
-            _sequencer->continue_();
-        }
-    }
-    std::int64_t tweens() const override { return 0; } // moved by the timeline's own timer
+    std::int64_t tweens() const override { return _sequencer->getCurrentCount(); }
 
   private:
     [[nodiscard]] std::int64_t length() const { return std::max<std::int64_t>(1, _movement.frames / 2); }
@@ -103,7 +91,6 @@ class SequencerExhibit final : public Exhibit {
     std::shared_ptr<AnimationSequencer> _sequencer = std::make_shared<AnimationSequencer>();
     std::array<std::shared_ptr<Animator>, Members> _members;
     Movement _movement;
-    bool _isPaused = false;
     int _rest = 0; // ticks until the timeline begins anew; 0 while it runs
 };
 

@@ -29,7 +29,6 @@ struct AnimatorInspection {
     static auto& maxFrames(auto& object) { return object._maxFrames; }
     static auto& direction(auto& object) { return object._direction; }
     static auto& suspended(auto& object) { return object._suspended; }
-    static void advance(auto& sequencer) { sequencer.advance(); }
 
     using Members = std::vector<std::shared_ptr<Animator>>;
     static Members members(AnimatorStack& stack) { return stack._animators.items(); }

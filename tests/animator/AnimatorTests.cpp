@@ -203,9 +203,9 @@ TEST(FatalDeathTest, SaysWhatIsWrong) {
              for (const auto& m : members) sequencer->add(m, 1);
              sequencer->seek(2); // position 3
              sequencer->remove(members[0]);
-             Look::advance(*sequencer);
+             sequencer->advance();
          }},
-        {"overflow", [&] { Look::currentFrame(*sequencer) = Max, Look::advance(*sequencer); }},
+        {"overflow", [&] { Look::currentFrame(*sequencer) = Max, sequencer->advance(); }},
     };
     for (const auto& [message, act] : cases) EXPECT_DEATH(act(), message);
 }
@@ -269,7 +269,7 @@ TEST(Many, StartOnOneTickInTwoSequencersAndAreRemoved) {
     const auto second = std::make_shared<AnimationSequencer>();
     auto members = make(Many, 10);
     for (const auto& m : members) first->add(m, 1), second->add(m, 1);
-    for (int i = 0; i < 3; ++i) Look::advance(*first), Look::advance(*second);
+    for (int i = 0; i < 3; ++i) first->advance(), second->advance();
     EXPECT_EQ(first->getCurrentCount(), static_cast<std::int64_t>(Many));
     EXPECT_EQ(second->getCurrentCount(), static_cast<std::int64_t>(Many));
     std::shuffle(members.begin(), members.end(), std::mt19937(3));

@@ -300,7 +300,7 @@ class Script {
                 {8, [&] { sequencer.seek(someStart()); }},
                 {4, [&] { sequencer.animate(); }},
                 {4, [&] { sequencer.calculateFrames(); }},
-                {40, [&] { Look::advance(sequencer); }}});
+                {40, [&] { sequencer.advance(); }}});
     }
     void actOn(Impulse& impulse) {
         choose(

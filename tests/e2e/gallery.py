@@ -16,10 +16,14 @@ MOVING = (54, 133, 227)  # the colour of a dot on its way
 CAPTION, MARGIN = 15, 7  # of a plot: the name below it, the room around it
 
 
+def colored(pixels: numpy.ndarray, color: tuple[int, int, int]) -> tuple[numpy.ndarray, numpy.ndarray]:
+    """Return the rows and the columns of the pixels that have a colour."""
+    return numpy.nonzero(numpy.abs(pixels.astype(int) - color).max(axis=2) < 12)
+
+
 def dot_in(pixels: numpy.ndarray) -> tuple[float, float] | None:
     """Give the middle of the pixels that have a moving dot's colour."""
-    near = numpy.abs(pixels.astype(int) - MOVING).max(axis=2) < 12
-    rows, columns = numpy.nonzero(near)
+    rows, columns = colored(pixels, MOVING)
     return (columns.mean(), rows.mean()) if len(rows) else None
 
 
@@ -30,7 +34,10 @@ class Gallery(unittest.TestCase):
         cls.addClassCleanup(cls.screen.close)
 
     def setUp(self):
-        self.program = Program(path=BUILD / "bin" / "tonewright-gallery")
+        self.start()
+
+    def start(self, environment: dict[str, str] | None = None) -> None:
+        self.program = Program(path=BUILD / "bin" / "tonewright-gallery", environment=environment)
         self.addCleanup(self.program.kill)
         self.program.wait_first_frame()
         self.window = self.screen.wait_window(self.program.process.pid)
@@ -49,6 +56,15 @@ class Gallery(unittest.TestCase):
     def plot(self, name: str) -> numpy.ndarray:
         """Give the pixels of one curve's plot."""
         return self.screen.picture(self.window, self.controls.area(self.controls.find("push button", name)))
+
+    def resize(self, width: int, height: int) -> None:
+        """Resize the window and wait until the last curve is where it belongs."""
+        def fits() -> bool:
+            x, y, w, h = self.controls.area(self.controls.find("push button", "easeOutInBounce"))
+            return x + w <= width and height - 130 < y + h <= height and w > width / 16
+
+        self.screen.resize(self.window, width, height)
+        wait_until(fits, f"the curves do not fit {width} by {height}", PATIENCE)
 
     def pause(self, condition=lambda status: 20 <= int(status[1]) <= 100) -> int:
         """Pause by the key in the middle of a movement; give the frame."""
@@ -73,9 +89,12 @@ class Gallery(unittest.TestCase):
             across, up = width - 2 * MARGIN, height - 2 * MARGIN - CAPTION
             self.assertAlmostEqual(dot[0], left + progress * across, delta=2.5, msg=name)
             self.assertAlmostEqual(dot[1], top + up * (1 - curve(progress)), delta=2.5, msg=name)
-        before = self.screen.picture(self.window)
-        time.sleep(0.3)
+        size, before = self.window.get_geometry(), self.screen.picture(self.window)
+        time.sleep(0.5)
         self.assertTrue((before == self.screen.picture(self.window)).all(), "something moved while paused")
+        self.resize(size.width + 80, size.height)  # each layout shows where everything is by now
+        self.resize(size.width, size.height)
+        wait_until(lambda: (before == self.screen.picture(self.window)).all(), "something moved unseen while paused", 5)
         self.screen.press_key("p")
         self.controls.wait_for("push button", "Pause")
         self.wait_status(lambda status: int(status[1]) != frame, "it does not go on")
@@ -107,13 +126,8 @@ class Gallery(unittest.TestCase):
         wait_until(lambda: seen.add(ball()) or len(seen) > 5, "the ball did not move", PATIENCE)
 
     def test_it_is_resized_and_closed(self):
-        for width, height in ((1400, 900), (900, 620)):
-            def fits() -> bool:
-                x, y, w, h = self.controls.area(self.controls.find("push button", "easeOutInBounce"))
-                return x + w <= width and y + h <= height and w > width / 16
-
-            self.screen.resize(self.window, width, height)
-            wait_until(fits, f"the curves do not fit {width} by {height}", PATIENCE)
+        for size in ((1400, 900), (900, 620)):
+            self.resize(*size)
         self.screen.ask_to_close(self.window)
         self.assertEqual(self.program.wait_end(), 0)
         self.assertRegex(self.program.errors(), r"\Afirst frame .*\n\Z")

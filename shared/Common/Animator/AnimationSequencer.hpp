@@ -52,10 +52,13 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     /// Extends the length of the timeline to the latest end of a member.
     virtual void calculateFrames();
 
+    /// Does what each firing of the timer does: advances the frame by one, then does the work of a tick. A
+    /// program with a clock of its own calls it on each of its ticks instead of calling `start`.
+    void advance();
+
   private:
     friend struct AnimatorInspection;
 
-    void advance(); // what each firing of the timer does
     void findAnimators();
     void scheduleItem(const std::shared_ptr<Animator>& item);
     void reset();
