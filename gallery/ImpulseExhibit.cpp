@@ -6,6 +6,7 @@
 #include "gallery/palette.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tonewright {
@@ -17,8 +18,8 @@ constexpr double BallRadius = 8;
 constexpr double WallWidth = 4;
 constexpr double Padding = 8;
 constexpr int FlashTicks = 12;
-constexpr float Velocity = 0.12F; // of the half way between the walls, per tick
-constexpr float Intensity = 0.975F;
+constexpr float Velocity = 0.12F;   // in the impulse's units per tick
+constexpr double Intensity = 0.975; // where half the way between the walls is one unit
 
 } // namespace
 
@@ -36,14 +37,16 @@ ImpulseExhibit::ImpulseExhibit(std::shared_ptr<platform::UIDrawingView> view)
 }
 
 void ImpulseExhibit::flick() {
-    const auto origin = static_cast<float>(_origin);
-    _impulse->setMinMax(true, -1 - origin, 1 - origin);
-    _impulse->setup(1, position() > 0 ? -Velocity : Velocity, FrameSeconds, Intensity);
+    _impulse->setMinMax(true, static_cast<float>((-1 - _origin) * _reach),
+                        static_cast<float>((1 - _origin) * _reach));
+    _impulse->setup(1, position() > 0 ? -Velocity : Velocity, FrameSeconds,
+                    static_cast<float>(std::pow(Intensity, 1 / _reach)));
 }
 
-void ImpulseExhibit::restart(const Movement&) {
+void ImpulseExhibit::restart(const Movement& movement) {
     _impulse->stop();
     _origin = 0;
+    _reach = static_cast<double>(movement.frames) / static_cast<double>(Movement{}.frames);
     _flash = 0;
     flick();
 }

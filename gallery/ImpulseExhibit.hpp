@@ -24,12 +24,18 @@ class ImpulseExhibit final : public Exhibit {
 
   private:
     /// Returns the ball's position, -1 at the left wall and 1 at the right one.
-    [[nodiscard]] double position() const { return _origin + static_cast<double>(_impulse->getValue()); }
+    [[nodiscard]] double position() const {
+        return _origin + static_cast<double>(_impulse->getValue()) / _reach;
+    }
 
     std::shared_ptr<platform::UIDrawingView> _view;
     std::shared_ptr<Impulse> _impulse = std::make_shared<Impulse>();
-    double _origin = 0; // an impulse at rest has the value 0: where that is
-    int _flash = 0;     // ticks for which the last strike still shows
+    double _origin = 0; // the position at which the impulse has the value 0
+    // Half the way between the walls, in the impulse's units. What moves slower covers the same units per
+    // tick on a longer way, so that the velocity at which the impulse comes to rest looks the same at every
+    // speed.
+    double _reach = 1;
+    int _flash = 0; // ticks for which the last strike still shows
 };
 
 } // namespace tonewright

@@ -124,6 +124,13 @@ class Gallery(unittest.TestCase):
         self.screen.press_key("f")
         seen = set()
         wait_until(lambda: seen.add(ball()) or len(seen) > 5, "the ball did not move", PATIENCE)
+        # A quarter of the frames: the ball is at rest before the curves begin anew.
+        for frames in ("60", "30"):
+            self.screen.press_key("plus")
+            self.wait_status(lambda status: status[2] == frames, f"there are not {frames} frames")
+        self.wait_status(lambda status: status[1] == "30", "the curves do not arrive")
+        self.wait_status(lambda status: status[1] != "30", "the curves do not begin anew")
+        self.assertIsNone(ball(), "the ball does not move faster")
 
     def test_it_is_resized_and_closed(self):
         for size in ((1400, 900), (900, 620)):
