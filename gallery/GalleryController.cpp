@@ -41,6 +41,8 @@ void GalleryController::offerConnections(platform::InterfaceConnections& connect
     connections.outlet("sequencerView", sequencerView);
     connections.outlet("impulseView", impulseView);
     connections.outlet("pauseLabel", pauseLabel);
+    connections.outlet("slowerButton", slowerButton);
+    connections.outlet("fasterButton", fasterButton);
     connections.outlet("statusLabel", statusLabel);
     connections.action("onPauseButton:", this, &GalleryController::onPauseButton);
     connections.action("onRestartButton:", this, &GalleryController::onRestartButton);
@@ -50,8 +52,8 @@ void GalleryController::offerConnections(platform::InterfaceConnections& connect
 }
 
 void GalleryController::viewDidLoad() {
-    for (const bool isMissing :
-         {!curvesView, !stackView, !chainView, !sequencerView, !impulseView, !pauseLabel, !statusLabel}) {
+    for (const bool isMissing : {!curvesView, !stackView, !chainView, !sequencerView, !impulseView,
+                                 !pauseLabel, !slowerButton, !fasterButton, !statusLabel}) {
         if (isMissing) platform::fatal("The gallery's interface description lacks one of its outlets");
     }
     _wall = std::make_shared<CurveWall>();
@@ -125,6 +127,8 @@ void GalleryController::changeSpeed(int direction) {
     const auto* speed = std::find(Speeds.begin(), Speeds.end(), _movement.frames) + direction;
     if (speed < Speeds.begin() || speed >= Speeds.end()) return;
     _movement.frames = *speed;
+    slowerButton->setEnabled(*speed != Speeds.front());
+    fasterButton->setEnabled(*speed != Speeds.back());
     restart();
 }
 

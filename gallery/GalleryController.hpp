@@ -8,6 +8,7 @@
 #include "gallery/CurveWall.hpp"
 #include "gallery/ImpulseExhibit.hpp"
 #include "platform/dispatch/Timer.hpp"
+#include "platform/ui/UIButton.hpp"
 #include "platform/ui/UILabel.hpp"
 #include "platform/ui/UIViewController.hpp"
 
@@ -48,6 +49,8 @@ class GalleryController final : public platform::UIViewController {
     std::shared_ptr<platform::UIDrawingView> sequencerView;
     std::shared_ptr<platform::UIDrawingView> impulseView;
     std::shared_ptr<platform::UILabel> pauseLabel;
+    std::shared_ptr<platform::UIButton> slowerButton;
+    std::shared_ptr<platform::UIButton> fasterButton;
     std::shared_ptr<platform::UILabel> statusLabel;
 
     std::shared_ptr<CurveWall> _wall;

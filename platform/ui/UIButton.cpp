@@ -8,6 +8,18 @@
 #include "platform/ui/toolkit/buttonKeys.hpp"
 
 namespace platform {
+namespace {
+
+// Moves the focus to the nearest control beside `widget` that takes it, one behind it first.
+void focusNeighborOf(GtkWidget* widget) {
+    for (const auto neighbor : {gtk_widget_get_next_sibling, gtk_widget_get_prev_sibling}) {
+        for (GtkWidget* other = neighbor(widget); other != nullptr; other = neighbor(other)) {
+            if (gtk_widget_grab_focus(other) != FALSE) return;
+        }
+    }
+}
+
+} // namespace
 
 UIButton::UIButton(const std::string& title)
     : UIButton(std::make_unique<Implementation>(gtk_button_new_with_mnemonic(title.c_str()))) {}
@@ -22,7 +34,10 @@ bool UIButton::isEnabled() const {
 }
 
 void UIButton::setEnabled(bool enabled) {
-    gtk_widget_set_sensitive(widgetOf(*this), enabled ? TRUE : FALSE);
+    GtkWidget* widget = widgetOf(*this);
+    const bool losesFocus = !enabled && gtk_widget_is_focus(widget) != FALSE;
+    gtk_widget_set_sensitive(widget, enabled ? TRUE : FALSE);
+    if (losesFocus) focusNeighborOf(widget);
 }
 
 void UIButton::press() {

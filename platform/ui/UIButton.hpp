@@ -18,6 +18,8 @@ class UIButton final : public UIView {
     explicit UIButton(std::unique_ptr<Implementation> implementation);
 
     [[nodiscard]] bool isEnabled() const;
+    /// Lets the button be pressed, or not. One that is disabled while it has the keyboard's focus hands it to
+    /// the nearest control beside it.
     void setEnabled(bool enabled);
     /// Does what a press does.
     void press();

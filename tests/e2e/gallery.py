@@ -111,8 +111,22 @@ class Gallery(unittest.TestCase):
         for key, frames in (("plus", "60"), ("plus", "30"), ("plus", "30"), ("minus", "60")):
             self.screen.press_key(key)
             self.wait_status(lambda status: status[2] == frames, f"{key} did not lead to {frames} frames")
+        self.assertTrue(self.enabled("Faster"))
+        self.screen.click(self.window, *self.controls.middle("Faster"))
+        wait_until(lambda: not self.enabled("Faster"), "Faster can be pressed at its limit")
+        wait_until(lambda: self.controls.has(self.controls.find("push button", "Slower"), "FOCUSED"),
+                   "the keyboard is lost with the button that it was at")
+        for frames in ("60", "120", "240", "480"):
+            self.screen.press_key("space")
+            self.wait_status(lambda status: status[2] == frames, f"Slower did not lead to {frames} frames")
+        wait_until(lambda: not self.enabled("Slower"), "Slower can be pressed at its limit")
+        wait_until(lambda: self.controls.has(self.controls.find("push button", "Faster"), "FOCUSED"),
+                   "the keyboard is lost with the button that it was at")
         names = [node.get_name() for node in self.controls.all() if node.get_name().startswith("ease")]
         self.assertEqual(len(set(names)), 40)
+
+    def enabled(self, button: str) -> bool:
+        return self.controls.has(self.controls.find("push button", button), "SENSITIVE")
 
     def test_the_impulse_comes_to_rest_and_is_flicked_again(self):
         def ball() -> float | None:
