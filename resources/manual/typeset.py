@@ -11,6 +11,8 @@ FIXED = {"PYTHONHASHSEED": "0", "SOURCE_DATE_EPOCH": "1764000000"}
 if any(os.environ.get(name) != value for name, value in FIXED.items()):
     os.execve(sys.executable, [sys.executable, *sys.argv], {**os.environ, **FIXED})
 
+sys.dont_write_bytecode = True  # a folder of the source that changes would have the program built again
+import tagging  # noqa: E402
 import weasyprint  # noqa: E402
 
 logging.getLogger("fontTools").setLevel(logging.ERROR)  # it finds the date of the font's own making strange
@@ -30,8 +32,7 @@ complaints.setLevel(logging.ERROR)
 logging.getLogger("weasyprint").handlers = [complaints]
 
 source, target = sys.argv[1:]
-# PDF/UA carries the structure of the text, for readers that speak.
-weasyprint.HTML(source).write_pdf(target + ".new", variant="pdf/ua-1")
+weasyprint.HTML(source).write_pdf(target + ".new", variant=tagging.variant())
 if complaints.count:
     sys.exit(f"{source} has {complaints.count} mistakes.")
 os.replace(target + ".new", target)
