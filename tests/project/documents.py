@@ -2,26 +2,31 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The manual and the help page: whole, self-contained, readable by everybody, and true to the effect of today."""
 import html.parser
+import pathlib
 import re
 import subprocess
 import unittest
+import urllib.parse
+
+import pikepdf
 
 from tree import BUILD, SOURCE, main, text
 
 MANUAL, HELP = "resources/manual/manual.html", "resources/help/help.html"
-BUNDLE = BUILD / "lib/lv2/tonewright.lv2"
+SHARE, BUNDLE = BUILD / "share/tonewright", BUILD / "lib/lv2/tonewright.lv2"
 VOID = {"meta", "link", "img", "br", "rect", "path"}
 
 
 class Page(html.parser.HTMLParser):
     """A page's elements in order, each as (tag, attributes, text inside)."""
 
-    def __init__(self, name: str):
+    def __init__(self, source: str):
         super().__init__()
         self.elements: list[list] = []
         self._open: list[list] = []
         self.unclosed: list[str] = []
-        self.feed(text(name))
+        self.feed(source)
+        self.ids = [element[1]["id"] for element in self.elements if "id" in element[1]]
 
     def handle_starttag(self, tag, attributes):
         element = [tag, dict(attributes), ""]
@@ -79,7 +84,7 @@ def ports() -> dict[str, dict]:
 class Manual(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.page, cls.pdf = Page(MANUAL), BUILD / "share/tonewright/manual.pdf"
+        cls.page, cls.pdf = Page(text(MANUAL)), SHARE / "manual.pdf"
         cls.words = plain(tool("pdftotext", cls.pdf, "-"))
 
     def test_tables_of_controls_say_what_the_effect_says(self):
@@ -117,16 +122,34 @@ class Manual(unittest.TestCase):
         named = set(re.findall(r'"([^"]+)"\s*$', tool("pdfinfo", "-dests", self.pdf), re.M))
         links = {element[1]["href"].removeprefix("#") for element in self.page.all("a")}
         self.assertEqual(links - named, set())
-        contents = re.findall(r'href="#(\w+)"', re.search(r"<nav>(.*?)</nav>", text(MANUAL), re.S)[1])
+        contents = re.findall(r'href="#([\w-]+)"', re.search(r"<nav>(.*?)</nav>", text(MANUAL), re.S)[1])
         chapters = [element[1]["id"] for element in self.page.all("h1") if element[1].get("class") != "plain"]
         self.assertEqual([name for name in contents if name in chapters], chapters)
 
-    def test_fonts_are_embedded_and_the_text_has_structure(self):
+    def test_fonts_are_embedded(self):
         fonts = [line.split() for line in tool("pdffonts", self.pdf).splitlines()[2:]]
         self.assertTrue(fonts)
         for font in fonts:
             self.assertEqual(font[-5:-2], ["yes", "yes", "yes"], font)  # embedded, a subset, with its letters' meaning
-        self.assertRegex(tool("pdfinfo", self.pdf), r"(?s)Title: +Tonewright: the manual.*Tagged: +yes")
+
+    def test_structure_holds_all_headings_and_figures(self):
+        with pikepdf.open(self.pdf) as pdf:
+            found, open_elements = {"/H1": 0, "/H2": 0, "/Figure": []}, [pdf.Root.StructTreeRoot.K]
+            while open_elements:
+                element = open_elements.pop()
+                if isinstance(element, pikepdf.Array):
+                    open_elements.extend(reversed(list(element)))
+                elif isinstance(element, pikepdf.Dictionary) and "/S" in element:
+                    open_elements.append(element.K)
+                    if element.S == "/Figure":
+                        found["/Figure"].append(str(element.Alt))
+                    elif str(element.S) in found:
+                        found[str(element.S)] += 1
+            self.assertEqual((str(pdf.Root.Lang), str(pdf.docinfo.Title), bool(pdf.Root.MarkInfo.Marked)),
+                             ("en", "Tonewright: the manual", True))
+        shown = [attributes for tag, attributes, _ in self.page.all("img", "svg") if "aria-hidden" not in attributes]
+        self.assertEqual(found, {"/H1": len(self.page.all("h1")), "/H2": len(self.page.all("h2")),
+                                 "/Figure": [one.get("alt") or one["aria-label"] for one in shown]})
 
     def test_setting_it_again_gives_the_same_file(self):
         again = BUILD / "documents-again.pdf"
@@ -135,14 +158,16 @@ class Manual(unittest.TestCase):
 
 
 class Pages(unittest.TestCase):
-    def test_are_well_formed_and_accessible(self):
-        for name in (MANUAL, HELP):
-            page, source = Page(name), text(name)
-            self.assertEqual((page.unclosed, page._open), ([], []), name)
+    def test_are_well_formed_and_accessible_and_lead_somewhere(self):
+        files = [SHARE / "help.html", *sorted((SHARE / "manual").glob("*.html"))]
+        pages = {file: Page(file.read_text()) for file in files}
+        self.assertEqual(len(files), 2 + len(re.findall('<h1 id=', text(MANUAL))))
+        for file, page in pages.items():
+            name, source = file.name, file.read_text()
+            self.assertEqual((page.unclosed, page._open, len(page.all("h1"))), ([], [], 1), name)
             self.assertTrue(source.startswith("<!DOCTYPE html>") and page.all("html")[0][1].get("lang"), name)
             self.assertTrue(page.all("title")[0][2], name)
-            ids = [element[1]["id"] for element in page.elements if "id" in element[1]]
-            self.assertEqual(sorted(set(ids)), sorted(ids), name)
+            self.assertEqual(sorted(set(page.ids)), sorted(page.ids), name)
             for tag, attributes, words in page.elements:
                 where = f"{name}: <{tag}> {attributes}"
                 if tag == "img":
@@ -150,17 +175,20 @@ class Pages(unittest.TestCase):
                 if tag == "svg":
                     self.assertTrue(attributes.get("aria-hidden") == "true" or attributes.get("aria-label"), where)
                 if tag == "a":
-                    self.assertIn(attributes["href"].removeprefix("#"), ids, where)
                     self.assertTrue(words.strip(), where)
+                if link := attributes.get("href") or attributes.get("src"):
+                    to = urllib.parse.urlsplit(link)
+                    target = pathlib.Path(file.parent, to.path).resolve() if to.path else file
+                    self.assertTrue(not to.scheme and target.is_file(), where)
+                    self.assertTrue(not to.fragment or to.fragment in pages[target].ids, where)
 
     def test_help_page_needs_nothing_else(self):
-        page = Page(HELP)
+        page = Page(text(HELP))
         self.assertEqual([element[:2] for element in page.all("script", "iframe", "object", "embed", "link", "img", "form")], [])
-        self.assertEqual([element for element in page.elements for key, value in element[1].items()
-                          if key in ("src", "href", "srcset", "data", "action") and not value.startswith("#")], [])
+        self.assertEqual([element for element in page.elements for key in ("src", "srcset", "data", "action") if key in element[1]], [])
         self.assertIsNone(re.search(r"url\(|@import|expression\(", text(HELP)))
         self.assertEqual([len(page.all(tag)) for tag in ("header", "nav", "main", "footer", "h1")], [1] * 5)
-        self.assertEqual((BUILD / "share/tonewright/help.html").read_text(), text(HELP))
+        self.assertEqual((SHARE / "help.html").read_text(), text(HELP))
 
     def test_help_page_has_contrast_in_light_and_in_dark(self):
         def luminance(colour: str) -> float:
