@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Takes the framing off a chunked body (RFC 9112, 7.1) and knows whether all of it came. In constant memory,
-// whatever the server sends. Used from one thread at a time. Private to platform/network.
+// Removes the framing of a chunked body (RFC 9112, 7.1) and knows whether all of it has arrived. In constant
+// memory, whatever the server sends. Used from one thread at a time. Private to platform/network.
 #pragma once
 
 #include <cstddef>
@@ -13,24 +13,24 @@ namespace platform {
 
 class ChunkedBody {
   public:
-    /// Returns the content at the front of `bytes`, as far as it lies in one chunk, and moves `bytes` behind
+    /// Returns the content at the front of `bytes`, as far as it is in one chunk, and advances `bytes` past
     /// it; empty when there is none left.
     [[nodiscard]] std::span<const std::byte> next(std::span<const std::byte>& bytes) noexcept;
 
-    /// Returns whether the body's last byte came.
+    /// Returns whether the body's last byte has arrived.
     [[nodiscard]] bool isWhole() const noexcept { return _place == Place::End; }
-    /// Returns whether something came that is no such framing.
+    /// Returns whether the framing was violated.
     [[nodiscard]] bool isBroken() const noexcept { return _place == Place::Broken; }
 
   private:
     enum class Place : std::uint8_t {
         Size,           // before the first digit of a chunk's size
-        SizeDigits,     // behind at least one
+        SizeDigits,     // after at least one
         Extension,      // in the rest of that line
-        Content,        // of which _left bytes are still to come
-        ContentEnd,     // in the line end behind it
-        Trailer,        // at the beginning of a line behind the last chunk
-        TrailerLineEnd, // behind a carriage return there
+        Content,        // _left bytes of it are still to come
+        ContentEnd,     // in the line end after it
+        Trailer,        // at the start of a line after the last chunk
+        TrailerLineEnd, // after a carriage return there
         TrailerLine,    // in such a line
         End,
         Broken,

@@ -19,13 +19,13 @@
 namespace platform {
 namespace {
 
-// What is held in memory at most: content that a few packed bytes unfold to, or that never ends, goes no
-// further.
+// The most that is held in memory: content that a few compressed bytes expand to, or that never ends, stops
+// here.
 constexpr std::size_t MostBytesInMemory = std::size_t{256} << 20U;
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): only the C library's blocks can grow without a copy
-// Memory that grows where it lies: the C library moves the pages of a large block and not its bytes, and
-// pages that were not written cost nothing. A vector would hold the content twice whenever it grows.
+// Memory that grows in place: the C library moves the pages of a large block and not its bytes, and pages
+// that were not written cost nothing. A vector would hold the content twice whenever it grows.
 class GrowingMemory {
   public:
     GrowingMemory() = default;
@@ -44,7 +44,7 @@ class GrowingMemory {
         _size += bytes.size();
         return true;
     }
-    /// Hands the content over.
+    /// Transfers the content to the caller.
     [[nodiscard]] URLData take() {
         if (_size > 0) (void)resize(_size);
         std::shared_ptr<const std::byte> bytes(std::exchange(_bytes, nullptr), [](const std::byte* memory) {
@@ -106,8 +106,8 @@ Error writeError(int number) {
                                   (reason != nullptr ? reason : "unknown error") + ").");
 }
 
-// The file never has a name where the file system can do without, so that nothing is left of it however the
-// process ends: it is found among the open files of the process.
+// The file never has a name if the file system can do without, so that nothing is left of it however the
+// process ends: it is opened through the process's own table of open files.
 class DownloadSink final : public ContentSink {
   public:
     explicit DownloadSink(DownloadCompletion completion)

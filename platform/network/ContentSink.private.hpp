@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where the content of a transfer goes: into memory or into a temporary file. Used from one thread at a time.
+// The destination of a transfer's content: memory or a temporary file. Used from one thread at a time.
 // Private to platform/network.
 #pragma once
 
@@ -15,9 +15,9 @@ class ContentSink {
   public:
     virtual ~ContentSink() = default;
 
-    /// Appends `bytes`; gives the error that prevents it.
+    /// Appends `bytes`; returns the error that prevents it.
     [[nodiscard]] virtual std::optional<Error> append(std::span<const std::byte> bytes) = 0;
-    /// Calls the completion with what came, or with `error`.
+    /// Calls the completion with what has arrived, or with `error`.
     virtual void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) = 0;
 };
 

@@ -17,9 +17,9 @@ GzipContent::~GzipContent() {
 }
 
 std::optional<Error> GzipContent::unpack(std::span<const std::byte> bytes, const Append& append) {
-    bool isPending = false; // unpacked bytes that had no room
+    bool isPending = false; // unpacked bytes did not fit
     while (!bytes.empty() || isPending) {
-        if (!_isInside && _hasEnded && bytes.front() == std::byte{0}) { // padding behind a stream
+        if (!_isInside && _hasEnded && bytes.front() == std::byte{0}) { // padding after a stream
             bytes = bytes.subspan(1);
             continue;
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Unpacks content that a server sends compressed, piece by piece and in constant memory, and knows whether
-// all of it came. Used from one thread at a time. Private to platform/network.
+// all of it has arrived. Used from one thread at a time. Private to platform/network.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -25,15 +25,15 @@ class GzipContent {
     GzipContent& operator=(const GzipContent&) = delete;
 
     using Append = std::function<std::optional<Error>(std::span<const std::byte>)>;
-    /// Unpack the next `bytes` and hand what is in them to `append`; gives the error that prevents it.
+    /// Unpacks the next `bytes` and passes the result to `append`; returns the error that prevents it.
     [[nodiscard]] std::optional<Error> unpack(std::span<const std::byte> bytes, const Append& append);
-    /// Returns whether the bytes so far end where a packed stream does, or there were none.
+    /// Returns whether the bytes so far end where a compressed stream does, or there were none.
     [[nodiscard]] bool isWhole() const noexcept { return !_isInside; }
 
   private:
     GConverter* _converter;
     bool _isInside = false; // a stream has begun and not ended
-    bool _hasEnded = false; // at least one stream was whole
+    bool _hasEnded = false; // at least one stream was complete
     std::array<std::byte, 65536> _unpacked{};
 };
 

@@ -89,7 +89,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         transfer->read();
     }
 
-    // To the library a length below zero, or beyond what it counts to, is one that nothing has to come for.
+    // The library treats a negative length, or one beyond its range, as no content at all.
     bool announcesNonsense() const {
         SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
         const char* announced = soup_message_headers_get_list(headers, "Content-Length");
@@ -102,9 +102,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         return error != std::errc() || end != text.data() + text.size() || length < 0;
     }
 
-    // A connection that ends between two chunks, or within packed content, looks to the library like the end
-    // of the content. So both are taken apart here, the chunks from the stream that the library takes them
-    // from.
+    // A connection that ends between two chunks, or within compressed content, looks to the library like the
+    // end of the content. So both are decoded here, the chunks from the stream below the library's own
+    // decoder.
     void takeApart() {
         if (isPacked()) _packed = std::make_unique<GzipContent>();
         const auto below = [](GInputStream* stream) -> GInputStream* {
@@ -248,11 +248,11 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         finish(_response, std::move(error));
     }
 
-    // All of it is used on the network thread only.
+    // All members are used only on the network thread.
     Owned<SoupMessage> _message;
     Owned<GCancellable> _cancellable;
     Owned<GInputStream> _stream;
-    Owned<GInputStream> _chunkedStream; // under it; only with `_chunks`
+    Owned<GInputStream> _chunkedStream; // below it; only with `_chunks`
     std::optional<ChunkedBody> _chunks;
     std::unique_ptr<GzipContent> _packed;
     GSource* _timer = nullptr;
@@ -279,7 +279,7 @@ URLSession::Implementation::~Implementation() {
 }
 
 SoupSession* URLSession::Implementation::connections() {
-    // Time-outs are each transfer's own.
+    // Each transfer has its own time-out.
     if (_connections == nullptr) {
         _connections = soup_session_new_with_options("timeout", 0U, "user-agent", "tonewright", nullptr);
     }

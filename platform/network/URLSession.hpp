@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Fetching of what URLs name: http and https over the network, file from the disk. A transfer runs in the
-// background; its completion is called once, on a queue of the session's own. All operations may be called
-// from any thread but the audio thread. Content that a server neither announces nor divides into chunks ends
-// with the connection: no one can tell whether it was cut.
+// Fetching what URLs name: http and https over the network, file from the disk. A transfer runs in the
+// background; its completion is called once, on a queue of the session. All operations may be called on any
+// thread except the audio thread. Content that a server neither announces nor divides into chunks ends with
+// the connection: no one can tell whether it was cut.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -23,7 +23,7 @@ namespace platform {
 
 class DispatchQueue;
 
-/// What a source says of itself.
+/// The source's description of the content.
 class URLResponse {
   public:
     URLResponse(URL url, std::string mimeType, std::int64_t expectedContentLength)
@@ -36,7 +36,7 @@ class URLResponse {
     [[nodiscard]] const URL& url() const noexcept { return _url; }
     /// Returns the type of the content; empty when the source does not say.
     [[nodiscard]] const std::string& mimeType() const noexcept { return _mimeType; }
-    /// Returns the number of bytes that the source announces; -1 when it does not.
+    /// Returns the number of bytes that the source announces; -1 if it does not.
     [[nodiscard]] std::int64_t expectedContentLength() const noexcept { return _expectedContentLength; }
 
   private:
@@ -58,7 +58,7 @@ class HTTPURLResponse final : public URLResponse {
 };
 
 struct URLSessionConfiguration {
-    /// Returns the usual one.
+    /// Returns the default one.
     [[nodiscard]] static URLSessionConfiguration defaultSessionConfiguration() { return {}; }
 };
 
@@ -80,29 +80,29 @@ class URLData {
     std::size_t _size = 0;
 };
 
-/// Receives the content, or the error for which there is none; more than 256 MiB is such an error.
+/// Receives the content, or the error if there is none; more than 256 MiB is such an error.
 using DataCompletion =
     std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
-/// Receives the place of a temporary file with the content, or the error for which there is none. The file
-/// can be read and copied until the call returns; it is not there to be moved, for mostly it has no name but
-/// that among the open files of the process.
+/// Receives the location of a temporary file with the content, or the error if there is none. The file can be
+/// read and copied until the call returns; it cannot be moved, because it usually has no name except in the
+/// process's table of open files.
 using DownloadCompletion =
     std::function<void(const std::optional<URL>& location, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
 
-/// One transfer, which begins when it is resumed. Released before its end it goes on.
+/// One transfer, which starts when it is resumed. If it is released before its end it continues.
 class URLSessionTask {
   public:
     class Transfer;
     explicit URLSessionTask(std::shared_ptr<Transfer> transfer)
         : _transfer(std::move(transfer)) {}
 
-    /// Begins; the second time without effect.
+    /// Starts; has no effect the second time.
     void resume();
-    /// Gives up: the completion is called with an error, unless it was already.
+    /// Gives up: the completion is called with an error, unless it already was called.
     void cancel();
-    /// Returns how much of the content came so far.
+    /// Returns the number of bytes of content that have arrived.
     [[nodiscard]] std::int64_t countOfBytesReceived() const noexcept;
 
   private:
@@ -123,7 +123,7 @@ class URLSession {
     [[nodiscard]] std::shared_ptr<URLSessionTask> downloadTaskWithRequest(const URLRequest& request,
                                                                           DownloadCompletion completion);
     /// Returns the queue on which completions are called, one after the other. A task that a completion
-    /// submits runs when the completion's temporary file is gone.
+    /// submits runs after the completion's temporary file has been removed.
     [[nodiscard]] DispatchQueue& delegateQueue() noexcept;
 
     class Implementation;
@@ -133,8 +133,8 @@ class URLSession {
     std::shared_ptr<Implementation> _implementation;
 };
 
-/// Reads the whole content at `url` and returns when it is there: the waiting ends when it makes no progress
-/// for 60 seconds. Blocks.
+/// Reads the whole content at `url` and returns when it has arrived; gives up after 60 seconds without
+/// progress. Blocks.
 [[nodiscard]] Result<URLData> contentsOfURL(const URL& url);
 
 } // namespace platform

@@ -30,7 +30,7 @@ class URLSession::Implementation {
     SoupSession* _connections = nullptr; // belongs to the network thread
 };
 
-/// One transfer: where it comes from is the subclass's, where it goes to the sink's.
+/// One transfer: the subclass determines where it comes from, the sink where it goes.
 class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
   public:
     Transfer(std::shared_ptr<URLSession::Implementation> session, URLRequest request,
@@ -49,12 +49,12 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
     [[nodiscard]] std::int64_t received() const noexcept { return _received; }
 
   protected:
-    /// Begins; called once, from any thread.
+    /// Starts; called once, from any thread.
     virtual void start() = 0;
-    /// Hands the content, or the error, to the completion. The first call counts.
+    /// Passes the content, or the error, to the completion. The first call counts.
     void finish(std::shared_ptr<URLResponse> response, std::optional<Error> error);
 
-    /// Hand on a piece of the content; gives the error that prevents it.
+    /// Passes on a piece of the content; returns the error that prevents it.
     [[nodiscard]] std::optional<Error> append(std::span<const std::byte> bytes) {
         _received.fetch_add(static_cast<std::int64_t>(bytes.size()), std::memory_order_relaxed);
         return _sink->append(bytes);
@@ -85,7 +85,7 @@ enum class TransferFailure {
     Failed = -1
 };
 
-/// Makes the error of a transfer.
+/// Creates the error of a transfer.
 [[nodiscard]] Error transferError(TransferFailure failure, std::string_view sentence);
 
 } // namespace platform

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a web view asks before it goes somewhere and before it shows what came back. Main thread only.
+// The questions of a web view before it navigates and before it shows a response. Main thread only.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -17,15 +17,16 @@ class WKWebView;
 enum class WKNavigationActionPolicy : std::uint8_t { Cancel, Allow };
 enum class WKNavigationResponsePolicy : std::uint8_t { Cancel, Allow };
 
-/// A place that the web view is about to go to: a load, a hop of a redirect, a link, a frame, a fragment.
+/// A place to which the web view is about to navigate: a load, a hop of a redirect, a link, a frame, a
+/// fragment.
 struct WKNavigationAction {
     struct Request {
-        std::optional<URL> url; // absent when the request names no place
+        std::optional<URL> url; // absent if the request names no place
     };
     Request request;
 };
 
-/// What came back, before it is shown: asked once for each document.
+/// A response, before it is shown: asked once for each document.
 struct WKNavigationResponse {
     struct Response {
         std::optional<URL> url;
@@ -33,8 +34,8 @@ struct WKNavigationResponse {
     Response response;
 };
 
-/// The functions that are handed over may be called at once or later, from the main thread; the first call
-/// counts. As long as none is made the navigation waits: dropping the function answers nothing.
+/// The functions passed in may be called at once or later, on the main thread; the first call counts. Until
+/// one is called the navigation waits: dropping the function answers nothing.
 class WKNavigationDelegate {
   public:
     virtual ~WKNavigationDelegate() = default;

@@ -17,8 +17,8 @@ class WKUIDelegate {
   public:
     virtual ~WKUIDelegate() = default;
 
-    /// Makes the view for a page that wants a window of its own. No view is taken up in this program:
-    /// whatever is answered, the request is dropped.
+    /// Creates the view for a page that asks for a window of its own. This program opens no such view:
+    /// whatever is returned, the request is dropped.
     virtual std::shared_ptr<WKWebView> createWebViewWith(WKWebView&, const WKWebViewConfiguration&,
                                                          const WKNavigationAction&, const WKWindowFeatures&) {
         return nullptr;

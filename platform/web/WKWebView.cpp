@@ -15,8 +15,8 @@
 namespace platform {
 namespace {
 
-// The engine's URLs follow the rules of browsers, which let some characters stand that RFC 3986 wants
-// encoded.
+// The engine's URLs follow the rules of browsers, which leave some characters unencoded that RFC 3986
+// requires to be encoded.
 std::optional<URL> urlOf(const std::string& text) {
     if (text.empty()) return std::nullopt;
     if (auto url = URL::fromString(text)) return url;
@@ -46,7 +46,7 @@ GtkWidget* makeNotice() {
 
 } // namespace
 
-/// Hands the engine's questions to the delegates.
+/// Passes the engine's questions to the delegates.
 class WKWebView::Asker final : public WebClient {
   public:
     explicit Asker(WKWebView& view)
@@ -125,7 +125,7 @@ WebEngineView* WKWebView::engine() {
     _engine = makeWebEngineView(*_asker);
     GtkWidget* content = _engine ? _engine->widget() : makeNotice();
     placementOf(content).fills = true;
-    // The keys are the page's as soon as it is on the screen.
+    // The page has the keyboard as soon as it is on the screen.
     g_signal_connect(content, "map", G_CALLBACK(gtk_widget_grab_focus), nullptr);
     gtk_widget_set_parent(content, container);
     placeChildren(container);

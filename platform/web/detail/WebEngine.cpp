@@ -20,10 +20,10 @@
 namespace platform {
 namespace {
 
-// Where the engine, too, expects the program that builds sandboxes.
+// The engine, too, expects the program that builds sandboxes here.
 constexpr const char* BubblewrapPath = "/usr/bin/bwrap";
 
-// Tells whether this system lets users build the sandbox that the engine puts its processes into. Some
+// Returns whether this system lets users build the sandbox in which the engine puts its processes. Some
 // kernels and containers don't.
 bool sandboxCanBeBuilt() {
     posix_spawn_file_actions_t quiet;
@@ -44,7 +44,7 @@ bool sandboxCanBeBuilt() {
     return status == 0;
 }
 
-// Where it cannot be built the engine would end the program. The variable is there from the start, so that no
+// If it cannot be built the engine would end the program. The variable exists from the start, so that no
 // other thread sees the environment move.
 void giveUpSandboxWhereItFails() {
     const char* disabled = std::getenv(SandboxVariable);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The seam between the program and the module with the web engine, which is opened on first use. Both sides
-// are built together, so that types of the standard library may cross. Main thread only.
+// The interface between the program and the module with the web engine, which is opened on first use. Both
+// sides are built together, so types of the standard library may cross it. Main thread only.
 #pragma once
 
 #include <functional>
@@ -12,10 +12,10 @@
 
 namespace platform {
 
-/// Called at most once with whether to go on, at once or later; never called, the navigation waits.
+/// Called at most once with whether to continue, at once or later; until it is called, the navigation waits.
 using WebAnswer = std::function<void(bool allow)>;
 
-/// Hears what the engine asks. A URI is empty when there is none.
+/// Receives the engine's questions. A URI is empty if there is none.
 class WebClient {
   public:
     virtual ~WebClient() = default;
@@ -23,11 +23,11 @@ class WebClient {
     virtual void decideResponse(const std::string& uri, const WebAnswer& answer) = 0;
     /// A page asks for a window, which it does not get.
     virtual void windowWanted(const std::string& uri) = 0;
-    /// A page that was asked for has nothing to show yet (true), or has by now, or has failed (false).
+    /// A requested page has nothing to show yet (true), or has now, or has failed (false).
     virtual void workingChanged(bool isWorking) = 0;
 };
 
-/// One view of the engine. Its end also ends the processes that it had.
+/// One view of the engine. Destroying it also ends its processes.
 class WebEngineView {
   public:
     virtual ~WebEngineView() = default;
@@ -42,8 +42,8 @@ class WebEngineView {
 using MakeWebEngineView = WebEngineView*(WebClient& client);
 inline constexpr const char* MakeWebEngineViewSymbol = "tonewrightMakeWebEngineView";
 
-/// Makes a view, opening the module first if that has not been done; absent, with a sentence on standard
-/// error, when it cannot be opened.
+/// Creates a view, opening the module first if that has not been done; absent, with a sentence on standard
+/// error, if it cannot be opened.
 [[nodiscard]] std::unique_ptr<WebEngineView> makeWebEngineView(WebClient& client);
 
 } // namespace platform

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Tells, over an empty page, that a page is on its way, once that takes so long that a person wonders. Main
-// thread only.
+// A notice, over an empty page, that a page is being loaded, shown once that takes long enough for a person
+// to wonder. Main thread only.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -11,14 +11,14 @@ namespace platform {
 
 class WorkingNotice {
   public:
-    /// Appears in `container`, which outlives the notice, over what it holds.
+    /// Appears in `container`, which outlives the notice, on top of its contents.
     explicit WorkingNotice(GtkWidget* container)
         : _container(container) {}
     ~WorkingNotice() { end(); }
     WorkingNotice(const WorkingNotice&) = delete;
     WorkingNotice& operator=(const WorkingNotice&) = delete;
 
-    /// Appears in half a second unless `end` comes before.
+    /// Appears in half a second unless `end` is called before.
     void begin();
     void end();
 

@@ -14,7 +14,7 @@
 namespace platform {
 namespace {
 
-// A context of its own for each view: with it go the processes that the engine keeps ready for a next page.
+// A context of its own for each view: with it end the processes that the engine keeps ready for a next page.
 GObjectRef<WebKitWebContext> makeContext() {
     auto context = GObjectRef<WebKitWebContext>::adopt(webkit_web_context_new());
     webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
@@ -45,7 +45,7 @@ void PendingDecisions::add(WebKitPolicyDecision* decision) {
 
 void PendingDecisions::answer(WebKitPolicyDecision* decision, bool allow) {
     const auto node = _waiting.extract(decision);
-    if (node.empty()) return; // answered before
+    if (node.empty()) return; // already answered
     if (allow) {
         webkit_policy_decision_use(decision);
     } else {
@@ -96,7 +96,7 @@ EngineView::~EngineView() {
     g_signal_handlers_disconnect_by_data(_view.get(), this);
     leavePdfViewer(_view.get());
     _pending.reset();
-    // A page that loops for ever would not hear that it is closed.
+    // A page that loops for ever would not notice that it is closed.
     webkit_web_view_terminate_web_process(_view.get());
 }
 
@@ -123,7 +123,7 @@ gboolean EngineView::decide(WebKitPolicyDecision* decision, WebKitPolicyDecision
         WebKitURIResponse* response =
             webkit_response_policy_decision_get_response(WEBKIT_RESPONSE_POLICY_DECISION(decision));
         const std::string uri = textOf(webkit_uri_response_get_uri(response));
-        if (isPartOfPdfViewer(uri.c_str())) return FALSE; // the engine's own answer: go on
+        if (isPartOfPdfViewer(uri.c_str())) return FALSE; // the engine's own answer: continue
         _client.decideResponse(uri, answerTo(decision));
         return TRUE;
     }
@@ -155,8 +155,8 @@ void EngineView::loadChanged(WebKitLoadEvent event) {
 gboolean EngineView::loadFailed(const char* uri, const GError& error) {
     _timeout.stop();
     tellIsWorking(false);
-    // What the policies or the user ended, and what belongs into another program, leaves the page that is
-    // there.
+    // What the policies or the user stopped, and what belongs in another program, leaves the present page in
+    // place.
     const bool isRefused = error.domain == WEBKIT_POLICY_ERROR &&
                            error.code != WEBKIT_POLICY_ERROR_CANNOT_USE_RESTRICTED_PORT &&
                            error.code != WEBKIT_POLICY_ERROR_FAILED;
@@ -171,7 +171,7 @@ gboolean EngineView::loadFailed(const char* uri, const GError& error) {
 void EngineView::processEnded() {
     _timeout.stop();
     tellIsWorking(false);
-    if (_isNotice || _noticeIsStarting) return; // what it tells stays on the screen
+    if (_isNotice || _noticeIsStarting) return; // its message stays on the screen
     tell(translated("This page stopped working"),
          translated("Exit leads back; the page can then be opened again."),
          textOf(webkit_web_view_get_uri(_view.get())));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One view of the web engine with what it is asked and how it ends. Main thread only.
+// One view of the web engine with its questions and its end. Main thread only.
 #pragma once
 
 #include "platform/ui/toolkit/GObjectRef.hpp"
@@ -13,8 +13,8 @@
 
 namespace platform {
 
-/// The questions that wait for an answer. The engine takes a question that is dropped for answered with yes,
-/// so each is kept until it is answered or its view ends.
+/// The questions that wait for an answer. The engine takes a dropped question for a yes, so each is kept
+/// until it is answered or its view is destroyed.
 class PendingDecisions {
   public:
     PendingDecisions() = default;
@@ -55,9 +55,9 @@ class EngineView final : public WebEngineView {
     GObjectRef<WebKitWebView> _view;
     std::shared_ptr<PendingDecisions> _pending = std::make_shared<PendingDecisions>();
     PageTimeout _timeout;
-    bool _isWorking = false; // until there is something to see of what was asked for
-    bool _isNotice = false;  // the page that is loading, or there, is one of ours that tells of a failure
-    bool _noticeIsStarting = false; // such a page was asked for, and the engine has not begun with it
+    bool _isWorking = false;        // until there is something to see of the requested page
+    bool _isNotice = false;         // the page that is loading or shown is one of ours that reports a failure
+    bool _noticeIsStarting = false; // such a page was requested, and the engine has not started with it
 };
 
 } // namespace platform

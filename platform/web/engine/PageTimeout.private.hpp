@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The end of patience with a page of which nothing comes. Main thread only.
+// The time-out of a page that sends nothing. Main thread only.
 #pragma once
 
 #include <functional>
@@ -16,10 +16,10 @@ class PageTimeout {
     PageTimeout(const PageTimeout&) = delete;
     PageTimeout& operator=(const PageTimeout&) = delete;
 
-    /// Have `onTimeout` called when `seconds` pass between `start` or `restart` and `stop`.
+    /// Calls `onTimeout` when `seconds` pass between `start` or `restart` and `stop`.
     void set(double seconds, std::function<void()> onTimeout);
     void start();
-    /// Begins to count anew, if it counts.
+    /// Starts counting again, if it is counting.
     void restart();
     void stop();
 

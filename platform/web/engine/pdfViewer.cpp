@@ -12,14 +12,15 @@ constexpr const char* Scheme = "webkit-pdfjs-viewer:";
 constexpr const char* Place = "webkit-pdfjs-viewer://*/*";
 constexpr const char* Messages = "pdfViewer";
 
-// What would lead out of the view, and what would be lost when the view closes.
+// Hides what would lead out of the view, and what would be lost when the view closes.
 constexpr const char* Style = "#print, #download, #openFile, #secondaryPrint, #secondaryDownload, "
                               "#secondaryOpenFile, #presentationMode,"
                               "#viewBookmark, #viewBookmarkSeparator, #editorModeButtons, "
                               "#editorModeSeparator { display: none !important }";
 
-// Runs before the viewer's own script, so that it hears the keys first. The engine's addition to the viewer
-// expects a search bar of the program and switches the viewer's off; it does so before the pages are there.
+// Runs before the viewer's own script, so that it receives the keys first. The engine's addition to the
+// viewer expects a search bar of the program and disables the viewer's; it does so before the pages are
+// there.
 constexpr const char* Script = R"((() => {
     const tell = what => window.webkit.messageHandlers.pdfViewer.postMessage(what);
     document.addEventListener('webviewerloaded', () => {
@@ -61,7 +62,8 @@ void onMessage(WebKitUserContentManager*, JSCValue* value, gpointer data) {
     const bool begins = std::strcmp(message, "begins") == 0;
     g_free(message);
     if (!begins) return attendance->onDrawn(attendance->data);
-    // Only the page around it may give the viewer the keyboard. A key that came before then zoomed that page.
+    // Only the surrounding page may give the viewer the keyboard. A key that came before then zoomed that
+    // page.
     webkit_web_view_evaluate_javascript(attendance->view, "document.querySelector('iframe')?.focus()", -1,
                                         nullptr, nullptr, nullptr, nullptr, nullptr);
     webkit_web_view_set_zoom_level(attendance->view, 1);

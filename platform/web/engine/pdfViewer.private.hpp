@@ -14,12 +14,12 @@ namespace platform {
 /// Returns whether the page of `view` is a PDF, which the viewer shows.
 [[nodiscard]] bool showsPdf(WebKitWebView* view);
 
-/// Returns the content manager of a new view, which takes from the viewer what leads out of the view
+/// Returns the content manager of a new view. It removes from the viewer what leads out of the view
 /// (printing, saving, opening, presenting) and the tools for annotations, opens its search bar with Ctrl and
 /// F, and lets Ctrl and 0 fit the page into the width, as it is at first.
 [[nodiscard]] WebKitUserContentManager* newPdfViewerManager();
 
-/// Gives the viewer in `view` the keyboard each time it begins, and calls `onDrawn` with `data` when it has
+/// Gives the viewer in `view` the keyboard each time it starts, and calls `onDrawn` with `data` when it has
 /// drawn its first page, or has said why there is none, until `leavePdfViewer`.
 void attendPdfViewer(WebKitWebView* view, void (*onDrawn)(gpointer data), gpointer data);
 void leavePdfViewer(WebKitWebView* view);

@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-// A dialog's page goes on at once: a question is answered with no, except whether to leave the page.
+// A dialog's page continues at once: a question is answered with no, except whether to leave the page.
 gboolean onDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
     const WebKitScriptDialogType type = webkit_script_dialog_get_dialog_type(dialog);
     if (type == WEBKIT_SCRIPT_DIALOG_CONFIRM) webkit_script_dialog_confirm_set_confirmed(dialog, FALSE);
@@ -34,13 +34,13 @@ gboolean onColorChooser(WebKitWebView*, WebKitColorChooserRequest* request, gpoi
     return TRUE;
 }
 
-// Goes on without a password: the server's own page then says what it wants.
+// Continues without a password: the server's own page then says what it requires.
 gboolean onAuthentication(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
     webkit_authentication_request_authenticate(request, nullptr);
     return TRUE;
 }
 
-// Printing, notifications, the whole screen: that nothing happens is the answer.
+// Printing, notifications, full screen: nothing happens.
 gboolean onOther() {
     return TRUE;
 }

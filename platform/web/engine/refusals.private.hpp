@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Answers dialogs, permissions, file choosers, printing and the like of pages in `view` with no, and leave
-/// in the context menu what stays inside the view.
+/// Answers dialogs, permissions, file choosers, printing and the like of pages in `view` with no, and leaves
+/// in the context menu only what stays inside the view.
 void refuseWhatPagesAskFor(WebKitWebView* view);
 
 /// Cancels every download of `session`.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The keys that make a page larger and smaller. Main thread only.
+// The keys that enlarge and shrink a page. Main thread only.
 #pragma once
 
 #include <webkit/webkit.h>
