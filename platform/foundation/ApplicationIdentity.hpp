@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Which of the project's programs with a window this process is: its names, its main screen, what --help
-// says. Set once, before UIApplicationMain; read on the main thread.
+// The identity of this process among the project's programs with a window: its names, its main screen, the
+// text of --help. Set once, before UIApplicationMain; read on the main thread.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ namespace platform {
 
 struct ApplicationIdentity {
     std::string programName = "tonewright"; // of the executable; the windows' class too
-    std::string displayName = "Tonewright"; // for people
+    std::string displayName = "Tonewright"; // for display
     std::string interfaceName = "Main";     // of the main screen's description and its style sheet
     std::string help; // the answer to --help, without the last newline; empty: tonewright's own
 };

@@ -75,8 +75,7 @@ class FileManager {
     /// Returns whether the item's directory is writable and searchable and its sticky bit, if set, lets the
     /// process remove the item.
     [[nodiscard]] bool isDeletableFileAtPath(const std::string& path) const;
-    /// Returns the item's attributes: file number, size, modification date and creation date always, and
-    /// more.
+    /// Creates the view: from the interface description, if there is one.
     [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(const std::string& path) const;
 
     // What a directory contains, in byte order.

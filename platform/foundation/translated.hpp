@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The program's texts in the user's language. The template for translators, po/tonewright.pot, is made of the
-// texts that are handed to `translated` and of those marked in interface descriptions. Any thread.
+// The program's texts in the user's language. The template for translators, po/tonewright.pot, contains the
+// texts passed to `translated` and those marked in interface descriptions. Any thread.
 #pragma once
 
 namespace platform {
@@ -10,7 +10,7 @@ namespace platform {
 /// The name under which translations are found: share/locale/LANGUAGE/LC_MESSAGES/tonewright.mo.
 inline constexpr const char* TextDomain = "tonewright";
 
-/// Returns `text` in the user's language; itself when there is no translation.
+/// Returns `text` in the user's language; itself if there is no translation.
 [[nodiscard]] const char* translated(const char* text);
 
 /// Looks for translations in `directory` from now on. At entry, before any other thread runs.

@@ -13,7 +13,7 @@
 namespace platform {
 namespace {
 
-// One coordinate that is none would stop the whole surface.
+// A single coordinate that is NaN would stop the whole surface.
 template <class... Numbers>
 bool areFinite(Numbers... numbers) {
     return (... && std::isfinite(numbers));

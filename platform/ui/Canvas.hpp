@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A surface to draw on with lines, shapes and text. All lengths are points; x to the right, y downwards, from
-// the surface's upper left corner. What reaches beyond the surface is cut off; values that are no numbers
-// draw nothing. Main thread only.
+// the surface's upper left corner. What reaches beyond the surface is clipped; NaN draws nothing. Main thread
+// only.
 #pragma once
 
 #include "platform/ui/CGRect.hpp"
@@ -13,7 +13,7 @@
 
 namespace platform {
 
-/// A colour, each part from 0 to 1, not multiplied by its opacity.
+/// A colour, each part from 0 to 1, not premultiplied by its opacity.
 struct Color {
     double red = 0;
     double green = 0;
@@ -35,14 +35,14 @@ enum class TextAlignment { Leading, Center, Trailing };
 
 class Canvas {
   public:
-    /// What the toolkit's side hands over: seen by the platform alone.
+    /// The toolkit's side of a canvas, known only to the platform.
     struct Target;
     explicit Canvas(Target& target) noexcept
         : _target(target) {}
 
     [[nodiscard]] double width() const noexcept;
     [[nodiscard]] double height() const noexcept;
-    /// Returns the colour of the desktop's texts here: dark on a light desktop, light on a dark one.
+    /// Returns the colour of the desktop's text: dark on a light desktop, light on a dark one.
     [[nodiscard]] Color textColor() const noexcept;
 
     void fillRectangle(const CGRect& rectangle, const Color& color);
@@ -50,8 +50,8 @@ class Canvas {
     /// Draws a line with round ends through `points`, `thickness` wide.
     void strokeLine(std::span<const Point> points, double thickness, const Color& color);
     void strokeRectangle(const CGRect& rectangle, double thickness, const Color& color);
-    /// Draws one line of text in the desktop's font, `size` points high, shortened where it is wider than
-    /// `place`, in the middle of the place's height.
+    /// Draws one line of text in the desktop's font, `size` points high, shortened if it is wider than
+    /// `place`, centred vertically in it.
     void drawText(std::string_view text, const CGRect& place, double size, const Color& color,
                   TextAlignment alignment = TextAlignment::Leading);
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a controller offers to its interface description: outlets and actions, each under the name that the
+// The outlets and actions that a controller offers to its interface description, each under the name that the
 // description uses. Main thread only.
 #pragma once
 
@@ -39,7 +39,7 @@ class InterfaceConnections {
     }
 
     /// Offers `method` of `object` to controls under `selector` ("onPlayButton:"). The object must outlive
-    /// this table. A sender that is not of the class the method takes arrives as absent.
+    /// this table. A sender that is not of the method's class is passed as absent.
     template <class Object, class Owner, class Sender>
     void action(std::string selector, Object* object, void (Owner::*method)(const std::shared_ptr<Sender>&)) {
         _actions.insert_or_assign(std::move(selector),

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An interface description that was read, from which a controller is made. Main thread only.
+// An interface description that has been read, from which a controller is created. Main thread only.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@ class InterfaceDescription;
 
 class NSCoder {
   public:
-    /// `description` is absent when it could not be read; then nothing can be made from the coder.
+    /// `description` is absent if it could not be read; then nothing can be created from the coder.
     explicit NSCoder(std::shared_ptr<InterfaceDescription> description)
         : _description(std::move(description)) {}
 

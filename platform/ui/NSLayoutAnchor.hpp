@@ -21,7 +21,7 @@ class NSLayoutAnchor {
         : _view(std::move(view))
         , _edge(edge) {}
 
-    /// Makes the constraint that lays this edge onto `anchor`; it does nothing until it is activated.
+    /// Creates the constraint that lays this edge onto `anchor`; it has no effect until it is activated.
     [[nodiscard]] std::shared_ptr<NSLayoutConstraint>
     constraintEqualToAnchor(const NSLayoutAnchor& anchor) const;
 
@@ -40,8 +40,9 @@ class NSLayoutConstraint {
         : _first(std::move(first))
         , _second(std::move(second)) {}
 
-    /// Lets the constraints hold from the next layout on, until the view leaves its superview. A constraint
-    /// whose second view is not the first one's superview is fatal, as is one of an edge with a crossing one.
+    /// Activates the constraints from the next layout on, until the view leaves its superview. A constraint
+    /// whose second view is not the first one's superview is fatal, as is one between a horizontal and a
+    /// vertical edge.
     static void activateConstraints(const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints);
 
     [[nodiscard]] const NSLayoutAnchor& firstAnchor() const noexcept { return _first; }

@@ -15,8 +15,8 @@ constexpr int LongestText = 320;             // points of height, beyond which t
 constexpr int WidestText = 480;              // points
 constexpr std::size_t MostCharacters = 8000; // of a title or a message: laying out more takes seconds
 
-// Lets a text of any length scroll, so that the buttons stay on the screen. The toolkit's dialog grows with
-// it.
+// Lets a text of any length scroll, so that the buttons stay on the screen. The toolkit's dialog would grow
+// with it.
 void makeScrollable(GtkWidget* textArea) {
     auto* box = GTK_BOX(gtk_widget_get_parent(textArea));
     GtkWidget* scroller = gtk_scrolled_window_new();
@@ -39,7 +39,7 @@ void makeScrollable(GtkWidget* textArea) {
     }
 }
 
-// A button's own label would be given to assistive technology twice by GTK 4.8.
+// GTK 4.8 would report a button's own label to assistive technology twice.
 GtkWidget* makeButton(const std::string& title) {
     GtkWidget* button = gtk_button_new();
     GtkWidget* label = gtk_label_new(showableText(title).c_str());
@@ -80,7 +80,8 @@ int UIAlertController::cancelIndex() const {
 void UIAlertController::answer(int response) const {
     const int index = response == GTK_RESPONSE_DELETE_EVENT ? cancelIndex() : response;
     if (index < 0 || index >= static_cast<int>(_actions.size())) return;
-    const auto action = _actions[static_cast<std::size_t>(index)]; // the handler may be the last to know it
+    const auto action =
+        _actions[static_cast<std::size_t>(index)]; // the handler may release the last reference
     if (action->handler()) action->handler()(*action);
 }
 
@@ -99,7 +100,7 @@ void UIAlertController::showOver(UIViewController& presenter, bool, std::functio
     auto* dialog = GTK_DIALOG(widget);
     auto* messageDialog = GTK_MESSAGE_DIALOG(widget);
     makeScrollable(gtk_message_dialog_get_message_area(messageDialog));
-    // The first button that does something is what Return presses.
+    // Return presses the first button that does something.
     int preferred = -1;
     for (int index = 0; const auto& action : _actions) {
         GtkWidget* button = makeButton(action->title());

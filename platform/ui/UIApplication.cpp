@@ -30,7 +30,7 @@ namespace {
 
 constexpr const char* IconName = "example.tonewright.Tonewright";
 
-// Makes the controller of the main screen and its window from the interface description.
+// Creates the controller of the main screen and its window from the interface description.
 std::shared_ptr<UIWindow> loadMainScreen() {
     const std::string& name = applicationIdentity().interfaceName;
     applyStyleSheet(name.c_str());
@@ -73,12 +73,12 @@ class Activity {
     bool _isActive = false;
 };
 
-// Keep the allocator's thresholds where they start. By itself it raises them to the largest block that was
-// ever freed, and then the sound server's library gets its megabytes out of used memory, which has to be
-// cleared, page by page, instead of pages that are never touched: 6 MB while playing.
+// Keeps the allocator's thresholds at their initial values. By itself it raises them to the largest block
+// that was ever freed, and then the sound server's library gets its megabytes from used memory, which has to
+// be cleared page by page, instead of pages that are never touched: 6 MB while playing.
 void returnMemoryEarly() {
 #ifdef M_TRIM_THRESHOLD
-    constexpr int DefaultThreshold = 128 * 1024; // bytes; to state it is what fixes it
+    constexpr int DefaultThreshold = 128 * 1024; // bytes; setting it explicitly is what fixes it
     mallopt(M_TRIM_THRESHOLD, DefaultThreshold);
 #endif
 }
@@ -106,7 +106,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     endAtOnceOnSignals(); // also while the display or the desktop keeps the toolkit waiting
     reserveStandardOutput();
     returnMemoryEarly();
-    std::signal(SIGPIPE, SIG_IGN); // whoever reads our lines may go away
+    std::signal(SIGPIPE, SIG_IGN); // the reader of our output may end first
     answerCommandLine(argc, argv);
     startToolkit();
     followColorScheme();

@@ -18,7 +18,7 @@ namespace platform {
 class UIApplicationDelegate;
 
 /// Opens a URL outside the program and calls `completion` (which may be empty) on the main queue with whether
-/// that began.
+/// it was handed over.
 using URLOpener = std::function<void(const URL& url, std::function<void(bool)> completion)>;
 
 class UIApplication {
@@ -31,13 +31,13 @@ class UIApplication {
     }
     void setDelegate(std::shared_ptr<UIApplicationDelegate> delegate) { _delegate = std::move(delegate); }
 
-    /// Opens `url` in the desktop's own program for it, and return at once. No option is known.
+    /// Opens `url` in the desktop's own program for it, and returns at once. There are no options.
     void openURL(const URL& url, const std::map<std::string, std::string>& options,
                  std::function<void(bool success)> completionHandler);
-    /// Lets `opener` open URLs instead of the desktop; empties: the desktop again. For tests.
+    /// Replaces the desktop by `opener` for opening URLs; empty: the desktop again. For tests.
     void setURLOpener(URLOpener opener) { _urlOpener = std::move(opener); }
 
-    /// Lets the loop end after the present turn.
+    /// Ends the loop after the present turn.
     void terminate();
     [[nodiscard]] bool isTerminating() const noexcept { return _isTerminating; }
 
@@ -48,15 +48,15 @@ class UIApplication {
     bool _isTerminating = false;
 };
 
-/// Runs the application: make the delegate of the class `delegateClassName`, load the main screen from the
-/// interface description that the process's identity names ("Main"), run the loop until the window is closed,
-/// and give 0.
+/// Runs the application: creates the delegate of the class `delegateClassName`, loads the main screen from
+/// the interface description that the process's identity names ("Main"), runs the loop until the window is
+/// closed, and returns 0.
 ///
-/// From here on standard output belongs to `print` alone. The options --help and --version are answered
-/// before anything starts. Where the application cannot start (an unknown option, no display, no interface
-/// description) it says why in one sentence on standard error and ends the process with status 2, 1 or 1.
-/// With TONEWRIGHT_TRACE_START in the environment the monotonic time of the first frame is written to
-/// standard error.
+/// From here on standard output is reserved for `print`. The options --help and --version are answered before
+/// anything starts. If the application cannot start (an unknown option, no display, no interface description)
+/// it reports the reason in one sentence on standard error and ends the process with status 2, 1 or 1. With
+/// TONEWRIGHT_TRACE_START in the environment the monotonic time of the first frame is written to standard
+/// error.
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& principalClassName,
                       std::string_view delegateClassName);
 

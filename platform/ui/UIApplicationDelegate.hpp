@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What an application hears of its own life. Main thread only.
+// The events in an application's life. Main thread only.
 #pragma once
 
 #include <map>
@@ -23,22 +23,22 @@ class UIApplicationDelegate {
     UIApplicationDelegate(const UIApplicationDelegate&) = delete;
     UIApplicationDelegate& operator=(const UIApplicationDelegate&) = delete;
 
-    /// Takes the window of the main interface description.
+    /// Receives the window of the main interface description.
     virtual void setWindow(std::shared_ptr<UIWindow>) {}
-    /// Hear that the process is ready, before the main screen is loaded; returns whether the launch is
+    /// Called when the process is ready, before the main screen is loaded; returns whether the launch is
     /// accepted.
     virtual bool application(UIApplication&,
                              const std::optional<LaunchOptions>& didFinishLaunchingWithOptions) {
         (void)didFinishLaunchingWithOptions;
         return true;
     }
-    /// Hear that the window has the keyboard, or has it no longer.
+    /// Called when the window gets the keyboard, or loses it.
     virtual void applicationDidBecomeActive(UIApplication&) {}
     virtual void applicationWillResignActive(UIApplication&) {}
-    /// Hear that nothing of the application is on the screen any longer, or will be again.
+    /// Called when nothing of the application is on the screen any longer, or will be again.
     virtual void applicationDidEnterBackground(UIApplication&) {}
     virtual void applicationWillEnterForeground(UIApplication&) {}
-    /// Hear that the process is about to end in order.
+    /// Called when the process is about to end in order.
     virtual void applicationWillTerminate(UIApplication&) {}
 };
 

@@ -13,7 +13,7 @@ namespace platform {
 
 class UIButton final : public UIView {
   public:
-    /// Makes a button with `title`; an underscore stands before the letter that presses it together with Alt.
+    /// Creates a button with `title`; an underscore precedes the letter that presses it together with Alt.
     explicit UIButton(const std::string& title = {});
     explicit UIButton(std::unique_ptr<Implementation> implementation);
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Colours by their components: red, green, blue and alpha from 0 to 1. Values outside that range are colours
-// beyond the screen's and pass unchanged. Immutable; any thread.
+// that a screen cannot show and pass unchanged. Immutable; any thread.
 #pragma once
 
 namespace platform {
@@ -23,7 +23,7 @@ class UIColor {
     double _alpha;
 };
 
-/// A colour as image processing takes it.
+/// A colour as image processing uses it.
 class CIColor {
   public:
     constexpr explicit CIColor(const UIColor& color) noexcept

@@ -17,21 +17,21 @@ namespace platform {
 
 class UIDocumentPickerViewController;
 
-/// Hears what became of a choice: exactly one call for each time a picker is presented.
+/// Receives the result of a choice: exactly one call for each time a picker is presented.
 class UIDocumentPickerDelegate {
   public:
     virtual ~UIDocumentPickerDelegate() = default;
-    /// Hear of one choice. Pickers answer with a list; this form is for whoever calls it.
+    /// Called with one choice. Pickers report a list; this form is for other callers.
     virtual void documentPicker(UIDocumentPickerViewController& controller, const URL& didPickDocumentAt) = 0;
-    /// Hear of the choices: at least one, and only one unless the picker allows more. What was chosen may
-    /// have gone since.
+    /// Called with the choices: at least one, and only one unless the picker allows more. What was chosen may
+    /// no longer exist.
     virtual void documentPicker(UIDocumentPickerViewController& controller,
                                 const std::vector<URL>& didPickDocumentsAt) = 0;
-    /// Hear that the chooser was left, or closed with nothing chosen.
+    /// Called when the chooser was cancelled, or closed with nothing chosen.
     virtual void documentPickerWasCancelled(UIDocumentPickerViewController& controller) = 0;
 };
 
-/// What is done with what is chosen; here it always stays where it is.
+/// What happens to the chosen file; here it always stays where it is.
 enum class UIDocumentPickerMode : std::uint64_t {
     Import = 0,
     Open = 1,
@@ -41,7 +41,7 @@ enum class UIDocumentPickerMode : std::uint64_t {
 
 class UIDocumentPickerViewController final : public UIViewController {
   public:
-    /// Makes a picker of folders, when `documentTypes` names "public.folder", otherwise of files.
+    /// Creates a picker of folders if `documentTypes` contains "public.folder", otherwise of files.
     UIDocumentPickerViewController(const std::vector<std::string>& documentTypes,
                                    UIDocumentPickerMode inMode);
     ~UIDocumentPickerViewController() override;
@@ -51,7 +51,7 @@ class UIDocumentPickerViewController final : public UIViewController {
     [[nodiscard]] bool allowsMultipleSelection() const noexcept { return _allowsMultipleSelection; }
 
   protected:
-    /// Shows the chooser and returns; it keeps this controller until it is answered.
+    /// Shows the chooser and returns; the chooser keeps this controller until it is answered.
     void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
 
   private:

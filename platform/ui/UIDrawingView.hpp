@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view that the program draws: a picture that stays, and marks that move in front of it.
-// "TonewrightDrawing" in interface descriptions. Main thread only.
+// A view that the program draws: a static picture, and marks that move in front of it. "TonewrightDrawing" in
+// interface descriptions. Main thread only.
 //
-// The picture is drawn when the view first shows, when its size or the desktop's colours have changed, and
-// when `setNeedsDisplay` asks for it. Moving a mark paints the mark's old and new place and nothing else, so
-// that many views can move at once.
+// The picture is drawn when the view is first shown, when its size or the desktop's colours have changed, and
+// after `setNeedsDisplay`. Moving a mark repaints only its old and new place, so that many views can move at
+// once.
 #pragma once
 
 #include "platform/ui/Canvas.hpp"
@@ -17,7 +17,7 @@
 
 namespace platform {
 
-/// A filled rectangle with round corners: a dot, where the radius is half the width.
+/// A filled rectangle with round corners: a dot if the radius is half the width.
 struct Mark {
     CGRect place;
     double radius = 0;
@@ -26,7 +26,7 @@ struct Mark {
     friend bool operator==(const Mark&, const Mark&) = default;
 };
 
-/// Returns the mark that is a dot about `center`.
+/// Returns a mark that is a dot centred at `center`.
 [[nodiscard]] Mark dotAt(Point center, double radius, const Color& color) noexcept;
 
 class UIDrawingView final : public UIView {
@@ -36,11 +36,11 @@ class UIDrawingView final : public UIView {
     UIDrawingView();
     explicit UIDrawingView(std::unique_ptr<Implementation> implementation);
 
-    /// Lets `drawing` draw the picture from now on.
+    /// Sets the function that draws the picture from now on.
     void setDrawing(Drawing drawing);
-    /// Have the picture drawn again with the next frame.
+    /// Redraws the picture with the next frame.
     void setNeedsDisplay() override;
-    /// Shows `marks`, in this order, in place of the former ones.
+    /// Shows `marks`, in this order, in place of the previous ones.
     void setMarks(std::vector<Mark> marks);
 };
 

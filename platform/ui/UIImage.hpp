@@ -15,15 +15,15 @@ namespace platform {
 
 class UIImage {
   public:
-    /// What a picture may have at most. Larger ones are refused when their header says so, before anything of
-    /// that size is taken.
+    /// The largest number of pixels. Larger pictures are refused when their header says so, before memory of
+    /// that size is allocated.
     static constexpr std::int64_t MostPixels = std::int64_t{64} << 20U;
 
     /// Returns the picture in `data`: PNG, JPEG, GIF (its first frame), BMP, TIFF, ICO (its largest picture),
-    /// and WebP and SVG where the system has a decoder for them, whatever a server calls it. None for bytes
-    /// that are no picture, one that is cut short, one whose decoder finds damage, and one that is too large
-    /// or takes too long. Blocks: as long as the pixels of a PNG, JPEG or BMP take; the others, and unusual
-    /// ones of these, are decoded by a process with two seconds of processor time.
+    /// and WebP and SVG if the system has a decoder for them, whatever type a server states. Null for bytes
+    /// that are not a picture, one that is truncated, one whose decoder finds damage, and one that is too
+    /// large or takes too long. Blocks: as long as the pixels of a PNG, JPEG or BMP take; the others, and
+    /// unusual ones of these, are decoded by a process with two seconds of processor time.
     [[nodiscard]] static std::shared_ptr<UIImage> initWithData(std::span<const std::byte> data);
     ~UIImage();
     UIImage(const UIImage&) = delete;

@@ -24,7 +24,7 @@ std::shared_ptr<UIImage> UIImageView::image() const {
 void UIImageView::setImage(std::shared_ptr<UIImage> image) {
     {
         const std::scoped_lock lock(_mutex);
-        _image.swap(image); // the former image is released after the lock
+        _image.swap(image); // the previous image is released after the lock
     }
     DispatchQueue::main().async([place = std::weak_ptr<UIResponder>(weak_from_this())] {
         if (const auto view = std::static_pointer_cast<UIImageView>(place.lock())) view->show();

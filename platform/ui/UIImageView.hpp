@@ -14,9 +14,9 @@ namespace platform {
 
 class UIImageView final : public UIView {
   public:
-    /// Makes a view that shows nothing yet.
+    /// Creates a view that shows nothing yet.
     UIImageView();
-    /// Makes the view of a widget that an interface description made.
+    /// Creates the view of a widget from an interface description.
     explicit UIImageView(std::unique_ptr<Implementation> implementation);
 
     /// Returns the image that was set last; absent when there is none. Any thread.
@@ -28,7 +28,7 @@ class UIImageView final : public UIView {
     void show();
 
     mutable std::mutex _mutex;
-    std::shared_ptr<UIImage> _image; // guarded by _mutex, held for a copy or an assignment only
+    std::shared_ptr<UIImage> _image; // guarded by _mutex, held only for a copy or an assignment
 };
 
 } // namespace platform

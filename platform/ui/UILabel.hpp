@@ -17,7 +17,7 @@ class UILabel final : public UIView {
 
     /// Returns the text as it is shown.
     [[nodiscard]] std::string text() const;
-    /// Shows `text`. In a label that the interface description gives mnemonics, an underscore stands before
+    /// Shows `text`. In a label for which the interface description enables mnemonics, an underscore precedes
     /// one.
     void setText(const std::string& text);
 };

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What can be the sender or the receiver of an action: views, controllers, the application's delegate.
-// Main thread only.
+// The sender or receiver of an action: views, controllers, the application's delegate. Main thread only.
 #pragma once
 
 #include <memory>
@@ -17,11 +16,11 @@ class UIResponder : public std::enable_shared_from_this<UIResponder> {
     UIResponder(const UIResponder&) = delete;
     UIResponder& operator=(const UIResponder&) = delete;
 
-    /// Returns the responder that is asked when this one does not know an action; absent at the end of the
+    /// Returns the responder that is asked if this one does not know an action; absent at the end of the
     /// chain.
     [[nodiscard]] virtual std::shared_ptr<UIResponder> nextResponder();
 
-    /// Returns whether this responder, or one behind it in the chain, performs the action `selector`
+    /// Returns whether this responder, or a later one in the chain, performs the action `selector`
     /// ("onPlayButton:"). `withSender` may be absent.
     [[nodiscard]] virtual bool canPerformAction(std::string_view selector,
                                                 const std::shared_ptr<UIResponder>& withSender);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A change from one screen to another, while it is being prepared. Main thread only.
+// A transition from one screen to another, while it is being prepared. Main thread only.
 #pragma once
 
 #include "platform/ui/UIViewController.hpp"
@@ -21,7 +21,7 @@ class UIStoryboardSegue final {
         , _source(std::move(source))
         , _destination(std::move(destination)) {}
 
-    /// Returns the identifier that the interface description gives the segue; absent when it has none.
+    /// Returns the identifier of the segue in the interface description; absent if it has none.
     [[nodiscard]] const std::optional<std::string>& identifier() const noexcept { return _identifier; }
     [[nodiscard]] const std::shared_ptr<UIViewController>& sourceViewController() const noexcept {
         return _source;

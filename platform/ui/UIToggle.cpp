@@ -23,7 +23,7 @@ UIToggle::UIToggle(std::shared_ptr<UIView> content, const std::string& name, con
     , _content(std::move(content)) {
     GtkWidget* widget = widgetOf(*this);
     gtk_button_set_child(GTK_BUTTON(widget), widgetOf(*_content));
-    // The name says it all; the content beside it would be read out too.
+    // The name is sufficient; the content beside it would be read out too.
     gtk_accessible_update_state(GTK_ACCESSIBLE(widgetOf(*_content)), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE, -1);
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
     if (fellow != nullptr) {

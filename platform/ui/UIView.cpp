@@ -72,9 +72,9 @@ void UIView::setHidden(bool hidden) {
     const bool hadFocus = hidden && hasFocusInside(widget);
     gtk_widget_set_visible(widget, hidden ? FALSE : TRUE);
     if (!hadFocus) return;
-    // In the loop's next turn, because what takes the place may be shown only after this; before any other
-    // source of the loop, because the next key must find it and because the toolkit's next frame moves the
-    // focus by itself.
+    // In the loop's next turn, because what replaces the view may only be shown after this; before any other
+    // source of the loop, because the next key must find the new focus and because the toolkit's next frame
+    // moves the focus by itself.
     using WeakView = std::weak_ptr<UIResponder>;
     g_idle_add_full(
         G_PRIORITY_HIGH,
@@ -130,7 +130,8 @@ void UIView::removeFromSuperview() {
     GtkWidget* widget = widgetOf(*this);
     GtkWidget* parent = gtk_widget_get_parent(widget);
     if (!isContainerWidget(parent)) return;
-    const auto self = std::static_pointer_cast<UIView>(shared_from_this()); // the superview may keep it alone
+    const auto self =
+        std::static_pointer_cast<UIView>(shared_from_this()); // the superview may be the only owner
     if (const auto holder = viewOfWidget(parent)) std::erase(holder->implementation().kept, self);
     gtk_widget_unparent(widget);
     placementOf(widget).constraints = {};

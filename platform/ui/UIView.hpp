@@ -22,7 +22,7 @@ namespace platform {
 
 class UIView : public UIResponder {
   public:
-    /// Makes an empty view that belongs to no superview.
+    /// Creates an empty view that belongs to no superview.
     UIView();
     explicit UIView(const CGRect& frame);
     ~UIView() override;
@@ -31,26 +31,26 @@ class UIView : public UIResponder {
     [[nodiscard]] bool isHidden() const;
     void setHidden(bool hidden);
 
-    /// Returns the place in the superview's coordinates, in points. Negative origins are allowed.
+    /// Returns the frame in the superview's coordinates, in points. Negative origins are allowed.
     [[nodiscard]] CGRect frame() const;
-    /// Places the view; a view that is placed by constraints keeps their place from the next layout on.
+    /// Sets the frame; if constraints place the view, they do so again at the next layout.
     void setFrame(const CGRect& frame);
     /// Returns the view's own rectangle: its size at the origin.
     [[nodiscard]] CGRect bounds() const;
 
-    /// Adds `view` in front of the other subviews and keeps it; it leaves its former superview first.
+    /// Adds `view` in front of the other subviews and keeps it; it leaves its previous superview first.
     void addSubview(const std::shared_ptr<UIView>& view);
-    /// Leaves the superview, with all constraints to it.
+    /// Leaves the superview, and removes all constraints to it.
     void removeFromSuperview();
-    /// Returns the view that holds this one; absent when there is none.
+    /// Returns the view that contains this one; absent if there is none.
     [[nodiscard]] std::shared_ptr<UIView> superview() const;
-    /// Returns the views in this one, the rearmost first.
+    /// Returns the subviews, the rearmost first.
     [[nodiscard]] std::vector<std::shared_ptr<UIView>> subviews() const;
 
-    /// Have the view drawn again with the next frame.
+    /// Redraws the view with the next frame.
     virtual void setNeedsDisplay();
 
-    /// Returns whether the frame places the view (true at first) or constraints do.
+    /// Returns whether the frame (initially) or constraints place the view.
     [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
 

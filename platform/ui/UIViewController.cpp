@@ -30,7 +30,7 @@ bool UIViewController::canDecode(const NSCoder& coder) noexcept {
 std::shared_ptr<UIView> UIViewController::view() {
     if (!_isViewLoaded) {
         _isViewLoaded = true;
-        const auto self = weak_from_this().lock(); // `viewDidLoad` may let go of it
+        const auto self = weak_from_this().lock(); // `viewDidLoad` may release it
         loadView();
         if (_view) viewDidLoad();
         return _view;
@@ -73,7 +73,7 @@ void UIViewController::addChildViewController(const std::shared_ptr<UIViewContro
 void UIViewController::removeFromParentViewController() {
     const auto parent = _parent.lock();
     if (!parent) return;
-    const auto self = shared_from_this(); // the parent may keep it alone
+    const auto self = shared_from_this(); // the parent may be the only owner
     _parent.reset();
     std::erase(parent->_children, self);
 }
@@ -96,7 +96,7 @@ bool UIViewController::canPerformAction(std::string_view selector,
 }
 
 bool UIViewController::performAction(std::string_view selector, const std::shared_ptr<UIResponder>& sender) {
-    const auto self = shared_from_this(); // the action may drop the last other owner
+    const auto self = shared_from_this(); // the action may release the last other owner
     const InterfaceConnections::Action* action = connections().findAction(selector);
     if (action != nullptr) (*action)(sender);
     return action != nullptr;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Which screen stands in front of which: presentation, dismissal, and the segues of interface descriptions.
+// Which screen is in front of which: presentation, dismissal, and the segues of interface descriptions.
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
@@ -16,7 +16,7 @@
 
 namespace platform {
 
-/// A screen in the place of another.
+/// A screen in place of another.
 struct UIViewController::Presentation {
     Presentation(std::shared_ptr<UIViewController> shown, GtkWindow* window)
         : controller(std::move(shown))
@@ -27,7 +27,7 @@ struct UIViewController::Presentation {
     Presentation(const Presentation&) = delete;
     Presentation& operator=(const Presentation&) = delete;
 
-    /// Puts the covered screen back, with the keyboard where it was.
+    /// Restores the covered screen, with the keyboard focus where it was.
     void end(GtkWindow* window) {
         gtk_window_set_child(window, covered.get());
         const auto focused = GObjectRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focus)));
@@ -41,8 +41,8 @@ struct UIViewController::Presentation {
     GWeakRef focus{};
 };
 
-// The covered view leaves the window instead of lying behind: the X window of an effect's interface would be
-// seen through everything, and keys would still reach its controls.
+// The covered view leaves the window instead of staying behind: the X window of an effect's interface would
+// be visible through everything, and keys would still reach its controls.
 void UIViewController::showOver(UIViewController& presenter, bool animated,
                                 std::function<void()> completion) {
     const auto self = std::static_pointer_cast<UIViewController>(shared_from_this());
@@ -69,7 +69,7 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
 }
 
 void UIViewController::dismissViewControllerAnimated(bool animated, std::function<void()> completion) {
-    const auto self = shared_from_this(); // its presenter may keep it alone
+    const auto self = shared_from_this(); // its presenter may be the only owner
     if (!_presentation) {
         if (const auto presenter = _presenting.lock()) {
             presenter->dismissViewControllerAnimated(animated, std::move(completion));

@@ -19,15 +19,15 @@ class UIWindow final : public UIView {
     ~UIWindow() override;
 
     [[nodiscard]] std::shared_ptr<UIViewController> rootViewController() const { return _rootViewController; }
-    /// Lets `controller` fill the window with its view, which is loaded now.
+    /// Fills the window with the view of `controller`, which is loaded now.
     void setRootViewController(std::shared_ptr<UIViewController> controller);
 
     /// Shows the window and gives it the keyboard.
     void makeKeyAndVisible();
-    /// Takes the window off the desktop for good.
+    /// Removes the window from the desktop for good.
     void close();
 
-    std::function<void()> onCloseRequest; // the user asks to close it
+    std::function<void()> onCloseRequest; // called when the user asks to close it
     std::function<void(bool active)> onActiveChange;
 
   private:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The classes that are made by name: the application's delegate, and the controllers and views of interface
-// descriptions. Main thread only.
+// The classes that are created by name: the application's delegate, and the controllers and views of
+// interface descriptions. Main thread only.
 #pragma once
 
 #include "platform/ui/NSCoder.hpp"
@@ -26,7 +26,7 @@ void registerDelegateFactory(std::string name, DelegateFactory factory);
 void registerControllerFactory(std::string name, ControllerFactory factory);
 void registerViewFactory(std::string name, ViewFactory factory);
 
-/// Lets the delegate or controller class T be made under `name`. A controller class has `initWithCoder`.
+/// Registers the delegate or controller class T under `name`. A controller class has `initWithCoder`.
 template <class T>
 void registerClass(std::string name) {
     if constexpr (std::is_base_of_v<UIApplicationDelegate, T>) {
@@ -37,11 +37,11 @@ void registerClass(std::string name) {
     }
 }
 
-/// Makes a delegate of the class `name`; absent when there is no such class.
+/// Creates a delegate of the class `name`; absent if there is no such class.
 [[nodiscard]] std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name);
-/// Makes a controller of the class `name`; absent when there is no such class or it refuses the coder.
+/// Creates a controller of the class `name`; absent if there is no such class or it refuses the coder.
 [[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
-/// Makes a view of the class `name`; absent when there is no such class. `implementation` is taken only then.
+/// Creates a view of the class `name`; absent if there is no such class. `implementation` is taken only then.
 [[nodiscard]] std::shared_ptr<UIView> makeView(std::string_view name,
                                                std::unique_ptr<UIView::Implementation>& implementation);
 

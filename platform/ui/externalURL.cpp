@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// `xdg-open` comes first: it is there on every desktop, asks nothing, and inside a sandbox it is the portal
-// itself. Everything that could take time happens elsewhere: the program starts on the global queue, the bus
-// answers when it answers.
+// `xdg-open` is tried first: it exists on every desktop, asks nothing, and inside a sandbox it is the portal
+// itself. Nothing slow happens here: the program starts on the global queue, the bus answers asynchronously.
 #include "platform/ui/externalURL.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
@@ -55,7 +54,7 @@ void onConnected(GObject*, GAsyncResult* result, gpointer data) {
 }
 
 void openByPortal(std::unique_ptr<Request> request) {
-    // Without an address the library would start a bus of its own.
+    // Without an address the library would start its own bus.
     if (std::getenv("DBUS_SESSION_BUS_ADDRESS") == nullptr) return request->end(false);
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, request.release());
 }
@@ -66,7 +65,7 @@ void onProgramEnded(GPid program, gint status, gpointer data) {
     if (g_spawn_check_wait_status(status, nullptr) == FALSE) Request{request->text, nullptr}.end(false);
 }
 
-// Starts the program; gives false when there is none. It may run for as long as the browser.
+// Starts the program; returns false if there is none. It may run for as long as the browser.
 bool openByProgram(const Request& request) {
     std::string name = "xdg-open";
     std::string text = request.text;

@@ -17,7 +17,7 @@ GtkWindow* windowOf(UIViewController& presenter) {
 }
 
 std::string showableText(std::string_view text, std::size_t mostCharacters) {
-    // The toolkit takes a time quadratic in the length of a word to break it, whatever lies inside but the
+    // The toolkit takes a time quadratic in the length of a word to break it, whatever is inside except the
     // end of a line.
     constexpr std::size_t LongestWord = 200; // characters
     const std::unique_ptr<char, decltype(&g_free)> valid(

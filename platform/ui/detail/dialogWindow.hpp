@@ -15,11 +15,11 @@
 
 namespace platform {
 
-/// Returns the window on which `presenter` is shown; null when it is on none.
+/// Returns the window on which `presenter` is shown; null if it is on none.
 [[nodiscard]] GtkWindow* windowOf(UIViewController& presenter);
 
-/// Returns `text` as the toolkit takes it: valid UTF-8 without NUL, the rest replaced by U+FFFD; "…" instead
-/// of what follows the first `mostCharacters`, and lines that end within words longer than any.
+/// Returns `text` in a form that the toolkit accepts: valid UTF-8 without NUL, the rest replaced by U+FFFD;
+/// "…" instead of what follows the first `mostCharacters`, and line ends within words that are too long.
 [[nodiscard]] std::string showableText(std::string_view text, std::size_t mostCharacters = SIZE_MAX);
 
 /// Calls `completion`, unless it is empty, in a later turn of the loop.

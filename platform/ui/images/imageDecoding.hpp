@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding of pictures within limits: plain bitmaps here, everything else in a process of its own. Any
-// thread.
+// Decoding of pictures within limits: plain bitmaps in the program, everything else in a process of its own.
+// Any thread.
 #pragma once
 
 #include "platform/ui/toolkit/GObjectRef.hpp"
@@ -14,9 +14,9 @@
 
 namespace platform {
 
-/// Returns the picture that `data` holds, the right way up; null when it is none of a known kind, is cut
-/// short or visibly damaged, has more than `mostPixels`, or takes its decoder too long. Blocks for as long as
-/// the pixels of a plain bitmap take, otherwise at most two seconds on the main thread and ten on others.
+/// Returns the picture in `data`, the right way up; null if it is not of a known kind, is truncated or
+/// visibly damaged, has more than `mostPixels`, or takes its decoder too long. Blocks for as long as the
+/// pixels of a plain bitmap take, otherwise at most two seconds on the main thread and ten on others.
 [[nodiscard]] GObjectRef<GdkPixbuf> decodeImage(std::span<const std::byte> data, std::int64_t mostPixels);
 
 } // namespace platform

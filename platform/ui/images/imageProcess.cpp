@@ -30,8 +30,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using detail::Descriptor;
 
-// The process has two seconds of the processor. The thread that paints waits no longer than that by the
-// clock; others leave it time on a machine that is busy.
+// The process has two seconds of processor time. The thread that paints waits no longer than that by the
+// clock; others leave it time on a busy machine.
 Clock::time_point deadline() {
     const bool isMainThread = ::gettid() == ::getpid();
     return Clock::now() + std::chrono::seconds(isMainThread ? 2 : 10);
@@ -39,8 +39,8 @@ Clock::time_point deadline() {
 
 class PictureProcess {
   public:
-    /// Starts the process with `input` and `output` as its standard descriptors and no others but standard
-    /// error. Reports on standard error when that fails.
+    /// Starts the process with `input` and `output` as its standard descriptors and no others except standard
+    /// error. Failure is reported on standard error.
     PictureProcess(const char* format, std::int64_t mostPixels, int input, int output) {
         const std::string program = Bundle::main().privateFrameworksPath() + "/tonewright-picture";
         std::array<std::string, 3> words = {program, format, std::to_string(mostPixels)};
@@ -75,11 +75,11 @@ class PictureProcess {
 
     [[nodiscard]] bool isRunning() const { return _process != 0; }
 
-    /// Ends the process, whatever it is at, and returns its status as waitpid gives it.
+    /// Ends the process, whatever it is doing, and returns its status as waitpid gives it.
     int end() {
         int status = 0;
         if (_process == 0) return status;
-        ::kill(_process, SIGKILL); // also one that closed its input and goes on
+        ::kill(_process, SIGKILL); // also one that closed its input and continues
         while (::waitpid(_process, &status, 0) < 0 && errno == EINTR) {
         }
         _process = 0;
@@ -92,7 +92,7 @@ class PictureProcess {
 
 enum class Outcome { Ended, TimedOut };
 
-// Sends `data` and waits until the other side has closed, which the end of the process does at the latest.
+// Sends `data` and waits until the other side has closed, which happens at the latest when the process ends.
 Outcome send(int socket, std::span<const std::byte> data, Clock::time_point deadline) {
     bool isSending = true;
     while (true) {
@@ -101,7 +101,7 @@ Outcome send(int socket, std::span<const std::byte> data, Clock::time_point dead
         pollfd event{socket, static_cast<short>(isSending ? POLLIN | POLLOUT : POLLIN), 0};
         const int ready = ::poll(&event, 1, static_cast<int>(left));
         if (ready <= 0) continue; // a signal, or the deadline
-        // The process has nothing to say here; bytes, an error and the end are all the end.
+        // The process sends nothing here; bytes, an error and the end all mean that it has ended.
         if ((event.revents & ~POLLOUT) != 0) return Outcome::Ended;
         const ssize_t count = ::send(socket, data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count < 0 && errno != EAGAIN && errno != EINTR) return Outcome::Ended;
@@ -123,7 +123,8 @@ bool isPossible(const PictureHeader& header, std::int64_t fileSize, std::int64_t
            fileSize - static_cast<std::int64_t>(PicturePixelsAt);
 }
 
-// The file as the picture's memory. The process has ended; the seals make sure that nobody else changes it.
+// Maps the file as the picture's memory. The process has ended; the seals guarantee that nobody else changes
+// it.
 GObjectRef<GdkPixbuf> takePixels(int file, std::int64_t mostPixels) {
     struct stat status {};
     if (::fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0 ||

@@ -14,12 +14,12 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::size_t HeadSize = 1024; // bytes, within which the root of a vector image begins
+constexpr std::size_t HeadSize = 1024; // bytes, within which the root of a vector image starts
 
 constexpr std::string_view PNGBeginning = "\x89PNG\r\n\x1A\n";
 
-// The library's own recognition would try every format that is installed, rare ones with rarely tested
-// decoders too. These are the ones that people put on servers; the names are the library's.
+// The library's own recognition would try every installed format, including rare ones with rarely tested
+// decoders. These are the ones found on servers; the names are the library's.
 struct Format {
     const char* name;
     std::string_view beginning;
@@ -46,7 +46,7 @@ bool isVectorImage(std::string_view text) {
            text.substr(0, HeadSize).find("<svg") != std::string_view::npos;
 }
 
-// Unsigned numbers anywhere in the file; what lies beyond its end is 0.
+// Unsigned numbers anywhere in the file; beyond its end they are 0.
 std::int64_t byteAt(std::string_view data, std::size_t at) {
     return at < data.size() ? static_cast<unsigned char>(data[at]) : 0;
 }
@@ -63,8 +63,8 @@ std::int64_t big32(std::string_view data, std::size_t at) {
     return big16(data, at) << 16U | big16(data, at + 2);
 }
 
-// PNG (RFC 2083): chunks up to IEND. Packed texts and profiles unfold to a thousand times their size, and an
-// interlaced picture is gone through seven times.
+// PNG (RFC 2083): chunks up to IEND. Compressed texts and profiles expand to a thousand times their size, and
+// an interlaced picture takes seven passes.
 ImageStructure structureOfPNG(std::string_view data) {
     constexpr std::int64_t MostPackedBytes = 65536;
     constexpr std::size_t InterlacePosition = 28;
@@ -91,7 +91,7 @@ ImageStructure structureOfJPEG(std::string_view data) {
     int scans = 0;
     std::size_t at = 2;
     while (true) {
-        // Up to the next marker: within a scan, FF before 0 is a byte of it, and D0 to D7 are its own marks.
+        // Up to the next marker: within a scan, FF before 0 is a data byte, and D0 to D7 are restart markers.
         at = data.find('\xFF', at);
         if (at == std::string_view::npos || at + 1 >= data.size()) return {false, false};
         const std::int64_t marker = byteAt(data, ++at);
@@ -105,7 +105,7 @@ ImageStructure structureOfJPEG(std::string_view data) {
     }
 }
 
-// BMP: a header that says where the pixels begin and how many bytes they take.
+// BMP: a header that says where the pixels start and how many bytes they take.
 bool isWholeBMP(std::string_view data) {
     const std::int64_t begin = little32(data, 10);
     const std::int64_t headerSize = little32(data, 14);
@@ -113,7 +113,7 @@ bool isWholeBMP(std::string_view data) {
     constexpr std::int64_t OldHeaderSize = 12;
     const bool isOld = headerSize == OldHeaderSize;
     const std::int64_t compression = isOld ? 0 : little32(data, 30);
-    if (compression == 1 || compression == 2) { // runs, which only the header measures
+    if (compression == 1 || compression == 2) { // run-length encoded: only the header gives the size
         const std::int64_t size = little32(data, 34);
         return size > 0 && size <= available;
     }
@@ -146,7 +146,7 @@ ImageStructure imageStructureOf(std::string_view format, std::string_view data) 
     if (format == "jpeg") return structureOfJPEG(data);
     if (format == "bmp") return {isWholeBMP(data), true};
     if (format == "webp") return {isWholeRIFF(data), false};
-    return {}; // the decoders of the others refuse what is cut short
+    return {}; // the decoders of the others refuse truncated files
 }
 
 std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
@@ -173,7 +173,7 @@ std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
     }
     if (picture.empty()) return std::nullopt;
     if (picture.starts_with(PNGBeginning)) return std::string(picture);
-    // The library's decoder would go through all of them, and refuses a file that has a PNG among them.
+    // The library's decoder would read all of them, and refuses a file that contains a PNG.
     std::string alone(icon.substr(0, 4));
     alone.append("\1\0"sv).append(entry.substr(0, 12)).append("\x16\0\0\0"sv).append(picture);
     return alone;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the bytes of a picture tell before any decoder sees them: their format, whether the file was cut
-// short, and whether decoding costs more than its pixels. Any thread.
+// What the bytes of a picture tell before any decoder sees them: their format, whether the file is truncated,
+// and whether decoding costs more than its pixels. Any thread.
 #pragma once
 
 #include <optional>
@@ -11,21 +11,21 @@
 
 namespace platform {
 
-/// Returns the decoding library's name for the format of `data`, or null for none that is known here.
+/// Returns the decoding library's name for the format of `data`, or null for an unknown one.
 [[nodiscard]] const char* imageFormatOf(std::string_view data);
 
 struct ImageStructure {
-    /// False for a file that is known to be cut short. The decoders of PNG, JPEG and BMP do not tell.
+    /// False for a file that is known to be truncated. The decoders of PNG, JPEG and BMP do not report it.
     bool isWhole = true;
-    /// True for a plain bitmap: one pass over the file decodes it, at a cost that its pixels bound.
+    /// True for a plain bitmap: decoded in one pass over the file, at a cost bounded by its pixels.
     bool isPlain = false;
 };
 
-/// Returns the structure of `data`, which has the format of that name.
+/// Returns the structure of `data`, which has the format with that name.
 [[nodiscard]] ImageStructure imageStructureOf(std::string_view format, std::string_view data);
 
-/// Returns the largest picture of an icon file: a PNG, or an icon file with that picture alone. None when a
-/// picture of the file is missing or cut short.
+/// Returns the largest picture of an icon file: a PNG, or an icon file with that picture alone. None if a
+/// picture of the file is missing or truncated.
 [[nodiscard]] std::optional<std::string> largestPictureOfIcon(std::string_view icon);
 
 } // namespace platform

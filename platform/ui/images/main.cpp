@@ -20,7 +20,7 @@ namespace {
 using platform::PictureHeader;
 using platform::PixbufDecoder;
 
-// Room for the largest picture, what a drawing library keeps of it, and itself.
+// Enough for the largest picture, a drawing library's copy of it, and the process itself.
 constexpr std::uint64_t MostMemory = std::uint64_t{1} << 30U; // bytes
 
 bool write(std::span<const std::byte> bytes, std::size_t at) {
@@ -55,7 +55,8 @@ bool writePicture(GdkPixbuf* pixels) {
            write(std::as_bytes(std::span(&header, 1)), 0);
 }
 
-// Where fonts and their lists lie, for the texts of vector images, and libraries that a decoder opens late.
+// The directories of fonts and their lists, for the text of vector images, and of libraries that a decoder
+// opens late.
 std::vector<std::string> readablePlaces() {
     std::vector<std::string> places = {
         "/usr", "/lib", "/lib64", "/etc/fonts", "/nix/store", "/gnu/store", "/var/cache/fontconfig"};
@@ -70,7 +71,7 @@ int main(int argc, char** argv) {
     using namespace platform::detail;
     if (argc != 3) return EXIT_FAILURE;
     const std::int64_t mostPixels = std::strtoll(argv[2], nullptr, 10);
-    constexpr std::int64_t BytesOfPixel = 4; // rows of three bytes a pixel are padded to as much at most
+    constexpr std::int64_t BytesOfPixel = 4; // rows of three bytes a pixel are padded to at most this
     if (!limitResources(
             {.processorSeconds = 2,
              .memoryBytes = MostMemory,
@@ -82,6 +83,6 @@ int main(int argc, char** argv) {
     if (!confineToReading(readablePlaces())) return EXIT_FAILURE;
     if (!feed(decoder)) return EXIT_FAILURE;
     const auto pixels = decoder.finish();
-    // Without a word to the libraries, which have nothing to put in order.
+    // Without running the libraries' exit code, which has nothing to put in order.
     std::_Exit(pixels && writePicture(pixels.get()) ? EXIT_SUCCESS : EXIT_FAILURE);
 }

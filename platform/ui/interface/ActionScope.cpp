@@ -24,7 +24,7 @@ struct ActionScopeClass {
 
 gpointer parentClass = nullptr;
 
-// A handler: the name of an action and the description in which it stands.
+// A handler: the name of an action and the description that contains it.
 struct Handler {
     WeakDescription description;
     std::string selector;

@@ -14,7 +14,7 @@ namespace platform {
 
 class InterfaceDescription;
 
-/// Makes the scope for `description`; it does not keep it.
+/// Creates the scope for `description`, which it does not keep.
 [[nodiscard]] GObjectRef<GtkBuilderScope>
 makeActionScope(const std::shared_ptr<InterfaceDescription>& description);
 

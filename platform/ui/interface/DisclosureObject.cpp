@@ -10,7 +10,7 @@ namespace {
 
 struct DisclosureObject {
     GObject base;
-    GtkWidget* button; // both kept
+    GtkWidget* button; // both are kept
     GtkWidget* view;
 };
 

@@ -24,7 +24,7 @@ std::shared_ptr<InterfaceDescription> InterfaceDescription::load(const std::stri
         warn("The interface description \"" + name + ".ui\" is not among the resources.");
         return nullptr;
     }
-    (void)containerWidgetType(); // the description names these
+    (void)containerWidgetType(); // registers the types that the description names
     (void)segueObjectType();
     (void)disclosureObjectType();
     (void)drawingWidgetType();

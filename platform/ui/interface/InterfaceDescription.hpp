@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An interface description that was read: a GtkBuilder file whose object ids are the outlets and whose
+// An interface description that has been read: a GtkBuilder file whose object ids are the outlets and whose
 // handler names are the actions of one controller. Main thread only.
 //
-// A "TonewrightSegue" in it is a way to another screen: its id is the segue's identifier, its property
+// A "TonewrightSegue" in it leads to another screen: its id is the segue's identifier, its property
 // "destination" names the other screen's description. A handler of that name performs the segue without an
 // action.
 //
-// The root of the screen has the id "view"; the main screen's stands in a window with the id "window".
+// The root of the screen has the id "view"; the main screen's is in a window with the id "window".
 #pragma once
 
 #include "platform/ui/UIView.hpp"
@@ -30,31 +30,31 @@ class UIWindow;
 
 class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescription> {
   public:
-    /// Reads the resource `name`.ui of `bundle`; absent, with a sentence on standard error, when that fails.
+    /// Reads the resource `name`.ui of `bundle`; absent, with a sentence on standard error, if that fails.
     [[nodiscard]] static std::shared_ptr<InterfaceDescription> load(const std::string& name,
                                                                     const Bundle& bundle);
 
-    /// Returns the class of the controller that the root view names; empty when it names none.
+    /// Returns the class of the controller that the root view names; empty if it names none.
     [[nodiscard]] std::string controllerClass() const;
-    /// Returns the root view; absent when the description has none.
+    /// Returns the root view; absent if the description has none.
     [[nodiscard]] std::shared_ptr<UIView> view() const;
     [[nodiscard]] std::shared_ptr<UIWindow> window() const;
 
-    /// Returns the object with the id `name`; absent when there is none or it is not a widget.
+    /// Returns the object with the id `name`; absent if there is none or it is not a widget.
     [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
 
     /// Connects outlets and actions of `owner`, which from now on receives the actions. An action that it
-    /// does not have, or an object that does not fit its outlet, is said on standard error; the control stays
-    /// without effect, the outlet absent.
+    /// does not have, or an object that does not fit its outlet, is reported on standard error; the control
+    /// has no effect then, the outlet is absent.
     void connect(const std::shared_ptr<UIViewController>& owner);
 
-    /// Returns the name of the description to which the segue `identifier` leads; absent when there is no
-    /// such segue.
+    /// Returns the name of the description to which the segue `identifier` leads; absent if there is no such
+    /// segue.
     [[nodiscard]] std::optional<std::string> destinationOfSegue(const std::string& identifier) const;
 
     /// Performs the action or the segue `selector` for `sender`. The handlers of the controls call it.
     void perform(const std::string& selector, GtkWidget* sender);
-    /// Note that a control names `selector` as its action.
+    /// Records that a control names `selector` as its action.
     void noteAction(std::string selector) { _actions.insert(std::move(selector)); }
 
   private:
@@ -62,7 +62,7 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     GObjectRef<GtkBuilder> _builder;
     std::set<std::string> _actions;
     std::weak_ptr<UIViewController> _owner;
-    std::vector<std::shared_ptr<UIView>> _kept; // what outlets name, also those that do not keep it
+    std::vector<std::shared_ptr<UIView>> _kept; // the objects of outlets, also of those that do not keep them
 };
 
 } // namespace platform

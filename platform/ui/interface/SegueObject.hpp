@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The object that stands for a segue in an interface description. Main thread only.
+// The object that represents a segue in an interface description. Main thread only.
 #pragma once
 
 #include <glib-object.h>

@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-// What an interface description may say of a child: the property "fill".
+// What an interface description can state about a child: the property "fill".
 struct LayoutChildClass {
     GtkLayoutChildClass base;
 };
@@ -80,7 +80,7 @@ void measure(GtkLayoutManager*, GtkWidget* container, GtkOrientation orientation
     });
 }
 
-// A point on the toolkit's grid; frames may hold any number, also none.
+// A point on the toolkit's grid; frames may hold any number, also NaN.
 int onGrid(double value) {
     constexpr double Far = 1 << 20;
     return std::isnan(value) ? 0 : static_cast<int>(std::lround(std::clamp(value, -Far, Far)));

@@ -12,10 +12,10 @@ namespace platform {
 /// Returns the type, registering it first.
 [[nodiscard]] GType containerLayoutType();
 
-/// Sets the frames of everything in `container`, laid out at the given size, and in the containers therein.
+/// Sets the frames of everything in `container`, laid out at the given size, and in the containers inside it.
 void updateFrames(GtkWidget* container, double width, double height);
 
-/// Runs `place` as the layout of `container` and tells its listener. Defined with the widget.
+/// Runs `place` as the layout of `container` and calls its listener. Defined with the widget.
 void layOut(GtkWidget* container, const std::function<void()>& place);
 
 } // namespace platform

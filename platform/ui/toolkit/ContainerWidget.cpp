@@ -82,7 +82,8 @@ void initialiseClass(gpointer klass, gpointer) {
     gtk_widget_class_set_accessible_role(widgetClass, GTK_ACCESSIBLE_ROLE_GROUP);
 }
 
-// Whether the frame that the container keeps is its real size: its own container sets it, or nobody does.
+// Returns whether the frame that the container keeps is its real size: its own container sets it, or nobody
+// does.
 bool isSizedByFrame(GtkWidget* widget) {
     GtkWidget* parent = gtk_widget_get_parent(widget);
     return parent == nullptr ? !GTK_IS_ROOT(widget) : isContainerWidget(parent);
@@ -118,7 +119,7 @@ void placeChildren(GtkWidget* container) {
 
 void queuePlacing(GtkWidget* container) {
     if (selfOf(container)->isPlacing) {
-        selfOf(container)->isPlacingOutdated = true; // the layout that runs now does it again
+        selfOf(container)->isPlacingOutdated = true; // the layout in progress repeats it
     } else {
         gtk_widget_queue_allocate(container);
     }
@@ -134,7 +135,7 @@ void layOut(GtkWidget* container, const std::function<void()>& place) {
     self->isPlacingOutdated = false;
     place();
     if (const auto listener = *self->layoutListener) listener();
-    // What the listener moved gets its place at once; the listener is not asked a second time.
+    // What the listener moved is placed at once; the listener is not called a second time.
     if (self->isPlacingOutdated) place();
     self->isPlacing = false;
 }

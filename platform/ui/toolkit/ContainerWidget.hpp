@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The widget behind a plain UIView, "TonewrightView" in interface descriptions, and the layout manager that
-// places its children by their placements. Main thread only.
+// The widget of a plain UIView, "TonewrightView" in interface descriptions, and the layout manager that
+// places its children. Main thread only.
 //
 // In an interface description a child fills its container with <layout><property
 // name="fill">1</property></layout>; only such children count for the container's minimum and natural size.
@@ -25,23 +25,24 @@ struct ContainerSize {
     double width;
     double height;
 };
-/// Returns the size, in points, that a view has and lays its children out in; right also while it is hidden.
+/// Returns the size, in points, of a view, in which it lays its children out; also correct while it is
+/// hidden.
 [[nodiscard]] ContainerSize sizeOf(GtkWidget* widget);
 
-/// Gives the children of `container` their frames now and their allocations with the next frame of the
+/// Sets the frames of the children of `container` now and their allocations with the next frame of the
 /// screen.
 void placeChildren(GtkWidget* container);
 
-/// Gives the children of `container` new allocations with the next frame of the screen, and new frames then.
+/// Sets the allocations of the children of `container`, and their frames, with the next frame of the screen.
 void queuePlacing(GtkWidget* container);
 
-/// Have `listener` called after each layout of `container`.
+/// Sets `listener`, which is called after each layout of `container`.
 void setLayoutListener(GtkWidget* container, std::function<void()> listener);
 
-/// Returns the class that the interface description names as the controller's; empty when it names none.
+/// Returns the controller's class that the interface description names; empty if it names none.
 [[nodiscard]] const std::string& controllerClassOf(GtkWidget* container);
 
-/// Returns the class that the interface description names as the view's; empty when it names none.
+/// Returns the view's class that the interface description names; empty if it names none.
 [[nodiscard]] const std::string& viewClassOf(GtkWidget* container);
 
 } // namespace platform

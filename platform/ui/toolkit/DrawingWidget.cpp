@@ -16,7 +16,7 @@ struct NodeRelease {
 };
 using Node = std::unique_ptr<GskRenderNode, NodeRelease>;
 
-// The picture as it was drawn last, and for what.
+// The picture as it was last drawn, and the conditions.
 struct Picture {
     Node node;
     int width = 0;
@@ -48,7 +48,7 @@ DrawingWidget* selfOf(gpointer instance) {
 
 Color textColorOf(GtkWidget* widget) {
     GdkRGBA color;
-    G_GNUC_BEGIN_IGNORE_DEPRECATIONS // its successor came with GTK 4.10
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS // its successor was added in GTK 4.10
         gtk_style_context_get_color(gtk_widget_get_style_context(widget), &color);
     G_GNUC_END_IGNORE_DEPRECATIONS
     return {static_cast<double>(color.red), static_cast<double>(color.green), static_cast<double>(color.blue),
@@ -62,7 +62,7 @@ graphene_rect_t rectangle(double x, double y, double width, double height) {
     return result;
 }
 
-// Draws the picture once into an image; every frame copies from it only what lies under a moved mark.
+// Draws the picture once into an image; every frame copies from it only what is below a moved mark.
 void drawPicture(GtkWidget* widget, const UIDrawingView::Drawing& draw, Picture& picture) {
     cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, picture.width * picture.scale,
                                                         picture.height * picture.scale);

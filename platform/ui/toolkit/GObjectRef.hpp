@@ -13,9 +13,9 @@ template <class T>
 class GObjectRef {
   public:
     GObjectRef() = default;
-    /// Takes over the reference that the caller owns.
+    /// Takes over a reference that the caller owns.
     [[nodiscard]] static GObjectRef adopt(T* object) noexcept { return GObjectRef(object); }
-    /// Takes a reference of its own; a floating one is sunk.
+    /// Takes its own reference; a floating one is sunk.
     [[nodiscard]] static GObjectRef keep(T* object) noexcept {
         return GObjectRef(object == nullptr ? nullptr : static_cast<T*>(g_object_ref_sink(object)));
     }

@@ -13,7 +13,7 @@ struct Span {
     double length;
 };
 
-// One direction: the place between two edges, of which either may be free.
+// One direction: the place between two edges, either of which may be free.
 Span spanFor(Span own, std::optional<double> start, std::optional<double> end) {
     if (start && end) return {*start, std::max(0.0, *end - *start)};
     if (start) return {*start, own.length};

@@ -24,7 +24,7 @@ constexpr const char* ColorSchemeKey = "color-scheme";
 
 enum class ColorScheme : guint32 { NoPreference = 0, Dark = 1, Light = 2 };
 
-// The setting that holds where the desktop has no preference.
+// The setting to return to if the desktop has no preference.
 gboolean& toolkitPrefersDark() {
     static gboolean prefersDark = FALSE;
     return prefersDark;
@@ -90,14 +90,14 @@ void applyStyleSheet(const char* name) {
 }
 
 void followColorScheme() {
-    // Without an address the library would start a bus of its own.
+    // Without an address the library would start its own bus.
     if (std::getenv("DBUS_SESSION_BUS_ADDRESS") == nullptr) return;
     g_object_get(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", &toolkitPrefersDark(),
                  nullptr);
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, nullptr);
 }
 
-// A vector image would bring its renderer into the process (7 MB) for the sake of one small picture.
+// A vector image would load its renderer into the process (7 MB) for one small picture.
 void showIcon(GtkWindow* window, const char* name) {
     const auto resources = Bundle::main().resourceURL();
     GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window));
@@ -105,10 +105,10 @@ void showIcon(GtkWindow* window, const char* name) {
     std::vector<GObjectRef<GdkTexture>> textures;
     GList* list = nullptr;
     for (const char* size : {"48x48", "128x128"}) {
-        // Icons lie beside the resources: share/icons and share/tonewright.
+        // Icons are beside the resources: share/icons and share/tonewright.
         const std::string path = resources->path() + "/../icons/hicolor/" + size + "/apps/" + name + ".png";
         GdkTexture* texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
-        if (texture == nullptr) continue; // the desktop shows one of its own
+        if (texture == nullptr) continue; // the desktop shows a default one
         textures.push_back(GObjectRef<GdkTexture>::adopt(texture));
         list = g_list_append(list, texture);
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How the application looks: the style sheet among the resources, light or dark as the desktop says, the
+// The look of the application: the style sheet among the resources, light or dark as the desktop prefers, the
 // icon. Main thread only.
 #pragma once
 
@@ -13,10 +13,10 @@ namespace platform {
 void applyStyleSheet(const char* name);
 
 /// Follows the desktop's choice of light or dark (the settings portal's "color-scheme"), now and when it
-/// changes. It is asked for without waiting; where there is no portal the toolkit's own setting holds.
+/// changes. The request does not block; without a portal the toolkit's own setting counts.
 void followColorScheme();
 
-/// Gives `window`, which is realised, the icon `name`: its PNG files beside the resources.
+/// Sets the icon of `window`, which is realised, to `name`: PNG files beside the resources.
 void showIcon(GtkWindow* window, const char* name);
 
 } // namespace platform

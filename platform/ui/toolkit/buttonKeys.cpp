@@ -6,10 +6,10 @@
 namespace platform {
 namespace {
 
-// What a window knows of its keyboard; it lives as long as the window.
+// What is known about a window's keyboard; it lives as long as the window.
 struct HeldKey {
-    guint keycode = 0;       // the key that went down last; 0 when none is down
-    bool isRepeated = false; // the press that is being delivered is not its first
+    guint keycode = 0;       // the key that went down last; 0 if none is down
+    bool isRepeated = false; // the press being delivered is a repetition
 };
 
 GQuark heldKeyQuark() {
@@ -42,7 +42,7 @@ void keyGoesUp(GtkEventControllerKey* keys, guint, guint keycode, GdkModifierTyp
     if (held != nullptr && held->keycode == keycode) *held = {};
 }
 
-// A key that goes up while another window has the keyboard is not heard of.
+// The release of a key while another window has the keyboard is not reported.
 void activeChanges(GtkWidget* window, GParamSpec*, gpointer) {
     if (HeldKey* held = heldKeyOf(window)) *held = {};
 }
@@ -69,7 +69,7 @@ gboolean onButtonKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifi
 }
 
 gboolean onMnemonic(GtkWidget* button, gboolean isOneOfSeveral, gpointer) {
-    if (isOneOfSeveral != FALSE) return FALSE; // the letter only moves the keyboard between them
+    if (isOneOfSeveral != FALSE) return FALSE; // the letter only moves the focus between them
     click(button);
     return TRUE;
 }

@@ -15,8 +15,8 @@ namespace {
 
 using Task = std::shared_ptr<const std::function<void()>>;
 
-// Connects `handler` with a hold on the task, which goes with the connection: a window may close before it is
-// drawn.
+// Connects `handler` with a hold on the task, which is released with the connection: a window may close
+// before it is drawn.
 void connect(gpointer object, const char* signal, GCallback handler, const Task& task) {
     const auto release = [](gpointer held, GClosure*) { delete static_cast<Task*>(held); };
     g_signal_connect_data(object, signal, handler, std::make_unique<Task>(task).release(), release,

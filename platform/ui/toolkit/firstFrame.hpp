@@ -12,7 +12,7 @@ namespace platform {
 /// Calls `task` after the first frame of `window`, which must not have been shown yet.
 void afterFirstFrame(GtkWidget* window, std::function<void()> task);
 
-/// Writes the monotonic time to standard error when the environment asks for it.
+/// Writes the monotonic time to standard error if the environment asks for it.
 void traceFirstFrame();
 
 } // namespace platform

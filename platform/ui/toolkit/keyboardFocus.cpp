@@ -16,7 +16,7 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
                                             g_intern_static_string("_NET_ACTIVE_WINDOW")) != FALSE) {
         return;
     }
-    // Ask as a window manager does (ICCCM 4.1.7); the toolkit then takes the keys with an invisible child of
+    // Asks as a window manager does (ICCCM 4.1.7); the toolkit then takes the keys with an invisible child of
     // the window, which the pointer is never over.
     XEvent event{};
     event.xclient.type = ClientMessage;

@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Keeps the keys of `window` with its own controls while the pointer is over the X window of an effect's
-/// interface. Window managers see to it; where there is none, the server would give the keys to whatever lies
+/// Keeps the keyboard focus of `window` on its own controls while the pointer is over the X window of an
+/// effect's interface. Window managers do so; without one, the server would give the keys to whatever is
 /// under the pointer.
 void keepKeysFromThePointer(GtkWindow* window);
 
