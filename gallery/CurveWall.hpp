@@ -25,7 +25,7 @@ class CurveWall final : public platform::UIViewController {
     /// Makes the plots and puts them into the view.
     void viewDidLoad() override;
 
-    /// Gives every plot its place.
+    /// Returns every plot its place.
     void viewDidLayoutSubviews() override;
     /// Begins the movement anew, in `frames` frames.
     void restart(std::int64_t frames);

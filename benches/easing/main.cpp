@@ -21,7 +21,7 @@ using bench::nanoseconds;
 constexpr std::int64_t Frames = 1000;
 constexpr int Rounds = 400;
 
-// Gives the nanoseconds per call of one run over all frames. A function of its own with the call in its
+// Returns the nanoseconds per call of one run over all frames. A function of its own with the call in its
 // hands, so that every subject is called from a loop that holds what it needs in registers.
 template <class Call>
 [[gnu::noinline]] double perCall(Call call) {

@@ -160,7 +160,7 @@ std::string stateOf(const AUAudioUnit& unit) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Gives the first line of each that the other has not.
+/// Returns the first line of each that the other has not.
 std::string difference(const std::string& wanted, const std::string& got) {
     std::size_t at = 0;
     while (at < wanted.size() && at < got.size() && wanted[at] == got[at]) {

@@ -50,7 +50,7 @@ double idleTick(AnimationSequencer& sequencer) {
     return bench::median(ticks);
 }
 
-// Gives nanoseconds per member for adding in reverse order and bringing them into order.
+// Returns nanoseconds per member for adding in reverse order and bringing them into order.
 double addReversed(std::int64_t count) {
     Scene scene;
     const double adding = addEach(scene, count, [&](std::int64_t i) { return Far + count - i; });

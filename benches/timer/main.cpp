@@ -58,7 +58,7 @@ double processorSeconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-// Gives the processor time, in seconds per second, while a timer of 5 ms runs beside `idle` armed ones.
+// Returns the processor time, in seconds per second, while a timer of 5 ms runs beside `idle` armed ones.
 double cost(int idle) {
     constexpr double Seconds = 0.5;
     std::vector<std::shared_ptr<platform::Timer>> timers;

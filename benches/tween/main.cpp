@@ -54,7 +54,7 @@ double middle(const Rounds& rounds, double Times::*field) {
     return median(values);
 }
 
-// Gives the middle of the rounds' own ratios: the subjects of one round met the same machine.
+// Returns the middle of the rounds' own ratios: the subjects of one round met the same machine.
 double ratio(const Rounds& ours, const Rounds& theirs, double Times::*field) {
     std::vector<double> values;
     for (std::size_t i = 0; i < ours.size(); ++i) values.push_back((ours[i].*field) / (theirs[i].*field));

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Subnormal numbers cost up to a hundred times the time of others: while the effect runs the
-// processor takes them as zero, and the caller's floating-point mode comes back afterwards.
+// Subnormal numbers cost up to a hundred times the time of others: while the effect runs the processor
+// flushes them to zero, and the caller's floating-point mode is restored afterwards.
 #pragma once
 
 #include <cmath>

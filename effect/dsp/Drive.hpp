@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The drive stage: gain, bias, an oversampled curve, and a gain that keeps the loudness. Clean
-// passes the signal through a delay instead; every setting has the same latency.
-// Used on the audio thread; only the constructor allocates.
+// The drive stage: gain, bias, an oversampled curve, and a gain that keeps the loudness. Clean passes the
+// signal through a delay instead; every setting has the same latency. Used on the audio thread; only the
+// constructor allocates.
 #pragma once
 
 #include "Halfband.hpp"
@@ -18,7 +18,7 @@ namespace tonewright::effect {
 /// Delay of every drive setting, in frames at the host's rate.
 inline constexpr int DriveLatencyFrames = 37;
 
-/// Says what a lane does.
+/// What a lane does.
 struct DriveSetting {
     Shape shape = Shape::Clean;
     Oversampling oversampling = Oversampling::FourTimes;
@@ -35,12 +35,12 @@ class DriveLane {
     void process(DriveSetting setting, const float* in, const float* bias, float* out, int n) noexcept;
 
   private:
-    // Stage 1 (base rate to twice) has 63 taps: flat to 20 kHz at 48 kHz, 80 dB down from 28 kHz.
-    // Stage 2 (twice to four times) has 23: its signal leaves it far more room.
+    // Stage 1 (base rate to twice) has 63 taps: flat to 20 kHz at 48 kHz, 80 dB down from 28 kHz. Stage 2
+    // (twice to four times) needs only 23, because its signal occupies less of the band.
     static constexpr int K1 = 15;
     static constexpr int K2 = 5;
-    // Stage 2 delays by 4 * K2 + 2 samples at four times the rate; with one sample more at twice
-    // the rate that is a whole number of frames, which the other settings make up for.
+    // Stage 2 delays by 4 * K2 + 2 samples at four times the rate; with one sample more at twice the rate
+    // that is a whole number of frames, which the other settings compensate for.
     static constexpr int Stage1Latency = 2 * K1 + 1;
     static constexpr int Stage2Latency = K2 + 1;
     static_assert(Stage1Latency + Stage2Latency == DriveLatencyFrames);
@@ -66,7 +66,7 @@ class Drive {
   public:
     explicit Drive(double sampleRate);
 
-    /// Forgets all sound and takes the settings at once.
+    /// Forgets all sound and applies the settings at once.
     void reset(DriveSetting setting, float driveDecibels, float bias) noexcept;
 
     /// Begins a tick that ends with these values. `bias` 0..1.
@@ -75,7 +75,7 @@ class Drive {
     /// Processes n <= TickFrames frames in place.
     void process(float* left, float* right, int n) noexcept;
 
-    /// Returns the gain that brings a moderate sine back to its level behind the curve.
+    /// Returns the gain that brings a moderate sine back to its level after the curve.
     [[nodiscard]] float makeup(Shape shape, float driveDecibels) const noexcept;
 
   private:
@@ -84,7 +84,7 @@ class Drive {
     struct Lane {
         DriveSetting setting;
         Ramp makeup;
-        Ramp offset; // the curve's answer to the bias alone, taken off again
+        Ramp offset; // the curve's response to the bias alone, which is subtracted
         std::array<DriveLane, 2> channels;
     };
 
@@ -95,7 +95,7 @@ class Drive {
     std::array<Lane, 2> _lanes;
     std::size_t _active = 0;
     bool _fading = false;
-    int _warmUpTicks = 0; // ticks the new lane still fills its filters before the fade
+    int _warmUpTicks = 0; // ticks during which the new lane still fills its filters before the fade
     float _driveDecibels = 0.F;
     float _biasValue = 0.F;
     Ramp _gain;

@@ -11,7 +11,7 @@
 
 namespace tonewright::effect {
 
-/// A peak follower whose reading is even to the ear.
+/// A peak follower whose reading is perceptually even.
 class EnvelopeFollower {
   public:
     explicit EnvelopeFollower(double sampleRate) noexcept
@@ -29,13 +29,13 @@ class EnvelopeFollower {
         }
     }
 
-    /// Takes one stereo frame.
+    /// Processes one stereo frame.
     void push(float left, float right) noexcept {
         const float peak = std::max(std::abs(left), std::abs(right));
         _level += (peak > _level ? _attack : _release) * (peak - _level);
     }
 
-    /// Returns 0 at -48 dB and below, 1 at full scale and above, evenly in decibels between.
+    /// Returns 0 at -48 dB and below, 1 at full scale and above, linear in decibels between.
     [[nodiscard]] float reading() noexcept {
         _level = flushed(_level);
         const float decibels = 20.F * std::log10(_level + 1e-6F);

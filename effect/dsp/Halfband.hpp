@@ -44,13 +44,13 @@ template <int K>
     return coefficients;
 }
 
-/// Keeps the last samples of a stream in front of the present ones. Max: longest stretch.
+/// Keeps the last samples of a stream before the present ones. Max: the longest block.
 template <int History, int Max>
 class SampleHistory {
   public:
     void reset() noexcept { _samples.fill(0.F); }
 
-    /// Appends n samples; `at(0)` is then the first of them, `at(-History)` the oldest known.
+    /// Appends n samples; `at(0)` is then the first of them, `at(-History)` the oldest kept.
     void push(const float* in, int n) noexcept { std::copy_n(in, n, _samples.data() + History); }
 
     [[nodiscard]] const float* at(int offset) const noexcept { return _samples.data() + History + offset; }
@@ -98,7 +98,7 @@ void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history,
     std::copy_n(sum.data(), n, out);
 }
 
-/// Doubles the rate; gives the two phases of the result. Max: longest stretch of input.
+/// Doubles the rate; returns the two phases of the result. Max: the longest block of input.
 template <int K, int Max>
 class HalfbandUp {
   public:
@@ -117,7 +117,7 @@ class HalfbandUp {
     SampleHistory<2 * K + 1, Max> _history;
 };
 
-/// Halves the rate of a stream given as its two phases. Max: longest stretch of output.
+/// Halves the rate of a stream given as its two phases. Max: the longest block of output.
 template <int K, int Max>
 class HalfbandDown {
   public:

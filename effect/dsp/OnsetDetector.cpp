@@ -11,7 +11,7 @@ namespace {
 
 constexpr double HopSeconds = 0.00133;
 constexpr double RefractorySeconds = 0.05;
-constexpr float ReleaseDecibelsPerSecond = 200.F; // the gaps between a bass note's waves stay bridged
+constexpr float ReleaseDecibelsPerSecond = 200.F; // bridges the gaps between the periods of a bass note
 constexpr double ReferenceRiseSeconds = 0.03;
 constexpr double ReferenceFallSeconds = 0.008;
 constexpr int StrengthHops = 3;
@@ -56,7 +56,7 @@ std::uint8_t OnsetDetector::push(float left, float right) noexcept {
 }
 
 std::uint8_t OnsetDetector::endHop() noexcept {
-    // Strokes are bright: edges count beside the plain energy.
+    // Attacks are bright: edges count in addition to the plain energy.
     const float scale = 0.5F / static_cast<float>(_hopFrames);
     const float now = std::max(decibelsOf((_energy + _edgeEnergy) * scale), Silence);
     _frame = 0;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Turns onsets into MIDI notes: one note on for each, and its note off when its time is over or
-// the next begins. A note that was begun is always ended, however little room the host gives.
-// Used on the audio thread; never allocates.
+// Turns onsets into MIDI notes: a note on for each, and its note off when its time is over or the next
+// begins. Every note on is followed by its note off, however little space the host provides. Used on the
+// audio thread; never allocates.
 #pragma once
 
 #include <array>
@@ -24,7 +24,7 @@ class MidiOutbox {
   public:
     static constexpr std::size_t Capacity = 128;
 
-    /// Empties the box and says how many messages the host's buffer can take.
+    /// Empties the box; `room` is the number of messages that fit in the host's buffer.
     void beginBlock(std::size_t room) noexcept {
         _count = 0;
         _room = room < Capacity ? room : Capacity;
@@ -50,12 +50,12 @@ class MidiOutbox {
     std::size_t _room = 0;
 };
 
-/// Keeps the one note that sounds.
+/// Keeps the one sounding note.
 class OnsetNotes {
   public:
     void reset() noexcept { _sounding = -1; }
 
-    /// Begins a note; an onset for which there is no room is passed over.
+    /// Begins a note; an onset for which there is no space is skipped.
     void onset(std::uint8_t note, std::uint8_t velocity, int lengthFrames, std::uint32_t frame,
                MidiOutbox& outbox) noexcept {
         const std::size_t needed = _sounding >= 0 ? 2 : 1;
@@ -69,14 +69,14 @@ class OnsetNotes {
         }
     }
 
-    /// Lets one frame pass.
+    /// Advances by one frame.
     void advance(std::uint32_t frame, MidiOutbox& outbox) noexcept {
         if (_sounding >= 0 && --_framesLeft <= 0) {
             end(frame, outbox);
         }
     }
 
-    /// Ends the note that sounds, if any; without room it is tried again later.
+    /// Ends the sounding note, if any; without space it is tried again later.
     void end(std::uint32_t frame, MidiOutbox& outbox) noexcept {
         if (_sounding >= 0 && outbox.push({frame, {0x80, static_cast<std::uint8_t>(_sounding), 0x40}})) {
             _sounding = -1;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The table of every control the effect has: the one source that the audio code, the Turtle
-// descriptions, the user interface and the tests read. Immutable data, usable from any thread.
+// The table of every control of the effect: the one source for the audio code, the Turtle descriptions, the
+// user interface and the tests. Immutable data, usable on any thread.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace tonewright::effect {
 
-/// Names every control, in the order of the plug-in's control input ports.
+/// Every control, in the order of the plug-in's control input ports.
 enum class Parameter : std::uint8_t {
     Drive,
     Shape,
@@ -45,10 +45,10 @@ enum class Parameter : std::uint8_t {
 
 inline constexpr std::size_t ParameterCount = 24;
 
-/// Groups controls that stand together on the panel.
+/// Groups of controls on the panel.
 enum class Section : std::uint8_t { Drive, Filter, Envelope, Resonator, Onsets, Output };
 
-/// Says what a value is measured in.
+/// The unit of a value.
 enum class Unit : std::uint8_t {
     None,
     Decibel,
@@ -60,7 +60,7 @@ enum class Unit : std::uint8_t {
     MidiNote,
 };
 
-/// Says how knob travel maps to values.
+/// The mapping of knob travel to values.
 enum class Curve : std::uint8_t { Linear, Logarithmic, Integer, Choice, Toggle };
 
 // Values of Parameter::Shape.
@@ -114,8 +114,8 @@ using ParameterValues = std::array<float, ParameterCount>;
 /// Finds a control by its port symbol.
 [[nodiscard]] std::optional<Parameter> findParameter(std::string_view symbol) noexcept;
 
-/// Brings any float into the control's range; whole numbers where the control has steps, the
-/// default for what is not a number.
+/// Limits any float to the control's range; rounds where the control has steps, and returns the default for
+/// NaN.
 [[nodiscard]] float sanitised(const ParameterInfo& parameter, float value) noexcept;
 
 /// Maps a value to knob travel 0..1.
@@ -124,13 +124,13 @@ using ParameterValues = std::array<float, ParameterCount>;
 /// Maps knob travel 0..1 to a value, rounded where the control has steps.
 [[nodiscard]] float fromTravel(const ParameterInfo& parameter, float travel) noexcept;
 
-/// Writes a value with its unit as a person reads it ("1.25 kHz", "C3", "-6.0 dB").
+/// Returns a value with its unit as displayed ("1.25 kHz", "C3", "-6.0 dB").
 [[nodiscard]] std::string valueText(const ParameterInfo& parameter, float value);
 
 /// Returns the name of a MIDI note, C4 for 60.
 [[nodiscard]] std::string noteName(int note);
 
-/// Reads what a person typed ("1.2k", "440", "-6 dB", "a2", "tube"); absent when it makes no sense.
+/// Parses what a person typed ("1.2k", "440", "-6 dB", "a2", "tube"); absent if it cannot be understood.
 [[nodiscard]] std::optional<float> parseValue(const ParameterInfo& parameter, std::string_view text);
 
 } // namespace tonewright::effect

@@ -10,7 +10,7 @@ namespace {
 
 constexpr float BendRangeSemitones = 2.F;
 
-// 64 is the middle of a controller that moves both ways.
+// 64 is the centre of a bipolar controller.
 float centred(std::uint8_t value) noexcept {
     return std::clamp((static_cast<float>(value) - 64.F) / 63.F, -1.F, 1.F);
 }
@@ -24,7 +24,7 @@ void Performance::handle(std::span<const std::uint8_t> message) noexcept {
     }
     const std::uint8_t kind = message[0] & 0xF0U;
     if (message.size() < 3) {
-        return; // what is used here has two data bytes
+        return; // all messages used here have two data bytes
     }
     switch (kind) {
     case 0x80:
@@ -132,7 +132,7 @@ void Performance::releaseAll() noexcept {
 
 void Performance::retune() noexcept {
     if (_stackSize == 0) {
-        return; // the last tuning stays when the keys are let go
+        return; // the last tuning stays when the keys are released
     }
     _chordCount = std::min(_stackSize, ChordSize);
     for (std::size_t i = 0; i < _chordCount; ++i) {

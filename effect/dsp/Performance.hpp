@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the player does: the notes that are held and the controllers' positions, as MIDI tells
-// them. All channels count alike. Used on the audio thread; never allocates.
+// The player's performance: the held notes and the controllers' positions, from MIDI. All channels are
+// treated alike. Used on the audio thread; never allocates.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@
 
 namespace tonewright::effect {
 
-/// The part of a performance that a saved session brings back.
+/// The part of a performance that a saved session restores.
 struct PerformanceSnapshot {
     std::array<std::int32_t, 4> notes{-1, -1, -1, -1}; ///< last tuning, latest first; -1 for none
     float modWheel = 0.F;                              ///< 0..1
@@ -23,17 +23,17 @@ class Performance {
   public:
     static constexpr std::size_t ChordSize = 4;
 
-    /// Takes one complete message; ignores what it has no use for and whatever is malformed.
+    /// Handles one complete message; ignores messages that are of no use or malformed.
     void handle(std::span<const std::uint8_t> message) noexcept;
 
     /// Returns to the state before the first message.
     void reset() noexcept { *this = {}; }
 
-    /// Drops a tuning whose keys are up, so that the root control counts again.
+    /// Forgets a tuning whose keys have been released, so that the root control counts again.
     void forgetTuning() noexcept { _chordCount = _stackSize == 0 ? 0 : _chordCount; }
 
-    /// Returns the note that tunes the effect: the latest one held, after release the last one
-    /// held; -1 before the first.
+    /// Returns the note that tunes the effect: the latest held one or, after release, the last one held; -1
+    /// before the first.
     [[nodiscard]] int tuningNote() const noexcept { return _chordCount == 0 ? -1 : _chord[0]; }
 
     /// Returns the notes of the tuning chord, latest first; kept after release.
@@ -52,7 +52,7 @@ class Performance {
     [[nodiscard]] float decay() const noexcept { return _decay; }         ///< -1..1, controller 72
     [[nodiscard]] float brightness() const noexcept { return _brightness; } ///< -1..1, controller 74
 
-    /// Tells once that all sound is to end (controller 120).
+    /// Returns whether all sound is to end (controller 120), once for each request.
     [[nodiscard]] bool takeSoundOff() noexcept;
 
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The factory presets: named sets of values for every control but Enabled, which a preset leaves
-// as it is. Immutable data, usable from any thread.
+// The factory presets: named sets of values for every control except Enabled, which a preset leaves as it is.
+// Immutable data, usable on any thread.
 #pragma once
 
 #include "Parameters.hpp"
@@ -13,7 +13,7 @@
 
 namespace tonewright::effect {
 
-/// Names one factory preset; `symbol` ends its URI.
+/// One factory preset; `symbol` ends its URI.
 struct Preset {
     std::string_view symbol;
     std::string_view name;

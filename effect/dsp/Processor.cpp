@@ -14,10 +14,10 @@ namespace {
 constexpr double SmoothingSeconds = 0.010;
 constexpr double BypassSeconds = 0.020;
 constexpr double BankGateSeconds = 0.003;
-constexpr float MaximumInput = 1000.F; // +60 dB: beyond it, it is not sound any more
+constexpr float MaximumInput = 1000.F; // +60 dB: nothing above it is sound any more
 constexpr float CeilingBegins = 2.F;   // +6 dB: below it the wet path is untouched
 
-// How far the player's controllers reach.
+// The range of the player's controllers.
 constexpr float ModWheelSemitones = 36.F;
 constexpr float BrightnessSemitones = 24.F;
 constexpr float VelocitySemitones = 12.F;
@@ -39,7 +39,7 @@ float safeInput(float x) noexcept {
     return std::isfinite(x) ? std::clamp(x, -MaximumInput, MaximumInput) : 0.F;
 }
 
-// Resonances add up; keep an accident from becoming a pain.
+// Resonances add up; limits an accidental peak before it hurts.
 float ceiling(float x) noexcept {
     const float size = std::abs(x);
     if (size <= CeilingBegins) {
@@ -115,7 +115,7 @@ void Processor::setParameters(const ParameterValues& values) noexcept {
         _settle = false;
         resetSound();
     } else if (value(Parameter::Note) != noteBefore) {
-        _performance.forgetTuning(); // whoever moved last, hand or keys, sets the tuning
+        _performance.forgetTuning(); // whichever was used last, the knob or the keys, sets the tuning
     }
 }
 
@@ -166,7 +166,7 @@ void Processor::resetSound() noexcept {
 void Processor::beginTick() noexcept {
     const float enabledTarget = value(Parameter::Enabled);
     if (_enabledRamp.restsAt(0.F) && enabledTarget > 0.F) {
-        resetSound(); // the wet path stood still: it begins from silence, at the present settings
+        resetSound(); // the wet path was not running: it starts from silence, at the present settings
         _enabledRamp.snap(0.F);
     }
     const float enabled = _enabledRamp.end();

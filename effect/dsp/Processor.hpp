@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The whole effect: drive, filter and resonators, shaped by an envelope follower and by MIDI,
-// beside a dry path of the same latency; and a MIDI note for every onset of the input.
+// The whole effect: drive, filter and resonators, modulated by an envelope follower and by MIDI, with a dry
+// path of the same latency; and a MIDI note for every onset of the input.
 //
-// One thread at a time: the constructor allocates, everything else is for the audio thread and
-// neither allocates nor waits. Sound and messages do not depend on how a stretch of time is cut
-// into blocks.
+// One thread at a time: the constructor allocates, everything else is for the audio thread and neither
+// allocates nor waits. Sound and messages do not depend on the block size.
 #pragma once
 
 #include "Drive.hpp"
@@ -26,7 +25,7 @@
 
 namespace tonewright::effect {
 
-/// What a panel shows of the sound.
+/// What a panel shows about the sound.
 struct DisplayFrame {
     std::array<float, 2> inputPeaks{};  ///< linear, since the last frame
     std::array<float, 2> outputPeaks{}; ///< linear, since the last frame
@@ -45,32 +44,32 @@ class Processor {
     /// Ends all sound and all held notes; the tuning by earlier notes stays.
     void reset() noexcept;
 
-    /// Sets every control; values may be anything. The first call after construction, reset or
-    /// restore takes effect at once, later ones glide.
+    /// Sets every control; any values are allowed. The first call after construction, reset or restore takes
+    /// effect at once, later ones are smoothed.
     void setParameters(const ParameterValues& values) noexcept;
 
-    /// Takes one MIDI message, at the present frame.
+    /// Handles one MIDI message, at the present frame.
     void midi(std::span<const std::uint8_t> message) noexcept { _performance.handle(message); }
 
-    /// Processes a stretch of a block. Outputs may be the inputs, in any order. `firstFrame`:
-    /// where in the block the stretch begins, for the frames of messages.
+    /// Processes part of a block. Outputs may be the inputs, in any order. `firstFrame`: the frame of the
+    /// block at which the part begins, for the frames of messages.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                  std::uint32_t frames, std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
 
-    /// Returns by how many frames the output is late; the same whatever the controls say.
+    /// Returns the latency in frames, which does not depend on the controls.
     [[nodiscard]] static constexpr int latencyFrames() noexcept { return DriveLatencyFrames; }
 
-    /// Says whether anybody looks; without it nothing is measured.
+    /// Enables or disables the measurements for a panel.
     void setMetering(bool on) noexcept;
 
-    /// Measures what there was since the last call.
+    /// Returns the measurements since the last call.
     [[nodiscard]] DisplayFrame takeDisplay() noexcept;
 
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return _performance.snapshot(); }
     void restore(const PerformanceSnapshot& snapshot) noexcept;
 
   private:
-    // What a tick works with; the smoothed part of the controls.
+    // The smoothed controls that a tick uses.
     enum Smooth : std::size_t {
         DriveDecibels,
         Bias,
@@ -101,7 +100,7 @@ class Processor {
                const float* outRight, int n) noexcept;
 
     double _sampleRate;
-    ParameterValues _raw{};    // as the host gave them
+    ParameterValues _raw{};    // as received from the host
     ParameterValues _values{}; // in range
     bool _settle = true;       // the next values take effect at once
     int _tickPhase = 0;
@@ -122,7 +121,7 @@ class Processor {
     Ramp _gainRamp;
     Ramp _enabledRamp;
     float _enabledStep;
-    Smoothed _bankGate; // closes for a moment when all sound is to end
+    Smoothed _bankGate; // closes briefly when all sound is to end
     Ramp _bankGateRamp;
     float _bankGateCoefficient;
     float _cutoffHertz = 1000.F;

@@ -15,8 +15,8 @@ namespace {
 
 constexpr float LowestHertz = 16.F;
 constexpr float ShortestDelay = 4.F;
-// A delay that changes by d frames per frame plays its contents at the speed 1 - d: half a frame
-// sounds like a hand on the reel, faster like a fault.
+// A delay that changes by d frames per frame plays its contents at the speed 1 - d: half a frame sounds like
+// a hand on a tape reel, more like a fault.
 constexpr float FastestSlide = 0.5F;
 
 using Intervals = std::array<float, ResonatorBank::VoiceCount>;
@@ -27,9 +27,9 @@ constexpr std::array<Intervals, VoicingCount> VoicingIntervals{{
     {0.F, 4.F, 7.F, 12.F},
     {0.F, 3.F, 7.F, 12.F},
     {0.F, 5.F, 7.F, 12.F},
-    {0.F, 12.F, 7.F, 19.F}, // until a chord was held
+    {0.F, 12.F, 7.F, 19.F}, // until a chord has been held
 }};
-// No two strings in exactly the same tune: that is what makes them several.
+// No two strings are tuned exactly alike: that is what makes them sound like several.
 constexpr Intervals VoiceDetune{0.F, 0.05F, -0.04F, 0.03F};
 constexpr Intervals UnisonDetune{0.F, 0.08F, -0.07F, 0.03F};
 constexpr std::array<float, 2> ChannelDetune{-0.015F, 0.015F};
@@ -73,7 +73,7 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
         const std::size_t count = setting.chord.size();
         // Fewer notes than strings: the others double them an octave higher.
         const float octave = voice < count ? 0.F : 12.F;
-        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): a chord that holds nothing was turned away above
+        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): an empty chord was rejected above
         return static_cast<float>(setting.chord[voice % count]) + octave + VoiceDetune[voice];
     }
     const auto& detune = setting.voicing == Voicing::Unison ? UnisonDetune : VoiceDetune;
@@ -83,7 +83,7 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
 
 float ResonatorBank::delayFor(float note) const noexcept {
     const float hertz = std::clamp(hertzOf(note), LowestHertz, _sampleRate / (2.F * ShortestDelay));
-    // The damping filter delays the fundamental too; take that off the line.
+    // The damping filter also delays the fundamental; subtract that from the line.
     const float omega = 2.F * std::numbers::pi_v<float> * hertz / _sampleRate;
     const float filterDelay =
         std::atan2(_lowpassPole * std::sin(omega), 1.F - _lowpassPole * std::cos(omega)) / omega;
@@ -118,7 +118,7 @@ void ResonatorBank::aim(String& string, float note, const ResonatorSetting& sett
     string.delay = atOnce ? string.wantedDelay
                           : std::clamp(string.wantedDelay, string.delay - reach, string.delay + reach);
     const float feedback = std::pow(10.F, -3.F * string.delay / (_sampleRate * setting.decaySeconds));
-    // Noise through the loop gains 1 / sqrt(1 - f^2), a tone in tune 1 / (1 - f): go between.
+    // In the loop noise gains 1 / sqrt(1 - f^2), a tuned tone 1 / (1 - f): use a value between the two.
     const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.55F);
     if (atOnce) {
         string.delayRamp.snap(string.delay);
@@ -158,7 +158,7 @@ void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
 
 void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
     updateDamping(setting.damping);
-    // A third of the time as time constant: after the whole of it 95 % of the way is gone.
+    // A third of the time as the time constant: after the whole time 95 % of the change is done.
     const float glide = tickCoefficient(static_cast<double>(_sampleRate),
                                         static_cast<double>(setting.glideMilliseconds) / 3000.);
     for (std::size_t v = 0; v < VoiceCount; ++v) {

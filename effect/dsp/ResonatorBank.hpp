@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Four tuned strings beside each channel: delay lines that feed back through a damping filter, so
-// that they ring at a pitch and its partials. Retuning slides the delays and never clicks.
-// Used on the audio thread; only the constructor allocates.
+// Four tuned strings for each channel: delay lines that feed back through a damping filter, so that they ring
+// at a pitch and its partials. Retuning slides the delays and never clicks. Used on the audio thread; only
+// the constructor allocates.
 #pragma once
 
 #include "Parameters.hpp"
@@ -16,7 +16,7 @@
 
 namespace tonewright::effect {
 
-/// What the bank is to sound like.
+/// The settings of the bank.
 struct ResonatorSetting {
     float rootNote = 48.F; ///< MIDI note, fractions allowed
     Voicing voicing = Voicing::Unison;
@@ -34,7 +34,7 @@ class ResonatorBank {
 
     explicit ResonatorBank(double sampleRate);
 
-    /// Forgets all sound and takes the tuning at once.
+    /// Forgets all sound and applies the tuning at once.
     void reset(const ResonatorSetting& setting) noexcept;
 
     /// Lets all sound end, keeping the tuning.
@@ -43,7 +43,7 @@ class ResonatorBank {
     /// Begins a tick that ends with this setting.
     void beginTick(const ResonatorSetting& setting) noexcept;
 
-    /// Excites the bank by n <= TickFrames frames and gives its sound alone.
+    /// Excites the bank with n <= TickFrames frames and returns only its own sound.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, int n) noexcept;
 
   private:
@@ -51,8 +51,8 @@ class ResonatorBank {
         std::vector<float> line;
         std::size_t write = 0;
         float lowpass = 0.F;
-        float delay = 0.F;      // where the delay is at the end of the tick, in frames
-        float aimedNote = -1.F; // what delay, feedback and level were last worked out for
+        float delay = 0.F;      // the delay at the end of the tick, in frames
+        float aimedNote = -1.F; // the values for which delay, feedback and level were last computed
         float aimedDecay = -1.F;
         float aimedPole = -1.F;
         float wantedDelay = 0.F;
@@ -62,7 +62,7 @@ class ResonatorBank {
     };
     struct Voice {
         float pitch = 48.F;  // gliding, MIDI note
-        float target = 48.F; // where it glides to
+        float target = 48.F; // the target of the glide
         std::array<String, 2> channels;
     };
 
@@ -76,7 +76,8 @@ class ResonatorBank {
     float _longestDelay;
     float _damping = -1.F;
     float _lowpassPole = 0.F;
-    bool _silent = true; // the lines hold nothing but zeros
+    bool _silent = true; // Sets every control; any values are allowed. The first call after construction,
+                         // reset or restore takes effect at once, later ones are smoothed.
     std::array<Voice, VoiceCount> _voices;
 };
 

@@ -24,7 +24,7 @@ template <Shape S>
 [[nodiscard]] inline float shaped(float x) noexcept {
     if constexpr (S == Shape::Warm) {
         return softClip(x);
-    } else if constexpr (S == Shape::Tube) { // soft on the one side, later and softer on the other
+    } else if constexpr (S == Shape::Tube) { // soft on one side, later and softer on the other
         const float positive = std::max(x, 0.F);
         const float negative = std::min(x, 0.F);
         return positive / (1.F + positive) + negative / (1.F - 0.5F * negative);

@@ -24,7 +24,7 @@ float spectrumBandHertz(std::size_t band) noexcept {
 
 SpectrumAnalyser::SpectrumAnalyser(double sampleRate)
     : _sampleRate{static_cast<float>(sampleRate)} {
-    // About 43 ms whatever the rate.
+    // About 43 ms at any rate.
     const std::size_t size = std::bit_ceil(static_cast<std::size_t>(sampleRate / 30.));
     _ring.assign(size, 0.F);
     _window.resize(size);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The spectrum that the panel shows, in bands even to the ear. Computed on the audio thread about
-// thirty times a second while a panel asks for it; only the constructor allocates.
+// The spectrum that the panel shows, in perceptually even bands. Computed on the audio thread about thirty
+// times a second while a panel requests it; only the constructor allocates.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ using Spectrum = std::array<float, SpectrumBands>;
 /// Returns the frequency at the middle of a band.
 [[nodiscard]] float spectrumBandHertz(std::size_t band) noexcept;
 
-/// Keeps the last moments of a signal and analyses them on demand.
+/// Keeps the latest part of a signal and analyses it on demand.
 class SpectrumAnalyser {
   public:
     explicit SpectrumAnalyser(double sampleRate);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr float SecondDamping = 1.414F; // the second section of a 24 dB mode stays flat
 
-// Strong resonance would make everything else seem quiet or the peak too loud: meet half way.
+// Strong resonance would make everything else seem quiet or the peak too loud: use a compromise.
 float levelOf(float resonance) noexcept {
     return 1.F - 0.35F * resonance;
 }
@@ -52,7 +52,7 @@ StateVariableFilter::Response StateVariableFilter::responseOf(FilterMode mode) n
 }
 
 float StateVariableFilter::dampingOf(float resonance) noexcept {
-    // 1/Q from 1.41 (flat) to 0.05 (Q = 20), evenly to the ear.
+    // 1/Q from 1.41 (flat) to 0.05 (Q = 20), perceptually even.
     return 1.414F * std::pow(0.05F / 1.414F, std::clamp(resonance, 0.F, 1.F));
 }
 

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Two trapezoidal state-variable filters in series for two channels; the modes are mixtures of
-// their outputs, so that a change of mode is a fade. The structure stays stable however fast
-// cutoff and resonance move.
+// Two trapezoidal state-variable filters in series for two channels; the modes are mixtures of their outputs,
+// so that a change of mode is a fade. The structure stays stable however fast cutoff and resonance change.
 // Used on the audio thread; never allocates.
 #pragma once
 
@@ -19,7 +18,7 @@ class StateVariableFilter {
   public:
     explicit StateVariableFilter(double sampleRate) noexcept;
 
-    /// Forgets all sound and takes the settings at once. `resonance` 0..1.
+    /// Forgets all sound and applies the settings at once. `resonance` 0..1.
     void reset(FilterMode mode, float cutoffHertz, float resonance) noexcept;
 
     /// Begins a tick that ends with these values.

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Control-rate machinery. Controls advance once per tick of TickFrames frames, counted from the
-// start of processing and not from the start of a block, so that the sound does not depend on the
-// host's block size; in between, values move in straight lines.
+// Control-rate machinery. Controls advance once per tick of TickFrames frames, counted from the start of
+// processing and not from the start of a block, so that the sound does not depend on the host's block size;
+// in between, values change linearly.
 #pragma once
 
 #include <array>
@@ -13,15 +13,15 @@ namespace tonewright::effect {
 
 inline constexpr int TickFrames = 16;
 
-/// Holds one stretch of samples that lies within a tick.
+/// Samples within one tick.
 using TickBuffer = std::array<float, TickFrames>;
 
-/// Returns the share of the way that a one-pole smoother of this time constant goes per tick.
+/// Returns the fraction by which a one-pole smoother of this time constant approaches its target per tick.
 [[nodiscard]] inline float tickCoefficient(double sampleRate, double seconds) noexcept {
     return seconds <= 0. ? 1.F : static_cast<float>(1. - std::exp(-TickFrames / (sampleRate * seconds)));
 }
 
-/// Follows a target once per tick and comes to rest exactly on it.
+/// Follows a target once per tick and settles exactly on it.
 struct Smoothed {
     float value = 0.F;
     float target = 0.F;
@@ -36,7 +36,7 @@ struct Smoothed {
     }
 };
 
-/// Moves in a straight line through one tick.
+/// Changes linearly through one tick.
 class Ramp {
   public:
     void snap(float to) noexcept {
@@ -60,7 +60,7 @@ class Ramp {
     [[nodiscard]] float now() const noexcept { return _now; }
     [[nodiscard]] float end() const noexcept { return _end; }
 
-    /// Tells whether the value stays exactly the same for the rest of the tick.
+    /// Returns whether the value stays exactly `value` for the rest of the tick.
     [[nodiscard]] bool restsAt(float value) const noexcept { return _step == 0.F && _now == value; }
 
   private:

@@ -20,8 +20,7 @@ namespace tonewright::effect {
     return (size + 7U) & ~std::size_t{7};
 }
 
-/// Calls `use(frame, type, body)` for every event of a sequence; stops at the first that does not
-/// fit into it.
+/// Calls `use(frame, type, body)` for every event of a sequence; stops at the first that extends beyond it.
 template <typename Use>
 void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&sequence.body);
@@ -39,10 +38,10 @@ void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
     }
 }
 
-/// Fills an output port's sequence. An event is written whole or not at all.
+/// Fills an output port's sequence. An event is written completely or not at all.
 class AtomSequenceWriter {
   public:
-    /// `buffer` holds, as the host left it, its capacity in the size field.
+    /// `buffer` has its capacity in the size field, as the host has set it.
     AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept
         : _sequence{buffer} {
         _capacity = _sequence == nullptr ? 0 : _sequence->atom.size;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What plug-in and panel say to each other. The panel sends an object without properties every
-// half second while it can be seen; the plug-in answers with about thirty frames a second until
-// it has heard nothing for a second.
+// The messages between plug-in and panel. The panel sends an object without properties every half second
+// while it is visible; the plug-in answers with about thirty frames a second until it has received nothing
+// for a second.
 #pragma once
 
 #include "Uris.hpp"
@@ -23,7 +23,7 @@ inline constexpr double DisplayFramesPerSecond = 30.;
 inline constexpr double DisplayRequestSeconds = 0.5;
 inline constexpr double DisplayLeaseSeconds = 1.;
 
-/// The numbers the host gives for our names.
+/// The host's numbers for our URIs.
 struct DisplayUrids {
     LV2_URID atomFloat = 0;
     LV2_URID atomObject = 0;

@@ -191,7 +191,7 @@ LV2_State_Status Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_State
     if (!_hasUrids) {
         return LV2_STATE_ERR_NO_FEATURE;
     }
-    PerformanceSnapshot snapshot; // what is not stored, or stored wrongly, is at its default
+    PerformanceSnapshot snapshot; // what is not stored, or stored incorrectly, is at its default
     std::size_t size = 0;
     std::uint32_t type = 0;
     std::uint32_t flags = 0;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effect as an LV2 plug-in: ports, messages, state. `run` is for the audio thread and neither
-// allocates nor waits; the rest belongs to the host's other threads, as LV2 has it.
+// The effect as an LV2 plug-in: ports, messages, state. `run` is for the audio thread and neither allocates
+// nor waits; the rest is for the host's other threads, as LV2 specifies.
 #pragma once
 
 #include "DisplayMessage.hpp"
@@ -20,7 +20,7 @@
 
 namespace tonewright::effect {
 
-/// One instance. Without the host's URID map it still processes sound, but hears no messages.
+/// One instance. Without the host's URID map it still processes sound, but receives no messages.
 class Plugin {
   public:
     Plugin(double sampleRate, const LV2_URID_Map* map);
@@ -68,8 +68,8 @@ class Plugin {
     std::int64_t _displayLeaseFrames = 0;
     std::int64_t _framesSinceDisplay = 0;
 
-    // The one value that crosses threads: the performance to be saved, packed into a word by `run`
-    // and read by `save`, which may be called at the same time.
+    // The one value that crosses threads: the performance to be saved, packed into a word by `run` and read
+    // by `save`, which may be called concurrently.
     std::atomic<std::uint64_t> _savedPerformance;
 };
 

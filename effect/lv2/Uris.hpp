@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The names by which hosts, the plug-in and its panel know each other.
+// The URIs by which hosts, the plug-in and its panel refer to each other.
 #pragma once
 
 namespace tonewright::effect {
 
 #define TONEWRIGHT_URI                                                                                       \
-    "https://tonewright.example/lv2/tonewright" // a macro, to be joined with literals below
+    "https://tonewright.example/lv2/tonewright" // a macro, to be concatenated with literals below
 
 inline constexpr char PluginUri[] = TONEWRIGHT_URI;
 inline constexpr char PanelUri[] = TONEWRIGHT_URI "#ui";

@@ -263,7 +263,7 @@ void writePresets(std::ostream& out) {
     }
 }
 
-// The vocabulary in which a bundle says under which codes the host's registry is to list it.
+// The vocabulary with which a bundle states the codes under which the host's registry lists it.
 void writeVocabulary(std::ostream& out) {
     out << Prefixes << "<https://tonewright.example/ns/component>\n    a owl:Ontology ;\n"
         << "    rdfs:label \"Component codes\" ;\n"

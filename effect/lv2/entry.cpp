@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The plug-in library's entry: LV2's C interface onto Plugin. Nothing may be thrown through it.
+// The plug-in library's entry: LV2's C interface to Plugin. No exception may leave it.
 
 #include "Plugin.hpp"
 #include "Uris.hpp"

@@ -109,7 +109,7 @@ Layout layOut(int width, int height) {
     const double displayHeight = below - rowCount * (rowHeight + margin) - margin;
     const double meterWidth = 16. * u;
     const double top = layout.header.bottom();
-    // Whole pixels: what moves is drawn again and again inside these, and must meet its surroundings exactly.
+    // Whole pixels: what moves is redrawn inside these all the time, and must meet its surroundings exactly.
     layout.inputMeter = Rect{margin, top, meterWidth, displayHeight}.snapped();
     layout.outputMeter = Rect{w - margin - meterWidth, top, meterWidth, displayHeight}.snapped();
     const double gap = std::ceil(0.6 * margin);

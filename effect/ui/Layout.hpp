@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where everything on the panel stands, for any size of its window. Pure arithmetic.
+// The layout of the panel, for any size of its window. Pure arithmetic.
 #pragma once
 
 #include "Geometry.hpp"
@@ -20,7 +20,7 @@ inline constexpr int MinimumHeight = 260;
 
 enum class ControlKind { PresetMenu, PreviousPreset, NextPreset, Power, Selector, Knob };
 
-/// One thing on the panel that can be focused and operated.
+/// One item of the panel that can be focused and operated.
 struct PanelControl {
     ControlKind kind = ControlKind::Knob;
     Parameter parameter = Parameter::Drive; ///< for Power, Selector and Knob
@@ -35,7 +35,7 @@ struct PanelSection {
 
 struct Layout {
     Rect window;
-    double unit = 1.; ///< size of a design pixel
+    double unit = 1.; ///< the size of a design pixel
     Rect header;
     Rect name;
     Rect display;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A list that opens over the panel: presets, or the values of a selector. It is drawn inside the
-// panel's own window, so it needs nothing of a window manager.
+// A list that opens over the panel: presets, or the values of a selector. It is drawn inside the panel's own
+// window, so it needs nothing from a window manager.
 #pragma once
 
 #include "Geometry.hpp"
@@ -27,9 +27,9 @@ class Menu {
     [[nodiscard]] std::optional<std::size_t> itemAt(Point point) const noexcept;
     [[nodiscard]] std::optional<std::size_t> highlighted() const noexcept { return _highlighted; }
 
-    /// Highlights an item; tells whether that changed anything.
+    /// Highlights an item; returns whether that changed anything.
     bool highlight(std::optional<std::size_t> item) noexcept;
-    /// Moves the highlight by keyboard or wheel, round the ends.
+    /// Moves the highlight by keyboard or wheel, wrapping at the ends.
     void move(int by) noexcept;
 
     void draw(cairo_t* context) const;

@@ -37,7 +37,7 @@ void Panel::resize(int width, int height) {
 
 void Panel::showValue(Parameter parameter, float value) {
     if (_drag && _layout.controls[_drag->control].parameter == parameter) {
-        return; // an echo of what the hand is doing, late
+        return; // a late echo of the user's own change
     }
     const float inside = sanitised(info(parameter), value);
     if (_values[index(parameter)] != inside) {
@@ -69,7 +69,7 @@ Rect Panel::displayArea() const noexcept {
 
 void Panel::damage(const Rect& rect) {
     Rect whole = rect;
-    // A rectangle that joins two others may then meet a third.
+    // A rectangle that joins two others may then overlap a third.
     for (auto other = _damage.begin(); other != _damage.end();) {
         if (other->meets(whole)) {
             whole = whole.united(*other);
@@ -100,7 +100,7 @@ void Panel::damageParameter(Parameter parameter) {
         }
     }
     if (parameter == Parameter::Enabled) {
-        damage(_layout.window); // everything pales or shines
+        damage(_layout.window); // everything changes brightness
     }
     _signal.invalidate();
 }

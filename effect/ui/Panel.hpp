@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel itself, free of any window system: what it shows, and what pointer and keys do to it.
+// The panel itself, independent of any window system: what it shows, and its reaction to pointer and keys.
 // One thread, the one on which the host calls its user interfaces.
 #pragma once
 
@@ -23,7 +23,7 @@
 
 namespace tonewright::effect {
 
-/// What the panel does to its surroundings.
+/// The panel's effects on its surroundings.
 struct PanelActions {
     std::function<void(Parameter, float)> write;   ///< sets a control of the plug-in
     std::function<void(Parameter, bool)> touch;    ///< a gesture begins (true) or ends
@@ -62,10 +62,10 @@ class Panel {
     /// Shows a value that came from the host.
     void showValue(Parameter parameter, float value);
 
-    /// Shows what the plug-in measured.
+    /// Shows the plug-in's measurements.
     void showFrame(const DisplayFrame& frame);
 
-    /// Lets time pass for what moves.
+    /// Advances everything that moves.
     void advance(double seconds);
 
     // Pointer and keyboard. `seconds` is any steady clock, for double clicks.
@@ -74,16 +74,16 @@ class Panel {
     void pointerReleased(Point point);
     void pointerLeft();
     void wheel(Point point, int steps, KeyModifiers modifiers);
-    /// Tells whether the key meant something here.
+    /// Returns whether the key was used.
     bool key(Key key, KeyModifiers modifiers, std::string_view text);
     void keyboardArrived(bool arrived);
 
-    /// Returns what has to be drawn again, and forgets it.
+    /// Returns the areas to be redrawn, and forgets them.
     [[nodiscard]] std::vector<Rect> takeDamage();
-    /// Draws whatever meets the rectangle.
+    /// Draws everything that overlaps the rectangle.
     void draw(cairo_t* context, const Rect& part);
 
-    /// Lets go of everything that belongs to the display, before it closes.
+    /// Releases everything that belongs to the display, before it closes.
     void displayCloses() noexcept { _signal.forgetBackdrop(); }
 
     [[nodiscard]] const Layout& layout() const noexcept { return _layout; }
@@ -130,14 +130,14 @@ class Panel {
     bool _hasKeyboard = false;
     std::optional<std::size_t> _hover;
     std::optional<Drag> _drag;
-    std::optional<std::size_t> _pressed; // a button that acts when it is let go
+    std::optional<std::size_t> _pressed; // a button that acts on release
     std::optional<std::size_t> _lastClicked;
     double _lastClickSeconds = -10.;
     Menu _menu;
     std::size_t _menuOwner = 0;
     std::optional<std::string> _edit;
-    std::size_t _lastPreset = 0; // the preset the values began from
-    std::vector<Rect> _damage;   // apart from each other
+    std::size_t _lastPreset = 0; // the preset from which the values started
+    std::vector<Rect> _damage;   // not overlapping
 };
 
 } // namespace tonewright::effect

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What pointer and keyboard do to the panel.
+// The panel's reaction to pointer and keyboard.
 
 #include "Panel.hpp"
 #include "effect/dsp/Presets.hpp"
@@ -11,7 +11,7 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr double DragPixels = 180.; // of a design pixel, for the whole travel
+constexpr double DragPixels = 180.; // design pixels, for the whole travel
 constexpr double FineFactor = 0.1;
 constexpr double WheelStep = 0.02;
 constexpr double KeyStep = 0.01;

@@ -25,7 +25,7 @@ KeyModifiers modifiersOf(unsigned state) noexcept {
     return {(state & ShiftMask) != 0, (state & ControlMask) != 0};
 }
 
-// The connection broke: the window is gone, but the host shall live on.
+// The connection broke: the window is gone, but the host must go on.
 void connectionLost(Display*, void* alive) {
     *static_cast<bool*>(alive) = false;
 }
@@ -195,7 +195,7 @@ bool PanelWindow::idle() {
 }
 
 void PanelWindow::handle(XEvent& event) {
-    // Only the latest position counts, and it counts before what follows it.
+    // Only the latest position counts, and it must be handled before the events after it.
     if (_pendingMove && event.type != MotionNotify) {
         _pendingMove = false;
         _panel.pointerMoved({static_cast<double>(_lastMove.x), static_cast<double>(_lastMove.y)},
@@ -224,7 +224,7 @@ void PanelWindow::handleOwn(XEvent& event) {
     case UnmapNotify:
         _mapped = false;
         break;
-    case VisibilityNotify: // comes only for windows that are viewable
+    case VisibilityNotify: // sent only to windows that are viewable
         _viewable = true;
         _obscured = event.xvisibility.state == VisibilityFullyObscured;
         break;
@@ -288,7 +288,7 @@ void PanelWindow::handleKey(XKeyEvent& event) {
             return;
         }
     }
-    // With one of these held it is a command to the host or the desktop, and no text.
+    // With one of these held it is a command to the host or the desktop, not text.
     const bool isCommand = (event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
     if (length == 1 && text[0] >= ' ' && text[0] < 127 && !isCommand) {
         _panel.key(Key::Character, modifiers, {text.data(), 1});
@@ -333,9 +333,9 @@ void PanelWindow::sizeChanged(int width, int height) {
     _panel.resize(width, height);
 }
 
-// X does not tell a window that one of its ancestors was unmapped. While the window seems to be
-// visible it asks four times a second; when it is hidden it asks nothing, for it is told by an
-// Expose or VisibilityNotify event when it comes back.
+// X does not tell a window that one of its ancestors was unmapped. While the window seems to be visible it
+// asks four times a second; while it is hidden it asks nothing, because an Expose or VisibilityNotify event
+// arrives when it is shown again.
 void PanelWindow::checkViewable() {
     const double now = steadySeconds();
     if (!isVisible() || now - _lastViewableCheck < ViewableCheckSeconds) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel's X11 window: its own connection, its events, its drawing. Lives inside any window the
-// host gives, mapped or not; all calls come on the host's user interface thread.
+// The panel's X11 window: its own connection, its events, its drawing. Works inside any window that the host
+// provides, mapped or not; all calls come on the host's user interface thread.
 #pragma once
 
 #include "Panel.hpp"
@@ -23,19 +23,19 @@ struct PanelWindowConfig {
 
 class PanelWindow {
   public:
-    /// Opens the window; null when there is no display or the parent is not a window.
+    /// Opens the window; null if there is no display or the parent is not a window.
     [[nodiscard]] static std::unique_ptr<PanelWindow> open(PanelWindowConfig config);
     ~PanelWindow();
     PanelWindow(const PanelWindow&) = delete;
     PanelWindow& operator=(const PanelWindow&) = delete;
 
-    /// Handles what has happened and draws what has changed; false once the window is gone.
+    /// Handles the pending events and draws what has changed; false once the window is gone.
     bool idle();
 
-    /// Tells whether any of the window can be seen.
+    /// Returns whether any part of the window is visible.
     [[nodiscard]] bool isVisible() const noexcept { return _mapped && _viewable && !_obscured; }
 
-    /// Resizes the window to the host's wish.
+    /// Resizes the window as the host requests.
     void resize(int width, int height);
 
     [[nodiscard]] Panel& panel() noexcept { return _panel; }
@@ -74,7 +74,7 @@ class PanelWindow {
     Window _keyboardBefore = 0;
     GC _copyContext = nullptr;
     Surface _windowSurface;
-    Surface _buffer; // what the window shows, kept by the server
+    Surface _buffer; // the window's contents, stored by the server
     int _width = 0;
     int _height = 0;
     bool _alive = false;
@@ -87,7 +87,7 @@ class PanelWindow {
     double _lastAdvance = -1.;
 };
 
-/// Returns a steady clock's reading, for everything that moves on the panel.
+/// Returns the time of a steady clock in seconds, for everything that moves on the panel.
 [[nodiscard]] double steadySeconds() noexcept;
 
 } // namespace tonewright::effect

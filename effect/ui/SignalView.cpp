@@ -13,7 +13,7 @@ namespace {
 
 constexpr float TopDecibels = 0.F;
 constexpr float BottomDecibels = -78.F;
-constexpr float CurveTop = 24.F;     // the filter curve has a scale of its own, 0 dB in the middle
+constexpr float CurveTop = 24.F;     // the filter curve has its own scale, with 0 dB in the middle
 constexpr double SpectrumFall = 70.; // decibels per second
 constexpr double MeterFall = 26.;
 constexpr double HoldSeconds = 1.2;
@@ -132,7 +132,7 @@ bool SignalView::advance(double seconds) noexcept {
             _changed = meter.fall(seconds) || _changed;
         }
     }
-    // When no frames come any more (the host stopped) the picture falls to rest.
+    // When no more frames arrive (the host stopped) the picture falls to rest.
     const bool heard = _silentSeconds < 0.3;
     for (std::size_t band = 0; band < SpectrumBands; ++band) {
         const float rest = heard ? _frame.spectrum[band] : SpectrumFloorDecibels;
@@ -245,7 +245,7 @@ void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterVal
     cairo_save(context);
     cairo_rectangle(context, area.x, area.y, area.width, area.height);
     cairo_clip(context);
-    // Good enough for what moves, and half the work.
+    // Good enough for what moves, at half the cost.
     cairo_set_antialias(context, CAIRO_ANTIALIAS_FAST);
     cairo_set_tolerance(context, 0.3);
     drawSpectrum(context, area, u);

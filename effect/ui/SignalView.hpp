@@ -15,24 +15,24 @@
 
 namespace tonewright::effect {
 
-/// Turns display frames into a calm picture.
+/// Turns display frames into a steady picture.
 class SignalView {
   public:
-    /// Takes what the plug-in measured.
+    /// Takes over the plug-in's measurements.
     void push(const DisplayFrame& frame) noexcept;
 
-    /// Lets time pass; tells whether the picture has changed since it was last drawn.
+    /// Advances the animation; returns whether the picture has changed since it was last drawn.
     bool advance(double seconds) noexcept;
 
-    /// Forgets what was drawn for another size, or on a display that closes.
+    /// Discards what was drawn for another size, or for a display that closes.
     void forgetBackdrop() noexcept { _backdrop.reset(); }
 
-    /// Asks for the picture to be drawn again whatever the signal does.
+    /// Requests a redraw whatever the signal does.
     void invalidate() noexcept { _changed = true; }
 
     void draw(cairo_t* context, const Layout& layout, const ParameterValues& values);
 
-    /// Returns where modulation holds the cutoff; 0 before anything was heard.
+    /// Returns the modulated cutoff; 0 before anything was processed.
     [[nodiscard]] float cutoffHertz() const noexcept { return _frame.cutoffHertz; }
 
   private:
@@ -62,7 +62,7 @@ class SignalView {
     double _flash = 0.; // of the onset lamp, 1 down to 0
     double _silentSeconds = 0.;
     bool _changed = true;
-    // What does not move, drawn once: rounded corners and writing cost more than all that moves.
+    // Everything static, drawn once: rounded corners and text cost more than everything that moves.
     std::unique_ptr<cairo_surface_t, DestroySurface> _backdrop;
 
     [[nodiscard]] static Spectrum filled(float value) noexcept {

@@ -8,8 +8,8 @@
 namespace tonewright::effect {
 namespace {
 
-// Xlib's handler belongs to the process, and a host may run panels on several threads: the chain of
-// living scopes is guarded, and never locked while a host's handler runs.
+// Xlib's handler belongs to the process, and a host may run panels on several threads: the chain of live
+// scopes is guarded by a mutex, which is never held while a host's handler runs.
 std::mutex& chainMutex() noexcept {
     static std::mutex mutex;
     return mutex;
@@ -33,7 +33,7 @@ XErrorScope::~XErrorScope() {
         XSetErrorHandler(_previous);
         return;
     }
-    // Another thread's scope outlives this one: take this one out of the middle of the chain.
+    // Another thread's scope outlives this one: remove this one from the middle of the chain.
     for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->_outer) {
         if (scope->_outer == this) {
             scope->_outer = _outer;

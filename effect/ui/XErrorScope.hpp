@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// X errors end a program unless somebody handles them. While a scope lives, errors on the panel's
-// own connection are swallowed and those on any other go on to the host's handler, which is put
-// back afterwards.
+// X errors end a program unless they are handled. While a scope exists, errors on the panel's own connection
+// are ignored and those on any other go to the host's handler, which is restored afterwards.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -12,7 +11,7 @@ namespace tonewright::effect {
 
 class XErrorScope {
   public:
-    /// Begins to handle errors on a connection. Scopes of one thread may nest.
+    /// Starts handling errors on a connection. Scopes of one thread may nest.
     explicit XErrorScope(Display* display) noexcept;
     ~XErrorScope();
     XErrorScope(const XErrorScope&) = delete;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How knobs, selectors and buttons look.
+// How knobs, selectors and buttons are drawn.
 #pragma once
 
 #include "Layout.hpp"
@@ -14,7 +14,7 @@
 
 namespace tonewright::effect {
 
-/// What a control shows beside its place.
+/// What a control shows besides its place.
 struct ControlLook {
     float value = 0.F;
     std::string text; ///< of its value, or what is being typed
@@ -22,7 +22,7 @@ struct ControlLook {
     bool hovered = false;
     bool active = false;             ///< dragged, open or typed into
     bool enabled = true;             ///< the effect is on
-    std::optional<float> modulation; ///< where the sound moves the value, as knob travel
+    std::optional<float> modulation; ///< the modulated value, as knob travel
 };
 
 void drawControl(cairo_t* context, const PanelControl& control, const ControlLook& look, double unit);

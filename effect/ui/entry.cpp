@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel library's entry: LV2's C interface for user interfaces onto PanelWindow. Nothing may be
-// thrown through it.
+// The panel library's entry: LV2's C interface for user interfaces to PanelWindow. No exception may leave it.
 
 #include "PanelWindow.hpp"
 #include "effect/lv2/DisplayMessage.hpp"
@@ -44,7 +43,7 @@ struct PanelInstance {
         }
     }
 
-    // Asks for display frames, again and again while somebody can see them.
+    // Requests display frames, repeatedly while the panel is visible.
     void requestDisplay() {
         const double now = steadySeconds();
         if (urids && window->isVisible() && now - lastRequest >= DisplayRequestSeconds) {
@@ -103,7 +102,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const c
         if (!panel->window) {
             return nullptr;
         }
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands an X window's number over as a pointer
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes an X window's number as a pointer
         *widget = reinterpret_cast<LV2UI_Widget>(panel->window->window());
         const auto* const resize = static_cast<const LV2UI_Resize*>(feature(LV2_UI__resize));
         if (resize != nullptr && resize->ui_resize != nullptr) {

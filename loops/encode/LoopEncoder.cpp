@@ -90,7 +90,7 @@ struct Encoded {
     std::string fault;
 };
 
-/// Says whether the block that begins at `start` reaches into the frames around the seam.
+/// Returns whether the block that begins at `start` reaches into the frames around the seam.
 bool touchesSeam(std::int64_t start, std::int64_t length) {
     const std::int64_t window = 2 * Block;
     return (start < AroundSeam && start + window > -AroundSeam) ||

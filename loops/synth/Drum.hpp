@@ -70,7 +70,7 @@ struct Drum {
     double pan = 0;   // -1 left to 1 right
 };
 
-/// Sets one number of a drum (those of its patch, "level" and "pan"), or says why not.
+/// Sets one number of a drum (those of its patch, "level" and "pan"), or returns the reason why not.
 [[nodiscard]] SettingFault setDrum(Drum& drum, std::string_view name, double value);
 
 /// One stroke: `velocity` from 0 to 1; `gateFrames` is where another stroke chokes it.

@@ -100,13 +100,13 @@ struct Tone {
 
 using Effect = std::variant<Drive, Sweep, Chorus, Phaser, Tremolo, Echo, Crush, Duck, Grains, Chop, Tone>;
 
-/// Gives the named effect with its usual numbers, or nothing.
+/// Returns the named effect with its usual numbers, or nothing.
 [[nodiscard]] std::optional<Effect> effectNamed(std::string_view name);
 
-/// Gives all names of effects, separated by commas.
+/// Returns all names of effects, separated by commas.
 [[nodiscard]] std::string effectNames();
 
-/// Sets one number of an effect, or says why not.
+/// Sets one number of an effect, or returns the reason why not.
 [[nodiscard]] SettingFault setEffect(Effect& effect, std::string_view name, double value);
 
 /// A stroke that others make room for.
@@ -134,7 +134,7 @@ struct Room {
     double size = 1;         // of its delay lines
 };
 
-/// Sets one number of the room, or says why not.
+/// Sets one number of the room, or returns the reason why not.
 [[nodiscard]] SettingFault setRoom(Room& room, std::string_view name, double value);
 
 /// Replaces what was sent into the room by what comes back from it.

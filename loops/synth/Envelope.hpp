@@ -29,7 +29,7 @@ class Envelope {
         , _sustain(times.sustain)
         , _release(decayFactor(std::max(times.release, 0.004), rate)) {}
 
-    /// Gives the next frame's value, 0 to 1.
+    /// Returns the next frame's value, 0 to 1.
     double step() noexcept {
         if (_frame >= _gateFrames) {
             _value *= _release;
@@ -46,7 +46,7 @@ class Envelope {
         return _value;
     }
 
-    /// Says whether nothing more is to be heard.
+    /// Returns whether nothing more is to be heard.
     [[nodiscard]] bool ended() const noexcept {
         return _value < 1e-4 && (_frame > _gateFrames || (!_rising && _sustain < 1e-4));
     }

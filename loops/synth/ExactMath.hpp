@@ -11,31 +11,31 @@ namespace tonewright::loops {
 
 inline constexpr double Pi = 3.14159265358979323846;
 
-/// Gives the sine of an angle counted in whole turns (0.25 is a right angle).
+/// Returns the sine of an angle counted in whole turns (0.25 is a right angle).
 [[nodiscard]] double sineOfTurns(double turns) noexcept;
 
-/// Gives the cosine of an angle counted in whole turns.
+/// Returns the cosine of an angle counted in whole turns.
 [[nodiscard]] double cosineOfTurns(double turns) noexcept;
 
-/// Gives 2 to the power of `exponent`; results below 2^-1000 become 0, exponents above 1000 count as 1000.
+/// Returns 2 to the power of `exponent`; results below 2^-1000 become 0, exponents above 1000 count as 1000.
 [[nodiscard]] double powerOfTwo(double exponent) noexcept;
 
-/// Gives the logarithm to base 2 of a positive, finite number.
+/// Returns the logarithm to base 2 of a positive, finite number.
 [[nodiscard]] double logarithmOfTwo(double value) noexcept;
 
-/// Gives e to the power of `exponent`.
+/// Returns e to the power of `exponent`.
 [[nodiscard]] double exponential(double exponent) noexcept;
 
-/// Gives the factor for a level in decibels.
+/// Returns the factor for a level in decibels.
 [[nodiscard]] double gainOfDecibels(double decibels) noexcept;
 
-/// Gives the level in decibels of a positive factor; anything below 1e-15 counts as 1e-15.
+/// Returns the level in decibels of a positive factor; anything below 1e-15 counts as 1e-15.
 [[nodiscard]] double decibelsOfGain(double gain) noexcept;
 
-/// Gives the frequency in Hz of a MIDI note number (69 is A at 440 Hz); fractions are allowed.
+/// Returns the frequency in Hz of a MIDI note number (69 is A at 440 Hz); fractions are allowed.
 [[nodiscard]] double frequencyOfNote(double note) noexcept;
 
-/// Gives the factor per frame with which something falls by 60 dB in `seconds`.
+/// Returns the factor per frame with which something falls by 60 dB in `seconds`.
 [[nodiscard]] double decayFactor(double seconds, double rate) noexcept;
 
 /// Bends a signal towards -1 and 1 without an edge: x at 0, exactly 1 from 3 upwards.

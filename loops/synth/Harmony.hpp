@@ -26,21 +26,22 @@ struct Chord {
 /// Reads a pitch class: a letter A to G with any number of # and b. Takes what it reads off `text`.
 [[nodiscard]] std::optional<int> readPitchClass(std::string_view& text);
 
-/// Gives the scale of that name ("dorian", "minor", "blues", ...), or nothing.
+/// Returns the scale of that name ("dorian", "minor", "blues", ...), or nothing.
 [[nodiscard]] std::optional<std::vector<int>> scaleNamed(std::string_view name);
 
 /// Reads a chord symbol: a root, a quality ("m9", "maj7", "7b9", "sus4", ...), and perhaps "/bass".
 [[nodiscard]] std::optional<Chord> chordNamed(std::string_view symbol);
 
-/// Gives the note of `degree` (1 is the tonic, 8 its octave, 0 and below lie under it) with the tonic in
+/// Returns the note of `degree` (1 is the tonic, 8 its octave, 0 and below lie under it) with the tonic in
 /// `octave`.
 [[nodiscard]] int noteOfKey(const Key& key, int degree, int octave);
 
-/// Gives the note of `degree` counted from the chord's root: its own third, fifth and seventh, the rest from
-/// the key.
+/// Returns the note of `degree` counted from the chord's root: its own third, fifth and seventh, the rest
+/// from the key.
 [[nodiscard]] int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave);
 
-/// Gives the `index`th tone of a rising chord (1 is the lowest); beyond its end it goes on an octave higher.
+/// Returns the `index`th tone of a rising chord (1 is the lowest); beyond its end it goes on an octave
+/// higher.
 [[nodiscard]] int noteOfChord(const std::vector<int>& rising, int index);
 
 enum class Voicing { Close, DropTwo, Spread, Shell };

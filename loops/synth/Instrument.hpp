@@ -114,7 +114,7 @@ struct AirPatch {
 
 using Patch = std::variant<SubtractivePatch, FmPatch, PluckPatch, ModalPatch, OrganPatch, AirPatch>;
 
-/// Sets one number of a patch, or says why not.
+/// Sets one number of a patch, or returns the reason why not.
 [[nodiscard]] SettingFault setPatch(Patch& patch, std::string_view name, double value);
 
 /// Plays one note at `rate` frames a second until its tail has died away.

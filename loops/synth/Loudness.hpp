@@ -9,10 +9,10 @@
 
 namespace tonewright::loops {
 
-/// Gives the loudness of the whole loop in LUFS (not gated); a mono loop counts as played on both sides.
+/// Returns the loudness of the whole loop in LUFS (not gated); a mono loop counts as played on both sides.
 [[nodiscard]] double loudnessOf(const StereoBuffer& loop, double rate);
 
-/// Gives the loudness in LUFS of those 50 ms stretches that are within 13 dB of the loudest.
+/// Returns the loudness in LUFS of those 50 ms stretches that are within 13 dB of the loudest.
 [[nodiscard]] double loudnessWhileSounding(const StereoBuffer& loop, double rate);
 
 /// Turns down around peaks above `ceiling` so that none is left, without an edge in the gain.

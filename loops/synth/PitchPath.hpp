@@ -34,7 +34,7 @@ class PitchPath {
         , _vibrato(vibrato)
         , _rate(rate) {}
 
-    /// Gives the MIDI note number at `frame`; frames must not go backwards.
+    /// Returns the MIDI note number at `frame`; frames must not go backwards.
     double noteAt(std::size_t frame) noexcept {
         while (_next < _slides->size() && (*_slides)[_next].frame <= frame) {
             _from = _current;

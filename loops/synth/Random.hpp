@@ -24,7 +24,7 @@ class Random {
     explicit constexpr Random(std::uint64_t seed) noexcept
         : _state(seed) {}
 
-    /// Gives the next 64 random bits.
+    /// Returns the next 64 random bits.
     constexpr std::uint64_t bits() noexcept {
         _state += 0x9E3779B97F4A7C15ULL;
         std::uint64_t mixed = _state;
@@ -33,10 +33,10 @@ class Random {
         return mixed ^ (mixed >> 31U);
     }
 
-    /// Gives a number from 0 up to, not including, 1.
+    /// Returns a number from 0 up to, not including, 1.
     constexpr double unit() noexcept { return static_cast<double>(bits() >> 11U) * 0x1p-53; }
 
-    /// Gives a number from -1 up to, not including, 1: one frame of white noise.
+    /// Returns a number from -1 up to, not including, 1: one frame of white noise.
     constexpr double signedUnit() noexcept { return unit() * 2.0 - 1.0; }
 
   private:

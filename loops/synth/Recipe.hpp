@@ -108,7 +108,7 @@ struct Recipe {
     [[nodiscard]] int barTicks() const noexcept { return TicksPerQuarter * 4 * beats / unit; }
     [[nodiscard]] int ticks() const noexcept { return bars * barTicks(); }
 
-    /// Gives the length in frames: whole, rounded to the nearest, computed in integers.
+    /// Returns the length in frames: whole, rounded to the nearest, computed in integers.
     [[nodiscard]] std::size_t frames() const noexcept {
         const std::int64_t numerator = std::int64_t{ticks()} * 60 * 1000 * rate;
         const std::int64_t denominator = std::int64_t{TicksPerQuarter} * tempoThousandths;

@@ -30,7 +30,7 @@ struct Pcm {
 /// Plays a recipe.
 [[nodiscard]] Pcm render(const Recipe& recipe);
 
-/// Gives a checksum (FNV-1a, 64 bits) of the samples' bits, channel after channel.
+/// Returns a checksum (FNV-1a, 64 bits) of the samples' bits, channel after channel.
 [[nodiscard]] std::uint64_t checksum(const Pcm& pcm) noexcept;
 
 } // namespace tonewright::loops

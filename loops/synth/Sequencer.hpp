@@ -23,10 +23,10 @@ struct TimedStroke {
     Stroke stroke;
 };
 
-/// Gives the notes of a pitched track.
+/// Returns the notes of a pitched track.
 [[nodiscard]] std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track);
 
-/// Gives the strokes of one row of a drum track.
+/// Returns the strokes of one row of a drum track.
 [[nodiscard]] std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track,
                                                  const DrumRow& row);
 

@@ -23,7 +23,7 @@ struct Setting {
 /// Why a setting was refused; empty when it was taken.
 using SettingFault = std::string;
 
-/// Gives a number as a recipe would write it: up to three decimals, no trailing zeros.
+/// Returns a number as a recipe would write it: up to three decimals, no trailing zeros.
 [[nodiscard]] std::string plainNumber(double value);
 
 /// Puts `value` into the member called `name`, or says in one clause why not.

@@ -37,7 +37,7 @@ class WaveCycle {
     std::vector<double> _table; // one frame before and three behind the cycle, so that reading never wraps
 };
 
-/// Gives the cycle of `shape` with as many harmonics as stay below 0.45 times `rate` at `frequency` (both
+/// Returns the cycle of `shape` with as many harmonics as stay below 0.45 times `rate` at `frequency` (both
 /// Hz).
 [[nodiscard]] const WaveCycle& waveCycle(WaveShape shape, double frequency, double rate);
 

@@ -36,7 +36,7 @@ Real bounceOut(Real u) {
 
 enum Family { Quad, Cubic, Quart, Quint, Sine, Expo, Circ, Elastic, Back, Bounce };
 
-// Gives a family's shape, from progress 0..1 to change 0..1; in both directions some swing otherwise.
+// Returns a family's shape, from progress 0..1 to change 0..1; in both directions some swing otherwise.
 Real in(Family family, Real u, bool both = false) {
     switch (family) {
     case Sine:
@@ -72,7 +72,7 @@ Real inOut(Family family, Real u) {
     return u < 0.5L ? in(family, 2 * u, true) / 2 : (1 + out(family, 2 * u - 1, true)) / 2;
 }
 
-// Gives the expected value of kind `raw`, whose frames are whole numbers.
+// Returns the expected value of kind `raw`, whose frames are whole numbers.
 Real expected(std::int64_t raw, std::int64_t t, Real b, Real c, std::int64_t d) {
     const auto progress = [&](std::int64_t frame) { return static_cast<Real>(frame) / static_cast<Real>(d); };
     if (raw == 0) return b + c * progress(t);

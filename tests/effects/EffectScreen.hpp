@@ -58,7 +58,7 @@ class EffectScreen {
         return window;
     }
 
-    /// Gives the keyboard to the window, as a window manager does.
+    /// Returns the keyboard to the window, as a window manager does.
     void focusWindow() const {
         XSetInputFocus(_display, topLevel(), RevertToParent, CurrentTime);
         XSync(_display, False);

@@ -18,7 +18,7 @@ using namespace tonewright::test;
 using platform::URL;
 using Lines = std::vector<std::string>;
 
-// Gives the lines that the main queue writes, up to now.
+// Returns the lines that the main queue writes, up to now.
 Lines linesOf(CapturedOutput& output) {
     safeprint("end");
     EXPECT_TRUE(platform::RunLoop::current().runUntil(

@@ -15,7 +15,7 @@
 namespace tonewright::tool {
 namespace {
 
-// Gives the length of the character at the beginning of `text`, or 0 where it is not well-formed UTF-8.
+// Returns the length of the character at the beginning of `text`, or 0 where it is not well-formed UTF-8.
 std::size_t characterLength(std::string_view text) {
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;

@@ -19,7 +19,7 @@ namespace platform {
 /// F, and lets Ctrl and 0 fit the page into the width, as it is at first.
 [[nodiscard]] WebKitUserContentManager* newPdfViewerManager();
 
-/// Gives the viewer in `view` the keyboard each time it starts, and calls `onDrawn` with `data` when it has
+/// Returns the viewer in `view` the keyboard each time it starts, and calls `onDrawn` with `data` when it has
 /// drawn its first page, or has said why there is none, until `leavePdfViewer`.
 void attendPdfViewer(WebKitWebView* view, void (*onDrawn)(gpointer data), gpointer data);
 void leavePdfViewer(WebKitWebView* view);
