@@ -159,9 +159,12 @@ class Structure:
 
     def link(self, number: int, box) -> bytes:
         """Join a link's area on the page to its element."""
-        element, area = self.element(box.element), box.link_annotation
+        source, area = box.element, box.link_annotation
+        while source.tag != "a":  # what is set in another font within a link has an area of its own
+            source = self.parents[source]
+        element = self.element(source)
         area.update({"StructParent": len(self.pages) + self.links, "F": 4,  # print it with the page
-                     "Contents": String(" ".join("".join(box.element.itertext()).split()))})
+                     "Contents": String(" ".join("".join(source.itertext()).split()))})
         self.links += 1
         element.kids.append(Dictionary({"Type": "/OBJR", "Obj": area.reference, "Pg": self.pdf.page_references[number]}))
         return element.data.reference
