@@ -104,6 +104,7 @@ void Canvas::drawText(std::string_view text, const CGRect& place, double size, c
     setColor(_target.cairo, color);
     cairo_move_to(_target.cairo, place.x, place.y + (place.height - height) / 2);
     pango_cairo_show_layout(_target.cairo, layout.get());
+    cairo_new_path(_target.cairo); // the text's place would be the first point of the next line
 }
 
 } // namespace platform

@@ -119,10 +119,12 @@ TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
 TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
     const ShownDrawing drawing([](Canvas& canvas) {
         canvas.drawText("mmmmmmmmmmmmmmmmmmmmmmmmmmmm", {20, 10, 40, 20}, 12, Red, TextAlignment::Center);
+        const std::array line = {Point{90, 70}, Point{90, 78}};
+        canvas.strokeLine(line, 2, Red); // begins at its own first point
     });
     const Pixels pixels(*drawing.view);
     int inside = 0, outside = 0;
-    for (int y = 0; y < 80; ++y) {
+    for (int y = 0; y < 60; ++y) {
         for (int x = 0; x < 100; ++x) {
             if (pixels.at(x, y).alpha > 0.1) ++(x >= 19 && x <= 61 && y >= 8 && y <= 32 ? inside : outside);
         }
