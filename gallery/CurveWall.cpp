@@ -19,6 +19,7 @@ using platform::CGRect;
 constexpr std::size_t Columns = 8;
 constexpr double Gap = 4;
 constexpr double DotRadius = 4;
+constexpr double CaptionRoom = 8; // beside a caption in one line
 
 } // namespace
 
@@ -32,7 +33,8 @@ void CurveWall::viewDidLoad() {
     for (std::int64_t raw = First; raw <= Last; ++raw) {
         const auto type = static_cast<EnumEasing>(raw);
         const auto drawing = std::make_shared<platform::UIDrawingView>();
-        drawing->setDrawing([plot = Plot(type)](platform::Canvas& canvas) { plot.draw(canvas); });
+        const auto plot = std::make_shared<Plot>(type);
+        drawing->setDrawing([plot](platform::Canvas& canvas) { plot->draw(canvas); });
         const auto toggle =
             std::make_shared<platform::UIToggle>(drawing, std::string(easingName(type)),
                                                  _entries.empty() ? nullptr : _entries.front().toggle.get());
@@ -40,7 +42,7 @@ void CurveWall::viewDidLoad() {
             if (onChosen) onChosen(type);
         };
         view()->addSubview(toggle);
-        _entries.push_back({Plot(type), std::make_shared<Animator>(), drawing, toggle});
+        _entries.push_back({plot, std::make_shared<Animator>(), drawing, toggle});
     }
 }
 
@@ -57,7 +59,24 @@ void CurveWall::viewDidLayoutSubviews() {
                           std::max(0.0, height - Gap)};
         if (_entries[i].toggle->frame() != cell) _entries[i].toggle->setFrame(cell);
     }
+    fitCaptions(width - Gap);
     show();
+}
+
+// All captions take the same form, so that the curves stay at equal heights.
+void CurveWall::fitCaptions(double width) {
+    double widest = 0;
+    for (const Entry& entry : _entries) {
+        widest =
+            std::max(widest, entry.drawing->textWidth(easingName(entry.plot->type()), Plot::CaptionSize));
+    }
+    const int lines = widest + CaptionRoom <= width ? 1 : 2;
+    if (lines == _captionLines) return;
+    _captionLines = lines;
+    for (const Entry& entry : _entries) {
+        entry.plot->setCaptionLines(lines);
+        entry.drawing->setNeedsDisplay();
+    }
 }
 
 void CurveWall::restart(std::int64_t frames) {
@@ -66,7 +85,7 @@ void CurveWall::restart(std::int64_t frames) {
     _rest = 0;
     _stack->stop();
     for (const Entry& entry : _entries) {
-        entry.animator->setup(0, 1, frames, FrameSeconds, entry.plot.type());
+        entry.animator->setup(0, 1, frames, FrameSeconds, entry.plot->type());
         _stack->add(entry.animator);
     }
 }
@@ -85,14 +104,15 @@ void CurveWall::show() {
     for (const Entry& entry : _entries) {
         const CGRect bounds = entry.drawing->bounds();
         const auto value = static_cast<double>(entry.animator->getValue());
-        entry.drawing->setMarks({dotAt(entry.plot.at(bounds.width, bounds.height, progress, value), DotRadius,
-                                       entry.animator->isFinished() ? palette::Arrived : palette::Moving)});
+        entry.drawing->setMarks(
+            {dotAt(entry.plot->at(bounds.width, bounds.height, progress, value), DotRadius,
+                   entry.animator->isFinished() ? palette::Arrived : palette::Moving)});
     }
 }
 
 void CurveWall::choose(EnumEasing type) {
     for (const Entry& entry : _entries) {
-        if (entry.plot.type() == type) entry.toggle->choose();
+        if (entry.plot->type() == type) entry.toggle->choose();
     }
 }
 

@@ -43,8 +43,10 @@ class CurveWall final : public platform::UIViewController {
     [[nodiscard]] std::int64_t tweens() { return _stack->getCount(); }
 
   private:
+    void fitCaptions(double width);
+
     struct Entry {
-        Plot plot;
+        std::shared_ptr<Plot> plot; // shared with the drawing
         std::shared_ptr<Animator> animator;
         std::shared_ptr<platform::UIDrawingView> drawing;
         std::shared_ptr<platform::UIToggle> toggle;
@@ -54,6 +56,7 @@ class CurveWall final : public platform::UIViewController {
     std::shared_ptr<AnimatorStack> _stack = std::make_shared<AnimatorStack>();
     std::int64_t _frames = 1;
     std::int64_t _frame = 0;
+    int _captionLines = 1;
     int _rest = 0; // ticks until the movement begins anew; 0 while it goes on
 };
 

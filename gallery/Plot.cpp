@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 namespace tonewright {
@@ -16,11 +17,11 @@ namespace {
 using platform::Canvas;
 using platform::Point;
 
-constexpr int Frames = 120;          // of the movement that is drawn
-constexpr double Margin = 7;         // on all sides, so that a dot at an end is whole
-constexpr double CaptionHeight = 15; // below
-constexpr double CaptionSize = 10.5; // of the letters
-constexpr double LargestStep = 0.3;  // between two frames; what is larger is a jump and not a slope
+constexpr int Frames = 120;         // of the movement that is drawn
+constexpr double Margin = 7;        // on all sides, so that a dot at an end is whole
+constexpr double LineHeight = 13;   // of the caption below
+constexpr double CaptionMargin = 2; // above the caption and below it, together
+constexpr double LargestStep = 0.3; // between two frames; what is larger is a jump and not a slope
 constexpr double CurveThickness = 1.6;
 
 double valueAt(EnumEasing type, int frame) {
@@ -39,7 +40,7 @@ Plot::Plot(EnumEasing type)
 
 Point Plot::at(double width, double height, double progress, double value) const {
     const double across = std::max(0.0, width - 2 * Margin);
-    const double up = std::max(0.0, height - 2 * Margin - CaptionHeight);
+    const double up = std::max(0.0, height - 2 * Margin - captionHeight());
     return {Margin + progress * across, Margin + up * (1 - (value - _lowest) / (_highest - _lowest))};
 }
 
@@ -65,8 +66,23 @@ void Plot::draw(Canvas& canvas) const {
     }
     if (stroke.size() == 1) stroke.push_back(stroke.front()); // a lone point behind a jump
     finishStroke();
-    canvas.drawText(easingName(_type), {0, height - CaptionHeight - 1, width, CaptionHeight}, CaptionSize,
-                    text, platform::TextAlignment::Center);
+    const auto drawLine = [&](std::string_view words, double bottom) {
+        canvas.drawText(words, {0, bottom - LineHeight, width, LineHeight}, CaptionSize, text,
+                        platform::TextAlignment::Center);
+    };
+    const std::string_view name = easingName(_type);
+    const double bottom = height - CaptionMargin;
+    if (_captionLines == 1) {
+        drawLine(name, bottom);
+        return;
+    }
+    const std::size_t family = name.find_last_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+    drawLine(name.substr(0, family), bottom - LineHeight);
+    drawLine(name.substr(family), bottom);
+}
+
+double Plot::captionHeight() const {
+    return CaptionMargin + LineHeight * _captionLines;
 }
 
 } // namespace tonewright

@@ -4,7 +4,6 @@
 #include "platform/ui/Canvas.hpp"
 
 #include "platform/ui/toolkit/CanvasTarget.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <cmath>
 #include <numbers>
@@ -39,6 +38,17 @@ PangoAlignment alignmentFor(TextAlignment alignment) {
 }
 
 } // namespace
+
+GObjectRef<PangoLayout> lineOfText(GtkWidget* widget, std::string_view text, double size) {
+    auto layout =
+        GObjectRef<PangoLayout>::adopt(gtk_widget_create_pango_layout(widget, std::string(text).c_str()));
+    PangoFontDescription* font = pango_font_description_copy(
+        pango_context_get_font_description(pango_layout_get_context(layout.get())));
+    pango_font_description_set_absolute_size(font, size * PANGO_SCALE);
+    pango_layout_set_font_description(layout.get(), font);
+    pango_font_description_free(font);
+    return layout;
+}
 
 double Canvas::width() const noexcept {
     return _target.width;
@@ -89,13 +99,7 @@ void Canvas::strokeRectangle(const CGRect& rectangle, double thickness, const Co
 void Canvas::drawText(std::string_view text, const CGRect& place, double size, const Color& color,
                       TextAlignment alignment) {
     if (!isFinite(place) || !areFinite(size)) return;
-    const auto layout = GObjectRef<PangoLayout>::adopt(
-        gtk_widget_create_pango_layout(_target.widget, std::string(text).c_str()));
-    PangoFontDescription* font = pango_font_description_copy(
-        pango_context_get_font_description(pango_layout_get_context(layout.get())));
-    pango_font_description_set_absolute_size(font, size * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), font);
-    pango_font_description_free(font);
+    const auto layout = lineOfText(_target.widget, text, size);
     pango_layout_set_width(layout.get(), static_cast<int>(place.width * PANGO_SCALE));
     pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
     pango_layout_set_alignment(layout.get(), alignmentFor(alignment));

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A surface to draw on with lines, shapes and text. All lengths are points; x to the right, y downwards, from
-// the surface's upper left corner. What reaches beyond the surface is clipped; NaN draws nothing. Main thread
-// only.
+// the surface's upper left corner. What reaches beyond the surface is cut off; NaN and infinite values draw
+// nothing. Main thread only.
 #pragma once
 
 #include "platform/ui/CGRect.hpp"

@@ -5,8 +5,10 @@
 
 #include "platform/ui/detail/ViewImplementation.hpp"
 #include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/toolkit/CanvasTarget.hpp"
 #include "platform/ui/toolkit/DrawingWidget.hpp"
 
+#include <cmath>
 #include <utility>
 
 namespace platform {
@@ -37,6 +39,13 @@ void UIDrawingView::setMarks(std::vector<Mark> marks) {
     if (shown == marks) return;
     shown = std::move(marks);
     UIView::setNeedsDisplay();
+}
+
+double UIDrawingView::textWidth(std::string_view text, double size) const {
+    if (!std::isfinite(size)) return 0;
+    int width = 0;
+    pango_layout_get_size(lineOfText(widgetOf(*this), text, size).get(), &width, nullptr);
+    return static_cast<double>(width) / PANGO_SCALE;
 }
 
 } // namespace platform

@@ -13,6 +13,7 @@
 #include "platform/ui/UIView.hpp"
 
 #include <functional>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -42,6 +43,9 @@ class UIDrawingView final : public UIView {
     void setNeedsDisplay() override;
     /// Shows `marks`, in this order, in place of the previous ones.
     void setMarks(std::vector<Mark> marks);
+    /// Returns the width in points of `text` in one line, as a drawing of this view writes it `size` points
+    /// high.
+    [[nodiscard]] double textWidth(std::string_view text, double size) const;
 };
 
 } // namespace platform

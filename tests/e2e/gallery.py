@@ -128,6 +128,28 @@ class Gallery(unittest.TestCase):
     def enabled(self, button: str) -> bool:
         return self.controls.has(self.controls.find("push button", button), "SENSITIVE")
 
+    def test_captions_tell_the_curves_apart_in_the_smallest_window(self):
+        hints = self.window.get_wm_normal_hints()
+        self.resize(hints.min_width, hints.min_height)
+        self.screen.point_at(self.window, hints.min_width // 2, hints.min_height - 4)
+        self.pause(lambda status: int(status[1]) >= 5)
+        time.sleep(0.2)
+        captions = {}
+        for node in self.controls.all():
+            if (name := node.get_name()).startswith("ease") and node.get_role_name() == "push button":
+                x, y, width, height = self.controls.area(node)
+                if not self.controls.has(node, "PRESSED"):  # it has a ground of its own
+                    first, last = (self.screen.picture(self.window, (x + 1, y + height - up, width - 2, 13)).tobytes()
+                                   for up in (28, 15))
+                    captions[name] = (x, first, last)
+        self.assertEqual(len({(first, last) for x, first, last in captions.values()}), 39)
+        for name, (x, first, last) in captions.items():
+            kind, family = re.fullmatch(r"(ease[InOut]+)([A-Z][a-z]+)", name).groups()
+            for other, (other_x, other_first, other_last) in captions.items():
+                if x == other_x:  # in the same column, that is of the same kind
+                    self.assertEqual(first, other_first, f"{name} and {other} are both of the kind {kind}")
+                    self.assertEqual(last == other_last, other.endswith(family), f"{name} and {other}")
+
     def test_the_impulse_comes_to_rest_and_is_flicked_again(self):
         def ball() -> float | None:
             dot = dot_in(self.screen.picture(self.window, area))

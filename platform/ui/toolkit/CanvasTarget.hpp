@@ -5,8 +5,10 @@
 #pragma once
 
 #include "platform/ui/Canvas.hpp"
+#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <gtk/gtk.h>
+#include <string_view>
 
 namespace platform {
 
@@ -17,5 +19,8 @@ struct Canvas::Target {
     double height;
     Color textColor;
 };
+
+/// Returns `text` in one line of the desktop's font at `widget`, `size` points high.
+[[nodiscard]] GObjectRef<PangoLayout> lineOfText(GtkWidget* widget, std::string_view text, double size);
 
 } // namespace platform
