@@ -19,7 +19,9 @@ class ChainExhibit final : public Exhibit {
   public:
     explicit ChainExhibit(std::shared_ptr<platform::UIDrawingView> view)
         : _view(std::move(view)) {
-        _view->setDrawing([](platform::Canvas& canvas) { drawLanes(canvas, Members); });
+        _view->setDrawing([](platform::Canvas& canvas) {
+            drawLanes(canvas, {0, 0, canvas.width(), canvas.height()}, Members);
+        });
         for (auto& member : _members) {
             member = std::make_shared<Animator>();
             _chain->add(member);
@@ -48,7 +50,7 @@ class ChainExhibit final : public Exhibit {
             const bool waits = !_members[i]->isFinished() && i != current;
             marks.push_back(dotInLane(_view->bounds(), Members, i,
                                       static_cast<double>(_members[i]->getValue()),
-                                      waits                       ? palette::Moving.faded(0.4)
+                                      waits                       ? palette::Moving.faded(palette::Waiting)
                                       : _members[i]->isFinished() ? palette::Arrived
                                                                   : palette::Moving));
         }

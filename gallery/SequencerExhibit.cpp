@@ -1,12 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+// Two pictures side by side: on the left time, where each member has a bar from its first frame to its last
+// that is filled up to the present frame; on the right each member's value, in a lane beside its bar.
 #include "gallery/Exhibit.hpp"
+#include "gallery/lanes.hpp"
 #include "gallery/palette.hpp"
 #include "shared/Common/Animator/AnimationSequencer.hpp"
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 namespace tonewright {
@@ -15,8 +19,17 @@ namespace {
 using platform::CGRect;
 
 constexpr std::size_t Members = 6;
-constexpr double Padding = 8; // on all sides
+constexpr double TimeShare = 0.6; // of the width; the values have the rest
 constexpr double HeadWidth = 2;
+
+CGRect timePart(const CGRect& bounds) {
+    return {0, 0, bounds.width * TimeShare, bounds.height};
+}
+
+CGRect valuePart(const CGRect& bounds) {
+    const double left = bounds.width * TimeShare;
+    return {left, 0, bounds.width - left, bounds.height};
+}
 
 class SequencerExhibit final : public Exhibit {
   public:
@@ -25,8 +38,11 @@ class SequencerExhibit final : public Exhibit {
         _view->setDrawing([this](platform::Canvas& canvas) {
             const CGRect bounds{0, 0, canvas.width(), canvas.height()};
             for (std::size_t i = 0; i < Members; ++i) {
-                canvas.fillRectangle(bar(bounds, i), canvas.textColor().faded(palette::Faint));
+                canvas.fillRectangle(bar(bounds, i, end()), canvas.textColor().faded(palette::Faint));
             }
+            captionAxis(canvas, timePart(bounds), across(bounds, 0), across(bounds, end()), "0", "frame",
+                        std::to_string(end()));
+            drawLanes(canvas, valuePart(bounds), Members);
         });
         for (auto& member : _members) member = std::make_shared<Animator>();
     }
@@ -53,19 +69,20 @@ class SequencerExhibit final : public Exhibit {
     }
     void show() override {
         const CGRect bounds = _view->bounds();
+        // The frame is back at 0 when the timeline has been run to its end.
+        const std::int64_t frame = _rest > 0 ? end() : _sequencer->getCurrentFrame();
         std::vector<platform::Mark> marks;
         for (std::size_t i = 0; i < Members; ++i) {
-            CGRect filled = bar(bounds, i);
-            filled.width *= std::clamp(static_cast<double>(_members[i]->getValue()), 0.0, 1.0);
-            marks.push_back({filled, 0, _members[i]->isFinished() ? palette::Arrived : palette::Moving});
+            const auto value = static_cast<double>(_members[i]->getValue());
+            const platform::Color color = _members[i]->isFinished() ? palette::Arrived
+                                          : frame < start(i)        ? palette::Moving.faded(palette::Waiting)
+                                                                    : palette::Moving;
+            marks.push_back({bar(bounds, i, frame), 0, color});
+            marks.push_back(dotInLane(valuePart(bounds), Members, i, value, color));
         }
-        // The frame is back at 0 when the timeline has been run to its end.
-        const std::int64_t frame =
-            _rest > 0 ? end() : std::min<std::int64_t>(_sequencer->getCurrentFrame(), end());
-        marks.push_back(
-            {{across(bounds, frame), Padding / 2, HeadWidth, std::max(0.0, bounds.height - Padding)},
-             0,
-             palette::Struck});
+        const double top = LanePadding / 2;
+        const double height = laneHeight(bounds, Members) * Members + top;
+        marks.push_back({{across(bounds, frame), top, HeadWidth, height}, 0, palette::Struck});
         _view->setMarks(std::move(marks));
     }
     std::int64_t tweens() const override { return _sequencer->getCurrentCount(); }
@@ -77,14 +94,15 @@ class SequencerExhibit final : public Exhibit {
     }
     [[nodiscard]] std::int64_t end() const { return start(Members - 1) + length(); }
     [[nodiscard]] double across(const CGRect& bounds, std::int64_t frame) const {
-        return Padding + std::max(0.0, bounds.width - 2 * Padding) * static_cast<double>(frame) /
-                             static_cast<double>(end());
+        const double width = std::max(0.0, timePart(bounds).width - 2 * LanePadding);
+        return LanePadding + width * static_cast<double>(frame) / static_cast<double>(end());
     }
-    [[nodiscard]] CGRect bar(const CGRect& bounds, std::size_t member) const {
-        const double height = std::max(0.0, bounds.height - 2 * Padding) / Members;
+    /// Returns the bar of `member` as far as it goes by `frame`.
+    [[nodiscard]] CGRect bar(const CGRect& bounds, std::size_t member, std::int64_t frame) const {
+        const double height = laneHeight(bounds, Members) * 0.6;
         const double left = across(bounds, start(member));
-        return {left, Padding + height * (static_cast<double>(member) + 0.2),
-                across(bounds, start(member) + length()) - left, height * 0.6};
+        const double right = across(bounds, std::clamp(frame, start(member), start(member) + length()));
+        return {left, laneY(bounds, Members, member) - height / 2, right - left, height};
     }
 
     std::shared_ptr<platform::UIDrawingView> _view;

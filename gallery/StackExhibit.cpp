@@ -18,7 +18,9 @@ class StackExhibit final : public Exhibit {
   public:
     explicit StackExhibit(std::shared_ptr<platform::UIDrawingView> view)
         : _view(std::move(view)) {
-        _view->setDrawing([](platform::Canvas& canvas) { drawLanes(canvas, Members); });
+        _view->setDrawing([](platform::Canvas& canvas) {
+            drawLanes(canvas, {0, 0, canvas.width(), canvas.height()}, Members);
+        });
         for (auto& member : _members) member = std::make_shared<Animator>();
         _stack->onFinished = [this](AnimatorStack&) { _rest = RestTicks; };
     }

@@ -12,7 +12,7 @@ from program import BUILD, PATIENCE, Program, main
 from screen import Controls, Screen, wait_until
 
 STATUS = re.compile(r"Frame (\d+) of (\d+) · (\w+) · [\d.]+ µs a tick of (\d+) tweens")
-MOVING = (54, 133, 227)  # the colour of a dot on its way
+MOVING, HEAD = (51, 130, 224), (214, 84, 15)  # the colours of what is on its way and of a timeline's head
 CAPTION, MARGIN = 15, 7  # of a plot: the name below it, the room around it
 
 
@@ -25,6 +25,15 @@ def dot_in(pixels: numpy.ndarray) -> tuple[float, float] | None:
     """Give the middle of the pixels that have a moving dot's colour."""
     rows, columns = colored(pixels, MOVING)
     return (columns.mean(), rows.mean()) if len(rows) else None
+
+
+def contrast(one: numpy.ndarray, other: numpy.ndarray) -> float:
+    """Return the contrast ratio of two colours, from 1 to 21, as WCAG 2 defines it."""
+    def luminance(color: numpy.ndarray) -> float:
+        linear = [c / 12.92 if c <= 0.04045 else ((c + 0.055) / 1.055) ** 2.4 for c in color / 255]
+        return numpy.dot(linear, (0.2126, 0.7152, 0.0722))
+    darker, lighter = sorted((luminance(one), luminance(other)))
+    return (lighter + 0.05) / (darker + 0.05)
 
 
 class Gallery(unittest.TestCase):
@@ -56,6 +65,12 @@ class Gallery(unittest.TestCase):
     def plot(self, name: str) -> numpy.ndarray:
         """Give the pixels of one curve's plot."""
         return self.screen.picture(self.window, self.controls.area(self.controls.find("push button", name)))
+
+    def exhibit(self, name: str) -> numpy.ndarray:
+        """Return the pixels of the exhibit that assistive technology calls `name`."""
+        area = next(self.controls.area(node) for node in self.controls.all()
+                    if node.get_name() == name and node.get_role_name() in ("image", "icon"))
+        return self.screen.picture(self.window, area)
 
     def resize(self, width: int, height: int) -> None:
         """Resize the window and wait until the last curve is where it belongs."""
@@ -98,6 +113,18 @@ class Gallery(unittest.TestCase):
         self.screen.press_key("p")
         self.controls.wait_for("push button", "Pause")
         self.wait_status(lambda status: int(status[1]) != frame, "it does not go on")
+
+    def test_bars_are_time_and_their_dots_values(self):
+        self.pause(lambda status: 60 <= int(status[1]) <= 100)
+        time.sleep(0.2)
+        pixels = self.exhibit("Sequencer")
+        head = colored(pixels, HEAD)[1]
+        self.assertTrue(len(head), "the timeline has no head")
+        time_part = pixels[:, :pixels.shape[1] * 6 // 10]
+        filled = colored(time_part, MOVING)[1]
+        self.assertTrue(len(filled), "no bar is filled")
+        self.assertLessEqual(filled.max(), head.max(), "a bar is filled beyond the present frame")
+        self.assertTrue(len(colored(pixels[:, time_part.shape[1]:], MOVING)[1]), "no value is on its way")
 
     def test_curves_are_chosen_and_speeds_changed_by_mouse_and_keys(self):
         self.assertEqual(self.status()[3], "easeOutBounce")
@@ -149,6 +176,16 @@ class Gallery(unittest.TestCase):
                 if x == other_x:  # in the same column, that is of the same kind
                     self.assertEqual(first, other_first, f"{name} and {other} are both of the kind {kind}")
                     self.assertEqual(last == other_last, other.endswith(family), f"{name} and {other}")
+
+    def test_exhibits_stand_out_from_the_window_in_light_and_dark(self):
+        for theme in ("Adwaita", "Adwaita:dark"):
+            self.program.kill()
+            self.start({"GTK_THEME": theme})
+            for name in ("Stack", "Chain", "Sequencer"):
+                ground = self.exhibit(name)[5, 5]
+                window = self.screen.picture(self.window, (2, 2, 1, 1))[0, 0]
+                self.assertGreater(contrast(ground, window), 1.1, f"{name} in {theme}")
+                self.assertGreater(contrast(ground, numpy.array(MOVING)), 3, f"{name} in {theme}")
 
     def test_the_impulse_comes_to_rest_and_is_flicked_again(self):
         def ball() -> float | None:
