@@ -188,7 +188,11 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     // server sent meanwhile is still to be read.
     void watchProgress() {
         if (!(_request.timeoutInterval > 0) || !std::isfinite(_request.timeoutInterval)) return;
-        _timer = g_timeout_source_new(0);
+        // Ready at the date that it is given; the library's own timers set theirs after each firing.
+        static GSourceFuncs atItsDate = {
+            nullptr, nullptr, [](GSource*, GSourceFunc fire, gpointer data) { return fire(data); },
+            nullptr, nullptr, nullptr};
+        _timer = g_source_new(&atItsDate, sizeof(GSource));
         g_source_set_callback(
             _timer,
             [](gpointer data) -> gboolean {

@@ -235,6 +235,7 @@ TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
     std::vector<float> told; // after the last block: the usual, shortest and longest block, changes so far
     const auto render = [&](std::uint32_t frames) {
         device->render(frames);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // the control side keeps up
         told.clear();
         for (const char* name : {"nominal", "shortest", "longest", "changes"}) {
             told.push_back(unit->parameterValue(addressOf(*unit, name)));
