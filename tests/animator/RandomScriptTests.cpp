@@ -6,15 +6,10 @@
 #include "platform/foundation/console.hpp"
 #include "tests/animator/LiteralModel.hpp"
 #include "tests/animator/Script.hpp"
-#include "tests/support/CapturedOutput.hpp"
+#include "tests/support/testing.hpp"
 
 #include <csignal>
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -27,7 +22,6 @@ struct EngineWorld {
     using AnimatorStack = tonewright::AnimatorStack;
     using AnimatorChain = tonewright::AnimatorChain;
     using AnimationSequencer = tonewright::AnimationSequencer;
-    using Impulse = tonewright::Impulse;
     static std::int64_t classCount() { return Animator::classCount; }
     static void say(const std::string& line) { platform::print(line); } // among the engine's own
 };
@@ -37,7 +31,6 @@ struct LiteralWorld {
     using AnimatorStack = literal::AnimatorStack;
     using AnimatorChain = literal::AnimatorChain;
     using AnimationSequencer = literal::AnimationSequencer;
-    using Impulse = literal::Impulse;
     static std::int64_t classCount() { return Animator::classCount; }
     static void say(const std::string& line) { literal::print(line); }
 };

@@ -40,7 +40,6 @@ class Script {
     using Stack = typename World::AnimatorStack;
     using Chain = typename World::AnimatorChain;
     using Sequencer = typename World::AnimationSequencer;
-    using Impulse = typename World::Impulse;
 
   public:
     explicit Script(const Plan& plan)
@@ -50,8 +49,7 @@ class Script {
         , _animators(plan.animators)
         , _stacks(2)
         , _chains(2)
-        , _sequencers(3)
-        , _impulses(2) {
+        , _sequencers(3) {
         current = this;
     }
     ~Script() {
@@ -66,7 +64,6 @@ class Script {
         for (auto& slot : _stacks) renew(slot);
         for (auto& slot : _chains) renew(slot);
         for (auto& slot : _sequencers) renew(slot);
-        for (auto& slot : _impulses) renew(slot);
         for (int i = 0; i < _plan.steps; ++i) {
             _calls = 0;
             act();
@@ -228,9 +225,6 @@ class Script {
         if constexpr (requires { group.onRemovedItem; }) {
             if (chance(2)) install(group.onRemovedItem, "onRemovedItem");
         }
-        if constexpr (requires { group.onCollision; }) {
-            if (chance(2)) install(group.onCollision, "onCollision");
-        }
     }
 
     void act() {
@@ -238,13 +232,11 @@ class Script {
         const auto stack = any(_stacks);
         const auto chain = any(_chains);
         const auto sequencer = any(_sequencers);
-        const auto impulse = any(_impulses);
         choose(
             {{2, [&] { animator ? actOn(*animator) : renew(any(_animators)); }},
              {2, [&] { actOn(*stack, animator); }},
              {2, [&] { actOn(*chain, animator); }},
              {2, [&] { actOn(*sequencer, animator); }},
-             {1, [&] { actOn(*impulse); }},
              // The handles held here are gone on return; from then on only groups and callbacks keep things.
              {1, [&] { exchange(); }}});
     }
@@ -252,7 +244,6 @@ class Script {
         choose({{1, [&] { renew(any(_stacks)); }},
                 {1, [&] { renew(any(_chains)); }},
                 {1, [&] { renew(any(_sequencers)); }},
-                {1, [&] { renew(any(_impulses)); }},
                 {1, [&] { any(_animators) = nullptr; }},
                 {3, [&] { renew(any(_animators)); }}});
     }
@@ -301,16 +292,6 @@ class Script {
                 {4, [&] { sequencer.animate(); }},
                 {4, [&] { sequencer.calculateFrames(); }},
                 {40, [&] { sequencer.advance(); }}});
-    }
-    void actOn(Impulse& impulse) {
-        choose(
-            {{1, [&] { impulse.setup(someFrames(), someValue()); }},
-             {1, [&] { impulse.setup(someFrames(), someValue(), 0.002F, chance(4) ? someValue() : 0.5F); }},
-             {1, [&] { impulse.setMinMax(chance(2), -someValue(), someValue()); }},
-             {1, [&] { impulse.start(); }},
-             {1, [&] { impulse.stop(); }},
-             {1, [&] { listen(impulse); }},
-             {4, [&] { impulse.animate(); }}});
     }
 
     template <class Group>
@@ -369,10 +350,6 @@ class Script {
             // Looking at the order settles it, so that it is not looked at every time.
             if (chance(5)) note("order", *s, Look::members(*s));
         }
-        for (auto& i : _impulses) {
-            note("impulse", *i, Look::frames(*i), Look::step(*i), Look::amount(*i), Look::value(*i),
-                 Look::source(*i), Look::interval(*i));
-        }
         say(counts());
     }
 
@@ -388,7 +365,6 @@ class Script {
     std::vector<std::shared_ptr<Stack>> _stacks;
     std::vector<std::shared_ptr<Chain>> _chains;
     std::vector<std::shared_ptr<Sequencer>> _sequencers;
-    std::vector<std::shared_ptr<Impulse>> _impulses;
 };
 
 } // namespace scripted

@@ -5,8 +5,6 @@
 #include "tests/app/engineFixture.hpp"
 #include "tests/app/recordedGraph.hpp"
 
-#include <algorithm>
-
 namespace tonewright::test {
 namespace {
 
@@ -22,14 +20,11 @@ TEST_F(LoopTest, LoadWhilePlayingReportsOneLoopAndThenCounts) {
     const auto url = constantFile("a.wav", 3001, 0.25F);
     player->load(url);
     renderUntil([&] { return delegate->loops.size() >= 4; });
-    const auto lines = takeLines();
-    EXPECT_TRUE(holdInOrder(lines, {looped(url, 1), looped(url, 2), looped(url, 3), looped(url, 4)}));
-    for (std::size_t i = 0; i < delegate->loops.size(); ++i) {
-        EXPECT_EQ(delegate->loops[i], static_cast<std::int64_t>(i));
-    }
+    expectInOrder({looped(url, 1), looped(url, 2), looped(url, 3), looped(url, 4)});
+    EXPECT_EQ((std::vector(delegate->loops.begin(), delegate->loops.begin() + 4)),
+              (std::vector<std::int64_t>{0, 1, 2, 3}));
     // Once the new file sounds, nothing interrupts it: the passes follow without a gap.
-    const auto heard = render(48000);
-    EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](float sample) { return sample == 0.25F; }));
+    EXPECT_EQ(render(48000), std::vector<float>(48000, 0.25F));
 }
 
 TEST_F(LoopTest, AFileLoadedInsideOnFileSelectIsTheOneThatIsWired) {
@@ -53,31 +48,28 @@ TEST_F(LoopTest, AFileLoadedInsideOnFileSelectIsTheOneThatIsWired) {
 
 TEST_F(LoopTest, UnopenableFilesKeepTheFormerOnePlayingUnderTheNewName) {
     player->start();
-    const auto good = constantFile("good.wav", 4000, 0.5F);
-    player->load(good);
+    player->load(constantFile("good.wav", 4000, 0.5F));
     renderUntil([&] { return delegate->loops.size() >= 2; });
-    takeLines();
-    const std::vector<platform::URL> bad = {
-        platform::URL::fileURLWithPath("/nonexistent/7.m4a", false),
-        rawFile("empty.m4a", ""),
-        rawFile("text.m4a", "this is not sound\n"),
-        rawFile("truncated.wav", std::string("RIFF\x24") + std::string(3, '\0') + "WAVEfmt "),
-        constantFile("no frames.wav", 0, 0),
-    };
-    for (const auto& url : bad) {
-        const auto files = delegate->files.size();
+    scratch.file("empty.m4a");
+    scratch.file("text.m4a", "this is not sound\n");
+    scratch.file("truncated.wav", std::string("RIFF\x24\0\0\0WAVEfmt ", 16));
+    (void)constantFile("no frames.wav", 0, 0);
+    const auto files = delegate->files;
+    for (const char* name : {"missing.m4a", "empty.m4a", "text.m4a", "truncated.wav", "no frames.wav"}) {
+        const auto url = platform::URL::fileURLWithPath(scratch / name, false);
+        takeLines();
         player->load(url);
-        const auto lines = output.take();
-        EXPECT_TRUE(holdsLine(
-            lines, "AUEnginePlayer::ERROR: Could not create AVAudioFile instance for URL 'Optional(" +
-                       url.absoluteString() + ")'. error: "))
-            << url.absoluteString();
-        EXPECT_EQ(delegate->files.size(), files);
+        EXPECT_TRUE(
+            holdsLine(output.lines(), "AUEnginePlayer::ERROR: Could not create AVAudioFile instance for URL "
+                                      "'Optional(" +
+                                          url.absoluteString() + ")'. error: "))
+            << name;
+        EXPECT_EQ(delegate->files, files);
         delegate->loops.clear();
         const auto heard = renderUntil([&] { return delegate->loops.size() >= 2; });
-        EXPECT_TRUE(std::all_of(heard.begin(), heard.end(), [](float sample) { return sample == 0.5F; }));
+        EXPECT_EQ(heard, std::vector<float>(heard.size(), 0.5F));
         EXPECT_EQ(delegate->loops.front(), 0); // loading started the count anew
-        EXPECT_TRUE(holdInOrder(takeLines(), {looped(url, 1), looped(url, 2)}));
+        expectInOrder({looped(url, 1), looped(url, 2)});
     }
 }
 

@@ -6,16 +6,10 @@
 #include "app/interface/ViewController.hpp"
 
 #include "app/Audio Engine/AUExtensionManager.hpp"
-#include "platform/audio/OfflineDevice.hpp"
-#include "platform/effects/AVAudioUnit.hpp"
-#include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
-#include "tests/support/CapturedOutput.hpp"
 #include "tests/support/InProcessEffect.hpp"
 #include "tests/ui/toolkitFixture.hpp"
-
-#include <cmath>
 
 namespace tonewright {
 
@@ -33,7 +27,6 @@ struct ViewControllerProbe {
 namespace test {
 namespace {
 
-using Lines = std::vector<std::string>;
 using platform::CGRect;
 using platform::UIView;
 using platform::UIViewController;
@@ -56,7 +49,7 @@ class ViewControllerTest : public platform::testing::ToolkitTest {
   protected:
     ViewControllerTest() {
         platform::setSharedOutputDevice(std::make_shared<platform::OfflineDevice>());
-        registry().setProvider(std::make_shared<InProcessProvider>());
+        InProcessProvider::install(std::make_shared<InProcessProvider>());
         const auto description = platform::InterfaceDescription::load("Main", platform::Bundle::main());
         window = platform::unwrap(description).window();
         screen = ViewController::initWithCoder(platform::NSCoder(description));
@@ -69,12 +62,8 @@ class ViewControllerTest : public platform::testing::ToolkitTest {
         window->close();
         ViewControllerProbe{*screen}.manager() =
             nullptr; // the screen, the manager and the player own one another
-        registry().setProvider(nullptr);
+        InProcessProvider::install(nullptr);
         platform::setSharedOutputDevice(nullptr);
-    }
-
-    static platform::AVAudioUnitComponentManager& registry() {
-        return platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
     }
 
     void showAt(int width, int height) const {
@@ -85,10 +74,10 @@ class ViewControllerTest : public platform::testing::ToolkitTest {
         }));
     }
 
-    using Answer = std::function<void(std::shared_ptr<UIViewController>)>;
+    using Answer = InProcessEffect::Answer;
     /// Makes a unit that passes on how it is asked for its interface.
     static std::shared_ptr<platform::AVAudioUnit> unitAsked(std::function<void(Answer)> onViewRequest) {
-        const auto effect = std::make_shared<InProcessEffect>(InProcessEffect::Settings{});
+        const auto effect = std::make_shared<InProcessEffect>();
         effect->onViewRequest = std::move(onViewRequest);
         return makeUnit(effect);
     }
@@ -137,28 +126,24 @@ TEST_F(ViewControllerTest, EffectsViewFillsThePanelAndFollowsItWhileHidden) {
 }
 
 TEST_F(ViewControllerTest, FailuresOfTheEffectsInterfaceAreOneLine) {
+    const auto withoutView = std::make_shared<UIViewController>();
     screen->onFoundComponent(nullptr);
     EXPECT_EQ(output.take(),
               (Lines{Loading, "ERROR: The audio unit is not initialized to load the user interface."}));
-    screen->onFoundComponent(unitAsked([](const auto& completion) { completion(nullptr); }));
-    EXPECT_EQ(output.take(), (Lines{Loading, NoView}));
-    screen->onFoundComponent(unitAsked([](const auto& completion) {
-        completion(std::make_shared<UIViewController>()); // without a view
-    }));
-    EXPECT_EQ(output.take(), (Lines{Loading, NoView}));
+    for (const auto& given : {std::shared_ptr<UIViewController>(), withoutView}) {
+        screen->onFoundComponent(unitAsked([&](const auto& completion) { completion(given); }));
+        EXPECT_EQ(output.take(), (Lines{Loading, NoView}));
+    }
     EXPECT_TRUE(screen->pluginView->subviews().empty());
     EXPECT_TRUE(screen->childViewControllers().empty());
 }
 
 TEST_F(ViewControllerTest, InterfaceThatComesAfterTheScreenIsGoneIsSaid) {
     Answer later;
-    const auto other = std::make_shared<ViewController>(std::nullopt);
-    std::weak_ptr<ViewController> gone;
-    {
-        const auto brief = std::make_shared<ViewController>(std::nullopt);
-        gone = brief;
-        brief->onFoundComponent(unitAsked([&](auto completion) { later = std::move(completion); }));
-    }
+    auto brief = std::make_shared<ViewController>(std::nullopt);
+    const std::weak_ptr<ViewController> gone = brief;
+    brief->onFoundComponent(unitAsked([&](auto completion) { later = std::move(completion); }));
+    brief.reset();
     ASSERT_TRUE(gone.expired()) << "the request keeps the screen alive";
     (void)output.take();
     later(std::make_shared<UIViewController>());
@@ -176,18 +161,14 @@ TEST_F(ViewControllerTest, SquareCoversTheScreenOnceThereIsAnEffectController) {
     probe.effectController() = std::make_shared<platform::testing::PlainController>();
     const auto effectView = std::make_shared<UIView>();
     probe.effectController()->setView(effectView);
-    struct Case {
-        double w, h;
-        CGRect panel, inside;
-    };
-    for (const Case& each : {
-             Case{600, 500, {0, -50, 600, 600}, {0, 0, 600, 600}},
-             Case{300, 500, {50, 0, 500, 500}, {0, 0, 500, 500}}, // centred on the view's width, not on w
-             Case{500, 500, {0, 0, 500, 500}, {0, 0, 500, 500}},
-         }) {
-        probe.resetPluginView(each.w, each.h);
-        EXPECT_EQ(screen->pluginView->frame(), each.panel);
-        EXPECT_EQ(effectView->frame(), each.inside);
+    using Case = std::tuple<double, double, CGRect>;
+    for (const auto& [width, height, panel] :
+         {Case{600, 500, {0, -50, 600, 600}},
+          Case{300, 500, {50, 0, 500, 500}}, // centred on the view's width
+          Case{500, 500, {0, 0, 500, 500}}}) {
+        probe.resetPluginView(width, height);
+        EXPECT_EQ(screen->pluginView->frame(), panel);
+        EXPECT_EQ(effectView->frame(), (CGRect{0, 0, panel.width, panel.height}));
     }
     showAt(480, 640);
     screen->centerPluginView();
@@ -216,8 +197,8 @@ TEST_F(ViewControllerTest, WhatTheFolderChooserAnswersIsOnlySaid) {
 TEST_F(ViewControllerTest, WhatMustBeThereIsFatalWhenItIsNot) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     constexpr const char* Nil = "Unexpectedly found nil while implicitly unwrapping an Optional value";
-    const ViewControllerProbe probe{*screen};
-    EXPECT_DEATH(probe.embedPlugInView(), "ERROR: Could not load audio unit's view controller.");
+    EXPECT_DEATH(ViewControllerProbe{*screen}.embedPlugInView(),
+                 "ERROR: Could not load audio unit's view controller.");
     const auto bare = std::make_shared<ViewController>(std::nullopt);
     EXPECT_DEATH(bare->viewDidLoad(), Nil);
     EXPECT_DEATH(bare->onButtonUnit(nullptr), Nil);

@@ -1,21 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The program with its real main screen, without sound and effects, doing what its standard input says, a
+// The program with its real main screen, doing what its standard input says, a
 // line each, the arguments percent-encoded:
 //   alert TITLE MESSAGE   show the screen's alert       pick          let the screen have a folder chosen
 //   open URL              open it outside               pick-many     the same with more than one choice
 //   say TEXT              write it as a line
 #include "app/AppDelegate.hpp"
 #include "app/interface/ViewController.hpp"
-#include "platform/audio/OfflineDevice.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/ui/UIApplication.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "tests/support/InProcessEffect.hpp"
 
 #include <iostream>
 #include <sstream>
@@ -33,9 +30,7 @@ std::shared_ptr<tonewright::ViewController> mainScreen() {
 
 void perform(const std::string& line) {
     std::istringstream words(line);
-    std::string command;
-    std::string first;
-    std::string second;
+    std::string command, first, second;
     words >> command >> first >> second;
     first = percentDecoded(first == "-" ? "" : first);
     second = percentDecoded(second == "-" ? "" : second);
@@ -61,9 +56,6 @@ void perform(const std::string& line) {
 int main(int argc, char** argv) {
     registerClass<tonewright::AppDelegate>("AppDelegate");
     registerClass<tonewright::ViewController>("ViewController");
-    setSharedOutputDevice(std::make_shared<OfflineDevice>());
-    AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
-        std::make_shared<tonewright::test::InProcessProvider>());
     std::thread([] {
         for (std::string line; std::getline(std::cin, line);) {
             DispatchQueue::main().async([line] { perform(line); });

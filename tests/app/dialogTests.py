@@ -3,7 +3,6 @@
 """The main screen's alerts and its folder chooser, answered with real keys and clicks, and pages opened outside."""
 import os
 import pathlib
-import select
 import shutil
 import subprocess
 import sys
@@ -12,283 +11,177 @@ import time
 import unittest
 from urllib.parse import quote
 
-sys.path += [str(pathlib.Path(__file__).resolve().parents[1] / folder) for folder in ("support", "e2e")]
-from cases import BUILD, main  # noqa: E402
-from screen import X, XK, Controls, Screen, xtest  # noqa: E402
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+from program import BUILD, Program, main  # noqa: E402
+from screen import Controls, Screen, wait_until  # noqa: E402
 
-PROBE = BUILD / "bin" / "tests" / "dialog_probe"
 CONFIRMED, CANCELED, NOTHING = "Alert was confirmed.", "Alert was canceled.", "The document picker was canceled."
 LIST = (150, 40, 300, 60)  # a part of the chooser's window in which its list stands: left, top, width, height
 KEYS = {"/": "slash", "-": "minus", ".": "period"}
+SCREEN = Screen(accessible=True)
 
 
-def until(condition, act=lambda: None) -> None:
-    """Do what `act` does, again every second as a person would, until `condition` holds, at most half a minute."""
-    for turn in range(1500):
-        if turn % 50 == 0:
-            act()
-        if condition():
-            return
-        time.sleep(0.02)
-    raise AssertionError("it did not come about")
+class Probe(Program):
+    """The running probe. Its lines are taken one after the other."""
 
-
-class Display(Screen):
-    """The virtual display, with keys pressed together."""
-
-    def press(self, *keys: str) -> None:
-        codes = [self.x.keysym_to_keycode(XK.string_to_keysym(KEYS.get(key, key))) for key in keys]
-        for code in codes:
-            xtest.fake_input(self.x, X.KeyPress, code)
-        for code in reversed(codes):
-            xtest.fake_input(self.x, X.KeyRelease, code)
-        self.x.sync()
-
-
-class Probe:
-    """The running probe, what it wrote and the windows it shows besides its main one."""
-
-    def __init__(self, screen: Display, **environment: str):
-        self.screen = screen
-        self.process = subprocess.Popen([PROBE], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, env=dict(os.environ, **environment))
-        self.heard = b""
-        self.main = screen.wait_window(self.process.pid)
-        self.answers_to("ready")
+    def __init__(self, **environment: str):
+        environment |= {"LV2_PATH": "/nonexistent", "TONEWRIGHT_OUTPUT": "silent"}
+        super().__init__(path=BUILD / "bin/tests/dialog_probe", stdin=subprocess.PIPE, environment=environment)
+        self.wait_first_frame()
+        self.main = SCREEN.wait_window(self.process.pid)
+        self.do("say", "ready")
+        self.taken = self.wait_for_text("ready") + 1
 
     def do(self, command: str, *arguments: str) -> None:
         words = [command] + [quote(argument, safe="") or "-" for argument in arguments]
         self.process.stdin.write(" ".join(words).encode() + b"\n")
         self.process.stdin.flush()
 
-    def wait(self, text: str, timeout: float = 30) -> str:
-        """Wait for `text` as the next line (it may hold line ends itself); give what came before it."""
-        wanted, end = b"\n" + text.encode() + b"\n", time.monotonic() + timeout
-        while wanted not in b"\n" + self.heard:
-            if time.monotonic() > end or self.process.poll() is not None:
-                raise AssertionError(f"{text[:60]!r} did not come, but {self.heard[-200:]!r}")
-            if select.select([self.process.stdout], [], [], 0.1)[0]:
-                self.heard += os.read(self.process.stdout.fileno(), 65536)
-        before, _, self.heard = (b"\n" + self.heard).partition(wanted)
-        return before.decode().lstrip("\n")
+    def tells(self, text: str = "") -> None:
+        """Wait for exactly these lines, and for the loop to answer after them: it is not stuck in a dialog."""
+        wanted = text.split("\n") if text else []
+        wait_until(lambda: len(self.lines) >= self.taken + len(wanted), f"{text[:60]!r} did not come")
+        self.do("say", "what now?")
+        end = self.wait_for_text("what now?", after=self.taken)
+        if self.lines[self.taken:end] != wanted:
+            raise AssertionError(f"{text[:60]!r} was expected, not {self.lines[self.taken:end][:5]}")
+        self.taken = end + 1
 
-    def answers_to(self, word: str) -> str:
-        """Give the lines until now: the loop answers, so that it is not stuck in a dialog."""
-        self.do("say", word)
-        return self.wait(word)
+    def dialogs(self) -> list:
+        windows = [window for window in SCREEN.windows(self.process.pid) if window.id != self.main.id]
+        return sorted(windows, key=lambda window: window.id)
 
-    def dialogs(self, count: int) -> list:
-        """Wait until exactly `count` dialogs stand there; give them in the order of their coming."""
-        def found() -> list:
-            return [window for window in self.screen.windows(self.process.pid) if window.id != self.main.id]
-
-        until(lambda: len(found()) == count)
-        return sorted(found(), key=lambda window: window.id)
-
-    def shows(self, window) -> bool:
-        return window.id in (shown.id for shown in self.screen.windows(self.process.pid))
-
-    def dialog(self):
-        """Wait for the one dialog, drawn, and give it the keyboard."""
-        window = self.dialogs(1)[0]
-        self.answers_to("laid out")
-        self.screen.focus(window)
-        # It is drawn a frame later; a picture of one colour shows nothing yet. Until then the toolkit may give the
-        # keyboard to the main window once more.
-        until(lambda: self.screen.picture(window).std() > 0)
-        self.screen.focus(window)
+    def dialog(self, count: int = 1):
+        """Wait for so many dialogs; give the last one, drawn and with the keyboard."""
+        wait_until(lambda: len(self.dialogs()) == count, f"{count} dialogs did not come")
+        window = self.dialogs()[-1]
+        self.tells()
+        # Until it is drawn the toolkit may give the keyboard to the main window once more.
+        wait_until(lambda: SCREEN.picture(window).std() > 0)
+        SCREEN.focus(window)
         return window
 
-    def end(self) -> str:
-        if self.process.poll() is None:
-            self.process.kill()
-        return self.process.communicate()[1].decode()
+    def write(self, path: pathlib.Path) -> None:
+        for key in str(path):
+            SCREEN.press_key(KEYS.get(key, key))
+        self.tells()
 
 
 class Dialogs(unittest.TestCase):
-    def setUp(self):
-        self.screen = Display()
-        self.addCleanup(self.screen.close)
-
     def started(self, **environment: str) -> Probe:
-        probe = Probe(self.screen, **environment)
-        self.addCleanup(probe.end)
+        probe = Probe(**environment)
+        self.addCleanup(probe.kill)
         return probe
 
-    def folder(self) -> pathlib.Path:
-        """Give a new folder whose path the keyboard can write."""
+    def folder(self, *names: str) -> pathlib.Path:
+        """Give a new folder whose path the keyboard can write, with these folders in it."""
         place = pathlib.Path(tempfile.gettempdir(), f"pick-{os.getpid()}-{time.monotonic_ns()}")
-        place.mkdir()
+        for name in ("", *names):
+            (place / name).mkdir()
         self.addCleanup(shutil.rmtree, place, ignore_errors=True)
         return place
 
-
-class Alerts(Dialogs):
-    def test_every_text_and_every_way_out(self):
-        probe, press = self.started(), self.screen.press
-
+    def test_alerts_with_every_text_are_answered_in_every_way(self):
         def click(share: float):
             """Click into the row of buttons: OK is its left half."""
             def at(window) -> None:
                 size = window.get_geometry()
-                self.screen.click(window, int(size.width * share), size.height - 24)
+                SCREEN.click(window, int(size.width * share), size.height - 24)
             return at
 
-        endless, lines = "W" * 100_000, "line of text\n" * 5_000
+        probe, endless = self.started(), "W" * 100_000
         for title, message, way, line in (
-                ("T", "M", lambda _: press("Return"), CONFIRMED),
-                ("T", "M", lambda _: press("Escape"), CANCELED),
-                ("T", "M", self.screen.ask_to_close, CANCELED),
-                ("T", "M", click(0.25), CONFIRMED),
-                ("T", "M", click(0.75), CANCELED),
-                ("", "", lambda _: press("space"), CONFIRMED),
-                ("Only a title", "", lambda _: press("Escape"), CANCELED),
-                ("", "only a message", lambda _: (press("Tab"), press("space")), CANCELED),
-                ("two\nlines", "<b>no</b> &markup; _x %s %n\tü \u202e 漢 🎛", lambda _: press("Return"), CONFIRMED),
-                ("Long", endless, click(0.25), CONFIRMED),
-                (endless, lines, click(0.75), CANCELED)):
-            with self.subTest(title=title[:20], message=message[:20], outcome=line):
+                ("T", "M", lambda _: SCREEN.press_key("Return"), CONFIRMED),
+                ("", "", lambda _: SCREEN.press_key("Escape"), CANCELED),
+                ("Only a title", "", SCREEN.ask_to_close, CANCELED),
+                ("two\nlines", "<b>no</b> &markup; _x %s %n\tü \u202e 漢 🎛", click(0.25), CONFIRMED),
+                (endless, "line of text\n" * 5_000 + endless, click(0.75), CANCELED)):
+            with self.subTest(title=title[:20]):
                 probe.do("alert", title, message)
-                self.assertEqual(probe.wait(f"{title}: {message}"), "")
+                probe.tells(f"{title}: {message}")
                 window = probe.dialog()
-                size, screen = window.get_geometry(), self.screen.x.screen()
-                self.assertLess(size.width, screen.width_in_pixels)
-                self.assertLess(size.height, screen.height_in_pixels)
+                size, screen = window.get_geometry(), SCREEN.x.screen()
+                self.assertTrue(size.width < screen.width_in_pixels and size.height < screen.height_in_pixels)
+                if title == "T":
+                    controls = Controls(probe.process.pid)
+                    self.assertEqual(controls.find("dialog", "T").get_description(), "M")
+                    self.assertTrue(controls.has(controls.find("push button", "OK"), "FOCUSED"))
                 way(window)
-                self.assertEqual(probe.wait(line), "")
-                probe.dialogs(0)
-                self.assertEqual(probe.answers_to("done"), "")
+                probe.tells(line)
+                wait_until(lambda: not probe.dialogs())
 
-    def test_has_a_name_for_every_ear(self):
-        screen = Screen(accessible=True)
-        self.addCleanup(screen.close)
-        probe = Probe(screen)
-        self.addCleanup(probe.end)
-        probe.do("alert", "Title", "Message")
-        probe.dialog()
-        controls = Controls(probe.process.pid)
-        self.assertEqual(controls.find("dialog", "Title").get_description(), "Message")
-        self.assertTrue(controls.has(controls.find("push button", "OK"), "FOCUSED"))
-        controls.find("push button", "Cancel")
-
-    def test_several_at_once_are_answered_one_by_one(self):
+    def test_several_alerts_are_answered_one_by_one_or_end_with_the_program(self):
         probe = self.started()
-        for number in range(5):
-            probe.do("alert", f"T{number}", "M")
-            probe.wait(f"T{number}: M")
-        for left in range(5, 0, -1):  # the last one lies in front
-            window = probe.dialogs(left)[-1]
-            self.screen.focus(window)
-            self.assertEqual(probe.answers_to("shown"), "")
-            self.screen.press("Return" if left % 2 else "Escape")
-            self.assertEqual(probe.wait(CONFIRMED if left % 2 else CANCELED), "")
-        probe.dialogs(0)
-        self.assertEqual(probe.answers_to("done"), "")
-
-    def test_program_ends_with_an_alert_open(self):
-        probe = self.started()
-        probe.do("alert", "T", "M")
-        probe.dialog()
+        for number in range(3):
+            probe.do("alert", str(number), "M")
+            probe.tells(f"{number}: M")
+        for left, key, line in ((3, "Return", CONFIRMED), (2, "Escape", CANCELED)):
+            probe.dialog(left)
+            SCREEN.press_key(key)
+            probe.tells(line)
         probe.process.terminate()
-        self.assertEqual(probe.process.wait(20), 0)
-
-
-class Picker(Dialogs):
-    def settled(self, window):
-        """Wait until the list of the chooser's folder stays as it is; give its picture."""
-        picture, since = self.screen.picture(window, LIST), time.monotonic()
-        end = since + 30
-        while time.monotonic() - since < 0.7:
-            time.sleep(0.05)
-            now = self.screen.picture(window, LIST)
-            if (now != picture).any():
-                picture, since = now, time.monotonic()
-            self.assertLess(time.monotonic(), end, "the chooser's list does not come to rest")
-        return picture
+        self.assertEqual(probe.wait_end(), 0)
 
     def test_choices_and_ways_out(self):
-        probe, press, place = self.started(), self.screen.press, self.folder()
-
-        def write(path: str) -> None:
-            for key in path:
-                press(key)
-
-        for name, first, way, lines in (
-                ("one", str(place), lambda _: press("Return"),
+        probe, place = self.started(LC_ALL="C.UTF-8", LANGUAGE="de"), self.folder()
+        for way, lines in (
+                (lambda _: (probe.write(place), SCREEN.press_key("Return")),
                  f"documentPicker: [file://{place}/]\ndocumentPicker (didPickDocumentsAt): {place}"),
-                ("Escape", "", lambda _: press("Escape"), NOTHING),
-                ("closed", "", self.screen.ask_to_close, NOTHING)):
-            with self.subTest(name):
-                probe.do("pick")
-                window = probe.dialog()
-                write(first)
-                probe.answers_to("written")
-                until(lambda: not probe.shows(window), lambda: way(window))
-                self.assertEqual(probe.wait(lines), "")
-                self.assertEqual(probe.answers_to("done"), "")
+                (lambda _: SCREEN.press_key("Escape"), NOTHING),
+                (SCREEN.ask_to_close, NOTHING),
+                (lambda _: (probe.write(place), place.rmdir(), SCREEN.press_key("Return")), "")):
+            probe.do("pick")
+            window = probe.dialog()
+            self.assertEqual(window.get_full_text_property(SCREEN.x.intern_atom("_NET_WM_NAME")), "Ordner auswählen")
+            way(window)
+            probe.tells(lines)
+            self.assertEqual(len(probe.dialogs()), 0 if lines else 1)  # a folder that vanished is no answer
 
     def test_several_choices_are_one_answer(self):
-        place = self.folder()
-        (place / "a").mkdir()
-        (place / "b").mkdir()
+        place = self.folder("a", "b")
         probe = self.started(HOME=str(place))
+
+        def act(*acts) -> None:
+            """Do so, as often as it needs, until the list looks otherwise and rests."""
+            before = SCREEN.picture(window, LIST)
+            for turn in range(30):
+                if turn % 3 == 0:
+                    [one() for one in acts]
+                time.sleep(0.4)
+                now = SCREEN.picture(window, LIST)
+                if (now != before).any() and (now == SCREEN.picture(window, LIST)).all():
+                    return
+            self.fail("the list stays as it was")
+
         probe.do("pick-many")
-        probe.wait("shown")
+        probe.tells("shown")
         window = probe.dialog()
         size = window.get_geometry()
-        until(lambda: self.screen.picture(window, LIST).std() > 0,
-              lambda: (self.screen.focus(window), self.screen.press("Alt_L", "Home")))
-        self.settled(window)
-        self.screen.click(window, size.width // 2, size.height // 2)
-        before = self.settled(window)
-        until(lambda: (self.screen.picture(window, LIST) != before).any(), lambda: self.screen.press("Control_L", "a"))
-        self.settled(window)
-        self.screen.click(window, size.width - 48, size.height - 24)
-        self.assertEqual(probe.wait(f"documentPicker: [file://{place}/a/, file://{place}/b/]\n"
-                                    f"documentPicker (didPickDocumentsAt): {place}/a"), "")
+        act(lambda: SCREEN.focus(window), lambda: SCREEN.press_keys("Alt_L", "Home"))
+        SCREEN.click(window, size.width // 2, size.height // 2)
+        act(lambda: SCREEN.press_keys("Control_L", "a"))
+        SCREEN.click(window, size.width - 48, size.height - 24)
+        probe.tells(f"documentPicker: [file://{place}/a/, file://{place}/b/]\n"
+                    f"documentPicker (didPickDocumentsAt): {place}/a")
 
-    def test_folder_that_vanished_leaves_the_chooser_usable(self):
-        probe, press, place = self.started(), self.screen.press, self.folder()
-        probe.do("pick")
-        probe.dialog()
-        for key in str(place):
-            press(key)
-        probe.answers_to("written")
-        place.rmdir()
-        press("Return")
-        self.assertEqual(probe.answers_to("no answer yet"), "")
-
-    def test_speaks_the_users_language(self):
-        probe = self.started(LC_ALL="C.UTF-8", LANGUAGE="de")
-        probe.do("pick")
-        self.assertEqual(probe.dialog().get_full_text_property(self.screen.x.intern_atom("_NET_WM_NAME")),
-                         "Ordner auswählen")
-
-
-class Outside(Dialogs):
     def test_pages_go_to_the_desktop(self):
-        place, page = self.folder(), "https://tonewright.example/"
-        (place / "empty").mkdir()
+        place, page = self.folder("empty"), "https://tonewright.example/"
         tool = place / "xdg-open"
         for script, answer, said in (
                 (f'#!/bin/sh\necho noise\necho "$@" >"{place}/asked"\n', "opened", ""),
                 ("#!/bin/sh\nexec sleep 30 2>&-\n", "opened", ""),  # a browser that stays
                 ("#!/bin/sh\nexit 3\n", "opened", "could not be opened"),
-                (None, "not opened", "could not be opened")):
+                ("", "not opened", "could not be opened")):
             with self.subTest(script):
-                tool.unlink(missing_ok=True)
-                if script:
-                    tool.write_text(script)
-                    tool.chmod(0o755)
-                only = str(place / "empty") if script is None else f"{place}:{os.environ['PATH']}"
-                probe = self.started(PATH=only)
+                tool.write_text(script)
+                tool.chmod(0o755)
+                probe = self.started(PATH=f"{place}:{os.environ['PATH']}" if script else f"{place}/empty")
                 probe.do("open", page)
-                self.assertEqual(probe.wait(answer), "")
-                time.sleep(0.3 if said else 0)  # the program's failure comes later than the answer
-                self.assertEqual(probe.answers_to("done"), "")
-                self.assertIn(said, probe.end())
+                probe.tells(answer)
+                wait_until(lambda: said in probe.errors())  # a failure comes later than the answer
         self.assertEqual((place / "asked").read_text(), page + "\n")
 
 
 if __name__ == "__main__":
+    unittest.addModuleCleanup(SCREEN.close)
     main("test_dialogs")

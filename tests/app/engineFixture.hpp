@@ -6,20 +6,9 @@
 
 #include "app/Audio Engine/AUEnginePlayer.hpp"
 #include "platform/audio/AVAudioSession.hpp"
-#include "platform/audio/OfflineDevice.hpp"
-#include "platform/dispatch/RunLoop.hpp"
-#include "tests/support/CapturedOutput.hpp"
 #include "tests/support/InProcessEffect.hpp"
-#include "tests/support/Scratch.hpp"
-#include "tests/support/wavFile.hpp"
-
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace tonewright::test {
-
-using Lines = std::vector<std::string>;
 
 /// Writes down what the engine player reports.
 class RecordingDelegate final : public AUEnginePlayerDelegate {
@@ -51,26 +40,40 @@ class EngineFixture : public testing::Test {
     }
 
     /// Writes a file of constant `value` and returns its location.
-    platform::URL constantFile(const std::string& name, int frames, float value,
-                               std::uint16_t channels = 2) const {
-        const std::string path = scratch / name;
-        writeWav(path, 48000, channels,
-                 std::vector<float>(static_cast<std::size_t>(frames) * channels, value));
-        return platform::URL::fileURLWithPath(path, false);
-    }
-    platform::URL rawFile(const std::string& name, const std::string& bytes) const {
-        return platform::URL::fileURLWithPath(scratch.file(name, bytes), false);
+    platform::URL constantFile(const std::string& name, std::size_t frames, float value,
+                               std::uint32_t channels = 2) const {
+        writeSound(scratch / name, Sound(channels, std::vector<float>(frames, value)), 48000);
+        return platform::URL::fileURLWithPath(scratch / name, false);
     }
 
+    std::vector<float> render(std::uint64_t frames) { return device->render(frames).front(); }
     /// Renders until `done`, with the main queue running; returns what was heard on the left.
-    std::vector<float> renderUntil(const std::function<bool()>& done, double timeoutSeconds = 20);
-    std::vector<float> render(int frames);
+    std::vector<float> renderUntil(const std::function<bool()>& done) {
+        std::vector<float> heard;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!done() && std::chrono::steady_clock::now() < end) {
+            const auto block = render(256);
+            heard.insert(heard.end(), block.begin(), block.end());
+            platform::RunLoop::current().runUntil(done, 0.001);
+        }
+        EXPECT_TRUE(done());
+        return heard;
+    }
     static void runMainQueue() { platform::RunLoop::current().runFor(0.02); }
 
     /// Returns the lines since the last call, after the main queue has run.
     Lines takeLines() {
         runMainQueue();
         return output.take();
+    }
+    /// Expects the next lines to hold each of these, in this order, others between them allowed.
+    void expectInOrder(const Lines& wanted) {
+        const Lines lines = takeLines();
+        auto from = lines.begin();
+        for (const auto& line : wanted) {
+            from = std::find(from, lines.end(), line);
+            ASSERT_NE(from, lines.end()) << line << " is missing in " << testing::PrintToString(lines);
+        }
     }
 
     const Scratch scratch;
@@ -80,8 +83,8 @@ class EngineFixture : public testing::Test {
     std::shared_ptr<AUEnginePlayer> player;
 };
 
-/// Returns whether `lines` hold each of `wanted`, in that order, others between them allowed.
-[[nodiscard]] testing::AssertionResult holdInOrder(const Lines& lines, const Lines& wanted);
-[[nodiscard]] bool holdsLine(const Lines& lines, const std::string& start);
+inline bool holdsLine(const Lines& lines, const std::string& start) {
+    return std::any_of(lines.begin(), lines.end(), [&](const auto& line) { return line.starts_with(start); });
+}
 
 } // namespace tonewright::test

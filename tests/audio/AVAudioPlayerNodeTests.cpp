@@ -4,43 +4,32 @@
 // Passes and their seams, and what becomes of completions.
 #include "tests/audio/audioFixture.hpp"
 
-#include <thread>
-
 using namespace platform;
 using namespace tonewright::test;
 
-namespace {
-
-struct Loop {
-    std::size_t frames; // of one pass
-    int passes;
-    std::uint32_t block;
-};
-
-class Seams : public testing::TestWithParam<Loop> {};
-
-} // namespace
-
-TEST_P(Seams, HaveNoFrameTooManyOrTooFew) {
-    const auto [frames, passes, block] = GetParam();
-    const Sound pass = countingSound(2, frames);
-    const auto file = makeFile(pass);
-    ASSERT_EQ(file->lengthFrames(), static_cast<std::int64_t>(frames));
-
-    OfflineEngine offline({44100, 2}, block);
-    offline.loop(file, passes);
-    offline.start();
-    const Sound expected = repeated(pass, static_cast<std::size_t>(passes));
-    const Sound heard = offline.render(expected[0].size());
-    EXPECT_EQ(firstDifference(heard, expected), expected[0].size());
-    // The last pass is complete when its last frame is in the ring; its call comes from another thread.
-    offline.player->stop();
-    EXPECT_EQ(offline.completions, passes);
+TEST(Seams, HaveNoFrameTooManyOrTooFew) {
+    struct Loop {
+        std::size_t frames; // of one pass
+        int passes;
+        std::uint32_t block;
+    };
+    for (const auto& [frames, passes, block] :
+         {Loop{4096, 200, 256}, Loop{4999, 200, 256}, Loop{100, 1000, 256}, Loop{1, 1000, 64},
+          Loop{37, 1000, 1024}, Loop{20000, 20, 1000}}) {
+        SCOPED_TRACE(frames);
+        const Sound pass = countingSound(2, frames);
+        const auto file = makeFile(pass);
+        ASSERT_EQ(file->lengthFrames(), static_cast<std::int64_t>(frames));
+        OfflineEngine offline({44100, 2}, block);
+        offline.loop(file, passes);
+        offline.start();
+        const Sound expected = repeated(pass, static_cast<std::size_t>(passes));
+        EXPECT_EQ(firstDifference(offline.render(expected[0].size()), expected), expected[0].size());
+        // The last pass is complete when its last frame is in the ring; its call comes from another thread.
+        offline.player->stop();
+        EXPECT_EQ(offline.completions, passes);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lengths, Seams,
-                         testing::Values(Loop{4096, 200, 256}, Loop{4999, 200, 256}, Loop{100, 1000, 256},
-                                         Loop{1, 1000, 64}, Loop{37, 1000, 1024}, Loop{20000, 20, 1000}));
 
 TEST(AVAudioPlayerNode, StopCallsEachPendingCompletionOnceAndReturnsAfterTheLast) {
     const auto file = makeFile(countingSound(2, 100000));

@@ -6,10 +6,6 @@
 #include "platform/audio/devices/AutomaticDevice.hpp"
 #include "tests/audio/audioFixture.hpp"
 
-#include <array>
-#include <cstdlib>
-#include <thread>
-
 using namespace platform;
 using namespace tonewright::test;
 
@@ -250,26 +246,27 @@ TEST(AVAudioSession, ClaimsAndReleasesTheOutputAndFailsWhereATestSaysSo) {
     const auto offline = std::make_shared<OfflineDevice>();
     setSharedOutputDevice(offline);
     AVAudioSession& session = AVAudioSession::sharedInstance();
-    using CategoryOptions = AVAudioSession::CategoryOptions;
-    using SetActiveOptions = AVAudioSession::SetActiveOptions;
-    EXPECT_FALSE(session.setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
-                                     CategoryOptions::None));
-    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
-    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
+    const auto activate = [&](bool active) {
+        return session.setActive(active, AVAudioSession::SetActiveOptions::None).has_value();
+    };
+    const auto setCategory = [&] {
+        return session
+            .setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
+                         AVAudioSession::CategoryOptions::None)
+            .has_value();
+    };
+    EXPECT_FALSE(setCategory() || activate(true) || activate(true));
     EXPECT_EQ(offline->claims(), 1);
-    EXPECT_FALSE(session.setActive(false, SetActiveOptions::None));
+    EXPECT_FALSE(activate(false));
     EXPECT_EQ(offline->claims(), 0);
     session.setFaults({.setCategory = [] { return Error("test", 1, "No category."); },
                        .setActive = [](bool active) -> std::optional<Error> {
                            if (active) return std::nullopt;
                            return Error("test", 2, "No way back.");
                        }});
-    EXPECT_TRUE(session.setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
-                                    CategoryOptions::None));
-    EXPECT_FALSE(session.setActive(true, SetActiveOptions::None));
-    EXPECT_TRUE(session.setActive(false, SetActiveOptions::None));
+    EXPECT_TRUE(setCategory() && !activate(true) && activate(false));
     session.setFaults({});
-    EXPECT_FALSE(session.setActive(false, SetActiveOptions::None));
+    EXPECT_FALSE(activate(false));
     EXPECT_EQ(offline->claims(), 0);
     setSharedOutputDevice(nullptr);
 }

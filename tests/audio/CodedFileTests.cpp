@@ -5,8 +5,6 @@
 #include "loops/encode/LoopEncoder.hpp"
 #include "tests/audio/audioFixture.hpp"
 
-#include <cmath>
-
 using namespace platform;
 using namespace tonewright::test;
 

@@ -5,11 +5,6 @@
 
 #include "tests/support/wavFile.hpp"
 
-#include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <numbers>
-
 namespace tonewright::test {
 
 using namespace platform;
@@ -104,7 +99,7 @@ void TestProcessor::process(const float* const* in, float* const* out, std::uint
                             std::int64_t sampleTime) noexcept {
     if (work) return work({in, out, frames, sampleTime});
     for (std::uint32_t c = 0; c < 2; ++c) {
-        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = 0.5F * in[c][i];
+        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = gain * in[c][i];
     }
 }
 

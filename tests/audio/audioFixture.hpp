@@ -10,15 +10,10 @@
 #include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/OfflineDevice.hpp"
-#include "tests/support/Scratch.hpp"
+#include "tests/support/testing.hpp"
 
-#include <atomic>
 #include <condition_variable>
-#include <functional>
-#include <gtest/gtest.h>
 #include <mutex>
-#include <string>
-#include <vector>
 
 namespace tonewright::test {
 
@@ -61,7 +56,8 @@ struct Block {
 /// A processor of stereo sound.
 class TestProcessor final : public platform::NodeProcessor {
   public:
-    std::function<void(const Block&)> work; // null: halve
+    std::function<void(const Block&)> work; // null: multiply by `gain`
+    float gain = 0.5F;
     std::atomic<double> rate{0};
     std::atomic<int> allocations{0};
     std::atomic<int> releases{0};

@@ -13,6 +13,7 @@ from screen import Screen, wait_until
 
 NAVIGATION = "navigationAction: "
 SITE = "https://tonewright.example/"
+MANUAL = "share/tonewright/manual.pdf"
 
 
 def below(pid: int) -> dict[int, str]:
@@ -42,12 +43,10 @@ class Help(unittest.TestCase):
         self.screen.focus(program.window)
         return program
 
-    def tree_with_manual(self, content: bytes | None) -> Tree:
+    def tree_without(self, file: str) -> Tree:
         tree = Tree()
         self.addCleanup(tree.remove)
-        (tree.loops() / "manual.pdf").unlink()
-        if content is not None:
-            (tree.loops() / "manual.pdf").write_bytes(content)
+        (tree.root / file).unlink()
         return tree
 
     def wait(self, condition, what: str) -> None:
@@ -97,39 +96,8 @@ class Help(unittest.TestCase):
         self.assertEqual(program.wait_end(), 0, program.errors())
         self.assertFalse(pathlib.Path("/.flatpak-info").exists())
 
-    def test_keys_reach_the_manual_at_once(self):
-        program = self.start()
-        self.show_manual(program)
-        width = program.window.get_geometry().width
-        toolbar = self.screen.picture(program.window, (0, 0, width // 4, 30))
-
-        def ground() -> int:  # the viewer's ground left of the page
-            row = self.screen.picture(program.window, (0, 300, width // 2, 1))[0]
-            return int(numpy.argmax(numpy.any(row != row[2], axis=1)[2:]))
-
-        before = ground()
-        self.screen.press_keys("Control_L", "minus")
-        self.wait(lambda: ground() > before + 20, "the page is as large as it was")
-        self.assertTrue(numpy.array_equal(self.screen.picture(program.window, (0, 0, width // 4, 30)), toolbar),
-                        "the toolbar changed with the page")
-
-    def test_killed_page_leaves_the_window_alive(self):
-        program = self.start()
-        main_screen = self.screen.picture(program.window)
-        self.show_manual(program)
-        page = self.screen.picture(program.window)
-        for process, name in below(program.process.pid).items():
-            if name.startswith("WebKitWebProc"):
-                os.kill(process, signal.SIGKILL)
-        self.wait(lambda: self.changed(program, page) > 0.3, "nothing is said of it")
-        self.screen.press_key("Escape")
-        self.wait_main_screen(program, main_screen)
-
     def test_missing_engine_is_told_in_its_place(self):
-        tree = Tree()
-        self.addCleanup(tree.remove)
-        (tree.root / "lib/tonewright/libtonewright-web.so").unlink()
-        program = self.start(tree)
+        program = self.start(self.tree_without("lib/tonewright/libtonewright-web.so"))
         main_screen = self.screen.picture(program.window)
         for _ in range(2):
             self.screen.press_keys("Alt_L", "h")
@@ -139,15 +107,17 @@ class Help(unittest.TestCase):
         self.assertEqual(program.errors().count("The web engine cannot be opened: "), 1)
 
     def test_missing_manual_is_fatal(self):
-        program = self.start(self.tree_with_manual(None))
+        program = self.start(self.tree_without(MANUAL))
         self.screen.press_keys("Alt_L", "h")
         self.assertEqual(program.wait_end(), -signal.SIGABRT)
         self.assertIn('The resource "manual.pdf" is missing.\n', program.errors())
         self.assertEqual(program.system_lines()[-1], "showHelp")
 
     def test_damaged_manual_is_no_fault_of_the_program(self):
-        for content in (b"", b"%PDF-1.7\n" + os.urandom(5000), b"no document at all"):
-            program = self.start(self.tree_with_manual(content))
+        for content in (b"", b"%PDF-1.7\n" + os.urandom(5000)):
+            tree = self.tree_without(MANUAL)
+            (tree.root / MANUAL).write_bytes(content)
+            program = self.start(tree)
             main_screen = self.screen.picture(program.window)
             first = len(program.lines)
             self.screen.press_keys("Alt_L", "h")

@@ -80,12 +80,7 @@ class LivePath:
             "ViewController: Loading the audio unit's interface...",
             READY])
 
-    def test_2_controls_are_named(self):
-        for name in ("Unit", "Play", "Info", "Help"):
-            for state in ("VISIBLE", "SENSITIVE"):
-                self.assertTrue(self.controls.has(self.controls.find("push button", name), state), f"{name}: {state}")
-
-    def test_3_unit_shows_and_hides_the_interface(self):
+    def test_2_unit_shows_and_hides_the_interface(self):
         self.screen.focus(self.window)
         hidden = self.screen.picture(self.window)
         side = hidden.shape[1] // 10  # an interface may open a window of its own in the middle; the edge is its own
@@ -120,7 +115,7 @@ class LivePath:
         wait_until(is_good, "the window never came to show what it should", PATIENCE)
         return pictures[-1]
 
-    def test_4_play_is_heard_and_told(self):
+    def test_3_play_is_heard_and_told(self):
         # On a busy machine the server loses a block now and then, so the sound is looked at in pieces, and a seam that
         # was lost is waited for again.
         for attempt in range(3):
@@ -176,7 +171,7 @@ class LivePath:
         time.sleep(0.5)  # the count leads the sound by up to 200 ms
         return pathlib.Path(path), recording.stop()
 
-    def test_5_midi_events_are_told(self):
+    def test_4_midi_events_are_told(self):
         def events() -> list[str]:
             return [line for line in self.program.lines if line.startswith(MIDI)]
 
@@ -194,7 +189,7 @@ class LivePath:
         for line in events():
             self.assertRegex(line, re.escape(MIDI) + r"\d+, data: \d{1,3}, \d{1,3}, \d{1,3}")
 
-    def test_6_stop_is_told_and_silent(self):
+    def test_5_stop_is_told_and_silent(self):
         first = len(self.program.lines)
         self.press("Stop")
         stopped = self.program.wait_for_text(STOPPED, after=first)
@@ -205,7 +200,7 @@ class LivePath:
         self.assertLess(sound.loudness(silence.stop()), -120)
         self.controls.wait_for("push button", "Play")
 
-    def test_7_space_plays_and_stops_from_inside_the_effect_and_closing_ends(self):
+    def test_6_space_plays_and_stops_from_inside_the_effect_and_closing_ends(self):
         outside = self.screen.x.get_input_focus().focus
 
         def has_keyboard() -> bool:

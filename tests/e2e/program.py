@@ -68,7 +68,7 @@ class Program:
     """The running program. Its lines are kept in order of arrival."""
 
     def __init__(self, tree: Tree | None = None, stdout=subprocess.PIPE, environment: dict[str, str] | None = None,
-                 path: pathlib.Path = BUILD / "bin" / "tonewright"):
+                 path: pathlib.Path = BUILD / "bin" / "tonewright", stdin=subprocess.DEVNULL):
         self.path = tree.program if tree else path
         self.lines: list[str] = []
         self._news = threading.Condition()
@@ -78,7 +78,7 @@ class Program:
         if tree and not (tree.root / "lib").exists():
             env["LV2_PATH"] = "/nonexistent"
         self._errors = tempfile.TemporaryFile()
-        self.process = subprocess.Popen([str(self.path)], stdin=subprocess.DEVNULL, stdout=stdout, stderr=self._errors,
+        self.process = subprocess.Popen([str(self.path)], stdin=stdin, stdout=stdout, stderr=self._errors,
                                         env=env)
         self._reader = None
         if stdout == subprocess.PIPE:

@@ -6,16 +6,13 @@
 
 #include "effect/dsp/Parameters.hpp"
 #include "effect/lv2/Ports.hpp"
+#include "tests/support/testing.hpp"
 
-#include <cstdlib>
 #include <dlfcn.h>
 #include <lv2/core/lv2.h>
 #include <lv2/urid/urid.h>
 
-#include <map>
-#include <memory>
 #include <stdexcept>
-#include <string>
 
 namespace tonewright::effect::test {
 

@@ -6,13 +6,7 @@
 
 #include "effect/dsp/Denormals.hpp"
 #include "effect/dsp/Processor.hpp"
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <numbers>
-#include <utility>
-#include <vector>
+#include "tests/support/testing.hpp"
 
 namespace tonewright::effect::test {
 
@@ -22,9 +16,7 @@ inline constexpr double Rate = 48000.;
 
 [[nodiscard]] inline ParameterValues changed(ParameterValues values,
                                              std::initializer_list<std::pair<Parameter, float>> changes) {
-    for (const auto& [parameter, value] : changes) {
-        values[index(parameter)] = value;
-    }
+    for (const auto& [parameter, value] : changes) values[index(parameter)] = value;
     return values;
 }
 
@@ -81,9 +73,7 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
     Rendered out{Signal(in.size()), Signal(in.size()), {}};
     MidiOutbox outbox;
     for (std::size_t at = 0; at < in.size(); at += block) {
-        if (before) {
-            before(processor, at);
-        }
+        if (before) before(processor, at);
         const std::size_t frames = std::min(block, in.size() - at);
         outbox.beginBlock(MidiOutbox::Capacity);
         processor.process(in.data() + at, in.data() + at, out.left.data() + at, out.right.data() + at,

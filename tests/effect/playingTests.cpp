@@ -5,8 +5,6 @@
 
 #include "Rendering.hpp"
 
-#include <gtest/gtest.h>
-
 namespace tonewright::effect::test {
 namespace {
 
@@ -62,9 +60,7 @@ TEST(Onsets, SendTheHeldNoteTheRootOrNothing) {
     const auto sent = [&in](float mode, const std::vector<Bytes>& messages) {
         Processor processor{Rate};
         processor.setParameters(changed(defaultValues(), {{P::MidiOut, mode}, {P::Note, 40.F}}));
-        for (const Bytes& message : messages) {
-            processor.midi(message);
-        }
+        for (const Bytes& message : messages) processor.midi(message);
         const auto on = notesOn(render(processor, in, 256));
         return on.empty() ? -1 : static_cast<int>(on[0].bytes[1]);
     };
@@ -119,9 +115,7 @@ TEST(Playing, ShapesTheSound) {
     const auto brightness = [&values](const std::vector<Bytes>& messages) {
         Processor processor{Rate};
         processor.setParameters(values);
-        for (const Bytes& message : messages) {
-            processor.midi(message);
-        }
+        for (const Bytes& message : messages) processor.midi(message);
         return decibels(rms(render(processor, sine(2000., 0.3F, 24000), 256).left, 12000, 24000));
     };
     const double plain = brightness({});

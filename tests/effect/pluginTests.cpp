@@ -9,7 +9,6 @@
 #include "effect/lv2/AtomSequence.hpp"
 #include "effect/lv2/DisplayMessage.hpp"
 
-#include <gtest/gtest.h>
 #include <lv2/midi/midi.h>
 #include <lv2/state/state.h>
 
@@ -84,9 +83,7 @@ class Stage {
         EXPECT_EQ(std::count(beyond, _notifyBuffer.end(), Mark), _notifyBuffer.end() - beyond)
             << "the plug-in wrote beyond its buffer";
         sent.clear();
-        if (notify->atom.type != urids(LV2_ATOM__Sequence)) {
-            return;
-        }
+        if (notify->atom.type != urids(LV2_ATOM__Sequence)) return;
         ASSERT_LE(notify->atom.size + sizeof(LV2_Atom), notifyCapacity);
         forEachEvent(*notify, [this](std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) {
             // The atom's head stands before its body.
@@ -102,9 +99,7 @@ class Stage {
     /// Runs blocks of silence; returns how many display frames came.
     std::size_t displayFramesIn(int blocks) {
         shownFrames.clear();
-        for (int i = 0; i < blocks; ++i) {
-            run();
-        }
+        for (int i = 0; i < blocks; ++i) run();
         return shownFrames.size();
     }
     Store save() {
@@ -123,9 +118,7 @@ class Stage {
                              std::uint32_t* type, std::uint32_t* flags) -> const void* {
             const auto& all = *static_cast<Store*>(handle);
             const auto found = all.find(key);
-            if (found == all.end()) {
-                return nullptr;
-            }
+            if (found == all.end()) return nullptr;
             *size = found->second.second.size();
             *type = found->second.first;
             *flags = LV2_STATE_IS_POD;
@@ -203,14 +196,12 @@ TEST(PluginMidi, ArrivesAtItsFrame) {
 
 TEST(PluginMidi, SurvivesBurstsAndNonsense) {
     Stage stage;
-    std::vector<TimedEvent> burst;
+    std::vector<TimedEvent> burst{stage.midi(100000, {0x90, 60, 1}), // after the block's end
+                                  stage.midi(0, {}), stage.midi(0, std::vector<std::uint8_t>(300, 0xF0))};
     for (int i = 0; i < 2000; ++i) {
         const auto data = static_cast<std::uint8_t>(i % 128);
         burst.push_back(stage.midi(i / 10, {static_cast<std::uint8_t>(0x80 + i % 0x70), data, data}));
     }
-    burst.push_back(stage.midi(250, {}));
-    burst.push_back(stage.midi(250, std::vector<std::uint8_t>(300, 0xF0)));
-    burst.push_back(stage.midi(100000, {0x90, 60, 1})); // after the block's end
     for (int i = 0; i < 25; ++i) {
         stage.left = noise(0.4F, 8192);
         stage.run(burst);
@@ -227,9 +218,7 @@ TEST(PluginMidi, SendsOnsetsAtFramesThatTheSoundDecides) {
             std::copy_n(in.begin() + at, block, stage.left.begin());
             stage.right = stage.left;
             stage.run(std::vector{stage.midi(block / 2, {0xB0, 1, 0})}, block); // which cuts the block
-            for (const TimedEvent& event : stage.sent) {
-                frames.push_back(at + event.frame);
-            }
+            for (const TimedEvent& event : stage.sent) frames.push_back(at + event.frame);
         }
         return frames;
     };
@@ -247,9 +236,7 @@ TEST(PluginMidi, NeverWritesBeyondASmallBuffer) {
             stage.left = stage.right = i % 10 == 0 ? noise(0.8F, 4096) : Signal(4096, 0.F);
             stage.run(std::vector{stage.displayRequest()}, 4096);
             for (const TimedEvent& event : stage.sent) {
-                if (event.type == stage.urids(LV2_MIDI__MidiEvent)) {
-                    balance += event.body[0] == 0x90 ? 1 : -1;
-                }
+                if (event.type == stage.urids(LV2_MIDI__MidiEvent)) balance += event.body[0] == 0x90 ? 1 : -1;
             }
             ASSERT_GE(balance, 0);
             ASSERT_LE(balance, 1);
@@ -288,28 +275,21 @@ TEST(PluginDisplay, TellsWhatIsHeard) {
 }
 
 TEST(PluginState, ComesBack) {
-    Stage played;
-    const std::vector<TimedEvent> chord{played.midi(0, {0x90, 57, 100}), played.midi(10, {0x90, 64, 100}),
-                                        played.midi(20, {0xB0, 1, 90}), played.midi(30, {0x80, 57, 0})};
-    played.run(chord);
+    Stage played, restored, fresh;
+    played.run(std::vector{played.midi(0, {0x90, 57, 100}), played.midi(10, {0x90, 64, 100}),
+                           played.midi(20, {0xB0, 1, 90}), played.midi(30, {0x80, 57, 0})});
     const Store store = played.save();
     EXPECT_EQ(store.size(), 2U);
-
-    Stage restored;
     restored.restore(store);
     EXPECT_EQ(restored.save(), store) << "before it ever ran";
     restored.activate();
     restored.run();
     EXPECT_EQ(restored.save(), store) << "after it ran";
-
     restored.restore({});
-    Stage fresh;
     EXPECT_EQ(restored.save(), fresh.save()) << "without a stored value the default holds";
-
+    restored.restore(store);
     Store damaged = store;
-    for (auto& [key, value] : damaged) {
-        value.second.resize(3);
-    }
+    for (auto& [key, value] : damaged) value.second.resize(3);
     restored.restore(damaged);
     EXPECT_EQ(restored.save(), fresh.save());
 }

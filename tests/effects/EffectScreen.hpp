@@ -11,8 +11,6 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gdk/x11/gdkx.h>
-#include <map>
-#include <optional>
 
 namespace platform::test {
 

@@ -8,17 +8,9 @@
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
+#include "tests/support/testing.hpp"
 
-#include <algorithm>
-#include <chrono>
-#include <cmath>
-#include <cstdlib>
-#include <functional>
-#include <gtest/gtest.h>
-#include <numbers>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace platform::test {
 

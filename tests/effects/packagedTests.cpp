@@ -5,8 +5,6 @@
 // state and shows its interface.
 #include "tests/effects/EffectScreen.hpp"
 
-#include <algorithm>
-
 using namespace platform;
 using namespace platform::test;
 

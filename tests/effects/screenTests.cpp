@@ -23,15 +23,31 @@ GtkWidget* find(GtkWidget* widget, bool (*predicate)(GtkWidget*)) {
     return found;
 }
 
-bool isEmbedded(UIViewController& controller) {
+GtkWidget* areaOf(UIViewController& controller) {
     return find(widgetOf(*controller.view()),
-                [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); }) != nullptr;
+                [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); });
 }
 
 // A fixture's screen in a window of 400 by 300.
 struct Opened {
     explicit Opened(const std::string& name)
         : unit(makeUnit("urn:tonewright:test:" + name)) {}
+    void waitDrawn() const {
+        EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
+    }
+    [[nodiscard]] bool hasKeyboard() const { return screen.focusedWindow() == screen.socket()->child; }
+    void takeKeyboard() const {
+        gtk_root_set_focus(gtk_widget_get_root(areaOf(*controller)), nullptr);
+        gtk_widget_grab_focus(areaOf(*controller));
+        EXPECT_TRUE(waitUntil([&] { return hasKeyboard(); }));
+    }
+    static void press(const std::string& keys) { ASSERT_EQ(std::system(("xdotool key " + keys).c_str()), 0); }
+    // The interface answers any key that it hears by a gain of 3.
+    [[nodiscard]] bool hears(const std::string& keys) const {
+        unit->setParameterValue(GainPort, 1);
+        press(keys);
+        return waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; });
+    }
     std::shared_ptr<AUAudioUnit> unit;
     std::shared_ptr<UIViewController> controller = requestScreen(*unit);
     EffectScreen screen{controller, 400, 300};
@@ -83,48 +99,29 @@ TEST_F(Interface, IsShownInThePanelAndFollowsIt) {
 
 TEST_F(Interface, HearsOfValuesAndSetsThem) {
     const Opened opened("gain");
-    const auto& unit = opened.unit;
-    const auto& screen = opened.screen;
-    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
-    unit->setParameterValue(GainPort, 0.5F);
-    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Blue] > 0; }));
-    unit->setParameterValue(GainPort, 0.25F); // which the interface answers by 0.75
-    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 0.75F; }));
+    opened.waitDrawn();
+    opened.unit->setParameterValue(GainPort, 0.5F);
+    EXPECT_TRUE(waitUntil([&] { return opened.screen.colours()[Blue] > 0; }));
+    opened.unit->setParameterValue(GainPort, 0.25F); // which the interface answers by 0.75
+    EXPECT_TRUE(waitUntil([&] { return opened.unit->parameterValue(GainPort) == 0.75F; }));
 }
 
 TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
     const Opened opened("gain");
-    const auto& unit = opened.unit;
-    const auto& controller = opened.controller;
-    const auto& screen = opened.screen;
-    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
-    GtkWidget* area = find(widgetOf(*controller->view()),
-                           [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); });
-    const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
-    screen.focusWindow();
-    EXPECT_FALSE(hasKeyboard());
+    opened.waitDrawn();
+    opened.screen.focusWindow();
+    EXPECT_FALSE(opened.hasKeyboard());
     for (int round = 0; round < 2; ++round) {
-        gtk_root_set_focus(gtk_widget_get_root(area), nullptr);
-        gtk_widget_grab_focus(area);
-        EXPECT_TRUE(waitUntil(hasKeyboard));
-        unit->setParameterValue(GainPort, 1);
-        ASSERT_EQ(std::system("xdotool key x"), 0);
-        EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
-        unit->setParameterValue(GainPort, 1);
-        ASSERT_EQ(std::system("xdotool key Escape"), 0);
-        EXPECT_TRUE(waitUntil([&] { return !hasKeyboard(); }));
-        EXPECT_TRUE(
-            waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; })); // it hears Escape as well
+        opened.takeKeyboard();
+        EXPECT_TRUE(opened.hears("x"));
+        EXPECT_TRUE(opened.hears("Escape"));
+        EXPECT_TRUE(waitUntil([&] { return !opened.hasKeyboard(); }));
     }
 }
 
 TEST_F(Interface, LeavesTheWindowsOwnKeysToTheWindow) {
     const Opened opened("gain");
-    const auto& unit = opened.unit;
-    const auto& screen = opened.screen;
-    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] > 0; }));
-    GtkWidget* area = find(widgetOf(*opened.controller->view()),
-                           [](GtkWidget* widget) -> bool { return GTK_IS_DRAWING_AREA(widget); });
+    opened.waitDrawn();
     int spaces = 0;
     GtkEventController* keys = gtk_event_controller_key_new();
     g_signal_connect(keys, "key-pressed",
@@ -133,29 +130,22 @@ TEST_F(Interface, LeavesTheWindowsOwnKeysToTheWindow) {
                          return FALSE;
                      }),
                      &spaces);
-    gtk_widget_add_controller(GTK_WIDGET(gtk_widget_get_root(area)), keys);
-    const auto hasKeyboard = [&] { return screen.focusedWindow() == screen.socket()->child; };
-    screen.focusWindow();
-    gtk_widget_grab_focus(area);
-    EXPECT_TRUE(waitUntil(hasKeyboard));
-    unit->setParameterValue(GainPort, 1);
+    gtk_widget_add_controller(GTK_WIDGET(gtk_widget_get_root(areaOf(*opened.controller))), keys);
+    opened.screen.focusWindow();
+    opened.takeKeyboard();
+    opened.unit->setParameterValue(GainPort, 1);
     for (int press = 1; press <= 2; ++press) {
-        ASSERT_EQ(std::system("xdotool key space"), 0);
+        Opened::press("space");
         EXPECT_TRUE(waitUntil([&] { return spaces == press; }));
-        EXPECT_TRUE(waitUntil(hasKeyboard)); // again, for the next key
+        EXPECT_TRUE(waitUntil([&] { return opened.hasKeyboard(); })); // again, for the next key
     }
-    EXPECT_EQ(unit->parameterValue(GainPort), 1.0F); // the interface did not hear of it
+    EXPECT_EQ(opened.unit->parameterValue(GainPort), 1.0F); // the interface did not hear of it
     // While text is being typed a space is part of it.
-    ASSERT_EQ(std::system("xdotool key x"), 0);
-    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
-    unit->setParameterValue(GainPort, 1);
-    ASSERT_EQ(std::system("xdotool key space"), 0);
-    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
+    EXPECT_TRUE(opened.hears("x"));
+    EXPECT_TRUE(opened.hears("space"));
     EXPECT_EQ(spaces, 2);
-    unit->setParameterValue(GainPort, 1); // nor does Alt with a letter that no button has go astray
-    ASSERT_EQ(std::system("xdotool key alt+q"), 0);
-    EXPECT_TRUE(waitUntil([&] { return unit->parameterValue(GainPort) == 3.0F; }));
-    EXPECT_TRUE(hasKeyboard());
+    EXPECT_TRUE(opened.hears("alt+q")); // nor does Alt with a letter that no button has go astray
+    EXPECT_TRUE(opened.hasKeyboard());
 }
 
 TEST_F(Interface, MayMakeItsWindowLateAndStillFillsThePanel) {
@@ -196,11 +186,11 @@ TEST_F(Interface, OnlyOneIsOpenAndTheNextIsPlain) {
     auto first = requestScreen(*unit);
     auto second = requestScreen(*unit);
     ASSERT_TRUE(first && second);
-    EXPECT_TRUE(isEmbedded(*first));
-    EXPECT_FALSE(isEmbedded(*second));
+    EXPECT_TRUE(areaOf(*first));
+    EXPECT_FALSE(areaOf(*second));
     first.reset();
     first = requestScreen(*unit);
-    EXPECT_TRUE(isEmbedded(*first));
+    EXPECT_TRUE(areaOf(*first));
 }
 
 TEST_F(Interface, OutlivesTheHostsReferences) {
@@ -231,7 +221,7 @@ TEST_F(Interface, ThatDemandsTheInstanceIsReplacedByThePlainOne) {
     const auto controller = requestScreen(*unit);
     EXPECT_NE(::testing::internal::GetCapturedStderr().find("instance-access"), std::string::npos);
     ASSERT_TRUE(controller);
-    EXPECT_FALSE(isEmbedded(*controller));
+    EXPECT_FALSE(areaOf(*controller));
     EXPECT_TRUE(find(widgetOf(*controller->view()), [](GtkWidget* widget) {
         return GTK_IS_LABEL(widget) &&
                std::string_view(gtk_label_get_text(GTK_LABEL(widget))).find("instance-access") !=

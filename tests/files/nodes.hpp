@@ -44,4 +44,25 @@ std::shared_ptr<Node> addNode(FileTree& tree, std::string_view subpath, std::uin
     return node;
 }
 
+// The nodes of a tree own each other in cycles; these take them apart so that leak checkers see the real
+// ones.
+inline void takeApart(const std::shared_ptr<File>& top) {
+    std::vector<std::shared_ptr<File>> left{top};
+    while (!left.empty()) {
+        const auto node = std::move(left.back());
+        left.pop_back();
+        if (!node) continue;
+        node->setParent(nullptr);
+        if (Folder* folder = node->asFolder()) {
+            for (auto& child : std::exchange(folder->children, {})) left.push_back(std::move(child));
+        }
+    }
+}
+
+inline void takeApart(FileTree& tree) {
+    takeApart(tree.root);
+    for (const auto& node : tree.filelist) takeApart(node);
+    tree.clearList();
+}
+
 } // namespace tonewright::test

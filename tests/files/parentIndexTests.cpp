@@ -3,11 +3,7 @@
 
 // Thousands of small trees beside the literal algorithm: a walk over the list from its end to its beginning.
 #include "tests/files/nodes.hpp"
-#include "tests/support/treeCycles.hpp"
-
-#include <gtest/gtest.h>
-#include <random>
-#include <set>
+#include "tests/support/testing.hpp"
 
 using namespace tonewright;
 

@@ -3,12 +3,7 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
-#include "tests/support/CapturedOutput.hpp"
-#include "tests/support/Scratch.hpp"
-
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <sstream>
+#include "tests/support/testing.hpp"
 
 using namespace tonewright;
 using Lines = std::vector<std::string>;
@@ -46,10 +41,8 @@ Lines divided(const std::string& text) {
 
 TEST(Report, NamesEveryPlaceInItsOrder) {
     const auto& bundle = platform::Bundle::main();
-    // A build without the application has none yet.
-    if (!bundle.resourcePath()) {
-        std::filesystem::create_directories(bundle.sharedSupportPath() + "/tonewright");
-    }
+    std::filesystem::create_directories(bundle.sharedSupportPath() +
+                                        "/tonewright"); // a build may have none yet
     const std::string resources = bundle.resourcePath().value();
     const auto subpaths = platform::FileManager::defaultManager().subpathsAtPath(resources).value();
     FileEnumerator enumerator;

@@ -4,11 +4,7 @@
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/TextWriter.hpp"
 #include "tests/files/nodes.hpp"
-#include "tests/support/CapturedOutput.hpp"
-#include "tests/support/treeCycles.hpp"
-
-#include <cstdlib>
-#include <gtest/gtest.h>
+#include "tests/support/testing.hpp"
 
 using namespace tonewright;
 
@@ -88,25 +84,25 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
         "2026-11-16 09:40:14 +0000, NSFileSize: 12345, NSFileSystemFileNumber: 11]";
     char address[64];
     std::snprintf(address, sizeof address, "Optional(<Folder: %p>)", static_cast<void*>(folder.get()));
-    const std::string item = "\t<item id=" + id;
     std::vector<std::string> expected = {
-        item + " filename='it's <kick> & more.wav' />",
-        item + " _remote='false' _expanded='false' _selected='false' _indent='1' />",
-        item + " uid=11 parent='" + address +
+        " filename='it's <kick> & more.wav' />",
+        " _remote='false' _expanded='false' _selected='false' _indent='1' />",
+        " uid=11 parent='" + std::string(address) +
             "' rootpath='/music' subpath='Drums/it's <kick> & more.wav' exists=true isDirectory=false "
             "isWritable=false isReadeble=false isExecutable=false isDeleteble=false attributes='" +
             attributes + "' />",
-        item + " label='uid' type='NSNumber' value='11' />",
-        item + " label='parent' type='Optional<File>' value='" + address + "' />",
-        item + " label='rootpath' type='String' value='/music' />",
-        item + " label='subpath' type='String' value='Drums/it's <kick> & more.wav' />",
-        item + " label='exists' type='Bool' value='true' />",
+        " label='uid' type='NSNumber' value='11' />",
+        " label='parent' type='Optional<File>' value='" + std::string(address) + "' />",
+        " label='rootpath' type='String' value='/music' />",
+        " label='subpath' type='String' value='Drums/it's <kick> & more.wav' />",
+        " label='exists' type='Bool' value='true' />",
     };
     for (const char* no : {"isDirectory", "isWritable", "isReadeble", "isExecutable", "isDeleteble"}) {
-        expected.push_back(item + " label='" + no + "' type='Bool' value='false' />");
+        expected.push_back(std::string(" label='") + no + "' type='Bool' value='false' />");
     }
-    expected.push_back(item + " label='attributes' type='Dictionary<FileAttributeKey, Any>' value='" +
-                       attributes + "' />");
+    expected.push_back(" label='attributes' type='Dictionary<FileAttributeKey, Any>' value='" + attributes +
+                       "' />");
+    for (auto& line : expected) line.insert(0, "	<item id=" + id);
     // The root's five lines, the folder's five, the file's fourteen, the other file's fourteen.
     ASSERT_EQ(lines.size(), 5U + 5U + 14U + 14U);
     EXPECT_EQ(std::vector<std::string>(lines.begin() + 10, lines.begin() + 24), expected);

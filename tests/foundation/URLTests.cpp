@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/foundation/URL.hpp"
-
-#include <gtest/gtest.h>
+#include "tests/support/testing.hpp"
 
 using platform::URL;
 

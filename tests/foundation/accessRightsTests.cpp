@@ -3,21 +3,15 @@
 
 // The computed access rights beside what the system answers.
 #include "platform/foundation/FileManager.hpp"
-#include "tests/support/Scratch.hpp"
 #include "tests/support/child.hpp"
 
-#include <fcntl.h>
 #include <linux/fs.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
 
 using namespace platform;
-using tonewright::test::CannotTry;
-using tonewright::test::holdsInChild;
-using tonewright::test::holdsInChildAs;
-using tonewright::test::Scratch;
+using namespace tonewright::test;
 
 namespace {
 
@@ -96,8 +90,7 @@ TEST(AccessRights, AccessControlListsCount) {
     const Scratch scratch;
     ::chmod(scratch.path().c_str(), 0755);
     for (const unsigned mode : {0640U, 0600U, 0644U, 0755U, 0770U, 0707U}) {
-        const std::string file = scratch.file("m" + std::to_string(mode));
-        ::chmod(file.c_str(), mode);
+        ::chmod(scratch.file("m" + std::to_string(mode)).c_str(), mode);
     }
     const std::string command = "setfacl -m u:12345:rwx '" + scratch.path() +
                                 "'/m* 2>/dev/null && setfacl -m g:12346:- '" + scratch.path() + "'/m493 '" +
@@ -143,11 +136,8 @@ TEST(AccessRights, AnImmutableFileIsNotWritable) {
     const bool works = ::ioctl(descriptor, FS_IOC_GETFLAGS, &flags) == 0 &&
                        ::ioctl(descriptor, FS_IOC_SETFLAGS, &(flags |= FS_IMMUTABLE_FL)) == 0;
     EXPECT_EQ(compare(scratch.path()), 1);
-    if (works) {
-        EXPECT_FALSE(FileManager::defaultManager().isWritableFileAtPath(file));
-        flags &= ~FS_IMMUTABLE_FL;
-        ::ioctl(descriptor, FS_IOC_SETFLAGS, &flags);
-    }
+    EXPECT_NE(FileManager::defaultManager().isWritableFileAtPath(file), works);
+    ::ioctl(descriptor, FS_IOC_SETFLAGS, &(flags &= ~FS_IMMUTABLE_FL));
     ::close(descriptor);
     if (!works) GTEST_SKIP() << "no such attribute here";
 }

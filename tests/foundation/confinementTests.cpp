@@ -3,16 +3,11 @@
 
 // What a process can still do after it has given up the rest; each case is a process of its own.
 #include "platform/foundation/detail/confinement.hpp"
-#include "tests/support/Scratch.hpp"
+#include "tests/support/testing.hpp"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/landlock.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <thread>
-#include <unistd.h>
 
 namespace {
 

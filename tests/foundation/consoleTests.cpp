@@ -4,17 +4,10 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 
-#include "tests/support/CapturedOutput.hpp"
 #include "tests/support/child.hpp"
 
-#include <cstdio>
-#include <fcntl.h>
-#include <thread>
-
 using namespace platform;
-using tonewright::test::CapturedOutput;
-using tonewright::test::holdsInChild;
-using Lines = std::vector<std::string>;
+using namespace tonewright::test;
 
 TEST(Console, OnlyOurLinesReachStandardOutput) {
     CapturedOutput output;

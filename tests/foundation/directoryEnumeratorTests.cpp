@@ -2,18 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/foundation/FileManager.hpp"
-#include "tests/support/Scratch.hpp"
 #include "tests/support/child.hpp"
 
-#include <algorithm>
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-
 using namespace platform;
-using tonewright::test::holdsInChild;
-using tonewright::test::Scratch;
+using namespace tonewright::test;
 
 namespace {
 
@@ -65,9 +57,7 @@ TEST(DirectoryEnumerator, GivesFoldersBeforeTheirContentsInByteOrder) {
 
 TEST(DirectoryEnumerator, OpensADirectoryOnlyWhenItsSuccessorIsAskedFor) {
     const Scratch scratch;
-    scratch.file("a/inside");
-    scratch.file("b/inside");
-    scratch.file("c");
+    for (const char* name : {"a/inside", "b/inside", "c"}) scratch.file(name);
     const auto enumerator = FileManager::defaultManager().enumeratorAtPath(scratch.path());
     EXPECT_EQ(enumerator->nextObject(), "a");
     std::filesystem::remove_all(scratch / "a");
@@ -78,10 +68,7 @@ TEST(DirectoryEnumerator, OpensADirectoryOnlyWhenItsSuccessorIsAskedFor) {
     std::filesystem::remove(scratch / "c");
     EXPECT_EQ(enumerator->nextObject(), "c");
     const FileFacts facts = enumerator->facts();
-    EXPECT_FALSE(facts.exists);
-    EXPECT_TRUE(facts.attributes.isEmpty());
-    ASSERT_TRUE(facts.error);
-    EXPECT_NE(facts.error->description().find(facts.error->localizedDescription()), std::string::npos);
+    EXPECT_TRUE(!facts.exists && facts.attributes.isEmpty() && facts.error);
     EXPECT_EQ(enumerator->nextObject(), std::nullopt);
     EXPECT_EQ(enumerator->nextObject(), std::nullopt);
 }

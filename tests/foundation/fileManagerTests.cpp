@@ -2,16 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/foundation/FileManager.hpp"
-#include "tests/support/Scratch.hpp"
 #include "tests/support/child.hpp"
 
-#include <cstdlib>
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/xattr.h>
@@ -32,10 +26,7 @@ extern "C" ssize_t getdents64(int directory, void* buffer, std::size_t size) {
 }
 
 using namespace platform;
-using tonewright::test::CannotTry;
-using tonewright::test::contentOf;
-using tonewright::test::holdsInChild;
-using tonewright::test::Scratch;
+using namespace tonewright::test;
 
 namespace fs = std::filesystem;
 
@@ -83,9 +74,6 @@ class Answers : public FileManagerDelegate {
     bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string& path,
                                          const std::string& to) override {
         return may(path + " > " + to);
-    }
-    bool fileManagerShouldCopyItemAtURL(FileManager&, const URL& url, const URL& to) override {
-        return may(url.path() + " > " + to.path());
     }
     bool fileManagerShouldMoveItemAtPath(FileManager&, const std::string& path, const std::string&) override {
         return may(path);
@@ -143,25 +131,10 @@ TEST(FileManager, AttributesDoNotFollowALinkTheQuestionsDo) {
               (Date{status.st_mtim.tv_sec, static_cast<std::uint32_t>(status.st_mtim.tv_nsec)}));
 }
 
-TEST(FileManager, DatesFarAwayKeepTheirNanoseconds) {
-    const Scratch scratch;
-    const std::string file = scratch.file("old");
-    for (const long seconds : {-2'000'000'000L, -1L, 4'000'000'000L, 14'000'000'000L}) {
-        const timespec times[2] = {{0, UTIME_OMIT}, {seconds, 123'456'789}};
-        ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
-        struct stat status {};
-        ::stat(file.c_str(), &status);
-        if (status.st_mtim.tv_sec != seconds) continue; // beyond what this file system keeps
-        EXPECT_EQ(FileManager().attributesOfItemAtPath(file).value().modificationDate(),
-                  (Date{seconds, 123'456'789}));
-    }
-}
-
 TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
     const Scratch scratch;
     scratch.file("outside/kept");
     scratch.file("tree/a/b/c");
-    scratch.file("tree/name\nwith'quotes");
     (void)::symlink("../outside", (scratch / "tree/link").c_str());
     (void)::symlink((scratch / "outside").c_str(), (scratch / "tree/a/absolute").c_str());
     (void)::mkfifo((scratch / "tree/fifo").c_str(), 0600);
@@ -173,12 +146,11 @@ TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
     EXPECT_FALSE(fs::exists(scratch / "tree"));
     EXPECT_TRUE(fs::exists(scratch / "outside/kept"));
 
-    const auto error = manager.removeItemAtPath(scratch / "no\nsuch");
+    const auto error = manager.removeItemAtPath(scratch / "no\nsuch\x1b");
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->localizedDescription(),
-              "The file 'no\\nsuch' couldn't be removed (No such file or directory).");
-    EXPECT_EQ(Error("Sound", 1, "a\nb\x1b").description(), "Error Domain=Sound Code=1 \"a\\nb\\x1B\"");
     EXPECT_EQ(error->description(), "Error Domain=POSIX Code=2 \"" + error->localizedDescription() + "\"");
+    EXPECT_EQ(error->localizedDescription(),
+              "The file 'no\\nsuch\\x1B' couldn't be removed (No such file or directory).");
     for (const char* bad : {"/", ".", "..", ""}) EXPECT_TRUE(manager.removeItemAtPath(bad)) << bad;
     EXPECT_TRUE(manager.removeItemAtURL(*URL::fromString("http://example/")));
 }
@@ -217,9 +189,7 @@ TEST(FileManager, AsksItsDelegateAboutEveryItem) {
     EXPECT_FALSE(fs::exists(scratch / "tree/b"));
 
     answers.asked.clear();
-    EXPECT_EQ(
-        manager.copyItemAtURL(URL::fileURLWithPath(scratch / "tree"), URL::fileURLWithPath(scratch / "copy")),
-        std::nullopt);
+    EXPECT_EQ(manager.copyItemAtPath(scratch / "tree", scratch / "copy"), std::nullopt);
     EXPECT_EQ(answers.asked.size(), 3U);
     EXPECT_EQ(answers.asked[1], (scratch / "tree/a") + " > " + (scratch / "copy/a"));
     EXPECT_TRUE(fs::is_directory(scratch / "copy/a"));
@@ -383,20 +353,6 @@ TEST(FileManager, ADirectoryThatFailsWhileItIsReadIsAnError) {
     });
     fs::rename(scratch / "tree/damaged", scratch / "tree/whole"); // all of them are still there
     EXPECT_EQ(manager.contentsOfDirectoryAtPath(scratch / "tree/whole").value().size(), 100U);
-}
-
-TEST(FileManager, MakesTheSharedFolderWhereItMay) {
-    const Scratch scratch;
-    ::setenv("XDG_DATA_HOME", (scratch / "data").c_str(), 1);
-    const auto container = FileManager().containerURLForSecurityApplicationGroupIdentifier("group.test");
-    ::unsetenv("XDG_DATA_HOME");
-    ASSERT_TRUE(container);
-    EXPECT_EQ(container->path(), scratch / "data/group.test");
-    EXPECT_TRUE(fs::is_directory(container->path()));
-    holdsInChild([] {
-        ::setenv("HOME", "/", 1);
-        EXPECT_FALSE(FileManager().containerURLForSecurityApplicationGroupIdentifier("group.test"));
-    });
 }
 
 TEST(FileManager, SaysWhyItCannotList) {

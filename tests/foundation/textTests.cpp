@@ -3,11 +3,7 @@
 
 #include "platform/foundation/checked.hpp"
 #include "platform/foundation/random.hpp"
-
-#include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
-#include <set>
+#include "tests/support/testing.hpp"
 
 using namespace platform;
 

@@ -3,11 +3,7 @@
 
 // Passes the kept inputs, and many made at random, through a fuzz target.
 #include "tests/fuzz/fuzz.hpp"
-#include "tests/support/CapturedOutput.hpp"
-#include "tests/support/Scratch.hpp"
-
-#include <gtest/gtest.h>
-#include <random>
+#include "tests/support/testing.hpp"
 
 TEST(Fuzz, KeptAndRandomInputs) {
     const tonewright::test::CapturedOutput output;

@@ -8,16 +8,13 @@
 #include "platform/network/ChunkedBody.private.hpp"
 #include "platform/network/GzipContent.private.hpp"
 
-#include <cstdlib>
 #include <string>
 
 namespace {
 
 struct Result {
-    std::string content;
-    std::string unpacked;
-    bool isWhole = false;
-    bool isUnpackedWhole = false;
+    std::string content, unpacked;
+    bool isWhole = false, isUnpackedWhole = false;
     friend bool operator==(const Result&, const Result&) = default;
 };
 
@@ -39,7 +36,7 @@ Result takeApart(std::span<const std::byte> input, std::size_t pieceLength) {
                 isDamaged || packed.unpack(content, [&](auto bytes) { return note(result.unpacked, bytes); });
         }
         if (body.isWhole() || body.isBroken()) break;
-        if (!piece.empty()) std::abort(); // everything is taken
+        require(piece.empty()); // everything is taken
     }
     result.isWhole = body.isWhole();
     result.isUnpackedWhole = !isDamaged && packed.isWhole();
@@ -52,5 +49,5 @@ Result takeApart(std::span<const std::byte> input, std::size_t pieceLength) {
 void fuzzOne(std::string_view input) {
     const auto bytes = std::as_bytes(std::span(input));
     const Result whole = takeApart(bytes, std::max<std::size_t>(1, bytes.size()));
-    if (takeApart(bytes, 1) != whole || takeApart(bytes, 7) != whole) std::abort();
+    require(takeApart(bytes, 1) == whole && takeApart(bytes, 7) == whole);
 }

@@ -6,18 +6,13 @@
 
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/FileTree.hpp"
-#include "tests/support/treeCycles.hpp"
+#include "tests/files/nodes.hpp"
 
-#include <cstdlib>
 #include <cstring>
 
 using namespace tonewright;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 // A leading "/" is a component of its own.
 std::int64_t componentCount(std::string_view path) {
@@ -47,13 +42,8 @@ std::shared_ptr<File> nodeFrom(std::string_view piece) {
     require(node->subpath() == piece);
     require(node->_indent() == componentCount(piece) - 1);
     if ((flags & 8U) != 0) {
-        using platform::FileAttributeKey;
-        platform::FileAttributes attributes;
-        attributes.setValue(FileAttributeKey::NSFileSystemFileNumber, platform::NSNumber(number));
-        attributes.setValue(FileAttributeKey::NSFileSize, platform::NSNumber(number));
-        attributes.setValue(FileAttributeKey::NSFileCreationDate, platform::Date{number, 0});
-        attributes.setValue(FileAttributeKey::NSFileModificationDate,
-                            platform::Date{~number / 3, 999'999'999});
+        auto attributes = test::attributesOf(static_cast<std::uint64_t>(number), number);
+        attributes.setValue(platform::FileAttributeKey::NSFileCreationDate, platform::Date{number, 0});
         node->setAttributes(attributes);
     }
     return node;
@@ -85,11 +75,7 @@ void fuzzOne(std::string_view input) {
         require(list.size() >= tree.filelist.size());
         tree.dumpout();
     }
-    for (const auto& node : tree.filelist) {
-        const std::string uid = node->getSystemFileNumberFormatted();
-        tree.makeExpandedPath(uid);
-        break;
-    }
+    if (!tree.filelist.empty()) tree.makeExpandedPath(tree.filelist[0]->getSystemFileNumberFormatted());
     test::takeApart(tree);
     for (const auto& node : listed) test::takeApart(node);
 }

@@ -7,16 +7,6 @@
 #include "platform/foundation/URL.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
 
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-} // namespace
-
 void fuzzOne(std::string_view input) {
     using platform::URL;
     if (const auto url = URL::fromString(input)) {

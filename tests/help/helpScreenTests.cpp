@@ -4,12 +4,8 @@
 // The help screen on a real window, with the real engine: what it shows, tells, allows and refuses.
 #include "shared/HelpViewController/HelpViewController.hpp"
 
-#include "tests/support/CapturedOutput.hpp"
-#include "tests/support/Scratch.hpp"
 #include "tests/web/webFixture.hpp"
 
-#include <cstdio>
-#include <sstream>
 #include <webkit/webkit.h>
 
 namespace tonewright {
@@ -28,7 +24,7 @@ using platform::testing::page;
 using platform::testing::PageServer;
 using platform::testing::titleOf;
 using platform::testing::waitFor;
-using Lines = std::vector<std::string>;
+using test::Lines;
 
 class HelpScreenTest : public platform::testing::ToolkitTest {
   protected:

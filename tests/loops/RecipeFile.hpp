@@ -1,21 +1,47 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The recipes in the source tree. For tests.
+// Recipes for tests, from a text or from the tree.
 #pragma once
 
-#include "loops/synth/Recipe.hpp"
+#include "loops/synth/RecipeParser.hpp"
 #include "loops/synth/SoundLibrary.hpp"
+#include "tests/support/testing.hpp"
 
 namespace tonewright::loops {
 
-/// Reads recipe `number`, 1 to 80; a fault fails the running test and gives an empty recipe.
-[[nodiscard]] Recipe recipeNumber(int number);
+/// Returns a file of the recipes' folder.
+inline std::string recipeText(const std::string& name) {
+    const char* tree = std::getenv("TONEWRIGHT_SOURCE_DIR");
+    const std::string file = std::string(tree == nullptr ? "." : tree) + "/loops/recipes/" + name;
+    EXPECT_TRUE(std::filesystem::exists(file)) << file;
+    return test::contentOf(file);
+}
 
-/// Returns the instruments and kits in the source tree.
-[[nodiscard]] const SoundLibrary& soundsOfTheTree();
+inline const SoundLibrary& soundsOfTheTree() {
+    static const SoundLibrary Sounds = [] {
+        SoundLibrary sounds;
+        for (const char* name : {"instruments.sounds", "kits.sounds"}) {
+            const auto fault = sounds.read(recipeText(name));
+            EXPECT_FALSE(fault) << name << ":" << fault->line << ": " << fault->message;
+        }
+        return sounds;
+    }();
+    return Sounds;
+}
 
-/// Reads a recipe from text; a fault fails the running test.
-[[nodiscard]] Recipe recipeOf(std::string_view text);
+/// Returns the recipe that `text` describes; a text with a fault fails the test.
+inline Recipe recipeOf(std::string_view text) {
+    std::variant<Recipe, LineFault> read = parseRecipe(text, soundsOfTheTree());
+    if (const auto* fault = std::get_if<LineFault>(&read)) {
+        ADD_FAILURE() << "line " << fault->line << ": " << fault->message;
+        return {};
+    }
+    return std::get<Recipe>(std::move(read));
+}
+
+inline Recipe recipeNumber(int number) {
+    return recipeOf(recipeText(std::to_string(number) + ".loop"));
+}
 
 } // namespace tonewright::loops

@@ -1,66 +1,140 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Servers on loopback: a real HTTP server, and one that misbehaves as a test says. Each runs on a thread of
-// its own and ends with its object.
+// Servers on loopback. Each runs on a thread of its own, takes one connection after the other and ends with
+// its object.
 #pragma once
 
-#include <functional>
-#include <glib.h>
-#include <string>
-#include <thread>
+#include "tests/support/testing.hpp"
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
 
 namespace tonewright::test {
 
-/// A real HTTP server (libsoup's). It answers:
+/// Writes all of `text` to a connection.
+inline void sendAll(int connection, const std::string& text) {
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t sent = ::send(connection, text.data() + done, text.size() - done, MSG_NOSIGNAL);
+        if (sent <= 0) return;
+        done += static_cast<std::size_t>(sent);
+    }
+}
+
+/// Waits until the other side closes the connection.
+inline void waitForClose(int connection) {
+    char byte = 0;
+    while (::recv(connection, &byte, 1, 0) > 0) {
+    }
+}
+
+/// Reads each connection's request and leaves the rest to `answer`; a request that is no text is left as it
+/// is.
+class BadServer {
+  public:
+    using Answer = std::function<void(int connection, const std::string& path)>;
+    explicit BadServer(Answer answer)
+        : _answer(std::move(answer)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* place = reinterpret_cast<sockaddr*>(&address);
+        if (::bind(_listener, place, size) != 0 || ::listen(_listener, 8) != 0 ||
+            ::getsockname(_listener, place, &size) != 0) {
+            std::abort();
+        }
+        _base = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+        _thread = std::thread([this] { run(); });
+    }
+    ~BadServer() {
+        ::shutdown(_listener, SHUT_RDWR);
+        _thread.join();
+        ::close(_listener);
+    }
+    BadServer(const BadServer&) = delete;
+    BadServer& operator=(const BadServer&) = delete;
+
+    [[nodiscard]] std::string url(const std::string& path = "/") const { return _base + path; }
+
+  private:
+    void run() {
+        for (int connection = 0; (connection = ::accept4(_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
+            std::string request;
+            char byte = 0;
+            if (::recv(connection, &byte, 1, MSG_PEEK) == 1) {
+                while (std::isalpha(byte) != 0 || !request.empty()) {
+                    if (request.ends_with("\r\n\r\n") || ::recv(connection, &byte, 1, 0) != 1) break;
+                    request += byte;
+                }
+                const std::size_t path = request.find(' ') + 1;
+                _answer(connection, request.substr(path, request.find(' ', path) - path));
+            }
+            ::close(connection);
+        }
+    }
+
+    Answer _answer;
+    int _listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    std::string _base;
+    std::thread _thread;
+};
+
+/// Answers as servers do:
 ///   /text          200, "hello"                     /status/NNN    that status, "status NNN"
 ///   /bytes/N       200, N bytes in pieces, announced /chunked/N     the same, not announced
 ///   /loop          a redirect to itself              /redirect/N    N hops, then /text
 ///   /file          a redirect to a file URL          /empty         200, nothing
-class HTTPServer {
+class HTTPServer : public BadServer {
   public:
-    /// Begins to listen; with `certificate`, the path of a PEM file, over TLS.
-    explicit HTTPServer(const std::string& certificate = "");
-    ~HTTPServer();
-    HTTPServer(const HTTPServer&) = delete;
-    HTTPServer& operator=(const HTTPServer&) = delete;
+    HTTPServer()
+        : BadServer(reply) {}
 
-    /// Returns the URL of `path` on this server.
-    [[nodiscard]] std::string url(const std::string& path) const { return _base + path; }
-    /// Returns the byte that stands at `position` of the bytes that it sends.
+    /// Returns the byte at `position` of the bytes that it sends.
     [[nodiscard]] static char byteAt(std::size_t position) {
         return static_cast<char>('a' + position * 7 % 26 + position / 65536 % 2);
     }
 
   private:
-    GMainContext* _context;
-    GMainLoop* _loop;
-    std::string _base;
-    std::thread _thread;
+    static void reply(int connection, const std::string& path) {
+        const std::size_t number =
+            std::strtoul(path.c_str() + std::min(path.size(), path.find('/', 1)) + 1, nullptr, 10);
+        const auto say = [&](const std::string& status, const std::string& headers, const std::string& body) {
+            sendAll(connection,
+                    "HTTP/1.1 " + status + " As Said\r\nConnection: close\r\n" + headers + "\r\n" + body);
+        };
+        const auto sayText = [&](const std::string& status, const std::string& body) {
+            say(status, "Content-Length: " + std::to_string(body.size()) + "\r\n", body);
+        };
+        const auto redirect = [&](const std::string& place) {
+            say("302", "Location: " + place + "\r\n", "");
+        };
+        if (path == "/text") return sayText("200", "hello");
+        if (path == "/empty") return sayText("200", "");
+        if (path.starts_with("/status/")) return sayText(path.substr(8), "status " + path.substr(8));
+        if (path == "/loop") return redirect("/loop");
+        if (path == "/file") return redirect("file:///etc/passwd");
+        if (path.starts_with("/redirect/")) {
+            return redirect(number > 1 ? "/redirect/" + std::to_string(number - 1) : "/text");
+        }
+        const bool isAnnounced = path.starts_with("/bytes/");
+        say("200",
+            isAnnounced ? "Content-Length: " + std::to_string(number) + "\r\n"
+                        : "Transfer-Encoding: chunked\r\n",
+            "");
+        for (std::size_t at = 0; at < number; at += 65536) {
+            std::string piece(std::min<std::size_t>(65536, number - at), '\0');
+            for (std::size_t i = 0; i < piece.size(); ++i) piece[i] = byteAt(at + i);
+            if (isAnnounced) {
+                sendAll(connection, piece);
+            } else {
+                std::ostringstream chunk;
+                chunk << std::hex << piece.size() << "\r\n" << piece << "\r\n";
+                sendAll(connection, chunk.str());
+            }
+        }
+        if (!isAnnounced) sendAll(connection, "0\r\n\r\n");
+    }
 };
-
-/// Accepts connections, reads each one's request, and leaves the rest to `answer`.
-class BadServer {
-  public:
-    explicit BadServer(std::function<void(int connection)> answer);
-    ~BadServer();
-    BadServer(const BadServer&) = delete;
-    BadServer& operator=(const BadServer&) = delete;
-
-    [[nodiscard]] std::string url() const { return "http://127.0.0.1:" + std::to_string(_port) + "/"; }
-
-  private:
-    void run();
-
-    std::function<void(int)> _answer;
-    int _listener = -1;
-    int _port = 0;
-    std::thread _thread;
-};
-
-/// Writes all of `text` to a connection.
-void sendAll(int connection, const std::string& text);
-/// Waits until the other side closes the connection.
-void waitForClose(int connection);
 
 } // namespace tonewright::test

@@ -6,11 +6,7 @@
 #include "platform/foundation/URL.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
 #include "tests/network/Servers.hpp"
-#include "tests/support/CapturedOutput.hpp"
-#include "tests/support/Scratch.hpp"
-
-#include <atomic>
-#include <gtest/gtest.h>
+#include "tests/support/testing.hpp"
 
 using namespace tonewright;
 using platform::URL;
@@ -77,7 +73,7 @@ TEST_F(Download, ReplacesAFileAndSaysEveryStep) {
 }
 
 TEST_F(Download, FailuresAreOneLineEach) {
-    test::BadServer cut([](int connection) {
+    test::BadServer cut([](int connection, auto&) {
         test::sendAll(connection, "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\npart");
     });
     Lines lines = download(cut.url());

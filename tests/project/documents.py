@@ -151,11 +151,6 @@ class Manual(unittest.TestCase):
         self.assertEqual(found, {"/H1": len(self.page.all("h1")), "/H2": len(self.page.all("h2")),
                                  "/Figure": [one.get("alt") or one["aria-label"] for one in shown]})
 
-    def test_setting_it_again_gives_the_same_file(self):
-        again = BUILD / "documents-again.pdf"
-        tool("/usr/bin/python3", SOURCE / "resources/manual/typeset.py", SOURCE / MANUAL, again)
-        self.assertTrue(again.read_bytes() == self.pdf.read_bytes(), "the sources give another file than before")
-
 
 class Pages(unittest.TestCase):
     def test_are_well_formed_and_accessible_and_lead_somewhere(self):

@@ -95,7 +95,7 @@ class DesktopFiles(unittest.TestCase):
         for pattern, *command in (("*.desktop", "desktop-file-validate"),
                                   ("*.metainfo.xml", "appstreamcli", "validate", "--no-net", "--explain"),
                                   ("*.1", "mandoc", "-T", "lint", "-W", "warning")):
-            names = fnmatch.filter(files(), f"resources/desktop/{pattern}")
+            names = fnmatch.filter(files(), f"*/{pattern}")
             self.assertTrue(names, pattern)
             for name in names:
                 result = subprocess.run([*command, name], cwd=SOURCE, capture_output=True, text=True)

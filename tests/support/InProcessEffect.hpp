@@ -4,41 +4,39 @@
 // An effect that lives in the test: it scales the sound and remembers what its host does to it.
 #pragma once
 
+#include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AUAudioUnit.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
-#include "platform/effects/ComponentProvider.hpp"
-
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
+#include "platform/effects/AVAudioUnitComponentManager.hpp"
+#include "tests/audio/audioFixture.hpp"
 
 namespace tonewright::test {
 
 class InProcessEffect final : public platform::AUAudioUnit {
   public:
-    struct Settings {
-        float gain = 0.5F;
-        std::vector<std::string> midiOutputs;
-    };
-    explicit InProcessEffect(Settings settings);
+    explicit InProcessEffect(float gain = 0.5F, Lines midiOutputs = {})
+        : _midiOutputs(std::move(midiOutputs)) {
+        _processor->gain = gain;
+    }
 
-    /// Returns what `setMIDIOutputEventBlock` installed; empty when it was not called.
-    [[nodiscard]] const platform::MIDIOutputEventBlock& midiBlock() const { return _midiBlock; }
+    /// What `setMIDIOutputEventBlock` installed; empty when it was not called.
+    platform::MIDIOutputEventBlock midiBlock;
     /// Answers the request for the interface, instead of "none".
-    std::function<void(std::function<void(std::shared_ptr<platform::UIViewController>)>)> onViewRequest;
+    using Answer = std::function<void(std::shared_ptr<platform::UIViewController>)>;
+    std::function<void(Answer)> onViewRequest = [](Answer answer) {
+        platform::DispatchQueue::main().async([answer = std::move(answer)] { answer(nullptr); });
+    };
 
     std::shared_ptr<platform::NodeProcessor> processor() override { return _processor; }
     std::string contextName() const override { return _contextName; }
     void setContextName(std::string name) override { _contextName = std::move(name); }
-    std::optional<std::vector<platform::AUAudioUnitPreset>> factoryPresets() const override;
-    std::optional<platform::AUAudioUnitPreset> currentPreset() const override { return _preset; }
-    void setCurrentPreset(const std::optional<platform::AUAudioUnitPreset>& preset) override {
-        _preset = preset;
-    }
-    std::vector<std::string> MIDIOutputNames() const override { return _settings.midiOutputs; }
+    std::optional<std::vector<platform::AUAudioUnitPreset>> factoryPresets() const override { return {}; }
+    std::optional<platform::AUAudioUnitPreset> currentPreset() const override { return {}; }
+    void setCurrentPreset(const std::optional<platform::AUAudioUnitPreset>&) override {}
+    std::vector<std::string> MIDIOutputNames() const override { return _midiOutputs; }
     void setMIDIOutputEventBlock(platform::MIDIOutputEventBlock block) override {
-        _midiBlock = std::move(block);
+        midiBlock = std::move(block);
     }
     bool sendMIDIEvent(std::span<const std::uint8_t>) override { return false; }
     std::vector<platform::AUParameter> parameters() const override { return {}; }
@@ -46,18 +44,13 @@ class InProcessEffect final : public platform::AUAudioUnit {
     void setParameterValue(std::uint32_t, float) override {}
     std::uint32_t latencyFrames() const override { return 0; }
     std::vector<std::uint8_t> fullState() const override { return {}; }
-    std::optional<platform::Error> setFullState(std::span<const std::uint8_t>) override {
-        return std::nullopt;
-    }
-    void requestViewController(
-        std::function<void(std::shared_ptr<platform::UIViewController>)> completion) override;
+    std::optional<platform::Error> setFullState(std::span<const std::uint8_t>) override { return {}; }
+    void requestViewController(Answer completion) override { onViewRequest(std::move(completion)); }
 
   private:
-    const Settings _settings;
-    const std::shared_ptr<platform::NodeProcessor> _processor;
+    const Lines _midiOutputs;
+    const std::shared_ptr<TestProcessor> _processor = std::make_shared<TestProcessor>();
     std::string _contextName;
-    std::optional<platform::AUAudioUnitPreset> _preset;
-    platform::MIDIOutputEventBlock _midiBlock;
 };
 
 /// A provider of such effects, in the order given.
@@ -69,19 +62,45 @@ class InProcessProvider final : public platform::ComponentProvider {
     };
     explicit InProcessProvider(std::vector<Entry> entries = {})
         : _entries(std::move(entries)) {}
+    static void install(std::shared_ptr<ComponentProvider> provider) {
+        platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
+            std::move(provider));
+    }
 
     std::vector<platform::ComponentRecord>
-    componentsMatching(const platform::AudioComponentDescription& wanted) override;
+    componentsMatching(const platform::AudioComponentDescription& wanted) override {
+        std::vector<platform::ComponentRecord> found;
+        for (const auto& entry : _entries) {
+            if (matches(entry.record.description, wanted)) found.push_back(entry.record);
+        }
+        return found;
+    }
     platform::Result<std::shared_ptr<platform::AUAudioUnit>>
-    instantiate(const platform::ComponentRecord& record) override;
+    instantiate(const platform::ComponentRecord& record) override {
+        instantiated.push_back(record.identifier);
+        for (const auto& entry : _entries) {
+            if (entry.record.identifier == record.identifier && entry.unit) return entry.unit;
+        }
+        return platform::Error("Test", 1, "The effect could not be made.");
+    }
 
-    std::vector<std::string> instantiated; // identifiers; read it after the completion came
+    Lines instantiated; // identifiers; read it after the completion came
 
   private:
     std::vector<Entry> _entries;
 };
 
 /// Makes `effect` the only one that is found, and instantiates it; null after twenty seconds.
-[[nodiscard]] std::shared_ptr<platform::AVAudioUnit> makeUnit(const std::shared_ptr<InProcessEffect>& effect);
+[[nodiscard]] inline std::shared_ptr<platform::AVAudioUnit>
+makeUnit(const std::shared_ptr<InProcessEffect>& effect) {
+    const platform::AudioComponentDescription description{.componentType = platform::fourCharCode("aumf")};
+    InProcessProvider::install(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
+        {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
+    std::shared_ptr<platform::AVAudioUnit> made;
+    platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
+                                       [&](const auto& unit, const auto&) { made = unit; });
+    platform::RunLoop::current().runUntil([&] { return made != nullptr; }, 20);
+    return made;
+}
 
 } // namespace tonewright::test

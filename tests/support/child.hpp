@@ -4,12 +4,10 @@
 // Code that runs in a process of its own: as another user, with other limits, in other mounts.
 #pragma once
 
-#include <functional>
+#include "tests/support/testing.hpp"
+
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
-#include <vector>
 
 namespace tonewright::test {
 

@@ -8,11 +8,6 @@
 #include "platform/ui/toolkit/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
-#include <array>
-#include <chrono>
-#include <cmath>
-#include <vector>
-
 namespace platform {
 namespace {
 

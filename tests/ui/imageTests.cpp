@@ -3,14 +3,8 @@
 
 // Decoding without a display: every kind of picture, and every kind of bytes that are none or would hurt.
 #include "platform/ui/detail/imageTexture.hpp"
-#include "tests/support/Scratch.hpp"
+#include "tests/support/testing.hpp"
 #include "tests/ui/pictures.hpp"
-
-#include <chrono>
-#include <gtest/gtest.h>
-#include <map>
-#include <sys/resource.h>
-#include <thread>
 
 namespace {
 
@@ -48,7 +42,7 @@ TEST(Image, AVectorImageIsDrawnOutsideThisProcess) {
 
 TEST(Image, KnowsWhatServersHave) {
     for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"}) {
-        const auto image = decode(encoded(Picture(32, 16), format));
+        const auto image = decode(encoded(Picture{32, 16}, format));
         ASSERT_TRUE(image) << format;
         EXPECT_EQ(image->size(), (CGSize{32, 16})) << format;
         const std::uint32_t pixel = firstPixel(*image);
@@ -59,18 +53,14 @@ TEST(Image, KnowsWhatServersHave) {
     }
     EXPECT_EQ(sizeOf(gif(1, 1, 1, 1)), (CGSize{1, 1}));
     EXPECT_EQ(sizeOf(packedBmp(4, 2)), (CGSize{4, 2}));
-    EXPECT_EQ(sizeOf(icon(encoded(Picture(256, 128), "png"), 256, 128)), (CGSize{256, 128}));
+    EXPECT_EQ(sizeOf(icon(encoded(Picture{256, 128}, "png"), 256, 128)), (CGSize{256, 128}));
     // A picture taken with the camera on its side stands upright.
-    EXPECT_EQ(sizeOf(withOrientation(encoded(Picture(32, 16), "jpeg"), 6)), (CGSize{16, 32}));
+    EXPECT_EQ(sizeOf(withOrientation(encoded(Picture{32, 16}, "jpeg"), 6)), (CGSize{16, 32}));
 }
 
 TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
-    struct Case {
-        const char* name;
-        std::string data;
-    };
-    const std::string jpeg = encoded(Picture(32, 16), "jpeg");
-    const std::vector<Case> cases = {
+    const std::string jpeg = encoded(Picture{32, 16}, "jpeg");
+    const std::map<const char*, std::string> cases = {
         {"png", padded(pngHeader(20000, 20000))},
         {"png, long", padded(pngHeader(2147483647, 1))},
         {"jpeg", withSize(jpeg, 8193, 8192)}, // one column too many
@@ -83,11 +73,11 @@ TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
     };
     rusage before{};
     ::getrusage(RUSAGE_SELF, &before);
-    for (const Case& each : cases) {
-        ASSERT_LE(each.data.size(), 1024U) << each.name;
+    for (const auto& [name, data] : cases) {
+        ASSERT_LE(data.size(), 1024U) << name;
         const auto began = std::chrono::steady_clock::now();
-        EXPECT_FALSE(decode(each.data)) << each.name;
-        EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(100)) << each.name;
+        EXPECT_FALSE(decode(data)) << name;
+        EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(100)) << name;
     }
     rusage after{};
     ::getrusage(RUSAGE_SELF, &after);
@@ -96,7 +86,7 @@ TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
 }
 
 TEST(Image, BytesThatAreNoPictureGiveNone) {
-    const std::string jpeg = encoded(Picture(32, 16), "jpeg");
+    const std::string jpeg = encoded(Picture{32, 16}, "jpeg");
     for (const std::string& data :
          {""s, "\x89"s, "\x89PNG\r\n\x1A\n"s, "<!doctype html><title>not <svg here"s, "P6 1 1 255\n123"s,
           "RIFF"s, "RIFF1234WEBP"s, "<svg"s, "<svg><g></svg>"s, std::string(100'000, '<')}) {
@@ -105,7 +95,7 @@ TEST(Image, BytesThatAreNoPictureGiveNone) {
 }
 
 TEST(Image, WhatIsCutShortGivesNone) {
-    const Picture picture(32, 16);
+    const Picture picture{32, 16};
     const std::string png = encoded(picture, "png");
     for (const auto& [name, whole] : std::map<std::string, std::string>{{"png", png},
                                                                         {"jpeg", encoded(picture, "jpeg")},
@@ -143,7 +133,7 @@ TEST(Image, DamageHarmsNothing) {
     std::vector<std::thread> threads;
     for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"}) {
         threads.emplace_back([format] {
-            const std::string whole = encoded(Picture(32, 16), format);
+            const std::string whole = encoded(Picture{32, 16}, format);
             std::uint32_t random = 1;
             for (int round = 0; round < 300; ++round) {
                 std::string damaged = whole;

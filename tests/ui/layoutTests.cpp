@@ -4,8 +4,6 @@
 #include "shared/Common/Extensions/pinToSuperviewEdges.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
-#include <cmath>
-
 namespace platform {
 namespace {
 
@@ -18,29 +16,6 @@ CGRect placeOnScreen(const UIView& view, const UIView& ancestor) {
     graphene_rect_t place;
     if (gtk_widget_compute_bounds(widgetOf(view), widgetOf(ancestor), &place) == FALSE) return {};
     return {place.origin.x, place.origin.y, place.size.width, place.size.height};
-}
-
-TEST_F(ViewTest, PinnedViewFollowsWhileItsSuperviewIsHidden) {
-    const ShownWindow shown(400, 300);
-    const auto panel = std::make_shared<UIView>();
-    const auto child = std::make_shared<UIView>();
-    shown.view->addSubview(panel);
-    pinToSuperviewEdges(*panel);
-    panel->setHidden(true);
-    child->setFrame(panel->bounds());
-    panel->addSubview(child);
-    pinToSuperviewEdges(*child);
-    EXPECT_EQ(child->frame(), (CGRect{0, 0, 400, 300}));
-
-    shown.resize(520, 410);
-    EXPECT_EQ(child->frame(), (CGRect{0, 0, 520, 410}));
-    EXPECT_TRUE(panel->isHidden());
-    EXPECT_FALSE(child->isHidden());
-
-    panel->setHidden(false);
-    EXPECT_TRUE(platform::testing::waitFor([&] {
-        return placeOnScreen(*child, *shown.view) == CGRect{0, 0, 520, 410};
-    }));
 }
 
 TEST_F(ViewTest, NegativeOriginsAndFractionsAreKept) {

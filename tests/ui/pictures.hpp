@@ -13,31 +13,22 @@
 namespace tonewright::test {
 
 /// A picture in one colour.
-class Picture {
-  public:
-    static constexpr int Red = 200;
-    static constexpr int Green = 100;
-    static constexpr int Blue = 50;
-    Picture(int width, int height)
-        : _pixels(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height)) {
-        gdk_pixbuf_fill(_pixels, static_cast<guint32>(Red) << 24U | Green << 16U | Blue << 8U | 0xFFU);
-    }
-    ~Picture() { g_object_unref(_pixels); }
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-
-    [[nodiscard]] GdkPixbuf* pixels() const { return _pixels; }
-
-  private:
-    GdkPixbuf* _pixels;
+struct Picture {
+    static constexpr int Red = 200, Green = 100, Blue = 50;
+    int width, height;
 };
 
+/// Returns the picture's file in one of the formats that the toolkit's library writes.
 inline std::string encoded(const Picture& picture, const char* format) {
+    GdkPixbuf* pixels = gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, picture.width, picture.height);
+    gdk_pixbuf_fill(pixels, static_cast<guint32>(Picture::Red) << 24U | Picture::Green << 16U |
+                                Picture::Blue << 8U | 0xFFU);
     char* bytes = nullptr;
     gsize size = 0;
-    gdk_pixbuf_save_to_buffer(picture.pixels(), &bytes, &size, format, nullptr, nullptr);
+    gdk_pixbuf_save_to_buffer(pixels, &bytes, &size, format, nullptr, nullptr);
     std::string data(bytes, size);
     g_free(bytes);
+    g_object_unref(pixels);
     return data;
 }
 
@@ -99,18 +90,11 @@ inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t fra
 /// Returns a TIFF with one strip, which begins behind the directory.
 inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
     std::string entries;
-    const auto entry = [&](std::int64_t tag, std::int64_t value) {
+    const std::pair<std::int64_t, std::int64_t> fields[] = {
+        {256, width},  {257, height},        {258, 8}, {259, 1}, {262, 1}, {273, 200}, {277, 1},
+        {278, height}, {279, width * height}};
+    for (const auto& [tag, value] : fields)
         entries += little(tag, 2) + little(4, 2) + little(1, 4) + little(value, 4);
-    };
-    entry(256, width);
-    entry(257, height);
-    entry(258, 8);
-    entry(259, 1);
-    entry(262, 1);
-    entry(273, 200);
-    entry(277, 1);
-    entry(278, height);
-    entry(279, width * height);
     return std::string("II*\0", 4) + little(8, 4) + little(9, 2) + entries + little(0, 4);
 }
 

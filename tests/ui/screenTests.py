@@ -3,7 +3,6 @@
 """The platform's entry and the main screen's controls, worked with real keys and clicks on a virtual display."""
 import os
 import pathlib
-import re
 import signal
 import subprocess
 import sys
@@ -83,30 +82,6 @@ class Controls(OnADisplay):
             self.probe.hold(*reversed(keys), kind=X.KeyRelease)
             self.assertEqual(self.probe.lines[self.probe.taken:], [])
 
-    def test_letters_with_alt_press_their_controls(self):
-        for letter, line in zip("psuuh", ("playing", "stopped", "panel shown", "panel hidden", "help")):
-            self.probe.press("Alt_L", letter)
-            self.probe.wait(line)
-
-    def test_clicks_press_their_controls_and_space_goes_on_working(self):
-        height = self.probe.window.get_geometry().height
-        play = (60, height - 30)
-        self.screen.click(self.probe.window, *play)
-        self.probe.wait("playing")
-        # Stop is there to be hit from the next frame on.
-        def is_hit() -> bool:
-            self.screen.click(self.probe.window, *play)
-            time.sleep(0.5)
-            return len(self.probe.lines) > self.probe.taken
-
-        wait_until(is_hit)
-        self.probe.wait("stopped")
-        self.probe.press("space")
-        self.probe.wait("playing")
-        self.screen.click(self.probe.window, 460, 200)  # the empty panel has no use for either
-        self.probe.press("space")
-        self.probe.wait("stopped")
-
 
 class Surroundings(OnADisplay):
     def test_keys_do_not_follow_the_pointer_into_an_effects_window(self):
@@ -138,29 +113,12 @@ class Surroundings(OnADisplay):
 
 
 class Life(OnADisplay):
-    def test_first_frame_is_told_when_asked_for(self):
-        began = time.monotonic()
-        told = re.fullmatch(r"first frame (\d+\.\d{6})\n", self.started().errors())
-        self.assertTrue(told and began < float(told[1]) < time.monotonic())
-
     def test_closed_window_and_signals_end_in_order(self):
         for number in (None, signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             probe = self.started()
             probe.process.send_signal(number) if number else self.screen.ask_to_close(probe.window)
             probe.wait(*END)
             self.assertEqual(probe.wait_end(), 0)
-
-    def test_two_at_once_do_not_know_each_other(self):
-        first, second = self.started(), self.started()
-        first.wait("willResignActive")  # the keyboard went to the second
-        second.press("space")
-        second.wait("playing")
-        self.screen.ask_to_close(second.window)
-        second.wait(*END)
-        self.screen.focus(first.window)
-        first.wait("didBecomeActive")
-        first.press("space")
-        first.wait("playing")
 
     def test_window_can_be_made_small_and_remembers_nothing(self):
         probe = self.started()

@@ -10,11 +10,7 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/startToolkit.hpp"
-#include "tests/support/Scratch.hpp"
-
-#include <functional>
-#include <gtest/gtest.h>
-#include <string>
+#include "tests/support/testing.hpp"
 
 namespace platform::testing {
 

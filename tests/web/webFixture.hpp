@@ -7,14 +7,7 @@
 
 #include "tests/ui/toolkitFixture.hpp"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <libsoup/soup.h>
-#include <map>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace platform::testing {
 

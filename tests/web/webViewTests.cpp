@@ -5,9 +5,7 @@
 #include "platform/web/WKWebView.hpp"
 #include "tests/web/webFixture.hpp"
 
-#include <algorithm>
 #include <csignal>
-#include <optional>
 #include <webkit/webkit.h>
 
 namespace platform {
@@ -43,9 +41,7 @@ class Judge final : public WKNavigationDelegate, public WKUIDelegate {
         return nullptr;
     }
 
-    std::vector<std::string> actions;
-    std::vector<std::string> responses;
-    std::vector<std::string> windows;
+    std::vector<std::string> actions, responses, windows;
     std::function<void(const ActionAnswer&)> onAction;
     std::function<void(const ResponseAnswer&)> onResponse;
 };
@@ -236,12 +232,6 @@ TEST_F(WebViewTest, NothingIsKept) {
     }
 }
 
-TEST_F(WebViewTest, SilentSourceIsGivenUp) {
-    server.pages["/silent"] = {.body = "", .stays = true};
-    load(server.url("/silent"), 0.3);
-    EXPECT_TRUE(waitForTitle("This page does not answer"));
-}
-
 TEST_F(WebViewTest, PageThatLoopsOrBreaksDownEndsAlone) {
     server.pages["/loop"] = {page("document.title = 'looping'; setTimeout(() => { for (;;); }, 0)")};
     load(server.url("/loop"));
@@ -270,12 +260,6 @@ TEST_F(WebViewTest, RefusedPasswordShowsTheServersPage) {
     load(server.url("/locked"));
     EXPECT_TRUE(waitForTitle("who are you?"));
     EXPECT_EQ(std::count(server.asked.begin(), server.asked.end(), "/locked"), 1);
-}
-
-TEST_F(WebViewTest, RedirectThatCannotBeFollowedIsTold) {
-    server.pages["/data"] = {.location = "data:text/html,%3Ctitle%3Edata%3C/title%3E"};
-    load(server.url("/data"));
-    EXPECT_TRUE(waitForTitle("This page cannot be loaded"));
 }
 
 TEST_F(WebViewTest, TellsThatItWorksUntilThereIsSomethingToSee) {
