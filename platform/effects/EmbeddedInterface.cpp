@@ -142,8 +142,14 @@ class EmbeddedInterface {
 
     void focusCame() {
         (void)_socket->keys().giveKeyboard();
+        updateRing();
+    }
+
+    // The window learns that the focus is to be seen only after the key that moved it.
+    void updateRing() {
         GtkRoot* root = gtk_widget_get_root(_area);
-        showRing(GTK_IS_WINDOW(root) && gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE);
+        showRing(GTK_IS_WINDOW(root) && gtk_root_get_focus(root) == _area &&
+                 gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE);
     }
 
     // The ring is drawn where the interface's window is cut off for it.
@@ -211,6 +217,13 @@ class EmbeddedInterface {
     void enterWindow() {
         GdkSurface* surface = gtk_native_get_surface(gtk_widget_get_native(_area));
         _socket->moveTo(gdk_x11_surface_get_xid(surface));
+        GtkRoot* root = gtk_widget_get_root(_area);
+        if (GTK_IS_WINDOW(root)) {
+            _window = g_object_ref(GTK_WINDOW(root));
+            _focusVisible = g_signal_connect_swapped(
+                root, "notify::focus-visible",
+                G_CALLBACK(+[](EmbeddedInterface* self) { self->updateRing(); }), this);
+        }
         // An ancestor can move without this widget hearing of it; every frame that is drawn tells.
         _clock = gtk_widget_get_frame_clock(_area);
         g_object_ref(_clock);
@@ -222,10 +235,14 @@ class EmbeddedInterface {
                                      this);
     }
     void stopFollowing() {
-        if (_clock == nullptr) return;
-        g_signal_handler_disconnect(_clock, _afterPaint);
-        g_object_unref(_clock);
-        _clock = nullptr;
+        const auto forget = [](auto*& object, gulong connection) {
+            if (object == nullptr) return;
+            g_signal_handler_disconnect(object, connection);
+            g_object_unref(object);
+            object = nullptr;
+        };
+        forget(_clock, _afterPaint);
+        forget(_window, _focusVisible);
     }
     // The window goes, and all X windows in it with it: the socket must be out of it before.
     void leaveWindow() {
@@ -291,7 +308,8 @@ class EmbeddedInterface {
     const std::unique_ptr<X11Socket> _socket; // outlives the interface in it
     const std::unique_ptr<InterfaceHost> _host;
     GdkFrameClock* _clock = nullptr; // a reference is held
-    gulong _afterPaint = 0;
+    GtkWindow* _window = nullptr;    // as well
+    gulong _afterPaint = 0, _focusVisible = 0;
     guint _timer = 0, _connection = 0;
     PixelSize _grownFor;
     bool _hasRing = false;

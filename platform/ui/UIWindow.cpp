@@ -34,6 +34,7 @@ UIWindow::UIWindow(std::unique_ptr<Implementation> implementation)
     g_signal_connect(window, "notify::is-active", G_CALLBACK(onIsActive), this);
     watchHeldKeys(window);
     keepKeysFromThePointer(window);
+    keepFocusShown(window);
 }
 
 UIWindow::~UIWindow() {

@@ -119,6 +119,20 @@ TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {
     }
 }
 
+TEST_F(Interface, ShowsTheFocusFromTheFirstKeyThatBringsIt) {
+    const Opened opened("gain");
+    const auto& screen = opened.screen;
+    EXPECT_TRUE(waitUntil([&] { return screen.colours()[Green] == 400 * 300; }));
+    screen.focusWindow();
+    auto* window = GTK_WINDOW(gtk_widget_get_root(widgetOf(screen.panel())));
+    gtk_window_set_focus(window, nullptr);
+    gtk_window_set_focus_visible(window, FALSE); // as after a click
+    ASSERT_EQ(std::system("xdotool key Tab"), 0);
+    const auto leavesTheRing = [&] { return screen.socket()->place == CGRect{4, 4, 392, 292}; };
+    EXPECT_TRUE(waitUntil(leavesTheRing));
+    EXPECT_EQ(screen.focusedWindow(), screen.socket()->child);
+}
+
 TEST_F(Interface, LeavesTheWindowsOwnKeysToTheWindow) {
     const Opened opened("gain");
     opened.waitDrawn();

@@ -9,6 +9,8 @@ import sys
 import time
 import unittest
 
+import numpy
+
 sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
 from program import BUILD, Program, main  # noqa: E402
 from screen import X, XK, Screen, wait_until, xtest  # noqa: E402
@@ -110,6 +112,74 @@ class Surroundings(OnADisplay):
             portal.stdin.write(scheme + "\n")
             portal.stdin.flush()
             wait_until(fits)
+
+
+def contrast(one: numpy.ndarray, other: numpy.ndarray) -> numpy.ndarray:
+    """Give the ratio of the luminances of colours (..., 3), from 1 to 21."""
+    def luminance(colours: numpy.ndarray) -> numpy.ndarray:
+        parts = colours / 255
+        parts = numpy.where(parts <= 0.04045, parts / 12.92, ((parts + 0.055) / 1.055) ** 2.4)
+        return parts @ (0.2126, 0.7152, 0.0722) + 0.05
+
+    one, other = luminance(one), luminance(other)
+    return numpy.maximum(one, other) / numpy.minimum(one, other)
+
+
+def commonest(colours: numpy.ndarray, share: float = 0) -> numpy.ndarray:
+    """Give the most common of the colours (count, 3), or all that make up more than a share of them."""
+    found, counts = numpy.unique(colours, axis=0, return_counts=True)
+    return found[counts > share * len(colours)] if share else found[counts.argmax()]
+
+
+def beside(mask: numpy.ndarray) -> numpy.ndarray:
+    """Mark the pixels next to the marked ones."""
+    wide = numpy.pad(mask, 1)
+    return (wide[:-2, 1:-1] | wide[2:, 1:-1] | wide[1:-1, :-2] | wide[1:-1, 2:]) & ~mask
+
+
+class Contrast(OnADisplay):
+    def test_hint_and_focus_can_be_made_out_in_every_theme(self):
+        for theme in ("Adwaita", "Adwaita:dark", "HighContrast", "HighContrast:dark"):
+            with self.subTest(theme):
+                probe = self.started(GTK_THEME=theme)
+                self.screen.point_at(probe.window, 450, 660)
+                plain = self.still(probe)
+                middle = plain[230:390, 200:720]  # the name, and the hint below it
+                ground = commonest(middle.reshape(-1, 3))
+                lines = numpy.any(middle != ground, axis=(1, 2))
+                last = numpy.flatnonzero(lines)[-1]
+                first = last - int(numpy.argmin(lines[last::-1])) + 1
+                self.assertTrue(8 < last - first < 24, (first, last))
+                self.assertGreaterEqual(contrast(middle[first:last + 1], ground).max(), 4.5, "the hint")
+                for _ in range(4):
+                    probe.press("Tab")
+                    self.look_at_ring(plain, self.still(probe))
+                time.sleep(3.5)  # it stays
+                self.look_at_ring(plain, self.still(probe))
+                probe.kill()
+
+    def still(self, probe: Probe) -> numpy.ndarray:
+        """Give the picture of the window after what moves in it; a ring comes in a fifth of a second."""
+        pictures = [self.screen.picture(probe.window)]
+
+        def rests() -> bool:
+            time.sleep(0.3)
+            pictures.append(self.screen.picture(probe.window))
+            return numpy.array_equal(*pictures[-2:])
+
+        wait_until(rests)
+        return pictures[-1]
+
+    def look_at_ring(self, plain: numpy.ndarray, focused: numpy.ndarray) -> None:
+        changed = numpy.any(plain != focused, axis=2)
+        self.assertGreater(changed.sum(), 100, "no ring")
+        colour = commonest(focused[changed])
+        ring = numpy.all(focused == colour, axis=2) & changed
+        self.assertGreater(ring.sum(), 100, "no ring of one colour")
+        self.assertGreaterEqual(contrast(plain[ring], colour).mean(), 3, "the ring beside no ring")
+        # What a twentieth of its edge touches; the corners are rounded.
+        for neighbour in commonest(focused[beside(ring)], 0.05):
+            self.assertGreaterEqual(contrast(neighbour, colour), 3, f"the ring {colour} beside {neighbour}")
 
 
 class Life(OnADisplay):

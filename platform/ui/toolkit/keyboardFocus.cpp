@@ -29,10 +29,44 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
     XSendEvent(gdk_x11_display_get_xdisplay(display), event.xclient.window, False, NoEventMask, &event);
 }
 
+GQuark pointerQuark() {
+    static const GQuark quark = g_quark_from_static_string("tonewright-uses-pointer");
+    return quark;
+}
+
+gboolean onInput(GtkEventControllerLegacy* controller, GdkEvent* event, gpointer) {
+    GtkWidget* window = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(controller));
+    const GdkEventType type = gdk_event_get_event_type(event);
+    const bool isPointer = type == GDK_BUTTON_PRESS || type == GDK_TOUCH_BEGIN;
+    if (isPointer || type == GDK_KEY_PRESS) {
+        g_object_set_qdata(G_OBJECT(window), pointerQuark(), isPointer ? window : nullptr);
+    }
+    if (isPointer) {
+        gtk_window_set_focus_visible(GTK_WINDOW(window), FALSE);
+    }
+    return GDK_EVENT_PROPAGATE;
+}
+
+void onFocusVisible(GtkWindow* window, GParamSpec*, gpointer) {
+    if (gtk_window_get_focus_visible(window) == FALSE &&
+        g_object_get_qdata(G_OBJECT(window), pointerQuark()) == nullptr) {
+        gtk_window_set_focus_visible(window, TRUE);
+    }
+}
+
 } // namespace
 
 void keepKeysFromThePointer(GtkWindow* window) {
     g_signal_connect(window, "notify::is-active", G_CALLBACK(onActive), nullptr);
+}
+
+void keepFocusShown(GtkWindow* window) {
+    g_object_set_qdata(G_OBJECT(window), pointerQuark(), window); // nothing is shown before the first key
+    GtkEventController* input = gtk_event_controller_legacy_new();
+    gtk_event_controller_set_propagation_phase(input, GTK_PHASE_CAPTURE);
+    g_signal_connect(input, "event", G_CALLBACK(onInput), nullptr);
+    gtk_widget_add_controller(GTK_WIDGET(window), input);
+    g_signal_connect(window, "notify::focus-visible", G_CALLBACK(onFocusVisible), nullptr);
 }
 
 } // namespace platform
