@@ -3,6 +3,8 @@
 
 #include "platform/effects/genericView.private.hpp"
 
+#include "platform/effects/ratioSlider.private.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -26,19 +28,8 @@ std::string textOf(const AUParameter& parameter, float value) {
     return parameter.unitName.empty() ? text.data() : std::string(text.data()) + " " + parameter.unitName;
 }
 
-// Parameters of which equal ratios feel equal have a slider from 0 to 1; the others have the value itself.
 bool isRatio(const AUParameter& parameter) {
     return parameter.isLogarithmic && parameter.minValue > 0 && parameter.maxValue > parameter.minValue;
-}
-double placeOf(const AUParameter& parameter, float value) {
-    if (!isRatio(parameter)) return value;
-    const double low = parameter.minValue, high = parameter.maxValue;
-    return std::log(value / low) / std::log(high / low);
-}
-float valueAt(const AUParameter& parameter, double place) {
-    const double low = parameter.minValue, high = parameter.maxValue;
-    const double value = isRatio(parameter) ? low * std::pow(high / low, place) : place;
-    return static_cast<float>(parameter.isInteger ? std::round(value) : value);
 }
 
 // Names what a choice box is made of: the button in it is what has the focus, the list what opens. The choice
@@ -55,11 +46,36 @@ void nameChoiceBox(GtkWidget* widget, const std::string& name, const std::string
     }
 }
 
+// The toolkit gives the items of an open list no names.
+void nameItems(GtkWidget* list) {
+    for (GtkWidget* item = gtk_widget_get_first_child(list); item != nullptr;
+         item = gtk_widget_get_next_sibling(item)) {
+        GtkWidget* part = item;
+        while (part != nullptr && !GTK_IS_LABEL(part)) part = gtk_widget_get_first_child(part);
+        if (part != nullptr) {
+            gtk_accessible_update_property(GTK_ACCESSIBLE(item), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                           gtk_label_get_text(GTK_LABEL(part)), -1);
+        }
+    }
+}
+
+void nameItemsWhenOpened(GtkWidget* widget) {
+    if (GTK_IS_LIST_VIEW(widget)) {
+        g_signal_connect(widget, "map", G_CALLBACK(+[](GtkWidget* list, gpointer) { nameItems(list); }),
+                         nullptr);
+    }
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+        nameItemsWhenOpened(child);
+    }
+}
+
 // One row: the controls of one parameter. Owned by the control's widget.
 struct Row {
     std::shared_ptr<AUAudioUnit> unit;
     AUParameter parameter;
-    GtkWidget* control = nullptr; // null for a value that only shows
+    GtkWidget* widget = nullptr;  // the control, or what it is in
+    GtkWidget* control = nullptr; // a level bar for a value that only shows
     GtkWidget* valueLabel = nullptr;
     float shown = std::numeric_limits<float>::quiet_NaN();
     bool isRefreshing = false; // what the control reports then is not the user's doing
@@ -80,21 +96,33 @@ struct Row {
         } else if (GTK_IS_DROP_DOWN(control)) {
             gtk_drop_down_set_selected(GTK_DROP_DOWN(control), choiceFor(value));
         } else if (GTK_IS_RANGE(control)) {
-            gtk_range_set_value(GTK_RANGE(control), placeOf(parameter, value));
+            gtk_range_set_value(GTK_RANGE(control), value);
+        } else {
+            gtk_level_bar_set_value(GTK_LEVEL_BAR(control),
+                                    std::max(0.0, static_cast<double>(value) - levelBase()));
         }
         isRefreshing = false;
         const std::string text = textOf(parameter, value);
         if (valueLabel != nullptr) gtk_label_set_text(GTK_LABEL(valueLabel), text.c_str());
         if (GTK_IS_DROP_DOWN(control)) nameChoiceBox(control, parameter.displayName, text);
-        // After the slider's own, which for a ratio tells its place.
-        if (GTK_IS_RANGE(control)) {
-            gtk_accessible_update_property(
-                GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN,
-                static_cast<double>(parameter.minValue), GTK_ACCESSIBLE_PROPERTY_VALUE_MAX,
-                static_cast<double>(parameter.maxValue), GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,
-                static_cast<double>(value), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, text.c_str(), -1);
+        if (GTK_IS_LEVEL_BAR(control)) {
+            // After its own, which begin at 0.
+            gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN,
+                                           static_cast<double>(parameter.minValue),
+                                           GTK_ACCESSIBLE_PROPERTY_VALUE_MAX,
+                                           static_cast<double>(parameter.maxValue),
+                                           GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, static_cast<double>(value), -1);
+        }
+        if (valueLabel != nullptr) {
+            // A change of the value alone sends no event in GTK 4.8; a change of the description does.
+            gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
+                                           text.c_str(), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, text.c_str(),
+                                           -1);
         }
     }
+
+    // Returns the value that a level bar shows as nothing; the toolkit's has no values below 0.
+    [[nodiscard]] double levelBase() const { return std::min(0.F, parameter.minValue); }
 
     [[nodiscard]] guint choiceFor(float value) const {
         const auto nearest =
@@ -108,7 +136,15 @@ struct Row {
 
 void makeControl(Row& row) {
     const AUParameter& parameter = row.parameter;
-    if (parameter.isToggle) {
+    if (!parameter.isWritable) {
+        const double top = std::max(parameter.maxValue, parameter.minValue) - row.levelBase();
+        row.control = gtk_level_bar_new_for_interval(0, top > 0 ? top : 1);
+        for (const char* colour :
+             {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH, GTK_LEVEL_BAR_OFFSET_FULL}) {
+            gtk_level_bar_remove_offset_value(GTK_LEVEL_BAR(row.control), colour);
+        }
+        gtk_widget_set_valign(row.control, GTK_ALIGN_CENTER);
+    } else if (parameter.isToggle) {
         row.control = gtk_switch_new();
         gtk_widget_set_halign(row.control, GTK_ALIGN_START);
         g_signal_connect(row.control, "notify::active",
@@ -122,6 +158,7 @@ void makeControl(Row& row) {
         for (const auto& named : parameter.valueStrings) names.push_back(named.name.c_str());
         names.push_back(nullptr);
         row.control = gtk_drop_down_new_from_strings(names.data());
+        nameItemsWhenOpened(row.control);
         g_signal_connect(row.control, "notify::selected",
                          G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, Row* self) {
                              const guint choice = gtk_drop_down_get_selected(control);
@@ -134,18 +171,29 @@ void makeControl(Row& row) {
         const double steps = parameter.isInteger
                                  ? std::clamp<double>(parameter.maxValue - parameter.minValue, 1, 1e6)
                                  : SliderSteps;
-        const double low = isRatio(parameter) ? 0 : parameter.minValue;
-        const double high = isRatio(parameter) ? 1 : std::max(parameter.maxValue, parameter.minValue);
-        row.control = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, low, high > low ? high : low + 1,
-                                               (high > low ? high - low : 1) / steps);
-        gtk_range_set_round_digits(GTK_RANGE(row.control), -1);
-        gtk_scale_set_draw_value(GTK_SCALE(row.control), FALSE);
-        gtk_widget_set_hexpand(row.control, TRUE);
-        gtk_widget_set_size_request(row.control, 120, -1);
+        if (isRatio(parameter)) {
+            const RatioSlider slider = makeRatioSlider(parameter.minValue, parameter.maxValue, steps);
+            row.widget = slider.widget;
+            row.control = slider.control;
+        } else {
+            const double low = parameter.minValue, high = std::max(parameter.maxValue, parameter.minValue);
+            row.control =
+                gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, low, high > low ? high : low + 1,
+                                         (high > low ? high - low : 1) / steps);
+            gtk_range_set_round_digits(GTK_RANGE(row.control), -1);
+            gtk_scale_set_draw_value(GTK_SCALE(row.control), FALSE);
+        }
         g_signal_connect(row.control, "value-changed", G_CALLBACK(+[](GtkRange* control, Row* self) {
-                             self->set(valueAt(self->parameter, gtk_range_get_value(control)));
+                             const double value = gtk_range_get_value(control);
+                             self->set(
+                                 static_cast<float>(self->parameter.isInteger ? std::round(value) : value));
                          }),
                          &row);
+    }
+    if (row.widget == nullptr) row.widget = row.control;
+    if (!GTK_IS_SWITCH(row.control) && !GTK_IS_DROP_DOWN(row.control)) {
+        gtk_widget_set_hexpand(row.widget, TRUE);
+        gtk_widget_set_size_request(row.widget, 120, -1);
     }
 }
 
@@ -212,6 +260,7 @@ class GenericInterface {
         names.push_back(nullptr);
         GtkWidget* menu = gtk_drop_down_new_from_strings(names.data());
         nameChoiceBox(menu, names.front(), names.front());
+        nameItemsWhenOpened(menu);
         g_signal_connect(menu, "notify::selected",
                          G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, GenericInterface* self) {
                              const guint choice = gtk_drop_down_get_selected(control);
@@ -240,12 +289,9 @@ class GenericInterface {
         gtk_label_set_width_chars(GTK_LABEL(label), 12);
         gtk_label_set_xalign(GTK_LABEL(label), 0);
         gtk_grid_attach(GTK_GRID(_grid), label, 0, _rowCount, 1, 1);
-        if (row->parameter.isWritable) {
-            makeControl(*row);
-            gtk_accessible_update_property(GTK_ACCESSIBLE(row->control), GTK_ACCESSIBLE_PROPERTY_LABEL, name,
-                                           -1);
-            gtk_grid_attach(GTK_GRID(_grid), row->control, 1, _rowCount, 1, 1);
-        }
+        makeControl(*row);
+        gtk_accessible_update_property(GTK_ACCESSIBLE(row->control), GTK_ACCESSIBLE_PROPERTY_LABEL, name, -1);
+        gtk_grid_attach(GTK_GRID(_grid), row->widget, 1, _rowCount, 1, 1);
         if (!GTK_IS_SWITCH(row->control) && !GTK_IS_DROP_DOWN(row->control)) {
             row->valueLabel = gtk_label_new(nullptr);
             gtk_widget_set_halign(row->valueLabel, GTK_ALIGN_END);

@@ -1,0 +1,106 @@
+# SPDX-FileCopyrightText: 2026 The Tonewright Authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The plain list of an effect without an interface, as an assistive technology meets it in the real program."""
+import os
+import pathlib
+import sys
+import time
+import unittest
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+from program import PLAYING, Program, main  # noqa: E402
+from screen import Atspi, Controls, GLib, Screen, wait_until  # noqa: E402
+
+SCREEN = Screen(accessible=True)  # the accessibility library knows one bus for the life of a process
+
+
+class PlainList(unittest.TestCase):
+    def setUp(self):
+        self.program = Program(environment={
+            "TONEWRIGHT_EFFECT": "urn:tonewright:test:controls", "TONEWRIGHT_OUTPUT": "silent",
+            "LV2_PATH": os.environ["TONEWRIGHT_FIXTURES"] + ":/usr/lib/lv2"})
+        self.addCleanup(self.program.kill)
+        self.window = SCREEN.wait_window(self.program.process.pid)
+        self.program.wait_first_frame()
+        self.program.wait_ready()
+        SCREEN.focus(self.window)
+        self.controls = Controls(self.program.process.pid)
+        SCREEN.click(self.window, *self.controls.middle("Unit"))
+        self.controls.wait_for("slider", "Rate")
+
+    def value(self, role: str, name: str) -> tuple[float, float, float, str]:
+        """Give the least, the current and the largest value of a control, and what describes it."""
+        control = self.controls.find(role, name)
+        values = control.get_value_iface()
+        return (values.get_minimum_value(), round(values.get_current_value(), 3), values.get_maximum_value(),
+                control.get_description())
+
+    def press(self, button: str) -> None:
+        SCREEN.click(self.window, *self.controls.middle(button))
+
+    def test_tells_names_and_values_in_their_units(self):
+        self.assertEqual(self.value("slider", "Rate"), (1, 100, 10000, "100 Hz"))
+        self.assertEqual(self.value("slider", "Depth"), (-24, -6, 24, "-6.00 dB"))
+        self.assertEqual(self.value("level bar", "Rate used"), (-10, 0, 10000, "0.00 Hz"))
+        self.assertFalse(self.controls.has(self.controls.find("check box", "Hold"), "CHECKED"))
+        self.assertEqual(len([node for node in self.controls.all() if node.get_role_name() == "slider"]), 2)
+        for name, items in (("Shape: Square", ["Sine", "Square", "Saw"]), ("Preset: Preset", ["Preset", "Fast"])):
+            self.controls.find("combo box", name.split(":")[0])
+            self.press(name)
+            self.controls.wait_for("list", name.split(":")[0])
+            wait_until(lambda: all(self.controls.called("list item", item) for item in items), f"items of {name}", 5)
+            SCREEN.press_key("Escape")
+
+    def test_takes_a_value_in_its_unit_and_tells_of_every_move(self):
+        heard = []
+        listener = Atspi.EventListener.new(
+            lambda event: heard.append((event.source.get_role_name(), event.source.get_name(), event.any_data)))
+        listener.register("object:property-change:accessible-description")
+        self.addCleanup(listener.deregister, "object:property-change:accessible-description")
+
+        def hears(*wanted) -> None:
+            def has_come() -> bool:
+                GLib.MainContext.default().iteration(False)
+                return all(event in heard for event in wanted)
+
+            wait_until(has_come, f"not all of {wanted} among {heard}", 10)
+            heard.clear()
+
+        self.press("Play")
+        self.program.wait_for_text(PLAYING)
+        hears(("level bar", "Rate used", "100 Hz"))  # by itself
+        self.controls.find("slider", "Rate").get_value_iface().set_current_value(1000)
+        hears(("slider", "Rate", "1000 Hz"), ("level bar", "Rate used", "1000 Hz"))
+        self.assertEqual(self.value("slider", "Rate"), (1, 1000, 10000, "1000 Hz"))
+        # A preset moves it as well.
+        self.press("Preset: Preset")
+        self.controls.wait_for("list", "Preset")
+        for key in ("Down", "Return"):
+            SCREEN.press_key(key)
+        hears(("slider", "Rate", "5000 Hz"), ("level bar", "Rate used", "5000 Hz"))
+        self.assertEqual(self.value("slider", "Rate")[1], 5000)
+
+    def test_keys_move_a_ratio_by_ratios_and_the_space_bar_plays(self):
+        for _ in range(12):
+            if self.controls.has(self.controls.find("slider", "Rate"), "FOCUSED"):
+                break
+            SCREEN.press_key("Tab")
+            time.sleep(0.2)
+        SCREEN.press_key("Right")
+        # One of a hundred equal ratios between 1 and 10,000.
+        wait_until(lambda: self.value("slider", "Rate")[1] > 100, "the key did not move it", 5)
+        self.assertAlmostEqual(self.value("slider", "Rate")[1], 100 * 10000 ** 0.01, 2)
+        SCREEN.press_key("End")
+        wait_until(lambda: self.value("slider", "Rate")[1] == 10000, "End did not move it", 5)
+        SCREEN.press_key("space")
+        self.program.wait_for_text(PLAYING)
+        first = len(self.program.lines)
+        SCREEN.press_key("Tab")
+        SCREEN.press_key("space")  # the switch has a use for it
+        wait_until(lambda: self.controls.has(self.controls.find("check box", "Hold"), "CHECKED"), "no switch", 5)
+        self.assertEqual([line for line in self.program.lines[first:] if "Audio engine" in line], [])
+
+
+if __name__ == "__main__":
+    unittest.addModuleCleanup(SCREEN.close)
+    main("test_effects_plain_list")
