@@ -63,11 +63,11 @@ const void* extensionData(const char* uri) {
     return std::string_view{uri} == LV2_STATE__interface ? &state : nullptr;
 }
 
-const LV2_Descriptor descriptor{
+const LV2_Descriptor Descriptor{
     tonewright::effect::PluginUri, instantiate, connectPort, activate, run, nullptr, cleanup, extensionData};
 
 } // namespace
 
 LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    return index == 0 ? &descriptor : nullptr;
+    return index == 0 ? &Descriptor : nullptr;
 }

@@ -155,10 +155,10 @@ const void* extensionData(const char* uri) {
     return std::strcmp(uri, LV2_UI__resize) == 0 ? &resizeInterface : nullptr;
 }
 
-const LV2UI_Descriptor descriptor{PanelUri, instantiate, cleanup, portEvent, extensionData};
+const LV2UI_Descriptor Descriptor{PanelUri, instantiate, cleanup, portEvent, extensionData};
 
 } // namespace
 
 LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
-    return index == 0 ? &descriptor : nullptr;
+    return index == 0 ? &Descriptor : nullptr;
 }

@@ -53,7 +53,7 @@ struct Named {
 };
 
 const auto& effects() {
-    static const std::array Table = std::to_array<Named>({
+    static const std::array table = std::to_array<Named>({
         {"drive", Drive{}},
         {"lowpass", Sweep{}},
         {"bandpass", Sweep{.mode = 1}},
@@ -68,7 +68,7 @@ const auto& effects() {
         {"chop", Chop{}},
         {"tone", Tone{}},
     });
-    return Table;
+    return table;
 }
 
 } // namespace

@@ -15,7 +15,7 @@ namespace {
 using Named = std::pair<std::string_view, std::vector<int>>;
 
 const std::vector<Named>& scales() {
-    static const std::vector<Named> Table{
+    static const std::vector<Named> table{
         {"major", {0, 2, 4, 5, 7, 9, 11}},
         {"minor", {0, 2, 3, 5, 7, 8, 10}},
         {"dorian", {0, 2, 3, 5, 7, 9, 10}},
@@ -34,11 +34,11 @@ const std::vector<Named>& scales() {
         {"blues", {0, 3, 5, 6, 7, 10}},
         {"hirajoshi", {0, 2, 3, 7, 8}},
     };
-    return Table;
+    return table;
 }
 
 const std::vector<Named>& qualities() {
-    static const std::vector<Named> Table{
+    static const std::vector<Named> table{
         {"", {0, 4, 7}},
         {"m", {0, 3, 7}},
         {"5", {0, 7}},
@@ -72,7 +72,7 @@ const std::vector<Named>& qualities() {
         {"maj7#11", {0, 4, 7, 11, 18}},
         {"maj7#5", {0, 4, 8, 11}},
     };
-    return Table;
+    return table;
 }
 
 int floorDivided(int value, int divisor) {

@@ -43,11 +43,11 @@ class Clock {
 };
 
 const Chord& chordAt(const Recipe& recipe, int tick) {
-    static const Chord None;
+    static const Chord none;
     for (const ChordSpan& span : recipe.chords) {
         if (tick < span.endTick) return span.chord;
     }
-    return recipe.chords.empty() ? None : recipe.chords.back().chord;
+    return recipe.chords.empty() ? none : recipe.chords.back().chord;
 }
 
 /// The whole progression laid out, chord by chord.

@@ -33,23 +33,23 @@ std::optional<Sound> plainSound(const Kinds& kinds, std::string_view name) {
 }
 
 std::optional<Patch> plainPatch(std::string_view kind) {
-    static const std::array<std::pair<std::string_view, Patch>, 6> Kinds{{{"subtractive", SubtractivePatch{}},
+    static const std::array<std::pair<std::string_view, Patch>, 6> kinds{{{"subtractive", SubtractivePatch{}},
                                                                           {"fm", FmPatch{}},
                                                                           {"pluck", PluckPatch{}},
                                                                           {"modal", ModalPatch{}},
                                                                           {"organ", OrganPatch{}},
                                                                           {"air", AirPatch{}}}};
-    return plainSound<Patch>(Kinds, kind);
+    return plainSound<Patch>(kinds, kind);
 }
 
 std::optional<DrumPatch> plainDrum(std::string_view kind) {
-    static const std::array<std::pair<std::string_view, DrumPatch>, 6> Kinds{{{"membrane", MembranePatch{}},
+    static const std::array<std::pair<std::string_view, DrumPatch>, 6> kinds{{{"membrane", MembranePatch{}},
                                                                               {"snare", SnarePatch{}},
                                                                               {"clap", ClapPatch{}},
                                                                               {"metal", MetalPatch{}},
                                                                               {"shaker", ShakerPatch{}},
                                                                               {"wood", WoodPatch{}}}};
-    return plainSound<DrumPatch>(Kinds, kind);
+    return plainSound<DrumPatch>(kinds, kind);
 }
 
 } // namespace

@@ -41,12 +41,12 @@ struct BothKinds {
 
 struct Private {
     explicit Private(int& target)
-        : seen(&target) {}
-    void operator()(int) const { *seen = ++calls; }
+        : _seen(&target) {}
+    void operator()(int) const { *_seen = ++_calls; }
 
   private:
-    int* seen;
-    mutable int calls = 0;
+    int* _seen;
+    mutable int _calls = 0;
 };
 
 } // namespace

@@ -16,7 +16,7 @@ namespace platform::test {
 
 // Puts the fixtures on the search path, before what the system has. In the test itself, because the virtual
 // display comes with an environment of its own.
-[[maybe_unused]] inline const bool fixturesArePlaced = [] {
+[[maybe_unused]] inline const bool FixturesArePlaced = [] {
     const char* fixtures = std::getenv("TONEWRIGHT_FIXTURES");
     return ::setenv("LV2_PATH", (std::string(fixtures == nullptr ? "" : fixtures) + ":/usr/lib/lv2").c_str(),
                     1) == 0;

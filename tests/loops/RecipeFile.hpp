@@ -19,7 +19,7 @@ inline std::string recipeText(const std::string& name) {
 }
 
 inline const SoundLibrary& soundsOfTheTree() {
-    static const SoundLibrary Sounds = [] {
+    static const SoundLibrary sounds = [] {
         SoundLibrary sounds;
         for (const char* name : {"instruments.sounds", "kits.sounds"}) {
             const auto fault = sounds.read(recipeText(name));
@@ -27,7 +27,7 @@ inline const SoundLibrary& soundsOfTheTree() {
         }
         return sounds;
     }();
-    return Sounds;
+    return sounds;
 }
 
 /// Returns the recipe that `text` describes; a text with a fault fails the test.

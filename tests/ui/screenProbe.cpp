@@ -26,17 +26,17 @@ class ProbeController final : public UIViewController {
 
     void viewDidLoad() override {
         print("viewDidLoad");
-        unwrap(pluginView).setHidden(true);
-        unwrap(stopButton).setHidden(true);
+        unwrap(_pluginView).setHidden(true);
+        unwrap(_stopButton).setHidden(true);
     }
     void viewWillAppear(bool) override { print("viewWillAppear"); }
     void viewDidDisappear(bool) override { print("viewDidDisappear"); }
 
   protected:
     void offerConnections(InterfaceConnections& connections) override {
-        connections.outlet("pluginView", pluginView);
-        connections.outlet("playButton", playButton);
-        connections.outlet("stopButton", stopButton);
+        connections.outlet("pluginView", _pluginView);
+        connections.outlet("playButton", _playButton);
+        connections.outlet("stopButton", _stopButton);
         connections.action("onButtonUnit:", this, &ProbeController::onButtonUnit);
         connections.action("onPlayButton:", this, &ProbeController::onToggle);
         connections.action("onStopButton:", this, &ProbeController::onToggle);
@@ -45,22 +45,22 @@ class ProbeController final : public UIViewController {
 
   private:
     void onButtonUnit(const std::shared_ptr<UIResponder>&) {
-        const bool hidden = !unwrap(pluginView).isHidden();
-        unwrap(pluginView).setHidden(hidden);
+        const bool hidden = !unwrap(_pluginView).isHidden();
+        unwrap(_pluginView).setHidden(hidden);
         print(hidden ? "panel hidden" : "panel shown");
     }
     void onToggle(const std::shared_ptr<UIButton>&) {
         _playing = !_playing;
-        unwrap(playButton).setHidden(_playing);
-        unwrap(stopButton).setHidden(!_playing);
+        unwrap(_playButton).setHidden(_playing);
+        unwrap(_stopButton).setHidden(!_playing);
         print(_playing ? "playing" : "stopped");
     }
 
     void onHelp(const std::shared_ptr<UIResponder>&) { print("help"); }
 
-    std::shared_ptr<UIView> pluginView;
-    std::shared_ptr<UIButton> playButton;
-    std::shared_ptr<UIButton> stopButton;
+    std::shared_ptr<UIView> _pluginView;
+    std::shared_ptr<UIButton> _playButton;
+    std::shared_ptr<UIButton> _stopButton;
     bool _playing = false;
 };
 

@@ -38,13 +38,13 @@ class Callback {
         if constexpr (std::is_constructible_v<Target, std::nullptr_t> && requires { callable == nullptr; }) {
             if (callable == nullptr) return;
         }
-        if constexpr (fitsInside<Target>) {
+        if constexpr (FitsInside<Target>) {
             ::new (static_cast<void*>(_storage.bytes)) Target(std::forward<Callable>(callable));
         } else {
             _storage.shared =
                 std::make_unique<SharedTarget<Target>>(std::forward<Callable>(callable)).release();
         }
-        _operations = &operationsOf<Target>;
+        _operations = &OperationsOf<Target>;
     }
 
     Callback(const Callback& other)
@@ -103,17 +103,17 @@ class Callback {
     // none, and those that capture something are exactly the types that are not aggregates, not
     // default-constructible and not assignable.
     template <class Target>
-    static constexpr bool looksLikeCapturingLambda =
+    static constexpr bool LooksLikeCapturingLambda =
         std::is_class_v<Target> && !std::is_aggregate_v<Target> && !std::is_default_constructible_v<Target> &&
         !std::is_copy_assignable_v<Target>;
     template <class Target>
-    static constexpr bool isUnchangedByCalls =
-        std::is_scalar_v<Target> || std::is_empty_v<Target> || looksLikeCapturingLambda<Target>;
+    static constexpr bool IsUnchangedByCalls =
+        std::is_scalar_v<Target> || std::is_empty_v<Target> || LooksLikeCapturingLambda<Target>;
     template <class Target>
-    static constexpr bool fitsInside = sizeof(Target) <= sizeof(Storage) &&
+    static constexpr bool FitsInside = sizeof(Target) <= sizeof(Storage) &&
                                        alignof(Target) <= alignof(Storage) &&
                                        std::is_trivially_copyable_v<Target>&& std::invocable<
-                                           const Target&, Arguments...>&& isUnchangedByCalls<Target>;
+                                           const Target&, Arguments...>&& IsUnchangedByCalls<Target>;
 
     static void release(Shared* shared) {
         if (--shared->holders == 0) std::unique_ptr<Shared>(shared).reset();
@@ -121,7 +121,7 @@ class Callback {
 
     template <class Target>
     static void call(const Storage& storage, Arguments&&... arguments) {
-        if constexpr (fitsInside<Target>) {
+        if constexpr (FitsInside<Target>) {
             const Storage kept = storage; // the call may overwrite its own storage
             (*std::launder(reinterpret_cast<const Target*>(kept.bytes)))(
                 std::forward<Arguments>(arguments)...);
@@ -135,7 +135,7 @@ class Callback {
     template <class Target>
     static Storage copy(const Storage& storage) {
         Storage result = storage;
-        if constexpr (!fitsInside<Target>) {
+        if constexpr (!FitsInside<Target>) {
             result.shared = std::make_unique<SharedTarget<Target>>(
                                 static_cast<const SharedTarget<Target>*>(storage.shared)->target)
                                 .release();
@@ -144,10 +144,10 @@ class Callback {
     }
     template <class Target>
     static void releaseTarget(const Storage& storage) {
-        if constexpr (!fitsInside<Target>) release(storage.shared);
+        if constexpr (!FitsInside<Target>) release(storage.shared);
     }
     template <class Target>
-    static constexpr Operations operationsOf = {call<Target>, copy<Target>, releaseTarget<Target>};
+    static constexpr Operations OperationsOf = {call<Target>, copy<Target>, releaseTarget<Target>};
 
     Storage _storage{};
     const Operations* _operations = nullptr;

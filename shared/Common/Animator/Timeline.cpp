@@ -23,7 +23,7 @@ std::uint64_t read(const std::atomic<std::uint64_t>& counter) noexcept {
     return counter.load(std::memory_order_relaxed);
 }
 
-constexpr auto byStartFrame = [](const auto& a, const auto& b) { return a.startFrame < b.startFrame; };
+constexpr auto ByStartFrame = [](const auto& a, const auto& b) { return a.startFrame < b.startFrame; };
 
 } // namespace
 
@@ -151,7 +151,7 @@ std::size_t Timeline::find(const Animator& item) {
     auto begin = _entries.begin();
     auto end = _entries.end();
     if (isTrusted() && _sorted == _entries.size()) {
-        std::tie(begin, end) = std::equal_range(begin, end, Entry{item._startFrame, nullptr}, byStartFrame);
+        std::tie(begin, end) = std::equal_range(begin, end, Entry{item._startFrame, nullptr}, ByStartFrame);
     }
     const auto place = std::find_if(begin, end, [&](const Entry& e) { return e.animator.get() == &item; });
     _scans.spend(static_cast<std::size_t>(place - begin));
@@ -164,10 +164,10 @@ void Timeline::sortPending() {
     if (_sorted == _entries.size()) return;
     const auto middle = _entries.begin() + static_cast<std::ptrdiff_t>(_sorted);
     const auto inOrder =
-        std::is_sorted_until(_sorted == 0 ? middle : middle - 1, _entries.end(), byStartFrame);
+        std::is_sorted_until(_sorted == 0 ? middle : middle - 1, _entries.end(), ByStartFrame);
     if (inOrder != _entries.end()) {
-        std::stable_sort(middle, _entries.end(), byStartFrame);
-        std::inplace_merge(_entries.begin(), middle, _entries.end(), byStartFrame);
+        std::stable_sort(middle, _entries.end(), ByStartFrame);
+        std::inplace_merge(_entries.begin(), middle, _entries.end(), ByStartFrame);
         dropIndex();
     }
     _sorted = _entries.size();
@@ -176,7 +176,7 @@ void Timeline::sortPending() {
 void Timeline::sortAnew() {
     compact();
     for (Entry& entry : _entries) entry.startFrame = entry.animator->_startFrame;
-    std::stable_sort(_entries.begin(), _entries.end(), byStartFrame);
+    std::stable_sort(_entries.begin(), _entries.end(), ByStartFrame);
     _sorted = _entries.size();
     dropIndex();
 }
