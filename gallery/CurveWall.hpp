@@ -25,7 +25,7 @@ class CurveWall final : public platform::UIViewController {
     /// Makes the plots and puts them into the view.
     void viewDidLoad() override;
 
-    /// Returns every plot its place.
+    /// Places the plots in rows of eight.
     void viewDidLayoutSubviews() override;
     /// Begins the movement anew, in `frames` frames.
     void restart(std::int64_t frames);
