@@ -11,6 +11,7 @@ namespace platform {
 class AVAudioMixerNode final : public AVAudioNode {
   public:
     AVAudioMixerNode() = default;
+    [[nodiscard]] bool takesManyInputs() const noexcept override { return true; }
 };
 
 } // namespace platform

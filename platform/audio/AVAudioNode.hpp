@@ -12,6 +12,7 @@
 namespace platform {
 
 class NodeProcessor;
+class PlayerStream;
 
 class AVAudioNode {
   public:
@@ -22,6 +23,11 @@ class AVAudioNode {
     /// Returns what makes the sound of this node, the same object at every call; null for the nodes that the
     /// engine renders itself (player, mixer, output).
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() const { return nullptr; }
+
+    /// Returns whether any number of links may end here, and not one alone.
+    [[nodiscard]] virtual bool takesManyInputs() const noexcept { return false; }
+    /// Returns what a player node plays; null for the others.
+    [[nodiscard]] virtual std::shared_ptr<PlayerStream> playerStream() const { return nullptr; }
 
   protected:
     AVAudioNode() = default;

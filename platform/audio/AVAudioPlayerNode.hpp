@@ -46,8 +46,7 @@ class AVAudioPlayerNode final : public AVAudioNode {
     void stop();
     [[nodiscard]] bool isPlaying() const;
 
-    /// Returns what the engine renders.
-    [[nodiscard]] const std::shared_ptr<PlayerStream>& stream() const noexcept { return _stream; }
+    [[nodiscard]] std::shared_ptr<PlayerStream> playerStream() const override { return _stream; }
 
   private:
     AVAudioPlayerNode();

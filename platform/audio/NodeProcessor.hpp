@@ -8,9 +8,11 @@
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/foundation/Error.hpp"
+#include "platform/realtime/PlanarView.hpp"
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace platform {
 
@@ -21,6 +23,8 @@ class NodeProcessor {
     NodeProcessor(const NodeProcessor&) = delete;
     NodeProcessor& operator=(const NodeProcessor&) = delete;
 
+    /// Returns what messages call it; may be empty. Any thread.
+    [[nodiscard]] virtual std::string name() const { return {}; }
     /// Returns the number of channels `process` reads and writes; fixed for the life of the processor, 0
     /// allowed.
     [[nodiscard]] virtual std::uint32_t inputChannels() const noexcept = 0;
@@ -35,11 +39,10 @@ class NodeProcessor {
     /// Gives up what `allocate` made; settings stay.
     virtual void release() noexcept = 0;
 
-    /// Renders `frames` frames (1 to maximumFrames). `inputs` and `outputs` hold one plane per channel and
-    /// never overlap. `sampleTime` is the number of frames rendered since the engine started. Audio thread:
-    /// never allocates, locks, blocks or logs.
-    virtual void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
-                         std::int64_t sampleTime) noexcept = 0;
+    /// Fills `outputs` from `inputs`: as many frames of each (1 to maximumFrames), in planes that never
+    /// overlap. `sampleTime` is the number of frames rendered since the engine started. Audio thread: never
+    /// allocates, locks, blocks or logs.
+    virtual void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept = 0;
 
     /// Returns the frames by which the output lags the input. Any thread.
     [[nodiscard]] virtual std::uint32_t latencyFrames() const noexcept = 0;

@@ -4,20 +4,12 @@
 #include "platform/audio/OfflineDevice.hpp"
 
 #include <algorithm>
-#include <thread>
 
 namespace platform {
 
 OfflineDevice::OfflineDevice(AVAudioFormat format, std::uint32_t blockFrames)
     : _format(format)
     , _blockFrames(std::max(blockFrames, 1U)) {}
-
-std::unique_lock<std::mutex> OfflineDevice::lockBetweenBlocks() {
-    ++_othersWait;
-    std::unique_lock lock(_mutex);
-    --_othersWait;
-    return lock;
-}
 
 std::optional<Error> OfflineDevice::open() {
     ++_claims;
@@ -29,20 +21,25 @@ void OfflineDevice::close() noexcept {
 }
 
 std::optional<Error> OfflineDevice::start(std::shared_ptr<OutputClient> client) {
-    const auto lock = lockBetweenBlocks();
-    if (_client) return outputIsInUse();
-    _client = std::move(client);
+    const std::scoped_lock lock(_mutex);
+    if (_run) return outputIsInUse();
+    _run = std::make_shared<Run>();
+    _run->client = std::move(client);
+    _run->gate.open();
     return std::nullopt;
 }
 
 void OfflineDevice::stop() noexcept {
-    std::shared_ptr<OutputClient> released; // outlives the lock
-    const auto lock = lockBetweenBlocks();
-    released.swap(_client);
+    std::shared_ptr<Run> released;
+    {
+        const std::scoped_lock lock(_mutex);
+        released.swap(_run);
+    }
+    if (released) (void)released->gate.close();
 }
 
 AVAudioFormat OfflineDevice::format() const noexcept {
-    const std::scoped_lock lock(_formatMutex);
+    const std::scoped_lock lock(_mutex);
     return _format;
 }
 
@@ -54,18 +51,23 @@ void OfflineDevice::render(const AVAudioFormat& format, float* const* planes, st
     std::vector<float*> at(planes, planes + format.channelCount);
     while (frames > 0) {
         const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(frames, _blockFrames));
-        while (_othersWait.load() > 0) std::this_thread::yield(); // a lock knows no order, a render no pause
-        {
-            const std::scoped_lock lock(_mutex); // for one block
-            if (_client) {
-                _client->render(at.data(), format, count);
-            } else {
-                for (float* plane : at) std::fill_n(plane, count, 0.0F);
-            }
-        }
+        renderBlock({at.data(), format.channelCount, count}, format.sampleRate);
         for (float*& plane : at) plane += count;
         frames -= count;
     }
+}
+
+void OfflineDevice::renderBlock(PlanarSound sound, double sampleRate) {
+    std::shared_ptr<Run> run;
+    {
+        const std::scoped_lock lock(_mutex);
+        run = _run;
+    }
+    if (run) {
+        const std::scoped_lock turn(run->turn);
+        if (const Gate::Passage inside = run->gate.enter()) return run->client->render(sound, sampleRate);
+    }
+    fillWithSilence(sound);
 }
 
 std::vector<std::vector<float>> OfflineDevice::render(std::uint64_t frames) {
@@ -79,16 +81,13 @@ std::vector<std::vector<float>> OfflineDevice::render(std::uint64_t frames) {
 }
 
 void OfflineDevice::setFormat(AVAudioFormat format) {
+    std::shared_ptr<Run> run;
     {
-        const std::scoped_lock lock(_formatMutex);
+        const std::scoped_lock lock(_mutex);
         _format = format;
+        run = _run;
     }
-    std::shared_ptr<OutputClient> client;
-    {
-        const auto lock = lockBetweenBlocks();
-        client = _client;
-    }
-    if (client) client->outputFormatDidChange();
+    if (run) run->client->outputFormatDidChange();
 }
 
 int OfflineDevice::claims() const {

@@ -6,8 +6,10 @@
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
+#include "platform/realtime/Gate.hpp"
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -38,15 +40,20 @@ class OfflineDevice final : public OutputDevice {
 
   private:
     void render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames);
-    [[nodiscard]] std::unique_lock<std::mutex> lockBetweenBlocks();
+    void renderBlock(PlanarSound sound, double sampleRate);
 
-    mutable std::mutex _formatMutex; // guards _format
+    // One use by a client.
+    struct Run {
+        std::shared_ptr<OutputClient> client;
+        std::mutex turn{}; // held for the length of one block
+        Gate gate{};       // around each call of the client
+    };
+
+    mutable std::mutex _mutex; // guards what follows
     AVAudioFormat _format;
+    std::shared_ptr<Run> _run; // null while stopped
     const std::uint32_t _blockFrames;
-    std::mutex _mutex; // guards the client; held for the length of one block
-    std::shared_ptr<OutputClient> _client;
     std::atomic<int> _claims{0};
-    std::atomic<int> _othersWait{0}; // for _mutex, while a render goes on
 };
 
 } // namespace platform

@@ -7,6 +7,7 @@
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/foundation/Error.hpp"
+#include "platform/realtime/PlanarView.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -22,8 +23,8 @@ class OutputClient {
     OutputClient(const OutputClient&) = delete;
     OutputClient& operator=(const OutputClient&) = delete;
 
-    /// Fills one plane for each channel of `format` with `frames` frames (1 or more). Audio thread.
-    virtual void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept = 0;
+    /// Fills `sound` (1 frame or more, one plane for each channel of the output). Audio thread.
+    virtual void render(PlanarSound sound, double sampleRate) noexcept = 0;
     /// Takes notice that the device's format has changed. Any thread but the audio thread; returns at once.
     virtual void outputFormatDidChange() = 0;
 };
@@ -49,7 +50,8 @@ class OutputDevice {
     virtual void close() noexcept = 0;
     /// Have `client` asked for sound from now on. The device claims the output for as long as it runs.
     [[nodiscard]] virtual std::optional<Error> start(std::shared_ptr<OutputClient> client) = 0;
-    /// When this returns, no render call runs and none will come.
+    /// When this returns, no render call runs and none will come. A call that does not return in ControlLimit
+    /// is left behind: the client is kept alive until it does, and the device goes on without that thread.
     virtual void stop() noexcept = 0;
 
     /// Returns the format; any thread, at any time.

@@ -3,11 +3,26 @@
 
 #include "platform/audio/SilentDevice.hpp"
 
+#include "platform/realtime/Gate.hpp"
+#include "platform/realtime/PlanarBuffer.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
+
 #include <algorithm>
+#include <atomic>
 #include <chrono>
-#include <vector>
 
 namespace platform {
+
+// What the thread uses; it keeps it where a client does not return.
+struct SilentDevice::Run {
+    std::shared_ptr<OutputClient> client;
+    AVAudioFormat format;
+    std::uint32_t blockFrames = 0;
+    std::atomic<bool> isOver{false}; // looked at by the thread at every block
+    Gate gate{};                     // around each call of the client
+
+    void play();
+};
 
 SilentDevice::SilentDevice(AVAudioFormat format, std::uint32_t blockFrames)
     : _format(format)
@@ -19,38 +34,43 @@ SilentDevice::~SilentDevice() {
 
 std::optional<Error> SilentDevice::start(std::shared_ptr<OutputClient> client) {
     const std::scoped_lock lock(_mutex);
-    if (_client) return outputIsInUse();
-    _client = std::move(client);
-    _running = true;
-    _thread = std::thread([this, &heard = *_client] { run(heard); });
+    if (_run) return outputIsInUse();
+    _run = std::make_shared<Run>();
+    _run->client = std::move(client);
+    _run->format = _format;
+    _run->blockFrames = _blockFrames;
+    _run->gate.open();
+    _thread = std::thread([run = _run] { run->play(); });
     return std::nullopt;
 }
 
 void SilentDevice::stop() noexcept {
-    std::shared_ptr<OutputClient> released; // outlives the lock
+    std::shared_ptr<Run> released; // outlives the lock
     const std::scoped_lock lock(_mutex);
-    if (!_client) return;
-    _running = false;
-    _thread.join();
-    released.swap(_client);
+    if (!_run) return;
+    _run->isOver = true;
+    if (_run->gate.close()) {
+        _thread.join();
+    } else {
+        _thread.detach();
+    }
+    released.swap(_run);
 }
 
-void SilentDevice::run(OutputClient& client) const {
+void SilentDevice::Run::play() {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds Lag{500};
     const auto period = std::chrono::duration_cast<Clock::duration>(
-        std::chrono::duration<double>(static_cast<double>(_blockFrames) / _format.sampleRate));
-    std::vector<float> samples(static_cast<std::size_t>(_blockFrames) * _format.channelCount);
-    std::vector<float*> planes;
-    for (std::uint32_t c = 0; c < _format.channelCount; ++c) {
-        planes.push_back(samples.data() + static_cast<std::size_t>(c) * _blockFrames);
-    }
-    for (auto next = Clock::now(); _running; std::this_thread::sleep_until(next)) {
-        client.render(planes.data(), _format, _blockFrames);
-        next += period;
-        if (const auto now = Clock::now(); now - next > Lag) {
-            next = now; // the machine slept: nothing to catch up with
+        std::chrono::duration<double>(static_cast<double>(blockFrames) / format.sampleRate));
+    PlanarBuffer sound(format.channelCount, blockFrames);
+    for (auto next = Clock::now(); !isOver; std::this_thread::sleep_until(next)) {
+        {
+            const RealtimeScope realtime;
+            if (const Gate::Passage inside = gate.enter()) client->render(sound.view(), format.sampleRate);
         }
+        next += period;
+        // A machine that slept has nothing to catch up with.
+        if (const auto now = Clock::now(); now - next > Lag) next = now;
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include "platform/audio/OutputDevice.hpp"
 
-#include <atomic>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -25,14 +25,13 @@ class SilentDevice final : public OutputDevice {
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
   private:
-    void run(OutputClient& client) const;
+    struct Run;
 
     const AVAudioFormat _format;
     const std::uint32_t _blockFrames;
-    std::mutex _mutex; // guards the client and the thread
-    std::shared_ptr<OutputClient> _client;
+    std::mutex _mutex;         // guards the run and the thread
+    std::shared_ptr<Run> _run; // null while stopped
     std::thread _thread;
-    std::atomic<bool> _running{false}; // looked at by the thread at every block
 };
 
 } // namespace platform

@@ -7,10 +7,11 @@
 // reader, the others to the writer. `configure` and `clear` need both sides excluded.
 #pragma once
 
+#include "platform/realtime/PlanarBuffer.hpp"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
-#include <vector>
 
 namespace platform {
 
@@ -18,9 +19,7 @@ class FrameRing {
   public:
     /// Holds up to `capacity` frames of `channels` channels; empties.
     void configure(std::uint32_t channels, std::uint32_t capacity) {
-        _channels = channels;
-        _capacity = capacity;
-        _samples.assign(static_cast<std::size_t>(channels) * capacity, 0.0F);
+        _samples.resize(channels, capacity);
         clear();
     }
     void clear() noexcept {
@@ -28,39 +27,40 @@ class FrameRing {
         _written.store(0, std::memory_order_relaxed);
     }
 
-    [[nodiscard]] std::uint32_t channels() const noexcept { return _channels; }
-    [[nodiscard]] std::uint32_t capacity() const noexcept { return _capacity; }
+    [[nodiscard]] std::uint32_t channels() const noexcept { return _samples.channels(); }
+    [[nodiscard]] std::uint32_t capacity() const noexcept { return _samples.frames(); }
     /// Returns the number of frames to read; to the reader at least that, to the writer at most.
     [[nodiscard]] std::uint32_t readable() const noexcept {
         const std::uint64_t read = _read.load(std::memory_order_acquire);
         return static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - read);
     }
 
-    /// Writer: give the number of frames that can be written in one piece, and where.
+    /// Writer: returns the number of frames that can be written in one piece.
     [[nodiscard]] std::uint32_t writable() const noexcept {
         const std::uint64_t written = _written.load(std::memory_order_relaxed);
         const auto used = static_cast<std::uint32_t>(written - _read.load(std::memory_order_acquire));
-        return std::min(_capacity - used, _capacity - position(written));
+        return std::min(capacity() - used, capacity() - position(written));
     }
-    [[nodiscard]] float* writePlane(std::uint32_t channel) noexcept {
-        return plane(channel) + position(_written.load(std::memory_order_relaxed));
+    /// Writer: returns where they go.
+    [[nodiscard]] PlanarSound space() noexcept {
+        return _samples.view().after(position(_written.load(std::memory_order_relaxed))).first(writable());
     }
-    /// Writer: hand `frames` frames, at most `writable()`, over to the reader.
+    /// Writer: hands the first `frames` frames of the space over to the reader.
     void commit(std::uint32_t frames) noexcept {
         _written.store(_written.load(std::memory_order_relaxed) + frames, std::memory_order_release);
     }
 
-    /// Reader: copy up to `frames` frames behind `offset` in `planes`; returns their number.
-    std::uint32_t read(float* const* planes, std::uint32_t offset, std::uint32_t frames) noexcept {
+    /// Reader: moves frames into `sound` until that is full or nothing is left; returns their number.
+    std::uint32_t read(PlanarSound sound) noexcept {
         const std::uint64_t start = _read.load(std::memory_order_relaxed);
         const auto held = static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - start);
-        const std::uint32_t count = std::min(frames, held);
+        const std::uint32_t count = std::min(sound.frames(), held);
         const std::uint32_t from = position(start);
-        const std::uint32_t first = std::min(count, _capacity - from);
-        for (std::uint32_t channel = 0; channel < _channels; ++channel) {
-            const float* source = plane(channel);
-            std::copy_n(source + from, first, planes[channel] + offset);
-            std::copy_n(source, count - first, planes[channel] + offset + first);
+        const std::uint32_t first = std::min(count, capacity() - from);
+        for (std::uint32_t channel = 0; channel < channels(); ++channel) {
+            const float* source = _samples.view()[channel];
+            std::copy_n(source + from, first, sound[channel]);
+            std::copy_n(source, count - first, sound[channel] + first);
         }
         _read.store(start + count, std::memory_order_release);
         return count;
@@ -68,15 +68,10 @@ class FrameRing {
 
   private:
     [[nodiscard]] std::uint32_t position(std::uint64_t count) const noexcept {
-        return static_cast<std::uint32_t>(count % _capacity);
-    }
-    [[nodiscard]] float* plane(std::uint32_t channel) noexcept {
-        return _samples.data() + static_cast<std::size_t>(channel) * _capacity;
+        return static_cast<std::uint32_t>(count % capacity());
     }
 
-    std::vector<float> _samples;
-    std::uint32_t _channels = 0;
-    std::uint32_t _capacity = 0;
+    PlanarBuffer _samples;
     std::atomic<std::uint64_t> _read{0};
     std::atomic<std::uint64_t> _written{0};
 };

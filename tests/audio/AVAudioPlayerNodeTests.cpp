@@ -131,7 +131,7 @@ TEST(AVAudioPlayerNode, LosesItsLastReferenceOnItsOwnThread) {
 
 TEST(AVAudioPlayerNode, LosesItsLastReferenceInACompletionThatItsStopCalls) {
     auto player = AVAudioPlayerNode::create();
-    std::weak_ptr<PlayerStream> stream = player->stream();
+    std::weak_ptr<PlayerStream> stream = player->playerStream();
     player->scheduleFile(makeFile(countingSound(2, 100000)), std::nullopt, [&] { player.reset(); });
     player->stop(); // and returns
     EXPECT_FALSE(player);

@@ -75,7 +75,7 @@ class FakeHardware final : public HardwareDevice {
         while (!_ended) {
             std::this_thread::sleep_for(milliseconds(2));
             if (_running && _server.plays && _server.present) {
-                listener.hardwareRender(planes.data(), format(), 256);
+                listener.hardwareRender({planes.data(), 2, 256}, _server.rate);
             }
         }
     }
@@ -95,10 +95,10 @@ class Client final : public OutputClient {
     std::atomic<bool> inside{false};
     std::atomic<bool> overlapped{false};
 
-    void render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept override {
+    void render(PlanarSound sound, double sampleRate) noexcept override {
         if (inside.exchange(true)) overlapped = true; // two devices at once
-        for (std::uint32_t c = 0; c < format.channelCount; ++c) std::fill_n(planes[c], frames, 0.1F);
-        rate = format.sampleRate;
+        for (std::uint32_t c = 0; c < sound.channels(); ++c) std::fill_n(sound[c], sound.frames(), 0.1F);
+        rate = sampleRate;
         ++calls;
         inside = false;
     }

@@ -84,6 +84,7 @@ bool Signal::wait(int times) {
 }
 
 std::optional<Error> TestProcessor::allocate(double sampleRate, std::uint32_t) {
+    if (onAllocate) onAllocate();
     if (failure) return failure;
     rate = sampleRate;
     ++allocations;
@@ -95,11 +96,10 @@ void TestProcessor::release() noexcept {
     ++releases;
 }
 
-void TestProcessor::process(const float* const* in, float* const* out, std::uint32_t frames,
-                            std::int64_t sampleTime) noexcept {
-    if (work) return work({in, out, frames, sampleTime});
+void TestProcessor::process(ConstPlanarSound in, PlanarSound out, std::int64_t sampleTime) noexcept {
+    if (work) return work({in, out, out.frames(), sampleTime});
     for (std::uint32_t c = 0; c < 2; ++c) {
-        for (std::uint32_t i = 0; i < frames; ++i) out[c][i] = gain * in[c][i];
+        for (std::uint32_t i = 0; i < out.frames(); ++i) out[c][i] = 0.5F * in[c][i];
     }
 }
 

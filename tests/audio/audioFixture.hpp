@@ -47,8 +47,8 @@ class Signal {
 
 /// What a processor is given.
 struct Block {
-    const float* const* in;
-    float* const* out;
+    platform::ConstPlanarSound in;
+    platform::PlanarSound out;
     std::uint32_t frames;
     std::int64_t time;
 };
@@ -62,13 +62,16 @@ class TestProcessor final : public platform::NodeProcessor {
     std::atomic<int> allocations{0};
     std::atomic<int> releases{0};
     std::optional<platform::Error> failure;
+    std::function<void()> onAllocate; // null: nothing
+    std::string called;               // its name
 
+    [[nodiscard]] std::string name() const override { return called; }
     [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return 2; }
     [[nodiscard]] std::uint32_t outputChannels() const noexcept override { return 2; }
     [[nodiscard]] std::optional<platform::Error> allocate(double sampleRate,
                                                           std::uint32_t maximumFrames) override;
     void release() noexcept override;
-    void process(const float* const* in, float* const* out, std::uint32_t frames,
+    void process(platform::ConstPlanarSound in, platform::PlanarSound out,
                  std::int64_t sampleTime) noexcept override;
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return 0; }
 };

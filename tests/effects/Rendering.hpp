@@ -74,7 +74,8 @@ class Rendering {
         for (auto& plane : _out) outputs.push_back(plane.data());
         {
             const RealtimeScope realtime;
-            processor->process(inputs.data(), outputs.data(), frames, time);
+            processor->process({inputs.data(), static_cast<std::uint32_t>(inputs.size()), frames},
+                               {outputs.data(), static_cast<std::uint32_t>(outputs.size()), frames}, time);
         }
         time += frames;
     }

@@ -38,7 +38,7 @@ class VaryingDevice final : public OutputDevice {
         std::vector<float> left(frames);
         std::vector<float> right(frames);
         float* const planes[] = {left.data(), right.data()};
-        _client->render(planes, format(), frames);
+        _client->render({planes, 2, frames}, format().sampleRate);
     }
 
   private:
@@ -307,5 +307,41 @@ TEST(Host, MakesNoUnitOfABrokenPlugIn) {
         const auto made = provider().instantiate({{}, "", "", std::string("urn:tonewright:test:") + name});
         ASSERT_FALSE(made) << name;
         EXPECT_NE(made.error().localizedDescription().find(reason), std::string::npos) << name;
+    }
+}
+
+TEST(Host, WaitsForAPlugInForTwoSecondsAtMost) {
+    struct {
+        const char* name;
+        const char* reason;
+        std::function<std::optional<Error>(AUAudioUnit&)> operation;
+    } const cases[] = {
+        {"hangingactivate", "has not returned from being activated",
+         [](AUAudioUnit& unit) { return unit.processor()->allocate(44100, 64); }},
+        {"hangingsecond", "has not returned from making an instance",
+         [](AUAudioUnit& unit) { return unit.processor()->allocate(96000, 64); }},
+        {"hangingrun", "has not returned from rendering",
+         [](AUAudioUnit& unit) { return unit.processor()->allocate(96000, 64); }},
+        {"hangingrun", "has not returned from rendering",
+         [](AUAudioUnit& unit) { return unit.setFullState(unit.fullState()); }},
+    };
+    for (const auto& [name, reason, operation] : cases) {
+        const auto unit = makeUnit(std::string("urn:tonewright:test:") + name);
+        if (std::string_view(name) == "hangingrun") {
+            std::atomic<bool> runs{false};
+            std::thread([&runs, unit] {
+                Rendering rendering(*unit, 44100, 64);
+                runs = true;
+                rendering.block();
+            }).detach();
+            while (!runs) std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        const auto begin = std::chrono::steady_clock::now();
+        const auto failure = operation(*unit);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3)) << name;
+        ASSERT_TRUE(failure) << name;
+        EXPECT_NE(failure->localizedDescription().find(reason), std::string::npos)
+            << failure->localizedDescription();
     }
 }

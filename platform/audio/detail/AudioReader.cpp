@@ -247,7 +247,7 @@ bool AudioReader::isAtEnd() const noexcept {
     return _library->lengthIsStated && _library->position == _library->length;
 }
 
-std::uint32_t AudioReader::read(float* const* planes, std::uint32_t capacity) {
+std::uint32_t AudioReader::read(PlanarSound sound) {
     Library& library = *_library;
     if (library.frameOffset == library.frameLength && library.silence == 0 && !library.decodeFrame()) {
         // A pass is as long as the file says, and never empty.
@@ -259,19 +259,18 @@ std::uint32_t AudioReader::read(float* const* planes, std::uint32_t capacity) {
     }
     const bool silent = library.silence > 0;
     std::int64_t count = silent ? library.silence : library.frameLength - library.frameOffset;
-    count = std::min<std::int64_t>(count, capacity);
+    count = std::min<std::int64_t>(count, sound.frames());
     if (library.lengthIsStated) count = std::min(count, library.length - library.position);
     const auto frames = static_cast<std::uint32_t>(std::max<std::int64_t>(count, 0));
-    const std::uint32_t channels = library.format.channelCount;
     if (silent) {
-        for (std::uint32_t c = 0; c < channels; ++c) std::fill_n(planes[c], frames, 0.0F);
+        fillWithSilence(sound.first(frames));
         library.silence -= frames;
     } else if (frames > 0) {
         const AVFrame& frame = *library.frame;
         const auto format = static_cast<AVSampleFormat>(frame.format);
         const bool planar = av_sample_fmt_is_planar(format) != 0;
         const auto copy = [&]<class Sample>(Sample) {
-            copyToPlanes<Sample>(frame.extended_data, planar, channels, library.frameOffset, planes, frames);
+            copyToPlanes<Sample>(frame.extended_data, planar, library.frameOffset, sound.first(frames));
         };
         switch (av_get_packed_sample_fmt(format)) {
         case AV_SAMPLE_FMT_U8:

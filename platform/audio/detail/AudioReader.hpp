@@ -10,6 +10,7 @@
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/foundation/Result.hpp"
+#include "platform/realtime/PlanarView.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -28,8 +29,9 @@ class AudioReader {
     [[nodiscard]] AVAudioFormat format() const noexcept;
     [[nodiscard]] std::int64_t lengthFrames() const noexcept;
 
-    /// Writes up to `capacity` frames into `planes` and returns their number; 0 at the end of the pass only.
-    [[nodiscard]] std::uint32_t read(float* const* planes, std::uint32_t capacity);
+    /// Writes into `sound` what it holds at most and returns the number of frames; 0 at the end of the pass
+    /// only.
+    [[nodiscard]] std::uint32_t read(PlanarSound sound);
     /// Returns whether the last frame of the pass is known to have been given.
     [[nodiscard]] bool isAtEnd() const noexcept;
     /// Goes back to the first frame; returns whether that worked. If not, the reader is of no more use.

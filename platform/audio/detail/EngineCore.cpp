@@ -3,200 +3,262 @@
 
 #include "platform/audio/detail/EngineCore.hpp"
 
-#include "platform/audio/AVAudioOutputNode.hpp"
-#include "platform/audio/detail/PlayerStream.hpp"
+#include "platform/audio/NodeProcessor.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/realtime/DenormalScope.hpp"
-#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 #include <chrono>
 
 namespace platform {
+namespace {
+
+// How often the watcher looks whether a retired plan is out of use.
+constexpr std::chrono::milliseconds GraveyardPeriod{100};
+
+std::string effectNamed(const NodeProcessor& processor) {
+    const std::string name = processor.name();
+    return name.empty() ? "The effect" : "The effect \"" + name + '"';
+}
+
+} // namespace
+
+// Holds the engine's lock. When it ends, without the lock, effects are released and messages printed.
+class EngineCore::Edit {
+  public:
+    explicit Edit(EngineCore& core)
+        : _lock(core._mutex) {}
+    ~Edit() {
+        _lock.unlock();
+        for (const auto& processor : released) processor->release();
+        for (const std::string& message : messages) warn(message);
+    }
+    Edit(const Edit&) = delete;
+    Edit& operator=(const Edit&) = delete;
+
+    /// Calls `work` without the lock.
+    template <class Work>
+    void unlocked(Work&& work) {
+        _lock.unlock();
+        work();
+        _lock.lock();
+    }
+
+    std::vector<std::shared_ptr<NodeProcessor>> released;
+    std::vector<std::string> messages;
+
+  private:
+    std::unique_lock<std::mutex> _lock;
+};
 
 EngineCore::EngineCore(std::shared_ptr<OutputDevice> device, NodePointer mainMixer, NodePointer output)
     : _device(std::move(device))
     , _offline(_device->isOffline())
     , _graph(std::move(mainMixer), std::move(output)) {}
 
-// --- the control side
+// --- editing
 
 void EngineCore::attach(const NodePointer& node) {
-    const std::scoped_lock lock(_mutex);
-    if (node && !_graph.attach(node)) warn("A node of another audio engine can't be attached.");
+    Edit edit(*this);
+    if (!node) return;
+    if (!_graph.attach(node)) {
+        edit.messages.emplace_back("A node of another audio engine can't be attached.");
+        return;
+    }
+    const auto processor = node->processor();
+    const auto keeps = [&](const auto& renderer) { return renderer && renderer->keeps(processor.get()); };
+    if (processor && (keeps(_renderer) || std::ranges::any_of(_abandoned, keeps))) {
+        _graph.setStuck(*processor, true); // it was detached while a thread was in it
+    }
 }
 
 void EngineCore::detach(const NodePointer& node) {
-    const std::scoped_lock lock(_mutex);
+    Edit edit(*this);
     if (!node || !_graph.holds(*node)) return;
-    if (_graph.unlink(*node)) graphDidChange();
-    _graph.detach(*node);
+    if (_graph.unlink(*node)) graphDidChange(edit);
+    if (auto processor = _graph.detach(*node)) edit.released.push_back(std::move(processor));
 }
 
 void EngineCore::connect(const NodePointer& from, const NodePointer& to,
                          std::optional<AVAudioFormat> format) {
-    const std::scoped_lock lock(_mutex);
+    Edit edit(*this);
     if (!from || !to || !_graph.holds(*from) || !_graph.holds(*to)) {
-        warn("A node that isn't attached to the audio engine can't be connected.");
+        edit.messages.emplace_back("A node that isn't attached to the audio engine can't be connected.");
         return;
     }
     // The output's own format is no wish: such a link follows the output when that becomes another.
-    if (format == _device->format() && dynamic_cast<const AVAudioOutputNode*>(to.get()) != nullptr) {
-        format.reset();
-    }
+    if (format == _device->format() && _graph.isOutput(*to)) format.reset();
     _graph.connect(*from, *to, format);
-    graphDidChange();
+    graphDidChange(edit);
 }
 
 void EngineCore::disconnectInput(const NodePointer& node) {
-    const std::scoped_lock lock(_mutex);
-    if (node && _graph.disconnectInput(*node)) graphDidChange();
+    Edit edit(*this);
+    if (node && _graph.disconnectInput(*node)) graphDidChange(edit);
 }
 
+// --- starting and stopping
+
 void EngineCore::prepare() {
-    const std::scoped_lock lock(_mutex);
+    const std::scoped_lock turn(_startMutex);
+    Edit edit(*this);
     if (_ended || _planIsCurrent) return;
-    if (!_running) expectBlocks();
-    rebuild();
+    makeRenderer();
+    if (!_running) tellBlockFrames(edit, std::min(_device->blockFrames(), RenderPlan::MaximumFrames));
+    rebuild(edit);
 }
 
 std::optional<Error> EngineCore::start() {
-    const std::scoped_lock lock(_mutex);
+    const std::scoped_lock turn(_startMutex);
+    Edit edit(*this);
     if (_running || _ended) return std::nullopt;
     if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
-    _shared.sampleTime = 0;
-    _shared.stopping = std::stop_source();
-    expectBlocks();
-    if (!_planIsCurrent || _planFormat != _device->format()) rebuild();
-    if (auto error = _device->start(shared_from_this())) return error;
+    makeRenderer();
+    // Before the first block the device's word is all there is.
+    const std::uint32_t frames = std::min(_device->blockFrames(), RenderPlan::MaximumFrames);
+    _renderer->reset(frames);
+    tellBlockFrames(edit, frames);
+    if (!_planIsCurrent || _planFormat != _device->format()) rebuild(edit);
+    if (auto error = _device->start(_renderer)) return error;
     _running = true;
-    if (_planFormat != _device->format()) rebuild(); // starting may tell what the device really is
+    if (_planFormat != _device->format()) rebuild(edit); // starting may tell what the device really is
     return std::nullopt;
 }
 
 void EngineCore::stop() {
-    const std::scoped_lock lock(_mutex);
+    const std::scoped_lock turn(_startMutex);
+    Edit edit(*this);
     if (!_running) return;
-    _shared.stopping.request_stop();
+    _renderer->requestStop();
     _device->stop();
     _running = false;
-}
-
-// Before the first block the device's word is all there is. _mutex is held.
-void EngineCore::expectBlocks() {
-    const std::uint32_t frames = std::min(_device->blockFrames(), RenderPlan::MaximumFrames);
-    _shared.blockLength.reset(frames);
-    _graph.setBlockFrames(frames);
-}
-
-bool EngineCore::isRunning() const {
-    const std::scoped_lock lock(_mutex);
-    return _running;
+    if (!_renderer->isRendering()) return;
+    // The device has waited, and goes on without its thread; so does the engine.
+    publish(edit, nullptr, std::chrono::nanoseconds(0));
+    _planIsCurrent = false;
+    _abandoned.push_back(std::move(_renderer));
+    _news->signal();
 }
 
 void EngineCore::shutDown() {
     stop();
     {
-        const std::scoped_lock lock(_mutex);
+        Edit edit(*this);
         _ended = true;
-        publish(nullptr);
-        _shared.news.signal();
+        publish(edit, nullptr);
+        _news->signal();
     }
     if (_watcher.joinable()) _watcher.join();
 }
 
+// _mutex is held.
+void EngineCore::makeRenderer() {
+    if (_renderer) return;
+    _renderer = std::make_shared<EngineRenderer>(_offline, _news, [weakSelf = weak_from_this()] {
+        if (const auto self = weakSelf.lock()) self->followFormat();
+    });
+}
+
+void EngineCore::followFormat() {
+    _control.async([weakSelf = weak_from_this()] {
+        const auto self = weakSelf.lock();
+        if (!self) return;
+        Edit edit(*self);
+        if (self->_running && self->_planFormat != self->_device->format()) self->rebuild(edit);
+    });
+}
+
+// --- plans
+
 // A stopped engine builds its plan when it is next prepared or started. _mutex is held.
-void EngineCore::graphDidChange() {
+void EngineCore::graphDidChange(Edit& edit) {
     if (_running) {
-        rebuild();
+        rebuild(edit);
     } else {
-        publish(nullptr);
+        publish(edit, nullptr);
         _planIsCurrent = false;
     }
 }
 
-// _mutex is held.
-void EngineCore::rebuild() {
-    const AVAudioFormat format = _device->format();
-    if (format.sampleRate != _planFormat.sampleRate) {
-        publish(nullptr); // processors begin anew: none may be in use
+// _mutex is held, but for the time in which effects are made ready.
+void EngineCore::rebuild(Edit& edit) {
+    while (!_ended && _renderer) {
+        const AVAudioFormat format = _device->format();
+        if (format.sampleRate != _planFormat.sampleRate) {
+            publish(edit, nullptr); // processors begin anew: none may be in use
+        }
+        _planFormat = format;
+        _planIsCurrent = false;
+        NodeGraph::Compiled compiled = _graph.compile(format, _offline);
+        if (!compiled.unready.empty()) {
+            edit.unlocked([&] { compiled.makeReady(); });
+            _graph.noteReadiness(compiled, edit.released, edit.messages);
+        } else if (!publish(edit, std::move(compiled.plan))) {
+            _planIsCurrent = true;
+            return;
+        }
     }
-    publish(_graph.compile(format, _offline));
-    _planFormat = format;
-    _planIsCurrent = true;
 }
 
-// Have the audio side run `plan` and free the former one. _mutex is held.
-void EngineCore::publish(std::unique_ptr<RenderPlan> plan) {
-    const std::unique_ptr<RenderPlan> former(_shared.plan.exchange(plan.release()));
-    if (!former) return;
-    while (_shared.inUse.load() == former.get()) std::this_thread::sleep_for(std::chrono::microseconds(50));
+// Returns whether the former plan had to be retired, so that what was compiled before may be wrong. _mutex is
+// held.
+bool EngineCore::publish(Edit& edit, std::unique_ptr<RenderPlan> plan, std::chrono::nanoseconds limit) {
+    if (!_renderer) return false;
+    const auto retired = _renderer->publish(std::move(plan), limit);
+    if (!retired) return false;
+    if (retired->inside) {
+        _graph.setStuck(*retired->inside, true);
+        edit.messages.push_back(effectNamed(*retired->inside) + " has not returned from rendering in " +
+                                std::to_string(ControlLimit.count()) +
+                                " seconds; it is left out until it does.");
+    }
+    _graph.forgetConverters();
+    _news->signal();
+    return true;
 }
 
-void EngineCore::outputFormatDidChange() {
-    _control.async([weakSelf = weak_from_this()] {
-        const auto self = weakSelf.lock();
-        if (!self) return;
-        const std::scoped_lock lock(self->_mutex);
-        if (self->_running && self->_planFormat != self->_device->format()) self->rebuild();
+// _mutex is held, but for the time in which effects are told.
+void EngineCore::tellBlockFrames(Edit& edit, std::uint32_t frames) {
+    const auto processors = _graph.setBlockFrames(frames);
+    if (processors.empty()) return;
+    edit.unlocked([&] {
+        for (const auto& processor : processors) processor->setBlockFrames(frames);
     });
 }
 
+// --- the watcher
+
+// Frees what the audio side has let go of at last, and takes effects that have returned into the plan again.
+// _mutex is held.
+void EngineCore::takeBack(Edit& edit) {
+    std::vector<std::shared_ptr<NodeProcessor>> returned;
+    const auto empty = [&](EngineRenderer& renderer) {
+        std::ranges::move(renderer.emptyGraveyard(), std::back_inserter(returned));
+    };
+    if (_renderer) empty(*_renderer);
+    std::erase_if(_abandoned, [&](const auto& renderer) {
+        empty(*renderer);
+        return !renderer->hasRetiredPlans() && !renderer->isRendering();
+    });
+    for (auto& processor : returned) {
+        edit.messages.push_back(effectNamed(*processor) + " has returned.");
+        if (!_graph.setStuck(*processor, false)) edit.released.push_back(std::move(processor));
+    }
+    if (!returned.empty() && _running) rebuild(edit);
+}
+
 void EngineCore::watch() {
-    while (true) {
-        _shared.news.wait();
-        const std::scoped_lock lock(_mutex);
-        _graph.reportBadSamples();
-        if (_ended) return;
-        if (_running) _graph.setBlockFrames(_shared.blockLength.usual());
-    }
-}
-
-// --- the audio side
-
-RenderPlan* EngineCore::acquirePlan() noexcept {
-    RenderPlan* plan = _shared.plan.load();
-    while (true) { // again only if the control side exchanged the plan at this very moment
-        _shared.inUse.store(plan);
-        RenderPlan* const now = _shared.plan.load();
-        if (now == plan) return plan;
-        plan = now;
-    }
-}
-
-// Offline there is time to wait for what is to be rendered; the plan must not be held meanwhile.
-void EngineCore::provide(std::uint32_t frames) {
-    std::vector<std::shared_ptr<PlayerStream>> players;
-    const auto isReady = [frames](const auto& player) { return player->isProvided(frames); };
-    if (const RenderPlan* plan = acquirePlan();
-        plan != nullptr && !std::ranges::all_of(plan->players(), isReady)) {
-        players = plan->players();
-    }
-    releasePlan();
-    for (const auto& player : players) player->provide(frames, _shared.stopping.get_token());
-}
-
-void EngineCore::render(float* const* planes, const AVAudioFormat& format, std::uint32_t frames) noexcept {
-    const DenormalScope noDenormals;
-    for (std::uint32_t done = 0; done < frames;) {
-        const std::uint32_t count = std::min(frames - done, RenderPlan::MaximumFrames);
-        if (_offline) provide(count);
-        const RealtimeScope realtime;
-        RenderPlan* plan = acquirePlan();
-        if (plan != nullptr && plan->format() == format) {
-            const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
-            const bool isNewLength = !_offline && _shared.blockLength.note(count);
-            if (plan->render(planes, done, count, now) || isNewLength) {
-                _shared.news.signal();
-            }
-            _shared.sampleTime.store(now + count, std::memory_order_relaxed);
-        } else { // the control side is about to follow a change of the device
-            for (std::uint32_t c = 0; c < format.channelCount; ++c) {
-                std::fill_n(planes[c] + done, count, 0.0F);
-            }
+    for (bool hasGraves = false;;) {
+        if (hasGraves) {
+            (void)_news->waitFor(GraveyardPeriod);
+        } else {
+            _news->wait();
         }
-        releasePlan();
-        done += count;
+        Edit edit(*this);
+        _graph.reportBadSamples(edit.messages);
+        takeBack(edit);
+        if (_ended) return;
+        hasGraves = !_abandoned.empty() || (_renderer && _renderer->hasRetiredPlans());
+        if (_running && !_offline) tellBlockFrames(edit, _renderer->blockFrames());
     }
 }
 

@@ -16,22 +16,17 @@ LinkConverter::LinkConverter(double outputRate, double linkRate, std::uint32_t c
     _waiting.commit(lead);
 }
 
-void LinkConverter::process(const float* const* inputs, float* const* outputs,
-                            std::uint32_t frames) noexcept {
-    for (std::uint32_t done = 0; done < frames;) {
-        const std::uint32_t count = std::min(frames - done, _waiting.writable());
+void LinkConverter::process(ConstPlanarSound inputs, PlanarSound outputs) noexcept {
+    for (std::uint32_t done = 0; done < outputs.frames();) {
+        const PlanarSound space = _waiting.space();
+        const std::uint32_t count = std::min(outputs.frames() - done, space.frames());
         for (std::uint32_t c = 0; c < _waiting.channels(); ++c) {
-            std::copy_n(inputs[c] + done, count, _waiting.writePlane(c));
+            std::copy_n(inputs[c] + done, count, space[c]);
         }
         _waiting.commit(count);
         done += count;
     }
-    _path.process(outputs, frames, [this](float* const* planes, std::uint32_t count) {
-        const std::uint32_t read = _waiting.read(planes, 0, count);
-        for (std::uint32_t c = 0; c < _waiting.channels(); ++c) {
-            std::fill_n(planes[c] + read, count - read, 0.0F);
-        }
-    });
+    _path.process(outputs, [this](PlanarSound sound) { fillWithSilence(sound.after(_waiting.read(sound))); });
 }
 
 } // namespace platform

@@ -25,8 +25,8 @@ class LinkConverter {
         return _path.rates() == RatePath::ratesOf(outputRate, linkRate, outputRate) &&
                _waiting.channels() == channels;
     }
-    /// Takes `frames` frames (at most MaximumFrames) and gives as many. Audio thread.
-    void process(const float* const* inputs, float* const* outputs, std::uint32_t frames) noexcept;
+    /// Takes `inputs` and fills `outputs`, of as many frames (at most MaximumFrames). Audio thread.
+    void process(ConstPlanarSound inputs, PlanarSound outputs) noexcept;
 
   private:
     RatePath _path;

@@ -3,12 +3,9 @@
 
 #include "platform/audio/detail/NodeGraph.hpp"
 
-#include "platform/audio/AVAudioMixerNode.hpp"
-#include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/detail/LinkConverter.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
-#include "platform/foundation/console.hpp"
 
 #include <algorithm>
 #include <set>
@@ -25,7 +22,9 @@ NodeGraph::NodeGraph(NodePointer mainMixer, NodePointer output)
 }
 
 NodeGraph::~NodeGraph() {
-    while (!_members.empty()) detach(*_members.begin()->first);
+    while (!_members.empty()) {
+        if (const auto processor = detach(*_members.begin()->first)) processor->release();
+    }
 }
 
 bool NodeGraph::attach(const NodePointer& node) {
@@ -33,9 +32,6 @@ bool NodeGraph::attach(const NodePointer& node) {
     if (node->_isAttached.exchange(true)) return false;
     _members[node.get()] = {
         .node = node, .processor = node->processor(), .badSamples = std::make_shared<BadSamples>()};
-    if (const auto& processor = _members[node.get()].processor; processor && _blockFrames > 0) {
-        processor->setBlockFrames(_blockFrames);
-    }
     return true;
 }
 
@@ -44,13 +40,14 @@ bool NodeGraph::unlink(const AVAudioNode& node) {
            0;
 }
 
-void NodeGraph::detach(const AVAudioNode& node) {
+std::shared_ptr<NodeProcessor> NodeGraph::detach(const AVAudioNode& node) {
     unlink(node);
     const auto found = _members.find(&node);
-    if (found == _members.end()) return;
-    if (found->second.allocatedRate > 0) found->second.processor->release();
-    found->second.node->_isAttached = false;
+    if (found == _members.end()) return nullptr;
+    const Member member = std::move(found->second);
     _members.erase(found);
+    member.node->_isAttached = false;
+    return member.allocatedRate > 0 && !member.isStuck ? member.processor : nullptr;
 }
 
 void NodeGraph::connect(const AVAudioNode& from, const AVAudioNode& to, std::optional<AVAudioFormat> format) {
@@ -58,7 +55,7 @@ void NodeGraph::connect(const AVAudioNode& from, const AVAudioNode& to, std::opt
         return link.from == &from && link.to == &to && link.format == format;
     });
     if (isThere) return;
-    const bool hasOneInput = dynamic_cast<const AVAudioMixerNode*>(&to) == nullptr;
+    const bool hasOneInput = !to.takesManyInputs();
     std::erase_if(_links,
                   [&](const Link& link) { return link.from == &from || (hasOneInput && link.to == &to); });
     _links.push_back({.from = &from, .to = &to, .format = format});
@@ -68,18 +65,40 @@ bool NodeGraph::disconnectInput(const AVAudioNode& node) {
     return std::erase_if(_links, [&](const Link& link) { return link.to == &node; }) > 0;
 }
 
-bool NodeGraph::makeReady(Member& member, double rate) {
-    if (member.allocatedRate == rate) return true;
-    if (member.failedRate == rate) return false;
-    if (auto error = member.processor->allocate(rate, RenderPlan::MaximumFrames)) {
-        warn("The effect is silent: " + error->localizedDescription());
-        member.allocatedRate = 0;
-        member.failedRate = rate;
-        return false;
+void NodeGraph::Compiled::makeReady() {
+    for (Unready& one : unready) {
+        if (one.blockFrames > 0) one.processor->setBlockFrames(one.blockFrames);
+        one.failure = one.processor->allocate(one.rate, RenderPlan::MaximumFrames);
     }
-    member.allocatedRate = rate;
-    member.failedRate = 0;
-    return true;
+}
+
+void NodeGraph::noteReadiness(const Compiled& compiled, std::vector<std::shared_ptr<NodeProcessor>>& released,
+                              std::vector<std::string>& messages) {
+    for (const auto& [node, processor, rate, blockFrames, failure] : compiled.unready) {
+        if (failure) messages.push_back("The effect is silent: " + failure->localizedDescription());
+        const auto found = _members.find(node);
+        if (found == _members.end() || found->second.processor != processor) {
+            if (!failure) released.push_back(processor);
+            continue;
+        }
+        Member& member = found->second;
+        member.isBeingMadeReady = false;
+        member.allocatedRate = failure ? 0 : rate;
+        member.failedRate = failure ? rate : 0;
+    }
+}
+
+bool NodeGraph::setStuck(const NodeProcessor& processor, bool isStuck) {
+    for (auto& [node, member] : _members) {
+        if (member.processor.get() != &processor) continue;
+        member.isStuck = isStuck;
+        return true;
+    }
+    return false;
+}
+
+void NodeGraph::forgetConverters() {
+    for (Link& link : _links) link.converter.reset();
 }
 
 // One walk from the output back to the sources.
@@ -99,12 +118,14 @@ class NodeGraph::Compilation {
         return _outputs[&node] = output;
     }
 
+    std::vector<Compiled::Unready> unready;
+
   private:
     PlaneSet render(const AVAudioNode& node) {
         Member& member = _graph._members.at(&node);
         const std::uint32_t channels = _plan.format().channelCount;
         if (member.processor) {
-            if (!makeReady(member, _plan.format().sampleRate)) return _plan.silence(channels);
+            if (!isReady(node, member)) return _plan.silence(channels);
             const std::uint32_t wanted = member.processor->inputChannels();
             const std::vector<PlaneSet> inputs = inputsOf(node, wanted);
             return _plan.process(member.processor, inputs.empty() ? _plan.silence(wanted) : inputs.front(),
@@ -113,14 +134,23 @@ class NodeGraph::Compilation {
         return _plan.mix(inputsOf(node, channels), channels); // the output has one input, a mixer any number
     }
 
+    bool isReady(const AVAudioNode& node, Member& member) {
+        const double rate = _plan.format().sampleRate;
+        if (member.isStuck || member.isBeingMadeReady || member.failedRate == rate) return false;
+        if (member.allocatedRate == rate) return true;
+        member.isBeingMadeReady = true;
+        unready.push_back({&node, member.processor, rate, _graph._blockFrames});
+        return false;
+    }
+
     std::vector<PlaneSet> inputsOf(const AVAudioNode& node, std::uint32_t channels) {
         std::vector<PlaneSet> inputs;
         for (Link& link : _graph._links) {
             if (link.to != &node || link.from == nullptr || channels == 0) continue;
             const AVAudioFormat format = link.format.value_or(_plan.format());
-            if (const auto* player = dynamic_cast<const AVAudioPlayerNode*>(link.from)) {
-                player->stream()->setOutput(format.sampleRate, _plan.format().sampleRate, _offline);
-                inputs.push_back(_plan.play(player->stream(), channels, format.channelCount));
+            if (const std::shared_ptr<PlayerStream> stream = link.from->playerStream()) {
+                stream->setOutput(format.sampleRate, _plan.format().sampleRate, _offline);
+                inputs.push_back(_plan.play(stream, channels, format.channelCount));
             } else {
                 inputs.push_back(_plan.map(flowThrough(link, format), channels));
             }
@@ -150,25 +180,29 @@ class NodeGraph::Compilation {
     std::set<const AVAudioNode*> _onTheWay;
 };
 
-std::unique_ptr<RenderPlan> NodeGraph::compile(const AVAudioFormat& format, bool offline) {
-    auto plan = std::make_unique<RenderPlan>(format);
-    plan->setOutput(Compilation(*this, *plan, offline).outputOf(*_output));
-    return plan;
+NodeGraph::Compiled NodeGraph::compile(const AVAudioFormat& format, bool offline) {
+    Compiled compiled{.plan = std::make_unique<RenderPlan>(format), .unready = {}};
+    Compilation compilation(*this, *compiled.plan, offline);
+    compiled.plan->setOutput(compilation.outputOf(*_output));
+    compiled.unready = std::move(compilation.unready);
+    return compiled;
 }
 
-void NodeGraph::setBlockFrames(std::uint32_t frames) {
-    if (frames == _blockFrames) return;
+std::vector<std::shared_ptr<NodeProcessor>> NodeGraph::setBlockFrames(std::uint32_t frames) {
+    std::vector<std::shared_ptr<NodeProcessor>> processors;
+    if (frames == _blockFrames) return processors;
     _blockFrames = frames;
     for (const auto& [node, member] : _members) {
-        if (member.processor) member.processor->setBlockFrames(frames);
+        if (member.processor) processors.push_back(member.processor);
     }
+    return processors;
 }
 
-void NodeGraph::reportBadSamples() {
+void NodeGraph::reportBadSamples(std::vector<std::string>& messages) {
     for (auto& [node, member] : _members) {
         if (!member.badSamples->seen || member.saidBadSamples) continue;
         member.saidBadSamples = true;
-        warn("The effect gives samples that are no numbers; they are silenced.");
+        messages.emplace_back("The effect gives samples that are no numbers; they are silenced.");
     }
 }
 

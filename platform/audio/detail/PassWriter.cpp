@@ -58,18 +58,15 @@ PassWriter::Step PassWriter::finish() {
 PassWriter::Step PassWriter::writeSilence(FrameRing& ring) {
     const auto frames = static_cast<std::uint32_t>(std::min<std::int64_t>(ring.writable(), _silentFrames));
     if (frames == 0) return Step::Full;
-    for (std::uint32_t c = 0; c < ring.channels(); ++c) std::fill_n(ring.writePlane(c), frames, 0.0F);
+    fillWithSilence(ring.space().first(frames));
     ring.commit(frames);
     _silentFrames -= frames;
     return Step::Wrote;
 }
 
 PassWriter::Step PassWriter::writeDirectly(FrameRing& ring) {
-    const std::uint32_t room = ring.writable();
-    if (room == 0) return Step::Full;
-    _ringPlanes.resize(ring.channels());
-    for (std::uint32_t c = 0; c < ring.channels(); ++c) _ringPlanes[c] = ring.writePlane(c);
-    const std::uint32_t frames = _reader->read(_ringPlanes.data(), room);
+    if (ring.writable() == 0) return Step::Full;
+    const std::uint32_t frames = _reader->read(ring.space());
     ring.commit(frames);
     return frames == 0 || _reader->isAtEnd() ? finish() : Step::Wrote;
 }
@@ -83,43 +80,34 @@ void PassWriter::prepareConversion() {
     }
     const std::uint32_t chunk = RateConverter::ChunkFrames;
     const std::uint32_t bound = _converter ? _converter->outputBound(chunk) : chunk;
-    _samples.resize(static_cast<std::size_t>(_from.channelCount) * (chunk + bound) +
-                    static_cast<std::size_t>(_ringFormat.channelCount) * bound);
-    float* next = _samples.data();
-    const auto place = [&next](std::vector<float*>& planes, std::uint32_t channels, std::uint32_t frames) {
-        planes.resize(channels);
-        for (float*& plane : planes) plane = std::exchange(next, next + frames);
-    };
-    place(_readPlanes, _from.channelCount, chunk);
-    place(_convertedPlanes, _from.channelCount, bound);
-    place(_mappedPlanes, _ringFormat.channelCount, bound);
+    _read.resize(_from.channelCount, chunk);
+    _converted.resize(_from.channelCount, bound);
+    _mapped.resize(_ringFormat.channelCount, bound);
 }
 
-// Convert the `frames` frames in the planes of reading.
-void PassWriter::convertChunk(std::uint32_t frames) {
-    float* const* planes = _readPlanes.data();
+void PassWriter::convertChunk(ConstPlanarSound chunk) {
     _taken = 0;
-    _held = frames;
+    _held = chunk.frames();
     if (_converter) {
-        planes = _convertedPlanes.data();
-        _held = _converter->push(_readPlanes.data(), frames, planes, _converter->outputBound(frames));
+        _held = _converter->push(chunk, _converted.view().first(_converter->outputBound(chunk.frames())));
+        chunk = _converted.view();
     }
-    mapChannels(planes, _from.channelCount, _mappedPlanes.data(), _ringFormat.channelCount, _held);
+    mapChannels(chunk, _mapped.view().first(_held));
 }
 
 PassWriter::Step PassWriter::convert() {
     if (_from != _file->processingFormat()) prepareConversion();
-    const std::uint32_t read = _reader->read(_readPlanes.data(), RateConverter::ChunkFrames);
+    const std::uint32_t read = _reader->read(_read.view());
     if (read == 0) return finish();
-    convertChunk(read);
+    convertChunk(_read.view().first(read));
     return Step::Wrote;
 }
 
 // Between passes of different formats: bring out what the converter still holds of the former.
 PassWriter::Step PassWriter::flush() {
     const std::uint32_t frames = std::min(_tailFrames, RateConverter::ChunkFrames);
-    for (float* plane : _readPlanes) std::fill_n(plane, frames, 0.0F);
-    convertChunk(frames);
+    fillWithSilence(_read.view().first(frames));
+    convertChunk(_read.view().first(frames));
     _tailFrames -= frames;
     if (_tailFrames == 0) {
         _converter.reset();
@@ -131,9 +119,9 @@ PassWriter::Step PassWriter::flush() {
 PassWriter::Step PassWriter::writeConverted(FrameRing& ring) {
     const std::uint32_t frames = std::min(ring.writable(), _held - _taken);
     if (frames == 0) return Step::Full;
-    for (std::uint32_t c = 0; c < ring.channels(); ++c) {
-        std::copy_n(_mappedPlanes[c] + _taken, frames, ring.writePlane(c));
-    }
+    const PlanarSound from = _mapped.view().after(_taken);
+    const PlanarSound space = ring.space();
+    for (std::uint32_t c = 0; c < ring.channels(); ++c) std::copy_n(from[c], frames, space[c]);
     ring.commit(frames);
     _taken += frames;
     return _taken == _held && _tailFrames == 0 && _reader && _reader->isAtEnd() ? finish() : Step::Wrote;

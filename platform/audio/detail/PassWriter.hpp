@@ -12,7 +12,6 @@
 #include "platform/realtime/FrameRing.hpp"
 
 #include <memory>
-#include <vector>
 
 namespace platform {
 
@@ -42,7 +41,7 @@ class PassWriter {
     Step convert();
     Step flush();
     void prepareConversion();
-    void convertChunk(std::uint32_t frames);
+    void convertChunk(ConstPlanarSound chunk);
     Step finish();
 
     std::shared_ptr<AVAudioFile> _file;
@@ -53,12 +52,10 @@ class PassWriter {
 
     AVAudioFormat _from; // of the conversion to the ring's format; no channels: there is none
     std::unique_ptr<RateConverter> _converter; // null where only the number of channels differs
-    std::vector<float> _samples;               // planes of one chunk: read, converted, mapped
-    std::vector<float*> _ringPlanes;
-    std::vector<float*> _readPlanes;
-    std::vector<float*> _convertedPlanes;
-    std::vector<float*> _mappedPlanes;
-    std::uint32_t _held = 0;  // frames in the mapped planes
+    PlanarBuffer _read;                        // one chunk, in these steps
+    PlanarBuffer _converted;
+    PlanarBuffer _mapped;
+    std::uint32_t _held = 0;  // frames in _mapped
     std::uint32_t _taken = 0; // frames of them that are in the ring
 };
 

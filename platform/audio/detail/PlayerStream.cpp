@@ -4,11 +4,11 @@
 #include "platform/audio/detail/PlayerStream.hpp"
 
 #include "platform/audio/AVAudioFile.hpp"
-#include "platform/audio/detail/mapChannels.hpp"
-#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <optional>
+#include <thread>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -38,20 +38,6 @@ class Completing {
     const PlayerStream* _outer;
 };
 
-void fillWithSilence(float* const* planes, std::uint32_t channels, std::uint32_t offset,
-                     std::uint32_t frames) noexcept {
-    for (std::uint32_t c = 0; c < channels; ++c) std::fill_n(planes[c] + offset, frames, 0.0F);
-}
-
-std::vector<float*> planesOf(std::vector<float>& samples, std::uint32_t channels, std::uint32_t frames) {
-    samples.assign(static_cast<std::size_t>(channels) * frames, 0.0F);
-    std::vector<float*> planes(channels);
-    for (std::uint32_t c = 0; c < channels; ++c) {
-        planes[c] = samples.data() + static_cast<std::size_t>(c) * frames;
-    }
-    return planes;
-}
-
 } // namespace
 
 PlayerStream::PlayerStream() = default;
@@ -62,75 +48,71 @@ void PlayerStream::schedule(std::shared_ptr<AVAudioFile> file, std::int64_t sile
     const std::scoped_lock lock(_mutex);
     if (_ended) return;
     _passes.push_back({std::move(file), silentFrames, std::move(completion)});
-    _shared.passUnderWay = true;
-    if (!_decoder.joinable()) _decoder = std::thread([this] { runDecoder(); });
-    if (!_shared.offline || !_playing) wakeDecoder(); // an offline render decodes for itself, on one core
-    _scheduleChanged.notify_all();
+    _voice.passUnderWay = true;
+    if (!std::exchange(_hasDecoder, true)) {
+        std::thread([self = shared_from_this()] { self->runDecoder(); }).detach();
+    }
+    // An offline render decodes for itself, on one core.
+    if (!_voice.offline || !_voice.playing) _voice.wakeDecoder();
+    _changed.notify_all();
 }
 
 void PlayerStream::play() {
-    const std::scoped_lock lock(_mutex);
-    _playing = true;
-    updateGate();
+    _voice.playing = true;
 }
 
 void PlayerStream::pause() {
-    const std::scoped_lock lock(_mutex);
-    _playing = false;
-    updateGate();
-    _scheduleChanged.notify_all();
+    const std::scoped_lock lock(_mutex); // so that `provide` does not miss it
+    _voice.playing = false;
+    _changed.notify_all();
 }
 
 void PlayerStream::stop() {
     {
         const std::scoped_lock lock(_mutex);
-        _playing = false;
-        _primed = false;
-        updateGate();
-        _shared.ring.clear();
-        _shared.path.reset();
-        _ringFormat = {};
-        _writer.abandon();
-        _shared.passUnderWay = false;
+        _voice.playing = false;
+        _voice.passUnderWay = false;
+        _voice.gate.shut();
+        _isResetDue = true;
         for (Pass& pass : _passes) complete(std::move(pass.completion));
         _passes.clear();
-        _scheduleChanged.notify_all();
+        _changed.notify_all();
     }
+    // A decoder that is in a file for longer does the rest when it comes back.
+    if (const std::unique_lock turn(_turn, ControlLimit); turn) (void)settle();
     if (completing != this) _completions.sync([] {});
-}
-
-bool PlayerStream::isPlaying() const {
-    const std::scoped_lock lock(_mutex);
-    return _playing;
 }
 
 void PlayerStream::shutDown() {
     std::deque<Pass> dropped; // outlives the lock: what its completions keep may come back to us
     {
-        const std::scoped_lock lock(_mutex);
+        std::unique_lock lock(_mutex);
         _ended = true;
-        _playing = false;
-        updateGate();
+        _voice.playing = false;
+        _voice.gate.shut();
         dropped.swap(_passes);
-        wakeDecoder();
-        _scheduleChanged.notify_all();
+        _voice.wakeDecoder();
+        _changed.notify_all();
+        _changed.wait_for(lock, ControlLimit, [this] { return !_hasDecoder; });
     }
-    if (_decoder.joinable()) _decoder.join();
     if (completing != this) _completions.sync([] {});
 }
 
 void PlayerStream::setOutput(double linkRate, double rate, bool offline) {
-    const std::scoped_lock lock(_mutex);
-    _shared.offline = offline;
-    _linkRate = linkRate;
-    _outputRate = rate;
-    if (!_shared.path || _shared.path->rates() == wantedRates()) return;
-    _shared.gate.close();
-    makePath();
-    updateGate();
+    {
+        const std::scoped_lock lock(_mutex);
+        _voice.offline = offline;
+        if (_linkRate == linkRate && _outputRate == rate) return;
+        _linkRate = linkRate;
+        _outputRate = rate;
+        _voice.gate.shut(); // nothing is read at the former rate any more
+        _isPathDue = true;
+    }
+    if (const std::unique_lock turn(_turn, std::try_to_lock); turn && settle()) return;
+    _voice.wakeDecoder();
 }
 
-// Call `completion` on the completions' thread. _mutex is held.
+// Calls `completion` on the completions' thread. _mutex is held.
 void PlayerStream::complete(std::function<void()> completion) {
     ++_completionsUnderWay;
     _completions.async([self = shared_from_this(), completion = std::move(completion)]() mutable {
@@ -145,165 +127,174 @@ void PlayerStream::complete(std::function<void()> completion) {
         --self->_completionsUnderWay;
         self->_lastCompletion = Clock::now();
         self->_mayBeScheduled = true;
-        self->_scheduleChanged.notify_all();
+        self->_changed.notify_all();
     });
 }
 
 // --- decoding ahead
 
+// No lock is held.
 void PlayerStream::runDecoder() {
     while (true) {
-        bool primes = false;
+        bool waitsForMore =
+            false; // a beginning that is too short to be primed, or what is still to be settled
         {
+            const std::scoped_lock turn(_turn);
+            const bool didSome = decodeSome();
             const std::scoped_lock lock(_mutex);
-            if (_ended) return;
-            if (decodeSome()) continue;
-            primes = !_primed && _ringFormat.channelCount > 0;
-            _shared.decoderSleeps = true;
+            if (_ended) {
+                _hasDecoder = false;
+                _changed.notify_all();
+                return;
+            }
+            if (didSome) continue;
+            waitsForMore = (!_isPrimed && _ringFormat.channelCount > 0) || _isResetDue || _isPathDue;
+            _voice.decoderSleeps = true;
         }
-        if (!primes) {
-            _shared.wake.wait();
-        } else if (!_shared.wake.waitFor(PrimingLimit)) {
-            const std::scoped_lock lock(_mutex);
+        if (!waitsForMore) {
+            _voice.wake.wait();
+        } else if (!_voice.wake.waitFor(PrimingLimit)) {
+            const std::scoped_lock turn(_turn);
             if (_ringFormat.channelCount > 0) prime();
         }
     }
 }
 
-// Do one step; false if there is nothing to do now. _mutex is held.
+// Does one step; returns false if there is nothing to do now. The turn is held.
 bool PlayerStream::decodeSome() {
-    if (_passes.empty()) return false;
-    Pass& pass = _passes.front();
-    if (_ringFormat.channelCount == 0) configureRing(pass.file->processingFormat());
-    if (!_writer.isUnderWay()) _writer.begin(pass.file, pass.silentFrames, _ringFormat);
-    const PassWriter::Step step = _writer.write(_shared.ring);
-    if (step == PassWriter::Step::Finished) {
-        complete(std::move(pass.completion));
-        _passes.pop_front();
-        _shared.passUnderWay = !_passes.empty();
-    }
-    if (!_primed && _shared.ring.readable() >= _shared.ring.capacity() / 2) prime();
+    if (!settle() || (!_writer.isUnderWay() && !beginPass())) return false;
+    const PassWriter::Step step = _writer.write(_voice.ring);
+    if (step == PassWriter::Step::Finished) finishPass();
+    if (!_isPrimed && _voice.ring.readable() >= _voice.ring.capacity() / 2) prime();
     return step != PassWriter::Step::Full;
 }
 
-// The ring has enough to begin with. _mutex is held.
-void PlayerStream::prime() {
-    _primed = true;
-    updateGate();
+// Opens the file of the front pass; returns false if there is none. The turn is held.
+bool PlayerStream::beginPass() {
+    std::shared_ptr<AVAudioFile> file;
+    std::int64_t silentFrames = 0;
+    {
+        const std::scoped_lock lock(_mutex);
+        if (_passes.empty() || _ended) return false;
+        file = _passes.front().file;
+        silentFrames = _passes.front().silentFrames;
+    }
+    if (_ringFormat.channelCount == 0) configureRing(file->processingFormat());
+    _writer.begin(file, silentFrames, _ringFormat);
+    return true;
 }
 
-// The gate is closed, as it always is while the ring is not configured. _mutex is held.
+// The turn is held.
+void PlayerStream::finishPass() {
+    const std::scoped_lock lock(_mutex);
+    if (_isResetDue || _passes.empty()) return; // it was stopped meanwhile, and its completion called
+    complete(std::move(_passes.front().completion));
+    _passes.pop_front();
+    _voice.passUnderWay = !_passes.empty();
+}
+
+// Does what `stop` and `setOutput` have left to the holder of the turn; returns whether all is done.
+bool PlayerStream::settle() {
+    bool isResetDue = false;
+    {
+        const std::scoped_lock lock(_mutex);
+        if (!_isResetDue && !_isPathDue) return true;
+        isResetDue = _isResetDue;
+    }
+    if (!_voice.gate.close()) return false;
+    if (isResetDue) {
+        _voice.ring.clear();
+        _voice.path.reset();
+        _ringFormat = {};
+        _writer.abandon();
+        _isPrimed = false;
+        const std::scoped_lock lock(_mutex);
+        _isResetDue = false;
+    }
+    makePath();
+    openGate();
+    return true;
+}
+
+// The ring has enough to begin with. The turn is held.
+void PlayerStream::prime() {
+    _isPrimed = true;
+    openGate();
+}
+
+// The turn is held.
+void PlayerStream::openGate() {
+    const std::scoped_lock lock(_mutex);
+    if (_isPrimed && !_isResetDue && !_isPathDue && !_ended) _voice.gate.open();
+}
+
+// The gate is closed, as it always is while the ring is not configured. The turn is held.
 void PlayerStream::configureRing(const AVAudioFormat& format) {
     _ringFormat = format;
     const auto capacity = static_cast<std::uint32_t>(format.sampleRate * RingSeconds);
-    if (format.channelCount != _shared.ring.channels() || capacity != _shared.ring.capacity()) {
-        _shared.ring.configure(format.channelCount, std::max(capacity, 1U));
-        _shared.scratchPlanes = planesOf(_shared.scratch, format.channelCount, MaximumFrames);
-        _shared.linkPlanes = planesOf(_shared.linkScratch, format.channelCount, MaximumFrames);
+    if (format.channelCount != _voice.ring.channels() || capacity != _voice.ring.capacity()) {
+        _voice.ring.configure(format.channelCount, std::max(capacity, 1U));
+        _voice.scratch.resize(format.channelCount, PlayerVoice::MaximumFrames);
+        _voice.linkScratch.resize(format.channelCount, PlayerVoice::MaximumFrames);
     }
     makePath();
 }
 
-// The gate is closed. _mutex is held.
+// Makes the path for the rates of today. The gate is closed. The turn is held.
 void PlayerStream::makePath() {
-    _shared.path = std::make_unique<RatePath>(wantedRates(), _ringFormat.channelCount);
-}
-
-// _mutex is held.
-RatePath::Rates PlayerStream::wantedRates() const {
     const double ringRate = _ringFormat.sampleRate;
-    return _outputRate > 0 ? RatePath::ratesOf(ringRate, _linkRate, _outputRate)
-                           : RatePath::ratesOf(ringRate, ringRate, ringRate);
-}
-
-// _mutex is held.
-void PlayerStream::updateGate() {
-    if (_playing && _primed) {
-        _shared.gate.open();
-    } else {
-        _shared.gate.close();
+    RatePath::Rates rates = RatePath::ratesOf(ringRate, ringRate, ringRate);
+    {
+        const std::scoped_lock lock(_mutex);
+        _isPathDue = false;
+        if (_outputRate > 0) rates = RatePath::ratesOf(ringRate, _linkRate, _outputRate);
     }
-}
-
-void PlayerStream::wakeDecoder() noexcept {
-    if (_shared.decoderSleeps.exchange(false)) _shared.wake.signal();
+    if (_ringFormat.channelCount == 0 || (_voice.path && _voice.path->rates() == rates)) return;
+    _voice.path = std::make_unique<RatePath>(rates, _ringFormat.channelCount);
 }
 
 // --- offline
 
-// The frames of the ring from which `outputFrames` frames of output can be made. _mutex is held.
-std::uint32_t PlayerStream::ringFramesFor(std::uint32_t outputFrames) const {
-    return std::min(_shared.path->inputFor(outputFrames), _shared.ring.capacity());
+// Returns whether the ring holds what `outputFrames` frames of output are made from. The turn is held.
+bool PlayerStream::holdsFor(std::uint32_t outputFrames) const {
+    if (_ringFormat.channelCount == 0) return false;
+    return _voice.ring.readable() >= std::min(_voice.path->inputFor(outputFrames), _voice.ring.capacity());
 }
 
 bool PlayerStream::isProvided(std::uint32_t frames) {
-    const std::scoped_lock lock(_mutex);
-    if (!_playing || _ended) return true;
-    return _primed && _ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames);
+    if (!_voice.playing) return true;
+    const std::scoped_lock locks(_turn, _mutex);
+    return _ended || (_isPrimed && !_isResetDue && !_isPathDue && holdsFor(frames));
+}
+
+// _mutex is held.
+bool PlayerStream::mayStillBeScheduled() {
+    if (_completionsUnderWay > 0) return true;
+    if (Clock::now() - _lastCompletion > ScheduleLimit) _mayBeScheduled = false;
+    return _mayBeScheduled;
 }
 
 void PlayerStream::provide(std::uint32_t frames, const std::stop_token& stop) {
     const std::stop_callback wakeUp(stop, [this] {
         const std::scoped_lock lock(_mutex);
-        _scheduleChanged.notify_all();
+        _changed.notify_all();
     });
-    std::unique_lock lock(_mutex);
     std::optional<Clock::time_point> limit;
-    while (_playing && !_ended && !stop.stop_requested()) {
-        if (_ringFormat.channelCount > 0 && _shared.ring.readable() >= ringFramesFor(frames)) break;
-        if (decodeSome()) continue;
+    while (_voice.playing && !stop.stop_requested()) {
+        {
+            const std::scoped_lock turn(_turn);
+            if (settle() && holdsFor(frames)) break;
+            if (decodeSome()) continue;
+        }
+        std::unique_lock lock(_mutex);
+        if (!_voice.playing || _ended || stop.stop_requested()) break;
+        if (!_passes.empty()) continue; // scheduled just now
         if (!limit) limit = Clock::now() + CompletionLimit;
-        if (Clock::now() >= *limit) break;
-        if (_completionsUnderWay == 0) {
-            if (Clock::now() - _lastCompletion > ScheduleLimit) _mayBeScheduled = false;
-            if (!_mayBeScheduled) break;
-        }
-        _scheduleChanged.wait_for(lock, ScheduleLimit);
+        if (Clock::now() >= *limit || !mayStillBeScheduled()) break;
+        _changed.wait_for(lock, ScheduleLimit);
     }
-    if (!_primed && _ringFormat.channelCount > 0) prime();
-}
-
-// --- the audio thread
-
-void PlayerStream::readDirectly(float* const* planes, std::uint32_t frames) noexcept {
-    const std::uint32_t count = _shared.ring.read(planes, 0, frames);
-    if (count == frames) return;
-    fillWithSilence(planes, _shared.ring.channels(), count, frames - count);
-    if (_shared.passUnderWay.load(std::memory_order_relaxed)) {
-        _shared.underruns.fetch_add(1, std::memory_order_relaxed);
-    }
-}
-
-void PlayerStream::readRing(float* const* planes, std::uint32_t frames) noexcept {
-    _shared.path->process(planes, frames,
-                          [this](float* const* input, std::uint32_t count) { readDirectly(input, count); });
-}
-
-void PlayerStream::render(float* const* planes, std::uint32_t channels, std::uint32_t linkChannels,
-                          std::uint32_t frames) noexcept {
-    if (!_shared.gate.enter()) {
-        fillWithSilence(planes, channels, 0, frames);
-        return;
-    }
-    const std::uint32_t ringChannels = _shared.ring.channels();
-    const bool narrows = linkChannels > 0 && linkChannels < ringChannels;
-    if (ringChannels == channels && !narrows) {
-        readRing(planes, frames);
-    } else {
-        float* const* scratch = _shared.scratchPlanes.data();
-        readRing(scratch, frames);
-        if (narrows) {
-            mapChannels(scratch, ringChannels, _shared.linkPlanes.data(), linkChannels, frames);
-            mapChannels(_shared.linkPlanes.data(), linkChannels, planes, channels, frames);
-        } else {
-            mapChannels(scratch, ringChannels, planes, channels, frames);
-        }
-    }
-    const bool low = _shared.ring.readable() <= _shared.ring.capacity() / 2;
-    _shared.gate.leave();
-    if (low && !_shared.offline.load(std::memory_order_relaxed)) {
-        wakeDecoder();
-    }
+    const std::scoped_lock turn(_turn);
+    if (!_isPrimed && _ringFormat.channelCount > 0) prime();
 }
 
 } // namespace platform

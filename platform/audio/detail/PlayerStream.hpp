@@ -11,13 +11,9 @@
 
 #include "platform/audio/AVAudioFormat.hpp"
 #include "platform/audio/detail/PassWriter.hpp"
-#include "platform/audio/detail/RatePath.hpp"
+#include "platform/audio/detail/PlayerVoice.hpp"
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/realtime/FrameRing.hpp"
-#include "platform/realtime/Gate.hpp"
-#include "platform/realtime/WakeSignal.hpp"
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -26,7 +22,6 @@
 #include <mutex>
 #include <stop_token>
 #include <thread>
-#include <vector>
 
 namespace platform {
 
@@ -44,8 +39,9 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void play();
     void pause();
     void stop();
-    [[nodiscard]] bool isPlaying() const;
-    /// Ends both threads' work for good; completions that were not called are dropped.
+    [[nodiscard]] bool isPlaying() const noexcept { return _voice.playing; }
+    /// Ends both threads' work for good; completions that were not called are dropped. A decoder that does
+    /// not come back from a file in time goes on by itself, with all that it uses.
     void shutDown();
 
     /// Returns frames at `rate` from now on, which pass a link of `linkRate`; `offline`: whoever renders
@@ -58,14 +54,12 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     /// Returns whether `provide` would have nothing to do. Offline only, on the thread that renders.
     [[nodiscard]] bool isProvided(std::uint32_t frames);
 
-    /// Writes `frames` frames (at most MaximumFrames) into `channels` planes. If `linkChannels` is not 0 and
-    /// narrower, the sound passes through that many channels. Audio thread.
-    void render(float* const* planes, std::uint32_t channels, std::uint32_t linkChannels,
-                std::uint32_t frames) noexcept;
+    /// Fills `sound`; see PlayerVoice. Audio thread.
+    void render(PlanarSound sound, std::uint32_t linkChannels) noexcept {
+        _voice.render(sound, linkChannels);
+    }
     /// Returns the number of blocks for which frames were missing while a pass was being played.
-    [[nodiscard]] std::uint64_t underruns() const noexcept { return _shared.underruns.load(); }
-
-    static constexpr std::uint32_t MaximumFrames = 1024;
+    [[nodiscard]] std::uint64_t underruns() const noexcept { return _voice.underruns.load(); }
 
   private:
     struct Pass {
@@ -74,54 +68,44 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
         std::function<void()> completion;
     };
 
+    // Each says which of the locks is held.
     void runDecoder();
     bool decodeSome();
+    bool beginPass();
+    void finishPass();
+    bool settle();
     void configureRing(const AVAudioFormat& format);
     void makePath();
-    [[nodiscard]] RatePath::Rates wantedRates() const;
-    void updateGate();
-    void complete(std::function<void()> completion);
-    void wakeDecoder() noexcept;
     void prime();
-    [[nodiscard]] std::uint32_t ringFramesFor(std::uint32_t outputFrames) const;
-    void readRing(float* const* planes, std::uint32_t frames) noexcept;
-    void readDirectly(float* const* planes, std::uint32_t frames) noexcept;
+    void openGate();
+    void complete(std::function<void()> completion);
+    [[nodiscard]] bool holdsFor(std::uint32_t outputFrames) const;
+    [[nodiscard]] bool mayStillBeScheduled();
 
-    // All that the audio thread shares with the others. `gate` is open while the node plays and the ring is
-    // primed; the plain members belong to the audio thread while it is open (of the ring: its reading end)
-    // and to the holder of _mutex while it is closed.
-    struct Shared {
-        Gate gate;
-        FrameRing ring;
-        std::unique_ptr<RatePath> path; // ring -> link -> output; null while the ring is not configured
-        std::vector<float> scratch;     // MaximumFrames of the ring's channels, planar
-        std::vector<float*> scratchPlanes;
-        std::vector<float> linkScratch; // the same for a narrower link
-        std::vector<float*> linkPlanes;
-        std::atomic<bool> decoderSleeps{false};
-        std::atomic<bool> offline{false};      // the decoder need not be woken
-        std::atomic<bool> passUnderWay{false}; // frames are due: a short ring is an underrun
-        std::atomic<std::uint64_t> underruns{0};
-        WakeSignal wake; // signalled when the decoder sleeps and should not
-    };
-    Shared _shared;
+    PlayerVoice _voice;
 
-    mutable std::mutex _mutex; // guards the fields below; held for one step of decoding at most
-    std::condition_variable _scheduleChanged;
-    std::deque<Pass> _passes;  // front: under way
+    // Whose turn it is to decode. Held for one step, which may open a file and so take long: what a user
+    // waits for takes it with a time limit or not at all. Taken before _mutex.
+    std::timed_mutex _turn;
+    // Guarded by _turn.
     PassWriter _writer;        // of the front pass
     AVAudioFormat _ringFormat; // no channels: not configured
-    double _outputRate = 0;    // 0: not known yet
+    bool _isPrimed = false;    // the ring holds enough to begin with
+
+    std::mutex _mutex; // guards the fields below; held for moments
+    std::condition_variable _changed;
+    std::deque<Pass> _passes; // front: under way
+    double _outputRate = 0;   // 0: not known yet
     double _linkRate = 0;
-    bool _primed = false; // the ring holds enough to begin with
-    bool _playing = false;
+    bool _isResetDue = false; // the node was stopped: what the turn guards still belongs to dropped passes
+    bool _isPathDue = false;  // the rates have changed
+    bool _hasDecoder = false; // its thread runs; started with the first pass
     bool _ended = false;
     int _completionsUnderWay = 0;
     std::chrono::steady_clock::time_point _lastCompletion; // returned at
     bool _mayBeScheduled = false; // a completion was called since `provide` last waited in vain
 
     DispatchQueue _completions{"AVAudioPlayerNode.completions"};
-    std::thread _decoder; // started with the first pass
 };
 
 } // namespace platform

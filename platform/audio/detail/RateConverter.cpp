@@ -59,12 +59,7 @@ RateConverter::RateConverter(double inputRate, double outputRate, std::uint32_t 
     , _inputPerOutput(inputRate / outputRate)
     , _input(static_cast<std::size_t>(channels) * ChunkFrames)
     , _output(static_cast<std::size_t>(channels) * ChunkFrames)
-    , _planar(static_cast<std::size_t>(channels) * ChunkFrames)
-    , _planes(channels) {
-    for (std::uint32_t c = 0; c < channels; ++c) {
-        _planes[c] = _planar.data() + static_cast<std::size_t>(c) * ChunkFrames;
-    }
-}
+    , _chunk(channels, ChunkFrames) {}
 
 RateConverter::~RateConverter() = default;
 
@@ -78,8 +73,9 @@ std::uint32_t RateConverter::inputWanted(std::uint32_t outputFrames) const noexc
 
 void RateConverter::feed(std::uint32_t frames) noexcept {
     for (std::uint32_t c = 0; c < _channels; ++c) {
+        const float* plane = _chunk.view()[c];
         for (std::uint32_t i = 0; i < frames; ++i) {
-            _input[static_cast<std::size_t>(i) * _channels + c] = _planes[c][i];
+            _input[static_cast<std::size_t>(i) * _channels + c] = plane[i];
         }
     }
     _library->with([&](auto& converter) {
@@ -88,9 +84,8 @@ void RateConverter::feed(std::uint32_t frames) noexcept {
     });
 }
 
-std::uint32_t RateConverter::drain(float* const* outputs, std::uint32_t offset,
-                                   std::uint32_t frames) noexcept {
-    const std::uint32_t wanted = std::min(frames, ChunkFrames);
+std::uint32_t RateConverter::drain(PlanarSound outputs) noexcept {
+    const std::uint32_t wanted = std::min(outputs.frames(), ChunkFrames);
     const std::uint32_t made = _library->with([&](auto& converter) {
         converter.out_data = _output.data();
         converter.out_count = wanted;
@@ -98,20 +93,21 @@ std::uint32_t RateConverter::drain(float* const* outputs, std::uint32_t offset,
         return wanted - converter.out_count;
     });
     for (std::uint32_t c = 0; c < _channels; ++c) {
+        float* plane = outputs[c];
         for (std::uint32_t i = 0; i < made; ++i) {
-            outputs[c][offset + i] = _output[static_cast<std::size_t>(i) * _channels + c];
+            plane[i] = _output[static_cast<std::size_t>(i) * _channels + c];
         }
     }
     return made;
 }
 
-std::uint32_t RateConverter::push(const float* const* inputs, std::uint32_t frames, float* const* outputs,
-                                  std::uint32_t capacity) noexcept {
-    for (std::uint32_t c = 0; c < _channels; ++c) std::copy_n(inputs[c], frames, _planes[c]);
-    feed(frames);
+std::uint32_t RateConverter::push(ConstPlanarSound inputs, PlanarSound outputs) noexcept {
+    const PlanarSound chunk = _chunk.view();
+    for (std::uint32_t c = 0; c < _channels; ++c) std::copy_n(inputs[c], inputs.frames(), chunk[c]);
+    feed(inputs.frames());
     std::uint32_t done = 0;
-    while (done < capacity) {
-        const std::uint32_t made = drain(outputs, done, capacity - done);
+    while (done < outputs.frames()) {
+        const std::uint32_t made = drain(outputs.after(done));
         if (made == 0) break;
         done += made;
     }

@@ -5,6 +5,8 @@
 // control side; `process` neither allocates nor waits. Output frame 0 stands at input frame 0.
 #pragma once
 
+#include "platform/realtime/PlanarBuffer.hpp"
+
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -18,23 +20,21 @@ class RateConverter {
     RateConverter(const RateConverter&) = delete;
     RateConverter& operator=(const RateConverter&) = delete;
 
-    /// Returns `frames` frames in `outputs`. `pull(planes, count)` must fill `count` frames, at most
-    /// ChunkFrames.
+    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most ChunkFrames frames.
     template <class Pull>
-    void process(float* const* outputs, std::uint32_t frames, Pull&& pull) noexcept {
-        for (std::uint32_t done = 0; done < frames;) {
-            if (const std::uint32_t wanted = inputWanted(frames - done); wanted > 0) {
-                pull(_planes.data(), wanted);
+    void process(PlanarSound outputs, Pull&& pull) noexcept {
+        while (outputs.frames() > 0) {
+            if (const std::uint32_t wanted = inputWanted(outputs.frames()); wanted > 0) {
+                pull(_chunk.view().first(wanted));
                 feed(wanted);
             }
-            done += drain(outputs, done, frames - done);
+            outputs = outputs.after(drain(outputs));
         }
     }
-    /// Pushes `frames` frames of `inputs` (at most ChunkFrames) and returns what comes out of them, at most
-    /// `capacity` frames; only for a converter that is never pulled. All of the input is used up if
-    /// `capacity` is at least `outputBound(frames)`.
-    std::uint32_t push(const float* const* inputs, std::uint32_t frames, float* const* outputs,
-                       std::uint32_t capacity) noexcept;
+    /// Pushes `inputs` (at most ChunkFrames frames), writes what comes out of them and returns its number of
+    /// frames; only for a converter that is never pulled. All of the input is used up if `outputs` has at
+    /// least `outputBound(inputs.frames())` frames.
+    std::uint32_t push(ConstPlanarSound inputs, PlanarSound outputs) noexcept;
     [[nodiscard]] std::uint32_t outputBound(std::uint32_t inputFrames) const noexcept;
     /// Returns the input frames that still stand between the last input and the output.
     [[nodiscard]] std::uint32_t tailFrames() const noexcept;
@@ -48,15 +48,14 @@ class RateConverter {
     class Library;
     [[nodiscard]] std::uint32_t inputWanted(std::uint32_t outputFrames) const noexcept;
     void feed(std::uint32_t frames) noexcept;
-    std::uint32_t drain(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept;
+    std::uint32_t drain(PlanarSound outputs) noexcept;
 
     const std::unique_ptr<Library> _library;
     const std::uint32_t _channels;
     const double _inputPerOutput;
     std::vector<float> _input; // interleaved, as the library wants it
     std::vector<float> _output;
-    std::vector<float> _planar;
-    std::vector<float*> _planes;
+    PlanarBuffer _chunk;
 };
 
 } // namespace platform

@@ -30,21 +30,21 @@ class RatePath {
     RatePath(const Rates& rates, std::uint32_t channels);
 
     [[nodiscard]] const Rates& rates() const noexcept { return _rates; }
-    /// Gives `frames` frames in `outputs`. `pull(planes, count)` must fill `count` frames: `frames` at most
-    /// where all rates are the same, else RateConverter::ChunkFrames at most. Audio thread.
+    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most as many frames as `outputs` where
+    /// all rates are the same, else at most RateConverter::ChunkFrames. Audio thread.
     template <class Pull>
-    void process(float* const* outputs, std::uint32_t frames, Pull&& pull) noexcept {
-        const auto pullFirst = [&](float* const* planes, std::uint32_t count) {
+    void process(PlanarSound outputs, Pull&& pull) noexcept {
+        const auto pullFirst = [&](PlanarSound sound) {
             if (_first) {
-                _first->process(planes, count, pull);
+                _first->process(sound, pull);
             } else {
-                pull(planes, count);
+                pull(sound);
             }
         };
         if (_last) {
-            _last->process(outputs, frames, pullFirst);
+            _last->process(outputs, pullFirst);
         } else {
-            pullFirst(outputs, frames);
+            pullFirst(outputs);
         }
     }
     /// Returns a number of input frames that is enough for `outputFrames` frames of output.

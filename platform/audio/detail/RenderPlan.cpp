@@ -13,7 +13,7 @@
 
 namespace platform {
 
-static_assert(PlayerStream::MaximumFrames >= RenderPlan::MaximumFrames);
+static_assert(PlayerVoice::MaximumFrames >= RenderPlan::MaximumFrames);
 static_assert(LinkConverter::MaximumFrames >= RenderPlan::MaximumFrames);
 
 RenderPlan::RenderPlan(AVAudioFormat format)
@@ -22,10 +22,8 @@ RenderPlan::RenderPlan(AVAudioFormat format)
 PlaneSet RenderPlan::newPlanes(std::uint32_t channels) {
     PlaneSet set;
     if (channels == 0) return set;
-    _buffers.push_back(std::make_unique<float[]>(static_cast<std::size_t>(channels) * MaximumFrames));
-    for (std::uint32_t c = 0; c < channels; ++c) {
-        set.planes.push_back(_buffers.back().get() + static_cast<std::size_t>(c) * MaximumFrames);
-    }
+    _buffers.push_back(std::make_unique<PlanarBuffer>(channels, MaximumFrames));
+    for (std::uint32_t c = 0; c < channels; ++c) set.planes.push_back(_buffers.back()->view()[c]);
     return set;
 }
 
@@ -79,53 +77,71 @@ PlaneSet RenderPlan::process(std::shared_ptr<NodeProcessor> processor, const Pla
                       .badSamples = badSamples.get(),
                       .input = map(input, processor->inputChannels()),
                       .output = output});
-    _kept.push_back(std::move(processor));
+    _processors.push_back(std::move(processor));
     _kept.push_back(std::move(badSamples));
     return output;
 }
 
 bool RenderPlan::run(const Step& step, std::uint32_t frames, std::int64_t sampleTime) noexcept {
-    float* const* out = step.output.planes.data();
-    const std::uint32_t channels = step.output.channels();
+    const PlanarSound in = step.input.view(frames);
+    const PlanarSound out = step.output.view(frames);
     switch (step.kind) {
     case Step::Kind::Play:
-        step.stream->render(out, channels, step.linkChannels, frames);
+        step.stream->render(out, step.linkChannels);
         return false;
     case Step::Kind::Map:
-        mapChannels(step.input.planes.data(), step.input.channels(), out, channels, frames);
+        mapChannels(in, out);
         return false;
     case Step::Kind::Convert:
-        step.converter->process(step.input.planes.data(), out, frames);
+        step.converter->process(in, out);
         return false;
     case Step::Kind::Mix:
-        for (std::uint32_t c = 0; c < channels; ++c) {
-            std::copy_n(step.input.planes[c], frames, out[c]);
-            for (std::uint32_t i = c + channels; i < step.input.channels(); i += channels) {
-                const float* in = step.input.planes[i];
-                for (std::uint32_t f = 0; f < frames; ++f) out[c][f] += in[f];
+        for (std::uint32_t c = 0; c < out.channels(); ++c) {
+            float* const sum = out[c];
+            std::copy_n(in[c], frames, sum);
+            for (std::uint32_t i = c + out.channels(); i < in.channels(); i += out.channels()) {
+                const float* const added = in[i];
+                for (std::uint32_t f = 0; f < frames; ++f) sum[f] += added[f];
             }
         }
         return false;
     case Step::Kind::Process:
-        step.processor->process(step.input.planes.data(), out, frames, sampleTime);
-        bool isNews = false;
-        for (std::uint32_t c = 0; c < channels; ++c) {
-            if (allFinite(out[c], frames)) continue;
-            for (std::uint32_t all = 0; all < channels; ++all) std::fill_n(out[all], frames, 0.0F);
-            isNews = !step.badSamples->seen.exchange(true);
-            break;
-        }
-        return isNews;
+        return runProcessor(step, in, out, sampleTime);
     }
     return false;
 }
 
-bool RenderPlan::render(float* const* planes, std::uint32_t offset, std::uint32_t frames,
-                        std::int64_t sampleTime) noexcept {
+bool RenderPlan::runProcessor(const Step& step, PlanarSound in, PlanarSound out,
+                              std::int64_t sampleTime) noexcept {
+    _inside.store(step.processor);
+    if (_isRetired.load()) {
+        fillWithSilence(out);
+    } else {
+        step.processor->process(in, out, sampleTime);
+    }
+    _inside.store(nullptr, std::memory_order_release);
+    for (std::uint32_t c = 0; c < out.channels(); ++c) {
+        if (allFinite(out[c], out.frames())) continue;
+        fillWithSilence(out);
+        return !step.badSamples->seen.exchange(true);
+    }
+    return false;
+}
+
+std::shared_ptr<NodeProcessor> RenderPlan::retire() {
+    _isRetired.store(true);
+    const NodeProcessor* inside = _inside.load();
+    const auto found = std::ranges::find_if(
+        _processors, [inside](const auto& processor) { return processor.get() == inside; });
+    return found == _processors.end() ? nullptr : *found;
+}
+
+bool RenderPlan::render(PlanarSound sound, std::int64_t sampleTime) noexcept {
+    const std::uint32_t frames = sound.frames();
     bool isNews = false;
     for (const Step& step : _steps) isNews |= run(step, frames, sampleTime);
     for (std::uint32_t c = 0; c < _output.channels(); ++c) {
-        std::copy_n(_output.planes[c], frames, planes[c] + offset);
+        std::copy_n(_output.planes[c], frames, sound[c]);
     }
     return isNews;
 }

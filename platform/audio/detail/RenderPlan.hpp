@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
+#include "platform/realtime/PlanarBuffer.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -24,6 +25,10 @@ struct PlaneSet {
 
     [[nodiscard]] std::uint32_t channels() const noexcept {
         return static_cast<std::uint32_t>(planes.size());
+    }
+    /// Returns the first `frames` frames.
+    [[nodiscard]] PlanarSound view(std::uint32_t frames) const noexcept {
+        return {planes.data(), channels(), frames};
     }
 };
 
@@ -58,10 +63,12 @@ class RenderPlan {
         return _players;
     }
 
-    /// Renders `frames` frames, at most MaximumFrames, behind `offset` in `planes`. Tell whether the control
-    /// side has something to look at. Audio thread.
-    bool render(float* const* planes, std::uint32_t offset, std::uint32_t frames,
-                std::int64_t sampleTime) noexcept;
+    /// Fills `sound`, of at most MaximumFrames frames, and returns whether the control side has something to
+    /// look at. Audio thread.
+    bool render(PlanarSound sound, std::int64_t sampleTime) noexcept;
+    /// Has the audio side call no further processor of this plan and returns the one that it is in, if any;
+    /// that one may be used elsewhere only when this plan is no longer in use. Control side.
+    [[nodiscard]] std::shared_ptr<NodeProcessor> retire();
 
   private:
     struct Step {
@@ -76,14 +83,21 @@ class RenderPlan {
     };
 
     [[nodiscard]] PlaneSet newPlanes(std::uint32_t channels);
-    static bool run(const Step& step, std::uint32_t frames, std::int64_t sampleTime) noexcept;
+    bool run(const Step& step, std::uint32_t frames, std::int64_t sampleTime) noexcept;
+    bool runProcessor(const Step& step, PlanarSound in, PlanarSound out, std::int64_t sampleTime) noexcept;
 
     const AVAudioFormat _format;
     std::vector<Step> _steps;
     PlaneSet _output;
-    std::vector<std::unique_ptr<float[]>> _buffers;
+    std::vector<std::unique_ptr<PlanarBuffer>> _buffers;
     std::vector<std::shared_ptr<PlayerStream>> _players;
+    std::vector<std::shared_ptr<NodeProcessor>> _processors;
     std::vector<std::shared_ptr<void>> _kept;
+
+    // Crosses threads. The audio side writes `_inside` and then looks at `_isRetired`, the control side does
+    // it the other way round; one of them sees the other.
+    std::atomic<const NodeProcessor*> _inside{nullptr};
+    std::atomic<bool> _isRetired{false};
 };
 
 } // namespace platform

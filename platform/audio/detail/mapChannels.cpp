@@ -15,8 +15,9 @@ void addScaled(const float* input, float scale, float* output, std::uint32_t fra
 }
 
 // Channel order of the usual layouts: left, right, centre, low frequencies, rear left, rear right.
-void foldDownToPair(const float* const* inputs, std::uint32_t inputChannels, float* const* outputs,
-                    std::uint32_t frames) noexcept {
+void foldDownToPair(ConstPlanarSound inputs, PlanarSound outputs) noexcept {
+    const std::uint32_t inputChannels = inputs.channels();
+    const std::uint32_t frames = outputs.frames();
     for (std::uint32_t side = 0; side < 2; ++side) {
         std::copy_n(inputs[side], frames, outputs[side]);
         if (inputChannels == 3 || inputChannels >= 5) {
@@ -29,8 +30,10 @@ void foldDownToPair(const float* const* inputs, std::uint32_t inputChannels, flo
 
 } // namespace
 
-void mapChannels(const float* const* inputs, std::uint32_t inputChannels, float* const* outputs,
-                 std::uint32_t outputChannels, std::uint32_t frames) noexcept {
+void mapChannels(ConstPlanarSound inputs, PlanarSound outputs) noexcept {
+    const std::uint32_t inputChannels = inputs.channels();
+    const std::uint32_t outputChannels = outputs.channels();
+    const std::uint32_t frames = outputs.frames();
     if (inputChannels == 1 && outputChannels >= 2) {
         std::copy_n(inputs[0], frames, outputs[0]);
         std::copy_n(inputs[0], frames, outputs[1]);
@@ -40,7 +43,7 @@ void mapChannels(const float* const* inputs, std::uint32_t inputChannels, float*
         const float share = 1.0F / static_cast<float>(inputChannels);
         for (std::uint32_t c = 0; c < inputChannels; ++c) addScaled(inputs[c], share, outputs[0], frames);
     } else if (inputChannels > 2 && outputChannels == 2) {
-        foldDownToPair(inputs, inputChannels, outputs, frames);
+        foldDownToPair(inputs, outputs);
     } else {
         const std::uint32_t common = std::min(inputChannels, outputChannels);
         for (std::uint32_t c = 0; c < common; ++c) std::copy_n(inputs[c], frames, outputs[c]);

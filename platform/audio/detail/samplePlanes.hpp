@@ -4,6 +4,8 @@
 // Samples as a decoder gives them -> planes of floats in -1...1.
 #pragma once
 
+#include "platform/realtime/PlanarView.hpp"
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -80,25 +82,27 @@ inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
     for (std::uint32_t i = 0; i < count; ++i) plane[i] = sampleToFloat(source[i * step]);
 }
 
-/// Copies `count` frames from `first` on of a frame's data, planar or interleaved, into planes.
+/// Fills `sound` with the frames from `first` on of a frame's data, planar or interleaved.
 template <class Sample>
-inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint32_t channels,
-                         std::uint32_t first, float* const* planes, std::uint32_t count) noexcept {
+inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint32_t first,
+                         PlanarSound sound) noexcept {
+    const std::uint32_t channels = sound.channels();
     for (std::uint32_t channel = 0; channel < channels; ++channel) {
+        float* const plane = sound[channel];
         if (planar || channels == 1) {
             const auto* source = reinterpret_cast<const Sample*>(data[channel]) + first;
             if constexpr (std::is_same_v<Sample, float>) {
-                copyFinite(source, planes[channel], count);
+                copyFinite(source, plane, sound.frames());
             } else {
-                copyToPlane<1>(source, 1, planes[channel], count);
+                copyToPlane<1>(source, 1, plane, sound.frames());
             }
         } else {
             const auto* source = reinterpret_cast<const Sample*>(data[0]) +
                                  static_cast<std::size_t>(first) * channels + channel;
             if (channels == 2) {
-                copyToPlane<2>(source, 2, planes[channel], count);
+                copyToPlane<2>(source, 2, plane, sound.frames());
             } else {
-                copyToPlane<0>(source, channels, planes[channel], count);
+                copyToPlane<0>(source, channels, plane, sound.frames());
             }
         }
     }

@@ -4,6 +4,8 @@
 #include "platform/audio/devices/AutomaticDevice.hpp"
 
 #include "platform/foundation/console.hpp"
+#include "platform/realtime/Gate.hpp"
+#include "platform/realtime/RealtimeScope.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -14,6 +16,57 @@ namespace {
 constexpr std::string_view NothingAnswers = "No sound server and no sound card answers";
 
 } // namespace
+
+// The lock, and what is to be reported once it is let go of.
+class AutomaticDevice::TellingLock : public std::unique_lock<std::mutex> {
+  public:
+    using std::unique_lock<std::mutex>::unique_lock;
+    ~TellingLock() { letGo(); }
+    TellingLock(const TellingLock&) = delete;
+    TellingLock& operator=(const TellingLock&) = delete;
+
+    /// Unlocks and reports.
+    void letGo() {
+        if (owns_lock()) unlock();
+        for (const std::string& message : std::exchange(messages, {})) warn(message);
+    }
+
+    std::vector<std::string> messages;
+};
+
+// What one device's threads share with the control side. A client that does not return keeps it, and the
+// hardware; the next hardware has another.
+struct AutomaticDevice::Voice final : HardwareListener {
+    explicit Voice(std::shared_ptr<WakeSignal> news)
+        : _news(std::move(news)) {}
+
+    Gate gate; // open while the hardware plays for `client`, which is written behind the closed gate only
+    std::shared_ptr<OutputClient> client;
+    std::atomic<std::uint64_t> calls{0}; // for sound, by the hardware
+    std::atomic<bool> lost{false};
+    std::atomic<bool> formatChanged{false};
+
+    void hardwareRender(PlanarSound sound, double sampleRate) noexcept override {
+        const RealtimeScope realtime;
+        calls.fetch_add(1, std::memory_order_relaxed);
+        if (const Gate::Passage inside = gate.enter()) {
+            client->render(sound, sampleRate);
+        } else {
+            fillWithSilence(sound);
+        }
+    }
+    void hardwareFormatDidChange() noexcept override {
+        formatChanged = true;
+        _news->signal();
+    }
+    void hardwareWasLost() noexcept override {
+        lost = true;
+        _news->signal();
+    }
+
+  private:
+    const std::shared_ptr<WakeSignal> _news;
+};
 
 AutomaticDevice::AutomaticDevice(std::vector<HardwareFactory> factories)
     : AutomaticDevice(std::move(factories), Limits{}) {}
@@ -27,7 +80,7 @@ AutomaticDevice::~AutomaticDevice() {
     {
         const std::scoped_lock lock(_mutex);
         _ended = true;
-        _shared.news.signal();
+        _news->signal();
     }
     if (_supervisor.joinable()) _supervisor.join();
     dropHardware();
@@ -36,7 +89,7 @@ AutomaticDevice::~AutomaticDevice() {
 // --- what the engine and the session ask for
 
 std::optional<Error> AutomaticDevice::open() {
-    std::unique_lock lock(_mutex);
+    TellingLock lock(_mutex);
     return claim(lock);
 }
 
@@ -46,17 +99,17 @@ void AutomaticDevice::close() noexcept {
 }
 
 std::optional<Error> AutomaticDevice::start(std::shared_ptr<OutputClient> client) {
-    std::unique_lock lock(_mutex);
+    TellingLock lock(_mutex);
     if (_client) return outputIsInUse();
     if (auto error = claim(lock)) return error;
     _client = std::move(client);
-    if (_hardware) {
-        _hardware->run(true);
+    if (_output.hardware) {
+        _output.hardware->run(true);
         playAudibly();
     } else {
-        playSilently(NothingAnswers);
+        playSilently(lock, NothingAnswers);
     }
-    _shared.news.signal();
+    _news->signal();
     return std::nullopt;
 }
 
@@ -64,9 +117,9 @@ void AutomaticDevice::stop() noexcept {
     std::shared_ptr<OutputClient> released; // outlives the lock
     const std::scoped_lock lock(_mutex);
     if (!_client) return;
-    _shared.gate.close();
+    if (!closeVoice()) dropHardware();
     _silent.reset();
-    if (_hardware) _hardware->run(false);
+    if (_output.hardware) _output.hardware->run(false);
     released.swap(_client);
     unclaim();
 }
@@ -83,14 +136,14 @@ bool AutomaticDevice::isAudible() const {
 
 // --- claims; _mutex is held
 
-std::optional<Error> AutomaticDevice::claim(std::unique_lock<std::mutex>& lock) {
+std::optional<Error> AutomaticDevice::claim(TellingLock& lock) {
     if (!_supervisor.joinable()) _supervisor = std::thread([this] { supervise(); });
     if (++_claims > 1) return std::nullopt;
     _factory.reset();
     _refusal.reset();
     _isOpening = true; // perhaps since a former claim, whose attempt has not ended
     _nextTry = Clock::now();
-    _shared.news.signal();
+    _news->signal();
     _answered.wait_for(lock, _limits.answer, [this, before = _answers] { return _answers != before; });
     if (!_refusal) return std::nullopt;
     unclaim();
@@ -101,48 +154,57 @@ void AutomaticDevice::unclaim() noexcept {
     if (_claims > 0 && --_claims == 0) dropHardware();
 }
 
-void AutomaticDevice::adopt(std::unique_ptr<HardwareDevice> hardware, std::size_t factory) {
-    _hardware = std::move(hardware);
+void AutomaticDevice::adopt(Output output, std::size_t factory) {
+    _output = std::move(output);
     _factory = factory;
     if (!_silent) static_cast<void>(takeFormat()); // what plays keeps its format until it is relieved
 }
 
+// Has the hardware play for nobody; returns whether it does so already.
+bool AutomaticDevice::closeVoice() noexcept {
+    if (!_output.voice) return true;
+    if (!_output.voice->gate.close()) return false;
+    _output.voice->client.reset(); // the engine and the silent device have it too
+    return true;
+}
+
 void AutomaticDevice::dropHardware() noexcept {
-    _shared.gate.close();
-    _hardware.reset();
-    _shared.lost = false;
+    Output dropped = std::exchange(_output, {});
     _nextTry = Clock::now() + _limits.retry;
+    if (!dropped.voice || dropped.voice->gate.close(std::chrono::nanoseconds(0))) return;
+    // A library that ends a stream waits for its thread.
+    std::thread([output = std::move(dropped)]() mutable { output.hardware.reset(); }).detach();
 }
 
 // --- changing between them; _mutex is held
 
 bool AutomaticDevice::takeFormat() {
-    const AVAudioFormat format = _hardware->format();
-    _blockFrames = _hardware->blockFrames();
+    const AVAudioFormat format = _output.hardware->format();
+    _blockFrames = _output.hardware->blockFrames();
     const std::scoped_lock lock(_formatMutex);
     return std::exchange(_format, format) != format;
 }
 
-void AutomaticDevice::playSilently(std::string_view reason) {
-    _shared.gate.close();
+void AutomaticDevice::playSilently(TellingLock& lock, std::string_view reason) {
+    if (!closeVoice()) dropHardware();
     if (!_silent) {
         _silent = std::make_unique<SilentDevice>(format(), blockFrames());
         static_cast<void>(_silent->start(_client)); // new, and so not in use
     }
     if (_isOpening) return; // it is not known yet whether there is anything to say
     if (!_saidSilent && !_factories.empty()) {
-        warn(std::string(reason) + "; playing silently until that changes.");
+        lock.messages.push_back(std::string(reason) + "; playing silently until that changes.");
     }
     _saidSilent = true;
 }
 
 void AutomaticDevice::playAudibly() {
     _silent.reset(); // after which it renders no more
-    _shared.gate.close();
-    _shared.client = _client.get();
-    _callsSeen = _shared.calls;
+    if (!closeVoice()) return;
+    _output.voice->client = _client;
+    _callsSeen = _output.voice->calls;
     _lastCall = Clock::now();
-    _shared.gate.open();
+    _output.voice->gate.open();
 }
 
 // --- the watching thread
@@ -151,33 +213,38 @@ AutomaticDevice::Clock::duration AutomaticDevice::patience() const {
     using namespace std::chrono_literals;
     constexpr Clock::duration Unlimited = std::chrono::hours(1);
     if (_claims == 0) return Unlimited;
-    if (!_hardware) return std::max<Clock::duration>(_nextTry - Clock::now(), 1ms);
+    if (!_output.hardware) return std::max<Clock::duration>(_nextTry - Clock::now(), 1ms);
     if (!_client) return Unlimited;
     return _silent ? 50ms : std::min<Clock::duration>(_limits.streaming / 4, 500ms);
 }
 
 void AutomaticDevice::supervise() {
-    std::unique_lock lock(_mutex);
-    while (!_ended) {
-        const Clock::duration wait = patience();
-        lock.unlock();
-        static_cast<void>(_shared.news.waitFor(wait));
-        lock.lock();
+    while (true) {
+        Clock::duration wait{};
+        {
+            const std::scoped_lock lock(_mutex);
+            if (_ended) return;
+            wait = patience();
+        }
+        static_cast<void>(_news->waitFor(wait));
+        TellingLock lock(_mutex);
         if (_ended) return;
-        if (_hardware) lookAtHardware();
-        if (!_hardware && _claims > 0 && Clock::now() >= _nextTry) openHardware(lock);
+        if (_output.hardware) lookAtHardware(lock);
+        if (!_output.hardware && _claims > 0 && Clock::now() >= _nextTry) openHardware(lock);
     }
 }
 
-void AutomaticDevice::lookAtHardware() {
-    if (_shared.lost.exchange(false)) {
+void AutomaticDevice::lookAtHardware(TellingLock& lock) {
+    Voice& voice = *_output.voice;
+    if (voice.lost.exchange(false)) {
+        (void)closeVoice();
         dropHardware();
-        if (_client) playSilently("The sound output has gone");
+        if (_client) playSilently(lock, "The sound output has gone");
         return;
     }
-    bool formatChanged = _shared.formatChanged.exchange(false) && !_silent && takeFormat();
+    bool formatChanged = voice.formatChanged.exchange(false) && !_silent && takeFormat();
     if (_client) {
-        const std::uint64_t calls = _shared.calls;
+        const std::uint64_t calls = voice.calls;
         if (calls != _callsSeen) {
             _callsSeen = calls;
             _lastCall = Clock::now();
@@ -187,7 +254,7 @@ void AutomaticDevice::lookAtHardware() {
                 _saidSilent = false;
             }
         } else if (!_silent && Clock::now() - _lastCall > _limits.streaming) {
-            playSilently("The sound server doesn't play");
+            playSilently(lock, "The sound server doesn't play");
         } else if (_silent && Clock::now() - _lastCall > _limits.streaming + _limits.reconnect) {
             dropHardware(); // perhaps what answers by now is another server
             return;
@@ -197,18 +264,18 @@ void AutomaticDevice::lookAtHardware() {
 }
 
 // Opens without holding the lock, for a server may take its time.
-void AutomaticDevice::openHardware(std::unique_lock<std::mutex>& lock) {
+void AutomaticDevice::openHardware(TellingLock& lock) {
     const std::optional<std::size_t> wanted =
         _factory; // a lost device is waited for, not exchanged for another
-    lock.unlock();
-    std::unique_ptr<HardwareDevice> found;
+    lock.letGo();
+    Output found;
     std::size_t index = 0;
     std::optional<Error> refusal;
-    for (std::size_t i = 0; i < _factories.size() && !found && !refusal; ++i) {
+    for (std::size_t i = 0; i < _factories.size() && !found.hardware && !refusal; ++i) {
         if (wanted && *wanted != i) continue;
-        auto hardware = _factories[i]();
-        HardwareDevice::Answer answer = hardware->open(*this);
-        if (answer.kind == HardwareDevice::Answer::Kind::Opened) found = std::move(hardware);
+        Output output{.voice = std::make_shared<Voice>(_news), .hardware = _factories[i]()};
+        HardwareDevice::Answer answer = output.hardware->open(*output.voice);
+        if (answer.kind == HardwareDevice::Answer::Kind::Opened) found = std::move(output);
         if (answer.kind == HardwareDevice::Answer::Kind::Refused) refusal = std::move(answer.error);
         index = i;
     }
@@ -218,45 +285,22 @@ void AutomaticDevice::openHardware(std::unique_lock<std::mutex>& lock) {
     _refusal = std::move(refusal);
     _nextTry = Clock::now() + _limits.retry;
     _answered.notify_all();
-    if (found && !_ended && _claims > 0 && !_hardware) {
+    if (found.hardware && !_ended && _claims > 0 && !_output.hardware) {
         adopt(std::move(found), index);
         startOpened();
         return;
     }
-    if (_client && !_hardware) playSilently(NothingAnswers);
-    lock.unlock();
-    found.reset(); // nobody wants it any more
+    if (_client && !_output.hardware) playSilently(lock, NothingAnswers);
+    lock.letGo();
+    found = {}; // nobody wants it any more
     lock.lock();
 }
 
 // The silent device plays on until the hardware asks for sound.
 void AutomaticDevice::startOpened() {
-    _callsSeen = _shared.calls;
+    _callsSeen = _output.voice->calls;
     _lastCall = Clock::now();
-    if (_client) _hardware->run(true);
-}
-
-// --- what the hardware tells
-
-void AutomaticDevice::hardwareRender(float* const* planes, const AVAudioFormat& format,
-                                     std::uint32_t frames) noexcept {
-    _shared.calls.fetch_add(1, std::memory_order_relaxed);
-    if (_shared.gate.enter()) {
-        _shared.client->render(planes, format, frames);
-        _shared.gate.leave();
-    } else {
-        for (std::uint32_t c = 0; c < format.channelCount; ++c) std::fill_n(planes[c], frames, 0.0F);
-    }
-}
-
-void AutomaticDevice::hardwareFormatDidChange() noexcept {
-    _shared.formatChanged = true;
-    _shared.news.signal();
-}
-
-void AutomaticDevice::hardwareWasLost() noexcept {
-    _shared.lost = true;
-    _shared.news.signal();
+    if (_client) _output.hardware->run(true);
 }
 
 } // namespace platform

@@ -9,7 +9,6 @@
 #include "platform/audio/OutputDevice.hpp"
 #include "platform/audio/SilentDevice.hpp"
 #include "platform/audio/devices/HardwareDevice.hpp"
-#include "platform/realtime/Gate.hpp"
 #include "platform/realtime/WakeSignal.hpp"
 
 #include <atomic>
@@ -23,7 +22,7 @@
 
 namespace platform {
 
-class AutomaticDevice final : public OutputDevice, private HardwareListener {
+class AutomaticDevice final : public OutputDevice {
   public:
     struct Limits {
         std::chrono::milliseconds answer{
@@ -52,34 +51,29 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
   private:
     using Clock = std::chrono::steady_clock;
 
-    void hardwareRender(float* const* planes, const AVAudioFormat& format,
-                        std::uint32_t frames) noexcept override;
-    void hardwareFormatDidChange() noexcept override;
-    void hardwareWasLost() noexcept override;
+    class TellingLock;
+    struct Voice;
+    // The hardware, which goes first, and what it plays for.
+    struct Output {
+        std::shared_ptr<Voice> voice;
+        std::unique_ptr<HardwareDevice> hardware; // null: none answers
+    };
 
-    [[nodiscard]] std::optional<Error> claim(std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] std::optional<Error> claim(TellingLock& lock);
     void unclaim() noexcept;
-    void adopt(std::unique_ptr<HardwareDevice> hardware, std::size_t factory);
+    void adopt(Output output, std::size_t factory);
+    [[nodiscard]] bool closeVoice() noexcept;
     void dropHardware() noexcept;
-    void playSilently(std::string_view reason);
+    void playSilently(TellingLock& lock, std::string_view reason);
     void playAudibly();
     [[nodiscard]] bool takeFormat();
     void supervise();
-    void lookAtHardware();
-    void openHardware(std::unique_lock<std::mutex>& lock);
+    void lookAtHardware(TellingLock& lock);
+    void openHardware(TellingLock& lock);
     void startOpened();
     [[nodiscard]] Clock::duration patience() const;
 
-    // What the device's threads share with the control side.
-    struct Shared {
-        Gate gate; // open while the hardware plays for `client`, which is written behind the closed gate only
-        OutputClient* client = nullptr;
-        std::atomic<std::uint64_t> calls{0}; // for sound, by the hardware
-        std::atomic<bool> lost{false};
-        std::atomic<bool> formatChanged{false};
-        WakeSignal news; // for the watching thread
-    };
-    Shared _shared;
+    const std::shared_ptr<WakeSignal> _news = std::make_shared<WakeSignal>(); // for the watching thread
 
     const std::vector<HardwareFactory> _factories;
     const Limits _limits;
@@ -88,11 +82,11 @@ class AutomaticDevice final : public OutputDevice, private HardwareListener {
     AVAudioFormat _format = DefaultOutputFormat;
     std::atomic<std::uint32_t> _blockFrames{DefaultBlockFrames}; // of the hardware that answered last
 
-    mutable std::mutex _mutex;                 // guards the fields below
-    std::unique_ptr<HardwareDevice> _hardware; // null: none answers
-    std::optional<std::size_t> _factory;       // that made the last one
-    std::unique_ptr<SilentDevice> _silent;     // while it plays in the place of the hardware
-    std::shared_ptr<OutputClient> _client;     // while running
+    mutable std::mutex _mutex; // guards the fields below
+    Output _output;
+    std::optional<std::size_t> _factory;   // that made the last one
+    std::unique_ptr<SilentDevice> _silent; // while it plays in the place of the hardware
+    std::shared_ptr<OutputClient> _client; // while running
     int _claims = 0;
     std::uint64_t _callsSeen = 0;
     Clock::time_point _lastCall;

@@ -22,9 +22,8 @@ class HardwareListener {
     HardwareListener(const HardwareListener&) = delete;
     HardwareListener& operator=(const HardwareListener&) = delete;
 
-    /// Fills the planes. Audio thread.
-    virtual void hardwareRender(float* const* planes, const AVAudioFormat& format,
-                                std::uint32_t frames) noexcept = 0;
+    /// Fills `sound`. Audio thread.
+    virtual void hardwareRender(PlanarSound sound, double sampleRate) noexcept = 0;
     virtual void hardwareFormatDidChange() noexcept = 0;
     /// The device will not play any more: its server has gone, or gives it no place.
     virtual void hardwareWasLost() noexcept = 0;

@@ -3,6 +3,7 @@
 
 #include "platform/audio/devices/PipeWireDevice.hpp"
 
+#include "platform/realtime/RealtimeScope.hpp"
 #include "platform/realtime/realtimePriority.hpp"
 
 #include <pipewire/pipewire.h>
@@ -197,6 +198,7 @@ class PipeWireDevice final : public HardwareDevice {
             self._askedForPriority = true;
             askForRealtimePriority();
         }
+        const RealtimeScope realtime;
         pw_buffer* buffer = pw_stream_dequeue_buffer(self._stream);
         if (buffer == nullptr) return;
         self.fill(*buffer);
@@ -219,7 +221,7 @@ class PipeWireDevice final : public HardwareDevice {
             planar.datas[c].chunk->stride = sizeof(float);
             planar.datas[c].chunk->size = frames * static_cast<std::uint32_t>(sizeof(float));
         }
-        if (frames > 0) _listener->hardwareRender(planes.data(), format(), frames);
+        if (frames > 0) _listener->hardwareRender({planes.data(), Channels, frames}, format().sampleRate);
     }
 
     static const pw_core_events CoreEvents;

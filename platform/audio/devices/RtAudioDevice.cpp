@@ -3,6 +3,7 @@
 
 #include "platform/audio/devices/RtAudioDevice.hpp"
 
+#include "platform/realtime/RealtimeScope.hpp"
 #include "platform/realtime/realtimePriority.hpp"
 
 #include <array>
@@ -116,11 +117,13 @@ class RtAudioDevice final : public HardwareDevice {
             self._askedForPriority = true;
             askForRealtimePriority();
         }
+        const RealtimeScope realtime;
         std::array<float*, MaximumChannels> planes{};
         for (unsigned c = 0; c < self._format.channelCount; ++c) {
             planes[c] = static_cast<float*>(output) + static_cast<std::size_t>(c) * frames;
         }
-        self._listener->hardwareRender(planes.data(), self._format, frames);
+        self._listener->hardwareRender({planes.data(), self._format.channelCount, frames},
+                                       self._format.sampleRate);
         return 0;
     }
 

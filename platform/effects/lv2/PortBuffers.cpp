@@ -120,9 +120,9 @@ void PortBuffers::connect(LilvInstance* instance) {
     beforeRun();
 }
 
-void PortBuffers::connectAudio(LilvInstance* instance, const float* const* inputs, float* const* outputs,
-                               std::uint32_t offset, std::uint32_t frames,
+void PortBuffers::connectAudio(LilvInstance* instance, ConstPlanarSound inputs, PlanarSound outputs,
                                std::uint32_t blockFrames) noexcept {
+    const std::uint32_t frames = outputs.frames();
     const auto place = [&](AudioPort& port, const float* plane) {
         if (port.connected == plane) return;
         port.connected = plane;
@@ -130,22 +130,22 @@ void PortBuffers::connectAudio(LilvInstance* instance, const float* const* input
         lilv_instance_connect_port(instance, port.index, const_cast<float*>(plane));
     };
     _runsOnOwnPlanes = frames < blockFrames;
-    for (std::size_t i = 0; i < _inputs.size(); ++i) {
+    for (std::uint32_t i = 0; i < _inputs.size(); ++i) {
         if (_runsOnOwnPlanes) {
-            const auto rest = std::copy_n(inputs[i] + offset, frames, _inputs[i].own.begin());
+            const auto rest = std::copy_n(inputs[i], frames, _inputs[i].own.begin());
             std::fill_n(rest, blockFrames - frames, 0.0F);
         }
-        place(_inputs[i], _runsOnOwnPlanes ? _inputs[i].own.data() : inputs[i] + offset);
+        place(_inputs[i], _runsOnOwnPlanes ? _inputs[i].own.data() : inputs[i]);
     }
-    for (std::size_t i = 0; i < _outputs.size(); ++i) {
-        place(_outputs[i], _runsOnOwnPlanes ? _outputs[i].own.data() : outputs[i] + offset);
+    for (std::uint32_t i = 0; i < _outputs.size(); ++i) {
+        place(_outputs[i], _runsOnOwnPlanes ? _outputs[i].own.data() : outputs[i]);
     }
 }
 
-void PortBuffers::takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept {
+void PortBuffers::takeAudio(PlanarSound outputs) noexcept {
     if (!_runsOnOwnPlanes) return;
-    for (std::size_t i = 0; i < _outputs.size(); ++i) {
-        std::copy_n(_outputs[i].own.begin(), frames, outputs[i] + offset);
+    for (std::uint32_t i = 0; i < _outputs.size(); ++i) {
+        std::copy_n(_outputs[i].own.begin(), outputs.frames(), outputs[i]);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "platform/effects/MIDIOutputDelivery.private.hpp"
 #include "platform/effects/lv2/Plugin.private.hpp"
 #include "platform/realtime/ByteRing.hpp"
+#include "platform/realtime/PlanarView.hpp"
 
 #include <atomic>
 #include <lilv/lilv.h>
@@ -28,13 +29,13 @@ class PortBuffers {
     /// Connects everything, the audio ports that carry the signal to planes of our own for now. No `run` may
     /// be under way.
     void connect(LilvInstance* instance);
-    /// Connects the audio ports to these planes, from `offset` on, for a run of `frames` frames. Where these
-    /// are fewer than `blockFrames`, to planes of our own of that length: some plug-ins trust the length that
-    /// they were told and read and write as much, whatever they are asked for. Audio side.
-    void connectAudio(LilvInstance* instance, const float* const* inputs, float* const* outputs,
-                      std::uint32_t offset, std::uint32_t frames, std::uint32_t blockFrames) noexcept;
+    /// Connects the audio ports to these planes for a run. Where these have fewer than `blockFrames` frames,
+    /// to planes of our own of that length: some plug-ins trust the length that they were told and read and
+    /// write as much, whatever they are asked for. Audio side.
+    void connectAudio(LilvInstance* instance, ConstPlanarSound inputs, PlanarSound outputs,
+                      std::uint32_t blockFrames) noexcept;
     /// Copies what the run gave from planes of our own, if it ran on these. Audio side.
-    void takeAudio(float* const* outputs, std::uint32_t offset, std::uint32_t frames) noexcept;
+    void takeAudio(PlanarSound outputs) noexcept;
     /// Bring in what was set and sent, before a run. Audio side.
     void beforeRun() noexcept;
     /// Hands out what the run gave; its first frame is frame `sampleTime` of the engine. Audio side.

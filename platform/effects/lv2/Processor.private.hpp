@@ -6,13 +6,11 @@
 #pragma once
 
 #include "platform/audio/NodeProcessor.hpp"
-#include "platform/effects/lv2/Instance.private.hpp"
+#include "platform/effects/lv2/InstanceKeeper.private.hpp"
 #include "platform/effects/lv2/PortBuffers.private.hpp"
-#include "platform/realtime/RunGate.hpp"
+#include "platform/realtime/Gate.hpp"
 
 #include <atomic>
-#include <chrono>
-#include <future>
 #include <memory>
 #include <optional>
 
@@ -28,17 +26,17 @@ class Processor final : public NodeProcessor {
                                                                  std::uint32_t blockFrames);
     ~Processor() override;
 
+    [[nodiscard]] std::string name() const override { return _plugin.name; }
     [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return _buffers->inputChannels(); }
     [[nodiscard]] std::uint32_t outputChannels() const noexcept override {
         return _buffers->outputChannels();
     }
     void setBlockFrames(std::uint32_t frames) override;
     /// Another rate means another instance, made when the former one has gone: some plug-ins cannot live
-    /// beside themselves. Gives each of the two steps two seconds.
+    /// beside themselves. Gives all of it two seconds.
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
-    void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
-                 std::int64_t sampleTime) noexcept override;
+    void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return _buffers->latencyFrames(); }
 
     [[nodiscard]] const Plugin& plugin() const noexcept { return _plugin; }
@@ -61,31 +59,29 @@ class Processor final : public NodeProcessor {
 
     Processor(std::shared_ptr<World> world, Plugin plugin, bool isOurs, double sampleRate,
               std::uint32_t blockFrames);
-    [[nodiscard]] std::optional<Error> makeInstance(std::chrono::seconds limit);
-    [[nodiscard]] std::optional<Error> dropInstance();
-    [[nodiscard]] std::optional<Error> awaitPlugin(std::shared_future<void> call, std::chrono::seconds limit,
-                                                   const std::string& doing);
-    [[nodiscard]] bool suitsBlocks() const noexcept;
+    [[nodiscard]] Instance::Setup setup() const;
+    [[nodiscard]] bool suitsBlocks(const Instance& instance) const noexcept;
+    [[nodiscard]] Error doesNotReturn() const;
     [[nodiscard]] State captureState() const;
-    void applyState(const LilvState& state);
+    void restore(const LilvState& state);
+    [[nodiscard]] std::optional<Error> applyState(const LilvState& state);
     void loadDefaultState();
     [[nodiscard]] const Port* portNamed(std::string_view symbol) const;
-    void run(std::uint32_t frames, std::int64_t sampleTime) noexcept;
+    void run(Instance& instance, std::uint32_t frames, std::int64_t sampleTime) noexcept;
 
     const std::shared_ptr<World> _world;
     const Plugin _plugin;
     const bool _isOurs;
     std::unique_ptr<MIDIOutputDelivery> _midi;
-    const std::shared_ptr<PortBuffers> _buffers; // an instance that does not end keeps it too
-    std::atomic<double> _sampleRate;             // written under _instanceMutex
+    const std::shared_ptr<PortBuffers> _buffers;
+    std::atomic<double> _sampleRate; // written under _instanceMutex
     // Control side only: one at a time changes or asks the instance and what follows.
     mutable std::mutex _instanceMutex;
-    // Replaced by `allocate` only, which never runs beside `process`. Null after a failure to replace it.
-    std::shared_ptr<Instance> _instance;
-    State _kept;                     // of the instance that could not be replaced
-    std::uint32_t _blockFrames;      // of a usual block
-    std::shared_future<void> _stuck; // the call into the plug-in that did not return in time
-    RunGate _gate;
+    // The audio side uses the instance inside the gate, which is closed while it changes.
+    Gate _gate;
+    InstanceKeeper _keeper;
+    State _kept;                // of the instance that could not be replaced
+    std::uint32_t _blockFrames; // of a usual block
 };
 
 } // namespace platform::lv2

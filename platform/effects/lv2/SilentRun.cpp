@@ -3,8 +3,15 @@
 
 #include "platform/effects/lv2/SilentRun.private.hpp"
 
-#include <algorithm>
+#include "platform/effects/lv2/runApart.private.hpp"
+#include "platform/foundation/console.hpp"
+#include "platform/realtime/Gate.hpp"
+#include "platform/realtime/PlanarBuffer.hpp"
+
+#include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 
 namespace platform::lv2 {
 namespace {
@@ -17,77 +24,114 @@ constexpr std::int64_t FirstSampleTime = -(std::int64_t{1} << 60);
 
 } // namespace
 
+// What the thread of a run on silence uses; it keeps it where an effect does not return.
+struct SilentRun::Loop {
+    Loop(std::shared_ptr<NodeProcessor> runProcessor, double rate)
+        : processor(std::move(runProcessor))
+        , sampleRate(rate) {}
+
+    void run();
+    void renderFor(double seconds, double rate, std::int64_t& sampleTime);
+
+    const std::shared_ptr<NodeProcessor> processor;
+    // Crosses threads: raised by the audio side at each block, lowered by the thread of the silent run:
+    // whether the engine runs the effect. A block of the engine that meets the end of a silent one is silent.
+    std::atomic<bool> isRunByEngine{false};
+    std::atomic<bool> isWanted{false};
+
+    std::mutex mutex; // guards what follows, and who allocates; never taken by the audio side
+    std::condition_variable changed;
+    bool isAllocatedByEngine = false;
+    double sampleRate;
+};
+
 SilentRun::SilentRun(std::shared_ptr<NodeProcessor> processor, double sampleRate)
-    : _processor(std::move(processor))
-    , _sampleRate(sampleRate) {}
+    : _loop(std::make_shared<Loop>(std::move(processor), sampleRate)) {}
 
 SilentRun::~SilentRun() {
     setWanted(false);
 }
 
+std::string SilentRun::name() const {
+    return _loop->processor->name();
+}
+
+std::uint32_t SilentRun::inputChannels() const noexcept {
+    return _loop->processor->inputChannels();
+}
+
+std::uint32_t SilentRun::outputChannels() const noexcept {
+    return _loop->processor->outputChannels();
+}
+
+void SilentRun::setBlockFrames(std::uint32_t frames) {
+    _loop->processor->setBlockFrames(frames);
+}
+
+std::uint32_t SilentRun::latencyFrames() const noexcept {
+    return _loop->processor->latencyFrames();
+}
+
 std::optional<Error> SilentRun::allocate(double sampleRate, std::uint32_t maximumFrames) {
-    const std::scoped_lock lock(_mutex);
-    auto failure = _processor->allocate(sampleRate, maximumFrames);
-    _isAllocatedByEngine = !failure;
-    if (!failure) _sampleRate = sampleRate;
+    const std::scoped_lock lock(_loop->mutex);
+    auto failure = _loop->processor->allocate(sampleRate, maximumFrames);
+    _loop->isAllocatedByEngine = !failure;
+    if (!failure) _loop->sampleRate = sampleRate;
     return failure;
 }
 
 void SilentRun::release() noexcept {
-    const std::scoped_lock lock(_mutex);
-    _isAllocatedByEngine = false;
-    if (!_isWanted) _processor->release();
+    const std::scoped_lock lock(_loop->mutex);
+    _loop->isAllocatedByEngine = false;
+    if (!_loop->isWanted) _loop->processor->release();
 }
 
-void SilentRun::process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
-                        std::int64_t sampleTime) noexcept {
-    _isRunByEngine.store(true, std::memory_order_relaxed);
-    _processor->process(inputs, outputs, frames, sampleTime);
+void SilentRun::process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept {
+    _loop->isRunByEngine.store(true, std::memory_order_relaxed);
+    _loop->processor->process(inputs, outputs, sampleTime);
 }
 
 void SilentRun::setWanted(bool isWanted) {
-    {
-        const std::scoped_lock lock(_mutex);
-        if (_isWanted == isWanted) return;
-        _isWanted = isWanted;
-    }
-    _changed.notify_one();
+    if (_loop->isWanted.exchange(isWanted) == isWanted) return;
+    const bool isOver =
+        !_ended.valid() || _ended.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     if (isWanted) {
-        _thread = std::thread([this] { runUntilUnwanted(); });
-    } else {
-        _thread.join();
+        // One that has not ended since it was last wanted goes on.
+        if (isOver) _ended = runApart([loop = _loop] { loop->run(); });
+    } else if (!isOver) {
+        _loop->changed.notify_one();
+        if (_ended.wait_for(ControlLimit) != std::future_status::ready) {
+            warn("The effect \"" + name() + "\" has not returned from rendering in " +
+                 std::to_string(ControlLimit.count()) + " seconds.");
+        }
     }
 }
 
-void SilentRun::runUntilUnwanted() {
+void SilentRun::Loop::run() {
     std::int64_t sampleTime = FirstSampleTime;
     // A rate that fails here fails again, and is reported, where the engine asks for it.
     bool isReady = false;
     int quietTicks = 0;
-    std::unique_lock lock(_mutex);
-    while (!_changed.wait_for(lock, Tick, [this] { return !_isWanted; })) {
-        quietTicks = _isRunByEngine.exchange(false, std::memory_order_relaxed) ? 0 : quietTicks + 1;
+    std::unique_lock lock(mutex);
+    while (!changed.wait_for(lock, Tick, [this] { return !isWanted; })) {
+        quietTicks = isRunByEngine.exchange(false, std::memory_order_relaxed) ? 0 : quietTicks + 1;
         if (quietTicks < QuietTicks) continue;
-        if (!isReady || !_isAllocatedByEngine) isReady = !_processor->allocate(_sampleRate, LongestBlock);
+        if (!isReady || !isAllocatedByEngine) isReady = !processor->allocate(sampleRate, LongestBlock);
         if (!isReady) return;
-        lock.unlock();
-        runFor(std::chrono::duration<double>(Tick).count(), sampleTime);
+        const double rate = sampleRate;
+        lock.unlock(); // the processor turns this thread away while its instance is exchanged
+        renderFor(std::chrono::duration<double>(Tick).count(), rate, sampleTime);
         lock.lock();
     }
-    if (!_isAllocatedByEngine) _processor->release();
+    if (!isAllocatedByEngine) processor->release();
 }
 
-void SilentRun::runFor(double seconds, std::int64_t& sampleTime) {
-    const std::vector<float> silence(BlockFrames);
-    const std::vector<const float*> inputs(_processor->inputChannels(), silence.data());
-    std::vector<std::vector<float>> unheard(_processor->outputChannels(), std::vector<float>(BlockFrames));
-    std::vector<float*> outputs;
-    for (auto& plane : unheard) outputs.push_back(plane.data());
-    for (double left = seconds; left > 0 && !_isRunByEngine;) {
-        const std::scoped_lock lock(_mutex); // so that the instance is not exchanged meanwhile
-        _processor->process(inputs.data(), outputs.data(), BlockFrames, sampleTime);
+void SilentRun::Loop::renderFor(double seconds, double rate, std::int64_t& sampleTime) {
+    const PlanarBuffer silence(processor->inputChannels(), BlockFrames);
+    PlanarBuffer unheard(processor->outputChannels(), BlockFrames);
+    for (double left = seconds; left > 0 && !isRunByEngine; left -= BlockFrames / rate) {
+        processor->process(silence.view(), unheard.view(), sampleTime);
         sampleTime += BlockFrames;
-        left -= BlockFrames / _sampleRate;
     }
 }
 

@@ -8,12 +8,9 @@
 
 #include "platform/audio/NodeProcessor.hpp"
 
-#include <atomic>
-#include <condition_variable>
+#include <future>
 #include <memory>
-#include <mutex>
-#include <thread>
-#include <vector>
+#include <string>
 
 namespace platform::lv2 {
 
@@ -23,42 +20,25 @@ class SilentRun final : public NodeProcessor {
     SilentRun(std::shared_ptr<NodeProcessor> processor, double sampleRate);
     ~SilentRun() override;
 
-    [[nodiscard]] std::uint32_t inputChannels() const noexcept override {
-        return _processor->inputChannels();
-    }
-    [[nodiscard]] std::uint32_t outputChannels() const noexcept override {
-        return _processor->outputChannels();
-    }
-    void setBlockFrames(std::uint32_t frames) override { _processor->setBlockFrames(frames); }
+    [[nodiscard]] std::string name() const override;
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept override;
+    [[nodiscard]] std::uint32_t outputChannels() const noexcept override;
+    void setBlockFrames(std::uint32_t frames) override;
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
-    void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
-                 std::int64_t sampleTime) noexcept override;
-    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override {
-        return _processor->latencyFrames();
-    }
+    void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;
+    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override;
 
-    /// Starts and ends running on silence. Main thread.
+    /// Starts and ends running on silence; waits for the end for two seconds at most. Main thread.
     void setWanted(bool isWanted);
 
     /// Returns whether a sample time is one of a run on silence: they are negative.
     [[nodiscard]] static bool isSilent(std::int64_t sampleTime) noexcept { return sampleTime < 0; }
 
   private:
-    void runUntilUnwanted();
-    void runFor(double seconds, std::int64_t& sampleTime);
-
-    const std::shared_ptr<NodeProcessor> _processor;
-    // Raised by the audio side at each block, lowered by the thread of the silent run: whether the engine
-    // runs the effect. A block of the engine that meets the end of a silent one is silent.
-    std::atomic<bool> _isRunByEngine{false};
-
-    std::mutex _mutex; // guards what follows; also held for a block of silence, never by the audio side
-    std::condition_variable _changed;
-    bool _isWanted = false;
-    bool _isAllocatedByEngine = false;
-    double _sampleRate;
-    std::thread _thread; // main thread only
+    struct Loop;
+    const std::shared_ptr<Loop> _loop;
+    std::shared_future<void> _ended; // the loop's last thread; main thread only
 };
 
 } // namespace platform::lv2

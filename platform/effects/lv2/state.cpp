@@ -81,11 +81,13 @@ Processor::State Processor::captureState() const {
     };
     const std::scoped_lock lock(_world->mutex());
     return State(lilv_state_new_from_instance(
-        _world->plugin(), _instance->get(), UridMap::shared().mapFeature(), nullptr, nullptr, nullptr,
-        nullptr, getValue, &asked, LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE, _instance->features().list()));
+        _world->plugin(), _keeper.get()->get(), UridMap::shared().mapFeature(), nullptr, nullptr, nullptr,
+        nullptr, getValue, &asked, LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE,
+        _keeper.get()->features().list()));
 }
 
-void Processor::applyState(const LilvState& state) {
+// The gate is closed, or the plug-in allows it beside `run`.
+void Processor::restore(const LilvState& state) {
     const auto setValue = [](const char* symbol, void* context, const void* value, std::uint32_t size,
                              std::uint32_t type) {
         auto& self = *static_cast<Processor*>(context);
@@ -95,9 +97,20 @@ void Processor::applyState(const LilvState& state) {
             self._buffers->setValue(port->index, *number);
         }
     };
-    std::optional<RunGate::Closed> closed;
-    if (!_plugin.restoresWhileRunning) closed.emplace(_gate);
-    lilv_state_restore(&state, _instance->get(), setValue, this, 0, _instance->features().listForRestore());
+    lilv_state_restore(&state, _keeper.get()->get(), setValue, this, 0,
+                       _keeper.get()->features().listForRestore());
+}
+
+std::optional<Error> Processor::applyState(const LilvState& state) {
+    if (_keeper.get() == nullptr) return unusable(_plugin, "there is no instance of it");
+    if (_plugin.restoresWhileRunning) {
+        restore(state);
+        return std::nullopt;
+    }
+    const Gate::Closure closed(_gate);
+    if (!closed) return doesNotReturn();
+    restore(state);
+    return std::nullopt;
 }
 
 void Processor::loadDefaultState() {
@@ -108,20 +121,20 @@ void Processor::loadDefaultState() {
                                               lilv_plugin_get_uri(_world->plugin())));
     }
     const std::scoped_lock lock(_instanceMutex);
-    if (state) applyState(*state);
+    if (state) restore(*state); // before the first run
 }
 
 std::string Processor::saveState() const {
     const std::scoped_lock lock(_instanceMutex);
-    const State captured = _instance ? captureState() : nullptr;
-    const LilvState* state = _instance ? captured.get() : _kept.get();
+    const State captured = _keeper.get() != nullptr ? captureState() : nullptr;
+    const LilvState* state = _keeper.get() != nullptr ? captured.get() : _kept.get();
     if (state == nullptr) return {};
     const std::scoped_lock worldLock(_world->mutex());
     char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
                                       UridMap::shared().unmapFeature(), state, StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
-    if (_instance) writeAllDigits(kept, *_buffers, _plugin.ports);
+    if (_keeper.get() != nullptr) writeAllDigits(kept, *_buffers, _plugin.ports);
     return kept;
 }
 
@@ -136,8 +149,7 @@ std::optional<Error> Processor::restoreState(const std::string& text) {
         return Error("LV2", 2, "The state does not belong to the effect \"" + _plugin.name + "\".");
     }
     const std::scoped_lock lock(_instanceMutex);
-    applyState(*state);
-    return std::nullopt;
+    return applyState(*state);
 }
 
 std::optional<Error> Processor::restorePreset(const std::string& uri) {
@@ -153,8 +165,7 @@ std::optional<Error> Processor::restorePreset(const std::string& uri) {
                      "The preset " + uri + " of the effect \"" + _plugin.name + "\" cannot be read.");
     }
     const std::scoped_lock lock(_instanceMutex);
-    applyState(*state);
-    return std::nullopt;
+    return applyState(*state);
 }
 
 } // namespace platform::lv2
