@@ -8,12 +8,9 @@
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
-#include "platform/realtime/ByteRing.hpp"
-#include "platform/realtime/WakeSignal.hpp"
 
-#include <array>
-#include <atomic>
-#include <mutex>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -23,7 +20,8 @@ class MIDIOutputDelivery {
   public:
     /// `effectName` stands in what is said of lost events.
     explicit MIDIOutputDelivery(std::string effectName);
-    /// Delivers what was written and ends the thread. The audio side must have ended.
+    /// Delivers what was written and ends the thread. The audio side must have ended. On the delivery thread
+    /// itself, inside the block, it does not wait for that.
     ~MIDIOutputDelivery();
     MIDIOutputDelivery(const MIDIOutputDelivery&) = delete;
     MIDIOutputDelivery& operator=(const MIDIOutputDelivery&) = delete;
@@ -33,44 +31,16 @@ class MIDIOutputDelivery {
     void setBlock(MIDIOutputEventBlock block);
 
     /// Returns whether there is a block. Audio side.
-    [[nodiscard]] bool isWanted() const noexcept { return _isWanted.load(std::memory_order_relaxed); }
+    [[nodiscard]] bool isWanted() const noexcept;
     /// Queues one event. Audio side.
     void push(std::int64_t sampleTime, const std::uint8_t* data, std::uint32_t length) noexcept;
     /// Wakes the delivery thread, if anything was queued since the last call. Audio side, once per block.
     void flush() noexcept;
 
   private:
-    static constexpr std::size_t InlineBytes = 8;
-    static constexpr std::size_t EventCount = 65536;
-    static constexpr std::size_t LongBytes = std::size_t{1} << 18U;
-
-    struct Event {
-        std::int64_t sampleTime;
-        std::uint32_t length;
-        bool hasLongBytes; // all bytes stand in the ring of long events, else only the first here
-        std::array<std::uint8_t, InlineBytes> bytes;
-    };
-
-    void run();
-    void deliver(const Event& event, const MIDIOutputEventBlock& block);
-
-    const std::string _effectName;
-    // Written by the audio side, read by the delivery thread, through the two counters.
-    const std::unique_ptr<Event[]> _events = std::make_unique_for_overwrite<Event[]>(EventCount);
-    alignas(64) std::atomic<std::size_t> _written{0};
-    alignas(64) std::atomic<std::size_t> _read{0};
-    ByteRing _longBytes{LongBytes};
-    std::atomic<std::uint64_t> _lost{0};      // events that found no room
-    std::atomic<std::uint64_t> _shortened{0}; // events whose further bytes found no room
-    std::atomic<bool> _isWanted{false};
-    bool _hasNews = false; // audio side only
-
-    std::mutex _mutex;               // guards _block; held while it is called
-    MIDIOutputEventBlock _block;     // guarded by _mutex
-    std::vector<std::byte> _scratch; // delivery thread only
-    WakeSignal _wake;
-    std::atomic<bool> _isEnding{false};
-    std::thread _thread; // last: it uses all of the above
+    struct Queue;
+    const std::shared_ptr<Queue> _queue; // the thread has it too, and may outlive this
+    std::thread _thread;
 };
 
 } // namespace platform

@@ -130,6 +130,19 @@ TEST(MIDIOutput, BlockMayBeReplacedAlsoFromInside) {
     EXPECT_FALSE(delivery.isWanted());
 }
 
+TEST(MIDIOutput, LosesItsLastOwnerInsideTheBlock) {
+    std::atomic<int> received{0};
+    auto delivery = std::make_unique<MIDIOutputDelivery>("Test");
+    delivery->setBlock([&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) {
+        delivery.reset();
+        return ++received * 0;
+    });
+    const std::uint8_t note[] = {0x90, 1, 2};
+    for (int i = 0; i < 3; ++i) delivery->push(i, note, 3);
+    delivery->flush();
+    EXPECT_TRUE(waitUntil([&] { return received == 3; }));
+}
+
 TEST_F(Burst, SendsBackWhatItHears) {
     const std::vector<std::uint8_t> note{0x90, 60, 100}, sysex{0xf0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xf7};
     EXPECT_TRUE(unit->sendMIDIEvent(note));

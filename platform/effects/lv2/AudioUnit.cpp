@@ -120,8 +120,11 @@ float AudioUnit::parameterValue(std::uint32_t address) const {
 void AudioUnit::setParameterValue(std::uint32_t address, float value) {
     const auto& ports = _processor->plugin().ports;
     if (address >= ports.size() || ports[address].kind != PortKind::ControlInput || std::isnan(value)) return;
-    const AUParameter parameter = parameterAt(ports[address], _processor->sampleRate());
-    _processor->buffers().setValue(address, std::clamp(value, parameter.minValue, parameter.maxValue));
+    if (ports[address].isBounded) {
+        const AUParameter parameter = parameterAt(ports[address], _processor->sampleRate());
+        value = std::clamp(value, parameter.minValue, parameter.maxValue);
+    }
+    _processor->buffers().setValue(address, value);
 }
 
 std::vector<std::uint8_t> AudioUnit::fullState() const {

@@ -159,8 +159,8 @@ void InterfaceHost::takeWrite(std::uint32_t port, std::uint32_t size, std::uint3
         if (size != sizeof value || ports[port].kind != PortKind::ControlInput) return;
         std::memcpy(&value, data, sizeof value);
         if (!std::isfinite(value)) return;
-        _told[port] = value; // it knows what it said
-        processor.buffers().setValue(port, value);
+        _told[port] = value; // it knows what it said, and is told if that was out of range
+        _unit->setParameterValue(port, value);
     } else if (protocol == Urids::shared().atomEventTransfer) {
         LV2_Atom head{};
         if (size < sizeof head) return;
@@ -188,13 +188,10 @@ void InterfaceHost::update() {
     tellValues();
     std::uint32_t port = 0;
     // As many as there were at the start: an effect that sends without end must not hold the screen.
-    for (int i = 0; i < 1000 && _unit->lv2Processor().buffers().receive(_event); ++i) {
-        if (_descriptor->port_event == nullptr || _event.size() < sizeof port) continue;
-        std::memcpy(&port, _event.data(), sizeof port);
-        // Moved to the front of the buffer, so that the atom is aligned.
-        _event.erase(_event.begin(), _event.begin() + sizeof port);
-        _descriptor->port_event(_handle, port, static_cast<std::uint32_t>(_event.size()),
-                                Urids::shared().atomEventTransfer, _event.data());
+    for (int i = 0; i < 1000 && _unit->lv2Processor().buffers().receive(port, _atom); ++i) {
+        if (_descriptor->port_event == nullptr) continue;
+        _descriptor->port_event(_handle, port, static_cast<std::uint32_t>(_atom.size()),
+                                Urids::shared().atomEventTransfer, _atom.data());
     }
     if (_idle != nullptr && _idle->idle != nullptr && _idle->idle(_handle) != 0) {
         _idle = nullptr; // it has closed

@@ -68,7 +68,7 @@ class InterfaceHost {
     LV2UI_Handle _handle = nullptr;
     const LV2UI_Idle_Interface* _idle = nullptr;
     std::vector<float> _told; // by port: the value the interface knows; not a number when it knows none
-    std::vector<std::byte> _event;
+    std::vector<std::byte> _atom;
 };
 
 } // namespace platform::lv2

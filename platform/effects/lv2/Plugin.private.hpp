@@ -30,6 +30,7 @@ struct Port {
     PortKind kind = PortKind::Unknown;
     AUParameter parameter; // of control ports, as at a rate of 1; its address is the port's index
     std::string symbol, name;
+    bool isBounded = true;         // the bounds of the parameter are stated, not made up
     bool followsRate = false;      // the bounds of the parameter are multiples of the sample rate
     bool isOptional = false;       // may stay unconnected
     bool isSideChain = false;      // an audio input that is not the signal

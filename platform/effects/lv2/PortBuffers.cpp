@@ -207,7 +207,8 @@ void PortBuffers::handOut(AtomPort& port, std::int64_t sampleTime, std::uint32_t
     const LV2_Atom& head = port.sequence()->atom;
     if (head.type != Urids::shared().atomSequence || head.size > port.capacity() - sizeof(LV2_Atom)) return;
     const bool hasMidi = midi != nullptr && port.supportsMidi && midi->isWanted();
-    const bool isListening = _isListening.load(std::memory_order_relaxed);
+    const EventHead kept{port.index, _listener.load(std::memory_order_relaxed)};
+    const bool isListening = kept.listener != 0;
     if (!hasMidi && !isListening) return;
     const auto* const bytes = reinterpret_cast<const std::byte*>(port.memory.data());
     const std::uint32_t end = static_cast<std::uint32_t>(sizeof(LV2_Atom)) + head.size;
@@ -222,7 +223,7 @@ void PortBuffers::handOut(AtomPort& port, std::int64_t sampleTime, std::uint32_t
                        event.body.size);
         }
         if (isListening) { // a full ring means an interface that does not keep up: it misses events
-            (void)_toInterface.write(std::as_bytes(std::span(&port.index, 1)),
+            (void)_toInterface.write(std::as_bytes(std::span(&kept, 1)),
                                      std::span(reinterpret_cast<const std::byte*>(&event.body),
                                                sizeof(LV2_Atom) + event.body.size));
         }
@@ -253,6 +254,19 @@ std::uint32_t PortBuffers::latencyFrames() const noexcept {
     if (_latencyPort < 0) return 0;
     const float frames = value(static_cast<std::uint32_t>(_latencyPort));
     return frames >= 1.0F && frames < 1e9F ? static_cast<std::uint32_t>(frames) : 0U;
+}
+
+bool PortBuffers::receive(std::uint32_t& port, std::vector<std::byte>& atom) {
+    while (_toInterface.hasRecord()) {
+        EventHead head{};
+        _toInterface.peek(std::as_writable_bytes(std::span(&head, 1)));
+        atom.resize(_toInterface.recordSize() - sizeof head);
+        _toInterface.peek(sizeof head, atom);
+        _toInterface.drop();
+        port = head.port;
+        if (head.listener == _listener) return true;
+    }
+    return false;
 }
 
 bool PortBuffers::send(std::uint32_t port, std::span<const std::byte> atom) {

@@ -55,10 +55,10 @@ class PortBuffers {
     /// Queues one atom, head and body, for an atom input; false when it finds no room. Control side.
     bool send(std::uint32_t port, std::span<const std::byte> atom);
     /// Have the events of the atom outputs kept for an interface. Control side.
-    void setListening(bool isListening) noexcept { _isListening = isListening; }
-    /// Takes the next event of an atom output for the interface: the number of its port, then the atom. One
-    /// control-side thread.
-    bool receive(std::vector<std::byte>& event) { return _toInterface.read(event); }
+    void setListening(bool isListening) noexcept { _listener = isListening ? ++_lastListener : 0; }
+    /// Takes the next event of an atom output for the interface of today: the number of its port and the
+    /// atom. Those that were kept for a former one are dropped. One control-side thread.
+    bool receive(std::uint32_t& port, std::vector<std::byte>& atom);
 
   private:
     struct AtomPort {
@@ -101,8 +101,13 @@ class PortBuffers {
     std::vector<AtomPort> _atomInputs, _atomOutputs; // their memory: audio side
     std::mutex _sendMutex;                           // makes all senders one writer; control side only
     ByteRing _toPlugin;                              // port number and atom
-    std::atomic<bool> _isListening{false};
-    ByteRing _toInterface; // port number and atom
+    std::atomic<std::uint32_t> _listener{0};         // the interface that events are kept for; 0: none
+    std::uint32_t _lastListener = 0;                 // control side
+    struct EventHead {
+        std::uint32_t port;
+        std::uint32_t listener;
+    };
+    ByteRing _toInterface; // EventHead and atom
 };
 
 } // namespace platform::lv2

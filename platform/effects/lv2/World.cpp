@@ -160,6 +160,7 @@ class PortReader {
         lilv_port_get_range(_plugin, source, &standard, &least, &most);
         const Node ownStandard(standard), ownLeast(least), ownMost(most);
         port.followsRate = has(source, LV2_CORE__sampleRate);
+        port.isBounded = isNumber(least) && isNumber(most);
         if (isNumber(least)) parameter.minValue = lilv_node_as_float(least);
         if (isNumber(most)) parameter.maxValue = lilv_node_as_float(most);
         if (parameter.maxValue < parameter.minValue) parameter.maxValue = parameter.minValue;
