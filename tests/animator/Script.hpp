@@ -83,29 +83,13 @@ class Script {
     // An animator of a subclass: writes down when it is asked, and has curves of its own.
     struct Traced final : Animator {
         void note(const char* what) { current->say(current->name(this) + " is asked to " + what); }
-        void animate() override {
-            note("animate");
-            Animator::animate();
-        }
-        bool isFinished() override {
-            note("isFinished");
-            return Animator::isFinished();
-        }
-        void stop() override {
-            note("stop");
-            Animator::stop();
-        }
-        void reverse() override {
-            note("reverse");
-            Animator::reverse();
-        }
-        void rewind() override {
-            note("rewind");
-            Animator::rewind();
-        }
+        void animate() override { note("animate"), Animator::animate(); }
+        bool isFinished() override { return note("isFinished"), Animator::isFinished(); }
+        void stop() override { note("stop"), Animator::stop(); }
+        void reverse() override { note("reverse"), Animator::reverse(); }
+        void rewind() override { note("rewind"), Animator::rewind(); }
         float easeOutBack(std::int64_t t, float b, float c, std::int64_t d) override {
-            note("easeOutBack");
-            return Animator::easeOutBack(t, b, c, d) + 1;
+            return note("easeOutBack"), Animator::easeOutBack(t, b, c, d) + 1;
         }
     };
 

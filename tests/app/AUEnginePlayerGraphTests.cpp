@@ -113,19 +113,6 @@ TEST_F(GraphTest, OperationsComeInTheirOrder) {
                      "connect mixer to output, 48000 Hz, 2"}));
 }
 
-TEST_F(GraphTest, PauseDuringRewiringCompletesNoPass) {
-    player->start();
-    player->load(constantFile("long.wav", 480000, 0.5F)); // ten seconds: no pass ends by itself
-    renderUntil([&] { return delegate->loops.size() == 1; });
-    const auto unit = makeUnit(halving);
-    for (int i = 0; i < 20; ++i) {
-        player->connect(i % 2 == 0 ? unit : nullptr);
-        render(512);
-    }
-    runMainQueue();
-    EXPECT_EQ(delegate->loops.size(), 1U);
-}
-
 TEST_F(GraphTest, TheActiveUnitMayBeConnectedAgainAndDisconnectedTwice) {
     const auto unit = makeUnit(halving);
     int completions = 0;

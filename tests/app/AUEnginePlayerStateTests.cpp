@@ -123,19 +123,6 @@ TEST_F(StateTest, FinalizeOfAStoppedPlayerOnlyDisconnects) {
               }));
 }
 
-TEST_F(StateTest, WorksWithoutADelegateAndIsReleasedQuietlyWhilePlaying) {
-    player->delegate = nullptr;
-    player->start();
-    player->load(constantFile("short.wav", 3000, 0.25F));
-    takeLines();
-    renderUntil([&] { return holdsLine(output.lines(), "AUEnginePlayer: Current audio file"); });
-    player = nullptr;
-    runMainQueue();
-    (void)output.take();
-    render(20000);
-    EXPECT_TRUE(takeLines().empty());
-}
-
 TEST_F(StateTest, RefusedSessionIsFatal) {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // the session starts threads in the child
     auto& session = platform::AVAudioSession::sharedInstance();

@@ -11,45 +11,25 @@
 #include "platform/audio/detail/EngineCore.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
 
-namespace tonewright::test {
+namespace platform {
 namespace {
 
-thread_local GraphRecord* current = nullptr;
+constexpr auto note = tonewright::test::GraphRecord::note;
 
-void record(const std::string& operation) {
-    if (current != nullptr) current->add(operation);
-}
-
-std::string nameOf(const std::shared_ptr<platform::AVAudioNode>& node) {
-    if (std::dynamic_pointer_cast<platform::AVAudioPlayerNode>(node)) return "player";
-    if (std::dynamic_pointer_cast<platform::AVAudioMixerNode>(node)) return "mixer";
-    if (std::dynamic_pointer_cast<platform::AVAudioOutputNode>(node)) return "output";
+std::string nameOf(const std::shared_ptr<AVAudioNode>& node) {
+    if (std::dynamic_pointer_cast<AVAudioPlayerNode>(node)) return "player";
+    if (std::dynamic_pointer_cast<AVAudioMixerNode>(node)) return "mixer";
+    if (std::dynamic_pointer_cast<AVAudioOutputNode>(node)) return "output";
     return "effect";
 }
 
-std::string textOf(const std::optional<platform::AVAudioFormat>& format) {
+std::string textOf(const std::optional<AVAudioFormat>& format) {
     if (!format) return "no format";
     return std::to_string(static_cast<int>(format->sampleRate)) + " Hz, " +
            std::to_string(format->channelCount);
 }
 
 } // namespace
-
-GraphRecord::GraphRecord() {
-    current = this;
-}
-
-GraphRecord::~GraphRecord() {
-    current = nullptr;
-}
-
-} // namespace tonewright::test
-
-namespace platform {
-
-using tonewright::test::nameOf;
-using tonewright::test::record;
-using tonewright::test::textOf;
 
 std::shared_ptr<AVAudioEngine> AVAudioEngine::create(std::shared_ptr<OutputDevice> device) {
     return std::shared_ptr<AVAudioEngine>(new AVAudioEngine(device ? device : sharedOutputDevice()));
@@ -62,32 +42,32 @@ AVAudioEngine::~AVAudioEngine() {
     _core->shutDown();
 }
 void AVAudioEngine::attachNode(const std::shared_ptr<AVAudioNode>& node) {
-    record("attach " + nameOf(node));
+    note("attach " + nameOf(node));
     _core->attach(node);
 }
 void AVAudioEngine::detachNode(const std::shared_ptr<AVAudioNode>& node) {
-    record("detach " + nameOf(node));
+    note("detach " + nameOf(node));
     _core->detach(node);
 }
 void AVAudioEngine::connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                             std::optional<AVAudioFormat> format) {
-    record("connect " + nameOf(from) + " to " + nameOf(to) + ", " + textOf(format));
+    note("connect " + nameOf(from) + " to " + nameOf(to) + ", " + textOf(format));
     _core->connect(from, to, format);
 }
 void AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node) {
-    record("disconnect input of " + nameOf(node));
+    note("disconnect input of " + nameOf(node));
     _core->disconnectInput(node);
 }
 void AVAudioEngine::prepare() {
-    record("prepare engine");
+    note("prepare engine");
     _core->prepare();
 }
 std::optional<Error> AVAudioEngine::start() {
-    record("start engine");
+    note("start engine");
     return _core->start();
 }
 void AVAudioEngine::stop() {
-    record("stop engine");
+    note("stop engine");
     _core->stop();
 }
 AVAudioFormat AVAudioOutputNode::outputFormatForBus(std::uint32_t /*bus*/) const {
@@ -104,19 +84,19 @@ AVAudioPlayerNode::~AVAudioPlayerNode() {
 }
 void AVAudioPlayerNode::scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<std::int64_t> atTime,
                                      CompletionHandler completionHandler) {
-    record("schedule " + file->url().lastPathComponent() + (atTime ? " later" : ""));
+    note("schedule " + file->url().lastPathComponent() + (atTime ? " later" : ""));
     _stream->schedule(std::move(file), atTime.value_or(0), std::move(completionHandler));
 }
 void AVAudioPlayerNode::play() {
-    record("play");
+    note("play");
     _stream->play();
 }
 void AVAudioPlayerNode::pause() {
-    record("pause");
+    note("pause");
     _stream->pause();
 }
 void AVAudioPlayerNode::stop() {
-    record("stop player");
+    note("stop player");
     _stream->stop();
 }
 

@@ -219,29 +219,6 @@ TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {
     device->stop();
 }
 
-TEST_F(AutomaticDeviceTest, ManyStartsAndStopsWhileTheServerComesAndGoes) {
-    testing::internal::CaptureStderr();
-    std::atomic<bool> ended{false};
-    std::thread trouble([&] {
-        while (!ended) {
-            server.lose();
-            std::this_thread::sleep_for(milliseconds(7));
-            server.present = true;
-            std::this_thread::sleep_for(milliseconds(13));
-        }
-    });
-    for (int i = 0; i < 60; ++i) {
-        EXPECT_FALSE(device->open());
-        EXPECT_FALSE(device->start(client));
-        std::this_thread::sleep_for(milliseconds(i % 10));
-        device->stop();
-        device->close();
-    }
-    ended = true;
-    trouble.join();
-    testing::internal::GetCapturedStderr();
-}
-
 TEST(AVAudioSession, ClaimsAndReleasesTheOutputAndFailsWhereATestSaysSo) {
     const auto offline = std::make_shared<OfflineDevice>();
     setSharedOutputDevice(offline);

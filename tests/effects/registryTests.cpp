@@ -61,10 +61,7 @@ class Registry : public testing::Test {
 
 TEST(AudioComponentDescription, MatchesByCodesAndMaskedFlags) {
     const AudioComponentDescription component{1, 2, 3, 0b0110, 0};
-    struct Case {
-        AudioComponentDescription wanted;
-        bool matches;
-    };
+    using Case = std::pair<AudioComponentDescription, bool>;
     for (const auto& [wanted, expected] :
          {Case{{1, 2, 3, 0, 0}, true}, Case{{0, 0, 0, 0, 0}, true}, Case{{0, 2, 0, 9, 0}, true},
           Case{{1, 2, 4, 6, 0}, false}, Case{{2, 2, 3, 6, 0}, false}, Case{{1, 1, 3, 6, 0}, false},
@@ -81,8 +78,7 @@ TEST_F(Registry, OrdersByPlaceThenByNameAndFollowsChanges) {
     writeBundle("b.lv2", codes(Gain, "aumf", "tsTs"));
     EXPECT_EQ(searchURIs(), (URIs{Gain}));
     writeBundle("a.lv2", codes(Mono, "aumf", "tsTs"));
-    EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
-    EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
+    for (int run = 0; run < 2; ++run) EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
     writeBundle("a.lv2", codes(Mono, "aufx", "tsTs")); // the same length: its time tells
     EXPECT_EQ(searchURIs(), (URIs{Gain}));
     fs::remove_all(_root / "lv2/b.lv2");
@@ -150,13 +146,10 @@ TEST_F(Registry, SurvivesALostOrDamagedCache) {
 }
 
 TEST_F(Registry, DerivesTypesFromPortsWhereNoneIsStated) {
-    struct Case {
-        const char* uri;
-        const char (&type)[5];
-    };
-    for (const auto& [uri, type] :
-         {Case{Gain, "aufx"}, Case{Mono, "aufx"}, Case{"urn:tonewright:test:burst", "aumf"}}) {
-        const auto found = searchURIs({fourCharCode(type), 0, 0, 0, 0});
+    constexpr auto Effect = fourCharCode("aufx"), MusicEffect = fourCharCode("aumf");
+    for (const auto& [uri, type] : std::map<std::string, std::uint32_t>{
+             {Gain, Effect}, {Mono, Effect}, {"urn:tonewright:test:burst", MusicEffect}}) {
+        const auto found = searchURIs({type, 0, 0, 0, 0});
         EXPECT_EQ(std::count(found.begin(), found.end(), uri), 1) << uri;
     }
     const auto all = search({});

@@ -105,19 +105,6 @@ TEST(Scanner, ReportsWhatItCannotDelete) {
     });
 }
 
-TEST(Scanner, DeletesLitterBelowMoreLevelsThanDescriptors) {
-    const Scratch scratch;
-    std::string path;
-    for (int level = 0; level < 400; ++level) path += "d/";
-    scratch.file(path + "__MACOSX/" + path + "file");
-    test::holdsInChild([&] {
-        const rlimit limit{300, 300};
-        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
-        EXPECT_EQ(Scanner().scan(scratch.path()), Lines{End});
-    });
-    EXPECT_TRUE(fs::is_empty(scratch / path));
-}
-
 namespace {
 
 // Exchanges a directory for a link when it is asked about the first item in it.

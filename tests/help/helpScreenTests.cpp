@@ -18,12 +18,7 @@ namespace {
 
 using platform::URL;
 using platform::WKNavigationResponsePolicy;
-using platform::testing::childProcesses;
-using platform::testing::engineOf;
-using platform::testing::page;
-using platform::testing::PageServer;
-using platform::testing::titleOf;
-using platform::testing::waitFor;
+using namespace platform::testing;
 using test::Lines;
 
 class HelpScreenTest : public platform::testing::ToolkitTest {
@@ -51,28 +46,25 @@ class HelpScreenTest : public platform::testing::ToolkitTest {
 
 TEST_F(HelpScreenTest, IdentifierChoosesTheContent) {
     const std::string manual = platform::Bundle::main().resourceURL()->absoluteString() + "manual.pdf";
-    struct Case {
-        const char* identifier; // null: not prepared
-        std::string shown;      // empty: nothing
-    };
-    for (const Case& choice :
+    using Case = std::pair<const char*, std::string>; // null: not prepared; empty: shows nothing
+    for (const auto& [identifier, shown] :
          {Case{nullptr, manual}, Case{"showHelp", manual}, Case{"showInfo", std::string(WebSite)},
           Case{"ShowHelp", ""}, Case{"", ""}, Case{"showDocument", ""}}) {
-        SCOPED_TRACE(choice.identifier == nullptr ? "not prepared" : choice.identifier);
+        SCOPED_TRACE(identifier == nullptr ? "not prepared" : identifier);
         test::CapturedOutput output;
         const auto screen = makeScreen();
-        if (choice.identifier != nullptr) screen->prepareInfo(choice.identifier);
+        if (identifier != nullptr) screen->prepareInfo(identifier);
         EXPECT_EQ(engineOf(*screen->webView.lock()), nullptr)
             << "nothing is loaded before the screen appears";
         show(screen);
-        if (choice.shown.empty()) {
+        if (shown.empty()) {
             EXPECT_EQ(engineOf(*screen->webView.lock()), nullptr);
             EXPECT_EQ(output.lines(), Lines{});
         } else {
             EXPECT_TRUE(waitFor([&] { return output.lines().size() >= 2; }));
             Lines lines = output.lines();
             lines.resize(2); // how far the load has come is not the question here
-            EXPECT_EQ(lines, (Lines{"navigationAction: ", choice.shown}));
+            EXPECT_EQ(lines, (Lines{"navigationAction: ", shown}));
         }
         screen->buttonExit->press();
         EXPECT_EQ(window.controller->presentedViewController(), nullptr);
@@ -80,14 +72,11 @@ TEST_F(HelpScreenTest, IdentifierChoosesTheContent) {
 }
 
 TEST_F(HelpScreenTest, ExtensionOfTheResponseDecides) {
-    struct Case {
-        const char* url;
-        bool isAllowed;
-    };
+    using Case = std::pair<const char*, bool>; // a URL and whether it is allowed
     const auto screen = makeScreen();
     const auto view = screen->webView.lock();
     test::CapturedOutput output;
-    for (const Case& response :
+    for (const auto& [url, isAllowed] :
          {Case{"https://a.example/", true}, Case{"https://a.example/m.pdf", true},
           Case{"https://a.example/m.Pdf", true}, Case{"https://a.example/m.HTML", true},
           Case{"https://a.example/page", true}, Case{"https://a.example/.zip", true},
@@ -95,12 +84,11 @@ TEST_F(HelpScreenTest, ExtensionOfTheResponseDecides) {
           Case{"https://a.example/a.png", false}, Case{"https://a.example/a.zip?b.pdf", false},
           Case{"https://a.example/a.pdf.gz", false}}) {
         std::optional<WKNavigationResponsePolicy> answer;
-        screen->decidePolicyFor(*view, platform::WKNavigationResponse{{URL::fromString(response.url)}},
+        screen->decidePolicyFor(*view, platform::WKNavigationResponse{{URL::fromString(url)}},
                                 [&](WKNavigationResponsePolicy policy) { answer = policy; });
-        EXPECT_EQ(answer,
-                  response.isAllowed ? WKNavigationResponsePolicy::Allow : WKNavigationResponsePolicy::Cancel)
-            << response.url;
-        EXPECT_EQ(output.take(), (Lines{"navigationResponse: ", response.url}));
+        EXPECT_EQ(answer, isAllowed ? WKNavigationResponsePolicy::Allow : WKNavigationResponsePolicy::Cancel)
+            << url;
+        EXPECT_EQ(output.take(), (Lines{"navigationResponse: ", url}));
     }
     const auto unanswered = [](auto) { FAIL() << "there is no URL to decide on"; };
     screen->decidePolicyFor(*view, platform::WKNavigationResponse{}, unanswered);

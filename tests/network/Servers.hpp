@@ -97,8 +97,8 @@ class HTTPServer : public BadServer {
 
   private:
     static void reply(int connection, const std::string& path) {
-        const std::size_t number =
-            std::strtoul(path.c_str() + std::min(path.size(), path.find('/', 1)) + 1, nullptr, 10);
+        const std::size_t slash = std::min(path.size(), path.find('/', 1)); // of what has a number after it
+        const std::size_t number = std::strtoul(path.substr(slash).erase(0, 1).c_str(), nullptr, 10);
         const auto say = [&](const std::string& status, const std::string& headers, const std::string& body) {
             sendAll(connection,
                     "HTTP/1.1 " + status + " As Said\r\nConnection: close\r\n" + headers + "\r\n" + body);

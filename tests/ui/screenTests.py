@@ -227,16 +227,6 @@ class Entry(OnADisplay):
             self.assertEqual((answer.stdout, answer.returncode), ("", 1))
             self.assertRegex(answer.stderr, r"\Atonewright: cannot open display.*\n\Z")
 
-    def test_closed_standard_output_changes_nothing(self):
-        process = subprocess.Popen(["sh", "-c", f'exec "{PROBE}" >&- 2>&-'], stdin=subprocess.DEVNULL)
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        window = self.screen.wait_window(process.pid)
-        self.screen.focus(window)
-        self.screen.press_key("space")
-        self.screen.ask_to_close(window)
-        self.assertEqual(process.wait(20), 0)
-
 
 if __name__ == "__main__":
     main("test_ui_screen")

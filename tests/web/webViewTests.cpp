@@ -11,13 +11,7 @@
 namespace platform {
 namespace {
 
-using testing::childProcesses;
-using testing::page;
-using testing::PageServer;
-using testing::ShownWindow;
-using testing::titleOf;
-using testing::waitFor;
-using testing::webProcess;
+using namespace testing;
 
 using ActionAnswer = std::function<void(WKNavigationActionPolicy)>;
 using ResponseAnswer = std::function<void(WKNavigationResponsePolicy)>;
