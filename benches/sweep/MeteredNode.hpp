@@ -39,11 +39,11 @@ class Meter final : public platform::NodeProcessor {
         return failure;
     }
     void release() noexcept override { _processor->release(); }
-    void process(const float* const* inputs, float* const* outputs, std::uint32_t frames,
+    void process(platform::ConstPlanarSound inputs, platform::PlanarSound outputs,
                  std::int64_t sampleTime) noexcept override {
-        _processor->process(inputs, outputs, frames, sampleTime);
-        for (std::uint32_t channel = 0; channel < outputChannels(); ++channel) {
-            for (std::uint32_t i = 0; i < frames; ++i) {
+        _processor->process(inputs, outputs, sampleTime);
+        for (std::uint32_t channel = 0; channel < outputs.channels(); ++channel) {
+            for (std::uint32_t i = 0; i < outputs.frames(); ++i) {
                 const float sample = outputs[channel][i];
                 if (std::isfinite(sample)) {
                     peak = std::max(peak, std::abs(sample));

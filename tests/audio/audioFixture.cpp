@@ -99,7 +99,7 @@ void TestProcessor::release() noexcept {
 void TestProcessor::process(ConstPlanarSound in, PlanarSound out, std::int64_t sampleTime) noexcept {
     if (work) return work({in, out, out.frames(), sampleTime});
     for (std::uint32_t c = 0; c < 2; ++c) {
-        for (std::uint32_t i = 0; i < out.frames(); ++i) out[c][i] = 0.5F * in[c][i];
+        for (std::uint32_t i = 0; i < out.frames(); ++i) out[c][i] = gain * in[c][i];
     }
 }
 
