@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The audio engine: a graph of nodes, edited from any thread but the audio thread, also while it plays.
+// The audio engine: a graph of nodes that can be edited on any thread except the audio thread, also while it
+// plays.
 //
-// Control side and audio side are two worlds. Every edit compiles an immutable render plan, publishes it by
-// one atomic exchange, and returns when the audio side no longer uses the former one. Nothing here waits for
-// sound.
+// The control side and the audio side are separate. Every edit compiles an immutable render plan, publishes
+// it by one atomic exchange, and returns when the audio side no longer uses the previous one. Nothing here
+// waits for sound.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -24,7 +25,7 @@ class OutputDevice;
 
 class AVAudioEngine {
   public:
-    /// Makes an engine whose main mixer is linked to its output node. `device`: null for the process's
+    /// Creates an engine whose main mixer is linked to its output node. `device`: null for the process's
     /// output.
     [[nodiscard]] static std::shared_ptr<AVAudioEngine>
     create(std::shared_ptr<OutputDevice> device = nullptr);
@@ -33,18 +34,17 @@ class AVAudioEngine {
     AVAudioEngine(const AVAudioEngine&) = delete;
     AVAudioEngine& operator=(const AVAudioEngine&) = delete;
 
-    /// Takes `node` into the graph, unlinked. Harmless if it is in it already; a node of another engine is
-    /// refused and said on standard error.
+    /// Adds `node` to the graph, unlinked. Harmless if it is in it already; a node of another engine is
+    /// refused and reported on standard error.
     void attachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Takes `node` and its links out of the graph. When this returns, it renders no more.
+    /// Removes `node` and its links from the graph. When this returns, it renders no more.
     void detachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Links `from` to `to`. It replaces the link of that output and of that input (a mixer has as many
-    /// inputs as it is given). `format`: what flows through the link; absent: the output device's. A format
-    /// that differs from what the node behind the link works in is converted at its input. Effects work at
-    /// the device's rate.
+    /// Links `from` to `to`, replacing the link of that output and of that input (a mixer has as many inputs
+    /// as needed). `format`: the format of the link; absent: the output device's. A format that differs from
+    /// the one in which `to` works is converted at its input. Effects work at the device's rate.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  std::optional<AVAudioFormat> format);
-    /// Cuts every link into `node`.
+    /// Removes every link into `node`.
     void disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
 
     [[nodiscard]] const std::shared_ptr<AVAudioMixerNode>& mainMixerNode() const noexcept {
@@ -52,7 +52,7 @@ class AVAudioEngine {
     }
     [[nodiscard]] const std::shared_ptr<AVAudioOutputNode>& outputNode() const noexcept { return _output; }
 
-    /// Makes everything ready that `start` needs and that does not touch the device.
+    /// Prepares everything that `start` needs and that does not touch the device.
     void prepare();
     /// Starts (`startAndReturnError:`). Harmless while running. Does not wait for sound.
     [[nodiscard]] std::optional<Error> start();

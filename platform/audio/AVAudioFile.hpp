@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A sound file opened for reading: m4a, wav and whatever else libavformat opens. The object holds what the
-// head of the file says and, until a player takes it, the opened file; the sound itself is decoded by the
-// player's own thread. Any thread; immutable but for the spare reader, which has a lock of its own.
+// file's header says and, until a player takes it, the opened file; the sound itself is decoded on the
+// player's thread. Any thread; immutable except for the spare reader, which has its own lock.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -20,8 +20,8 @@ class AudioReader;
 
 class AVAudioFile {
   public:
-    /// Opens the file at `url` for reading (`initForReading:error:`). Reads the head only. A file that is
-    /// missing, is no sound, or holds no frames is an error.
+    /// Opens the file at `url` for reading (`initForReading:error:`). Reads only the header. A file that is
+    /// missing, is not a sound file, or holds no frames is an error.
     [[nodiscard]] static Result<std::shared_ptr<AVAudioFile>> open(const URL& url);
     ~AVAudioFile();
     AVAudioFile(const AVAudioFile&) = delete;
@@ -30,13 +30,13 @@ class AVAudioFile {
     [[nodiscard]] const URL& url() const noexcept { return _url; }
     /// Returns the format in which the file's frames are played: its own rate and channels, as floats.
     [[nodiscard]] AVAudioFormat processingFormat() const noexcept { return _format; }
-    /// Returns the exact number of frames of one pass, the encoder's padding at both ends left out.
+    /// Returns the exact number of frames of one pass, without the encoder's padding at both ends.
     [[nodiscard]] std::int64_t lengthFrames() const noexcept { return _lengthFrames; }
 
-    /// Returns a reader that stands at the first frame, for one thread at a time: the one left over from
-    /// opening or from a former pass, or a new one (an error if the file has gone).
+    /// Returns a reader at the first frame, for one thread at a time: the one left over from opening or from
+    /// a previous pass, or a new one (an error if the file no longer exists).
     [[nodiscard]] Result<std::unique_ptr<AudioReader>> takeReader() const;
-    /// Hands `reader` back for a later pass.
+    /// Returns `reader` for use in a later pass.
     void returnReader(std::unique_ptr<AudioReader> reader) const;
 
   private:

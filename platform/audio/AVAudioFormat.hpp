@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The shape of a stream of sound: float samples, one plane per channel.
+// The format of a stream of sound: float samples, one plane per channel.
 #pragma once
 
 #include <cstdint>

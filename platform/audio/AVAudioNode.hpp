@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A member of the engine's graph. A node is attached to at most one engine; it is wired, and its processor
-// asked for, on the control side only. What renders on the audio thread is never the node itself: the engine
-// keeps the processor (or the player's stream) alive for as long as a render plan uses it.
+// A node of the engine's graph. It is attached to at most one engine; it is wired, and its processor
+// requested, only on the control side. The node itself never renders on the audio thread: the engine keeps
+// the processor (or the player's stream) alive for as long as a render plan uses it.
 #pragma once
 
 #include <atomic>
@@ -24,7 +24,7 @@ class AVAudioNode {
     /// engine renders itself (player, mixer, output).
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() const { return nullptr; }
 
-    /// Returns whether any number of links may end here, and not one alone.
+    /// Returns whether any number of links may end here instead of one.
     [[nodiscard]] virtual bool takesManyInputs() const noexcept { return false; }
     /// Returns what a player node plays; null for the others.
     [[nodiscard]] virtual std::shared_ptr<PlayerStream> playerStream() const { return nullptr; }

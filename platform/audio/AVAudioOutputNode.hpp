@@ -19,8 +19,8 @@ class AVAudioOutputNode final : public AVAudioNode {
     explicit AVAudioOutputNode(std::shared_ptr<OutputDevice> device)
         : _device(std::move(device)) {}
 
-    /// Returns the format of the output device (`outputFormatForBus:`; there is bus 0 only): 48 kHz stereo as
-    /// long as it is not known. Answers at any time.
+    /// Returns the format of the output device (`outputFormatForBus:`; there is only bus 0): 48 kHz stereo as
+    /// long as it is not known. Can be called at any time.
     [[nodiscard]] AVAudioFormat outputFormatForBus(std::uint32_t bus) const;
 
   private:

@@ -37,7 +37,7 @@ void AVAudioPlayerNode::pause() {
 }
 
 void AVAudioPlayerNode::stop() {
-    const auto stream = _stream; // a completion may let go of this node
+    const auto stream = _stream; // a completion may release this node
     stream->stop();
 }
 

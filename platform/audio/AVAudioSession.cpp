@@ -14,7 +14,7 @@ AVAudioSession& AVAudioSession::sharedInstance() {
 
 std::optional<Error> AVAudioSession::setCategory(AVAudioSessionCategory /*category*/,
                                                  AVAudioSessionMode /*mode*/, CategoryOptions /*options*/) {
-    // The one category is what every stream of this program states when it is opened (media role "Music").
+    // Every stream of this program states this one category when it is opened (media role "Music").
     const std::scoped_lock lock(_mutex);
     return _faults.setCategory ? _faults.setCategory() : std::nullopt;
 }

@@ -25,14 +25,15 @@ class AVAudioSession {
 
     [[nodiscard]] static AVAudioSession& sharedInstance();
 
-    /// Says what the sound is for. It never fails because a server is gone.
+    /// Sets the purpose of the sound. Never fails because there is no server.
     [[nodiscard]] std::optional<Error> setCategory(AVAudioSessionCategory category, AVAudioSessionMode mode,
                                                    CategoryOptions options);
     /// Claims the output, so that a server which refuses does so now, or gives it back. Waits for the
-    /// server's answer, never for sound; no server at all is no failure. Repeating is harmless.
+    /// server's answer, never for sound; having no server at all is not an error. Repeated calls are
+    /// harmless.
     [[nodiscard]] std::optional<Error> setActive(bool active, SetActiveOptions options);
 
-    /// For tests: answers, if it answers an error, in the place of an operation.
+    /// For tests: replaces an operation if it returns an error.
     struct Faults {
         std::function<std::optional<Error>()> setCategory;
         std::function<std::optional<Error>(bool active)> setActive;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The seam between the engine's graph and what makes the sound of a node that others supply: an effect.
-// The control side calls everything but `process`. While the engine is in `process`, it calls only those
-// other operations that say that they may be called beside it.
+// The interface between the engine's graph and what makes the sound of a node that others supply: an effect.
+// The control side calls everything except `process`. While the engine is in `process`, it calls only those
+// other operations that may be called concurrently, as stated below.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -23,25 +23,25 @@ class NodeProcessor {
     NodeProcessor(const NodeProcessor&) = delete;
     NodeProcessor& operator=(const NodeProcessor&) = delete;
 
-    /// Returns what messages call it; may be empty. Any thread.
+    /// Returns the name used in messages; may be empty. Any thread.
     [[nodiscard]] virtual std::string name() const { return {}; }
-    /// Returns the number of channels `process` reads and writes; fixed for the life of the processor, 0
+    /// Returns the number of channels that `process` reads and writes; fixed for the life of the processor, 0
     /// allowed.
     [[nodiscard]] virtual std::uint32_t inputChannels() const noexcept = 0;
     [[nodiscard]] virtual std::uint32_t outputChannels() const noexcept = 0;
 
-    /// Tells how many frames a block usually has; one may have fewer, or more up to the maximum of
-    /// `allocate`. May be called beside `process`.
+    /// Sets the usual number of frames of a block; a block may have fewer, or more up to the maximum of
+    /// `allocate`. May be called concurrently with `process`.
     virtual void setBlockFrames(std::uint32_t /*frames*/) {}
-    /// Makes ready for blocks of at most `maximumFrames` frames at `sampleRate`. Called again with another
-    /// rate it starts anew there with all settings kept; with the same values it does nothing.
+    /// Prepares for blocks of at most `maximumFrames` frames at `sampleRate`. A call with another rate starts
+    /// again with all settings kept; a call with the same values does nothing.
     [[nodiscard]] virtual std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) = 0;
-    /// Gives up what `allocate` made; settings stay.
+    /// Releases what `allocate` created; settings stay.
     virtual void release() noexcept = 0;
 
-    /// Fills `outputs` from `inputs`: as many frames of each (1 to maximumFrames), in planes that never
-    /// overlap. `sampleTime` is the number of frames rendered since the engine started. Audio thread: never
-    /// allocates, locks, blocks or logs.
+    /// Fills `outputs` from `inputs`: the same number of frames in each (1 to maximumFrames), in planes that
+    /// never overlap. `sampleTime` is the number of frames rendered since the engine started. Audio thread:
+    /// never allocates, locks, blocks or logs.
     virtual void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept = 0;
 
     /// Returns the frames by which the output lags the input. Any thread.

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The output that is rendered by hand, as fast as the machine can: for bouncing, tests and benchmarks.
-// Nothing is ever missing from it: the client waits for the player's decoder where it must.
+// The output that is rendered on request, as fast as the machine can: for bouncing, tests and benchmarks.
+// Nothing is ever missing from it: the client waits for the player's decoder where necessary.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -17,7 +17,7 @@ namespace platform {
 
 class OfflineDevice final : public OutputDevice {
   public:
-    /// `blockFrames`: the largest number of frames asked for at a time.
+    /// `blockFrames`: the largest number of frames requested at a time.
     explicit OfflineDevice(AVAudioFormat format = DefaultOutputFormat, std::uint32_t blockFrames = 256);
 
     [[nodiscard]] std::optional<Error> open() override;
@@ -32,8 +32,7 @@ class OfflineDevice final : public OutputDevice {
     void render(float* const* planes, std::uint64_t frames);
     /// Renders `frames` frames and returns them, one vector for each channel.
     [[nodiscard]] std::vector<std::vector<float>> render(std::uint64_t frames);
-    /// Become a device of another format, as when a user plugs in another card. The client takes notice in
-    /// its own time.
+    /// Changes the device's format, as when a user plugs in another card. The client reacts in its own time.
     void setFormat(AVAudioFormat format);
     /// Returns the number of open claims.
     [[nodiscard]] int claims() const;
@@ -49,7 +48,7 @@ class OfflineDevice final : public OutputDevice {
         Gate gate{};       // around each call of the client
     };
 
-    mutable std::mutex _mutex; // guards what follows
+    mutable std::mutex _mutex; // guards the following members
     AVAudioFormat _format;
     std::shared_ptr<Run> _run; // null while stopped
     const std::uint32_t _blockFrames;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The seam between the engine and where sound goes: a sound server, a sound card, nothing (silent), a buffer
-// (offline). One client at a time.
+// The interface between the engine and the destination of its sound: a sound server, a sound card, nothing
+// (silent), a buffer (offline). One client at a time.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -15,7 +15,7 @@
 
 namespace platform {
 
-/// Who plays through a device.
+/// Renders what a device plays.
 class OutputClient {
   public:
     OutputClient() = default;
@@ -25,17 +25,17 @@ class OutputClient {
 
     /// Fills `sound` (1 frame or more, one plane for each channel of the output). Audio thread.
     virtual void render(PlanarSound sound, double sampleRate) noexcept = 0;
-    /// Takes notice that the device's format has changed. Any thread but the audio thread; returns at once.
+    /// Called when the device's format has changed. Any thread except the audio thread; returns at once.
     virtual void outputFormatDidChange() = 0;
 };
 
-/// The format that stands in for a device's as long as that is not known.
+/// The format used as long as a device's is not known.
 inline constexpr AVAudioFormat DefaultOutputFormat{.sampleRate = 48000, .channelCount = 2};
 
-/// Likewise the number of frames that it asks for at a time.
+/// Likewise the number of frames that it requests at a time.
 inline constexpr std::uint32_t DefaultBlockFrames = 256;
 
-/// Control side: any thread but the audio thread, one operation at a time.
+/// Control side: any thread except the audio thread, one operation at a time.
 class OutputDevice {
   public:
     OutputDevice() = default;
@@ -48,40 +48,40 @@ class OutputDevice {
     [[nodiscard]] virtual std::optional<Error> open() = 0;
     /// Gives one claim back; the last one releases the output.
     virtual void close() noexcept = 0;
-    /// Have `client` asked for sound from now on. The device claims the output for as long as it runs.
+    /// Requests sound from `client` from now on. The device claims the output for as long as it runs.
     [[nodiscard]] virtual std::optional<Error> start(std::shared_ptr<OutputClient> client) = 0;
-    /// When this returns, no render call runs and none will come. A call that does not return in ControlLimit
-    /// is left behind: the client is kept alive until it does, and the device goes on without that thread.
+    /// When this returns, no render call is running and none will follow. A call that does not return within
+    /// ControlLimit is abandoned: the client is kept alive until it does, and the device continues without
+    /// that thread.
     virtual void stop() noexcept = 0;
 
     /// Returns the format; any thread, at any time.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
-    /// Returns the frames for which the device usually asks at a time, as far as it is known; any thread, at
-    /// any time.
+    /// Returns the usual number of frames that the device requests at a time, as far as it is known; any
+    /// thread, at any time.
     [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
-    /// Returns whether the client is asked for sound by hand and may be waited for, so that nothing is ever
-    /// missing.
+    /// Returns whether sound is requested explicitly and may be waited for, so that nothing is ever missing.
     [[nodiscard]] virtual bool isOffline() const noexcept { return false; }
 };
 
-/// Returns the error of a device that is asked to start for a second client.
+/// Returns the error of a device that is started for a second client.
 [[nodiscard]] Error outputIsInUse();
 
-/// Returns the output of this process: a sound server where one answers, else a sound card, else silence; it
-/// changes between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment binds it
-/// to one.
+/// Returns the output of this process: a sound server if one answers, else a sound card, else silence; it
+/// switches between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment selects
+/// one.
 [[nodiscard]] std::shared_ptr<OutputDevice> sharedOutputDevice();
-/// What an effect is made for.
+/// The conditions for which an effect is created.
 struct RenderSetup {
     double sampleRate = DefaultOutputFormat.sampleRate;
     std::uint32_t blockFrames = DefaultBlockFrames; // of a usual block
 };
-/// Asks the process's output for its rate and block length, for which it is claimed for a moment and its
-/// server awaited. Where none answers, or it refuses, these are the ones last known. Any thread but the audio
-/// thread.
+/// Asks the process's output for its rate and block length; for that it is claimed for a moment, and the
+/// server's answer awaited. If none answers, or it refuses, the last known values are returned. Any thread
+/// except the audio thread.
 [[nodiscard]] RenderSetup askForRenderSetup();
-/// Puts `device` in the place of the process's output (null: back to the automatic one). For tests and for
-/// bouncing; engines made before keep theirs.
+/// Replaces the process's output by `device` (null: the automatic one again). For tests and for bouncing;
+/// existing engines keep theirs.
 void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);
 
 } // namespace platform

@@ -13,12 +13,12 @@
 
 namespace platform {
 
-// What the thread uses; it keeps it where a client does not return.
+// What the thread uses; the thread keeps it if a client does not return.
 struct SilentDevice::Run {
     std::shared_ptr<OutputClient> client;
     AVAudioFormat format;
     std::uint32_t blockFrames = 0;
-    std::atomic<bool> isOver{false}; // looked at by the thread at every block
+    std::atomic<bool> isOver{false}; // read by the thread at every block
     Gate gate{};                     // around each call of the client
 
     void play();
@@ -69,7 +69,7 @@ void SilentDevice::Run::play() {
             if (const Gate::Passage inside = gate.enter()) client->render(sound.view(), format.sampleRate);
         }
         next += period;
-        // A machine that slept has nothing to catch up with.
+        // A machine that was suspended has nothing to catch up on.
         if (const auto now = Clock::now(); now - next > Lag) next = now;
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The output that nobody hears: it asks for sound at the pace of a clock, so that what plays goes on playing.
+// The output that nobody hears: it requests sound at the pace of a clock, so that playback continues.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"

@@ -18,15 +18,15 @@ struct AudioComponentDescription {
     friend bool operator==(const AudioComponentDescription&, const AudioComponentDescription&) = default;
 };
 
-/// Pack four characters, the first into the most significant byte: `fourCharCode("aumf")`.
+/// Packs four characters, the first into the most significant byte: `fourCharCode("aumf")`.
 [[nodiscard]] constexpr std::uint32_t fourCharCode(const char (&text)[5]) noexcept {
     std::uint32_t code = 0;
     for (int i = 0; i < 4; ++i) code = (code << 8U) | static_cast<unsigned char>(text[i]);
     return code;
 }
 
-/// Returns whether `component` is one that `wanted` searches for: type, subtype and manufacturer are equal, a
-/// 0 in `wanted` stands for any; flags are compared only under the mask of `wanted`.
+/// Returns whether `component` matches a search for `wanted`: type, subtype and manufacturer are equal, a 0
+/// in `wanted` means any; flags are compared only under the mask of `wanted`.
 [[nodiscard]] constexpr bool matches(const AudioComponentDescription& component,
                                      const AudioComponentDescription& wanted) noexcept {
     const auto equal = [](std::uint32_t code, std::uint32_t want) { return want == 0 || code == want; };

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The seam behind the component registry: where components come from and how one becomes a unit.
-// The real one finds LV2 bundles; a test gives its own. Both operations may be called from any thread and may
-// take milliseconds; neither is called on the audio thread.
+// The interface below the component registry: where components come from and how one becomes a unit. The real
+// one finds LV2 bundles; a test supplies its own. Both operations may be called on any thread and may take
+// milliseconds; neither is called on the audio thread.
 #pragma once
 
 #include "platform/effects/AudioComponentDescription.hpp"
@@ -17,7 +17,7 @@ namespace platform {
 
 class AUAudioUnit;
 
-/// What a provider knows of a component without loading any of its code.
+/// What a provider knows about a component without loading any of its code.
 struct ComponentRecord {
     AudioComponentDescription description; // the component's own; its mask is 0
     std::string name;
@@ -35,11 +35,11 @@ class ComponentProvider {
     /// Returns all components that match `wanted`, in an order that is the same in every run.
     [[nodiscard]] virtual std::vector<ComponentRecord>
     componentsMatching(const AudioComponentDescription& wanted) = 0;
-    /// Makes a unit of the component, or tells in a sentence why not.
+    /// Creates a unit of the component, or returns the reason why not.
     [[nodiscard]] virtual Result<std::shared_ptr<AUAudioUnit>> instantiate(const ComponentRecord& record) = 0;
 };
 
-/// Makes the provider of LV2 plug-ins: those of the search path and the effect that comes with the program.
+/// Creates the provider of LV2 plug-ins: those of the search path and the effect that comes with the program.
 [[nodiscard]] std::shared_ptr<ComponentProvider> makeLv2ComponentProvider();
 
 } // namespace platform

@@ -63,7 +63,7 @@ class EmbeddedInterface {
             },
             this);
         updateEvery(HiddenMilliseconds);
-        update(); // it may make its window only now
+        update(); // it may create its window only now
     }
 
     ~EmbeddedInterface() {
@@ -81,7 +81,7 @@ class EmbeddedInterface {
     void buildWidgets() {
         auto* scroller = GTK_SCROLLED_WINDOW(_scroller);
         gtk_scrolled_window_set_policy(scroller, GTK_POLICY_AUTOMATIC, GTK_POLICY_AUTOMATIC);
-        // The interface's window would lie over bars that lie over the content.
+        // The interface's window would cover bars that overlay the content.
         gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
         GtkWidget* viewport = gtk_viewport_new(nullptr, nullptr);
         gtk_viewport_set_scroll_to_focus(GTK_VIEWPORT(viewport), FALSE);
@@ -130,7 +130,7 @@ class EmbeddedInterface {
         gtk_widget_set_size_request(_area, points(smallest.width), points(smallest.height));
     }
 
-    // Once for each size: a person may make the window smaller again.
+    // Once for each size: a person may shrink the window again.
     void growForInterface() {
         const PixelSize wanted = _socket->wantedSize(), smallest = _socket->smallestSize();
         const PixelSize needed{std::max(wanted.width, smallest.width),
@@ -152,7 +152,7 @@ class EmbeddedInterface {
                  gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE);
     }
 
-    // The ring is drawn where the interface's window is cut off for it.
+    // The ring is drawn where the interface's window is clipped for it.
     void showRing(bool isShown) {
         if (_hasRing == isShown) return;
         _hasRing = isShown;
@@ -164,19 +164,19 @@ class EmbeddedInterface {
         follow();
     }
 
-    // Asked while the server holds the key back; it goes to the focused control of this window after a yes.
+    // Called while the server holds the key back; after a yes it goes to the focused control of this window.
     bool takes(KeySym key, bool isWithAlt) {
         GtkRoot* root = gtk_widget_get_root(_area);
         if (root == nullptr || (isWithAlt && !hasMnemonic(GTK_WIDGET(root), static_cast<guint>(key)))) {
             return false;
         }
-        // Another control would take the space bar for itself, where a click gave the interface the keyboard.
+        // Another control would use the space bar itself, if a click gave the interface the keyboard.
         if (gtk_root_get_focus(root) != _area) gtk_widget_grab_focus(_area);
         giveBackAfterKey(root);
         return true;
     }
 
-    // The interface has the keyboard again when the key has gone up, unless the focus went elsewhere.
+    // The interface gets the keyboard back when the key has gone up, unless the focus went elsewhere.
     void giveBackAfterKey(GtkRoot* root) {
         if (_isKeyBorrowed) return;
         _isKeyBorrowed = true;
@@ -224,7 +224,7 @@ class EmbeddedInterface {
                 root, "notify::focus-visible",
                 G_CALLBACK(+[](EmbeddedInterface* self) { self->updateRing(); }), this);
         }
-        // An ancestor can move without this widget hearing of it; every frame that is drawn tells.
+        // An ancestor can move without this widget being told; every frame that is drawn is checked.
         _clock = gtk_widget_get_frame_clock(_area);
         g_object_ref(_clock);
         _afterPaint =
@@ -244,7 +244,7 @@ class EmbeddedInterface {
         forget(_clock, _afterPaint);
         forget(_window, _focusVisible);
     }
-    // The window goes, and all X windows in it with it: the socket must be out of it before.
+    // The window is about to be destroyed, and all X windows in it: the socket must leave it before.
     void leaveWindow() {
         stopFollowing();
         if (_borrowing != nullptr) {

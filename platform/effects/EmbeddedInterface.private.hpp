@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The panel's side of an effect's own interface: a widget that keeps the socket with the interface in step
-// with its own place, scrolls where the interface is larger, and shares the keyboard with it. Main thread
-// only. Private to platform/effects.
+// with its own place, scrolls if the interface is larger, and shares the keyboard with it. Main thread only.
+// Private to platform/effects.
 #pragma once
 
 #include "platform/effects/lv2/InterfaceHost.private.hpp"
@@ -14,7 +14,7 @@
 
 namespace platform::lv2 {
 
-/// Makes the widget, a floating reference; it owns both. `name` is its accessible label.
+/// Creates the widget, a floating reference; it owns both. `name` is its accessible label.
 [[nodiscard]] GtkWidget* makeEmbeddedInterface(std::unique_ptr<X11Socket> socket,
                                                std::unique_ptr<InterfaceHost> host, const std::string& name);
 

@@ -46,8 +46,8 @@ struct MIDIOutputDelivery::Queue {
     alignas(64) std::atomic<std::size_t> written{0};
     alignas(64) std::atomic<std::size_t> read{0};
     ByteRing longBytes{LongBytes};
-    std::atomic<std::uint64_t> lost{0};      // events for which there was no room
-    std::atomic<std::uint64_t> shortened{0}; // events for whose further bytes there was none
+    std::atomic<std::uint64_t> lost{0};      // events that did not fit
+    std::atomic<std::uint64_t> shortened{0}; // events whose further bytes did not fit
     std::atomic<bool> isWanted{false};
     bool hasNews = false; // audio side only
 
@@ -75,7 +75,7 @@ MIDIOutputDelivery::~MIDIOutputDelivery() {
 void MIDIOutputDelivery::setBlock(MIDIOutputEventBlock block) {
     const bool isWanted = block != nullptr;
     if (std::this_thread::get_id() == _thread.get_id()) {
-        _queue->block.swap(block); // from inside the former block: the mutex is this thread's already
+        _queue->block.swap(block); // from inside the previous block: this thread already holds the mutex
     } else {
         const std::scoped_lock lock(_queue->mutex);
         _queue->block.swap(block);

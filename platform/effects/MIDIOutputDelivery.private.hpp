@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Carries the MIDI events of one effect from the audio thread to a block that is called on a thread of its
-// own. The audio side writes into a lock-free ring of 65,536 events; bytes of long events go into a second
-// ring. What found no room is counted and said on standard error by the delivery thread.
-// Private to platform/effects.
+// Carries the MIDI events of one effect from the audio thread to a block that is called on a separate thread.
+// The audio side writes into a lock-free ring of 65,536 events; bytes of long events go into a second ring.
+// Events that do not fit are counted and reported on standard error by the delivery thread. Private to
+// platform/effects.
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
@@ -18,7 +18,7 @@ namespace platform {
 
 class MIDIOutputDelivery {
   public:
-    /// `effectName` stands in what is said of lost events.
+    /// `effectName` is used in reports of lost events.
     explicit MIDIOutputDelivery(std::string effectName);
     /// Delivers what was written and ends the thread. The audio side must have ended. On the delivery thread
     /// itself, inside the block, it does not wait for that.
@@ -26,7 +26,7 @@ class MIDIOutputDelivery {
     MIDIOutputDelivery(const MIDIOutputDelivery&) = delete;
     MIDIOutputDelivery& operator=(const MIDIOutputDelivery&) = delete;
 
-    /// Have events handed to `block` from now on; none ends it. Control side. When it returns, the former
+    /// Passes events to `block` from now on; none stops that. Control side. When it returns, the previous
     /// block is not called any more, unless the call comes from inside it.
     void setBlock(MIDIOutputEventBlock block);
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where an effect meets the screen: its own interface where that can be shown, a plain list where not. Main
+// Where an effect meets the screen: its own interface if that can be shown, otherwise a plain list. Main
 // thread only.
 #include "platform/effects/EmbeddedInterface.private.hpp"
 #include "platform/effects/genericView.private.hpp"
@@ -43,7 +43,7 @@ float scaleOf(GdkDisplay* display) {
 
 // What the effect has to show.
 struct Choice {
-    std::optional<Interface> interface; // the first whose needs can be met
+    std::optional<Interface> interface; // the first whose requirements can be met
     std::string reason;                 // for a person: why there is none although the effect has one
 };
 

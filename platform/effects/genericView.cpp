@@ -78,7 +78,7 @@ struct Row {
     GtkWidget* control = nullptr; // a level bar for a value that only shows
     GtkWidget* valueLabel = nullptr;
     float shown = std::numeric_limits<float>::quiet_NaN();
-    bool isRefreshing = false; // what the control reports then is not the user's doing
+    bool isRefreshing = false; // what the control reports meanwhile is not the user's doing
 
     void set(float value) {
         if (isRefreshing) return;

@@ -11,8 +11,8 @@
 
 namespace platform {
 
-/// Makes the widget, a floating reference; it keeps the unit. `name` is what its title and its accessible
-/// label say, `note` a sentence below the title; empty for none.
+/// Creates the widget, a floating reference; it keeps the unit. `name` is its title and its accessible label,
+/// `note` a sentence below the title; empty for none.
 [[nodiscard]] GtkWidget* makeGenericInterface(std::shared_ptr<AUAudioUnit> unit, const std::string& name,
                                               const std::string& note);
 

@@ -14,7 +14,7 @@ struct Borders {
     int left = 0, right = 0, top = 0, bottom = 0; // device pixels
 };
 
-// What the window manager has put around the window.
+// The borders that the window manager has put around the window.
 Borders bordersOf(GdkDisplay* display, Window window) {
     Atom type = None;
     int format = 0;

@@ -17,7 +17,7 @@ namespace platform {
 
 class FrameRing {
   public:
-    /// Holds up to `capacity` frames of `channels` channels; empties.
+    /// Sets the size to `capacity` frames of `channels` channels and empties it.
     void configure(std::uint32_t channels, std::uint32_t capacity) {
         _samples.resize(channels, capacity);
         clear();
@@ -29,7 +29,7 @@ class FrameRing {
 
     [[nodiscard]] std::uint32_t channels() const noexcept { return _samples.channels(); }
     [[nodiscard]] std::uint32_t capacity() const noexcept { return _samples.frames(); }
-    /// Returns the number of frames to read; to the reader at least that, to the writer at most.
+    /// Returns the number of frames to read; for the reader a lower bound, for the writer an upper bound.
     [[nodiscard]] std::uint32_t readable() const noexcept {
         const std::uint64_t read = _read.load(std::memory_order_acquire);
         return static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - read);
@@ -41,16 +41,16 @@ class FrameRing {
         const auto used = static_cast<std::uint32_t>(written - _read.load(std::memory_order_acquire));
         return std::min(capacity() - used, capacity() - position(written));
     }
-    /// Writer: returns where they go.
+    /// Writer: returns the space for them.
     [[nodiscard]] PlanarSound space() noexcept {
         return _samples.view().after(position(_written.load(std::memory_order_relaxed))).first(writable());
     }
-    /// Writer: hands the first `frames` frames of the space over to the reader.
+    /// Writer: passes the first `frames` frames of the space to the reader.
     void commit(std::uint32_t frames) noexcept {
         _written.store(_written.load(std::memory_order_relaxed) + frames, std::memory_order_release);
     }
 
-    /// Reader: moves frames into `sound` until that is full or nothing is left; returns their number.
+    /// Reader: moves frames into `sound` until it is full or nothing is left; returns their number.
     std::uint32_t read(PlanarSound sound) noexcept {
         const std::uint64_t start = _read.load(std::memory_order_relaxed);
         const auto held = static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - start);

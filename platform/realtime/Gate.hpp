@@ -11,7 +11,8 @@
 
 namespace platform {
 
-/// What the control side waits at most for another thread, before it goes on without it and reports that.
+/// The longest time that the control side waits for another thread before it continues without it and reports
+/// that.
 inline constexpr std::chrono::seconds ControlLimit{2};
 
 /// Crosses threads: one word. The audio side enters by exchanging `open and empty` for `open and taken`, so
@@ -43,7 +44,7 @@ class Gate {
         ~Closure() { _gate.open(); }
         Closure(const Closure&) = delete;
         Closure& operator=(const Closure&) = delete;
-        /// Returns whether nobody is inside; else the time limit has passed.
+        /// Returns whether nobody is inside; otherwise the time limit has passed.
         explicit operator bool() const noexcept { return _isEmpty; }
 
       private:
@@ -56,9 +57,9 @@ class Gate {
 
     /// Lets the audio side in. Control side.
     void open() noexcept { _state.fetch_and(~Closed, std::memory_order_release); }
-    /// Lets nobody in any more, and does not wait. Any thread.
+    /// Lets nobody in any more, without waiting. Any thread.
     void shut() noexcept { _state.fetch_or(Closed); }
-    /// Shuts the gate and waits until nobody is inside; false if `limit` passes before. Control side.
+    /// Shuts the gate and waits until nobody is inside; false if `limit` passes first. Control side.
     [[nodiscard]] bool close(std::chrono::nanoseconds limit = ControlLimit) noexcept {
         shut();
         const auto end = std::chrono::steady_clock::now() + limit;

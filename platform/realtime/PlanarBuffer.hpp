@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Memory for planar sound. Made and resized on the control side; its samples belong to whoever its owner
-// says.
+// Memory for planar sound. Created and resized on the control side; its owner states which thread its samples
+// belong to.
 #pragma once
 
 #include "platform/realtime/PlanarView.hpp"
@@ -19,7 +19,7 @@ class PlanarBuffer {
     PlanarBuffer(const PlanarBuffer&) = delete; // its planes point into it
     PlanarBuffer& operator=(const PlanarBuffer&) = delete;
 
-    /// Holds that much silence.
+    /// Changes the size and fills it with silence.
     void resize(std::uint32_t channels, std::uint32_t frames) {
         _frames = frames;
         _samples.assign(static_cast<std::size_t>(channels) * frames, 0.0F);

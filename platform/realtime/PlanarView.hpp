@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view of planar sound, which others own: one plane of samples for each channel. Any thread.
+// A view of planar sound that somebody else owns: one plane of samples for each channel. Any thread.
 #pragma once
 
 #include <algorithm>
@@ -32,7 +32,7 @@ class PlanarView {
     [[nodiscard]] PlanarView first(std::uint32_t frames) const noexcept {
         return {_planes, _channels, frames, _offset};
     }
-    /// Returns what follows the first `frames` frames.
+    /// Returns the frames after the first `frames`.
     [[nodiscard]] PlanarView after(std::uint32_t frames) const noexcept {
         return {_planes, _channels, _frames - frames, _offset + frames};
     }
@@ -41,7 +41,7 @@ class PlanarView {
         return {_planes, channels, _frames, _offset};
     }
 
-    /// Returns the same sound for reading only.
+    /// Returns the same sound as read-only.
     operator PlanarView<const Sample>() const noexcept { // NOLINT: converts as a pointer does
         return {_planes, _channels, _frames, _offset};
     }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Marks the part of a thread's work that is bound to real time, for RealtimeSanitizer (`cmake --preset
-// rtsan`). In other builds it is nothing.
+// rtsan`). In other builds it does nothing.
 #pragma once
 
 #ifdef TONEWRIGHT_RTSAN
@@ -25,15 +25,15 @@ class RealtimeScope {
         __rtsan_realtime_exit();
     }
 #else
-    RealtimeScope() noexcept {} // not trivial, so that an unused scope is no warning
+    RealtimeScope() noexcept {} // not trivial, so that an unused scope is not a warning
     ~RealtimeScope() {}         // NOLINT(modernize-use-equals-default): as above
 #endif
     RealtimeScope(const RealtimeScope&) = delete;
     RealtimeScope& operator=(const RealtimeScope&) = delete;
 };
 
-/// Inside a RealtimeScope: from construction to destruction the detector looks away. For others' code (a
-/// plug-in whose author decides what it does) and for the one call that wakes another thread.
+/// Inside a RealtimeScope: from construction to destruction the detector is disabled. For other people's code
+/// (a plug-in whose author decides what it does) and for the one call that wakes another thread.
 class ForeignCodeScope {
   public:
 #ifdef TONEWRIGHT_RTSAN

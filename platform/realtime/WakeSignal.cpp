@@ -31,7 +31,7 @@ void WakeSignal::wait() noexcept {
 
 bool WakeSignal::waitFor(std::chrono::nanoseconds limit) noexcept {
     using namespace std::chrono;
-    // The clock that no one sets is steady_clock's; hours are as good as for ever and overflow nothing.
+    // The clock that cannot be set is steady_clock's; hours are practically for ever and overflow nothing.
     const nanoseconds end =
         steady_clock::now().time_since_epoch() + std::clamp<nanoseconds>(limit, 0ns, hours(24));
     const auto whole = duration_cast<seconds>(end);

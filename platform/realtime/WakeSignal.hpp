@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Wakes one waiting thread. `signal` is the one system call that the audio thread makes.
+// Wakes one waiting thread. `signal` is the only system call that the audio thread makes.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Crosses threads: the number of signals, which the system keeps.
+/// Crosses threads: the number of signals, which the system stores.
 class WakeSignal {
   public:
     WakeSignal() noexcept;
@@ -21,7 +21,7 @@ class WakeSignal {
     void signal() noexcept;
     /// Waits for one `signal`.
     void wait() noexcept;
-    /// Waits for one `signal` for that long at most and returns whether it came.
+    /// Waits for one `signal` for at most that long and returns whether it came.
     [[nodiscard]] bool waitFor(std::chrono::nanoseconds limit) noexcept;
 
   private:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Real-time scheduling for the thread of a device whose library has not arranged for it.
+// Real-time scheduling for the thread of a device whose library does not provide it.
 #pragma once
 
 namespace platform {

@@ -52,13 +52,13 @@ struct AudioReader::Library {
     std::string path;
     AVAudioFormat format;
     std::int64_t length = 0;
-    bool lengthIsStated = false; // and so a pass has exactly this length
+    bool lengthIsStated = false; // so a pass has exactly this length
     bool isMov = false;
 
-    std::uint32_t frameOffset = 0; // frames of `frame` already given
+    std::uint32_t frameOffset = 0; // frames of `frame` already returned
     std::uint32_t frameLength = 0; // frames in `frame`
-    std::int64_t position = 0;     // frames given in this pass
-    std::int64_t silence = 0;      // frames of silence to give before `frame`
+    std::int64_t position = 0;     // frames returned in this pass
+    std::int64_t silence = 0;      // frames of silence to return before `frame`
     bool draining = false;         // the container's end was reached
     bool finished = false;         // and the codec's
     bool resynchronise = false;    // something was lost: the next frame's time stamp tells where it belongs
@@ -76,7 +76,7 @@ struct AudioReader::Library {
 };
 
 std::optional<Error> AudioReader::Library::open() {
-    static std::once_flag quiet; // its complaints about damaged files are ours to tell
+    static std::once_flag quiet; // its complaints about damaged files are reported by us
     std::call_once(quiet, [] { av_log_set_level(AV_LOG_QUIET); });
 
     AVFormatContext* opened = nullptr;
@@ -102,7 +102,7 @@ std::optional<Error> AudioReader::Library::open() {
     // Larger packets than the demuxer's 4 kB: fewer of them.
     av_opt_set_int(container->priv_data, "max_size", 16384, 0);
 
-    // What the head states is enough for the usual files; others are looked into.
+    // The header is enough for the usual files; others are probed.
     int index = av_find_best_stream(container.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (index < 0 || container->streams[index]->codecpar->sample_rate <= 0 ||
         container->streams[index]->codecpar->ch_layout.nb_channels <= 0 ||
@@ -122,7 +122,7 @@ std::optional<Error> AudioReader::Library::open() {
                          quoted(path) + " couldn't be opened because its sound format isn't supported.");
     }
 
-    // The first frame says what the decoder really gives.
+    // The first frame shows the decoder's real output format.
     const bool decoded = decodeFrame();
     if (decoded) {
         format = {static_cast<double>(frame->sample_rate),
@@ -152,7 +152,8 @@ void AudioReader::Library::findLength() {
     if (stream->duration > 0) length = scaled(stream->duration);
     lengthIsStated = length > 0 && (isMov || pcm || name == "flac");
     if (pcm && name == "wav" && stream->codecpar->block_align > 0) {
-        // A head that promises more than the file holds (a recording cut short, or one of unknown length).
+        // A header that promises more than the file contains (a truncated recording, or one of unknown
+        // length).
         const std::int64_t present = avio_size(container->pb) / stream->codecpar->block_align;
         if (length <= 0 || length > present) length = present;
     }
@@ -170,7 +171,7 @@ void AudioReader::Library::reportDamage() {
     saidDamaged = true;
 }
 
-// Decode until `frame` holds frames to give, `silence` to give before them noted; false at the end.
+// Decodes until `frame` has frames to return, and notes the `silence` before them; false at the end.
 bool AudioReader::Library::decodeFrame() {
     while (!finished) {
         const int received = avcodec_receive_frame(codec.get(), frame.get());
@@ -202,13 +203,13 @@ bool AudioReader::Library::decodeFrame() {
     return false;
 }
 
-// Take the decoded frame; false if nothing of it is to be given.
+// Uses the decoded frame; false if nothing of it is to be returned.
 bool AudioReader::Library::acceptFrame() {
     frameOffset = 0;
     frameLength = static_cast<std::uint32_t>(std::max(frame->nb_samples, 0));
     if (format.sampleRate > 0 && (frame->sample_rate != static_cast<int>(format.sampleRate) ||
                                   frame->ch_layout.nb_channels != static_cast<int>(format.channelCount))) {
-        reportDamage(); // another format in the middle
+        reportDamage(); // the format changed in the middle
         return false;
     }
     if (resynchronise && format.sampleRate > 0 && frame->pts != AV_NOPTS_VALUE) {
@@ -301,7 +302,7 @@ std::uint32_t AudioReader::read(PlanarSound sound) {
 bool AudioReader::rewind() {
     Library& library = *_library;
     if (library.position == 0) return true;
-    // To the first packet of all: those that an edit list hides are what the decoder starts up with.
+    // To the very first packet: the decoder starts up with those that an edit list hides.
     const AVIndexEntry* first = avformat_index_get_entry(library.stream, 0);
     const std::int64_t start = first == nullptr ? 0 : std::min<std::int64_t>(first->timestamp, 0);
     const int answer =

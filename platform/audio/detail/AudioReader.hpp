@@ -4,8 +4,8 @@
 // Reads the frames of one sound file, in order, as planes of floats (libavformat, libavcodec). One thread at
 // a time; never the audio thread.
 //
-// A pass over the file gives exactly `lengthFrames()` frames wherever the file states its length (m4a, wav,
-// flac): the encoder's padding at the end is cut off, and what cannot be decoded is silence in its place.
+// A pass over the file returns exactly `lengthFrames()` frames if the file states its length (m4a, wav,
+// flac): the encoder's padding at the end is cut off, and what cannot be decoded is replaced by silence.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -29,12 +29,11 @@ class AudioReader {
     [[nodiscard]] AVAudioFormat format() const noexcept;
     [[nodiscard]] std::int64_t lengthFrames() const noexcept;
 
-    /// Writes into `sound` what it holds at most and returns the number of frames; 0 at the end of the pass
-    /// only.
+    /// Writes as many frames into `sound` as fit and returns their number; 0 only at the end of the pass.
     [[nodiscard]] std::uint32_t read(PlanarSound sound);
-    /// Returns whether the last frame of the pass is known to have been given.
+    /// Returns whether the last frame of the pass is known to have been returned.
     [[nodiscard]] bool isAtEnd() const noexcept;
-    /// Goes back to the first frame; returns whether that worked. If not, the reader is of no more use.
+    /// Goes back to the first frame; returns whether that worked. If not, the reader cannot be used any more.
     [[nodiscard]] bool rewind();
 
   private:

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How many frames the blocks of a device usually have, as the audio side sees it. Effects are told of it.
+// The usual number of frames of a device's blocks, as the audio side sees it. Effects are told of it.
 //
-// Crosses threads: `_usual` alone, which stands for itself.
+// Crosses threads: only `_usual`, which is independent of the rest.
 #pragma once
 
 #include <algorithm>
@@ -14,14 +14,14 @@ namespace platform {
 
 class BlockLength {
   public:
-    /// Starts anew from what the device expects. Control side, while nothing renders.
+    /// Starts again from what the device expects. Control side, while nothing renders.
     void reset(std::uint32_t frames) noexcept {
         _usual = frames;
         _longest = 0;
         _count = 0;
     }
-    /// Takes a block into account and returns whether the usual length has changed: at once to a longer one,
-    /// to a shorter one when no block of the last 64 was longer. Audio thread.
+    /// Records a block and returns whether the usual length has changed: at once to a longer one, to a
+    /// shorter one if no block of the last 64 was longer. Audio thread.
     [[nodiscard]] bool note(std::uint32_t frames) noexcept {
         constexpr int Patience = 64;
         _longest = std::max(_longest, frames);

@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-// How often the watcher looks whether a retired plan is out of use.
+// How often the watcher checks whether a retired plan is still in use.
 constexpr std::chrono::milliseconds GraveyardPeriod{100};
 
 std::string effectNamed(const NodeProcessor& processor) {
@@ -22,7 +22,7 @@ std::string effectNamed(const NodeProcessor& processor) {
 
 } // namespace
 
-// Holds the engine's lock. When it ends, without the lock, effects are released and messages printed.
+// Holds the engine's lock. At its end, after unlocking, effects are released and messages printed.
 class EngineCore::Edit {
   public:
     explicit Edit(EngineCore& core)
@@ -85,7 +85,7 @@ void EngineCore::connect(const NodePointer& from, const NodePointer& to,
         edit.messages.emplace_back("A node that isn't attached to the audio engine can't be connected.");
         return;
     }
-    // The output's own format is no wish: such a link follows the output when that becomes another.
+    // If the given format is the output's own, the link follows the output when that changes.
     if (format == _device->format() && _graph.isOutput(*to)) format.reset();
     _graph.connect(*from, *to, format);
     graphDidChange(edit);
@@ -113,14 +113,14 @@ std::optional<Error> EngineCore::start() {
     if (_running || _ended) return std::nullopt;
     if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
     makeRenderer();
-    // Before the first block the device's word is all there is.
+    // Before the first block only the device knows.
     const std::uint32_t frames = std::min(_device->blockFrames(), RenderPlan::MaximumFrames);
     _renderer->reset(frames);
     tellBlockFrames(edit, frames);
     if (!_planIsCurrent || _planFormat != _device->format()) rebuild(edit);
     if (auto error = _device->start(_renderer)) return error;
     _running = true;
-    if (_planFormat != _device->format()) rebuild(edit); // starting may tell what the device really is
+    if (_planFormat != _device->format()) rebuild(edit); // starting may reveal the device's real format
     return std::nullopt;
 }
 
@@ -132,7 +132,7 @@ void EngineCore::stop() {
     _device->stop();
     _running = false;
     if (!_renderer->isRendering()) return;
-    // The device has waited, and goes on without its thread; so does the engine.
+    // The device has waited, and continues without its thread; so does the engine.
     publish(edit, nullptr, std::chrono::nanoseconds(0));
     _planIsCurrent = false;
     _abandoned.push_back(std::move(_renderer));
@@ -179,12 +179,12 @@ void EngineCore::graphDidChange(Edit& edit) {
     }
 }
 
-// _mutex is held, but for the time in which effects are made ready.
+// _mutex is held, except while effects are being prepared.
 void EngineCore::rebuild(Edit& edit) {
     while (!_ended && _renderer) {
         const AVAudioFormat format = _device->format();
         if (format.sampleRate != _planFormat.sampleRate) {
-            publish(edit, nullptr); // processors begin anew: none may be in use
+            publish(edit, nullptr); // processors start again: none may be in use
         }
         _planFormat = format;
         _planIsCurrent = false;
@@ -199,8 +199,8 @@ void EngineCore::rebuild(Edit& edit) {
     }
 }
 
-// Returns whether the former plan had to be retired, so that what was compiled before may be wrong. _mutex is
-// held.
+// Returns whether the previous plan had to be retired, so that what was compiled before may be wrong. _mutex
+// is held.
 bool EngineCore::publish(Edit& edit, std::unique_ptr<RenderPlan> plan, std::chrono::nanoseconds limit) {
     if (!_renderer) return false;
     const auto retired = _renderer->publish(std::move(plan), limit);
@@ -216,7 +216,7 @@ bool EngineCore::publish(Edit& edit, std::unique_ptr<RenderPlan> plan, std::chro
     return true;
 }
 
-// _mutex is held, but for the time in which effects are told.
+// _mutex is held, except while effects are being told.
 void EngineCore::tellBlockFrames(Edit& edit, std::uint32_t frames) {
     const auto processors = _graph.setBlockFrames(frames);
     if (processors.empty()) return;
@@ -227,7 +227,7 @@ void EngineCore::tellBlockFrames(Edit& edit, std::uint32_t frames) {
 
 // --- the watcher
 
-// Frees what the audio side has let go of at last, and takes effects that have returned into the plan again.
+// Frees what the audio side has finally released, and puts effects that have returned back into the plan.
 // _mutex is held.
 void EngineCore::takeBack(Edit& edit) {
     std::vector<std::shared_ptr<NodeProcessor>> returned;

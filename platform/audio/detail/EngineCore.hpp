@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The control side of AVAudioEngine: edits the graph and has the renderer run what comes of it.
+// The control side of AVAudioEngine: edits the graph and has the renderer run the resulting plan.
 //
 // No code of an effect runs under the engine's lock, nothing is reported under it, and no wait for the audio
 // side under it is longer than ControlLimit.
@@ -59,15 +59,15 @@ class EngineCore final : public std::enable_shared_from_this<EngineCore> {
     std::mutex _mutex;      // guards the fields below; never taken by the audio side
     NodeGraph _graph;
     std::shared_ptr<EngineRenderer> _renderer;
-    // Those that an effect keeps from ending, while the engine goes on with another.
+    // Renderers that an effect keeps from ending, while the engine continues with another.
     std::vector<std::shared_ptr<EngineRenderer>> _abandoned;
-    AVAudioFormat _planFormat; // of the plan last built
+    AVAudioFormat _planFormat; // of the last plan built
     bool _planIsCurrent = false;
     std::atomic<bool> _running{false}; // written under _mutex
     bool _ended = false;
 
-    DispatchQueue _control{"AVAudioEngine.control"}; // where a change of the device is followed
-    std::thread _watcher;                            // follows what the audio side reports
+    DispatchQueue _control{"AVAudioEngine.control"}; // handles changes of the device
+    std::thread _watcher;                            // handles what the audio side reports
 };
 
 } // namespace platform

@@ -67,7 +67,7 @@ bool EngineRenderer::keeps(const NodeProcessor* processor) const noexcept {
 
 RenderPlan* EngineRenderer::acquirePlan() noexcept {
     RenderPlan* plan = _shared.plan.load();
-    while (true) { // again only if the control side exchanged the plan at this very moment
+    while (true) { // repeats only if the control side exchanged the plan at this very moment
         _shared.inUse.store(plan);
         RenderPlan* const now = _shared.plan.load();
         if (now == plan) return plan;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The engine's audio side: renders the plan of today, and gives former plans back when it no longer uses
+// The engine's audio side: renders the current plan, and gives previous plans back when it no longer uses
 // them. One that is not given back, because an effect does not return, is kept here until it is.
 #pragma once
 
@@ -22,10 +22,10 @@ namespace platform {
 
 class EngineRenderer final : public OutputClient {
   public:
-    /// `news` is signalled when the control side has something to look at; `onFormatChange` is called when
-    /// the device's format changes.
+    /// `news` is signalled when the control side has something to handle; `onFormatChange` is called when the
+    /// device's format changes.
     EngineRenderer(bool offline, std::shared_ptr<WakeSignal> news, std::function<void()> onFormatChange);
-    /// No thread may be rendering: devices keep their client for as long.
+    /// No thread may be rendering: devices keep their client that long.
     ~EngineRenderer() override;
 
     void render(PlanarSound sound, double sampleRate) noexcept override;
@@ -33,14 +33,14 @@ class EngineRenderer final : public OutputClient {
 
     // The control side, one operation at a time.
 
-    /// Begins anew, at sample time 0 and with blocks of `frames` frames. While nothing renders.
+    /// Starts again, at sample time 0 and with blocks of `frames` frames. Call while nothing renders.
     void reset(std::uint32_t frames);
-    /// What the control side must know of a plan that the audio side has not let go of.
+    /// What the control side must know about a plan that the audio side has not released.
     struct Retired {
         std::shared_ptr<NodeProcessor> inside; // the processor that does not return; null if it is none
     };
-    /// Has the audio side run `plan` and frees the former one. If it is still in use after `limit`, it is
-    /// retired: the audio side calls no further processor of it. `plan` is run once it is out.
+    /// Publishes `plan` to the audio side and frees the previous one. If that is still in use after `limit`,
+    /// it is retired: the audio side calls no further processor of it. `plan` runs once it is free.
     [[nodiscard]] std::optional<Retired> publish(std::unique_ptr<RenderPlan> plan,
                                                  std::chrono::nanoseconds limit = ControlLimit);
     /// Frees the retired plans that are no longer in use and returns the processors that have returned.
@@ -48,7 +48,7 @@ class EngineRenderer final : public OutputClient {
     /// Returns whether a thread has not returned from `processor`.
     [[nodiscard]] bool keeps(const NodeProcessor* processor) const noexcept;
     [[nodiscard]] bool hasRetiredPlans() const noexcept { return !_graveyard.empty(); }
-    /// Lets an offline render wait for nothing any more.
+    /// Ends the waits of an offline render.
     void requestStop() { _shared.stopping.request_stop(); }
     /// Returns whether a thread is rendering.
     [[nodiscard]] bool isRendering() const noexcept { return !_shared.entrance.isEmpty(); }
@@ -63,12 +63,12 @@ class EngineRenderer final : public OutputClient {
 
     // All that the audio side shares with the control side.
     struct Shared {
-        // Lets one thread render at a time: where an effect does not return, a device may ask from another.
+        // Lets one thread render at a time: if an effect does not return, a device may call from another.
         Gate entrance;
-        // The plan to run. The control side exchanges it and frees the former one when `inUse` no longer
-        // names it.
+        // The plan to run. The control side exchanges it and frees the previous one when `inUse` no longer
+        // refers to it.
         std::atomic<RenderPlan*> plan{nullptr};
-        // The plan being run: set by the audio side, which then makes sure that it is still the one to run.
+        // The plan being run: set by the audio side, which then checks that it is still the one to run.
         std::atomic<RenderPlan*> inUse{nullptr};
         // Frames rendered since the engine started; set to 0 by the control side while nothing renders.
         std::atomic<std::int64_t> sampleTime{0};

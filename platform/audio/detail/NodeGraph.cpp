@@ -112,7 +112,7 @@ class NodeGraph::Compilation {
     PlaneSet outputOf(const AVAudioNode& node) {
         const auto known = _outputs.find(&node);
         if (known != _outputs.end()) return known->second;
-        if (!_onTheWay.insert(&node).second) return {}; // a circle: nothing flows through its last link
+        if (!_onTheWay.insert(&node).second) return {}; // a cycle: nothing flows through its last link
         PlaneSet output = render(node);
         _onTheWay.erase(&node);
         return _outputs[&node] = output;
@@ -158,7 +158,7 @@ class NodeGraph::Compilation {
         return inputs;
     }
 
-    // What comes out of `link`: at the output's rate, as it is after it was brought into the link's format.
+    // Returns the output of `link`: at the output's rate, after conversion to the link's format.
     PlaneSet flowThrough(Link& link, const AVAudioFormat& format) {
         const PlaneSet sound = outputOf(*link.from);
         const double rate = _plan.format().sampleRate;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The control side's picture of the engine: nodes and links, and how they become a render plan. Not
+// The control side's model of the engine: nodes and links, and how they become a render plan. Not
 // synchronised: its owner holds a lock.
 #pragma once
 
@@ -31,20 +31,20 @@ class NodeGraph {
     NodeGraph& operator=(const NodeGraph&) = delete;
 
     [[nodiscard]] bool holds(const AVAudioNode& node) const { return _members.contains(&node); }
-    /// Takes `node` in; a node that belongs to another graph is refused.
+    /// Adds `node`; a node that belongs to another graph is refused.
     [[nodiscard]] bool attach(const NodePointer& node);
-    /// Cuts the links of `node`; returns whether there were any.
+    /// Removes the links of `node`; returns whether there were any.
     bool unlink(const AVAudioNode& node);
-    /// Takes `node`, which no plan in use refers to any more, out, and returns its processor if that must be
+    /// Removes `node`, which no plan in use refers to any more, and returns its processor if that must be
     /// released now.
     [[nodiscard]] std::shared_ptr<NodeProcessor> detach(const AVAudioNode& node);
     [[nodiscard]] bool isOutput(const AVAudioNode& node) const noexcept { return &node == _output; }
-    /// Links `from` to `to`. A link that is there already in the same format stays, with what flows in it.
+    /// Links `from` to `to`. An existing link in the same format stays, with its state.
     void connect(const AVAudioNode& from, const AVAudioNode& to, std::optional<AVAudioFormat> format);
-    /// Cuts the links into `node`; returns whether there were any.
+    /// Removes the links into `node`; returns whether there were any.
     bool disconnectInput(const AVAudioNode& node);
 
-    /// A plan, and what must be made ready before it can be one for the whole graph.
+    /// A plan, and the processors that must be prepared before it can cover the whole graph.
     struct Compiled {
         struct Unready {
             const AVAudioNode* node;
@@ -56,26 +56,26 @@ class NodeGraph {
         std::unique_ptr<RenderPlan> plan;
         std::vector<Unready> unready;
 
-        /// Makes the processors ready. Runs code of effects: without the lock of the graph's owner.
+        /// Prepares the processors. Runs code of effects: call without the lock of the graph's owner.
         void makeReady();
     };
-    /// Builds the plan for an output of `format`. Processors that are not ready for its rate are silent in it
-    /// and are listed, once: `noteReadiness` must follow. Those that are made ready elsewhere, that have
-    /// failed at that rate or are stuck are silent too.
+    /// Builds the plan for an output of `format`. Processors that are not prepared for its rate are silent in
+    /// it and are listed, once: `noteReadiness` must follow. Those that are being prepared elsewhere, that
+    /// have failed at that rate or are stuck are silent too.
     [[nodiscard]] Compiled compile(const AVAudioFormat& format, bool offline);
-    /// Takes note of what `makeReady` came to. What is no longer in the graph goes to `released`, what is to
+    /// Records the results of `makeReady`. What is no longer in the graph is added to `released`, what is to
     /// be reported to `messages`.
     void noteReadiness(const Compiled& compiled, std::vector<std::shared_ptr<NodeProcessor>>& released,
                        std::vector<std::string>& messages);
-    /// Keeps a processor that a thread has not returned from out of all plans, or admits it again; returns
+    /// Excludes a processor from which a thread has not returned from all plans, or admits it again; returns
     /// whether it is in the graph.
     bool setStuck(const NodeProcessor& processor, bool isStuck);
-    /// Begins anew in every link: another thread may still be using the converters.
+    /// Resets every link: another thread may still be using the converters.
     void forgetConverters();
-    /// Takes note of how many frames a block usually has and returns the processors that must be told, which
-    /// may be in use.
+    /// Records the usual number of frames of a block and returns the processors that must be told, which may
+    /// be in use.
     [[nodiscard]] std::vector<std::shared_ptr<NodeProcessor>> setBlockFrames(std::uint32_t frames);
-    /// Adds, once for each node, that it gave samples that are no numbers.
+    /// Adds, once for each node, that its output contained NaN or infinity.
     void reportBadSamples(std::vector<std::string>& messages);
 
   private:
@@ -93,7 +93,7 @@ class NodeGraph {
         const AVAudioNode* from;
         const AVAudioNode* to;
         std::optional<AVAudioFormat> format;        // absent: the output's
-        std::shared_ptr<LinkConverter> converter{}; // where what flows in at the output's rate needs one
+        std::shared_ptr<LinkConverter> converter{}; // if the sound at the output's rate needs one
     };
     class Compilation;
 

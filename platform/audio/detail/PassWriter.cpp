@@ -21,7 +21,7 @@ void PassWriter::begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t si
         _reader = std::move(reader.value());
         _silentFrames = silentFrames;
     } else {
-        // The file went between two passes. Its place is kept by silence of its length.
+        // The file disappeared between two passes. It is replaced by silence of its length.
         warn(reader.error().localizedDescription());
         _silentFrames = silentFrames + file->lengthFrames();
     }
@@ -103,7 +103,7 @@ PassWriter::Step PassWriter::convert() {
     return Step::Wrote;
 }
 
-// Between passes of different formats: bring out what the converter still holds of the former.
+// Between passes of different formats: writes what the converter still holds of the previous one.
 PassWriter::Step PassWriter::flush() {
     const std::uint32_t frames = std::min(_tailFrames, RateConverter::ChunkFrames);
     fillWithSilence(_read.view().first(frames));

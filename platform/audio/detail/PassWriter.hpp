@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writes passes over files into a ring, one after the other, joined sample to sample; a pass of another
-// format than the ring's is converted, and a conversion that goes on with the next pass keeps its state. One
-// thread at a time.
+// Writes passes over files into a ring, one after the other, joined sample to sample; a pass in another
+// format than the ring's is converted, and a conversion that continues with the next pass keeps its state.
+// One thread at a time.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -21,11 +21,11 @@ class PassWriter {
   public:
     enum class Step {
         Wrote,    // some frames; more to come
-        Full,     // the ring has no room
+        Full,     // the ring is full
         Finished, // the last frame of the pass is in the ring
     };
 
-    /// Begins a pass over `file` behind `silentFrames` frames of silence.
+    /// Starts a pass over `file` after `silentFrames` frames of silence.
     void begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t silentFrames,
                const AVAudioFormat& ringFormat);
     [[nodiscard]] bool isUnderWay() const noexcept { return _file != nullptr; }
@@ -51,7 +51,7 @@ class PassWriter {
     std::uint32_t _tailFrames = 0; // of silence that push the end of the last conversion out before this pass
 
     AVAudioFormat _from; // of the conversion to the ring's format; no channels: there is none
-    std::unique_ptr<RateConverter> _converter; // null where only the number of channels differs
+    std::unique_ptr<RateConverter> _converter; // null if only the number of channels differs
     PlanarBuffer _read;                        // one chunk, in these steps
     PlanarBuffer _converted;
     PlanarBuffer _mapped;

@@ -16,15 +16,14 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double RingSeconds = 0.2;
-// How long a beginning that is shorter than half a ring waits for the pass that follows it.
+// How long a start that is shorter than half a ring waits for the pass that follows it.
 constexpr std::chrono::milliseconds PrimingLimit{20};
-// How long an offline render waits, after a completion has returned, for what it may have caused to be
-// scheduled.
+// How long an offline render waits, after a completion has returned, for what that may cause to be scheduled.
 constexpr std::chrono::seconds ScheduleLimit{2};
 // How long it waits in all, for a completion that does not return.
 constexpr std::chrono::seconds CompletionLimit{10};
 
-thread_local const PlayerStream* completing = nullptr; // the stream whose completion this thread runs
+thread_local const PlayerStream* completing = nullptr; // the stream whose completion this thread is running
 
 class Completing {
   public:
@@ -78,13 +77,13 @@ void PlayerStream::stop() {
         _passes.clear();
         _changed.notify_all();
     }
-    // A decoder that is in a file for longer does the rest when it comes back.
+    // A decoder that spends longer in a file does the rest when it comes back.
     if (const std::unique_lock turn(_turn, ControlLimit); turn) (void)settle();
     if (completing != this) _completions.sync([] {});
 }
 
 void PlayerStream::shutDown() {
-    std::deque<Pass> dropped; // outlives the lock: what its completions keep may come back to us
+    std::deque<Pass> dropped; // outlives the lock: the completions' captures may call back
     {
         std::unique_lock lock(_mutex);
         _ended = true;
@@ -105,7 +104,7 @@ void PlayerStream::setOutput(double linkRate, double rate, bool offline) {
         if (_linkRate == linkRate && _outputRate == rate) return;
         _linkRate = linkRate;
         _outputRate = rate;
-        _voice.gate.shut(); // nothing is read at the former rate any more
+        _voice.gate.shut(); // nothing is read at the previous rate any more
         _isPathDue = true;
     }
     if (const std::unique_lock turn(_turn, std::try_to_lock); turn && settle()) return;
@@ -122,7 +121,7 @@ void PlayerStream::complete(std::function<void()> completion) {
             return self->_ended;
         }();
         if (!dropped && completion) completion();
-        completion = nullptr; // what it kept goes while the call is still under way
+        completion = nullptr; // its captures are released while the call is still in progress
         const std::scoped_lock lock(self->_mutex);
         --self->_completionsUnderWay;
         self->_lastCompletion = Clock::now();
@@ -136,8 +135,7 @@ void PlayerStream::complete(std::function<void()> completion) {
 // No lock is held.
 void PlayerStream::runDecoder() {
     while (true) {
-        bool waitsForMore =
-            false; // a beginning that is too short to be primed, or what is still to be settled
+        bool waitsForMore = false; // a start that is too short to be primed, or pending changes
         {
             const std::scoped_lock turn(_turn);
             const bool didSome = decodeSome();
@@ -216,7 +214,7 @@ bool PlayerStream::settle() {
     return true;
 }
 
-// The ring has enough to begin with. The turn is held.
+// The ring has enough to start. The turn is held.
 void PlayerStream::prime() {
     _isPrimed = true;
     openGate();
@@ -240,7 +238,7 @@ void PlayerStream::configureRing(const AVAudioFormat& format) {
     makePath();
 }
 
-// Makes the path for the rates of today. The gate is closed. The turn is held.
+// Creates the path for the present rates. The gate is closed. The turn is held.
 void PlayerStream::makePath() {
     const double ringRate = _ringFormat.sampleRate;
     RatePath::Rates rates = RatePath::ratesOf(ringRate, ringRate, ringRate);
@@ -255,7 +253,7 @@ void PlayerStream::makePath() {
 
 // --- offline
 
-// Returns whether the ring holds what `outputFrames` frames of output are made from. The turn is held.
+// Returns whether the ring has the frames for `outputFrames` frames of output. The turn is held.
 bool PlayerStream::holdsFor(std::uint32_t outputFrames) const {
     if (_ringFormat.channelCount == 0) return false;
     return _voice.ring.readable() >= std::min(_voice.path->inputFor(outputFrames), _voice.ring.capacity());

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What sounds of a player node: a schedule of files, the thread that decodes them ahead into a ring, and the
-// reader of that ring on the audio thread. Control operations may be called from any other thread.
+// The sound of a player node: a schedule of files, the thread that decodes them ahead into a ring, and the
+// reader of that ring on the audio thread. Control operations may be called on any other thread.
 //
 // The ring holds frames in the format of the file that was scheduled first since the last stop; passes over
-// files of another format are converted to it by the decoder, and the state of that conversion, too, runs on
-// over the seams. The reader takes the frames from the ring's rate over the link's to the output device's.
+// files in another format are converted to it by the decoder, and the state of that conversion also continues
+// across the seams. The reader converts the frames from the ring's rate through the link's to the output
+// device's.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -40,15 +41,15 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void pause();
     void stop();
     [[nodiscard]] bool isPlaying() const noexcept { return _voice.playing; }
-    /// Ends both threads' work for good; completions that were not called are dropped. A decoder that does
-    /// not come back from a file in time goes on by itself, with all that it uses.
+    /// Ends both threads for good; completions that were not called are dropped. A decoder that does not come
+    /// back from a file in time continues on its own, with everything that it uses.
     void shutDown();
 
-    /// Returns frames at `rate` from now on, which pass a link of `linkRate`; `offline`: whoever renders
-    /// calls `provide` first. The engine's control side.
+    /// Produces frames at `rate` from now on, through a link of `linkRate`; `offline`: the renderer calls
+    /// `provide` first. The engine's control side.
     void setOutput(double linkRate, double rate, bool offline);
-    /// Offline only, on the thread that renders: decode here until `frames` frames of output are there; with
-    /// the schedule empty, wait a while for what the last completion may still schedule, until `stop` is
+    /// Offline only, on the thread that renders: decodes until `frames` frames of output are available; with
+    /// an empty schedule, waits a while for what the last completion may still schedule, until `stop` is
     /// requested.
     void provide(std::uint32_t frames, const std::stop_token& stop);
     /// Returns whether `provide` would have nothing to do. Offline only, on the thread that renders.
@@ -84,17 +85,17 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
 
     PlayerVoice _voice;
 
-    // Whose turn it is to decode. Held for one step, which may open a file and so take long: what a user
-    // waits for takes it with a time limit or not at all. Taken before _mutex.
+    // The right to decode. Held for one step, which may open a file and therefore take long: operations that
+    // a user waits for take it with a time limit or not at all. Taken before _mutex.
     std::timed_mutex _turn;
     // Guarded by _turn.
     PassWriter _writer;        // of the front pass
     AVAudioFormat _ringFormat; // no channels: not configured
-    bool _isPrimed = false;    // the ring holds enough to begin with
+    bool _isPrimed = false;    // the ring holds enough to start
 
-    std::mutex _mutex; // guards the fields below; held for moments
+    std::mutex _mutex; // guards the fields below; held only briefly
     std::condition_variable _changed;
-    std::deque<Pass> _passes; // front: under way
+    std::deque<Pass> _passes; // front: in progress
     double _outputRate = 0;   // 0: not known yet
     double _linkRate = 0;
     bool _isResetDue = false; // the node was stopped: what the turn guards still belongs to dropped passes

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The audio side of a player node: all that its audio thread shares with the others, and how that thread
-// reads it.
+// The audio side of a player node: everything that its audio thread shares with the others, and how that
+// thread reads it.
 #pragma once
 
 #include "platform/audio/detail/RatePath.hpp"
@@ -16,9 +16,9 @@
 
 namespace platform {
 
-/// Crosses threads: the atomics, each of which stands for itself, and what `gate` guards. It is open while
-/// the ring holds enough to begin with. The plain members belong to the audio thread while it is open (of the
-/// ring: its reading end) and, while it is closed, to the thread whose turn it is to decode.
+/// Crosses threads: the atomics, which are independent of one another, and what `gate` guards. The gate is
+/// open while the ring holds enough to start. The plain members belong to the audio thread while it is open
+/// (of the ring: its reading end) and, while it is closed, to the thread whose turn it is to decode.
 struct PlayerVoice {
     static constexpr std::uint32_t MaximumFrames = 1024;
 
@@ -35,8 +35,8 @@ struct PlayerVoice {
     std::atomic<bool> decoderSleeps{false};
     WakeSignal wake; // signalled when the decoder sleeps and should not
 
-    /// Fills `sound` (at most MaximumFrames frames). If `linkChannels` is not 0 and less than the ring has,
-    /// the sound passes through that many channels. Audio thread.
+    /// Fills `sound` (at most MaximumFrames frames). If `linkChannels` is not 0 and less than the ring's
+    /// number, the sound passes through that many channels. Audio thread.
     void render(PlanarSound sound, std::uint32_t linkChannels) noexcept;
     /// Any thread.
     void wakeDecoder() noexcept;

@@ -16,8 +16,8 @@ constexpr unsigned FilterHalfLength = 48;
 
 } // namespace
 
-// One of the library's two converters: that of whole-number ratios, or, where the ratio has none small
-// enough, that of any ratio.
+// One of the library's two converters: the one for whole-number ratios, or, if there are no small enough
+// ones, the one for any ratio.
 class RateConverter::Library {
   public:
     Library(double inputRate, double outputRate, unsigned channels) {
@@ -64,7 +64,7 @@ RateConverter::RateConverter(double inputRate, double outputRate, std::uint32_t 
 RateConverter::~RateConverter() = default;
 
 std::uint32_t RateConverter::inputWanted(std::uint32_t outputFrames) const noexcept {
-    // Rounded down, so that at most one frame stays behind in the buffer; what is missing is asked for again.
+    // Rounded down, so that at most one frame stays in the buffer; what is missing is requested again.
     const double wanted = static_cast<double>(outputFrames) * _inputPerOutput;
     const bool holds = _library->with([](const auto& converter) { return converter.inp_count > 0; });
     if (holds) return 0;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Converts the sample rate of a stream, block by block, by as many frames as are asked for. Made on the
-// control side; `process` neither allocates nor waits. Output frame 0 stands at input frame 0.
+// Converts the sample rate of a stream, block by block, by as many frames as requested. Created on the
+// control side; `process` neither allocates nor waits. Output frame 0 corresponds to input frame 0.
 #pragma once
 
 #include "platform/realtime/PlanarBuffer.hpp"
@@ -31,12 +31,12 @@ class RateConverter {
             outputs = outputs.after(drain(outputs));
         }
     }
-    /// Pushes `inputs` (at most ChunkFrames frames), writes what comes out of them and returns its number of
+    /// Pushes `inputs` (at most ChunkFrames frames), writes the resulting output and returns its number of
     /// frames; only for a converter that is never pulled. All of the input is used up if `outputs` has at
     /// least `outputBound(inputs.frames())` frames.
     std::uint32_t push(ConstPlanarSound inputs, PlanarSound outputs) noexcept;
     [[nodiscard]] std::uint32_t outputBound(std::uint32_t inputFrames) const noexcept;
-    /// Returns the input frames that still stand between the last input and the output.
+    /// Returns the number of input frames between the last input and the output.
     [[nodiscard]] std::uint32_t tailFrames() const noexcept;
 
     /// Forgets the stream so far.
@@ -53,7 +53,7 @@ class RateConverter {
     const std::unique_ptr<Library> _library;
     const std::uint32_t _channels;
     const double _inputPerOutput;
-    std::vector<float> _input; // interleaved, as the library wants it
+    std::vector<float> _input; // interleaved, as the library requires
     std::vector<float> _output;
     PlanarBuffer _chunk;
 };

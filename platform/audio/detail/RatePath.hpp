@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Takes a stream from one sample rate over a second to a third, block by block, by as many frames as are
-// asked for. Made on the control side; `process` neither allocates nor waits. Output frame 0 stands at input
-// frame 0.
+// Converts a stream from one sample rate through a second to a third, block by block, by as many frames as
+// requested. Created on the control side; `process` neither allocates nor waits. Output frame 0 corresponds
+// to input frame 0.
 #pragma once
 
 #include "platform/audio/detail/RateConverter.hpp"
@@ -15,14 +15,14 @@ namespace platform {
 
 class RatePath {
   public:
-    /// Frames per second. `over` is `from` where the second rate is one of the other two.
+    /// Frames per second. `over` equals `from` if the second rate is one of the other two.
     struct Rates {
         double from = 0;
         double over = 0;
         double to = 0;
         friend bool operator==(const Rates&, const Rates&) = default;
     };
-    /// Returns the rates of a path from `from` over `over` to `to`.
+    /// Returns the rates of a path from `from` through `over` to `to`.
     [[nodiscard]] static Rates ratesOf(double from, double over, double to) noexcept {
         return {from, over == to ? from : over, to};
     }
@@ -30,8 +30,8 @@ class RatePath {
     RatePath(const Rates& rates, std::uint32_t channels);
 
     [[nodiscard]] const Rates& rates() const noexcept { return _rates; }
-    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most as many frames as `outputs` where
-    /// all rates are the same, else at most RateConverter::ChunkFrames. Audio thread.
+    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most as many frames as `outputs` if all
+    /// rates are the same, else at most RateConverter::ChunkFrames. Audio thread.
     template <class Pull>
     void process(PlanarSound outputs, Pull&& pull) noexcept {
         const auto pullFirst = [&](PlanarSound sound) {
@@ -47,12 +47,12 @@ class RatePath {
             pullFirst(outputs);
         }
     }
-    /// Returns a number of input frames that is enough for `outputFrames` frames of output.
+    /// Returns a number of input frames that is sufficient for `outputFrames` frames of output.
     [[nodiscard]] std::uint32_t inputFor(std::uint32_t outputFrames) const noexcept;
 
   private:
     const Rates _rates;
-    std::unique_ptr<RateConverter> _first; // null where it would change nothing
+    std::unique_ptr<RateConverter> _first; // null if it would change nothing
     std::unique_ptr<RateConverter> _last;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the audio side runs for each block: an ordered list of steps over buffers allocated beforehand. Built
-// on the control side, immutable once published; what it refers to lives as long as it does.
+// What the audio side runs for each block: an ordered list of steps over preallocated buffers. Built on the
+// control side, immutable once published; what it refers to lives as long as it does.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -32,7 +32,7 @@ struct PlaneSet {
     }
 };
 
-/// Raised by the audio side when a processor gave something that is no number; looked at by the control side.
+/// Set by the audio side when a processor's output contained NaN or infinity; checked by the control side.
 struct BadSamples {
     std::atomic<bool> seen{false};
 };
@@ -45,8 +45,8 @@ class RenderPlan {
     RenderPlan(const RenderPlan&) = delete;
     RenderPlan& operator=(const RenderPlan&) = delete;
 
-    // Building, in the order of rendering. Each gives the buffer that the step writes; a buffer given in is
-    // not written again by later steps.
+    // Building, in the order of rendering. Each returns the buffer that the step writes; a buffer passed in
+    // is not written again by later steps.
     [[nodiscard]] PlaneSet silence(std::uint32_t channels);
     [[nodiscard]] PlaneSet play(std::shared_ptr<PlayerStream> stream, std::uint32_t channels,
                                 std::uint32_t linkChannels);
@@ -55,7 +55,7 @@ class RenderPlan {
     [[nodiscard]] PlaneSet mix(const std::vector<PlaneSet>& inputs, std::uint32_t channels);
     [[nodiscard]] PlaneSet process(std::shared_ptr<NodeProcessor> processor, const PlaneSet& input,
                                    std::shared_ptr<BadSamples> badSamples);
-    /// Says what is heard; of the format's number of channels.
+    /// Sets what is heard; with the format's number of channels.
     void setOutput(PlaneSet output) { _output = std::move(output); }
 
     [[nodiscard]] const AVAudioFormat& format() const noexcept { return _format; }
@@ -64,10 +64,10 @@ class RenderPlan {
     }
 
     /// Fills `sound`, of at most MaximumFrames frames, and returns whether the control side has something to
-    /// look at. Audio thread.
+    /// handle. Audio thread.
     bool render(PlanarSound sound, std::int64_t sampleTime) noexcept;
-    /// Has the audio side call no further processor of this plan and returns the one that it is in, if any;
-    /// that one may be used elsewhere only when this plan is no longer in use. Control side.
+    /// Stops the audio side from calling further processors of this plan and returns the one that it is in,
+    /// if any; that one may be used elsewhere only when this plan is no longer in use. Control side.
     [[nodiscard]] std::shared_ptr<NodeProcessor> retire();
 
   private:
@@ -78,7 +78,7 @@ class RenderPlan {
         NodeProcessor* processor = nullptr;
         BadSamples* badSamples = nullptr;
         std::uint32_t linkChannels = 0;
-        PlaneSet input{}; // of a mix: the inputs one behind the other
+        PlaneSet input{}; // of a mix: the inputs one after the other
         PlaneSet output{};
     };
 
@@ -94,8 +94,8 @@ class RenderPlan {
     std::vector<std::shared_ptr<NodeProcessor>> _processors;
     std::vector<std::shared_ptr<void>> _kept;
 
-    // Crosses threads. The audio side writes `_inside` and then looks at `_isRetired`, the control side does
-    // it the other way round; one of them sees the other.
+    // Crosses threads. The audio side writes `_inside` and then reads `_isRetired`, the control side does it
+    // the other way round; one of them sees the other's write.
     std::atomic<const NodeProcessor*> _inside{nullptr};
     std::atomic<bool> _isRetired{false};
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Samples as a decoder gives them -> planes of floats in -1...1.
+// Conversion of samples from a decoder to planes of floats in -1...1.
 #pragma once
 
 #include "platform/realtime/PlanarView.hpp"
@@ -14,16 +14,16 @@
 
 namespace platform {
 
-/// Returns whether `value` is a number: neither an infinity nor NaN. (Integer arithmetic, which compilers
+/// Returns whether `value` is finite: neither infinity nor NaN. (Integer arithmetic, which compilers
 /// vectorise.)
 [[nodiscard]] inline bool isFinite(float value) noexcept {
     return (std::bit_cast<std::uint32_t>(value) & 0x7f800000U) != 0x7f800000U;
 }
 
-/// Four samples' bits, which every processor takes at once.
+/// The bits of four samples, which every processor handles at once.
 using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
 
-/// Reads the four samples at `samples`; returns all ones for those that are no numbers, and 0 for the others.
+/// Returns all ones for each of the four samples at `samples` that is not finite, and 0 for the others.
 [[nodiscard]] inline FourSamples findBadSamples(const float* samples, FourSamples& bits) noexcept {
     std::memcpy(&bits, samples, sizeof bits);
     return reinterpret_cast<FourSamples>((bits & 0x7f800000U) == 0x7f800000U);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An LV2 plug-in with the face of an AUAudioUnit. Private to platform/effects.
+// An LV2 plug-in as an AUAudioUnit. Private to platform/effects.
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
@@ -34,10 +34,10 @@ class AudioUnit final : public AUAudioUnit {
     void requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) override;
 
     [[nodiscard]] Processor& lv2Processor() const noexcept { return *_processor; }
-    /// Takes the one place for the effect's own interface; false while another has it. Main thread.
+    /// Claims the one place for the effect's own interface; false while another has it. Main thread.
     [[nodiscard]] bool claimInterface() noexcept { return !std::exchange(_hasInterface, true); }
     void releaseInterface() noexcept { _hasInterface = false; }
-    /// Has the effect run on silence where the engine does not run it. What it sends as MIDI then is dropped:
+    /// Runs the effect on silence while the engine does not run it. What it sends as MIDI then is dropped:
     /// nothing plays. Main thread.
     void runOnSilence(bool isWanted) { _silentRun->setWanted(isWanted); }
 
@@ -47,14 +47,14 @@ class AudioUnit final : public AUAudioUnit {
     const std::shared_ptr<Processor> _processor;
     const std::shared_ptr<SilentRun> _silentRun; // around the processor
     bool _hasInterface = false;                  // main thread only
-    mutable std::mutex _mutex; // guards what follows; never held across a call into the plug-in
+    mutable std::mutex _mutex; // guards the following members; never held across a call into the plug-in
     std::string _contextName;
     mutable std::optional<std::vector<Preset>> _presets; // read at first use, then unchanged
     std::optional<AUAudioUnitPreset> _currentPreset;
 };
 
-/// Makes the screen of the unit's effect: its own interface, a plain one when it has none that can be used,
-/// null when its own fails. Main thread.
+/// Creates the screen of the unit's effect: its own interface, a plain one if it has none that can be used,
+/// null if its own fails. Main thread.
 [[nodiscard]] std::shared_ptr<UIViewController> makeEffectViewController(std::shared_ptr<AudioUnit> unit);
 
 } // namespace platform::lv2

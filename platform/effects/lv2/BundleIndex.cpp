@@ -30,7 +30,7 @@ std::string executableDirectory() {
     return path.substr(0, path.find_last_of('/'));
 }
 
-// LV2_PATH, else the places the LV2 libraries of the distributions agree on.
+// LV2_PATH, else the directories that the LV2 libraries of the distributions agree on.
 std::vector<std::string> searchPath() {
     const char* stated = std::getenv("LV2_PATH");
     const std::string text = stated != nullptr && *stated != '\0'
@@ -77,7 +77,7 @@ class Reader {
         } else {
             bundle.manifest = readManifest(path);
             if (bundle.manifest.hasMistakes) {
-                bundle.stamp = {}; // so that it is read, and complained of, again
+                bundle.stamp = {}; // so that it is read, and reported, again
             }
             _hasNews = true;
         }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Which bundles are installed and what their manifests say. A file in the user's cache directory keeps it
+// The installed bundles and the contents of their manifests. A file in the user's cache directory keeps them
 // from run to run, keyed by the manifests' time stamps, so that a search reads only what changed; the file is
-// safe to delete. A value once read; reading it may be done on any thread but the audio thread. Private to
+// safe to delete. A value once read; reading it may be done on any thread except the audio thread. Private to
 // platform/effects.
 #pragma once
 
@@ -15,7 +15,7 @@
 
 namespace platform::lv2 {
 
-/// What changes when somebody writes a file: equal stamps mean an unchanged file.
+/// Changes when somebody writes a file: equal stamps mean an unchanged file.
 struct FileStamp {
     std::int64_t modifiedNanoseconds = 0;
     std::uint64_t size = 0;
@@ -38,7 +38,7 @@ class BundleIndex {
     [[nodiscard]] static BundleIndex read();
 
     [[nodiscard]] const std::vector<IndexedBundle>& bundles() const noexcept { return _bundles; }
-    /// Returns the bundle in which the plug-in lives; null when none is installed.
+    /// Returns the bundle that contains the plug-in; null if none is installed.
     [[nodiscard]] const IndexedBundle* bundleOf(const std::string& pluginURI) const noexcept;
     /// Returns the bundles that have something about the plug-in, its own first.
     [[nodiscard]] std::vector<const IndexedBundle*> bundlesAbout(const std::string& pluginURI) const;

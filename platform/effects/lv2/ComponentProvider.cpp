@@ -39,7 +39,7 @@ std::uint32_t derivedCode(std::string_view text) {
     return code;
 }
 
-// The part of a URI that its maker shares: what stands before the last "/", "#" or ":".
+// The part of a URI that its maker shares: everything before the last "/", "#" or ":".
 std::string_view makerOf(std::string_view uri) {
     return uri.substr(0, uri.find_last_of("/#:"));
 }
@@ -96,7 +96,7 @@ class Lv2ComponentProvider final : public ComponentProvider {
         found.push_back(std::move(record));
     }
 
-    // First the side bundles, which speak for plug-ins of others, then our own effect, then the rest.
+    // First the side bundles, which state codes for other plug-ins, then our own effect, then the rest.
     static void addStated(const BundleIndex& index, const AudioComponentDescription& wanted,
                           std::vector<ComponentRecord>& found) {
         const auto rank = [](const IndexedBundle& bundle, const lv2::StatedComponent& component) {

@@ -26,7 +26,7 @@ constexpr std::string_view Offered[] = {
     LV2_WORKER__schedule,
     LV2_LOG__log,
     LV2_STATE__makePath,
-    LV2_STATE__mapPath, // given by lilv where state is saved and restored
+    LV2_STATE__mapPath, // provided by lilv where state is saved and restored
     LV2_STATE__freePath,
     LV2_STATE__loadDefaultState,
     LV2_STATE__threadSafeRestore,
@@ -80,7 +80,7 @@ LV2_Log_Log* logFeature() noexcept {
 }
 
 ScratchDirectory::~ScratchDirectory() {
-    std::error_code ignored; // what cannot be removed lies in a cache
+    std::error_code ignored; // what cannot be removed is in a cache
     if (!_path.empty()) std::filesystem::remove_all(_path, ignored);
 }
 
@@ -91,7 +91,7 @@ std::string ScratchDirectory::pathFor(const std::string& name) {
                 ProcessInfo::processInfo().globallyUniqueString();
     }
     const std::filesystem::path path = _path / std::filesystem::path(name).relative_path();
-    std::error_code ignored; // the plug-in hears of it when it opens the file
+    std::error_code ignored; // the plug-in notices when it opens the file
     std::filesystem::create_directories(path.parent_path(), ignored);
     return path.string();
 }

@@ -21,13 +21,13 @@ namespace platform::lv2 {
 /// No instance is told of a longer block than this.
 inline constexpr std::uint32_t LongestBlock = 8192;
 
-/// Returns the first of `required` that the host lacks; empty when it has all.
+/// Returns the first of `required` that the host lacks; empty if it has all.
 [[nodiscard]] std::string lackedFeature(const std::vector<std::string>& required);
 
-/// The log of LV2, which goes to standard error; its traces go nowhere. Any thread but the audio thread.
+/// The log of LV2, which goes to standard error; its traces are dropped. Any thread except the audio thread.
 [[nodiscard]] LV2_Log_Log* logFeature() noexcept;
 
-/// A directory for the files that a plug-in makes; made at first use, removed with the object.
+/// A directory for the files that a plug-in creates; created at first use, removed with the object.
 class ScratchDirectory {
   public:
     ScratchDirectory() = default;
@@ -35,12 +35,12 @@ class ScratchDirectory {
     ScratchDirectory(const ScratchDirectory&) = delete;
     ScratchDirectory& operator=(const ScratchDirectory&) = delete;
 
-    /// Returns the absolute path of `name` in it, with all directories on the way made. Any thread.
+    /// Returns the absolute path of `name` in it, with all parent directories created. Any thread.
     [[nodiscard]] std::string pathFor(const std::string& name);
 
   private:
     std::mutex _mutex;
-    std::filesystem::path _path; // guarded by _mutex; empty until made
+    std::filesystem::path _path; // guarded by _mutex; empty until created
 };
 
 class Features {
@@ -56,12 +56,12 @@ class Features {
     [[nodiscard]] const LV2_Feature* const* list() const noexcept { return _list.data(); }
     /// Returns the list for a restore of state.
     [[nodiscard]] const LV2_Feature* const* listForRestore() const noexcept { return _listForRestore.data(); }
-    /// Changes the block length and returns the options that tell of it, ended by an empty one; valid until
-    /// the next call.
+    /// Changes the block length and returns the options that state it, ended by an empty one; valid until the
+    /// next call.
     [[nodiscard]] std::vector<LV2_Options_Option> changeBlockFrames(std::uint32_t frames);
 
   private:
-    const std::int32_t _minimumFrames = 1; // the last piece of a block that is cut
+    const std::int32_t _minimumFrames = 1; // the last piece of a block that is split
     std::int32_t _blockFrames, _sequenceBytes;
     float _sampleRate;
     LV2_State_Make_Path _makePath;

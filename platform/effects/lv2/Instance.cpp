@@ -64,7 +64,7 @@ void Instance::setBlockFrames(std::uint32_t frames) {
     if (frames == _setup.blockFrames || !takesBlockFrames()) return;
     _setup.blockFrames = frames;
     const auto options = _features.changeBlockFrames(frames);
-    (void)_options->set(_instance.lv2_handle, options.data()); // what it does not take it does not follow
+    (void)_options->set(_instance.lv2_handle, options.data()); // it does not follow what it does not accept
 }
 
 void Instance::activate() {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One living instance of a plug-in at one sample rate, with what it needs around it.
-// Control side, but for what the comments give to the audio side. Private to platform/effects.
+// One live instance of a plug-in at one sample rate, with what it needs around it. Control side, except for
+// what the comments assign to the audio side. Private to platform/effects.
 #pragma once
 
 #include "platform/effects/lv2/Features.private.hpp"
@@ -12,17 +12,17 @@
 
 namespace platform::lv2 {
 
-/// Returns the reason, for a person, why the host cannot run `plugin` whatever its library holds.
+/// Returns the reason, for a person, why the host cannot run `plugin` whatever its library contains.
 [[nodiscard]] std::optional<Error> refusal(const Plugin& plugin);
 /// Returns the error of an effect that cannot be used for that reason.
 [[nodiscard]] Error unusable(const Plugin& plugin, const std::string& reason);
 
 class Instance {
   public:
-    /// What an instance is told when it is made.
+    /// What an instance is told when it is created.
     struct Setup {
         double sampleRate = 0;
-        std::uint32_t blockFrames = 0;   // of a usual block, and at most in any
+        std::uint32_t blockFrames = 0;   // of a usual block, and at most of any
         std::uint32_t sequenceBytes = 0; // that its event ports hold
     };
 
@@ -31,22 +31,22 @@ class Instance {
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
-    /// Loads the plug-in's library and makes the instance, not active yet, or returns the reason why not.
-    /// Once. Calls into the plug-in without a lock, since it may not return.
+    /// Loads the plug-in's library and creates the instance, not active yet, or returns the reason why not.
+    /// Call once. Calls into the plug-in without a lock, since it may not return.
     [[nodiscard]] std::optional<Error> load(const Plugin& plugin);
 
-    /// Returns the plug-in's own operations. Audio side: `connect_port` and `run` alone.
+    /// Returns the plug-in's own operations. Audio side: only `connect_port` and `run`.
     [[nodiscard]] LilvInstance* get() noexcept { return &_instance; }
     [[nodiscard]] double sampleRate() const noexcept { return _setup.sampleRate; }
     [[nodiscard]] Worker& worker() noexcept { return _worker; }
     [[nodiscard]] const Features& features() const noexcept { return _features; }
 
-    /// Returns the frames of a usual block that the instance knows of, which no block exceeds. Both sides:
-    /// it changes only where no `run` can be under way.
+    /// Returns the frames of a usual block that the instance knows of, which no block exceeds. Both sides: it
+    /// changes only while no `run` can be in progress.
     [[nodiscard]] std::uint32_t blockFrames() const noexcept { return _setup.blockFrames; }
     /// Returns whether the plug-in can be told of another block length.
     [[nodiscard]] bool takesBlockFrames() const noexcept;
-    /// Tells the plug-in of another block length. No `run` may be under way.
+    /// Tells the plug-in of another block length. No `run` may be in progress.
     void setBlockFrames(std::uint32_t frames);
 
     void activate();

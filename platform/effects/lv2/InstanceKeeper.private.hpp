@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Makes, replaces and ends the one instance of a plug-in. The plug-in's code runs on threads of its own, and
-// the caller waits for it with a deadline: a call that does not return goes on by itself, with all that it
-// uses, and no other instance is made beside it.
-// Private to platform/effects. Control side, one operation at a time, but for what the comments say.
+// Creates, replaces and ends the one instance of a plug-in. The plug-in's code runs on separate threads, and
+// the caller waits for it with a deadline: a call that does not return continues on its own, with everything
+// that it uses, and no other instance is created beside it. Private to platform/effects. Control side, one
+// operation at a time, except for what the comments say.
 #pragma once
 
 #include "platform/effects/lv2/Instance.private.hpp"
@@ -40,11 +40,11 @@ class InstanceKeeper {
         : _plugin(plugin)
         , _buffers(std::move(buffers)) {}
 
-    /// Makes the instance, or returns the reason why not.
+    /// Creates the instance, or returns the reason why not.
     [[nodiscard]] std::optional<Error> make(const Instance::Setup& setup, const Deadline& deadline);
-    /// Ends the instance, if there is one. No `run` may be under way.
+    /// Ends the instance, if there is one. No `run` may be in progress.
     [[nodiscard]] std::optional<Error> drop(const Deadline& deadline);
-    /// Makes the instance ready to run, and takes that back. One that does not return from it is given up.
+    /// Activates the instance, or deactivates it. One that does not return from that is given up.
     [[nodiscard]] std::optional<Error> activate(const Deadline& deadline);
     [[nodiscard]] std::optional<Error> deactivate(const Deadline& deadline);
 
@@ -59,7 +59,7 @@ class InstanceKeeper {
                                                     const std::string& doing);
 
     const Plugin& _plugin;
-    const std::shared_ptr<PortBuffers> _buffers; // an instance that does not end keeps them too
+    const std::shared_ptr<PortBuffers> _buffers; // also kept by an instance that does not end
     std::shared_ptr<Instance> _instance;
     std::shared_future<void> _stuck; // the call into the plug-in that did not return in time
 };

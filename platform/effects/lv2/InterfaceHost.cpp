@@ -61,7 +61,7 @@ void InterfaceHost::listFeatures() {
                     }
                     return LV2UI_INVALID_PORT_INDEX;
                 }};
-    // Values and events of all ports are told anyway; only other protocols are refused.
+    // Values and events of all ports are reported anyway; only other protocols are refused.
     const auto subscribe = [](LV2UI_Feature_Handle, std::uint32_t, std::uint32_t protocol,
                               const LV2_Feature* const*) -> std::uint32_t {
         const Urids& urids = Urids::shared();
@@ -78,7 +78,7 @@ void InterfaceHost::listFeatures() {
                 number(urids.updateRate, _updateRate),
                 number(urids.sampleRate, _sampleRate),
                 {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
-    // X11 interfaces take the parent window's number where others take a pointer.
+    // X11 interfaces take the parent window's number in place of a pointer.
     _features = {{LV2_URID__map, UridMap::shared().mapFeature()},
                  {LV2_URID__unmap, UridMap::shared().unmapFeature()},
                  {LV2_OPTIONS__options, _options.data()},
@@ -159,7 +159,7 @@ void InterfaceHost::takeWrite(std::uint32_t port, std::uint32_t size, std::uint3
         if (size != sizeof value || ports[port].kind != PortKind::ControlInput) return;
         std::memcpy(&value, data, sizeof value);
         if (!std::isfinite(value)) return;
-        _told[port] = value; // it knows what it said, and is told if that was out of range
+        _told[port] = value; // it knows the value that it set, and is told if that was out of range
         _unit->setParameterValue(port, value);
     } else if (protocol == Urids::shared().atomEventTransfer) {
         LV2_Atom head{};
@@ -187,7 +187,7 @@ void InterfaceHost::tellValues() {
 void InterfaceHost::update() {
     tellValues();
     std::uint32_t port = 0;
-    // As many as there were at the start: an effect that sends without end must not hold the screen.
+    // As many as there were at the start: an effect that sends without end must not block the screen.
     for (int i = 0; i < 1000 && _unit->lv2Processor().buffers().receive(port, _atom); ++i) {
         if (_descriptor->port_event == nullptr) continue;
         _descriptor->port_event(_handle, port, static_cast<std::uint32_t>(_atom.size()),

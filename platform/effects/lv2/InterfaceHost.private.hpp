@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Runs a plug-in's X11 interface: loads it, keeps it informed, and takes what it says. It shares nothing with
-// the plug-in but what goes through the processor's rings and values, and with the panel around it but the
-// numbers of two windows and the size that it asks for. Main thread only.
-// Private to platform/effects.
+// Runs a plug-in's X11 interface: loads it, keeps it informed, and receives what it sends. It shares nothing
+// with the plug-in except what goes through the processor's rings and values, and nothing with the panel
+// around it except the numbers of two windows and the size that it requests. Main thread only. Private to
+// platform/effects.
 #pragma once
 
 #include "platform/effects/lv2/AudioUnit.private.hpp"
@@ -16,19 +16,19 @@
 
 namespace platform::lv2 {
 
-/// Returns the first feature that the interface requires and the host lacks; empty when it has all.
+/// Returns the first feature that the interface requires and the host lacks; empty if it has all.
 [[nodiscard]] std::string lackedInterfaceFeature(const Interface& interface);
 
 class InterfaceHost {
   public:
-    /// What an interface is told of the place in which it is made.
+    /// What an interface is told about the place in which it is created.
     struct Place {
         unsigned long window = 0;                            // the number of the X window around it
         float scale = 1;                                     // device pixels per point
-        std::function<void(int width, int height)> takeSize; // called when it asks for one, in device pixels
+        std::function<void(int width, int height)> takeSize; // called when it requests one, in device pixels
     };
 
-    /// Loads the interface and has it made, or tells in a sentence why not. The unit's place for an interface
+    /// Loads the interface and creates it, or returns the reason why not. The unit's place for an interface
     /// must have been claimed; it is released with the object.
     [[nodiscard]] static Result<std::unique_ptr<InterfaceHost>> make(std::shared_ptr<AudioUnit> unit,
                                                                      const Interface& interface, Place place);
@@ -36,12 +36,12 @@ class InterfaceHost {
     InterfaceHost(const InterfaceHost&) = delete;
     InterfaceHost& operator=(const InterfaceHost&) = delete;
 
-    /// Returns the number of the window that the interface named as its own; 0 when it named none.
+    /// Returns the number of the window that the interface named as its own; 0 if it named none.
     [[nodiscard]] unsigned long namedWindow() const noexcept { return _namedWindow; }
-    /// Has the effect run while its interface is on the screen, on silence where the engine does not run it.
+    /// Runs the effect while its interface is on the screen, on silence while the engine does not run it.
     void setVisible(bool isVisible) { _unit->runOnSilence(isVisible); }
-    /// Tell the interface what changed and let it do its work; to be called some thirty times a second while
-    /// it is visible.
+    /// Tells the interface what changed and lets it do its work; call some thirty times a second while it is
+    /// visible.
     void update();
 
   private:
@@ -67,7 +67,7 @@ class InterfaceHost {
     const LV2UI_Descriptor* _descriptor = nullptr;
     LV2UI_Handle _handle = nullptr;
     const LV2UI_Idle_Interface* _idle = nullptr;
-    std::vector<float> _told; // by port: the value the interface knows; not a number when it knows none
+    std::vector<float> _told; // by port: the value the interface knows; NaN if it knows none
     std::vector<std::byte> _atom;
 };
 

@@ -68,7 +68,7 @@ bool InterfaceKeys::isInterfaceFocused() const {
 
 bool InterfaceKeys::giveKeyboard() {
     if (_child == None) return false;
-    // The mask tells of all that listen, so this must not be among them for the moment.
+    // The mask includes all listeners, so this must not be one of them for the moment.
     XSelectInput(_display, _child, FocusChangeMask | PropertyChangeMask);
     XWindowAttributes attributes{};
     const bool isKnown = XGetWindowAttributes(_display, _child, &attributes) != 0;
@@ -81,8 +81,8 @@ bool InterfaceKeys::giveKeyboard() {
     return true;
 }
 
-// The toolkit takes keys with a window for input alone, which the pointer is never over: keys for the window
-// itself go to whatever lies under the pointer.
+// The toolkit receives keys with an input-only window, which the pointer is never over: keys for the window
+// itself go to whatever is under the pointer.
 Window InterfaceKeys::windowOfTheToolkitsKeys() const {
     const Tree tree(_display, _topLevel);
     for (const Window child : tree.children) {
@@ -122,9 +122,9 @@ bool InterfaceKeys::handle(XKeyEvent event) {
         if (event.type == KeyPress) noteTyping(event, key);
         return false;
     }
-    // The grab answers as well where the pointer is over the interface and the keyboard is not inside.
+    // The grab also answers if the pointer is over the interface and the keyboard is not inside.
     const bool isOurs = event.type == KeyPress && isInterfaceFocused();
-    // The server looks again for who has the keyboard when a key is replayed.
+    // The server looks again for the owner of the keyboard when a key is replayed.
     if (isOurs && _topLevel != None && goesToWindow(event, key)) {
         XSetInputFocus(_display, windowOfTheToolkitsKeys(), RevertToParent, CurrentTime);
     }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The keys that a plug-in's interface shares with the window around it: Escape leaves the interface, the
-// space bar and Alt with a letter go to the window where it has a use for them. The X server holds back such
-// a key until this has decided, so that each key goes to one side only. Main thread only. Private to
+// space bar and Alt with a letter go to the window if it has a use for them. The X server holds back such a
+// key until this has decided, so each key goes to one side only. Main thread only. Private to
 // platform/effects.
 #pragma once
 
@@ -14,24 +14,24 @@ namespace platform::lv2 {
 
 class InterfaceKeys {
   public:
-    /// Asks whether the window has a use for the key; it prepares for it then.
+    /// Returns whether the window has a use for the key, and prepares for it.
     using WindowTakes = std::function<bool(KeySym key, bool isWithAlt)>;
 
     /// Shares the keys of what is inside `socket`.
     InterfaceKeys(Display* display, Window socket);
 
     void setWindowTakes(WindowTakes takes) { _takes = std::move(takes); }
-    /// Names the window in which the socket lies; None when it lies under the root.
+    /// Sets the window that contains the socket; None if it is a child of the root.
     void setTopLevel(Window window) noexcept { _topLevel = window; }
-    /// Names the interface's own window; None when it has gone.
+    /// Sets the interface's own window; None if it has gone.
     void setChild(Window child);
 
     /// Moves the keyboard to the interface if it listens to keys, and returns whether it has the keyboard
     /// now.
     bool giveKeyboard();
-    /// Decides on a key; returns whether it asks to leave the interface, which hears of it as well.
+    /// Decides on a key; returns whether it asks to leave the interface, which receives it as well.
     [[nodiscard]] bool handle(XKeyEvent event);
-    /// Takes note that the keyboard went elsewhere.
+    /// Records that the keyboard went elsewhere.
     void keyboardLeft() noexcept { _isTyping = false; }
 
   private:
@@ -45,7 +45,7 @@ class InterfaceKeys {
     const Window _socket;
     Window _topLevel = None, _child = None;
     WindowTakes _takes;
-    // Nothing tells whether an interface has a field for text: a letter or a digit means that text is being
+    // Nothing tells whether an interface has a text field: a letter or a digit means that text is being
     // typed, until the line ends or some seconds have passed.
     bool _isTyping = false;
     Time _typedAt = 0; // milliseconds of the server

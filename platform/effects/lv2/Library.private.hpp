@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Loads the library of a plug-in. lilv would do it too, but keeps the loader's reason for a failure to itself
+// Loads the library of a plug-in. lilv could do it too, but does not report the loader's reason for a failure
 // and unloads with the last instance, which libraries that start threads or register exit handlers do not
-// survive. Private to platform/effects; any thread but the audio thread.
+// survive. Private to platform/effects; any thread except the audio thread.
 #pragma once
 
 #include "platform/foundation/Result.hpp"
@@ -24,7 +24,7 @@ class LibraryEntry {
     LibraryEntry() = default;
 
     [[nodiscard]] const LV2_Descriptor* descriptor() const noexcept { return _descriptor; }
-    /// Releases what the library made for this entry; no instance may be left.
+    /// Releases what the library created for this entry; no instance may be left.
     void close() noexcept;
 
   private:

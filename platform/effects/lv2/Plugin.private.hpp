@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The description of one LV2 plug-in as plain values: read once through lilv, then free of it.
-// Private to platform/effects.
+// The description of one LV2 plug-in as plain values: read once through lilv and independent of it
+// afterwards. Private to platform/effects.
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
@@ -30,21 +30,21 @@ struct Port {
     PortKind kind = PortKind::Unknown;
     AUParameter parameter; // of control ports, as at a rate of 1; its address is the port's index
     std::string symbol, name;
-    bool isBounded = true;         // the bounds of the parameter are stated, not made up
+    bool isBounded = true;         // the bounds of the parameter are stated, not assumed
     bool followsRate = false;      // the bounds of the parameter are multiples of the sample rate
     bool isOptional = false;       // may stay unconnected
     bool isSideChain = false;      // an audio input that is not the signal
     bool reportsLatency = false;   // a control output
     bool supportsMidi = false;     // an atom port
-    bool isControl = false;        // the atom port for messages of and to the interface
+    bool isControl = false;        // the atom port for messages between plug-in and interface
     std::uint32_t minimumSize = 0; // bytes, of atom ports
 };
 
-/// One interface of a plug-in that is made for X11.
+/// One interface of a plug-in for X11.
 struct Interface {
     std::string uri, bundlePath, binaryPath;
     std::vector<std::string> requiredFeatures;
-    bool isResizable = true; // else it says that it keeps its size
+    bool isResizable = true; // otherwise it states that it keeps its size
     struct Notification {
         std::uint32_t port = 0;
         std::string protocol; // URI; empty for the port's own
@@ -65,11 +65,11 @@ struct Plugin {
     bool wantsDefaultState = false;
 };
 
-/// Returns the parameter of a control port as it is at `sampleRate`.
+/// Returns the parameter of a control port at `sampleRate`.
 [[nodiscard]] AUParameter parameterAt(const Port& port, double sampleRate);
 
-/// Returns the type that the ports speak for: 'aumf' for audio and MIDI in, 'aufx' for audio in, 'aumu' for
-/// MIDI in without audio in, 'augn' for neither.
+/// Returns the type that the ports imply: 'aumf' for audio and MIDI in, 'aufx' for audio in, 'aumu' for MIDI
+/// in without audio in, 'augn' for neither.
 [[nodiscard]] std::uint32_t componentTypeOf(const Plugin& plugin) noexcept;
 
 } // namespace platform::lv2

@@ -182,7 +182,7 @@ void PortBuffers::takeSentEvents() noexcept {
             const std::uint32_t end = static_cast<std::uint32_t>(sizeof(LV2_Atom)) + padded(head.size);
             const std::uint32_t event = static_cast<std::uint32_t>(sizeof(std::int64_t)) + size;
             if (end + padded(event) > port->capacity()) {
-                if (head.size > sizeof(LV2_Atom_Sequence_Body)) return; // the next run has room for it
+                if (head.size > sizeof(LV2_Atom_Sequence_Body)) return; // the next run has space for it
             } else {
                 auto* at = reinterpret_cast<std::byte*>(port->memory.data()) + end;
                 const std::int64_t firstFrame = 0;

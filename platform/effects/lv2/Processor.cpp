@@ -51,7 +51,7 @@ Instance::Setup Processor::setup() const {
         .sampleRate = _sampleRate, .blockFrames = _blockFrames, .sequenceBytes = _buffers->sequenceBytes()};
 }
 
-// A longer block is cut. A shorter one is not what a plug-in expects that was told of no other.
+// A longer block is split. A plug-in that was told of no other length does not expect a shorter one.
 bool Processor::suitsBlocks(const Instance& instance) const noexcept {
     return instance.takesBlockFrames() || _blockFrames >= instance.blockFrames();
 }
@@ -68,7 +68,7 @@ void Processor::setBlockFrames(std::uint32_t frames) {
     if (instance == nullptr || !instance->takesBlockFrames() || instance->blockFrames() == _blockFrames) {
         return;
     }
-    // An effect that does not return from rendering is told when it is allocated anew.
+    // An effect that does not return from rendering is told when it is allocated again.
     if (const Gate::Closure closed(_gate); closed) instance->setBlockFrames(_blockFrames);
 }
 

@@ -18,9 +18,9 @@ namespace platform::lv2 {
 
 class Processor final : public NodeProcessor {
   public:
-    /// Makes the processor with an instance for this rate and these blocks, or returns the reason why not.
-    /// `isOurs`: the plug-in keeps the rules of the audio thread, so the detector need not look away. Gives a
-    /// plug-in five seconds: nothing but the caller waits.
+    /// Creates the processor with an instance for this rate and these blocks, or returns the reason why not.
+    /// `isOurs`: the plug-in keeps the rules of the audio thread, so the detector stays enabled. Allows a
+    /// plug-in five seconds: only the caller waits.
     [[nodiscard]] static Result<std::shared_ptr<Processor>> make(std::shared_ptr<World> world, Plugin plugin,
                                                                  bool isOurs, double sampleRate,
                                                                  std::uint32_t blockFrames);
@@ -32,8 +32,8 @@ class Processor final : public NodeProcessor {
         return _buffers->outputChannels();
     }
     void setBlockFrames(std::uint32_t frames) override;
-    /// Another rate means another instance, made when the former one has gone: some plug-ins cannot live
-    /// beside themselves. Gives all of it two seconds.
+    /// Another rate requires another instance, created after the previous one has ended: some plug-ins cannot
+    /// exist twice. Allows two seconds for everything.
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
     void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;
@@ -41,7 +41,7 @@ class Processor final : public NodeProcessor {
 
     [[nodiscard]] const Plugin& plugin() const noexcept { return _plugin; }
     [[nodiscard]] PortBuffers& buffers() noexcept { return *_buffers; }
-    /// Returns the delivery of MIDI events; null when the plug-in has no MIDI output.
+    /// Returns the delivery of MIDI events; null if the plug-in has no MIDI output.
     [[nodiscard]] MIDIOutputDelivery* midi() noexcept { return _midi.get(); }
     [[nodiscard]] const std::shared_ptr<World>& world() const noexcept { return _world; }
     /// Returns the rate of the instance, or of the last one.
@@ -51,7 +51,7 @@ class Processor final : public NodeProcessor {
     [[nodiscard]] std::string saveState() const;
     /// Sets everything from the text of `saveState`. Control side.
     [[nodiscard]] std::optional<Error> restoreState(const std::string& text);
-    /// Sets everything that the preset `uri` holds. Control side.
+    /// Sets everything that the preset `uri` contains. Control side.
     [[nodiscard]] std::optional<Error> restorePreset(const std::string& uri);
 
   private:
@@ -75,7 +75,7 @@ class Processor final : public NodeProcessor {
     std::unique_ptr<MIDIOutputDelivery> _midi;
     const std::shared_ptr<PortBuffers> _buffers;
     std::atomic<double> _sampleRate; // written under _instanceMutex
-    // Control side only: one at a time changes or asks the instance and what follows.
+    // Control side only: one thread at a time changes or queries the instance and the following members.
     mutable std::mutex _instanceMutex;
     // The audio side uses the instance inside the gate, which is closed while it changes.
     Gate _gate;

@@ -17,14 +17,14 @@ namespace platform::lv2 {
 namespace {
 
 constexpr std::uint32_t BlockFrames = 256;
-constexpr std::uint32_t LongestBlock = 8192; // that the engine may ask for next
+constexpr std::uint32_t LongestBlock = 8192; // that the engine may request next
 constexpr auto Tick = std::chrono::milliseconds(20);
 constexpr int QuietTicks = 10; // without a block of the engine, until it counts as stopped
 constexpr std::int64_t FirstSampleTime = -(std::int64_t{1} << 60);
 
 } // namespace
 
-// What the thread of a run on silence uses; it keeps it where an effect does not return.
+// What the thread of a silent run uses; the thread keeps it if an effect does not return.
 struct SilentRun::Loop {
     Loop(std::shared_ptr<NodeProcessor> runProcessor, double rate)
         : processor(std::move(runProcessor))
@@ -34,12 +34,12 @@ struct SilentRun::Loop {
     void renderFor(double seconds, double rate, std::int64_t& sampleTime);
 
     const std::shared_ptr<NodeProcessor> processor;
-    // Crosses threads: raised by the audio side at each block, lowered by the thread of the silent run:
-    // whether the engine runs the effect. A block of the engine that meets the end of a silent one is silent.
+    // Crosses threads: set by the audio side at each block, cleared by the thread of the silent run: whether
+    // the engine runs the effect. A block of the engine that meets the end of a silent one is silent.
     std::atomic<bool> isRunByEngine{false};
     std::atomic<bool> isWanted{false};
 
-    std::mutex mutex; // guards what follows, and who allocates; never taken by the audio side
+    std::mutex mutex; // guards the following members, and who allocates; never taken by the audio side
     std::condition_variable changed;
     bool isAllocatedByEngine = false;
     double sampleRate;
@@ -96,7 +96,7 @@ void SilentRun::setWanted(bool isWanted) {
     const bool isOver =
         !_ended.valid() || _ended.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     if (isWanted) {
-        // One that has not ended since it was last wanted goes on.
+        // One that has not ended since it was last wanted continues.
         if (isOver) _ended = runApart([loop = _loop] { loop->run(); });
     } else if (!isOver) {
         _loop->changed.notify_one();
@@ -109,7 +109,7 @@ void SilentRun::setWanted(bool isWanted) {
 
 void SilentRun::Loop::run() {
     std::int64_t sampleTime = FirstSampleTime;
-    // A rate that fails here fails again, and is reported, where the engine asks for it.
+    // A rate that fails here fails again, and is reported, when the engine requests it.
     bool isReady = false;
     int quietTicks = 0;
     std::unique_lock lock(mutex);
@@ -119,7 +119,7 @@ void SilentRun::Loop::run() {
         if (!isReady || !isAllocatedByEngine) isReady = !processor->allocate(sampleRate, LongestBlock);
         if (!isReady) return;
         const double rate = sampleRate;
-        lock.unlock(); // the processor turns this thread away while its instance is exchanged
+        lock.unlock(); // the processor rejects this thread while its instance is exchanged
         renderFor(std::chrono::duration<double>(Tick).count(), rate, sampleTime);
         lock.lock();
     }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An effect's processor that goes on running, on silence, while its interface is on the screen and the engine
-// does not run it: many interfaces show what their effect answers, and an effect answers only while it runs.
-// Private to platform/effects.
+// Keeps an effect's processor running, on silence, while its interface is on the screen and the engine does
+// not run it: many interfaces show their effect's answers, and an effect answers only while it runs. Private
+// to platform/effects.
 #pragma once
 
 #include "platform/audio/NodeProcessor.hpp"
@@ -16,7 +16,7 @@ namespace platform::lv2 {
 
 class SilentRun final : public NodeProcessor {
   public:
-    /// Wraps `processor`; `sampleRate` is the rate for a run before the engine has said one.
+    /// Wraps `processor`; `sampleRate` is the rate for a run before the engine has set one.
     SilentRun(std::shared_ptr<NodeProcessor> processor, double sampleRate);
     ~SilentRun() override;
 
@@ -29,10 +29,10 @@ class SilentRun final : public NodeProcessor {
     void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept override;
 
-    /// Starts and ends running on silence; waits for the end for two seconds at most. Main thread.
+    /// Starts or ends running on silence; waits for the end for at most two seconds. Main thread.
     void setWanted(bool isWanted);
 
-    /// Returns whether a sample time is one of a run on silence: they are negative.
+    /// Returns whether a sample time belongs to a run on silence: they are negative.
     [[nodiscard]] static bool isSilent(std::int64_t sampleTime) noexcept { return sampleTime < 0; }
 
   private:

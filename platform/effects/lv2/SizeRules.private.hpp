@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How large an interface is in a given area: what it wants, what its hints allow, what it refused. Device
+// The size of an interface in a given area: what it requests, what its hints allow, what it refused. Device
 // pixels. Private to platform/effects.
 #pragma once
 
@@ -17,7 +17,7 @@ struct SizeRules {
     PixelSize wanted;
     PixelSize refusedBelow; // it did not get smaller than this
     XSizeHints hints{};
-    bool isFixed = false; // says its description
+    bool isFixed = false; // according to its description
 
     [[nodiscard]] bool says(long flag) const noexcept { return (hints.flags & flag) != 0; }
 
@@ -31,13 +31,13 @@ struct SizeRules {
         if (keepsWanted() && !isFixed) wanted = {hints.min_width, hints.min_height};
     }
 
-    /// Takes note of the size that the interface took instead of the one that it was given.
+    /// Records the size that the interface took instead of the given one.
     void refused(const PixelSize& given, const PixelSize& taken) noexcept {
         if (taken.width > given.width) refusedBelow.width = std::max(refusedBelow.width, taken.width);
         if (taken.height > given.height) refusedBelow.height = std::max(refusedBelow.height, taken.height);
     }
 
-    /// Returns the size below which the interface is cut off rather than squeezed. One that does not say how
+    /// Returns the size below which the interface is clipped rather than shrunk. One that does not state how
     /// small it can get may lose its controls below the size for which it was made.
     [[nodiscard]] PixelSize smallest() const noexcept {
         if (keepsWanted()) return wanted;

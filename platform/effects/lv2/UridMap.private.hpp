@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The numbers that stand for URIs in this process. One map for all plug-ins and interfaces, so that what one
-// says to another keeps its meaning. Any thread; not meant for the audio thread, though a plug-in that maps
+// The numbers that represent URIs in this process. One map for all plug-ins and interfaces, so that messages
+// between them keep their meaning. Any thread; not meant for the audio thread, though a plug-in that maps
 // there only waits for a short lock. Private to platform/effects.
 #pragma once
 
@@ -22,10 +22,10 @@ class UridMap {
 
     /// Returns the number of `uri`, always the same, never 0.
     [[nodiscard]] LV2_URID map(std::string_view uri);
-    /// Returns the URI behind a number, valid for ever; null for one that was never given out.
+    /// Returns the URI of a number, valid for ever; null for an unknown one.
     [[nodiscard]] const char* unmap(LV2_URID urid) const;
 
-    /// Returns the operations as plug-ins take them.
+    /// Returns the operations in the form that plug-ins take.
     [[nodiscard]] LV2_URID_Map* mapFeature() noexcept { return &_mapFeature; }
     [[nodiscard]] LV2_URID_Unmap* unmapFeature() noexcept { return &_unmapFeature; }
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Says on standard error that something in this process does not come back. Code of others that blocks the
-// main thread cannot be stopped from inside; this at least names it. Private to platform/effects.
+// Reports on standard error that a call in this process does not return. Foreign code that blocks the main
+// thread cannot be stopped from inside; this at least names it. Private to platform/effects.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@ class Watchdog {
   public:
     static constexpr auto Patience = std::chrono::seconds(5);
 
-    /// Watches the scope that begins here. `what` begins the sentence.
+    /// Watches the scope that starts here. `what` is the start of the sentence.
     explicit Watchdog(std::string what);
     ~Watchdog();
     Watchdog(const Watchdog&) = delete;

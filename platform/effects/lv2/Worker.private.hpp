@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The thread on which a plug-in does what it may not do while it makes sound: loading files, allocating.
-// Requests and answers cross in lock-free rings. Source: the worker extension of LV2.
-// Private to platform/effects.
+// Requests and answers cross in lock-free rings. Source: the worker extension of LV2. Private to
+// platform/effects.
 #pragma once
 
 #include "platform/realtime/ByteRing.hpp"
@@ -23,17 +23,18 @@ class Worker {
     Worker& operator=(const Worker&) = delete;
 
     /// Returns the feature for the plug-in's `instantiate`. Requests made through it are carried out once the
-    /// worker was started. Its one caller is the thread that runs the plug-in.
+    /// worker has been started. Only the thread that runs the plug-in calls it.
     [[nodiscard]] LV2_Worker_Schedule* schedule() noexcept { return &_schedule; }
     /// Returns the feature for a restore of state: the work is done inside the call. Control side.
     [[nodiscard]] LV2_Worker_Schedule* scheduleForRestore() noexcept { return &_scheduleForRestore; }
 
-    /// Serve the plug-in `handle`, once; without an interface there is nothing to do. Control side.
+    /// Serves the plug-in `handle`, once; without an interface there is nothing to do. Control side.
     void start(LV2_Handle handle, const LV2_Worker_Interface* interface);
-    /// Finish the work under way, drop the rest and end the thread. Control side; no `run` may be under way.
+    /// Finishes the work in progress, drops the rest and ends the thread. Control side; no `run` may be in
+    /// progress.
     void stop();
 
-    /// Hands the answers that have come to the plug-in. Audio side, after each run.
+    /// Passes the answers that have arrived to the plug-in. Audio side, after each run.
     void deliverResponses() noexcept;
 
   private:
@@ -52,7 +53,7 @@ class Worker {
     ByteRing _requests{RingBytes};         // audio side to worker
     ByteRing _responses{RingBytes};        // worker to audio side
     ByteRing _restoreResponses{RingBytes}; // control side to audio side
-    std::vector<std::byte> _scratch;       // audio side: one answer, as the plug-in wants it in one piece
+    std::vector<std::byte> _scratch;       // audio side: one answer, in one piece as the plug-in requires
     std::mutex _workMutex;                 // held while the plug-in works: never two at once
     WakeSignal _wake;
     std::atomic<bool> _isEnding{false};

@@ -129,7 +129,7 @@ class PortReader {
         const Node symbol(
             lilv_world_get(_world.get(), unit.get(), _world.uri(LV2_UNITS__symbol).get(), nullptr));
         if (symbol) return textOf(symbol.get());
-        // The vocabulary's own units are named, not spelled out, unless its file was read too.
+        // The vocabulary's own units are known by name, not by symbol, unless its file was read too.
         const std::string uri = textOf(unit.get());
         const std::string name = uri.substr(uri.find_last_of("#/") + 1);
         static constexpr std::pair<const char*, const char*> Symbols[] = {
@@ -260,7 +260,7 @@ std::vector<Interface> World::interfaces() const {
         entry.bundlePath = pathOf(lilv_ui_get_bundle_uri(ui));
         entry.binaryPath = pathOf(lilv_ui_get_binary_uri(ui));
         const Node subject(lilv_node_duplicate(lilv_ui_get_uri(ui)));
-        lilv_world_load_resource(_world.get(), subject.get()); // its details may stand in a file of its own
+        lilv_world_load_resource(_world.get(), subject.get()); // its details may be in a file of their own
         const auto values = [&](const char* property) {
             return Nodes(lilv_world_find_nodes(_world.get(), subject.get(), uri(property).get(), nullptr));
         };

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Owners of what lilv gives out, and the reading of a plug-in's description. A world holds the data of the
-// bundles that were loaded into it; lilv does not lock, so each world has one mutex for all that touches it.
-// Private to platform/effects; any thread but the audio thread.
+// Owners of lilv's objects, and the reading of a plug-in's description. A world holds the data of the bundles
+// loaded into it; lilv does not lock, so each world has one mutex for everything that uses it. Private to
+// platform/effects; any thread except the audio thread.
 #pragma once
 
 #include "platform/effects/lv2/BundleIndex.private.hpp"
@@ -28,13 +28,13 @@ using Nodes = std::unique_ptr<LilvNodes, Releaser<lilv_nodes_free>>;
 
 class World {
   public:
-    /// Loads the bundles about `pluginURI`. The plug-in is absent from the world when none has it.
+    /// Loads the bundles about `pluginURI`. The plug-in is absent from the world if none has it.
     World(const BundleIndex& index, const std::string& pluginURI);
 
-    /// Holds while anything of this world is used.
+    /// Held while anything of this world is used.
     [[nodiscard]] std::mutex& mutex() noexcept { return _mutex; }
     [[nodiscard]] LilvWorld* get() const noexcept { return _world.get(); }
-    /// Returns the plug-in; null when it is absent.
+    /// Returns the plug-in; null if it is absent.
     [[nodiscard]] const LilvPlugin* plugin() const noexcept { return _plugin; }
 
     [[nodiscard]] Node uri(const char* text) const { return Node(lilv_new_uri(_world.get(), text)); }
@@ -43,7 +43,7 @@ class World {
     [[nodiscard]] Plugin describe() const;
     /// Reads its X11 interfaces, in a stable order.
     [[nodiscard]] std::vector<Interface> interfaces() const;
-    /// Returns what its other interfaces are made for, by name, in a stable order.
+    /// Returns the kinds of its other interfaces, by name, in a stable order.
     [[nodiscard]] std::vector<std::string> otherInterfaceKinds() const;
     /// Reads its presets, in the order of their URIs.
     [[nodiscard]] std::vector<Preset> presets() const;

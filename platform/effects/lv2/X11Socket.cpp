@@ -20,8 +20,8 @@ XErrorHandler toolkitsHandler = nullptr; // main thread, written once
 std::atomic<Display*> toolkitsDisplay{nullptr};
 std::atomic<int> errorsSaid{0};
 
-// An interface may use connections of its own, and any may fail, for example on a window that has just gone.
-// The system's own answer is to end the process; an interface's error is not worth that.
+// An interface may use connections of its own, and any may fail, for example on a window that has just been
+// destroyed. The library's default is to end the process, which an interface's error does not justify.
 int onError(Display* display, XErrorEvent* error) {
     if (display == toolkitsDisplay && toolkitsHandler != nullptr) return toolkitsHandler(display, error);
     constexpr int MostSaid = 5;
@@ -50,13 +50,13 @@ struct X11Socket::Implementation {
     std::optional<InterfaceKeys> keys;
 
     SizeRules rules;
-    std::optional<PixelSize> chosen; // by the interface, other than what it was given in this area
+    std::optional<PixelSize> chosen; // by the interface, other than the given one in this area
     bool isShown = false, isMapped = false;
-    PixelRect area, visible; // as asked for last
+    PixelRect area, visible; // as requested last
     PixelRect place;         // of the socket in the parent
-    PixelRect childPlace;    // as given last, in the socket
+    PixelRect childPlace;    // as set last, in the socket
     Clock::time_point givenAt;
-    int asked = 0; // how often the interface was asked again for the place it was given
+    int asked = 0; // how often the interface was asked again for the given place
 
     void readHints() {
         XSizeHints hints{};
@@ -111,8 +111,8 @@ struct X11Socket::Implementation {
         isMapped = false;
     }
 
-    // Answers a change of the child's place that was not given. Soon after it was given it may only be late
-    // news of the interface's start, so it is asked for again, but not for ever.
+    // Handles a change of the child's place that was not requested. Soon after a request it may only be late
+    // news of the interface's start, so the request is repeated, but not for ever.
     void settle() {
         XWindowAttributes now{};
         if (XGetWindowAttributes(display, child, &now) == 0) return;
@@ -157,7 +157,9 @@ std::unique_ptr<X11Socket> X11Socket::make(const char* displayName) {
                                  DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
                                  CWColormap | CWBorderPixel | CWBackPixel | CWEventMask, &attributes);
     made->keys.emplace(display, made->window);
-    XSync(display, False); // the interface uses another connection: the window must exist before it is named
+    XSync(
+        display,
+        False); // the interface uses another connection: the window must exist before its number is passed on
     return std::unique_ptr<X11Socket>(new X11Socket(std::move(made)));
 }
 
@@ -194,7 +196,7 @@ bool X11Socket::adoptChild(WindowId named) {
     }
     self.keys->setChild(self.child);
     if (self.child == None) return false;
-    // The size it was made with, unless it has asked for another.
+    // The size with which it was created, unless it has requested another.
     if (self.rules.wanted.width <= 0) self.rules.wanted = {attributes.width, attributes.height};
     self.readHints();
     if (attributes.map_state == IsUnmapped) XMapWindow(self.display, self.child);
@@ -269,7 +271,7 @@ bool X11Socket::followChild() {
         case KeyRelease:
             isLeaving = self.keys->handle(event.xkey) || isLeaving;
             break;
-        case FocusOut: // not for the moment for which a key is held back
+        case FocusOut: // not for the moment during which a key is held back
             if (event.xfocus.mode == NotifyNormal) self.keys->keyboardLeft();
             break;
         case DestroyNotify:
@@ -290,7 +292,7 @@ bool X11Socket::followChild() {
             break;
         }
     }
-    // What it is now, and not what one of the events says that were on their way.
+    // The present state, not that of an event that was on its way.
     if (hasMoved && self.child != None) self.settle();
     return isLeaving;
 }

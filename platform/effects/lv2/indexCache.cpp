@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The format: a first line with the version, then one line per fact, its fields apart by tabs. Text fields
-// are percent-encoded, so that no tab or newline stands in them; an empty one is a single "%".
-//   B path modified size node   a bundle; the lines up to the next B are about it
-//   P uri                       a plug-in that lives in it
-//   O uri                       a plug-in it has something about
-//   C uri type subtype manufacturer flags name
+// The format: a first line with the version, then one line per fact, with its fields separated by tabs. Text
+// fields are percent-encoded, so they contain no tab or newline; an empty one is a single "%".
+//
+// B path modified size node   a bundle; the lines up to the next B are about it
+// P uri                       a plug-in that it contains
+// O uri                       a plug-in about which it has something
+// C uri type subtype manufacturer flags name
 #include "platform/effects/lv2/indexCache.private.hpp"
 
 #include "platform/foundation/URL.hpp"
@@ -53,7 +54,7 @@ bool read(std::string_view field, Number& number) {
     return failure == std::errc() && stop == end;
 }
 
-// Takes one line; answers false for one that this version never writes.
+// Parses one line; returns false for one that this version never writes.
 bool takeLine(std::string_view line, std::vector<IndexedBundle>& bundles) {
     const auto fields = split(line);
     if (fields[0] == "B" && fields.size() == 5) {

@@ -10,10 +10,10 @@
 
 namespace platform::lv2 {
 
-/// Returns the bundles that the last run wrote down, by path; none when the file is absent, damaged or of
-/// another version.
+/// Returns the bundles that the last run wrote, by path; none if the file is absent, damaged or of another
+/// version.
 [[nodiscard]] std::map<std::string, IndexedBundle> readIndexCache();
-/// Writes the bundles down, whole or not at all. A directory that cannot be written to only costs time in the
+/// Writes the bundles, completely or not at all. A directory that cannot be written to only costs time in the
 /// next run.
 void writeIndexCache(const std::vector<IndexedBundle>& bundles);
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What one LV2 bundle's manifest tells the registry: which plug-ins it has, which it speaks of, and which
-// component codes it states. Reading it loads no code and none of the plug-ins' details.
-// Private to platform/effects.
+// What one LV2 bundle's manifest tells the registry: the plug-ins that it contains, those about which it has
+// something, and the component codes that it states. Reading it loads no code and none of the plug-ins'
+// details. Private to platform/effects.
 #pragma once
 
 #include "platform/effects/AudioComponentDescription.hpp"
@@ -24,15 +24,15 @@ struct StatedComponent {
 
 struct Manifest {
     std::vector<std::string> plugins; // the plug-ins that live in this bundle, sorted
-    std::vector<std::string> others;  // plug-ins it has something about: a preset, an interface; sorted
+    std::vector<std::string> others;  // plug-ins about which it has something: a preset, an interface; sorted
     std::vector<StatedComponent> components; // sorted by plug-in
-    bool hasMistakes = false;                // said on standard error each time it is read
+    bool hasMistakes = false;                // reported on standard error each time it is read
 
     friend bool operator==(const Manifest&, const Manifest&) = default;
 };
 
-/// Reads `manifest.ttl` in `bundlePath`. A damaged file gives what stands before the damage and is said on
-/// standard error; one that cannot be read gives nothing.
+/// Reads `manifest.ttl` in `bundlePath`. A damaged file yields what precedes the damage and is reported on
+/// standard error; one that cannot be read yields nothing.
 [[nodiscard]] Manifest readManifest(const std::string& bundlePath);
 
 } // namespace platform::lv2

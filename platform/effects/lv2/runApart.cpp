@@ -12,7 +12,7 @@ std::shared_future<void> runApart(std::function<void()> task) {
     std::shared_future<void> future = ended.get_future().share();
     std::thread([task = std::move(task), ended = std::move(ended)]() mutable {
         task();
-        task = nullptr; // what it owned has gone when the waiting side goes on
+        task = nullptr; // what it owned is released before the waiting side continues
         ended.set_value();
     }).detach();
     return future;

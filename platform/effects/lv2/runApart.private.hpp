@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Calls into code of others that may never return. Private to platform/effects.
+// Calls into foreign code that may never return. Private to platform/effects.
 #pragma once
 
 #include <functional>
@@ -9,9 +9,9 @@
 
 namespace platform::lv2 {
 
-/// Runs `task` on a thread of its own and returns a future that is ready when it has ended. Nobody waits for
-/// the thread, not even the end of the process, so `task` owns all that it uses. Any thread but the audio
-/// thread.
+/// Runs `task` on a new thread and returns a future that is ready when it has ended. Nobody waits for the
+/// thread, not even the end of the process, so `task` owns everything that it uses. Any thread except the
+/// audio thread.
 [[nodiscard]] std::shared_future<void> runApart(std::function<void()> task);
 
 } // namespace platform::lv2

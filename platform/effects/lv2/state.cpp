@@ -32,7 +32,7 @@ std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID ty
     return std::nullopt;
 }
 
-// lilv writes numbers with eight digits behind the point. Nine that count give every float back.
+// lilv writes eight digits after the point. Nine significant digits restore every float.
 std::string allDigits(float value) {
     std::array<char, 32> text{};
     const auto end =
@@ -40,7 +40,7 @@ std::string allDigits(float value) {
     return {text.data(), end.ptr};
 }
 
-// Replaces the values of the ports in what lilv wrote, where each symbol is followed by its value.
+// Replaces the values of the ports in lilv's text, where each symbol is followed by its value.
 void writeAllDigits(std::string& text, const PortBuffers& values, const std::vector<Port>& ports) {
     constexpr std::string_view Key = "pset:value ";
     for (const Port& port : ports) {
@@ -86,7 +86,7 @@ Processor::State Processor::captureState() const {
         _keeper.get()->features().list()));
 }
 
-// The gate is closed, or the plug-in allows it beside `run`.
+// The gate is closed, or the plug-in allows it concurrently with `run`.
 void Processor::restore(const LilvState& state) {
     const auto setValue = [](const char* symbol, void* context, const void* value, std::uint32_t size,
                              std::uint32_t type) {
