@@ -17,7 +17,7 @@ constexpr std::string_view NothingAnswers = "No sound server and no sound card a
 
 } // namespace
 
-// The lock, and what is to be reported once it is let go of.
+// The lock, and what is to be reported after unlocking.
 class AutomaticDevice::TellingLock : public std::unique_lock<std::mutex> {
   public:
     using std::unique_lock<std::mutex>::unique_lock;
@@ -35,14 +35,14 @@ class AutomaticDevice::TellingLock : public std::unique_lock<std::mutex> {
 };
 
 // What one device's threads share with the control side. A client that does not return keeps it, and the
-// hardware; the next hardware has another.
+// hardware; the next hardware gets a new one.
 struct AutomaticDevice::Voice final : HardwareListener {
     explicit Voice(std::shared_ptr<WakeSignal> news)
         : _news(std::move(news)) {}
 
-    Gate gate; // open while the hardware plays for `client`, which is written behind the closed gate only
+    Gate gate; // open while the hardware plays for `client`, which is written only behind the closed gate
     std::shared_ptr<OutputClient> client;
-    std::atomic<std::uint64_t> calls{0}; // for sound, by the hardware
+    std::atomic<std::uint64_t> calls{0}; // requests for sound from the hardware
     std::atomic<bool> lost{false};
     std::atomic<bool> formatChanged{false};
 
@@ -86,7 +86,7 @@ AutomaticDevice::~AutomaticDevice() {
     dropHardware();
 }
 
-// --- what the engine and the session ask for
+// --- what the engine and the session call
 
 std::optional<Error> AutomaticDevice::open() {
     TellingLock lock(_mutex);
@@ -141,7 +141,7 @@ std::optional<Error> AutomaticDevice::claim(TellingLock& lock) {
     if (++_claims > 1) return std::nullopt;
     _factory.reset();
     _refusal.reset();
-    _isOpening = true; // perhaps since a former claim, whose attempt has not ended
+    _isOpening = true; // perhaps since a previous claim, whose attempt has not ended
     _nextTry = Clock::now();
     _news->signal();
     _answered.wait_for(lock, _limits.answer, [this, before = _answers] { return _answers != before; });
@@ -157,10 +157,10 @@ void AutomaticDevice::unclaim() noexcept {
 void AutomaticDevice::adopt(Output output, std::size_t factory) {
     _output = std::move(output);
     _factory = factory;
-    if (!_silent) static_cast<void>(takeFormat()); // what plays keeps its format until it is relieved
+    if (!_silent) static_cast<void>(takeFormat()); // what plays keeps its format until it is replaced
 }
 
-// Has the hardware play for nobody; returns whether it does so already.
+// Stops the hardware from playing for anybody; returns whether it is stopped.
 bool AutomaticDevice::closeVoice() noexcept {
     if (!_output.voice) return true;
     if (!_output.voice->gate.close()) return false;
@@ -176,7 +176,7 @@ void AutomaticDevice::dropHardware() noexcept {
     std::thread([output = std::move(dropped)]() mutable { output.hardware.reset(); }).detach();
 }
 
-// --- changing between them; _mutex is held
+// --- switching between them; _mutex is held
 
 bool AutomaticDevice::takeFormat() {
     const AVAudioFormat format = _output.hardware->format();
@@ -189,9 +189,9 @@ void AutomaticDevice::playSilently(TellingLock& lock, std::string_view reason) {
     if (!closeVoice()) dropHardware();
     if (!_silent) {
         _silent = std::make_unique<SilentDevice>(format(), blockFrames());
-        static_cast<void>(_silent->start(_client)); // new, and so not in use
+        static_cast<void>(_silent->start(_client)); // new, and therefore not in use
     }
-    if (_isOpening) return; // it is not known yet whether there is anything to say
+    if (_isOpening) return; // it is not known yet whether there is anything to report
     if (!_saidSilent && !_factories.empty()) {
         lock.messages.push_back(std::string(reason) + "; playing silently until that changes.");
     }
@@ -256,17 +256,17 @@ void AutomaticDevice::lookAtHardware(TellingLock& lock) {
         } else if (!_silent && Clock::now() - _lastCall > _limits.streaming) {
             playSilently(lock, "The sound server doesn't play");
         } else if (_silent && Clock::now() - _lastCall > _limits.streaming + _limits.reconnect) {
-            dropHardware(); // perhaps what answers by now is another server
+            dropHardware(); // by now perhaps another server answers
             return;
         }
         if (formatChanged) _client->outputFormatDidChange();
     }
 }
 
-// Opens without holding the lock, for a server may take its time.
+// Opens without holding the lock, because a server may be slow.
 void AutomaticDevice::openHardware(TellingLock& lock) {
     const std::optional<std::size_t> wanted =
-        _factory; // a lost device is waited for, not exchanged for another
+        _factory; // a lost device is waited for, not replaced by another
     lock.letGo();
     Output found;
     std::size_t index = 0;
@@ -296,7 +296,7 @@ void AutomaticDevice::openHardware(TellingLock& lock) {
     lock.lock();
 }
 
-// The silent device plays on until the hardware asks for sound.
+// The silent device plays until the hardware requests sound.
 void AutomaticDevice::startOpened() {
     _callsSeen = _output.voice->calls;
     _lastCall = Clock::now();

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The process's output: the first hardware device that answers; the silent device in its place for as long as
-// none does, or the one in use is lost or does not play. A thread of its own opens the hardware, watches it
-// and changes between them: a server that does not answer keeps nobody waiting.
+// The process's output: the first hardware device that answers; the silent device as long as none does, or
+// while the one in use is lost or does not play. A separate thread opens the hardware, watches it and
+// switches between them: a server that does not answer makes nobody wait.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -25,15 +25,14 @@ namespace platform {
 class AutomaticDevice final : public OutputDevice {
   public:
     struct Limits {
-        std::chrono::milliseconds answer{
-            40}; // that a claim waits for, before it goes on without the hardware
+        std::chrono::milliseconds answer{40}; // that a claim waits before it continues without the hardware
         std::chrono::milliseconds streaming{
-            2000};                             // without a call for sound the device counts as not playing
+            2000};                             // without a request for sound the device counts as not playing
         std::chrono::milliseconds retry{1000}; // between attempts to get a lost device back
-        std::chrono::milliseconds reconnect{5000}; // after which one that does not play is asked for anew
+        std::chrono::milliseconds reconnect{5000}; // after which one that does not play is opened again
     };
 
-    /// `factories`: in the order in which they are tried; none: silence for ever, without a word.
+    /// `factories`: in the order in which they are tried; none: silence for ever, without a report.
     explicit AutomaticDevice(std::vector<HardwareFactory> factories);
     AutomaticDevice(std::vector<HardwareFactory> factories, Limits limits);
     ~AutomaticDevice() override;
@@ -45,7 +44,7 @@ class AutomaticDevice final : public OutputDevice {
     [[nodiscard]] AVAudioFormat format() const noexcept override;
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
-    /// Returns whether what plays now is heard.
+    /// Returns whether what is playing now is heard.
     [[nodiscard]] bool isAudible() const;
 
   private:
@@ -53,7 +52,7 @@ class AutomaticDevice final : public OutputDevice {
 
     class TellingLock;
     struct Voice;
-    // The hardware, which goes first, and what it plays for.
+    // The hardware, destroyed first, and what it plays for.
     struct Output {
         std::shared_ptr<Voice> voice;
         std::unique_ptr<HardwareDevice> hardware; // null: none answers
@@ -85,13 +84,13 @@ class AutomaticDevice final : public OutputDevice {
     mutable std::mutex _mutex; // guards the fields below
     Output _output;
     std::optional<std::size_t> _factory;   // that made the last one
-    std::unique_ptr<SilentDevice> _silent; // while it plays in the place of the hardware
+    std::unique_ptr<SilentDevice> _silent; // while it plays in place of the hardware
     std::shared_ptr<OutputClient> _client; // while running
     int _claims = 0;
     std::uint64_t _callsSeen = 0;
     Clock::time_point _lastCall;
     Clock::time_point _nextTry;
-    bool _isOpening = false;           // the watching thread is asked to open the hardware, or does
+    bool _isOpening = false;           // the watching thread is to open the hardware, or is doing so
     std::uint64_t _answers = 0;        // attempts to open it that have ended
     std::optional<Error> _refusal;     // of the last attempt
     std::condition_variable _answered; // notified at the end of every attempt

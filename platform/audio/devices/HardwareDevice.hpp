@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An output that is really heard and may not be there, or go away: what AutomaticDevice chooses among.
+// An output that is really heard and may be absent, or disappear: AutomaticDevice chooses among these.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -13,8 +13,8 @@
 
 namespace platform {
 
-/// What a hardware device tells. All but `render` come from some thread that is not the audio thread; they
-/// must return at once.
+/// What a hardware device reports. All operations except `render` are called on a thread that is not the
+/// audio thread; they must return at once.
 class HardwareListener {
   public:
     HardwareListener() = default;
@@ -25,7 +25,7 @@ class HardwareListener {
     /// Fills `sound`. Audio thread.
     virtual void hardwareRender(PlanarSound sound, double sampleRate) noexcept = 0;
     virtual void hardwareFormatDidChange() noexcept = 0;
-    /// The device will not play any more: its server has gone, or gives it no place.
+    /// The device will not play any more: its server has gone, or refuses it.
     virtual void hardwareWasLost() noexcept = 0;
 };
 
@@ -41,15 +41,15 @@ class HardwareDevice {
         enum class Kind { Opened, Absent, Refused } kind;
         std::optional<Error> error = std::nullopt; // of a refusal
     };
-    /// Connects, without sounding. Waits for the answer, for a bounded time; never prints. `listener`
-    /// outlives this.
+    /// Connects, without sound. Waits for the answer, for a bounded time; never prints. `listener` outlives
+    /// this.
     [[nodiscard]] virtual Answer open(HardwareListener& listener) = 0;
-    /// Begins, or ceases, to ask the listener for sound.
+    /// Starts, or stops, requesting sound from the listener.
     virtual void run(bool running) noexcept = 0;
-    /// Returns the format; at any time, from any thread.
+    /// Returns the format; at any time, on any thread.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
-    /// Returns the frames that it will ask for at a time, as far as it is known; at any time, from any
-    /// thread.
+    /// Returns the number of frames that it will request at a time, as far as it is known; at any time, on
+    /// any thread.
     [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
 };
 

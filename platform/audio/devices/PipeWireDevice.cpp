@@ -22,7 +22,7 @@ namespace platform {
 namespace {
 
 constexpr std::uint32_t Channels = 2;       // the server adapts to what the card has
-constexpr std::uint32_t WantedFrames = 256; // at a time; the server has bounds of its own
+constexpr std::uint32_t WantedFrames = 256; // at a time; the server has its own bounds
 constexpr long AnswerLimitNanoseconds = 1'000'000'000;
 
 class LoopLock {
@@ -44,7 +44,7 @@ void initialiseLibrary() {
     std::call_once(once, [] {
         pw_init(nullptr, nullptr);
         if (std::getenv("PIPEWIRE_DEBUG") == nullptr) {
-            pw_log_set_level(SPA_LOG_LEVEL_NONE); // faults are ours to tell
+            pw_log_set_level(SPA_LOG_LEVEL_NONE); // faults are reported by us
         }
     });
 }
@@ -67,7 +67,7 @@ class PipeWireDevice final : public HardwareDevice {
         _listener = &listener;
         _loop = pw_thread_loop_new("audio output", nullptr);
         if (_loop == nullptr) return absent();
-        // client-rt.conf lets the library ask for real-time priority in the ways it knows.
+        // client-rt.conf lets the library request real-time priority in the ways it knows.
         _context = pw_context_new(pw_thread_loop_get_loop(_loop),
                                   pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
         if (_context == nullptr || pw_thread_loop_start(_loop) < 0) return absent();
@@ -107,7 +107,8 @@ class PipeWireDevice final : public HardwareDevice {
         return denied ? refused(-_failure) : absent();
     }
 
-    // Let the server answer everything asked so far; false if it fails or takes too long. The lock is held.
+    // Waits until the server has answered all requests so far; false if it fails or takes too long. The lock
+    // is held.
     bool awaitAnswer() {
         _awaited = pw_core_sync(_core, PW_ID_CORE, 0);
         timespec limit{};

@@ -33,7 +33,7 @@ bool anyNameIn(const fs::path& directory, std::string_view prefix, std::string_v
     return false;
 }
 
-// The client libraries print when nobody is there, and some wait: each is asked only where its server, or a
+// The client libraries print when there is no server, and some wait: each is tried only if its server, or a
 // card, has left a trace.
 bool leavesTrace(RtAudio::Api api) {
     if (api == RtAudio::UNIX_JACK) {
@@ -55,7 +55,7 @@ class RtAudioDevice final : public HardwareDevice {
         try {
             if (_library->isStreamRunning()) _library->abortStream();
             if (_library->isStreamOpen()) _library->closeStream();
-        } catch (const RtAudioError&) { // it has gone by itself
+        } catch (const RtAudioError&) { // it has closed by itself
         }
     }
     RtAudioDevice(const RtAudioDevice&) = delete;
@@ -101,7 +101,7 @@ class RtAudioDevice final : public HardwareDevice {
             library->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames, process, this, &options,
                                 [](RtAudioError::Type, const std::string&) {});
             _format = {.sampleRate = static_cast<double>(rate), .channelCount = parameters.nChannels};
-            _blockFrames = frames; // what the card made of the wish
+            _blockFrames = frames; // what the card made of the request
             _library = std::move(library);
             return true;
         } catch (const RtAudioError&) {
