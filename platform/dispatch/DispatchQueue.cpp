@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/dispatch/DispatchQueue.private.hpp"
+#include "platform/dispatch/detail/QueueImplementation.hpp"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/dispatch/RunLoop.private.hpp"
+#include "platform/dispatch/detail/loopContext.hpp"
 
 #include <chrono>
 #include <cmath>

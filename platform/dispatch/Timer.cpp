@@ -3,7 +3,7 @@
 
 #include "platform/dispatch/Timer.hpp"
 
-#include "platform/dispatch/TimerQueue.private.hpp"
+#include "platform/dispatch/detail/TimerQueue.hpp"
 
 #include <utility>
 

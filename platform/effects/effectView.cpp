@@ -8,7 +8,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/translated.hpp"
 #include "platform/ui/UIViewController.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <algorithm>
 #include <gdk/x11/gdkx.h>

@@ -16,7 +16,6 @@
 namespace platform {
 
 using detail::AccessRights;
-using detail::Descriptor;
 using detail::DirectoryStack;
 using detail::FileStatus;
 using detail::Rights;

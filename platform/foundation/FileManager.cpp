@@ -42,7 +42,7 @@ bool FileManager::changeCurrentDirectoryPath(const std::string& path) {
     const PathLocation location(path);
     if (location.error() != 0) return false;
     if (location.directory() == AT_FDCWD) return ::chdir(location.rest()) == 0;
-    const detail::Descriptor directory(
+    const Descriptor directory(
         ::openat(location.directory(), location.rest(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     return directory && ::fchdir(directory.get()) == 0;
 }
@@ -104,7 +104,7 @@ std::shared_ptr<DirectoryEnumerator> FileManager::enumeratorAtPath(const std::st
 
 Result<std::vector<std::string>> FileManager::contentsOfDirectoryAtPath(const std::string& path) const {
     int error = 0;
-    const detail::Descriptor directory = detail::openDirectory(path, error);
+    const Descriptor directory = detail::openDirectory(path, error);
     detail::DirectoryListing listing;
     if (error == 0) error = listing.read(directory.get());
     if (error != 0) return detail::itemError(error, path, "opened");

@@ -3,7 +3,7 @@
 
 #include "platform/foundation/textOfFile.hpp"
 
-#include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/detail/fileErrors.hpp"
 
 #include <array>
@@ -64,7 +64,7 @@ bool isUTF8(std::string_view text) {
 
 Result<std::string> stringWithContentsOfFile(const std::string& path) {
     const auto failed = [&](int error) { return detail::itemError(error, path, "opened"); };
-    const detail::Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) return failed(errno);
     if (!S_ISREG(status.st_mode)) return failed(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);

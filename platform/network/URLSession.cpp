@@ -3,7 +3,7 @@
 
 #include "platform/network/URLSession.hpp"
 
-#include "platform/network/URLSession.private.hpp"
+#include "platform/network/detail/Transfer.hpp"
 
 #include <future>
 

@@ -3,7 +3,7 @@
 
 #include "platform/ui/Canvas.hpp"
 
-#include "platform/ui/toolkit/CanvasTarget.hpp"
+#include "platform/ui/detail/CanvasTarget.hpp"
 
 #include <cmath>
 #include <numbers>

@@ -4,9 +4,9 @@
 #include "platform/ui/NSLayoutAnchor.hpp"
 
 #include "platform/foundation/fatal.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 #include "platform/ui/toolkit/Placement.hpp"
+#include "platform/ui/widgets.hpp"
 
 namespace platform {
 namespace {

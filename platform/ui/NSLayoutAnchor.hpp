@@ -4,6 +4,8 @@
 // The edges of a view as ends of layout constraints, and the constraints. Main thread only.
 #pragma once
 
+#include "platform/ui/LayoutEdge.hpp"
+
 #include <memory>
 #include <vector>
 
@@ -11,8 +13,6 @@ namespace platform {
 
 class NSLayoutConstraint;
 class UIView;
-
-enum class LayoutEdge { Top, Leading, Bottom, Trailing };
 
 /// One edge of a view. It does not keep the view alive.
 class NSLayoutAnchor {

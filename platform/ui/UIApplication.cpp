@@ -9,19 +9,22 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/foundation/termination.hpp"
+#include "platform/ui/UIApplicationDelegate.hpp"
+#include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "platform/ui/commandLine.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/externalURL.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
 #include "platform/ui/toolkit/appearance.hpp"
 #include "platform/ui/toolkit/firstFrame.hpp"
 #include "platform/ui/toolkit/startToolkit.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <csignal>
 #include <cstdlib>
 #include <glib-unix.h>
+#include <gtk/gtk.h>
 #include <limits>
 #include <malloc.h>
 

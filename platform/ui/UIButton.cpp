@@ -4,8 +4,10 @@
 #include "platform/ui/UIButton.hpp"
 
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/buttonKeys.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
@@ -22,9 +24,9 @@ void focusNeighborOf(GtkWidget* widget) {
 } // namespace
 
 UIButton::UIButton(const std::string& title)
-    : UIButton(std::make_unique<Implementation>(gtk_button_new_with_mnemonic(title.c_str()))) {}
+    : UIButton(makeImplementation(gtk_button_new_with_mnemonic(title.c_str()))) {}
 
-UIButton::UIButton(std::unique_ptr<Implementation> implementation)
+UIButton::UIButton(ImplementationPointer implementation)
     : UIView(std::move(implementation)) {
     pressAtOnce(GTK_BUTTON(widgetOf(*this)));
 }

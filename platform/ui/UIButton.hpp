@@ -15,7 +15,7 @@ class UIButton final : public UIView {
   public:
     /// Creates a button with `title`; an underscore precedes the letter that presses it together with Alt.
     explicit UIButton(const std::string& title = {});
-    explicit UIButton(std::unique_ptr<Implementation> implementation);
+    explicit UIButton(ImplementationPointer implementation);
 
     [[nodiscard]] bool isEnabled() const;
     /// Lets the button be pressed, or not. One that is disabled while it has the keyboard's focus hands it to

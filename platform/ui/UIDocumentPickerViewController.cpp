@@ -4,8 +4,8 @@
 #include "platform/ui/UIDocumentPickerViewController.hpp"
 
 #include "platform/foundation/translated.hpp"
+#include "platform/ui/GObjectRef.hpp"
 #include "platform/ui/detail/dialogWindow.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <algorithm>
 #include <gtk/gtk.h>

@@ -3,25 +3,21 @@
 
 #include "platform/ui/UIDrawingView.hpp"
 
+#include "platform/ui/detail/CanvasTarget.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
-#include "platform/ui/toolkit/CanvasTarget.hpp"
 #include "platform/ui/toolkit/DrawingWidget.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <cmath>
+#include <gtk/gtk.h>
 #include <utility>
 
 namespace platform {
 
-Mark dotAt(Point center, double radius, const Color& color) noexcept {
-    return {{center.x - radius, center.y - radius, 2 * radius, 2 * radius}, radius, color};
-}
-
 UIDrawingView::UIDrawingView()
-    : UIDrawingView(
-          std::make_unique<Implementation>(GTK_WIDGET(g_object_new(drawingWidgetType(), nullptr)))) {}
+    : UIDrawingView(makeImplementation(GTK_WIDGET(g_object_new(drawingWidgetType(), nullptr)))) {}
 
-UIDrawingView::UIDrawingView(std::unique_ptr<Implementation> implementation)
+UIDrawingView::UIDrawingView(ImplementationPointer implementation)
     : UIView(std::move(implementation)) {}
 
 void UIDrawingView::setDrawing(Drawing drawing) {

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "platform/ui/Canvas.hpp"
+#include "platform/ui/Mark.hpp"
 #include "platform/ui/UIView.hpp"
 
 #include <functional>
@@ -18,24 +19,12 @@
 
 namespace platform {
 
-/// A filled rectangle with round corners: a dot if the radius is half the width.
-struct Mark {
-    CGRect place;
-    double radius = 0;
-    Color color;
-
-    friend bool operator==(const Mark&, const Mark&) = default;
-};
-
-/// Returns a mark that is a dot centred at `center`.
-[[nodiscard]] Mark dotAt(Point center, double radius, const Color& color) noexcept;
-
 class UIDrawingView final : public UIView {
   public:
     using Drawing = std::function<void(Canvas& canvas)>;
 
     UIDrawingView();
-    explicit UIDrawingView(std::unique_ptr<Implementation> implementation);
+    explicit UIDrawingView(ImplementationPointer implementation);
 
     /// Sets the function that draws the picture from now on.
     void setDrawing(Drawing drawing);

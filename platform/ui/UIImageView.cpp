@@ -6,14 +6,16 @@
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
 #include "platform/ui/detail/imageTexture.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 
 UIImageView::UIImageView()
-    : UIImageView(std::make_unique<Implementation>(gtk_picture_new())) {}
+    : UIImageView(makeImplementation(gtk_picture_new())) {}
 
-UIImageView::UIImageView(std::unique_ptr<Implementation> implementation)
+UIImageView::UIImageView(ImplementationPointer implementation)
     : UIView(std::move(implementation)) {}
 
 std::shared_ptr<UIImage> UIImageView::image() const {

@@ -17,7 +17,7 @@ class UIImageView final : public UIView {
     /// Creates a view that shows nothing yet.
     UIImageView();
     /// Creates the view of a widget from an interface description.
-    explicit UIImageView(std::unique_ptr<Implementation> implementation);
+    explicit UIImageView(ImplementationPointer implementation);
 
     /// Returns the image that was set last; absent when there is none. Any thread.
     [[nodiscard]] std::shared_ptr<UIImage> image() const;

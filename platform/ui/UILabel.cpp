@@ -4,14 +4,16 @@
 #include "platform/ui/UILabel.hpp"
 
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 
 UILabel::UILabel(const std::string& text)
-    : UILabel(std::make_unique<Implementation>(gtk_label_new(text.c_str()))) {}
+    : UILabel(makeImplementation(gtk_label_new(text.c_str()))) {}
 
-UILabel::UILabel(std::unique_ptr<Implementation> implementation)
+UILabel::UILabel(ImplementationPointer implementation)
     : UIView(std::move(implementation)) {}
 
 std::string UILabel::text() const {

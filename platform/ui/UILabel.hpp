@@ -13,7 +13,7 @@ namespace platform {
 class UILabel final : public UIView {
   public:
     explicit UILabel(const std::string& text = {});
-    explicit UILabel(std::unique_ptr<Implementation> implementation);
+    explicit UILabel(ImplementationPointer implementation);
 
     /// Returns the text as it is shown.
     [[nodiscard]] std::string text() const;

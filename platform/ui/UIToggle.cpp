@@ -4,8 +4,10 @@
 #include "platform/ui/UIToggle.hpp"
 
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/buttonKeys.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
@@ -19,7 +21,7 @@ void onToggled(GtkToggleButton* button, gpointer self) {
 } // namespace
 
 UIToggle::UIToggle(std::shared_ptr<UIView> content, const std::string& name, const UIToggle* fellow)
-    : UIView(std::make_unique<Implementation>(gtk_toggle_button_new()))
+    : UIView(makeImplementation(gtk_toggle_button_new()))
     , _content(std::move(content)) {
     GtkWidget* widget = widgetOf(*this);
     gtk_button_set_child(GTK_BUTTON(widget), widgetOf(*_content));

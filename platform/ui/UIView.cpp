@@ -5,11 +5,12 @@
 
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 #include "platform/ui/toolkit/Placement.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <algorithm>
+#include <gtk/gtk.h>
 #include <memory>
 
 namespace platform {
@@ -36,6 +37,10 @@ void focusChildOf(GtkWidget* parent) {
 
 } // namespace
 
+void UIView::ImplementationRelease::operator()(Implementation* implementation) const noexcept {
+    delete implementation;
+}
+
 GtkWidget* widgetOf(const UIView& view) noexcept {
     return view.implementation().widget.get();
 }
@@ -45,15 +50,21 @@ std::shared_ptr<UIView> viewOfWidget(GtkWidget* widget) {
     return view == nullptr ? nullptr : std::static_pointer_cast<UIView>(view->weak_from_this().lock());
 }
 
+void fillWidget(GtkWidget* container, GtkWidget* content) {
+    placementOf(content).fills = true;
+    gtk_widget_set_parent(content, container);
+    placeChildren(container);
+}
+
 UIView::UIView()
-    : UIView(std::make_unique<Implementation>(GTK_WIDGET(g_object_new(containerWidgetType(), nullptr)))) {}
+    : UIView(makeImplementation(GTK_WIDGET(g_object_new(containerWidgetType(), nullptr)))) {}
 
 UIView::UIView(const CGRect& frame)
     : UIView() {
     setFrame(frame);
 }
 
-UIView::UIView(std::unique_ptr<Implementation> implementation)
+UIView::UIView(ImplementationPointer implementation)
     : _implementation(std::move(implementation)) {
     g_object_set_qdata(G_OBJECT(widgetOf(*this)), viewKey(), this);
 }

@@ -8,7 +8,7 @@
 // the superview, also while one of the two is hidden. A view's own minimum size never pushes its superview:
 // what does not fit is clipped.
 //
-// The toolkit's widget behind a view is seen by the platform alone (detail/viewWidget.hpp).
+// The toolkit's widget behind a view is seen by the platform alone (widgets.hpp).
 #pragma once
 
 #include "platform/ui/CGRect.hpp"
@@ -61,15 +61,19 @@ class UIView : public UIResponder {
 
     [[nodiscard]] std::shared_ptr<UIResponder> nextResponder() override;
 
-    /// The toolkit's side of a view.
+    /// The toolkit's side of a view, whose definition only this room sees.
     class Implementation;
+    struct ImplementationRelease {
+        void operator()(Implementation* implementation) const noexcept;
+    };
+    using ImplementationPointer = std::unique_ptr<Implementation, ImplementationRelease>;
     [[nodiscard]] Implementation& implementation() const noexcept { return *_implementation; }
 
   protected:
-    explicit UIView(std::unique_ptr<Implementation> implementation);
+    explicit UIView(ImplementationPointer implementation);
 
   private:
-    std::unique_ptr<Implementation> _implementation;
+    ImplementationPointer _implementation;
 };
 
 } // namespace platform

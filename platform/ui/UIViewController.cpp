@@ -4,9 +4,9 @@
 #include "platform/ui/UIViewController.hpp"
 
 #include "platform/foundation/Bundle.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <algorithm>
 
@@ -54,7 +54,16 @@ void UIViewController::loadView() {
     }
     if (!_description) return;
     setView(_description->view());
-    _description->connect(std::static_pointer_cast<UIViewController>(shared_from_this()));
+    _description->connect(
+        shared_from_this(), connections(),
+        [](UIResponder& owner, const std::string& selector, const std::shared_ptr<UIView>& sender) {
+            auto& self = static_cast<UIViewController&>(owner);
+            if (self._description->destinationOfSegue(selector)) {
+                self.performSegueWithIdentifier(selector, sender);
+            } else {
+                self.performAction(selector, sender);
+            }
+        });
 }
 
 void UIViewController::viewDidLoad() {}

@@ -20,6 +20,7 @@
 namespace platform {
 
 class Bundle;
+class InterfaceDescription;
 class UIStoryboardSegue;
 
 class UIViewController : public UIResponder {
@@ -102,7 +103,6 @@ class UIViewController : public UIResponder {
     virtual void showOver(UIViewController& presenter, bool animated, std::function<void()> completion);
 
   private:
-    friend class InterfaceDescription;
     const InterfaceConnections& connections();
 
     std::optional<std::string> _nibName;

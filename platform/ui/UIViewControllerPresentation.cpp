@@ -9,9 +9,10 @@
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "platform/ui/detail/dialogWindow.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
+#include "platform/ui/widgets.hpp"
 
+#include <gtk/gtk.h>
 #include <utility>
 
 namespace platform {

@@ -3,10 +3,13 @@
 
 #include "platform/ui/UIWindow.hpp"
 
+#include "platform/ui/UIViewController.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/buttonKeys.hpp"
 #include "platform/ui/toolkit/keyboardFocus.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
@@ -25,9 +28,9 @@ void onIsActive(GtkWindow* window, GParamSpec*, gpointer self) {
 } // namespace
 
 UIWindow::UIWindow()
-    : UIWindow(std::make_unique<Implementation>(gtk_window_new())) {}
+    : UIWindow(makeImplementation(gtk_window_new())) {}
 
-UIWindow::UIWindow(std::unique_ptr<Implementation> implementation)
+UIWindow::UIWindow(ImplementationPointer implementation)
     : UIView(std::move(implementation)) {
     auto* window = GTK_WINDOW(widgetOf(*this));
     g_signal_connect(window, "close-request", G_CALLBACK(onCloseRequested), this);

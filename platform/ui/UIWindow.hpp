@@ -5,17 +5,18 @@
 #pragma once
 
 #include "platform/ui/UIView.hpp"
-#include "platform/ui/UIViewController.hpp"
 
 #include <functional>
 #include <memory>
 
 namespace platform {
 
+class UIViewController;
+
 class UIWindow final : public UIView {
   public:
     UIWindow();
-    explicit UIWindow(std::unique_ptr<Implementation> implementation);
+    explicit UIWindow(ImplementationPointer implementation);
     ~UIWindow() override;
 
     [[nodiscard]] std::shared_ptr<UIViewController> rootViewController() const { return _rootViewController; }

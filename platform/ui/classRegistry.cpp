@@ -52,8 +52,7 @@ std::shared_ptr<UIViewController> makeController(std::string_view name, const NS
     return found == controllers().end() ? nullptr : found->second(coder);
 }
 
-std::shared_ptr<UIView> makeView(std::string_view name,
-                                 std::unique_ptr<UIView::Implementation>& implementation) {
+std::shared_ptr<UIView> makeView(std::string_view name, UIView::ImplementationPointer& implementation) {
     const auto found = views().find(name);
     return found == views().end() ? nullptr : found->second(std::move(implementation));
 }

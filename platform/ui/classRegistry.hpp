@@ -6,9 +6,7 @@
 #pragma once
 
 #include "platform/ui/NSCoder.hpp"
-#include "platform/ui/UIApplicationDelegate.hpp"
 #include "platform/ui/UIView.hpp"
-#include "platform/ui/UIViewController.hpp"
 
 #include <functional>
 #include <memory>
@@ -18,9 +16,12 @@
 
 namespace platform {
 
+class UIApplicationDelegate;
+class UIViewController;
+
 using DelegateFactory = std::function<std::shared_ptr<UIApplicationDelegate>()>;
 using ControllerFactory = std::function<std::shared_ptr<UIViewController>(const NSCoder&)>;
-using ViewFactory = std::function<std::shared_ptr<UIView>(std::unique_ptr<UIView::Implementation>)>;
+using ViewFactory = std::function<std::shared_ptr<UIView>(UIView::ImplementationPointer)>;
 
 void registerDelegateFactory(std::string name, DelegateFactory factory);
 void registerControllerFactory(std::string name, ControllerFactory factory);
@@ -43,6 +44,6 @@ void registerClass(std::string name) {
 [[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
 /// Creates a view of the class `name`; absent if there is no such class. `implementation` is taken only then.
 [[nodiscard]] std::shared_ptr<UIView> makeView(std::string_view name,
-                                               std::unique_ptr<UIView::Implementation>& implementation);
+                                               UIView::ImplementationPointer& implementation);
 
 } // namespace platform

@@ -5,12 +5,11 @@
 
 #include "platform/foundation/translated.hpp"
 #include "platform/ui/classRegistry.hpp"
-#include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
-#include "platform/ui/toolkit/ContainerWidget.hpp"
-#include "platform/ui/toolkit/Placement.hpp"
+#include "platform/ui/widgets.hpp"
 #include "platform/web/detail/WebEngine.hpp"
 #include "platform/web/detail/WorkingNotice.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
@@ -85,15 +84,15 @@ class WKWebView::Asker final : public WebClient {
 };
 
 void WKWebView::registerClass() {
-    registerViewFactory("WKWebView", [](std::unique_ptr<Implementation> implementation) {
+    registerViewFactory("WKWebView", [](ImplementationPointer implementation) {
         return std::make_shared<WKWebView>(std::move(implementation));
     });
 }
 
 WKWebView::WKWebView()
-    : WKWebView(std::make_unique<Implementation>(GTK_WIDGET(g_object_new(containerWidgetType(), nullptr)))) {}
+    : _asker(std::make_unique<Asker>(*this)) {}
 
-WKWebView::WKWebView(std::unique_ptr<Implementation> implementation)
+WKWebView::WKWebView(ImplementationPointer implementation)
     : UIView(std::move(implementation))
     , _asker(std::make_unique<Asker>(*this)) {}
 
@@ -124,11 +123,9 @@ WebEngineView* WKWebView::engine() {
     if (gtk_widget_get_first_child(container) != nullptr) return _engine.get(); // the page, or the notice
     _engine = makeWebEngineView(*_asker);
     GtkWidget* content = _engine ? _engine->widget() : makeNotice();
-    placementOf(content).fills = true;
     // The page has the keyboard as soon as it is on the screen.
     g_signal_connect(content, "map", G_CALLBACK(gtk_widget_grab_focus), nullptr);
-    gtk_widget_set_parent(content, container);
-    placeChildren(container);
+    fillWidget(container, content);
     return _engine.get();
 }
 

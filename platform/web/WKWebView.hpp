@@ -30,7 +30,7 @@ class WKWebView final : public UIView {
 
     WKWebView();
     /// Creates the view of such an object.
-    explicit WKWebView(std::unique_ptr<Implementation> implementation);
+    explicit WKWebView(ImplementationPointer implementation);
     ~WKWebView() override;
 
     /// Sets the delegate, which is not kept, that is told of windows that pages ask for.

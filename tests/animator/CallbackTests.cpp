@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "shared/Common/Animator/Callback.hpp"
+#include "shared/Common/Animator/detail/Callback.hpp"
 #include "tests/support/testing.hpp"
 
 using tonewright::Callback;

@@ -4,7 +4,7 @@
 // The curves against an evaluation of their own in extended precision, written from the mathematics of the
 // families (one generic shape per family) and not from the code, and against known values.
 #include "shared/Common/Animator/Easing.hpp"
-#include "shared/Common/Animator/Sine.private.hpp"
+#include "shared/Common/Animator/detail/sine.hpp"
 #include "tests/support/testing.hpp"
 
 #include <bit>

@@ -3,7 +3,7 @@
 
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/dispatch/Timer.hpp"
-#include "platform/dispatch/TimerGrid.private.hpp"
+#include "platform/dispatch/detail/TimerGrid.hpp"
 #include "tests/support/testing.hpp"
 
 using namespace platform;

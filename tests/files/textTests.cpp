@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "platform/foundation/DateFormatter.hpp"
-#include "shared/Common/Files/TextWriter.hpp"
+#include "shared/Common/Files/detail/TextWriter.hpp"
 #include "tests/files/nodes.hpp"
 #include "tests/support/testing.hpp"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a process can still do after it has given up the rest; each case is a process of its own.
-#include "platform/foundation/detail/confinement.hpp"
+#include "platform/foundation/confinement.hpp"
 #include "tests/support/testing.hpp"
 
 #include <linux/landlock.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace platform::detail;
+using namespace platform;
 
 bool kernelHasLandlock() {
     return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) > 0;

@@ -5,8 +5,8 @@
 // pieces.
 #include "tests/fuzz/fuzz.hpp"
 
-#include "platform/network/ChunkedBody.private.hpp"
-#include "platform/network/GzipContent.private.hpp"
+#include "platform/network/detail/ChunkedBody.hpp"
+#include "platform/network/detail/GzipContent.hpp"
 
 #include <string>
 

@@ -11,6 +11,10 @@ MAY_INCLUDE = {
     "app": {"shared", "platform/foundation", "platform/dispatch", "platform/ui", "platform/audio", "platform/effects"},
     "shared": {"platform/foundation", "platform/dispatch", "platform/network", "platform/ui", "platform/web"},
     "gallery": {"shared", "platform/foundation", "platform/dispatch", "platform/ui"},
+    "examples": {"shared", "platform/foundation", "platform/dispatch"},
+    "tools": {"shared", "platform/foundation", "platform/dispatch", "platform/network"},
+    "benches": {"app", "shared", "platform/foundation", "platform/dispatch", "platform/network", "platform/ui",
+                "platform/audio", "platform/effects", "tests"},
     "platform/foundation": set(),
     "platform/realtime": set(),
     "platform/dispatch": {"platform/foundation"},
@@ -21,7 +25,10 @@ MAY_INCLUDE = {
     "platform/effects": {"platform/audio", "platform/realtime", "platform/ui", "platform/dispatch",
                          "platform/foundation"},
     "effect": set(),
+    "loops": set(),
 }
+# Folders that know the standard library and the platform, nothing else.
+SYSTEM = ("app", "shared", "gallery", "examples")
 # The effect's view is where the plug-in host and the toolkit meet; nothing else of the host sees a screen.
 EFFECTS_MEET_UI = re.compile(r"platform/effects/[^/]*View[^/]*\.[ch]pp$")
 # The headers of the system and the processor that a public header may include besides the standard library's.
@@ -33,31 +40,58 @@ FOREIGN_TO = {
     "platform/dispatch": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
     "platform/foundation": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
 }
-# Folders whose headers are private to the room around them.
-PRIVATE = re.compile(r"/(detail|devices|interface|toolkit|images)/")
+# What the fields of a public header need whole: a node or an animator behind a pointer would cost what it is for.
+SHOWN_DETAILS = {
+    "shared/Common/Animator/detail/Callback.hpp",
+    "shared/Common/Files/detail/CompactText.hpp",
+    "shared/Common/Files/detail/NodeLocation.hpp",
+    "shared/Common/Animator/detail/MemberList.hpp",
+    "shared/Common/Animator/detail/Timeline.hpp",
+    "shared/Common/Files/detail/ParentIndex.hpp",
+}
+# The floors of a room, the lowest first: a file includes nothing of a floor above its own.
+FLOORS = {
+    "platform/ui": [
+        r"(CGRect|Canvas|GObjectRef|LayoutEdge|Mark|UIColor|detail/CanvasTarget|webSandbox)\.",
+        r"(toolkit|images)/",
+        r"",  # the views, and what is not named here
+        r"interface/",
+        r"(UIAlertController|UIApplication|UIDocumentPicker|UIStoryboardSegue|UIViewController|detail/dialogWindow)",
+    ],
+}
+# Arrows that run up inside a room, each with its reason in docs/ARCHITECTURE.md.
+RUN_UP = {
+    ("platform/ui/UIWindow.cpp", "platform/ui/UIViewController.hpp"),
+}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 
 
 def folder_of(name: str) -> str | None:
-    for folder in sorted(MAY_INCLUDE, key=len, reverse=True):
+    for folder in sorted([*MAY_INCLUDE, "tests"], key=len, reverse=True):
         if name.startswith(folder + "/"):
             return folder
     return None
 
 
-def is_private(name: str) -> bool:
-    """Tell whether a header is private to its room: by its name, or by where it lies."""
-    return name.endswith(".private.hpp") or (name.startswith("platform/") and PRIVATE.search(name) is not None)
+def private_to(name: str) -> str | None:
+    """Give the folder that a header is private to; none when it is public. The public headers of a room of the platform
+    lie directly in its folder; elsewhere a folder named detail is private to the one around it."""
+    if name.endswith(".private.hpp"):
+        return "platform/effects"
+    room = re.match(r"(platform/\w+)/.+/", name) or re.match(r"(.+)/detail/", name)
+    return room.group(1) if room and name.endswith(".hpp") else None
 
 
-def is_public(name: str) -> bool:
-    return name.endswith(".hpp") and not is_private(name)
+def floor_of(name: str, room: str) -> int:
+    floors = FLOORS[room]
+    places = [place for place, pattern in enumerate(floors) if pattern and re.match(pattern, name[len(room) + 1:])]
+    return places[0] if places else floors.index("")
 
 
 def faults(name: str, folder: str, mark: str, header: str):
     """Say what is wrong with one include."""
-    target, system = folder_of(header), folder in ("app", "shared", "gallery")
-    public = folder.startswith("platform/") and is_public(name)
+    target, room, own = folder_of(header), private_to(header), private_to(name)
+    public = name.endswith(".hpp") and own is None and folder.startswith(("platform/", "shared"))
     if mark == '"' and target is None and "/" in header and folder != "effect":
         yield "which lies in no known folder"
     if target and target != folder and target not in MAY_INCLUDE[folder]:
@@ -65,22 +99,31 @@ def faults(name: str, folder: str, mark: str, header: str):
     if folder == "platform/effects" and target == "platform/ui" and not EFFECTS_MEET_UI.search(name):
         yield "but is no place where the plug-in host meets the screen"
     standard = re.fullmatch(r"[a-z_0-9]+", header) or header in NEAR_THE_MACHINE.get(folder, ())
-    if mark == "<" and not standard and (system or public):
+    if mark == "<" and not standard and (folder in SYSTEM or public):
         yield "which is not of the standard library"
-    if public and is_private(header):
+    if room and not name.startswith(room + "/"):
+        yield f"which is private to {room}"
+    elif room and public and header not in SHOWN_DETAILS:
         yield "which is private, from a public header"
-    if system and is_private(header) and target not in (None, folder):
-        yield "which is private to another folder"
+    if folder in FLOORS and target == folder and (name, header) not in RUN_UP:
+        if floor_of(name, folder) < floor_of(header, folder):
+            yield "which lies on a floor above it"
     if folder in FOREIGN_TO and FOREIGN_TO[folder].match(header):
         yield "of a library that its folder must not know"
 
 
 class Arrows(unittest.TestCase):
     def test_includes_point_only_where_they_may(self):
-        seen = [(name, folder, mark, header) for name in code() if (folder := folder_of(name))
+        seen = [(name, folder, mark, header) for name in code() if (folder := folder_of(name)) and folder != "tests"
                 for mark, header in INCLUDE.findall(text(name))]
         self.assertGreater(len(seen), 20)
         self.assertEqual([f"{one[0]} includes {one[3]}, {fault}" for one in seen for fault in faults(*one)], [])
+
+    def test_every_exception_is_needed(self):
+        arrows = {(name, header) for name in code() for _, header in INCLUDE.findall(text(name))}
+        self.assertEqual(RUN_UP - arrows, set())
+        self.assertEqual(SHOWN_DETAILS - {header for name, header in arrows if private_to(name) is None
+                                          and name.endswith(".hpp")}, set())
 
 
 if __name__ == "__main__":

@@ -4,8 +4,8 @@
 // What a drawing view puts on the screen, by the pixels that the toolkit renders.
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/Canvas.hpp"
+#include "platform/ui/GObjectRef.hpp"
 #include "platform/ui/UIDrawingView.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 namespace platform {

@@ -6,7 +6,9 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIApplication.hpp"
+#include "platform/ui/UIApplicationDelegate.hpp"
 #include "platform/ui/UIButton.hpp"
+#include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
 

@@ -8,9 +8,11 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/startToolkit.hpp"
+#include "platform/ui/widgets.hpp"
 #include "tests/support/testing.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform::testing {
 

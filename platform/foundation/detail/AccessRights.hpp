@@ -4,7 +4,7 @@
 // What the process may do with an item. The answer is computed when the item's record, the flags of its mount
 // and the process's own capabilities determine it exactly; in every other case (access control lists that may
 // count, remote or foreign file systems, security modules, devices, identities without a mapping) the system
-// is asked. One thread. Private to platform/foundation.
+// is asked. One thread.
 #pragma once
 
 #include "platform/foundation/detail/FileStatus.hpp"

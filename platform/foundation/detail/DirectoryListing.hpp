@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The names in one directory, read at once and returned one after the other in byte order. One thread.
-// Private to platform/foundation.
 #pragma once
 
 #include <cstddef>

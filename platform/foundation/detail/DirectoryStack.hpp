@@ -4,11 +4,10 @@
 // The chain of open directories from a root down to the position of a walk, with the names read from each.
 // Walking, removing and copying all use it: nothing below the root is reached through a link or by a path.
 // The root stays open. Beyond a few hundred levels, and when the process runs out of descriptors, the outer
-// levels below the root close theirs and are opened again on the way back. One thread. Private to
-// platform/foundation.
+// levels below the root close theirs and are opened again on the way back. One thread.
 #pragma once
 
-#include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/detail/DirectoryListing.hpp"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What many items share (owner, group, permissions, type, file system, number of links), stored once for all
-// of them: an item then needs only four bytes for it. Any thread. Private to platform/foundation.
+// of them: an item then needs only four bytes for it. Any thread.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One item as statx reports it. Private to platform/foundation.
+// One item as statx reports it.
 #pragma once
 
 #include "platform/foundation/Date.hpp"

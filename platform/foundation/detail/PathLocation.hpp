@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A path of any length as an open directory and the remaining path. The system takes at most PATH_MAX bytes
-// at a time; longer paths are walked piece by piece. Private to platform/foundation.
+// at a time; longer paths are walked piece by piece.
 #pragma once
 
-#include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/foundation/Descriptor.hpp"
 
 #include <string>
 #include <string_view>

@@ -3,7 +3,7 @@
 
 #include "platform/foundation/detail/fileCopy.hpp"
 
-#include "platform/foundation/detail/Descriptor.hpp"
+#include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/random.hpp"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Copying of one item that is not a directory. Private to platform/foundation.
+// Copying of one item that is not a directory.
 #pragma once
 
 #include "platform/foundation/detail/FileStatus.hpp"

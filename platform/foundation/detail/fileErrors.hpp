@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The sentences of failed file operations, each on one line whatever the names contain. Any thread. Private
-// to platform/foundation.
+// The sentences of failed file operations, each on one line whatever the names contain. Any thread.
 #pragma once
 
 #include "platform/foundation/Error.hpp"

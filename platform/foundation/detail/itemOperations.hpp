@@ -3,7 +3,7 @@
 
 // Removing, copying and linking of whole trees through open directories: no path is rebuilt, no link is
 // followed, and no directory is entered that is on another device, or mounted, below the item. Errors of
-// reading a directory count like all others. Private to platform/foundation.
+// reading a directory count like all others.
 #pragma once
 
 #include "platform/foundation/Error.hpp"

@@ -4,8 +4,8 @@
 // The toolkit's side of a view, for the classes of views. Main thread only.
 #pragma once
 
+#include "platform/ui/GObjectRef.hpp"
 #include "platform/ui/UIView.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <gtk/gtk.h>
 #include <memory>
@@ -21,5 +21,9 @@ class UIView::Implementation {
     GObjectRef<GtkWidget> widget;
     std::vector<std::shared_ptr<UIView>> kept; // the views added by addSubview
 };
+
+[[nodiscard]] inline UIView::ImplementationPointer makeImplementation(GtkWidget* widget) {
+    return UIView::ImplementationPointer(std::make_unique<UIView::Implementation>(widget).release());
+}
 
 } // namespace platform

@@ -4,8 +4,9 @@
 #include "platform/ui/detail/dialogWindow.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
+#include "platform/ui/widgets.hpp"
 
+#include <gtk/gtk.h>
 #include <memory>
 
 namespace platform {

@@ -5,7 +5,7 @@
 // own for everything else. Used from one thread at a time.
 #pragma once
 
-#include "platform/ui/toolkit/GObjectRef.hpp"
+#include "platform/ui/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -5,7 +5,7 @@
 // Any thread.
 #pragma once
 
-#include "platform/ui/toolkit/GObjectRef.hpp"
+#include "platform/ui/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,8 +4,8 @@
 #include "platform/ui/images/imageProcess.hpp"
 
 #include "platform/foundation/Bundle.hpp"
+#include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/foundation/detail/Descriptor.hpp"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +28,6 @@ namespace platform {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using detail::Descriptor;
 
 // The process has two seconds of processor time. The thread that paints waits no longer than that by the
 // clock; others leave it time on a busy machine.

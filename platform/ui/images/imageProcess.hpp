@@ -7,7 +7,7 @@
 // wrote. Any thread.
 #pragma once
 
-#include "platform/ui/toolkit/GObjectRef.hpp"
+#include "platform/ui/GObjectRef.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,7 +4,7 @@
 // tonewright-picture FORMAT MOST-PIXELS: decodes the picture on standard input into the file that is standard
 // output, as platform/ui/images/imageProcess.hpp describes it. Nobody but the program starts it. A picture
 // may do here what it can: the process has no files, no network and little time.
-#include "platform/foundation/detail/confinement.hpp"
+#include "platform/foundation/confinement.hpp"
 #include "platform/ui/images/PixbufDecoder.hpp"
 #include "platform/ui/images/imageProcess.hpp"
 
@@ -68,7 +68,7 @@ std::vector<std::string> readablePlaces() {
 } // namespace
 
 int main(int argc, char** argv) {
-    using namespace platform::detail;
+    using namespace platform;
     if (argc != 3) return EXIT_FAILURE;
     const std::int64_t mostPixels = std::strtoll(argv[2], nullptr, 10);
     constexpr std::int64_t BytesOfPixel = 4; // rows of three bytes a pixel are padded to at most this

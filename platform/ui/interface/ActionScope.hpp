@@ -5,7 +5,7 @@
 // action of the controller that the description is connected to. Main thread only.
 #pragma once
 
-#include "platform/ui/toolkit/GObjectRef.hpp"
+#include "platform/ui/GObjectRef.hpp"
 
 #include <gtk/gtk.h>
 #include <memory>

@@ -6,14 +6,15 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/translated.hpp"
-#include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/interface/ActionScope.hpp"
 #include "platform/ui/interface/DisclosureObject.hpp"
 #include "platform/ui/interface/SegueObject.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 #include "platform/ui/toolkit/DrawingWidget.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 
@@ -62,9 +63,10 @@ std::shared_ptr<UIView> InterfaceDescription::viewNamed(const char* name) const 
     return object != nullptr && GTK_IS_WIDGET(object) ? viewWithWidget(GTK_WIDGET(object)) : nullptr;
 }
 
-void InterfaceDescription::connect(const std::shared_ptr<UIViewController>& owner) {
+void InterfaceDescription::connect(const std::shared_ptr<UIResponder>& owner,
+                                   const InterfaceConnections& connections, Perform performer) {
     _owner = owner;
-    const InterfaceConnections& connections = owner->connections();
+    _perform = performer;
     for (const auto& [name, assign] : connections.outlets()) {
         auto object = viewNamed(name.c_str());
         if (!object) continue;
@@ -88,13 +90,7 @@ std::optional<std::string> InterfaceDescription::destinationOfSegue(const std::s
 
 void InterfaceDescription::perform(const std::string& selector, GtkWidget* sender) {
     const auto owner = _owner.lock();
-    if (!owner) return;
-    const auto view = sender == nullptr ? nullptr : viewWithWidget(sender);
-    if (destinationOfSegue(selector)) {
-        owner->performSegueWithIdentifier(selector, view);
-    } else {
-        owner->performAction(selector, view);
-    }
+    if (owner) _perform(*owner, selector, sender == nullptr ? nullptr : viewWithWidget(sender));
 }
 
 } // namespace platform

@@ -11,8 +11,9 @@
 // The root of the screen has the id "view"; the main screen's is in a window with the id "window".
 #pragma once
 
+#include "platform/ui/GObjectRef.hpp"
+#include "platform/ui/InterfaceConnections.hpp"
 #include "platform/ui/UIView.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
 
 #include <gtk/gtk.h>
 #include <memory>
@@ -25,7 +26,6 @@
 namespace platform {
 
 class Bundle;
-class UIViewController;
 class UIWindow;
 
 class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescription> {
@@ -43,10 +43,15 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     /// Returns the object with the id `name`; absent if there is none or it is not a widget.
     [[nodiscard]] std::shared_ptr<UIView> viewNamed(const char* name) const;
 
-    /// Connects outlets and actions of `owner`, which from now on receives the actions. An action that it
+    /// Performs the action or the segue `selector` of `owner` for `sender`.
+    using Perform = void (*)(UIResponder& owner, const std::string& selector,
+                             const std::shared_ptr<UIView>& sender);
+
+    /// Connects outlets and actions of `owner`, for which `performer` is called from now on. An action that it
     /// does not have, or an object that does not fit its outlet, is reported on standard error; the control
     /// has no effect then, the outlet is absent.
-    void connect(const std::shared_ptr<UIViewController>& owner);
+    void connect(const std::shared_ptr<UIResponder>& owner, const InterfaceConnections& connections,
+                 Perform performer);
 
     /// Returns the name of the description to which the segue `identifier` leads; absent if there is no such
     /// segue.
@@ -61,7 +66,8 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     std::string _name;
     GObjectRef<GtkBuilder> _builder;
     std::set<std::string> _actions;
-    std::weak_ptr<UIViewController> _owner;
+    std::weak_ptr<UIResponder> _owner;
+    Perform _perform = nullptr;
     std::vector<std::shared_ptr<UIView>> _kept; // the objects of outlets, also of those that do not keep them
 };
 

@@ -10,16 +10,18 @@
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "platform/ui/detail/ViewImplementation.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 #include "platform/ui/toolkit/DrawingWidget.hpp"
+#include "platform/ui/widgets.hpp"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 namespace {
 
 class PlainView final : public UIView {
   public:
-    explicit PlainView(std::unique_ptr<Implementation> implementation)
+    explicit PlainView(ImplementationPointer implementation)
         : UIView(std::move(implementation)) {}
 };
 
@@ -27,7 +29,7 @@ class PlainView final : public UIView {
 
 std::shared_ptr<UIView> viewWithWidget(GtkWidget* widget) {
     if (auto view = viewOfWidget(widget)) return view;
-    auto implementation = std::make_unique<UIView::Implementation>(widget);
+    auto implementation = makeImplementation(widget);
     if (isContainerWidget(widget) && !viewClassOf(widget).empty()) {
         if (auto view = makeView(viewClassOf(widget), implementation)) return view;
         warn("The view class \"" + viewClassOf(widget) + "\" is unknown.");

@@ -3,7 +3,7 @@
 
 #include "platform/ui/toolkit/DrawingWidget.hpp"
 
-#include "platform/ui/toolkit/CanvasTarget.hpp"
+#include "platform/ui/detail/CanvasTarget.hpp"
 
 #include <cmath>
 #include <memory>
@@ -63,7 +63,7 @@ graphene_rect_t rectangle(double x, double y, double width, double height) {
 }
 
 // Draws the picture once into an image; every frame copies from it only what is below a moved mark.
-void drawPicture(GtkWidget* widget, const UIDrawingView::Drawing& draw, Picture& picture) {
+void drawPicture(GtkWidget* widget, const std::function<void(Canvas&)>& draw, Picture& picture) {
     cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, picture.width * picture.scale,
                                                         picture.height * picture.scale);
     cairo_surface_set_device_scale(image, picture.scale, picture.scale);

@@ -4,8 +4,9 @@
 // The widget of a UIDrawingView, "TonewrightDrawing" in interface descriptions. Main thread only.
 #pragma once
 
-#include "platform/ui/UIDrawingView.hpp"
+#include "platform/ui/Mark.hpp"
 
+#include <functional>
 #include <gtk/gtk.h>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace platform {
 
 /// What a drawing widget shows.
 struct DrawingContent {
-    UIDrawingView::Drawing draw; // empty: no picture
+    std::function<void(Canvas&)> draw; // empty: no picture
     std::vector<Mark> marks;
     bool isOutdated = true; // the picture must be drawn again
 };

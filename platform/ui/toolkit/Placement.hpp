@@ -7,7 +7,7 @@
 #pragma once
 
 #include "platform/ui/CGRect.hpp"
-#include "platform/ui/NSLayoutAnchor.hpp"
+#include "platform/ui/LayoutEdge.hpp"
 
 #include <array>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include "platform/ui/toolkit/appearance.hpp"
 
 #include "platform/foundation/Bundle.hpp"
-#include "platform/ui/toolkit/GObjectRef.hpp"
+#include "platform/ui/GObjectRef.hpp"
 
 #include <cstdlib>
 #include <gtk/gtk.h>

@@ -7,6 +7,7 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/translated.hpp"
+#include "platform/ui/webSandbox.hpp"
 
 #include <X11/Xlib.h>
 #include <clocale>

@@ -6,10 +6,6 @@
 
 namespace platform {
 
-/// The web engine's own switch: "1" leaves its processes without a sandbox, "0" gives them one. Set at the
-/// toolkit's start, and changed to "1" before the engine's first page where no sandbox can be built.
-inline constexpr const char* SandboxVariable = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
-
 /// Starts the toolkit on the X display; ends the process with one sentence and status 1 when there is none.
 void startToolkit();
 

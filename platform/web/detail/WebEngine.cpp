@@ -5,7 +5,7 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
-#include "platform/ui/toolkit/startToolkit.hpp"
+#include "platform/ui/webSandbox.hpp"
 
 #include <array>
 #include <cerrno>

@@ -4,8 +4,7 @@
 #include "platform/web/detail/WorkingNotice.hpp"
 
 #include "platform/foundation/translated.hpp"
-#include "platform/ui/toolkit/ContainerWidget.hpp"
-#include "platform/ui/toolkit/Placement.hpp"
+#include "platform/ui/widgets.hpp"
 
 #include <utility>
 
@@ -44,9 +43,7 @@ void WorkingNotice::appear() {
     gtk_widget_add_css_class(_notice, "osd");
     gtk_widget_add_css_class(_notice, "working");
     gtk_widget_set_can_target(_notice, FALSE); // the page below it has the pointer
-    placementOf(_notice).fills = true;
-    gtk_widget_set_parent(_notice, _container);
-    placeChildren(_container);
+    fillWidget(_container, _notice);
 }
 
 } // namespace platform

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/web/engine/EngineView.private.hpp"
+#include "platform/web/engine/EngineView.hpp"
 
 #include "platform/foundation/translated.hpp"
-#include "platform/web/engine/errorPage.private.hpp"
-#include "platform/web/engine/pdfViewer.private.hpp"
-#include "platform/web/engine/refusals.private.hpp"
-#include "platform/web/engine/zoomKeys.private.hpp"
+#include "platform/web/engine/errorPage.hpp"
+#include "platform/web/engine/pdfViewer.hpp"
+#include "platform/web/engine/refusals.hpp"
+#include "platform/web/engine/zoomKeys.hpp"
 
 #include <utility>
 

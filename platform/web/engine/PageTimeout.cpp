@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/web/engine/PageTimeout.private.hpp"
+#include "platform/web/engine/PageTimeout.hpp"
 
 #include <algorithm>
 #include <utility>

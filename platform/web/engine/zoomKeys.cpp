@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/web/engine/zoomKeys.private.hpp"
+#include "platform/web/engine/zoomKeys.hpp"
 
-#include "platform/web/engine/pdfViewer.private.hpp"
+#include "platform/web/engine/pdfViewer.hpp"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 
 #include "platform/foundation/checked.hpp"
 #include "platform/foundation/console.hpp"
-#include "shared/Common/Animator/Animator.private.hpp"
+#include "shared/Common/Animator/detail/animatorFrame.hpp"
 
 #include <utility>
 

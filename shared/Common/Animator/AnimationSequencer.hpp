@@ -7,8 +7,8 @@
 // sequencer alive.
 #pragma once
 
-#include "shared/Common/Animator/MemberList.hpp"
-#include "shared/Common/Animator/Timeline.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
+#include "shared/Common/Animator/detail/Timeline.hpp"
 
 namespace tonewright {
 

@@ -3,10 +3,10 @@
 
 #include "shared/Common/Animator/Animator.hpp"
 
-#include "shared/Common/Animator/Animator.private.hpp"
-#include "shared/Common/Animator/Easing.private.hpp"
-#include "shared/Common/Animator/EasingActions.private.hpp"
-#include "shared/Common/Animator/Timeline.hpp"
+#include "shared/Common/Animator/detail/Timeline.hpp"
+#include "shared/Common/Animator/detail/animatorFrame.hpp"
+#include "shared/Common/Animator/detail/easingActions.hpp"
+#include "shared/Common/Animator/detail/easingFormulas.hpp"
 
 #include <limits>
 #include <typeinfo>

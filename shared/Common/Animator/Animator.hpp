@@ -9,8 +9,8 @@
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
-#include "shared/Common/Animator/Callback.hpp"
 #include "shared/Common/Animator/Easing.hpp"
+#include "shared/Common/Animator/detail/Callback.hpp"
 
 #include <atomic>
 #include <concepts>

@@ -7,7 +7,7 @@
 // running timer keeps the chain alive.
 #pragma once
 
-#include "shared/Common/Animator/MemberList.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
 
 namespace tonewright {
 

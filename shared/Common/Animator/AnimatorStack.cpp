@@ -3,7 +3,7 @@
 
 #include "shared/Common/Animator/AnimatorStack.hpp"
 
-#include "shared/Common/Animator/Animator.private.hpp"
+#include "shared/Common/Animator/detail/animatorFrame.hpp"
 
 #include <utility>
 

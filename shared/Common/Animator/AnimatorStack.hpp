@@ -6,7 +6,7 @@
 // keeps the stack alive.
 #pragma once
 
-#include "shared/Common/Animator/MemberList.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
 
 namespace tonewright {
 

@@ -3,8 +3,8 @@
 
 #include "shared/Common/Animator/Easing.hpp"
 
-#include "shared/Common/Animator/Easing.private.hpp"
-#include "shared/Common/Animator/EasingActions.private.hpp"
+#include "shared/Common/Animator/detail/easingActions.hpp"
+#include "shared/Common/Animator/detail/easingFormulas.hpp"
 
 #include <array>
 

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
-#include "shared/Common/Animator/Callback.hpp"
+#include "shared/Common/Animator/detail/Callback.hpp"
 
 #include <concepts>
 #include <cstdint>

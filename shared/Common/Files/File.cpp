@@ -8,7 +8,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
-#include "shared/Common/Files/pathText.hpp"
+#include "shared/Common/Files/detail/pathText.hpp"
 
 #include <algorithm>
 #include <atomic>

@@ -8,10 +8,10 @@
 #include "platform/foundation/Date.hpp"
 #include "platform/foundation/FileAttributes.hpp"
 #include "platform/foundation/NSNumber.hpp"
-#include "shared/Common/Files/CompactText.hpp"
 #include "shared/Common/Files/FileBase.hpp"
 #include "shared/Common/Files/FileList.hpp"
-#include "shared/Common/Files/NodeLocation.hpp"
+#include "shared/Common/Files/detail/CompactText.hpp"
+#include "shared/Common/Files/detail/NodeLocation.hpp"
 
 #include <memory>
 #include <string>

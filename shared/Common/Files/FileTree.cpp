@@ -6,7 +6,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
-#include "shared/Common/Files/TextWriter.hpp"
+#include "shared/Common/Files/detail/TextWriter.hpp"
 
 namespace tonewright {
 namespace {

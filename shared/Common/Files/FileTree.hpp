@@ -8,7 +8,7 @@
 
 #include "shared/Common/Files/FileList.hpp"
 #include "shared/Common/Files/Folder.hpp"
-#include "shared/Common/Files/ParentIndex.hpp"
+#include "shared/Common/Files/detail/ParentIndex.hpp"
 
 #include <memory>
 #include <string>

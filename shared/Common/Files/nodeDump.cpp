@@ -4,7 +4,7 @@
 // The diagnostic lines of nodes: every field, one line each, for developers to read.
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/Folder.hpp"
-#include "shared/Common/Files/TextWriter.hpp"
+#include "shared/Common/Files/detail/TextWriter.hpp"
 
 #include <array>
 

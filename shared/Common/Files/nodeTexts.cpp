@@ -5,7 +5,7 @@
 #include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/Folder.hpp"
-#include "shared/Common/Files/TextWriter.hpp"
+#include "shared/Common/Files/detail/TextWriter.hpp"
 
 namespace tonewright {
 namespace {
