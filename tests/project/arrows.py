@@ -45,9 +45,6 @@ SHOWN_DETAILS = {
     "shared/Common/Animator/detail/Callback.hpp",
     "shared/Common/Files/detail/CompactText.hpp",
     "shared/Common/Files/detail/NodeLocation.hpp",
-    "shared/Common/Animator/detail/MemberList.hpp",
-    "shared/Common/Animator/detail/Timeline.hpp",
-    "shared/Common/Files/detail/ParentIndex.hpp",
 }
 # The floors of a room, the lowest first: a file includes nothing of a floor above its own.
 FLOORS = {

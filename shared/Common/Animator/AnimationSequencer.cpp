@@ -5,37 +5,45 @@
 
 #include "platform/foundation/checked.hpp"
 #include "platform/foundation/console.hpp"
-#include "shared/Common/Animator/detail/animatorFrame.hpp"
+#include "shared/Common/Animator/detail/AnimatorInside.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
+#include "shared/Common/Animator/detail/Timeline.hpp"
 
 #include <utility>
 
 namespace tonewright {
+
+AnimationSequencer::AnimationSequencer()
+    : _animators(std::make_unique<Timeline>())
+    , _animatedItems(std::make_unique<MemberList>()) {}
+
+AnimationSequencer::~AnimationSequencer() = default;
 
 void AnimationSequencer::add(std::shared_ptr<Animator> item, std::int64_t at) {
     if (!item) {
         platform::print("FEHLER: Das Animator Objekt ist ungültig.");
         return;
     }
-    _animators.add(std::move(item), at);
+    _animators->add(std::move(item), at);
     calculateFrames();
 }
 
 void AnimationSequencer::remove(const std::shared_ptr<Animator>& item) {
     const auto held = item; // `item` may refer to an element of the list itself
-    if (held && !_animators.remove(*held)) platform::fatal("The animator to remove is not in the sequencer");
+    if (held && !_animators->remove(*held)) platform::fatal("The animator to remove is not in the sequencer");
     calculateFrames();
 }
 
 void AnimationSequencer::removeAll() {
-    _animators.clear();
+    _animators->clear();
 }
 
 std::int64_t AnimationSequencer::getCount() {
-    return _animators.count();
+    return _animators->count();
 }
 
 std::int64_t AnimationSequencer::getCurrentCount() {
-    return _animatedItems.count();
+    return _animatedItems->count();
 }
 
 std::int64_t AnimationSequencer::getCurrentFrame() {
@@ -73,7 +81,7 @@ void AnimationSequencer::continue_() {
 }
 
 void AnimationSequencer::rewind() {
-    for (const auto& member : _animators.items()) member->rewind();
+    for (const auto& member : _animators->items()) member->rewind();
 }
 
 void AnimationSequencer::seek(std::int64_t to) {
@@ -83,8 +91,8 @@ void AnimationSequencer::seek(std::int64_t to) {
         stop();
         return;
     }
-    for (const auto& member : _animators.items()) {
-        if (member->_startFrame < _currentFrame) {
+    for (const auto& member : _animators->items()) {
+        if (AnimatorInside::startFrame(*member) < _currentFrame) {
             member->stop();
             _currentIndex = platform::checkedAdd<std::int64_t>(_currentIndex, 1);
         } else {
@@ -95,16 +103,16 @@ void AnimationSequencer::seek(std::int64_t to) {
 
 void AnimationSequencer::animate() {
     if (_suspended) return;
-    if (_animators.count() == 0) {
+    if (_animators->count() == 0) {
         platform::print("WARNUNG: Es sind keine Animator Objekte definiert.");
         return;
     }
     const auto self = weak_from_this().lock(); // a callback may release the sequencer
     findAnimators();
-    _animatedItems.walk([&](Animator& member, std::size_t position) {
+    _animatedItems->walk([&](Animator& member, std::size_t position) {
         if (onAnimation) onAnimation(*this, member);
-        member.tickInGroup();
-        if (member.hasFinished() && !_animatedItems.removeFirst(member, position)) {
+        AnimatorInside::tick(member);
+        if (AnimatorInside::hasFinished(member) && !_animatedItems->removeFirst(member, position)) {
             platform::fatal("A finished animator is not in play any more");
         }
     });
@@ -114,18 +122,18 @@ void AnimationSequencer::animate() {
 }
 
 void AnimationSequencer::findAnimators() {
-    const std::int64_t count = _animators.count();
+    const std::int64_t count = _animators->count();
     if (_currentIndex > count) platform::fatal("The sequencer's position lies behind its last member");
-    _animators.putInOrder();
+    _animators->putInOrder();
     for (std::int64_t i = _currentIndex; i < count; ++i) {
-        if (i >= _animators.count()) { // a member's overridden isFinished removed members
+        if (i >= _animators->count()) { // a member's overridden isFinished removed members
             platform::print("ERROR: Animationsobjekt is undefiniert!");
             return;
         }
-        if (!_animators.isInOrder()) _animators.putInOrder();
-        if (_animators.liesAhead(i, _currentFrame)) return;
-        const auto member = _animators.at(i);
-        if (_currentFrame >= member->_startFrame && !member->hasFinished()) {
+        if (!_animators->isInOrder()) _animators->putInOrder();
+        if (_animators->liesAhead(i, _currentFrame)) return;
+        const auto member = _animators->at(i);
+        if (_currentFrame >= AnimatorInside::startFrame(*member) && !AnimatorInside::hasFinished(*member)) {
             _currentIndex = i;
             scheduleItem(member);
         }
@@ -134,11 +142,11 @@ void AnimationSequencer::findAnimators() {
 
 void AnimationSequencer::scheduleItem(const std::shared_ptr<Animator>& item) {
     if (!item) platform::fatal(platform::UnexpectedNil);
-    if (!_animatedItems.contains(*item)) _animatedItems.append(item);
+    if (!_animatedItems->contains(*item)) _animatedItems->append(item);
 }
 
 void AnimationSequencer::calculateFrames() {
-    _maxFrames = _animators.latestEnd(_maxFrames);
+    _maxFrames = _animators->latestEnd(_maxFrames);
 }
 
 void AnimationSequencer::reset() {

@@ -7,15 +7,20 @@
 // sequencer alive.
 #pragma once
 
-#include "shared/Common/Animator/detail/MemberList.hpp"
-#include "shared/Common/Animator/detail/Timeline.hpp"
+#include "shared/Common/Animator/Animator.hpp"
+
+#include <cstdint>
+#include <memory>
 
 namespace tonewright {
 
+class MemberList;
+class Timeline;
+
 class AnimationSequencer : public std::enable_shared_from_this<AnimationSequencer> {
   public:
-    AnimationSequencer() = default;
-    virtual ~AnimationSequencer() = default;
+    AnimationSequencer();
+    virtual ~AnimationSequencer();
     AnimationSequencer(const AnimationSequencer&) = delete;
     AnimationSequencer& operator=(const AnimationSequencer&) = delete;
 
@@ -57,7 +62,7 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     void advance();
 
   private:
-    friend struct AnimatorInspection;
+    friend struct AnimatorInside;
 
     void findAnimators();
     void scheduleItem(const std::shared_ptr<Animator>& item);
@@ -66,8 +71,8 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     std::shared_ptr<platform::Timer> _timer;
     std::int64_t _currentFrame = 0;
     std::int64_t _maxFrames = 0;
-    Timeline _animators;
-    MemberList _animatedItems; // running members, in the order of their start
+    const std::unique_ptr<Timeline> _animators;
+    const std::unique_ptr<MemberList> _animatedItems; // running members, in the order of their start
     std::int64_t _currentIndex = 0;
     bool _suspended = false;
 

@@ -3,8 +3,8 @@
 
 #include "shared/Common/Animator/Animator.hpp"
 
+#include "shared/Common/Animator/detail/AnimatorInside.hpp"
 #include "shared/Common/Animator/detail/Timeline.hpp"
-#include "shared/Common/Animator/detail/animatorFrame.hpp"
 #include "shared/Common/Animator/detail/easingActions.hpp"
 #include "shared/Common/Animator/detail/easingFormulas.hpp"
 

@@ -16,7 +16,6 @@
 #include <concepts>
 #include <cstdint>
 #include <memory>
-#include <typeinfo>
 
 namespace tonewright {
 
@@ -94,18 +93,11 @@ class Animator : public std::enable_shared_from_this<Animator> {
                              std::int64_t numFrames);
 
   private:
-    friend class AnimationSequencer;
-    friend class AnimatorStack;
-    friend class MemberList;
-    friend class Timeline;
-    friend struct AnimatorInspection; // gives tests and benchmarks access to the fields
+    friend struct AnimatorInside;
 
     void reset();
     void tick();
-    void tickInGroup();
-    bool hasFinished();
     void assignType(EnumEasing type);
-    void noteClass() { _plain = typeid(*this) == typeid(Animator); }
 
     std::int64_t _startFrame = 0; // in the sequencer's timeline
     std::int64_t _frameCount = 0; // as passed to the last setup

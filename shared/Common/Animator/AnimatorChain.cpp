@@ -5,29 +5,35 @@
 
 #include "platform/foundation/checked.hpp"
 #include "platform/foundation/console.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
 
 #include <utility>
 
 namespace tonewright {
 
+AnimatorChain::AnimatorChain()
+    : _animators(std::make_unique<MemberList>()) {}
+
+AnimatorChain::~AnimatorChain() = default;
+
 void AnimatorChain::add(std::shared_ptr<Animator> item) {
-    if (item) _animators.append(std::move(item));
+    if (item) _animators->append(std::move(item));
 }
 
 void AnimatorChain::remove(const std::shared_ptr<Animator>& item) {
     if (!item) return;
     const auto held = item; // `item` may refer to an element of the list itself
-    if (!_animators.removeFirst(*held)) platform::fatal("The animator to remove is not in the chain");
+    if (!_animators->removeFirst(*held)) platform::fatal("The animator to remove is not in the chain");
 }
 
 void AnimatorChain::removeAll() {
     const auto self = weak_from_this().lock();
     stop();
-    _animators.clear();
+    _animators->clear();
 }
 
 std::int64_t AnimatorChain::getCount() {
-    return _animators.count();
+    return _animators->count();
 }
 
 std::int64_t AnimatorChain::getCurrentIndex() {
@@ -36,7 +42,7 @@ std::int64_t AnimatorChain::getCurrentIndex() {
 
 std::shared_ptr<Animator> AnimatorChain::getCurrentItem() {
     // Both bounds are strict: the first and the last member are never returned.
-    if (_currentIndex > 0 && _currentIndex < _animators.count() - 1) return _animators.at(_currentIndex);
+    if (_currentIndex > 0 && _currentIndex < _animators->count() - 1) return _animators->at(_currentIndex);
     return nullptr;
 }
 
@@ -57,13 +63,13 @@ void AnimatorChain::setBackwards(bool direction) {
 
 void AnimatorChain::animate() {
     const auto self = weak_from_this().lock(); // a callback may release the chain
-    const std::int64_t last = _animators.count() - 1;
+    const std::int64_t last = _animators->count() - 1;
     if (last < 0) {
         platform::print("WARNUNG: Es sind keine Animator Objekte definiert.");
         return;
     }
     if (_currentIndex < 0 || _currentIndex > last) _currentIndex = last;
-    const std::shared_ptr<Animator> member = _animators.at(_currentIndex);
+    const std::shared_ptr<Animator> member = _animators->at(_currentIndex);
     if (onAnimation) onAnimation(*this, *member);
     bool isDone = true;
     if (async) {
@@ -75,7 +81,7 @@ void AnimatorChain::animate() {
     if (isDone) _currentIndex = platform::checkedAdd(_currentIndex, _direction);
 
     // Backwards, the chain ends on reaching the first member, which is not played.
-    const bool atEnd = _direction > 0   ? _currentIndex >= _animators.count()
+    const bool atEnd = _direction > 0   ? _currentIndex >= _animators->count()
                        : _direction < 0 ? _currentIndex <= 0
                                         : false;
     if (!atEnd) return;

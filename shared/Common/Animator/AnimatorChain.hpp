@@ -7,14 +7,19 @@
 // running timer keeps the chain alive.
 #pragma once
 
-#include "shared/Common/Animator/detail/MemberList.hpp"
+#include "shared/Common/Animator/Animator.hpp"
+
+#include <cstdint>
+#include <memory>
 
 namespace tonewright {
 
+class MemberList;
+
 class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
   public:
-    AnimatorChain() = default;
-    virtual ~AnimatorChain() = default;
+    AnimatorChain();
+    virtual ~AnimatorChain();
     AnimatorChain(const AnimatorChain&) = delete;
     AnimatorChain& operator=(const AnimatorChain&) = delete;
 
@@ -40,12 +45,12 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     virtual void animate();
 
   private:
-    friend struct AnimatorInspection;
+    friend struct AnimatorInside;
 
     void reset();
 
     std::shared_ptr<platform::Timer> _timer;
-    MemberList _animators;
+    const std::unique_ptr<MemberList> _animators;
     std::int64_t _currentIndex = 0;
     std::int64_t _direction = 1;
 

@@ -3,22 +3,28 @@
 
 #include "shared/Common/Animator/AnimatorStack.hpp"
 
-#include "shared/Common/Animator/detail/animatorFrame.hpp"
+#include "shared/Common/Animator/detail/AnimatorInside.hpp"
+#include "shared/Common/Animator/detail/MemberList.hpp"
 
 #include <utility>
 
 namespace tonewright {
 
+AnimatorStack::AnimatorStack()
+    : _animators(std::make_unique<MemberList>()) {}
+
+AnimatorStack::~AnimatorStack() = default;
+
 void AnimatorStack::add(std::shared_ptr<Animator> item) {
-    if (item) _animators.append(std::move(item));
+    if (item) _animators->append(std::move(item));
 }
 
 std::int64_t AnimatorStack::getCount() {
-    return _animators.count();
+    return _animators->count();
 }
 
 std::vector<std::shared_ptr<Animator>> AnimatorStack::getItems() {
-    return _animators.items();
+    return _animators->items();
 }
 
 void AnimatorStack::start() {
@@ -35,13 +41,13 @@ void AnimatorStack::stop() {
 void AnimatorStack::animate() {
     const auto self = weak_from_this().lock(); // a callback may release the stack
     bool animated = false;
-    _animators.walk([&](Animator& member, std::size_t position) {
-        if (member.hasFinished()) return;
+    _animators->walk([&](Animator& member, std::size_t position) {
+        if (AnimatorInside::hasFinished(member)) return;
         if (onAnimation) onAnimation(*this, member);
-        member.tickInGroup();
+        AnimatorInside::tick(member);
         animated = true;
-        if (!member.hasFinished()) return;
-        if (!_animators.removeFirst(member, position)) {
+        if (!AnimatorInside::hasFinished(member)) return;
+        if (!_animators->removeFirst(member, position)) {
             platform::fatal("A finished animator is not in its stack any more");
         }
         if (onRemovedItem) onRemovedItem(*this, member);
@@ -54,7 +60,7 @@ void AnimatorStack::animate() {
 void AnimatorStack::reset() {
     const auto self = weak_from_this().lock(); // the timer may hold the last other reference
     if (_timer) std::exchange(_timer, nullptr)->invalidate();
-    _animators.clear();
+    _animators->clear();
 }
 
 } // namespace tonewright

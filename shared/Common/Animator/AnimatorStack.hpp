@@ -6,14 +6,20 @@
 // keeps the stack alive.
 #pragma once
 
-#include "shared/Common/Animator/detail/MemberList.hpp"
+#include "shared/Common/Animator/Animator.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
 
 namespace tonewright {
 
+class MemberList;
+
 class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
   public:
-    AnimatorStack() = default;
-    virtual ~AnimatorStack() = default;
+    AnimatorStack();
+    virtual ~AnimatorStack();
     AnimatorStack(const AnimatorStack&) = delete;
     AnimatorStack& operator=(const AnimatorStack&) = delete;
 
@@ -31,10 +37,10 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
     virtual void reset();
 
   private:
-    friend struct AnimatorInspection;
+    friend struct AnimatorInside;
 
     std::shared_ptr<platform::Timer> _timer;
-    MemberList _animators;
+    const std::unique_ptr<MemberList> _animators;
 
   public:
     /// Seconds per tick; read by `start`.

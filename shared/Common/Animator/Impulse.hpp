@@ -52,7 +52,7 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
     [[nodiscard]] float getValue() const noexcept { return _value; }
 
   private:
-    friend struct AnimatorInspection;
+    friend struct AnimatorInside;
 
     void reset();
 

@@ -8,6 +8,7 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
+#include "shared/Common/Files/detail/NodeInside.hpp"
 #include "shared/Common/Files/detail/pathText.hpp"
 
 #include <algorithm>
@@ -47,9 +48,9 @@ void File::setUid(platform::NSNumber value) noexcept {
 
 std::string File::subpath() const {
     const std::size_t split = _location->directoryLength();
-    std::string path(split + namePart().size(), '\0');
+    std::string path(split + _name.view().size(), '\0');
     _location->writeDirectory(path.data());
-    std::ranges::copy(namePart(), path.data() + split);
+    std::ranges::copy(_name.view(), path.data() + split);
     return path;
 }
 
@@ -72,7 +73,7 @@ void File::noteRelabeling() noexcept {
     if (_isIndexed) relabelingCount.fetch_add(1, std::memory_order_relaxed);
 }
 
-std::uint64_t File::relabelings() noexcept {
+std::uint64_t NodeInside::relabelings() noexcept {
     return relabelingCount.load(std::memory_order_relaxed);
 }
 
@@ -80,37 +81,37 @@ std::string File::getFilePath() const {
     return std::string(rootpath()).append("/").append(subpath());
 }
 
-std::string_view File::fileName() const noexcept {
-    if (!namePart().empty()) return namePart();
-    const std::string_view component = _location->component();
-    return lastComponent(component.empty() ? rootpath() : component);
+std::string_view NodeInside::fileName(const File& node) noexcept {
+    if (!name(node).empty()) return name(node);
+    const std::string_view component = location(node).component();
+    return lastComponent(component.empty() ? node.rootpath() : component);
 }
 
 std::string File::getFileName() const {
-    return std::string(fileName());
+    return std::string(NodeInside::fileName(*this));
 }
 
 std::string File::getFileExtension() const {
     const std::string_view component = _location->component();
-    return std::string(extensionOf(namePart().empty() ? component : namePart()));
+    return std::string(extensionOf(_name.view().empty() ? component : _name.view()));
 }
 
-NodePath File::parentPath() const {
+NodePath NodeInside::parentPath(const File& node) {
     // Usually it is the directory without its "/"; if there is one "/" too many, the text is compared.
-    NodeLocation::Reference directory = _location;
-    if (namePart().empty() || !endsInOneSlash(directory->component())) {
-        const std::string path = getParentPath();
+    NodeLocation::Reference directory = node._location;
+    if (name(node).empty() || !endsInOneSlash(directory->component())) {
+        const std::string path = node.getParentPath();
         if (path == "/") {
-            directory = _location->withDirectory(path);
+            directory = location(node).withDirectory(path);
             return {directory, &*directory, {}};
         }
-        directory = _location->withDirectory(path.empty() ? path : path + "/");
+        directory = location(node).withDirectory(path.empty() ? path : path + "/");
     }
-    std::string_view name = directory->component();
-    if (name.empty()) return {directory, &*directory, {}};
-    name.remove_suffix(1);
+    std::string_view last = directory->component();
+    if (last.empty()) return {directory, &*directory, {}};
+    last.remove_suffix(1);
     const NodeLocation* outer = &*directory->outer();
-    return {std::move(directory), outer, name};
+    return {std::move(directory), outer, last};
 }
 
 std::string File::getParentPath() const {

@@ -91,37 +91,21 @@ class File : public FileBase {
     void list(std::string& result) const;
     void dumpout() const override;
 
-    // For walks over whole trees in place of the texts above: the same, without making texts.
     /// Returns this as a folder; null if it is not one.
     [[nodiscard]] virtual Folder* asFolder() noexcept { return nullptr; }
     [[nodiscard]] virtual std::string_view className() const noexcept { return "File"; }
+
+  protected:
+    // What `findFileWithUID` and `xml` do with one node and all below it.
     virtual void find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
                       std::shared_ptr<File>& found);
     virtual void writeXML(TextWriter& writer, std::int64_t indent) const;
-    void writeListElement(TextWriter& writer) const;
-    void writeFileName(TextWriter& writer) const;
-    void writeSubpath(TextWriter& writer) const;
-    void writeFileSize(TextWriter& writer) const;
-    void writeDates(TextWriter& writer) const;
-    /// Returns `getFileName`, `subpath` and `getParentPath` as views; valid as long as the paths are not
-    /// assigned.
-    [[nodiscard]] std::string_view fileName() const noexcept;
-    [[nodiscard]] NodePath path() const noexcept { return {_location, &*_location, namePart()}; }
-    [[nodiscard]] NodePath parentPath() const;
-    /// Returns the part of `subpath` up to its last "/", and what follows.
-    [[nodiscard]] const NodeLocation::Reference& location() const noexcept { return _location; }
-    [[nodiscard]] std::string_view namePart() const noexcept { return _name.view(); }
-
-    /// Records that a parent index relies on this node's `subpath` and `isDirectory`.
-    void becomeIndexed() noexcept { _isIndexed = true; }
-    /// Returns the number of assignments so far, in the whole process, that invalidated an index.
-    [[nodiscard]] static std::uint64_t relabelings() noexcept;
-
-  protected:
     /// Prints the lines of the fields that this class itself declares.
     virtual void dumpFields(const std::string& head, const std::string& attributesText) const;
 
   private:
+    friend struct NodeInside;
+
     void noteRelabeling() noexcept;
 
     bool _exists : 1 = false;

@@ -6,6 +6,8 @@
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/ItemIdentifier.hpp"
+#include "shared/Common/Files/detail/NodeInside.hpp"
+#include "shared/Common/Files/detail/ParentIndex.hpp"
 #include "shared/Common/Files/detail/TextWriter.hpp"
 
 namespace tonewright {
@@ -18,6 +20,11 @@ constexpr std::string_view NotFound = "Warning: The file was not found.";
 constexpr std::string_view NotExpandable = "Warning: The file cannot become expanded.";
 
 } // namespace
+
+FileTree::FileTree()
+    : _index(std::make_unique<ParentIndex>()) {}
+
+FileTree::~FileTree() = default;
 
 Folder& FileTree::requiredRoot() const {
     if (!root) platform::fatal(platform::UnexpectedNil);
@@ -34,16 +41,16 @@ void FileTree::findParent(const std::shared_ptr<File>& file) {
     requiredRoot().setParent(nullptr);
     if (!file) platform::fatal(platform::UnexpectedNil);
     if (file->_indent() < 1) return attach(file, root);
-    const auto path = file->parentPath();
+    const auto path = NodeInside::parentPath(*file);
     if (path.isEmpty()) return attach(file, root);
     if (filelist.empty()) return; // the node stays unattached
-    const auto folder = _index.find(filelist, path);
+    const auto folder = _index->find(filelist, path);
     attach(file, folder ? folder : root);
 }
 
 void FileTree::clearList() {
     filelist.clear();
-    _index = {}; // it describes the old contents of the list
+    *_index = {}; // it describes the old contents of the list
 }
 
 void FileTree::makeExpandedList() {
@@ -66,7 +73,7 @@ std::shared_ptr<File> FileTree::findFileWithUID(std::string_view uid) {
     if (!root) return found;
     const ItemIdentifier identifier(uid);
     for (const auto& child : root->children) {
-        child->find(identifier, child, found);
+        NodeInside::find(*child, identifier, child, found);
         if (found) break;
     }
     return found;
@@ -146,7 +153,7 @@ std::string FileTree::list() const {
         writer.write("'>");
         for (const auto& entry : filelist) {
             writer.write("\n\t");
-            entry->writeListElement(writer);
+            NodeInside::writeListElement(*entry, writer);
         }
         writer.write("\n</files>");
     }

@@ -8,7 +8,6 @@
 
 #include "shared/Common/Files/FileList.hpp"
 #include "shared/Common/Files/Folder.hpp"
-#include "shared/Common/Files/detail/ParentIndex.hpp"
 
 #include <memory>
 #include <string>
@@ -16,13 +15,16 @@
 
 namespace tonewright {
 
+class ParentIndex;
+
 class FileTree {
   public:
     std::string basePath;         // the current directory while it was scanned
     std::shared_ptr<Folder> root; // absent until a scan creates it
     FileList filelist;
 
-    FileTree() = default;
+    FileTree();
+    ~FileTree();
     FileTree(const FileTree&) = delete;
     FileTree& operator=(const FileTree&) = delete;
 
@@ -57,8 +59,8 @@ class FileTree {
     [[nodiscard]] Folder& requiredRoot() const;
     void attach(const std::shared_ptr<File>& file, const std::shared_ptr<File>& folder);
 
-    ParentIndex _index;
-    std::size_t _attached = 0; // nodes so far: a rough estimate of a text's length
+    const std::unique_ptr<ParentIndex> _index; // of `filelist`
+    std::size_t _attached = 0;                 // nodes so far: a rough estimate of a text's length
 };
 
 } // namespace tonewright

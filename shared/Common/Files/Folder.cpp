@@ -3,6 +3,8 @@
 
 #include "shared/Common/Files/Folder.hpp"
 
+#include "shared/Common/Files/detail/NodeInside.hpp"
+
 namespace tonewright {
 
 void Folder::setExpanded(bool value) {
@@ -21,7 +23,7 @@ void Folder::find(const ItemIdentifier& identifier, const std::shared_ptr<File>&
     File::find(identifier, self, found);
     for (const auto& child : children) {
         if (found) return;
-        child->find(identifier, child, found);
+        NodeInside::find(*child, identifier, child, found);
     }
 }
 

@@ -23,11 +23,11 @@ class Folder final : public File {
 
     [[nodiscard]] Folder* asFolder() noexcept override { return this; }
     [[nodiscard]] std::string_view className() const noexcept override { return "Folder"; }
+
+  protected:
     void find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
               std::shared_ptr<File>& found) override;
     void writeXML(TextWriter& writer, std::int64_t indent) const override;
-
-  protected:
     void dumpFields(const std::string& head, const std::string& attributesText) const override;
 };
 

@@ -5,6 +5,7 @@
 #include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/Folder.hpp"
+#include "shared/Common/Files/detail/NodeInside.hpp"
 #include "shared/Common/Files/detail/TextWriter.hpp"
 
 namespace tonewright {
@@ -21,49 +22,49 @@ void writeDate(TextWriter& writer, const std::optional<platform::Date>& date) {
                                                                   required(date)));
 }
 
-} // namespace
-
-void File::writeFileName(TextWriter& writer) const {
-    writer.write(fileName());
+void writeFileName(const File& node, TextWriter& writer) {
+    writer.write(NodeInside::fileName(node));
 }
 
-void File::writeSubpath(TextWriter& writer) const {
-    const std::size_t length = location()->directoryLength();
+void writeSubpath(const File& node, TextWriter& writer) {
+    const std::size_t length = NodeInside::location(node).directoryLength();
     if (length > TextWriter::MostRoom) {
-        writer.write(location()->directory());
+        writer.write(NodeInside::location(node).directory());
     } else {
         char* const text = writer.room(length);
-        location()->writeDirectory(text);
+        NodeInside::location(node).writeDirectory(text);
         writer.advanceTo(text + length);
     }
-    writer.write(namePart());
+    writer.write(NodeInside::name(node));
 }
 
-void File::writeFileSize(TextWriter& writer) const {
-    if (attributes().isEmpty()) {
+void writeFileSize(const File& node, TextWriter& writer) {
+    if (node.attributes().isEmpty()) {
         writer.write(InvalidAttribute);
         return;
     }
     writer.advanceTo(platform::ByteCountFormatter::writeByteCount(
-        writer.room(platform::ByteCountLength), required(attributes().size()).longLongValue()));
+        writer.room(platform::ByteCountLength), required(node.attributes().size()).longLongValue()));
 }
 
-void File::writeDates(TextWriter& writer) const {
+void writeDates(const File& node, TextWriter& writer) {
     writer.write("' created='");
-    if (attributes().isEmpty()) {
+    if (node.attributes().isEmpty()) {
         writer.write(InvalidAttribute);
     } else {
-        writeDate(writer, attributes().creationDate());
+        writeDate(writer, node.attributes().creationDate());
     }
     writer.write("' modified='");
-    if (attributes().isEmpty()) {
+    if (node.attributes().isEmpty()) {
         writer.write(InvalidAttribute);
     } else {
-        writeDate(writer, attributes().modificationDate());
+        writeDate(writer, node.attributes().modificationDate());
     }
     writer.write("' depth='");
-    writer.writeNumber(_indent());
+    writer.writeNumber(node._indent());
 }
+
+} // namespace
 
 void File::xml(std::string& result, std::int64_t indent) const {
     TextWriter writer(result);
@@ -74,10 +75,10 @@ void File::writeXML(TextWriter& writer, std::int64_t indent) const {
     writer.write("\n");
     writer.writeTabs(indent);
     writer.write("<file name='");
-    writeFileName(writer);
+    writeFileName(*this, writer);
     writer.write("' size='");
-    writeFileSize(writer);
-    writeDates(writer);
+    writeFileSize(*this, writer);
+    writeDates(*this, writer);
     writer.write("' />");
 }
 
@@ -89,13 +90,13 @@ void Folder::writeXML(TextWriter& writer, std::int64_t indent) const {
         writer.write(rootpath());
     } else {
         writer.write("<folder subpath='");
-        writeSubpath(writer);
+        writeSubpath(*this, writer);
     }
     writer.write("' expanded='");
     writer.write(_expanded() ? "true" : "false");
-    writeDates(writer);
+    writeDates(*this, writer);
     writer.write("' >");
-    for (const auto& child : children) child->writeXML(writer, indent + 1);
+    for (const auto& child : children) NodeInside::writeXML(*child, writer, indent + 1);
     writer.write("\n");
     writer.writeTabs(indent);
     writer.write("</folder>");
@@ -103,28 +104,28 @@ void Folder::writeXML(TextWriter& writer, std::int64_t indent) const {
 
 void File::list(std::string& result) const {
     TextWriter writer(result);
-    writeListElement(writer);
+    NodeInside::writeListElement(*this, writer);
 }
 
-void File::writeListElement(TextWriter& writer) const {
-    writer.writeTabs(_indent());
-    writer.write(isDirectory() ? "<folder id='" : "<file id='");
-    const platform::NSNumber number = getSystemFileNumber();
+void NodeInside::writeListElement(const File& node, TextWriter& writer) {
+    writer.writeTabs(node._indent());
+    writer.write(node.isDirectory() ? "<folder id='" : "<file id='");
+    const platform::NSNumber number = node.getSystemFileNumber();
     if (number.isBeyondSigned()) {
         writer.writeNumber(number.unsignedLongLongValue());
     } else {
         writer.writeNumber(number.longLongValue());
     }
-    writer.write(isDirectory() ? "' name '" : "' name='");
-    writeFileName(writer);
-    if (isDirectory()) {
+    writer.write(node.isDirectory() ? "' name '" : "' name='");
+    writeFileName(node, writer);
+    if (node.isDirectory()) {
         writer.write("' subpath='");
-        writeSubpath(writer);
+        writeSubpath(node, writer);
     } else {
         writer.write("' size='");
-        writeFileSize(writer);
+        writeFileSize(node, writer);
     }
-    writeDates(writer);
+    writeDates(node, writer);
     writer.write("' />");
 }
 

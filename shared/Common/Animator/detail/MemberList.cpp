@@ -13,8 +13,8 @@ MemberList::~MemberList() {
 }
 
 void MemberList::append(std::shared_ptr<Animator> item) {
-    ++item->_memberships;
-    item->noteClass();
+    ++AnimatorInside::memberships(*item);
+    AnimatorInside::noteClass(*item);
     if (_index) _index->append(item.get());
     if (!_gaps.empty()) _gaps.push_back(0);
     _entries.push_back(std::move(item));
@@ -32,7 +32,7 @@ void MemberList::clear() {
         _live = 0;
         for (std::size_t i = firstLive; i < gone.size(); ++i) {
             if (!gaps.empty() && gaps[i] != 0) continue;
-            --gone[i]->_memberships;
+            --AnimatorInside::memberships(*gone[i]);
             gone[i].reset();
         }
         return;
@@ -40,7 +40,7 @@ void MemberList::clear() {
     Members gone; // those added during the walk
     for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
         if (isGap(i)) continue;
-        --_entries[i]->_memberships;
+        --AnimatorInside::memberships(*_entries[i]);
         if (i >= _walkEnd) gone.push_back(std::move(_entries[i]));
     }
     _live = 0;
@@ -50,7 +50,7 @@ void MemberList::clear() {
 bool MemberList::removeFirst(const Animator& item, std::size_t hint) {
     const std::size_t position = find(item, hint);
     if (position == None) return false;
-    --_entries[position]->_memberships;
+    --AnimatorInside::memberships(*_entries[position]);
     if (_index) _index->removeFirst(item);
     --_live;
     if (position == _firstLive) {
@@ -88,9 +88,11 @@ MemberList::Members MemberList::items() const {
 }
 
 std::size_t MemberList::find(const Animator& item, std::size_t hint) {
-    if (item._memberships == 0) return None;
+    if (AnimatorInside::memberships(item) == 0) return None;
     // An animator with one membership, found at the walk's position, is in no other place.
-    if (hint != None && item._memberships == 1 && _entries[hint].get() == &item && !isGap(hint)) return hint;
+    if (hint != None && AnimatorInside::memberships(item) == 1 && _entries[hint].get() == &item &&
+        !isGap(hint))
+        return hint;
     if (!_index && _scans.exceeded(_live)) makeIndex();
     if (_index) return _index->first(item);
     for (std::size_t i = _firstLive; i < _entries.size(); ++i) {

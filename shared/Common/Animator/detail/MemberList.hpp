@@ -7,7 +7,7 @@
 // alive, until the walk has ended. Counts and searches see the list as it is at the moment.
 #pragma once
 
-#include "shared/Common/Animator/Animator.hpp"
+#include "shared/Common/Animator/detail/AnimatorInside.hpp"
 #include "shared/Common/Animator/detail/OccurrenceIndex.hpp"
 
 #include <algorithm>
@@ -56,7 +56,7 @@ class MemberList {
         std::array<Animator*, Ahead> next{};
         const auto fetch = [&](std::size_t i) {
             next[i % Ahead] = _entries[i].get();
-            prefetch(*next[i % Ahead]);
+            AnimatorInside::prefetch(*next[i % Ahead]);
         };
         for (std::size_t i = 0; i < std::min(Ahead, end); ++i) fetch(i);
         for (std::size_t i = 0; i < end; ++i) {
@@ -69,11 +69,6 @@ class MemberList {
   private:
     // Animators are scattered in memory; prefetching them well ahead hides most of the latency.
     static constexpr std::size_t Ahead = 32;
-    static void prefetch(const Animator& animator) {
-        // What a frame touches, its first and its last byte: two cache lines at most.
-        __builtin_prefetch(&animator._source, 1);
-        __builtin_prefetch(reinterpret_cast<const std::byte*>(&animator.onAnimation + 1) - 1, 1);
-    }
 
     struct Walk {
         Walk(MemberList& walked, std::size_t end)

@@ -4,6 +4,7 @@
 #include "shared/Common/Animator/detail/Timeline.hpp"
 
 #include "platform/foundation/checked.hpp"
+#include "shared/Common/Animator/detail/AnimatorInside.hpp"
 
 #include <algorithm>
 #include <atomic>
@@ -12,6 +13,8 @@
 
 namespace tonewright {
 namespace {
+
+using Inside = AnimatorInside;
 
 // Process-wide: timelines on different threads share no members, so a count of the other's events costs them
 // a comparison and nothing else.
@@ -46,24 +49,24 @@ bool Timeline::isTrusted() const noexcept {
 
 void Timeline::add(std::shared_ptr<Animator> item, std::int64_t startFrame) {
     Animator& animator = *item;
-    const bool isPlaced = animator._placements > 0;
+    const bool isPlaced = Inside::placements(animator) > 0;
     const bool isHere =
-        isPlaced && (animator._timeline == _number ||
-                     (animator._timeline == Several && find(animator) != OccurrenceIndex::None));
-    const bool moves = isPlaced && animator._startFrame != startFrame;
+        isPlaced && (Inside::timeline(animator) == _number ||
+                     (Inside::timeline(animator) == Several && find(animator) != OccurrenceIndex::None));
+    const bool moves = isPlaced && Inside::startFrame(animator) != startFrame;
     const bool sortsAnew = !isTrusted() || (moves && isHere);
     if (sortsAnew) sortPending(); // entries from before the change were sorted without it
 
-    animator._startFrame = startFrame;
+    Inside::startFrame(animator) = startFrame;
     if (moves) {
         const bool wasMeasured = _lengths == read(lengthChanges);
         startChanges.fetch_add(1, std::memory_order_relaxed);
         lengthChanged();
         if (wasMeasured) _lengths = read(lengthChanges);
     }
-    ++animator._placements;
-    animator.noteClass();
-    animator._timeline = isPlaced && animator._timeline != _number ? Several : _number;
+    ++Inside::placements(animator);
+    Inside::noteClass(animator);
+    Inside::timeline(animator) = isPlaced && Inside::timeline(animator) != _number ? Several : _number;
     if (_unmeasured != nullptr) _measureAll = true;
     _unmeasured = &animator;
     if (_index) _index->append(&animator);
@@ -91,7 +94,7 @@ bool Timeline::remove(const Animator& item) {
 }
 
 void Timeline::leave(Animator& animator) {
-    if (--animator._placements == 0) animator._timeline = 0;
+    if (--Inside::placements(animator) == 0) Inside::timeline(animator) = 0;
 }
 
 void Timeline::clear() {
@@ -107,7 +110,7 @@ void Timeline::clear() {
 
 std::int64_t Timeline::latestEnd(std::int64_t end) {
     const auto measure = [&](const Animator& animator) {
-        end = std::max(end, platform::checkedAdd(animator._startFrame, animator._frames));
+        end = std::max(end, platform::checkedAdd(Inside::startFrame(animator), Inside::frames(animator)));
     };
     if (_measureAll || _lengths != read(lengthChanges)) {
         for (const Entry& entry : _entries) {
@@ -128,7 +131,7 @@ void Timeline::putInOrder() {
     if (isTrusted()) return;
     // A start frame changed somewhere. If it was none of these, the order is still right.
     const bool holds = std::all_of(_entries.begin(), _entries.end(), [](const Entry& entry) {
-        return entry.startFrame == entry.animator->_startFrame;
+        return entry.startFrame == Inside::startFrame(*entry.animator);
     });
     if (holds) _starts = read(startChanges);
 }
@@ -142,7 +145,7 @@ std::vector<std::shared_ptr<Animator>> Timeline::items() {
 }
 
 std::size_t Timeline::find(const Animator& item) {
-    if (item._placements == 0) return OccurrenceIndex::None;
+    if (Inside::placements(item) == 0) return OccurrenceIndex::None;
     if (!_index && _scans.exceeded(_live)) {
         _index = std::make_unique<OccurrenceIndex>(_entries.size());
         for (const Entry& entry : _entries) _index->append(entry.animator.get());
@@ -151,7 +154,8 @@ std::size_t Timeline::find(const Animator& item) {
     auto begin = _entries.begin();
     auto end = _entries.end();
     if (isTrusted() && _sorted == _entries.size()) {
-        std::tie(begin, end) = std::equal_range(begin, end, Entry{item._startFrame, nullptr}, ByStartFrame);
+        std::tie(begin, end) =
+            std::equal_range(begin, end, Entry{Inside::startFrame(item), nullptr}, ByStartFrame);
     }
     const auto place = std::find_if(begin, end, [&](const Entry& e) { return e.animator.get() == &item; });
     _scans.spend(static_cast<std::size_t>(place - begin));
@@ -175,7 +179,7 @@ void Timeline::sortPending() {
 
 void Timeline::sortAnew() {
     compact();
-    for (Entry& entry : _entries) entry.startFrame = entry.animator->_startFrame;
+    for (Entry& entry : _entries) entry.startFrame = Inside::startFrame(*entry.animator);
     std::stable_sort(_entries.begin(), _entries.end(), ByStartFrame);
     _sorted = _entries.size();
     dropIndex();

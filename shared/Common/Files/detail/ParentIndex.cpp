@@ -5,6 +5,7 @@
 
 #include "platform/foundation/fatal.hpp"
 #include "shared/Common/Files/Folder.hpp"
+#include "shared/Common/Files/detail/NodeInside.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -20,7 +21,7 @@ constexpr std::size_t ShortList = 16;
 }
 
 bool hasSubpath(const File& node, const NodePath& path) {
-    return node.namePart() == path.name && node.location()->hasDirectoryOf(*path.directory);
+    return NodeInside::name(node) == path.name && NodeInside::location(node).hasDirectoryOf(*path.directory);
 }
 
 } // namespace
@@ -36,7 +37,7 @@ std::shared_ptr<File> ParentIndex::walk(const FileList& list, const NodePath& pa
 }
 
 std::shared_ptr<File> ParentIndex::find(const FileList& list, const NodePath& path) {
-    const Stamp now{list.edits(), File::relabelings()};
+    const Stamp now{list.edits(), NodeInside::relabelings()};
     if (now != _stamp) {
         if (list.size() > ShortList && _walked != now) {
             _walked = now;
@@ -66,7 +67,7 @@ void ParentIndex::forget() {
 void ParentIndex::indexNewEntries(const FileList& list) {
     for (; _indexed < list.size(); ++_indexed) {
         File& node = *list[_indexed];
-        node.becomeIndexed();
+        NodeInside::becomeIndexed(node);
         if (!node.isDirectory()) continue;
         if (node.asFolder() != nullptr) {
             insert(list, _indexed);
@@ -89,7 +90,7 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
             _slots[at] = slot;
         }
     }
-    const NodePath path = node.path();
+    const NodePath path = NodeInside::path(node);
     const std::size_t hash = path.hash();
     Slot& slot = slotOf(list, path, hash);
     if (slot.next == 0) ++_folders;
