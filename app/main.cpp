@@ -27,11 +27,31 @@
 // there.
 #include "app/AppDelegate.hpp"
 #include "app/interface/ViewController.hpp"
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/ui/UIApplication.hpp"
 #include "platform/ui/classRegistry.hpp"
 #include "shared/HelpViewController/HelpViewController.hpp"
 
+namespace {
+
+constexpr const char* Help = R"(Usage: tonewright [OPTION]
+
+Play loops through an audio effect and work the effect's own interface.
+
+  --help     show this text and end
+  --version  show the version and end
+
+Environment:
+  LV2_PATH           where to look for effects, a list of folders
+  TONEWRIGHT_EFFECT  the URI of the effect to host, instead of the bundled one
+  TONEWRIGHT_OUTPUT  pipewire, rtaudio or silent: where the sound goes, instead of the first that answers
+
+The program has no other options, no settings, and remembers nothing.)";
+
+} // namespace
+
 int main(int argc, char** argv) {
+    platform::setApplicationIdentity({.help = Help});
     platform::registerClass<tonewright::AppDelegate>("AppDelegate");
     platform::registerClass<tonewright::ViewController>("ViewController");
     tonewright::registerHelpScreen();

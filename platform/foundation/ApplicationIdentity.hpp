@@ -5,18 +5,20 @@
 // text of --help. Set once, before UIApplicationMain; read on the main thread.
 #pragma once
 
+#include "platform/foundation/product.hpp"
+
 #include <string>
 
 namespace platform {
 
 struct ApplicationIdentity {
-    std::string programName = "tonewright"; // of the executable; the windows' class too
-    std::string displayName = "Tonewright"; // for display
-    std::string interfaceName = "Main";     // of the main screen's description and its style sheet
-    std::string help; // the answer to --help, without the last newline; empty: tonewright's own
+    std::string programName = product::Name;        // of the executable; the windows' class too
+    std::string displayName = product::DisplayName; // for display
+    std::string interfaceName = "Main";             // of the main screen's description and its style sheet
+    std::string help = {};                          // the answer to --help, without the last newline
 };
 
-/// Returns the identity of this process: Tonewright's own until another is set.
+/// Returns the identity of this process: the main program's, without a help text, until another is set.
 [[nodiscard]] const ApplicationIdentity& applicationIdentity() noexcept;
 void setApplicationIdentity(ApplicationIdentity identity);
 

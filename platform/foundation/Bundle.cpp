@@ -4,6 +4,7 @@
 #include "platform/foundation/Bundle.hpp"
 
 #include "platform/foundation/FileManager.hpp"
+#include "platform/foundation/product.hpp"
 
 #include <filesystem>
 #include <system_error>
@@ -29,11 +30,11 @@ Bundle::Bundle(std::string executableDirectory)
     : _executableDirectory(std::move(executableDirectory)) {}
 
 std::optional<URL> Bundle::resourceURL() const {
-    // bin/tonewright beside share/tonewright; a test program is one level deeper, in bin/tests.
+    // The program in bin/ beside its folder in share/; a test program is one level deeper, in bin/tests.
     const fs::path directory = _executableDirectory;
     for (const fs::path& prefix : {directory.parent_path(), directory.parent_path().parent_path()}) {
         std::error_code ignored;
-        const fs::path resources = prefix / "share" / "tonewright";
+        const fs::path resources = prefix / "share" / product::Name;
         if (fs::is_directory(resources, ignored)) return URL::fileURLWithPath(resources.string(), true);
     }
     return std::nullopt;
@@ -71,7 +72,7 @@ URL Bundle::executableURL() const {
     return URL::fileURLWithPath(_executableDirectory + "/" + program.filename().string(), false);
 }
 URL Bundle::privateFrameworksURL() const {
-    return URL::fileURLWithPath(prefix() + "/lib/tonewright", true);
+    return URL::fileURLWithPath(prefix() + "/lib/" + product::Name, true);
 }
 URL Bundle::sharedFrameworksURL() const {
     return URL::fileURLWithPath(prefix() + "/lib", true);
@@ -83,13 +84,13 @@ URL Bundle::sharedSupportURL() const {
     return URL::fileURLWithPath(prefix() + "/share", true);
 }
 URL Bundle::appStoreReceiptURL() const {
-    return URL::fileURLWithPath(prefix() + "/share/tonewright/receipt", false);
+    return URL::fileURLWithPath(prefix() + "/share/" + product::Name + "/receipt", false);
 }
 
 std::optional<std::string> Bundle::bundleIdentifier() const {
     std::error_code error;
-    if (fs::read_symlink("/proc/self/exe", error).filename() != "tonewright") return std::nullopt;
-    return std::string(ApplicationIdentifier);
+    if (fs::read_symlink("/proc/self/exe", error).filename() != product::Name) return std::nullopt;
+    return std::string(product::Identifier);
 }
 
 std::vector<std::string> Bundle::pathsForResourcesOfType(std::string_view ofType,

@@ -15,9 +15,6 @@
 
 namespace platform {
 
-/// The application's unique name: its D-Bus name and the base of its desktop files' names.
-inline constexpr std::string_view ApplicationIdentifier = "example.tonewright.Tonewright";
-
 class Bundle {
   public:
     /// Returns the bundle of the running program.

@@ -8,6 +8,7 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/termination.hpp"
 #include "platform/ui/UIApplicationDelegate.hpp"
 #include "platform/ui/UIViewController.hpp"
@@ -30,8 +31,6 @@
 
 namespace platform {
 namespace {
-
-constexpr const char* IconName = "example.tonewright.Tonewright";
 
 // Creates the controller of the main screen and its window from the interface description.
 std::shared_ptr<UIWindow> loadMainScreen() {
@@ -131,7 +130,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>&,
     window->onActiveChange = [&](bool active) { activity.set(active); };
     afterFirstFrame(widgetOf(*window), [toolkitWindow = GTK_WINDOW(widgetOf(*window))] {
         traceFirstFrame();
-        showIcon(toolkitWindow, IconName);
+        showIcon(toolkitWindow, product::Identifier);
     });
 
     controller->viewWillAppear(false);

@@ -55,8 +55,8 @@ class UIApplication {
 /// From here on standard output is reserved for `print`. The options --help and --version are answered before
 /// anything starts. If the application cannot start (an unknown option, no display, no interface description)
 /// it reports the reason in one sentence on standard error and ends the process with status 2, 1 or 1. With
-/// TONEWRIGHT_TRACE_START in the environment the monotonic time of the first frame is written to standard
-/// error.
+/// product::TraceStartVariable in the environment the monotonic time of the first frame is written to
+/// standard error.
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& principalClassName,
                       std::string_view delegateClassName);
 

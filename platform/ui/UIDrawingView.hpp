@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view that the program draws: a static picture, and marks that move in front of it. "TonewrightDrawing" in
-// interface descriptions. Main thread only.
+// A view that the program draws: a static picture, and marks that move in front of it. Main thread
+// only.
 //
 // The picture is drawn when the view is first shown, when its size or the desktop's colours have changed, and
 // after `setNeedsDisplay`. Moving a mark repaints only its old and new place, so that many views can move at

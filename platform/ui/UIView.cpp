@@ -17,7 +17,7 @@ namespace platform {
 namespace {
 
 GQuark viewKey() {
-    static const GQuark key = g_quark_from_static_string("tonewright-uiview");
+    static const GQuark key = g_quark_from_static_string("platform-uiview");
     return key;
 }
 

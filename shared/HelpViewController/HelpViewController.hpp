@@ -9,6 +9,7 @@
 #pragma once
 
 #include "platform/foundation/URL.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/ui/UIButton.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/web/WKNavigationDelegate.hpp"
@@ -23,7 +24,7 @@
 namespace tonewright {
 
 /// The maker's web site.
-inline constexpr std::string_view WebSite = "https://tonewright.example/";
+inline constexpr std::string_view WebSite = platform::product::WebSite;
 
 /// Registers the screen's class and its view's with interface descriptions.
 void registerHelpScreen();

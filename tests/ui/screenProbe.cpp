@@ -3,6 +3,7 @@
 
 // A program with the real main interface description and a controller that only tells what it hears, one line
 // on standard output each. Tests work it with real keys and clicks.
+#include "platform/foundation/ApplicationIdentity.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/UIApplication.hpp"
@@ -82,6 +83,7 @@ class ProbeDelegate final : public UIApplicationDelegate {
 } // namespace
 
 int main(int argc, char** argv) {
+    setApplicationIdentity({.help = "Usage: probe"});
     registerClass<ProbeDelegate>("ProbeDelegate");
     registerClass<ProbeController>("ViewController");
     return UIApplicationMain(argc, argv, std::nullopt, "ProbeDelegate");

@@ -210,7 +210,7 @@ def run(*arguments: str, display: str = "") -> subprocess.CompletedProcess:
 
 class Entry(OnADisplay):
     def test_options_are_answered_without_a_display(self):
-        for option, text in (("--version", r"\Atonewright \d+\.\d+\.\d+\n\Z"), ("--help", "Usage: tonewright")):
+        for option, text in (("--version", r"\Atonewright \d+\.\d+\.\d+\n\Z"), ("--help", r"\AUsage: probe\n\Z")):
             answer = run(option)
             self.assertRegex(answer.stdout, text)
             self.assertEqual((answer.stderr, answer.returncode), ("", 0))

@@ -4,6 +4,7 @@
 #include "platform/foundation/detail/fileCopy.hpp"
 
 #include "platform/foundation/Descriptor.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/random.hpp"
 
 #include <array>
@@ -82,7 +83,7 @@ int copyBytes(int from, int to) {
 std::string temporaryName() {
     std::array<unsigned char, 8> bytes{};
     randomBytes(bytes);
-    std::string name = ".tonewright-";
+    std::string name = std::string(".") + product::Name + "-";
     for (const unsigned char byte : bytes) {
         name += "0123456789abcdef"[byte >> 4U];
         name += "0123456789abcdef"[byte & 15U];

@@ -6,6 +6,7 @@
 #include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/ProcessInfo.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/network/detail/Transfer.hpp"
 
 #include <algorithm>
@@ -144,7 +145,8 @@ class DownloadSink final : public ContentSink {
         _file = Descriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
         _path = "/proc/self/fd/" + std::to_string(_file.get());
         if (_file && ::access(_path.c_str(), F_OK) == 0) return std::nullopt;
-        _path = folder + "/tonewright-download-" + ProcessInfo::processInfo().globallyUniqueString() + ".tmp";
+        _path = folder + "/" + product::Name + "-download-" +
+                ProcessInfo::processInfo().globallyUniqueString() + ".tmp";
         _file = Descriptor(::open(_path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
         if (!_file) return writeError(errno);
         _hasName = true;

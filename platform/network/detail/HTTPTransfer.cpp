@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The transfer of an http or https URL: everything runs on the network thread, in constant memory.
+#include "platform/foundation/product.hpp"
 #include "platform/network/detail/ChunkedBody.hpp"
 #include "platform/network/detail/GzipContent.hpp"
 #include "platform/network/detail/NetworkThread.hpp"
@@ -285,7 +286,7 @@ URLSession::Implementation::~Implementation() {
 SoupSession* URLSession::Implementation::connections() {
     // Each transfer has its own time-out.
     if (_connections == nullptr) {
-        _connections = soup_session_new_with_options("timeout", 0U, "user-agent", "tonewright", nullptr);
+        _connections = soup_session_new_with_options("timeout", 0U, "user-agent", product::Name, nullptr);
     }
     return _connections;
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/dispatch/DispatchQueue.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/network/URLSession.hpp"
 #include "platform/network/detail/ContentSink.hpp"
 
@@ -24,7 +25,7 @@ class URLSession::Implementation {
     /// Returns the connections; on the network thread only.
     [[nodiscard]] SoupSession* connections();
     /// The session's own queue, on which completions are called.
-    DispatchQueue queue{"example.tonewright.network"};
+    DispatchQueue queue{std::string(product::LabelPrefix) + "network"};
 
   private:
     SoupSession* _connections = nullptr; // belongs to the network thread

@@ -6,6 +6,7 @@
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 
 #include <algorithm>
 #include <array>
@@ -41,7 +42,7 @@ class PictureProcess {
     /// Starts the process with `input` and `output` as its standard descriptors and no others except standard
     /// error. Failure is reported on standard error.
     PictureProcess(const char* format, std::int64_t mostPixels, int input, int output) {
-        const std::string program = Bundle::main().privateFrameworksPath() + "/tonewright-picture";
+        const std::string program = Bundle::main().privateFrameworksPath() + "/" + product::PictureProgram;
         std::array<std::string, 3> words = {program, format, std::to_string(mostPixels)};
         std::array<char*, 4> arguments{};
         for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding of a picture in a process of its own, lib/tonewright/tonewright-picture. It receives the picture
+// Decoding of a picture in a process of its own, images/main.cpp. It receives the picture
 // on its standard input and writes a PictureHeader and the pixels to its standard output, a file in memory.
 // It sets its own limits; the program gives it a deadline, ends it in any case and trusts nothing that it
 // wrote. Any thread.

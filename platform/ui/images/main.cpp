@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// tonewright-picture FORMAT MOST-PIXELS: decodes the picture on standard input into the file that is standard
-// output, as platform/ui/images/imageProcess.hpp describes it. Nobody but the program starts it. A picture
-// may do here what it can: the process has no files, no network and little time.
+// The program for pictures, called with FORMAT MOST-PIXELS: decodes the picture on standard input into the
+// file that is standard output, as platform/ui/images/imageProcess.hpp describes it. Nobody but the program
+// starts it. A picture may do here what it can: the process has no files, no network and little time.
 #include "platform/foundation/confinement.hpp"
 #include "platform/ui/images/PixbufDecoder.hpp"
 #include "platform/ui/images/imageProcess.hpp"

@@ -3,6 +3,7 @@
 
 #include "platform/ui/interface/ActionScope.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
 
 #include <new>
@@ -69,7 +70,7 @@ void initialiseScope(gpointer interface, gpointer) {
 GType actionScopeType() {
     static const GType type = [] {
         const GType made = g_type_register_static_simple(
-            GTK_TYPE_BUILDER_CSCOPE, "TonewrightActionScope", sizeof(ActionScopeClass), initialiseClass,
+            GTK_TYPE_BUILDER_CSCOPE, product::ActionScopeType, sizeof(ActionScopeClass), initialiseClass,
             sizeof(ActionScope), nullptr, static_cast<GTypeFlags>(0));
         const GInterfaceInfo info = {initialiseScope, nullptr, nullptr};
         g_type_add_interface_static(made, GTK_TYPE_BUILDER_SCOPE, &info);

@@ -3,6 +3,8 @@
 
 #include "platform/ui/interface/DisclosureObject.hpp"
 
+#include "platform/foundation/product.hpp"
+
 #include <gtk/gtk.h>
 
 namespace platform {
@@ -77,7 +79,7 @@ void initialiseClass(gpointer klass, gpointer) {
 
 GType disclosureObjectType() {
     static const GType type = g_type_register_static_simple(
-        G_TYPE_OBJECT, "TonewrightDisclosure", sizeof(DisclosureObjectClass), initialiseClass,
+        G_TYPE_OBJECT, product::DisclosureType, sizeof(DisclosureObjectClass), initialiseClass,
         sizeof(DisclosureObject), nullptr, static_cast<GTypeFlags>(0));
     return type;
 }

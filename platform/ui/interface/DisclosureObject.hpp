@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Returns the type "TonewrightDisclosure" with the properties "button" and "view", registering it first.
+/// Returns the type of disclosures with the properties "button" and "view", registering it first.
 [[nodiscard]] GType disclosureObjectType();
 
 } // namespace platform

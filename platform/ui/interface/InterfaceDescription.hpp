@@ -4,7 +4,7 @@
 // An interface description that has been read: a GtkBuilder file whose object ids are the outlets and whose
 // handler names are the actions of one controller. Main thread only.
 //
-// A "TonewrightSegue" in it leads to another screen: its id is the segue's identifier, its property
+// A segue in it leads to another screen: its id is the segue's identifier, its property
 // "destination" names the other screen's description. A handler of that name performs the segue without an
 // action.
 //

@@ -3,6 +3,8 @@
 
 #include "platform/ui/interface/SegueObject.hpp"
 
+#include "platform/foundation/product.hpp"
+
 namespace platform {
 namespace {
 
@@ -53,7 +55,7 @@ void initialiseClass(gpointer klass, gpointer) {
 
 GType segueObjectType() {
     static const GType type = g_type_register_static_simple(
-        G_TYPE_OBJECT, "TonewrightSegue", sizeof(SegueObjectClass), initialiseClass, sizeof(SegueObject),
+        G_TYPE_OBJECT, product::SegueType, sizeof(SegueObjectClass), initialiseClass, sizeof(SegueObject),
         nullptr, static_cast<GTypeFlags>(0));
     return type;
 }

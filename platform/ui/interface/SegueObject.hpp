@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Returns the type "TonewrightSegue", registering it first.
+/// Returns the type of segues, registering it first.
 [[nodiscard]] GType segueObjectType();
 
 [[nodiscard]] bool isSegueObject(GObject* object);

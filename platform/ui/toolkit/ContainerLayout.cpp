@@ -3,6 +3,7 @@
 
 #include "platform/ui/toolkit/ContainerLayout.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 #include "platform/ui/toolkit/Placement.hpp"
 
@@ -42,7 +43,7 @@ void initialiseChildClass(gpointer klass, gpointer) {
 
 GType layoutChildType() {
     static const GType type = g_type_register_static_simple(
-        GTK_TYPE_LAYOUT_CHILD, "TonewrightViewLayoutChild", sizeof(LayoutChildClass), initialiseChildClass,
+        GTK_TYPE_LAYOUT_CHILD, product::ViewLayoutChildType, sizeof(LayoutChildClass), initialiseChildClass,
         sizeof(GtkLayoutChild), nullptr, static_cast<GTypeFlags>(0));
     return type;
 }
@@ -120,7 +121,7 @@ void initialiseClass(gpointer klass, gpointer) {
 
 GType containerLayoutType() {
     static const GType type = g_type_register_static_simple(
-        GTK_TYPE_LAYOUT_MANAGER, "TonewrightViewLayout", sizeof(LayoutClass), initialiseClass,
+        GTK_TYPE_LAYOUT_MANAGER, product::ViewLayoutType, sizeof(LayoutClass), initialiseClass,
         sizeof(GtkLayoutManager), nullptr, static_cast<GTypeFlags>(0));
     return type;
 }

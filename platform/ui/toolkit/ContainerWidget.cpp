@@ -3,6 +3,7 @@
 
 #include "platform/ui/toolkit/ContainerWidget.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/ui/toolkit/ContainerLayout.hpp"
 #include "platform/ui/toolkit/Placement.hpp"
 
@@ -93,7 +94,7 @@ bool isSizedByFrame(GtkWidget* widget) {
 
 GType containerWidgetType() {
     static const GType type = g_type_register_static_simple(
-        GTK_TYPE_WIDGET, "TonewrightView", sizeof(ContainerWidgetClass), initialiseClass,
+        GTK_TYPE_WIDGET, product::ViewType, sizeof(ContainerWidgetClass), initialiseClass,
         sizeof(ContainerWidget), initialise, static_cast<GTypeFlags>(0));
     return type;
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The widget of a plain UIView, "TonewrightView" in interface descriptions, and the layout manager that
+// The widget of a plain UIView, product::ViewType in interface descriptions, and the layout manager that
 // places its children. Main thread only.
 //
 // In an interface description a child fills its container with <layout><property

@@ -3,6 +3,7 @@
 
 #include "platform/ui/toolkit/DrawingWidget.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/ui/detail/CanvasTarget.hpp"
 
 #include <cmath>
@@ -140,7 +141,7 @@ void initialiseClass(gpointer klass, gpointer) {
 
 GType drawingWidgetType() {
     static const GType type = g_type_register_static_simple(
-        GTK_TYPE_WIDGET, "TonewrightDrawing", sizeof(DrawingWidgetClass), initialiseClass,
+        GTK_TYPE_WIDGET, product::DrawingType, sizeof(DrawingWidgetClass), initialiseClass,
         sizeof(DrawingWidget), initialise, static_cast<GTypeFlags>(0));
     return type;
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The widget of a UIDrawingView, "TonewrightDrawing" in interface descriptions. Main thread only.
+// The widget of a UIDrawingView, product::DrawingType in interface descriptions. Main thread only.
 #pragma once
 
 #include "platform/ui/Mark.hpp"

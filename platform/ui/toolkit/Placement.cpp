@@ -24,7 +24,7 @@ Span spanFor(Span own, std::optional<double> start, std::optional<double> end) {
 } // namespace
 
 Placement& placementOf(GtkWidget* widget) {
-    static const GQuark key = g_quark_from_static_string("tonewright-placement");
+    static const GQuark key = g_quark_from_static_string("platform-placement");
     auto* placement = static_cast<Placement*>(g_object_get_qdata(G_OBJECT(widget), key));
     if (placement == nullptr) {
         placement = new Placement;

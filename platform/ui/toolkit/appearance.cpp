@@ -105,7 +105,7 @@ void showIcon(GtkWindow* window, const char* name) {
     std::vector<GObjectRef<GdkTexture>> textures;
     GList* list = nullptr;
     for (const char* size : {"48x48", "128x128"}) {
-        // Icons are beside the resources: share/icons and share/tonewright.
+        // Icons are beside the resources: share/icons.
         const std::string path = resources->path() + "/../icons/hicolor/" + size + "/apps/" + name + ".png";
         GdkTexture* texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
         if (texture == nullptr) continue; // the desktop shows a default one

@@ -13,7 +13,7 @@ struct HeldKey {
 };
 
 GQuark heldKeyQuark() {
-    static const GQuark key = g_quark_from_static_string("tonewright-held-key");
+    static const GQuark key = g_quark_from_static_string("platform-held-key");
     return key;
 }
 

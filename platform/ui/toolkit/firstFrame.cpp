@@ -4,6 +4,7 @@
 #include "platform/ui/toolkit/firstFrame.hpp"
 
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 
 #include <cinttypes>
 #include <cstdio>
@@ -43,7 +44,7 @@ void afterFirstFrame(GtkWidget* window, std::function<void()> task) {
 }
 
 void traceFirstFrame() {
-    if (std::getenv("TONEWRIGHT_TRACE_START") == nullptr) return;
+    if (std::getenv(product::TraceStartVariable) == nullptr) return;
     const std::int64_t now = g_get_monotonic_time();
     char line[64];
     std::snprintf(line, sizeof line, "first frame %" PRId64 ".%06" PRId64, now / 1'000'000, now % 1'000'000);

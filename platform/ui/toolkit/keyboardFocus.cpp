@@ -30,7 +30,7 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
 }
 
 GQuark pointerQuark() {
-    static const GQuark quark = g_quark_from_static_string("tonewright-uses-pointer");
+    static const GQuark quark = g_quark_from_static_string("platform-uses-pointer");
     return quark;
 }
 

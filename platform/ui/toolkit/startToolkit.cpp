@@ -38,7 +38,7 @@ void startToolkit() {
     std::setlocale(LC_ALL, "");
     std::setlocale(LC_NUMERIC, "C");
     gtk_disable_setlocale();
-    // Translations lie beside the resources: share/locale and share/tonewright.
+    // Translations lie beside the resources: share/locale.
     if (const auto resources = Bundle::main().resourceURL()) {
         findTranslationsIn((resources->path() + "/../locale").c_str());
     }

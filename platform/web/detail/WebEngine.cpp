@@ -5,6 +5,7 @@
 
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/ui/webSandbox.hpp"
 
 #include <array>
@@ -56,7 +57,7 @@ void giveUpSandboxWhereItFails() {
 // Opened once and never closed: the engine registers types that stay for the life of the process.
 MakeWebEngineView* openModule() {
     giveUpSandboxWhereItFails();
-    const std::string path = Bundle::main().privateFrameworksPath() + "/libtonewright-web.so";
+    const std::string path = Bundle::main().privateFrameworksPath() + "/" + product::WebModule;
     void* module = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     void* symbol = module == nullptr ? nullptr : dlsym(module, MakeWebEngineViewSymbol);
     if (symbol == nullptr) warn("The web engine cannot be opened: " + std::string(dlerror()));

@@ -40,7 +40,7 @@ class WebEngineView {
 
 /// The function that the module exports; `client` outlives the view.
 using MakeWebEngineView = WebEngineView*(WebClient& client);
-inline constexpr const char* MakeWebEngineViewSymbol = "tonewrightMakeWebEngineView";
+inline constexpr const char* MakeWebEngineViewSymbol = "platformMakeWebEngineView";
 
 /// Creates a view, opening the module first if that has not been done; absent, with a sentence on standard
 /// error, if it cannot be opened.

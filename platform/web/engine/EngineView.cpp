@@ -192,6 +192,6 @@ void EngineView::tellIsWorking(bool isWorking) {
 } // namespace platform
 
 extern "C" __attribute__((visibility("default"))) platform::WebEngineView*
-tonewrightMakeWebEngineView(platform::WebClient& client) {
+platformMakeWebEngineView(platform::WebClient& client) {
     return std::make_unique<platform::EngineView>(client).release();
 }

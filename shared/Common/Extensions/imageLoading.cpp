@@ -6,6 +6,7 @@
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/dispatch/Task.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/network/URLSession.hpp"
 #include "platform/ui/UIImageView.hpp"
 #include "shared/Common/Extensions/safeprint.hpp"
@@ -33,7 +34,7 @@ void readInto(const std::weak_ptr<UIImageView>& place, const URL& url) {
 // One at a time, in the order of the answers, so that pictures from the network never take more than one
 // processor.
 platform::DispatchQueue& decodingQueue() {
-    static platform::DispatchQueue queue("example.tonewright.pictures");
+    static platform::DispatchQueue queue(std::string(platform::product::LabelPrefix) + "pictures");
     return queue;
 }
 

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "platform/foundation/FileManager.hpp"
+#include "platform/foundation/product.hpp"
 #include "shared/Common/Files/FileTree.hpp"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ class URLSessionTask;
 namespace tonewright {
 
 /// The folder that the maker's programs share.
-inline constexpr std::string_view ApplicationGroupIdentifier = "group.tonewright.example";
+inline constexpr std::string_view ApplicationGroupIdentifier = platform::product::GroupIdentifier;
 
 enum class DownloadOutcome {
     Stored,    // at its destination
