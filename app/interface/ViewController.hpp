@@ -83,8 +83,6 @@ class ViewController : public platform::UIViewController,
     void offerConnections(platform::InterfaceConnections& connections) override;
 
   private:
-    friend struct ViewControllerProbe; // the tests' access to the private part
-
     virtual void getDirectories();
     virtual void embedPlugInView();
     virtual void resetPluginView(double w, double h);

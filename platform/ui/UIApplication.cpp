@@ -94,8 +94,7 @@ UIApplication& UIApplication::shared() {
 
 void UIApplication::openURL(const URL& url, const std::map<std::string, std::string>&,
                             std::function<void(bool)> completionHandler) {
-    const URLOpener opener = _urlOpener ? _urlOpener : openOnDesktop; // a copy: it may be replaced meanwhile
-    opener(url, std::move(completionHandler));
+    openOnDesktop(url, std::move(completionHandler));
 }
 
 void UIApplication::terminate() {

@@ -17,10 +17,6 @@ namespace platform {
 
 class UIApplicationDelegate;
 
-/// Opens a URL outside the program and calls `completion` (which may be empty) on the main queue with whether
-/// it was handed over.
-using URLOpener = std::function<void(const URL& url, std::function<void(bool)> completion)>;
-
 class UIApplication {
   public:
     /// Returns the application of this process.
@@ -34,8 +30,6 @@ class UIApplication {
     /// Opens `url` in the desktop's own program for it, and returns at once. There are no options.
     void openURL(const URL& url, const std::map<std::string, std::string>& options,
                  std::function<void(bool success)> completionHandler);
-    /// Replaces the desktop by `opener` for opening URLs; empty: the desktop again. For tests.
-    void setURLOpener(URLOpener opener) { _urlOpener = std::move(opener); }
 
     /// Ends the loop after the present turn.
     void terminate();
@@ -44,7 +38,6 @@ class UIApplication {
   private:
     UIApplication() = default;
     std::shared_ptr<UIApplicationDelegate> _delegate;
-    URLOpener _urlOpener; // empty: the desktop
     bool _isTerminating = false;
 };
 

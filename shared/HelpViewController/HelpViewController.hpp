@@ -74,8 +74,6 @@ class HelpViewController : public platform::UIViewController,
     void offerConnections(platform::InterfaceConnections& connections) override;
 
   private:
-    friend struct HelpViewControllerProbe; // the tests' access to the private part
-
     virtual void loadHelpHtml(); // kept: no identifier leads to it
     virtual void loadHelpPdf();
     virtual void loadDocument();

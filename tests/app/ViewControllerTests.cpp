@@ -9,19 +9,43 @@
 #include "platform/foundation/fatal.hpp"
 #include "platform/ui/interface/InterfaceDescription.hpp"
 #include "tests/support/InProcessEffect.hpp"
+#include "tests/support/revealed.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 namespace tonewright {
 
+namespace test {
+
+struct ManagerOfScreen {
+    friend auto revealed(ManagerOfScreen);
+};
+struct EffectController {
+    friend auto revealed(EffectController);
+};
+struct ResetPluginView {
+    friend auto revealed(ResetPluginView);
+};
+struct EmbedPlugInView {
+    friend auto revealed(EmbedPlugInView);
+};
+template struct Reveal<ManagerOfScreen, &ViewController::audioUnitManager>;
+template struct Reveal<EffectController, &ViewController::audioUnitViewController>;
+template struct Reveal<ResetPluginView, &ViewController::resetPluginView>;
+template struct Reveal<EmbedPlugInView, &ViewController::embedPlugInView>;
+
+} // namespace test
+
 struct ViewControllerProbe {
     ViewController& screen;
 
-    [[nodiscard]] std::shared_ptr<AUExtensionManager>& manager() const { return screen.audioUnitManager; }
-    [[nodiscard]] std::shared_ptr<platform::UIViewController>& effectController() const {
-        return screen.audioUnitViewController;
+    [[nodiscard]] std::shared_ptr<AUExtensionManager>& manager() const {
+        return screen.*revealed(test::ManagerOfScreen());
     }
-    void resetPluginView(double w, double h) const { screen.resetPluginView(w, h); }
-    void embedPlugInView() const { screen.embedPlugInView(); }
+    [[nodiscard]] std::shared_ptr<platform::UIViewController>& effectController() const {
+        return screen.*revealed(test::EffectController());
+    }
+    void resetPluginView(double w, double h) const { (screen.*revealed(test::ResetPluginView()))(w, h); }
+    void embedPlugInView() const { (screen.*revealed(test::EmbedPlugInView()))(); }
 };
 
 namespace test {

@@ -4,15 +4,21 @@
 // The help screen on a real window, with the real engine: what it shows, tells, allows and refuses.
 #include "shared/HelpViewController/HelpViewController.hpp"
 
+#include "tests/support/revealed.hpp"
 #include "tests/web/webFixture.hpp"
 
 #include <webkit/webkit.h>
 
 namespace tonewright {
 
-struct HelpViewControllerProbe {
-    static void loadHelpHtml(HelpViewController& screen) { screen.loadHelpHtml(); }
+namespace test {
+
+struct LoadHelpHtml {
+    friend auto revealed(LoadHelpHtml);
 };
+template struct Reveal<LoadHelpHtml, &HelpViewController::loadHelpHtml>;
+
+} // namespace test
 
 namespace {
 
@@ -126,7 +132,7 @@ TEST_F(HelpScreenTest, HelpPageIsShownFromItsText) {
     auto screen = makeScreen();
     screen->prepareInfo("none");
     show(screen);
-    HelpViewControllerProbe::loadHelpHtml(*screen);
+    (*screen.*revealed(test::LoadHelpHtml()))();
     EXPECT_TRUE(
         waitFor([&] { return titleOf(*screen->webView.lock()).find("Tonewright") != std::string::npos; }));
     EXPECT_EQ(output.lines(),
@@ -137,7 +143,7 @@ TEST_F(HelpScreenTest, HelpPageIsShownFromItsText) {
 
 // What the next test runs, from a tree whose page has a fault.
 TEST_F(HelpScreenTest, DISABLED_PageOfThisTree) {
-    HelpViewControllerProbe::loadHelpHtml(*makeScreen());
+    (*makeScreen().*revealed(test::LoadHelpHtml()))();
 }
 
 TEST_F(HelpScreenTest, HelpPageThatIsMissingIsFatalAndOneThatIsNoTextIsTold) {
