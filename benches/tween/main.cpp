@@ -22,11 +22,11 @@ struct Subject {
 };
 
 // A million animations of Qt fill several gigabytes.
-constexpr Subject Subjects[] = {{"tonewright", makeStackCrowd, 1'000'000},
-                                {"limit", makeLimitCrowd, 1'000'000},
-                                {"tweeny", makeTweenyCrowd, 1'000'000},
-                                {"claw", makeClawCrowd, 1'000'000},
-                                {"qt", makeQtCrowd, 100'000}};
+constexpr Subject Subjects[] = {{.name = "tonewright", .make = makeStackCrowd, .largest = 1'000'000},
+                                {.name = "limit", .make = makeLimitCrowd, .largest = 1'000'000},
+                                {.name = "tweeny", .make = makeTweenyCrowd, .largest = 1'000'000},
+                                {.name = "claw", .make = makeClawCrowd, .largest = 1'000'000},
+                                {.name = "qt", .make = makeQtCrowd, .largest = 100'000}};
 
 struct Times {
     double add, tick, remove; // nanoseconds per tween

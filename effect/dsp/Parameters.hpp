@@ -90,10 +90,10 @@ struct ParameterInfo {
     float minimum;
     float maximum;
     float defaultValue;
-    Unit unit;
-    Curve curve;
-    std::span<const std::string_view> choices; ///< names of the values of a Choice, from 0
-    std::string_view comment;                  ///< one sentence for users
+    Unit unit = Unit::None;
+    Curve curve = Curve::Linear;
+    std::span<const std::string_view> choices = {}; ///< names of the values of a Choice, from 0
+    std::string_view comment;                       ///< one sentence for users
 };
 
 using ParameterValues = std::array<float, ParameterCount>;
@@ -113,6 +113,9 @@ using ParameterValues = std::array<float, ParameterCount>;
 
 /// Finds a control by its port symbol.
 [[nodiscard]] std::optional<Parameter> findParameter(std::string_view symbol) noexcept;
+
+/// Returns whether the control takes whole numbers only.
+[[nodiscard]] bool hasSteps(const ParameterInfo& parameter) noexcept;
 
 /// Limits any float to the control's range; rounds where the control has steps, and returns the default for
 /// NaN.

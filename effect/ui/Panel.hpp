@@ -30,6 +30,9 @@ struct PanelActions {
     std::function<void()> releaseKeyboard = [] {}; ///< gives the keyboard back to the host
 };
 
+/// How much less a movement with Shift or Control does.
+inline constexpr double FineFactor = 0.1;
+
 struct KeyModifiers {
     bool shift = false;
     bool control = false;

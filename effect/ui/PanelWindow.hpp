@@ -56,6 +56,7 @@ class PanelWindow {
     bool create(Window parent, double scaleFactor);
     void handle(XEvent& event);
     void handleOwn(XEvent& event);
+    void deliverMove();
     void handleKey(XKeyEvent& event);
     void handleButton(const XButtonEvent& event);
     void takeKeyboard(Time time);

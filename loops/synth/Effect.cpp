@@ -9,43 +9,69 @@ namespace tonewright::loops {
 
 namespace {
 
-constexpr std::array<Setting<Drive>, 3> DriveSettings{
-    {{"amount", &Drive::amount, 0, 3}, {"tone", &Drive::tone, 200, 18000}, {"mix", &Drive::mix, 0, 1}}};
-constexpr std::array<Setting<Sweep>, 7> SweepSettings{{{"mode", &Sweep::mode, 0, 2},
-                                                       {"cutoff", &Sweep::cutoff, 20, 18000},
-                                                       {"to", &Sweep::to, 20, 18000},
-                                                       {"reso", &Sweep::reso, 0, 0.95},
-                                                       {"cycles", &Sweep::cycles, 1, 256},
-                                                       {"shape", &Sweep::shape, 0, 3},
-                                                       {"poles", &Sweep::poles, 2, 4}}};
-constexpr std::array<Setting<Chorus>, 4> ChorusSettings{{{"depth", &Chorus::depth, 0.1, 12},
-                                                         {"delay", &Chorus::delay, 1, 40},
-                                                         {"cycles", &Chorus::cycles, 1, 256},
-                                                         {"mix", &Chorus::mix, 0, 1}}};
-constexpr std::array<Setting<Phaser>, 5> PhaserSettings{{{"low", &Phaser::low, 60, 8000},
-                                                         {"high", &Phaser::high, 60, 12000},
-                                                         {"cycles", &Phaser::cycles, 1, 256},
-                                                         {"feedback", &Phaser::feedback, 0, 0.9},
-                                                         {"mix", &Phaser::mix, 0, 1}}};
-constexpr std::array<Setting<Tremolo>, 3> TremoloSettings{
-    {{"cycles", &Tremolo::cycles, 1, 512}, {"depth", &Tremolo::depth, 0, 1}, {"pan", &Tremolo::pan, 0, 1}}};
-constexpr std::array<Setting<Echo>, 5> EchoSettings{{{"steps", &Echo::steps, 0.25, 64},
-                                                     {"feedback", &Echo::feedback, 0, 0.9},
-                                                     {"mix", &Echo::mix, 0, 1},
-                                                     {"tone", &Echo::tone, 200, 18000},
-                                                     {"cross", &Echo::cross, 0, 1}}};
-constexpr std::array<Setting<Crush>, 3> CrushSettings{
-    {{"bits", &Crush::bits, 2, 16}, {"hold", &Crush::hold, 1, 64}, {"mix", &Crush::mix, 0, 1}}};
-constexpr std::array<Setting<Duck>, 2> DuckSettings{
-    {{"depth", &Duck::depth, 0, 1}, {"time", &Duck::time, 0.03, 2}}};
-constexpr std::array<Setting<Grains>, 5> GrainsSettings{{{"density", &Grains::density, 1, 200},
-                                                         {"size", &Grains::size, 0.01, 1},
-                                                         {"shift", &Grains::shift, -24, 24},
-                                                         {"share", &Grains::share, 0, 1},
-                                                         {"mix", &Grains::mix, 0, 1}}};
-constexpr std::array<Setting<Chop>, 1> ChopSettings{{{"depth", &Chop::depth, 0, 1}}};
-constexpr std::array<Setting<Tone>, 3> ToneSettings{
-    {{"low", &Tone::low, -24, 12}, {"high", &Tone::high, -24, 12}, {"width", &Tone::width, 0, 2}}};
+constexpr std::array<Setting<Drive>, 3> DriveSettings{{
+    {.name = "amount", .member = &Drive::amount, .least = 0, .greatest = 3},
+    {.name = "tone", .member = &Drive::tone, .least = 200, .greatest = 18000},
+    {.name = "mix", .member = &Drive::mix, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Sweep>, 7> SweepSettings{{
+    {.name = "mode", .member = &Sweep::mode, .least = 0, .greatest = 2},
+    {.name = "cutoff", .member = &Sweep::cutoff, .least = 20, .greatest = 18000},
+    {.name = "to", .member = &Sweep::to, .least = 20, .greatest = 18000},
+    {.name = "reso", .member = &Sweep::reso, .least = 0, .greatest = 0.95},
+    {.name = "cycles", .member = &Sweep::cycles, .least = 1, .greatest = 256},
+    {.name = "shape", .member = &Sweep::shape, .least = 0, .greatest = 3},
+    {.name = "poles", .member = &Sweep::poles, .least = 2, .greatest = 4},
+}};
+constexpr std::array<Setting<Chorus>, 4> ChorusSettings{{
+    {.name = "depth", .member = &Chorus::depth, .least = 0.1, .greatest = 12},
+    {.name = "delay", .member = &Chorus::delay, .least = 1, .greatest = 40},
+    {.name = "cycles", .member = &Chorus::cycles, .least = 1, .greatest = 256},
+    {.name = "mix", .member = &Chorus::mix, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Phaser>, 5> PhaserSettings{{
+    {.name = "low", .member = &Phaser::low, .least = 60, .greatest = 8000},
+    {.name = "high", .member = &Phaser::high, .least = 60, .greatest = 12000},
+    {.name = "cycles", .member = &Phaser::cycles, .least = 1, .greatest = 256},
+    {.name = "feedback", .member = &Phaser::feedback, .least = 0, .greatest = 0.9},
+    {.name = "mix", .member = &Phaser::mix, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Tremolo>, 3> TremoloSettings{{
+    {.name = "cycles", .member = &Tremolo::cycles, .least = 1, .greatest = 512},
+    {.name = "depth", .member = &Tremolo::depth, .least = 0, .greatest = 1},
+    {.name = "pan", .member = &Tremolo::pan, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Echo>, 5> EchoSettings{{
+    {.name = "steps", .member = &Echo::steps, .least = 0.25, .greatest = 64},
+    {.name = "feedback", .member = &Echo::feedback, .least = 0, .greatest = 0.9},
+    {.name = "mix", .member = &Echo::mix, .least = 0, .greatest = 1},
+    {.name = "tone", .member = &Echo::tone, .least = 200, .greatest = 18000},
+    {.name = "cross", .member = &Echo::cross, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Crush>, 3> CrushSettings{{
+    {.name = "bits", .member = &Crush::bits, .least = 2, .greatest = 16},
+    {.name = "hold", .member = &Crush::hold, .least = 1, .greatest = 64},
+    {.name = "mix", .member = &Crush::mix, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Duck>, 2> DuckSettings{{
+    {.name = "depth", .member = &Duck::depth, .least = 0, .greatest = 1},
+    {.name = "time", .member = &Duck::time, .least = 0.03, .greatest = 2},
+}};
+constexpr std::array<Setting<Grains>, 5> GrainsSettings{{
+    {.name = "density", .member = &Grains::density, .least = 1, .greatest = 200},
+    {.name = "size", .member = &Grains::size, .least = 0.01, .greatest = 1},
+    {.name = "shift", .member = &Grains::shift, .least = -24, .greatest = 24},
+    {.name = "share", .member = &Grains::share, .least = 0, .greatest = 1},
+    {.name = "mix", .member = &Grains::mix, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Chop>, 1> ChopSettings{{
+    {.name = "depth", .member = &Chop::depth, .least = 0, .greatest = 1},
+}};
+constexpr std::array<Setting<Tone>, 3> ToneSettings{{
+    {.name = "low", .member = &Tone::low, .least = -24, .greatest = 12},
+    {.name = "high", .member = &Tone::high, .least = -24, .greatest = 12},
+    {.name = "width", .member = &Tone::width, .least = 0, .greatest = 2},
+}};
 
 struct Named {
     std::string_view name;

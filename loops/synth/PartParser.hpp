@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -22,6 +23,16 @@ struct PartFault {
 
 template <typename Value>
 using Parsed = std::variant<Value, PartFault>;
+
+/// Appends what was parsed to `into`, or returns what is wrong with it.
+template <typename Item>
+[[nodiscard]] std::string appendTo(std::vector<Item>& into, Parsed<std::vector<Item>> parsed) {
+    if (const auto* fault = std::get_if<PartFault>(&parsed)) return fault->message;
+    for (Item& item : std::get<std::vector<Item>>(parsed)) {
+        into.push_back(std::move(item));
+    }
+    return {};
+}
 
 /// Reads a step length, "1/16" or "1/8t" (a triplet), as ticks.
 [[nodiscard]] std::optional<int> gridOf(std::string_view text);

@@ -4,6 +4,7 @@
 #include "RecipeParser.hpp"
 
 #include "PartParser.hpp"
+#include "TrackParser.hpp"
 
 #include <array>
 #include <cmath>
@@ -31,10 +32,10 @@ class Reader {
         const std::string_view keyword = line.keyword();
         const Words arguments = line.arguments();
         if (keyword == "drums" || keyword == "play") {
-            return beginTrack(line.number, keyword == "drums", arguments);
+            return beginTrack(_recipe, _sounds, line.number, keyword == "drums", arguments);
         }
         if (_recipe.tracks.empty()) return readHead(keyword, line.rest, arguments);
-        return readTrackLine(_recipe.tracks.back(), keyword, line.rest, arguments);
+        return readTrackLine(_recipe.tracks.back(), _sounds, keyword, line.rest, arguments);
     }
 
     // --- the head
@@ -46,7 +47,7 @@ class Reader {
             }
             return _recipe.title.empty() ? "a title needs words" : "";
         }
-        if (keyword == "chords") return append(_chordBars, chordBarsOf(rest));
+        if (keyword == "chords") return appendTo(_chordBars, chordBarsOf(rest));
         if (keyword == "room") {
             return readSettings(arguments, [this](std::string_view name, double value) {
                 return setRoom(_recipe.room, name, value);
@@ -57,14 +58,14 @@ class Reader {
         if (keyword == "swing") return readSwing(arguments);
         double value = 0.0;
         const auto whole = [&](double least, double greatest) {
-            std::string fault = number(arguments, least, greatest, value);
+            std::string fault = readNumber(arguments, least, greatest, value);
             if (fault.empty() && value != std::floor(value)) {
                 fault = quoted(keyword) + " must be a whole number";
             }
             return fault;
         };
         if (keyword == "tempo") {
-            std::string fault = number(arguments, 40, 240, value);
+            std::string fault = readNumber(arguments, 40, 240, value);
             _recipe.tempoThousandths = std::llround(value * 1000.0);
             return fault;
         }
@@ -90,7 +91,7 @@ class Reader {
             return fault;
         }
         if (keyword == "glue") {
-            std::string fault = number(arguments, 0, 1, value);
+            std::string fault = readNumber(arguments, 0, 1, value);
             _recipe.glue = value;
             return fault;
         }
@@ -139,190 +140,7 @@ class Reader {
             _recipe.swingTicks = *grid;
             arguments = arguments.first(1);
         }
-        return number(arguments, 50, 75, _recipe.swing);
-    }
-
-    // --- parts
-
-    std::string beginTrack(std::size_t line, bool drums, Words arguments) {
-        if (arguments.empty()) {
-            return drums ? "'drums' needs the name of a kit" : "'play' needs the name of an instrument";
-        }
-        Track track;
-        track.line = line;
-        track.drums = drums;
-        track.name = arguments[0];
-        if (drums) {
-            if (!_sounds.hasKit(track.name)) {
-                return "unknown kit " + quoted(track.name) + "; there are " + _sounds.kitNames();
-            }
-            if (arguments.size() > 1) return "nothing follows the name of a kit";
-        } else {
-            std::optional<Patch> patch = _sounds.instrument(track.name);
-            if (!patch) {
-                return "unknown instrument " + quoted(track.name) + "; there are " +
-                       _sounds.instrumentNames();
-            }
-            track.patch = *patch;
-            std::string fault =
-                readSettings(arguments.subspan(1), [&track](std::string_view name, double value) {
-                    return setPatch(track.patch, name, value);
-                });
-            if (!fault.empty()) return fault;
-        }
-        _recipe.tracks.push_back(std::move(track));
-        return {};
-    }
-
-    std::string readTrackLine(Track& track, std::string_view keyword, std::string_view rest,
-                              Words arguments) {
-        if (keyword == "level") return number(arguments, -40, 20, track.level);
-        if (keyword == "pan") return number(arguments, -1, 1, track.pan);
-        if (keyword == "send") return number(arguments, -60, 12, track.send);
-        if (keyword == "human") return number(arguments, 0, 1, track.human);
-        if (keyword == "swing") return number(arguments, 50, 75, track.swing);
-        if (keyword == "grid") {
-            const std::optional<int> grid = arguments.size() == 1 ? gridOf(arguments[0]) : std::nullopt;
-            if (!grid) return "a grid is 1/1 to 1/32, with a t for triplets, such as: grid 1/8t";
-            track.gridTicks = *grid;
-            return {};
-        }
-        if (keyword == "fx") return readEffect(track, arguments);
-        if (keyword == "chop") {
-            Parsed<std::vector<Hit>> hits = hitsOf(rest);
-            if (const auto* fault = std::get_if<PartFault>(&hits)) return fault->message;
-            Chop chop;
-            for (const Hit& hit : std::get<std::vector<Hit>>(hits)) {
-                chop.open.push_back(hit.velocity > 0.0);
-            }
-            track.effects.emplace_back(std::move(chop));
-            return {};
-        }
-        return track.drums ? readDrumLine(track, keyword, rest, arguments)
-                           : readPitchedLine(track, keyword, rest, arguments);
-    }
-
-    std::string readEffect(Track& track, Words arguments) {
-        if (arguments.empty()) return "'fx' needs the name of an effect";
-        std::optional<Effect> effect = effectNamed(arguments[0]);
-        if (!effect || std::holds_alternative<Chop>(*effect)) {
-            return "unknown effect " + quoted(arguments[0]) + "; there are " + effectNames();
-        }
-        std::string fault =
-            readSettings(arguments.subspan(1), [&effect](std::string_view name, double value) {
-                return setEffect(*effect, name, value);
-            });
-        track.effects.push_back(std::move(*effect));
-        return fault;
-    }
-
-    static DrumRow* rowNamed(Track& track, std::string_view name) {
-        for (DrumRow& row : track.rows) {
-            if (row.name == name) return &row;
-        }
-        return nullptr;
-    }
-
-    std::string readDrumLine(Track& track, std::string_view keyword, std::string_view rest, Words arguments) {
-        if (keyword == "tune") {
-            if (arguments.empty()) return "'tune' needs the name of a drum";
-            DrumRow* row = rowNamed(track, arguments[0]);
-            if (row == nullptr) {
-                return "'tune' follows the drum's row, and there is no row " + quoted(arguments[0]);
-            }
-            return readSettings(arguments.subspan(1), [row](std::string_view name, double value) {
-                return setDrum(row->drum, name, value);
-            });
-        }
-        const std::optional<Drum> drum = _sounds.drum(track.name, keyword);
-        if (!drum) {
-            return "unknown word " + quoted(keyword) +
-                   "; a drum part has level, pan, send, human, swing, grid, fx, chop, tune, and rows of " +
-                   _sounds.drumNames();
-        }
-        DrumRow* row = rowNamed(track, keyword);
-        if (row == nullptr) row = &track.rows.emplace_back(DrumRow{std::string(keyword), *drum, {}});
-        return append(row->hits, hitsOf(rest));
-    }
-
-    std::string readPitchedLine(Track& track, std::string_view keyword, std::string_view rest,
-                                Words arguments) {
-        double value = 0.0;
-        if (keyword == "octave") {
-            std::string fault = number(arguments, 0, 8, value);
-            track.octave = static_cast<int>(value);
-            return fault;
-        }
-        if (keyword == "transpose") {
-            std::string fault = number(arguments, -36, 36, value);
-            track.transpose = static_cast<int>(value);
-            return fault;
-        }
-        if (keyword == "voices") {
-            std::string fault = number(arguments, 1, 6, value);
-            track.voices = static_cast<int>(value);
-            return fault;
-        }
-        if (keyword == "gate") return number(arguments, 0.05, 4, track.gate);
-        if (keyword == "strum") return number(arguments, 0, 0.2, track.strumSeconds);
-        if (keyword == "from") {
-            constexpr std::array<std::pair<std::string_view, CountFrom>, 4> Kinds{
-                {{"key", CountFrom::Key},
-                 {"root", CountFrom::Root},
-                 {"chord", CountFrom::Chord},
-                 {"voicing", CountFrom::Voicing}}};
-            return choose(arguments, Kinds, track.countFrom, "'from' is key, root, chord or voicing");
-        }
-        if (keyword == "voicing") {
-            constexpr std::array<std::pair<std::string_view, Voicing>, 4> Kinds{{{"close", Voicing::Close},
-                                                                                 {"drop2", Voicing::DropTwo},
-                                                                                 {"spread", Voicing::Spread},
-                                                                                 {"shell", Voicing::Shell}}};
-            return choose(arguments, Kinds, track.voicing, "'voicing' is close, drop2, spread or shell");
-        }
-        if (keyword == "line" || keyword == "hits") {
-            const bool chordal = keyword == "hits";
-            if (!track.cells.empty() && track.chordal != chordal) return "a part has either lines or hits";
-            track.chordal = chordal;
-            return append(track.cells, chordal ? chordCellsOf(rest) : noteCellsOf(rest));
-        }
-        return "unknown word " + quoted(keyword) +
-               "; a pitched part has level, pan, send, human, swing, grid, fx, chop, octave, transpose, "
-               "voices, gate, strum, "
-               "from, voicing, line and hits";
-    }
-
-    // --- pieces
-
-    static std::string number(Words arguments, double least, double greatest, double& into) {
-        const std::optional<double> value = arguments.size() == 1 ? numberOf(arguments[0]) : std::nullopt;
-        if (!value) return "one number is expected here";
-        if (!(*value >= least && *value <= greatest)) {
-            return quoted(arguments[0]) + " must lie between " + plainNumber(least) + " and " +
-                   plainNumber(greatest);
-        }
-        into = *value;
-        return {};
-    }
-
-    template <typename Kinds, typename Kind>
-    static std::string choose(Words arguments, const Kinds& kinds, Kind& into, const char* message) {
-        for (const auto& [name, kind] : kinds) {
-            if (arguments.size() == 1 && arguments[0] == name) {
-                into = kind;
-                return {};
-            }
-        }
-        return message;
-    }
-
-    template <typename Item>
-    static std::string append(std::vector<Item>& into, Parsed<std::vector<Item>> parsed) {
-        if (const auto* fault = std::get_if<PartFault>(&parsed)) return fault->message;
-        for (Item& item : std::get<std::vector<Item>>(parsed)) {
-            into.push_back(std::move(item));
-        }
-        return {};
+        return readNumber(arguments, 50, 75, _recipe.swing);
     }
 
     // --- the whole
@@ -348,50 +166,8 @@ class Reader {
                                           chords[static_cast<std::size_t>(index)]});
             }
         }
-        for (const Track& track : _recipe.tracks) {
-            if (track.drums ? track.rows.empty() : track.cells.empty()) {
-                return LineFault{track.line, "this part has no notes"};
-            }
-            if (std::string message = tooLong(track); !message.empty()) {
-                return LineFault{track.line, std::move(message)};
-            }
-            if (std::string message = holdsNothing(track); !message.empty()) {
-                return LineFault{track.line, std::move(message)};
-            }
-            const bool needsChords = !track.drums && (track.chordal || track.countFrom != CountFrom::Key);
-            if (needsChords && _recipe.chords.empty()) {
-                return LineFault{track.line, "this part follows chords, but the recipe has no 'chords'"};
-            }
-        }
+        if (auto fault = faultOfTracks(_recipe)) return *std::move(fault);
         return std::move(_recipe);
-    }
-
-    /// A hold or slide at the very beginning goes on from the loop's end; anywhere it needs a note to go on
-    /// from.
-    static std::string holdsNothing(const Track& track) {
-        for (std::size_t index = 0; index < track.cells.size(); ++index) {
-            const Cell::Kind before = track.cells[(index + track.cells.size() - 1) % track.cells.size()].kind;
-            const Cell::Kind here = track.cells[index].kind;
-            if (before == Cell::Kind::Rest && (here == Cell::Kind::Hold || here == Cell::Kind::Slide)) {
-                return "step " + std::to_string(index + 1) +
-                       " of this part holds or slides, but no note sounds before it";
-            }
-        }
-        return {};
-    }
-
-    [[nodiscard]] std::string tooLong(const Track& track) const {
-        const auto steps =
-            static_cast<std::size_t>((_recipe.ticks() + track.gridTicks - 1) / track.gridTicks);
-        const auto message = [steps](const std::string& what, std::size_t length) {
-            return what + " has " + std::to_string(length) + " steps, but the loop has only " +
-                   std::to_string(steps);
-        };
-        if (track.cells.size() > steps) return message("this part", track.cells.size());
-        for (const DrumRow& row : track.rows) {
-            if (row.hits.size() > steps) return message("row " + quoted(row.name), row.hits.size());
-        }
-        return {};
     }
 
     const SoundLibrary& _sounds;

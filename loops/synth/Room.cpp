@@ -65,10 +65,12 @@ void mix(std::array<double, 8>& values) noexcept {
 } // namespace
 
 SettingFault setRoom(Room& room, std::string_view name, double value) {
-    constexpr std::array<Setting<Room>, 4> Settings{{{"decay", &Room::decay, 0.1, 12},
-                                                     {"damp", &Room::damp, 200, 18000},
-                                                     {"predelay", &Room::predelay, 0, 0.3},
-                                                     {"size", &Room::size, 0.2, 3}}};
+    constexpr std::array<Setting<Room>, 4> Settings{{
+        {.name = "decay", .member = &Room::decay, .least = 0.1, .greatest = 12},
+        {.name = "damp", .member = &Room::damp, .least = 200, .greatest = 18000},
+        {.name = "predelay", .member = &Room::predelay, .least = 0, .greatest = 0.3},
+        {.name = "size", .member = &Room::size, .least = 0.2, .greatest = 3},
+    }};
     return assign<Room>(room, Settings, name, value);
 }
 

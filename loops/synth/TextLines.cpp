@@ -67,6 +67,17 @@ std::string readSettings(Words words, const std::function<SettingFault(std::stri
     return {};
 }
 
+std::string readNumber(Words arguments, double least, double greatest, double& into) {
+    const std::optional<double> value = arguments.size() == 1 ? numberOf(arguments[0]) : std::nullopt;
+    if (!value) return "one number is expected here";
+    if (!(*value >= least && *value <= greatest)) {
+        return quoted(arguments[0]) + " must lie between " + plainNumber(least) + " and " +
+               plainNumber(greatest);
+    }
+    into = *value;
+    return {};
+}
+
 std::string quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }

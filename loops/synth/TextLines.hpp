@@ -46,6 +46,10 @@ struct TextLine {
 /// Reads a decimal number, the whole of `text`.
 [[nodiscard]] std::optional<double> numberOf(std::string_view text);
 
+/// Reads the one number that is expected, from `least` to `greatest`, into `into`; returns what is wrong with
+/// it.
+[[nodiscard]] std::string readNumber(Words arguments, double least, double greatest, double& into);
+
 /// Passes each word of the form name=number to `set`; returns the first message, or an empty one.
 [[nodiscard]] std::string readSettings(Words words,
                                        const std::function<SettingFault(std::string_view, double)>& set);

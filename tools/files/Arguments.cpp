@@ -18,13 +18,13 @@ struct CommandWord {
 };
 
 constexpr std::array<CommandWord, 7> CommandWords = {{
-    {"scan", Command::Scan, 1, 1},
-    {"xml", Command::XML, 1, 1},
-    {"list", Command::List, 1, 1},
-    {"page", Command::Page, 1, 2},
-    {"dump", Command::Dump, 1, 1},
-    {"download", Command::Download, 1, 1},
-    {"report", Command::Report, 0, 0},
+    {.word = "scan", .command = Command::Scan, .leastOperands = 1, .mostOperands = 1},
+    {.word = "xml", .command = Command::XML, .leastOperands = 1, .mostOperands = 1},
+    {.word = "list", .command = Command::List, .leastOperands = 1, .mostOperands = 1},
+    {.word = "page", .command = Command::Page, .leastOperands = 1, .mostOperands = 2},
+    {.word = "dump", .command = Command::Dump, .leastOperands = 1, .mostOperands = 1},
+    {.word = "download", .command = Command::Download, .leastOperands = 1, .mostOperands = 1},
+    {.word = "report", .command = Command::Report, .leastOperands = 0, .mostOperands = 0},
 }};
 
 std::optional<Arguments> refuse(const std::string& why) {

@@ -27,15 +27,15 @@ struct Format {
     std::size_t signPosition = 0;
 };
 constexpr std::array<Format, 9> Formats = {{
-    {"png", PNGBeginning},
-    {"jpeg", "\xFF\xD8\xFF"sv},
-    {"gif", "GIF8"sv},
-    {"webp", "RIFF"sv, "WEBP"sv, 8},
-    {"bmp", "BM"sv},
-    {"tiff", "II*\0"sv},
-    {"tiff", "MM\0*"sv},
-    {"ico", "\0\0\1\0"sv},
-    {"ico", "\0\0\2\0"sv},
+    {.name = "png", .beginning = PNGBeginning},
+    {.name = "jpeg", .beginning = "\xFF\xD8\xFF"sv},
+    {.name = "gif", .beginning = "GIF8"sv},
+    {.name = "webp", .beginning = "RIFF"sv, .sign = "WEBP"sv, .signPosition = 8},
+    {.name = "bmp", .beginning = "BM"sv},
+    {.name = "tiff", .beginning = "II*\0"sv},
+    {.name = "tiff", .beginning = "MM\0*"sv},
+    {.name = "ico", .beginning = "\0\0\1\0"sv},
+    {.name = "ico", .beginning = "\0\0\2\0"sv},
 }};
 
 // A vector image is text: its root element, behind white space, a declaration and comments.
