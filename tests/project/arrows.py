@@ -30,7 +30,7 @@ MAY_INCLUDE = {
 # Folders that know the standard library and the platform, nothing else.
 SYSTEM = ("app", "shared", "gallery", "examples")
 # The effect's view is where the plug-in host and the toolkit meet; nothing else of the host sees a screen.
-EFFECTS_MEET_UI = re.compile(r"platform/effects/[^/]*View[^/]*\.[ch]pp$")
+EFFECTS_MEET_UI = re.compile(r"platform/effects/(view/|AUViewController\.hpp$)")
 # The headers of the system and the processor that a public header may include besides the standard library's.
 NEAR_THE_MACHINE = {"platform/realtime": {"semaphore.h", "xmmintrin.h"}}
 # Libraries that a folder must not know at all.
@@ -73,8 +73,6 @@ def folder_of(name: str) -> str | None:
 def private_to(name: str) -> str | None:
     """Give the folder that a header is private to; none when it is public. The public headers of a room of the platform
     lie directly in its folder; elsewhere a folder named detail is private to the one around it."""
-    if name.endswith(".private.hpp"):
-        return "platform/effects"
     room = re.match(r"(platform/\w+)/.+/", name) or re.match(r"(.+)/detail/", name)
     return room.group(1) if room and name.endswith(".hpp") else None
 
@@ -121,6 +119,9 @@ class Arrows(unittest.TestCase):
         self.assertEqual(RUN_UP - arrows, set())
         self.assertEqual(SHOWN_DETAILS - {header for name, header in arrows if private_to(name) is None
                                           and name.endswith(".hpp")}, set())
+
+    def test_one_convention_names_private_headers(self):
+        self.assertEqual([name for name in code() if ".private." in name], [])
 
 
 if __name__ == "__main__":

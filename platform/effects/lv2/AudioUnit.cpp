@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/AudioUnit.private.hpp"
+#include "platform/effects/lv2/AudioUnit.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/effects/lv2/UridMap.private.hpp"
+#include "platform/effects/lv2/UridMap.hpp"
 #include "platform/foundation/console.hpp"
 
 #include <algorithm>

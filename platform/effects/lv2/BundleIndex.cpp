@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/BundleIndex.private.hpp"
+#include "platform/effects/lv2/BundleIndex.hpp"
 
-#include "platform/effects/lv2/indexCache.private.hpp"
+#include "platform/effects/lv2/indexCache.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
 #include <algorithm>

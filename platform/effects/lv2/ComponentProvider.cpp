@@ -6,7 +6,7 @@
 #include "platform/effects/ComponentProvider.hpp"
 
 #include "platform/audio/OutputDevice.hpp"
-#include "platform/effects/lv2/AudioUnit.private.hpp"
+#include "platform/effects/lv2/AudioUnit.hpp"
 #include "platform/foundation/console.hpp"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/Features.private.hpp"
+#include "platform/effects/lv2/Features.hpp"
 
-#include "platform/effects/lv2/UridMap.private.hpp"
+#include "platform/effects/lv2/UridMap.hpp"
 #include "platform/foundation/ProcessInfo.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/userDirectories.hpp"

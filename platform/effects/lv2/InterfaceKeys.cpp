@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/InterfaceKeys.private.hpp"
+#include "platform/effects/lv2/InterfaceKeys.hpp"
 
 #include <X11/Xutil.h>
 #include <X11/keysym.h>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/SilentRun.private.hpp"
+#include "platform/effects/lv2/SilentRun.hpp"
 
-#include "platform/effects/lv2/runApart.private.hpp"
+#include "platform/effects/lv2/runApart.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/realtime/Gate.hpp"
 #include "platform/realtime/PlanarBuffer.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/Worker.private.hpp"
+#include "platform/effects/lv2/Worker.hpp"
 
 namespace platform::lv2 {
 namespace {

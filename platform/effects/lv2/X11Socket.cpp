@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/X11Socket.private.hpp"
+#include "platform/effects/lv2/X11Socket.hpp"
 
-#include "platform/effects/lv2/SizeRules.private.hpp"
+#include "platform/effects/lv2/SizeRules.hpp"
 #include "platform/foundation/console.hpp"
 
 #include <X11/Xatom.h>

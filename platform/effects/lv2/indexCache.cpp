@@ -8,7 +8,7 @@
 // P uri                       a plug-in that it contains
 // O uri                       a plug-in about which it has something
 // C uri type subtype manufacturer flags name
-#include "platform/effects/lv2/indexCache.private.hpp"
+#include "platform/effects/lv2/indexCache.hpp"
 
 #include "platform/foundation/URL.hpp"
 #include "platform/foundation/userDirectories.hpp"

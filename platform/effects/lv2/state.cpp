@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Saving and restoring what was set: through lilv, which knows the presets' format and the files in them.
-#include "platform/effects/lv2/Processor.private.hpp"
+#include "platform/effects/lv2/Processor.hpp"
 
-#include "platform/effects/lv2/UridMap.private.hpp"
+#include "platform/effects/lv2/UridMap.hpp"
 
 #include <algorithm>
 #include <array>

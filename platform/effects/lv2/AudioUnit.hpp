@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// An LV2 plug-in as an AUAudioUnit.
+#pragma once
+
+#include "platform/effects/AUAudioUnit.hpp"
+#include "platform/effects/lv2/Processor.hpp"
+#include "platform/effects/lv2/SilentRun.hpp"
+
+#include <utility>
+
+namespace platform::lv2 {
+
+class AudioUnit final : public AUAudioUnit {
+  public:
+    explicit AudioUnit(std::shared_ptr<Processor> processor);
+
+    [[nodiscard]] std::shared_ptr<NodeProcessor> processor() override { return _silentRun; }
+    [[nodiscard]] std::string contextName() const override;
+    void setContextName(std::string name) override;
+    [[nodiscard]] std::optional<std::vector<AUAudioUnitPreset>> factoryPresets() const override;
+    [[nodiscard]] std::optional<AUAudioUnitPreset> currentPreset() const override;
+    void setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset) override;
+    [[nodiscard]] std::vector<std::string> MIDIOutputNames() const override;
+    void setMIDIOutputEventBlock(MIDIOutputEventBlock block) override;
+    bool sendMIDIEvent(std::span<const std::uint8_t> message) override;
+    [[nodiscard]] std::vector<AUParameter> parameters() const override;
+    [[nodiscard]] float parameterValue(std::uint32_t address) const override;
+    void setParameterValue(std::uint32_t address, float value) override;
+    [[nodiscard]] std::uint32_t latencyFrames() const override { return _processor->latencyFrames(); }
+    [[nodiscard]] std::vector<std::uint8_t> fullState() const override;
+    std::optional<Error> setFullState(std::span<const std::uint8_t> state) override;
+    void requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) override;
+
+    [[nodiscard]] Processor& lv2Processor() const noexcept { return *_processor; }
+    /// Claims the one place for the effect's own interface; false while another has it. Main thread.
+    [[nodiscard]] bool claimInterface() noexcept { return !std::exchange(_hasInterface, true); }
+    void releaseInterface() noexcept { _hasInterface = false; }
+    /// Runs the effect on silence while the engine does not run it. What it sends as MIDI then is dropped:
+    /// nothing plays. Main thread.
+    void runOnSilence(bool isWanted) { _silentRun->setWanted(isWanted); }
+
+  private:
+    [[nodiscard]] const std::vector<Preset>& presets() const;
+
+    const std::shared_ptr<Processor> _processor;
+    const std::shared_ptr<SilentRun> _silentRun; // around the processor
+    bool _hasInterface = false;                  // main thread only
+    mutable std::mutex _mutex; // guards the following members; never held across a call into the plug-in
+    std::string _contextName;
+    mutable std::optional<std::vector<Preset>> _presets; // read at first use, then unchanged
+    std::optional<AUAudioUnitPreset> _currentPreset;
+};
+
+/// Creates the screen of the unit's effect: its own interface, a plain one if it has none that can be used,
+/// null if its own fails. Main thread.
+[[nodiscard]] std::shared_ptr<UIViewController> makeEffectViewController(std::shared_ptr<AudioUnit> unit);
+
+} // namespace platform::lv2
