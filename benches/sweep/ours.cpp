@@ -12,6 +12,7 @@
 #include "platform/audio/AVAudioFile.hpp"
 #include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/OfflineDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"

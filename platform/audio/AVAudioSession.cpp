@@ -3,9 +3,34 @@
 
 #include "platform/audio/AVAudioSession.hpp"
 
-#include "platform/audio/OutputDevice.hpp"
+#include "platform/audio/seams.hpp"
+
+#include <utility>
 
 namespace platform {
+namespace {
+
+struct Faults {
+    std::mutex mutex; // guards `set`
+    SessionFaults set;
+};
+
+Faults& faults() {
+    static auto& shared = *new Faults; // NOLINT: never destroyed, as the session is not
+    return shared;
+}
+
+std::optional<Error> faultOfCategory() {
+    const std::scoped_lock lock(faults().mutex);
+    return faults().set.setCategory ? faults().set.setCategory() : std::nullopt;
+}
+
+std::optional<Error> faultOfActive(bool active) {
+    const std::scoped_lock lock(faults().mutex);
+    return faults().set.setActive ? faults().set.setActive(active) : std::nullopt;
+}
+
+} // namespace
 
 AVAudioSession& AVAudioSession::sharedInstance() {
     static auto& session = *new AVAudioSession; // NOLINT: never destroyed, as the output is not
@@ -15,15 +40,12 @@ AVAudioSession& AVAudioSession::sharedInstance() {
 std::optional<Error> AVAudioSession::setCategory(AVAudioSessionCategory /*category*/,
                                                  AVAudioSessionMode /*mode*/, CategoryOptions /*options*/) {
     // Every stream of this program states this one category when it is opened (media role "Music").
-    const std::scoped_lock lock(_mutex);
-    return _faults.setCategory ? _faults.setCategory() : std::nullopt;
+    return faultOfCategory();
 }
 
 std::optional<Error> AVAudioSession::setActive(bool active, SetActiveOptions /*options*/) {
     const std::scoped_lock lock(_mutex);
-    if (_faults.setActive) {
-        if (auto error = _faults.setActive(active)) return error;
-    }
+    if (auto error = faultOfActive(active)) return error;
     if (active == (_claimed != nullptr)) return std::nullopt;
     if (active) {
         auto device = sharedOutputDevice();
@@ -36,9 +58,9 @@ std::optional<Error> AVAudioSession::setActive(bool active, SetActiveOptions /*o
     return std::nullopt;
 }
 
-void AVAudioSession::setFaults(Faults faults) {
-    const std::scoped_lock lock(_mutex);
-    _faults = std::move(faults);
+void setSessionFaults(SessionFaults set) {
+    const std::scoped_lock lock(faults().mutex);
+    faults().set = std::move(set);
 }
 
 } // namespace platform

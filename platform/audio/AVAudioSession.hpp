@@ -7,7 +7,6 @@
 #include "platform/foundation/Error.hpp"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -33,17 +32,9 @@ class AVAudioSession {
     /// harmless.
     [[nodiscard]] std::optional<Error> setActive(bool active, SetActiveOptions options);
 
-    /// For tests: replaces an operation if it returns an error.
-    struct Faults {
-        std::function<std::optional<Error>()> setCategory;
-        std::function<std::optional<Error>(bool active)> setActive;
-    };
-    void setFaults(Faults faults);
-
   private:
     AVAudioSession() = default;
-    std::mutex _mutex; // guards the fields below
-    Faults _faults;
+    std::mutex _mutex;                            // guards the field below
     std::shared_ptr<class OutputDevice> _claimed; // the device claimed while active
 };
 

@@ -68,8 +68,8 @@ class OutputDevice {
 [[nodiscard]] Error outputIsInUse();
 
 /// Returns the output of this process: a sound server if one answers, else a sound card, else silence; it
-/// switches between them by itself. TONEWRIGHT_OUTPUT=pipewire, rtaudio or silent in the environment selects
-/// one.
+/// switches between them by itself. product::OutputVariable in the environment, set to pipewire, rtaudio or
+/// silent, selects one.
 [[nodiscard]] std::shared_ptr<OutputDevice> sharedOutputDevice();
 /// The conditions for which an effect is created.
 struct RenderSetup {
@@ -80,8 +80,5 @@ struct RenderSetup {
 /// server's answer awaited. If none answers, or it refuses, the last known values are returned. Any thread
 /// except the audio thread.
 [[nodiscard]] RenderSetup askForRenderSetup();
-/// Replaces the process's output by `device` (null: the automatic one again). For tests and for bouncing;
-/// existing engines keep theirs.
-void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);
 
 } // namespace platform

@@ -6,7 +6,9 @@
 #include "platform/audio/devices/AutomaticDevice.hpp"
 #include "platform/audio/devices/PipeWireDevice.hpp"
 #include "platform/audio/devices/RtAudioDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/termination.hpp"
 
 #include <algorithm>
@@ -19,7 +21,7 @@ namespace platform {
 namespace {
 
 std::shared_ptr<OutputDevice> makeAutomaticDevice() {
-    const char* setting = std::getenv("TONEWRIGHT_OUTPUT");
+    const char* setting = std::getenv(product::OutputVariable);
     const std::string_view wanted = setting == nullptr ? "" : setting;
     if (wanted == "silent") return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{});
     if (wanted == "pipewire") {
@@ -29,7 +31,7 @@ std::shared_ptr<OutputDevice> makeAutomaticDevice() {
         return std::make_shared<AutomaticDevice>(std::vector<HardwareFactory>{makeRtAudioDevice});
     }
     if (!wanted.empty()) {
-        warn("TONEWRIGHT_OUTPUT is \"" + std::string(wanted) +
+        warn(std::string(product::OutputVariable) + " is \"" + std::string(wanted) +
              "\", which is none of pipewire, rtaudio and silent.");
     }
     return std::make_shared<AutomaticDevice>(

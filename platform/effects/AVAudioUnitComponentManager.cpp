@@ -3,7 +3,25 @@
 
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 
+#include "platform/effects/seams.hpp"
+
+#include <mutex>
+#include <utility>
+
 namespace platform {
+namespace {
+
+struct SharedProvider {
+    std::mutex mutex;                            // a leaf: held for a copy only
+    std::shared_ptr<ComponentProvider> provider; // guarded by `mutex`; made at first use
+};
+
+SharedProvider& sharedProvider() {
+    static SharedProvider shared;
+    return shared;
+}
+
+} // namespace
 
 AVAudioUnitComponentManager& AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
     static AVAudioUnitComponentManager manager;
@@ -20,14 +38,15 @@ std::vector<AVAudioUnitComponent> AVAudioUnitComponentManager::componentsMatchin
 }
 
 std::shared_ptr<ComponentProvider> AVAudioUnitComponentManager::provider() const {
-    const std::scoped_lock lock(_mutex);
-    if (!_provider) _provider = makeLv2ComponentProvider();
-    return _provider;
+    SharedProvider& shared = sharedProvider();
+    const std::scoped_lock lock(shared.mutex);
+    if (!shared.provider) shared.provider = makeLv2ComponentProvider();
+    return shared.provider;
 }
 
-void AVAudioUnitComponentManager::setProvider(std::shared_ptr<ComponentProvider> provider) {
-    const std::scoped_lock lock(_mutex);
-    _provider = std::move(provider);
+void setComponentProvider(std::shared_ptr<ComponentProvider> provider) {
+    const std::scoped_lock lock(sharedProvider().mutex);
+    sharedProvider().provider.swap(provider);
 }
 
 } // namespace platform

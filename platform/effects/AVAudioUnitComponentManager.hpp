@@ -8,7 +8,6 @@
 #include "platform/effects/AVAudioUnitComponent.hpp"
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace platform {
@@ -25,13 +24,9 @@ class AVAudioUnitComponentManager {
 
     /// Returns the registry's provider.
     [[nodiscard]] std::shared_ptr<ComponentProvider> provider() const;
-    /// Replaces the provider, for tests; null restores the real one.
-    void setProvider(std::shared_ptr<ComponentProvider> provider);
 
   private:
     AVAudioUnitComponentManager() = default;
-    mutable std::mutex _mutex;                            // a leaf lock: held only for a copy
-    mutable std::shared_ptr<ComponentProvider> _provider; // guarded by _mutex; made at first use
 };
 
 } // namespace platform

@@ -21,6 +21,7 @@ inline constexpr const char* WebSite = "https://tonewright.example/";
 
 // Files of an installation.
 inline constexpr const char* EffectBundle = "tonewright.lv2";
+inline constexpr const char* BundleIndexHeading = "tonewright bundle index 1"; // its first line
 inline constexpr const char* PictureProgram = "tonewright-picture";
 inline constexpr const char* WebModule = "libtonewright-web.so";
 

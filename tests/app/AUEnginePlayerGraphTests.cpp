@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The effect's way into the graph and out of it, as the lines and the sound tell it.
+#include "platform/audio/seams.hpp"
 #include "tests/app/engineFixture.hpp"
 #include "tests/app/recordedGraph.hpp"
 
@@ -57,7 +58,7 @@ TEST_F(GraphTest, OperationsComeInTheirOrder) {
         record.add(operation);
         return std::optional<platform::Error>();
     };
-    platform::AVAudioSession::sharedInstance().setFaults(
+    platform::setSessionFaults(
         {.setCategory = [&] { return note("set category"); },
          .setActive = [&](bool active) { return note(active ? "activate" : "deactivate"); }});
     player = std::make_shared<AUEnginePlayer>();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Starting, stopping, the session, and what is reported of them.
+#include "platform/audio/seams.hpp"
 #include "tests/app/engineFixture.hpp"
 
 namespace tonewright::test {
@@ -125,18 +126,17 @@ TEST_F(StateTest, FinalizeOfAStoppedPlayerOnlyDisconnects) {
 
 TEST_F(StateTest, RefusedSessionIsFatal) {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // the session starts threads in the child
-    auto& session = platform::AVAudioSession::sharedInstance();
     const auto refuse = [] { return platform::Error("Test", 7, "No."); };
     EXPECT_DEATH(
         {
-            session.setFaults({.setCategory = refuse, .setActive = {}});
+            platform::setSessionFaults({.setCategory = refuse, .setActive = {}});
             player->start();
         },
         "AUEnginePlayer::ERROR: Could not set audio session active true\\. system error: .*No\\..*\\.\n");
     EXPECT_DEATH(
         {
             player->start();
-            session.setFaults({.setCategory = {}, .setActive = [&](bool) { return refuse(); }});
+            platform::setSessionFaults({.setCategory = {}, .setActive = [&](bool) { return refuse(); }});
             player->stop();
         },
         "AUEnginePlayer::ERROR: Could not set audio session active false\\. system error: .*No\\..*\\.\n");

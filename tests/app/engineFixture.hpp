@@ -33,7 +33,7 @@ class EngineFixture : public testing::Test {
         if (player) player->finalize();
         runMainQueue();
         auto& session = platform::AVAudioSession::sharedInstance();
-        session.setFaults({});
+        platform::setSessionFaults({});
         // A player that a test released while it played has left the session active.
         EXPECT_FALSE(session.setActive(false, platform::AVAudioSession::SetActiveOptions::None));
         platform::setSharedOutputDevice(nullptr);

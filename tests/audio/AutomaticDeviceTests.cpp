@@ -4,6 +4,7 @@
 // Losing the sound output and getting it back, with a hardware device that does what the test says.
 #include "platform/audio/AVAudioSession.hpp"
 #include "platform/audio/devices/AutomaticDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "tests/audio/audioFixture.hpp"
 
 using namespace platform;
@@ -236,13 +237,13 @@ TEST(AVAudioSession, ClaimsAndReleasesTheOutputAndFailsWhereATestSaysSo) {
     EXPECT_EQ(offline->claims(), 1);
     EXPECT_FALSE(activate(false));
     EXPECT_EQ(offline->claims(), 0);
-    session.setFaults({.setCategory = [] { return Error("test", 1, "No category."); },
-                       .setActive = [](bool active) -> std::optional<Error> {
-                           if (active) return std::nullopt;
-                           return Error("test", 2, "No way back.");
-                       }});
+    setSessionFaults({.setCategory = [] { return Error("test", 1, "No category."); },
+                      .setActive = [](bool active) -> std::optional<Error> {
+                          if (active) return std::nullopt;
+                          return Error("test", 2, "No way back.");
+                      }});
     EXPECT_TRUE(setCategory() && !activate(true) && activate(false));
-    session.setFaults({});
+    setSessionFaults({});
     EXPECT_FALSE(activate(false));
     EXPECT_EQ(offline->claims(), 0);
     setSharedOutputDevice(nullptr);

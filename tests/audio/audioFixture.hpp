@@ -10,6 +10,7 @@
 #include "platform/audio/AVAudioPlayerNode.hpp"
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/OfflineDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "tests/support/testing.hpp"
 
 #include <condition_variable>

@@ -6,6 +6,7 @@
 
 #include "platform/audio/AVAudioEngine.hpp"
 #include "platform/audio/OfflineDevice.hpp"
+#include "platform/audio/seams.hpp"
 
 #include <dlfcn.h>
 

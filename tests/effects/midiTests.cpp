@@ -3,6 +3,7 @@
 
 // MIDI out of an effect and into it: nothing lost, in order, with its true length.
 #include "platform/audio/OfflineDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "platform/effects/detail/MIDIOutputDelivery.hpp"
 #include "tests/effects/Rendering.hpp"
 

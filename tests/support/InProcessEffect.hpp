@@ -8,7 +8,7 @@
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AUAudioUnit.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
-#include "platform/effects/AVAudioUnitComponentManager.hpp"
+#include "platform/effects/seams.hpp"
 #include "tests/audio/audioFixture.hpp"
 
 namespace tonewright::test {
@@ -63,8 +63,7 @@ class InProcessProvider final : public platform::ComponentProvider {
     explicit InProcessProvider(std::vector<Entry> entries = {})
         : _entries(std::move(entries)) {}
     static void install(std::shared_ptr<ComponentProvider> provider) {
-        platform::AVAudioUnitComponentManager::sharedAudioUnitComponentManager().setProvider(
-            std::move(provider));
+        platform::setComponentProvider(std::move(provider));
     }
 
     std::vector<platform::ComponentRecord>

@@ -3,6 +3,7 @@
 
 #include "platform/audio/devices/PipeWireDevice.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
 #include "platform/realtime/realtimePriority.hpp"
 
@@ -73,7 +74,8 @@ class PipeWireDevice final : public HardwareDevice {
         if (_context == nullptr || pw_thread_loop_start(_loop) < 0) return absent();
         const LoopLock lock(_loop);
         errno = 0;
-        _core = pw_context_connect(_context, pw_properties_new(PW_KEY_APP_NAME, "Tonewright", nullptr), 0);
+        _core = pw_context_connect(_context,
+                                   pw_properties_new(PW_KEY_APP_NAME, product::DisplayName, nullptr), 0);
         if (_core == nullptr) return errno == EACCES || errno == EPERM ? refused(errno) : absent();
         pw_core_add_listener(_core, &_coreHook, &CoreEvents, this);
         if (!awaitAnswer()) return answerToFailure();
@@ -123,9 +125,10 @@ class PipeWireDevice final : public HardwareDevice {
         const std::string latency = std::to_string(WantedFrames) + "/" + std::to_string(_rate.load());
         pw_properties* properties = pw_properties_new(
             PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_MEDIA_ROLE, "Music",
-            PW_KEY_NODE_NAME, "Tonewright", PW_KEY_NODE_DESCRIPTION, "Tonewright", PW_KEY_APP_NAME,
-            "Tonewright", PW_KEY_MEDIA_NAME, "Tonewright", PW_KEY_NODE_LATENCY, latency.c_str(), nullptr);
-        _stream = pw_stream_new(_core, "Tonewright", properties);
+            PW_KEY_NODE_NAME, product::DisplayName, PW_KEY_NODE_DESCRIPTION, product::DisplayName,
+            PW_KEY_APP_NAME, product::DisplayName, PW_KEY_MEDIA_NAME, product::DisplayName,
+            PW_KEY_NODE_LATENCY, latency.c_str(), nullptr);
+        _stream = pw_stream_new(_core, product::DisplayName, properties);
         if (_stream != nullptr) pw_stream_add_listener(_stream, &_streamHook, &StreamEvents, this);
     }
 

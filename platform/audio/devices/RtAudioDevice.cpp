@@ -3,6 +3,7 @@
 
 #include "platform/audio/devices/RtAudioDevice.hpp"
 
+#include "platform/foundation/product.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
 #include "platform/realtime/realtimePriority.hpp"
 
@@ -95,7 +96,7 @@ class RtAudioDevice final : public HardwareDevice {
             parameters.nChannels = std::min(info.outputChannels, MaximumChannels);
             RtAudio::StreamOptions options;
             options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_SCHEDULE_REALTIME;
-            options.streamName = "Tonewright";
+            options.streamName = product::DisplayName;
             unsigned frames = BlockFrames;
             const unsigned rate = info.preferredSampleRate > 0 ? info.preferredSampleRate : 48000;
             library->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames, process, this, &options,

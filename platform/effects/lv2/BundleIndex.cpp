@@ -4,6 +4,7 @@
 #include "platform/effects/lv2/BundleIndex.hpp"
 
 #include "platform/effects/lv2/indexCache.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ namespace {
 
 // The bundle of our own effect beside an installed program, in the build tree, and in the build tree as the
 // tests see it.
-constexpr std::string_view OwnBundle = "tonewright.lv2";
+constexpr std::string_view OwnBundle = product::EffectBundle;
 constexpr std::string_view OwnPlaces[] = {"/../lib/lv2/", "/../../lib/lv2/"};
 
 std::string executableDirectory() {

@@ -4,6 +4,7 @@
 // The registry's real provider. A search reads the index of bundles and matches codes that bundles state;
 // only plug-ins whose derived codes could match have their details read, for their type and name.
 #include "platform/effects/ComponentProvider.hpp"
+#include "platform/foundation/product.hpp"
 
 #include "platform/audio/OutputDevice.hpp"
 #include "platform/effects/lv2/AudioUnit.hpp"
@@ -18,8 +19,6 @@ namespace {
 
 using lv2::BundleIndex;
 using lv2::IndexedBundle;
-
-constexpr const char* ChosenByEnvironment = "TONEWRIGHT_EFFECT";
 
 // FNV-1a, 64 bits (Fowler, Noll, Vo): the same on every machine and in every version.
 std::uint64_t hashOf(std::string_view text) {
@@ -78,10 +77,10 @@ class Lv2ComponentProvider final : public ComponentProvider {
     // The plug-in that the environment names gets the codes that are searched for.
     static void addChosen(const BundleIndex& index, const AudioComponentDescription& wanted,
                           std::vector<ComponentRecord>& found) {
-        const char* uri = std::getenv(ChosenByEnvironment);
+        const char* uri = std::getenv(product::EffectVariable);
         if (uri == nullptr || *uri == '\0') return;
         if (index.bundleOf(uri) == nullptr) {
-            warn(std::string(ChosenByEnvironment) + " names the effect " + uri +
+            warn(std::string(product::EffectVariable) + " names the effect " + uri +
                  ", which is not installed; it is left out.");
             return;
         }

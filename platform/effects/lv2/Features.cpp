@@ -6,6 +6,7 @@
 #include "platform/effects/lv2/UridMap.hpp"
 #include "platform/foundation/ProcessInfo.hpp"
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
 #include <algorithm>
@@ -87,7 +88,7 @@ ScratchDirectory::~ScratchDirectory() {
 std::string ScratchDirectory::pathFor(const std::string& name) {
     const std::scoped_lock lock(_mutex);
     if (_path.empty()) {
-        _path = std::filesystem::path(baseDirectory("XDG_CACHE_HOME", ".cache")) / "tonewright" / "scratch" /
+        _path = std::filesystem::path(baseDirectory("XDG_CACHE_HOME", ".cache")) / product::Name / "scratch" /
                 ProcessInfo::processInfo().globallyUniqueString();
     }
     const std::filesystem::path path = _path / std::filesystem::path(name).relative_path();

@@ -11,6 +11,7 @@
 #include "platform/effects/lv2/indexCache.hpp"
 
 #include "platform/foundation/URL.hpp"
+#include "platform/foundation/product.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
 #include <charconv>
@@ -24,10 +25,10 @@
 namespace platform::lv2 {
 namespace {
 
-constexpr std::string_view FirstLine = "tonewright bundle index 1";
+constexpr std::string_view FirstLine = product::BundleIndexHeading;
 
 std::string cachePath() {
-    return baseDirectory("XDG_CACHE_HOME", ".cache") + "/tonewright/bundle-index";
+    return baseDirectory("XDG_CACHE_HOME", ".cache") + "/" + product::Name + "/bundle-index";
 }
 
 std::string field(std::string_view text) {

@@ -4,6 +4,7 @@
 #include "platform/effects/lv2/manifest.hpp"
 
 #include "platform/foundation/console.hpp"
+#include "platform/foundation/product.hpp"
 
 #include <charconv>
 #include <cstdio>
@@ -17,7 +18,7 @@
 namespace platform::lv2 {
 namespace {
 
-constexpr std::string_view Vocabulary = "https://tonewright.example/ns/component#";
+constexpr std::string_view Vocabulary = product::ComponentVocabulary;
 constexpr std::string_view RdfType = "http://www.w3.org/1999/02/22-rdf-syntax-ns#type";
 constexpr std::string_view Lv2Plugin = "http://lv2plug.in/ns/lv2core#Plugin";
 constexpr std::string_view Lv2AppliesTo = "http://lv2plug.in/ns/lv2core#appliesTo";

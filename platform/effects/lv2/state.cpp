@@ -3,6 +3,7 @@
 
 // Saving and restoring what was set: through lilv, which knows the presets' format and the files in them.
 #include "platform/effects/lv2/Processor.hpp"
+#include "platform/foundation/product.hpp"
 
 #include "platform/effects/lv2/UridMap.hpp"
 
@@ -14,8 +15,6 @@
 
 namespace platform::lv2 {
 namespace {
-
-constexpr const char* StateURI = "urn:tonewright:state";
 
 std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID type) {
     const Urids& urids = Urids::shared();
@@ -131,7 +130,7 @@ std::string Processor::saveState() const {
     if (state == nullptr) return {};
     const std::scoped_lock worldLock(_world->mutex());
     char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
-                                      UridMap::shared().unmapFeature(), state, StateURI, nullptr);
+                                      UridMap::shared().unmapFeature(), state, product::StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
     if (_keeper.get() != nullptr) writeAllDigits(kept, *_buffers, _plugin.ports);
