@@ -47,9 +47,9 @@ class InterfaceDescription : public std::enable_shared_from_this<InterfaceDescri
     using Perform = void (*)(UIResponder& owner, const std::string& selector,
                              const std::shared_ptr<UIView>& sender);
 
-    /// Connects outlets and actions of `owner`, for which `performer` is called from now on. An action that it
-    /// does not have, or an object that does not fit its outlet, is reported on standard error; the control
-    /// has no effect then, the outlet is absent.
+    /// Connects outlets and actions of `owner`, for which `performer` is called from now on. An action that
+    /// it does not have, or an object that does not fit its outlet, is reported on standard error; the
+    /// control has no effect then, the outlet is absent.
     void connect(const std::shared_ptr<UIResponder>& owner, const InterfaceConnections& connections,
                  Perform performer);
 
