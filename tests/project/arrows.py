@@ -40,7 +40,7 @@ FOREIGN_TO = {
     "platform/dispatch": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
     "platform/foundation": re.compile(r"^(gtk|gdk|X11|lv2|lilv|pipewire|spa/|libav)"),
 }
-# What the fields of a public header need whole: a node or an animator behind a pointer would cost what it is for.
+# Private types of fields of public classes: a pointer would cost the time or memory that they save.
 SHOWN_DETAILS = {
     "shared/Common/Animator/detail/Callback.hpp",
     "shared/Common/Files/detail/CompactText.hpp",
