@@ -341,8 +341,7 @@ class Script {
     std::mt19937_64 _random;
     std::int64_t _alive; // before the script
     std::unordered_map<const void*, int> _names;
-    int _nextName = 0;
-    int _depth = 0;
+    int _nextName = 0, _depth = 0;
     int _calls = 0; // of callbacks in the present step
     std::vector<std::function<void()>> _cleanUps;
     std::vector<std::shared_ptr<Animator>> _animators;

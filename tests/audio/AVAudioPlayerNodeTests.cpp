@@ -50,9 +50,7 @@ TEST(AVAudioPlayerNode, StopCallsEachPendingCompletionOnceAndReturnsAfterTheLast
 TEST(AVAudioPlayerNode, StopInsideACompletionDoesNotWaitForItself) {
     const auto file = makeFile(countingSound(2, 100));
     const auto player = AVAudioPlayerNode::create();
-    Signal scheduled;
-    Signal first;
-    Signal second;
+    Signal scheduled, first, second;
     player->scheduleFile(file, std::nullopt, [&] {
         EXPECT_TRUE(scheduled.wait());
         player->stop();

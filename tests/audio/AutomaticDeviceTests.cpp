@@ -16,9 +16,7 @@ using std::chrono::milliseconds;
 
 // A sound server that is there or not, refuses or not, plays or not.
 struct Server {
-    std::atomic<bool> present{true};
-    std::atomic<bool> refuses{false};
-    std::atomic<bool> plays{true};
+    std::atomic<bool> present{true}, refuses{false}, plays{true};
     std::atomic<bool> frozen{false}; // it takes connections and answers nothing
     std::atomic<double> rate{48000};
     std::atomic<int> open{0}; // connections
@@ -70,8 +68,7 @@ class FakeHardware final : public HardwareDevice {
 
   private:
     void play(HardwareListener& listener) {
-        std::array<float, 256> left{};
-        std::array<float, 256> right{};
+        std::array<float, 256> left{}, right{};
         const std::array<float*, 2> planes{left.data(), right.data()};
         while (!_ended) {
             std::this_thread::sleep_for(milliseconds(2));
@@ -82,19 +79,16 @@ class FakeHardware final : public HardwareDevice {
     }
 
     Server& _server;
-    std::atomic<bool> _running{false};
-    std::atomic<bool> _ended{false};
+    std::atomic<bool> _running{false}, _ended{false};
     std::thread _thread;
 };
 
 // A client that notes who asked it for what.
 class Client final : public OutputClient {
   public:
-    std::atomic<int> calls{0};
-    std::atomic<int> changes{0};
+    std::atomic<int> calls{0}, changes{0};
     std::atomic<double> rate{0};
-    std::atomic<bool> inside{false};
-    std::atomic<bool> overlapped{false};
+    std::atomic<bool> inside{false}, overlapped{false};
 
     void render(PlanarSound sound, double sampleRate) noexcept override {
         if (inside.exchange(true)) overlapped = true; // two devices at once

@@ -32,8 +32,7 @@ Result<std::shared_ptr<AVAudioFile>> openPath(const std::string& path) {
 }
 
 double decibels(const std::vector<float>& a, const std::vector<float>& b) {
-    double error = 0;
-    double level = 0;
+    double error = 0, level = 0;
     for (std::size_t i = 0; i < a.size(); ++i) {
         error += (a[i] - b[i]) * (a[i] - b[i]);
         level += b[i] * b[i];

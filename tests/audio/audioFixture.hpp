@@ -60,8 +60,7 @@ class TestProcessor final : public platform::NodeProcessor {
     std::function<void(const Block&)> work; // null: multiply by `gain`
     float gain = 0.5F;
     std::atomic<double> rate{0};
-    std::atomic<int> allocations{0};
-    std::atomic<int> releases{0};
+    std::atomic<int> allocations{0}, releases{0};
     std::optional<platform::Error> failure;
     std::function<void()> onAllocate; // null: nothing
     std::string called;               // its name

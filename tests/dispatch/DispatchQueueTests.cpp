@@ -83,9 +83,7 @@ TEST(SerialQueue, MayBeReleasedOnItsOwnThreadAndDropsNothing) {
 
 TEST(GlobalQueue, RunsConcurrently) {
     // Each task waits until both are inside; both have left before the test does.
-    std::atomic<int> inside{0};
-    std::atomic<int> met{0};
-    std::atomic<int> left{0};
+    std::atomic<int> inside{0}, met{0}, left{0};
     for (int i = 0; i < 2; ++i) {
         DispatchQueue::global().async([&] {
             ++inside;

@@ -59,8 +59,7 @@ inline constexpr double Rate = 48000.;
 }
 
 struct Rendered {
-    Signal left;
-    Signal right;
+    Signal left, right;
     std::vector<OutgoingMidi> midi; ///< frames from the start
 };
 
@@ -96,9 +95,7 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
 /// Returns the amplitude of one frequency in a stretch of a signal (Hann window).
 [[nodiscard]] inline double amplitudeAt(const Signal& signal, std::size_t from, std::size_t frames,
                                         double hertz, double rate = Rate) {
-    double real = 0.;
-    double imaginary = 0.;
-    double weights = 0.;
+    double real = 0., imaginary = 0., weights = 0.;
     for (std::size_t i = 0; i < frames; ++i) {
         const double turn = 2. * std::numbers::pi * static_cast<double>(i);
         const double weight = 0.5 - 0.5 * std::cos(turn / static_cast<double>(frames));

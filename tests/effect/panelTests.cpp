@@ -184,8 +184,7 @@ class Stage {
     Display* const display = XOpenDisplay(nullptr);
     Window parent = 0;
     int requests = 0; ///< for display frames
-    int askedWidth = 0;
-    int askedHeight = 0;
+    int askedWidth = 0, askedHeight = 0;
 
   private:
     void deliver(int type, XEvent& event, long mask) {

@@ -15,8 +15,7 @@ using namespace platform::test;
 namespace {
 
 struct Received {
-    std::int64_t time;
-    std::int64_t length;
+    std::int64_t time, length;
     std::vector<std::uint8_t> bytes;
 };
 

@@ -12,8 +12,7 @@ namespace {
 
 struct Subject {
     const char* uri;
-    bool sendsMidi;
-    bool hasPresets;
+    bool sendsMidi, hasPresets;
     bool hasInterface; // one for X11
 };
 

@@ -109,8 +109,7 @@ namespace {
 
 // Exchanges a directory for a link when it is asked about the first item in it.
 struct Exchange : platform::FileManagerDelegate {
-    std::string directory;
-    std::string target;
+    std::string directory, target;
     bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override {
         if (!fs::is_symlink(directory)) {
             fs::rename(directory, directory + "-moved");
@@ -123,8 +122,7 @@ struct Exchange : platform::FileManagerDelegate {
 } // namespace
 
 TEST(Scanner, DeletesNothingBehindALinkThatADirectoryBecame) {
-    const Scratch scratch;
-    const Scratch outside;
+    const Scratch scratch, outside;
     for (const char* name : {"d/1.DS_Store", "d/2__MACOSX/inside", "d/3.DS_Store", "d/x"}) {
         scratch.file(name);
         outside.file(name);

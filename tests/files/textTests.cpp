@@ -28,8 +28,7 @@ class TreeTexts : public testing::Test {
 
     FileTree tree;
     std::shared_ptr<Folder> folder;
-    std::shared_ptr<File> inner;
-    std::shared_ptr<File> plain;
+    std::shared_ptr<File> inner, plain;
 };
 
 #define DATES "created='Jan 1, 1970 at 12:00:00 AM' modified='Nov 16, 2026 at 9:40:14 AM'"
@@ -130,8 +129,7 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
 }
 
 TEST(TextWriter, PiecesOfEveryKindStayWholeWhereverTheTextGrows) {
-    std::string expected;
-    std::string text;
+    std::string expected, text;
     {
         TextWriter writer(text);
         for (int i = 0; i < 5000; ++i) {

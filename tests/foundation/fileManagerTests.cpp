@@ -32,25 +32,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Puts something else in the place of the copy while it is made, and something of its own into the copy.
-class Intruder : public FileManagerDelegate {
-  public:
-    explicit Intruder(const Scratch& scratch)
-        : _scratch(scratch) {}
-    bool fileManagerShouldCopyItemAtPath(FileManager&, const std::string& path, const std::string&) override {
-        if (path.ends_with("/z")) {
-            fs::rename(_scratch / "copy", _scratch / "aside");
-            _scratch.file("copy/a/unrelated");
-            _scratch.file("aside/a/added");
-            _scratch.file("aside/z");
-        }
-        return true;
-    }
-
-  private:
-    const Scratch& _scratch;
-};
-
 void becomeAloneWithMounts() {
     if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
         ::_exit(CannotTry);
@@ -61,12 +42,13 @@ void mountOrSkip(const char* what, const std::string& where, const char* type, u
     if (::mount(what, where.c_str(), type, flags, nullptr) != 0) ::_exit(CannotTry);
 }
 
-// Allows what its lists do not forbid, and remembers what it was asked.
+// Allows what is not forbidden, does something meanwhile, and remembers what it was asked.
 class Answers : public FileManagerDelegate {
   public:
     std::vector<std::string> asked;
     std::string forbidden = "?nothing?";
     bool proceeds = false;
+    std::function<void(const std::string& asked)> meanwhile = [](auto&) {};
 
     bool fileManagerShouldRemoveItemAtPath(FileManager&, const std::string& path) override {
         return may(path);
@@ -94,6 +76,7 @@ class Answers : public FileManagerDelegate {
   private:
     bool may(const std::string& what) {
         asked.push_back(what);
+        meanwhile(what);
         return what.find(forbidden) == std::string::npos;
     }
     bool goOn(const Error& error) {
@@ -156,21 +139,14 @@ TEST(FileManager, RemovesWholeTreesAndNothingBehindALink) {
 }
 
 TEST(FileManager, ADelegateMayLeaveInsideAQuestion) {
-    struct Leaving final : FileManagerDelegate {
-        bool fileManagerShouldRemoveItemAtPath(FileManager& manager, const std::string&) override {
-            manager.setDelegate(nullptr);
-            EXPECT_FALSE(gone) << "asked after it had left";
-            return gone = true;
-        }
-        bool gone = false;
-    };
     const Scratch scratch;
-    scratch.file("folder/a", "");
-    scratch.file("folder/b", "");
-    Leaving leaving;
+    for (const char* name : {"folder/a", "folder/b"}) scratch.file(name);
     FileManager manager;
-    manager.setDelegate(&leaving);
+    Answers answers;
+    answers.meanwhile = [&](auto&) { manager.setDelegate(nullptr); };
+    manager.setDelegate(&answers);
     EXPECT_FALSE(manager.removeItemAtPath(scratch / "folder"));
+    EXPECT_EQ(answers.asked.size(), 1U);
     EXPECT_FALSE(fs::exists(scratch / "folder"));
 }
 
@@ -291,8 +267,14 @@ TEST(FileManager, AFailedCopyTakesAwayWhatItMadeAndNothingElse) {
     for (const char* name : {"tree/a/file", "tree/b/file", "tree/c", "tree/z"}) scratch.file(name);
     ::chmod((scratch / "tree/b").c_str(), 0555); // finished, and closed, before the copy fails
     FileManager manager;
-    Intruder intruder(scratch);
-    manager.setDelegate(&intruder);
+    // Another takes the place of the copy while it is made, and puts something into the copy.
+    Answers answers;
+    answers.meanwhile = [&](const std::string& what) {
+        if (what.find("/z > ") == std::string::npos) return;
+        fs::rename(scratch / "copy", scratch / "aside");
+        for (const char* name : {"copy/a/unrelated", "aside/a/added", "aside/z"}) scratch.file(name);
+    };
+    manager.setDelegate(&answers);
     const auto error = manager.copyItemAtPath(scratch / "tree", scratch / "copy");
     manager.setDelegate(nullptr);
     ::chmod((scratch / "tree/b").c_str(), 0755);

@@ -42,8 +42,7 @@ class TestController : public UIViewController {
     void viewDidLoad() override { loadedWithOutlets = panel && button; }
 
     std::shared_ptr<UIView> panel;
-    std::shared_ptr<UIButton> button;
-    std::shared_ptr<UIButton> missing;
+    std::shared_ptr<UIButton> button, missing;
     std::shared_ptr<UIResponder> sender;
     std::shared_ptr<UIButton> panelAsButton;
     int presses = 0;

@@ -62,8 +62,7 @@ class ProbeController final : public UIViewController {
     void onHelp(const std::shared_ptr<UIResponder>&) { print("help"); }
 
     std::shared_ptr<UIView> _pluginView;
-    std::shared_ptr<UIButton> _playButton;
-    std::shared_ptr<UIButton> _stopButton;
+    std::shared_ptr<UIButton> _playButton, _stopButton;
     bool _playing = false;
 };
 
