@@ -20,12 +20,12 @@ inline std::string recipeText(const std::string& name) {
 
 inline const SoundLibrary& soundsOfTheTree() {
     static const SoundLibrary sounds = [] {
-        SoundLibrary sounds;
+        SoundLibrary read;
         for (const char* name : {"instruments.sounds", "kits.sounds"}) {
-            const auto fault = sounds.read(recipeText(name));
+            const auto fault = read.read(recipeText(name));
             EXPECT_FALSE(fault) << name << ":" << fault->line << ": " << fault->message;
         }
-        return sounds;
+        return read;
     }();
     return sounds;
 }
