@@ -13,11 +13,11 @@ constexpr auto FocusFlags = static_cast<GtkStateFlags>(GTK_STATE_FLAG_FOCUSED | 
 
 class Pair {
   public:
-    Pair(double low_, double high_, GtkWidget* place_, GtkWidget* value_)
-        : low(low_)
-        , high(high_)
-        , place(GTK_RANGE(g_object_ref(place_)))
-        , value(GTK_RANGE(g_object_ref(value_))) {}
+    Pair(double lowest, double highest, GtkWidget* seen, GtkWidget* read)
+        : low(lowest)
+        , high(highest)
+        , place(GTK_RANGE(g_object_ref(seen)))
+        , value(GTK_RANGE(g_object_ref(read))) {}
     ~Pair() {
         g_object_unref(place);
         g_object_unref(value);
@@ -80,12 +80,12 @@ RatioSlider makeRatioSlider(double low, double high, double steps) {
                              pair.get());
     g_signal_connect_swapped(control, "value-changed", G_CALLBACK(+[](Pair* self) { self->valueMoved(); }),
                              pair.get());
-    g_signal_connect(place, "change-value", // by the pointer or by a key
-                     G_CALLBACK(+[](GtkRange*, GtkScrollType, double, Pair* self) -> gboolean {
-                         gtk_widget_grab_focus(GTK_WIDGET(self->value));
-                         return FALSE;
-                     }),
-                     pair.get());
+    GtkGesture* click = gtk_gesture_click_new();
+    gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(click), GTK_PHASE_CAPTURE);
+    g_signal_connect_swapped(click, "pressed",
+                             G_CALLBACK(+[](Pair* self) { gtk_widget_grab_focus(GTK_WIDGET(self->value)); }),
+                             pair.get());
+    gtk_widget_add_controller(place, GTK_EVENT_CONTROLLER(click));
     // Keys move by ratios as well.
     g_signal_connect(control, "move-slider", G_CALLBACK(+[](GtkRange* range, GtkScrollType step, Pair* self) {
                          g_signal_stop_emission_by_name(range, "move-slider");

@@ -75,7 +75,12 @@ gboolean onMnemonic(GtkWidget* button, gboolean isOneOfSeveral, gpointer) {
 }
 
 gboolean onUnusedKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifierType, gpointer) {
-    return isSpace(keyval) && isRepeated(widgetOfKeys(keys)) ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
+    GtkWidget* window = widgetOfKeys(keys);
+    if (!isSpace(keyval)) return GDK_EVENT_PROPAGATE;
+    if (isRepeated(window)) return GDK_EVENT_STOP;
+    // A switch relies on the window's own binding, which comes after the shortcuts.
+    GtkWidget* focus = gtk_root_get_focus(GTK_ROOT(window));
+    return GTK_IS_SWITCH(focus) && gtk_widget_activate(focus) != FALSE ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
 }
 
 GtkEventController* addKeys(GtkWidget* widget, GtkPropagationPhase phase, GCallback pressed) {
