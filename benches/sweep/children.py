@@ -4,7 +4,6 @@
 import contextlib
 import dataclasses
 import os
-import pathlib
 import resource
 import signal
 import subprocess
@@ -36,10 +35,10 @@ def _limits() -> None:
     resource.setrlimit(resource.RLIMIT_AS, (16 << 30, 16 << 30))
 
 
-def run(command: list[str], seconds: float, environment: dict[str, str]) -> Outcome:
+def run(command: list[str], seconds: float) -> Outcome:
     """Run a child in a session of its own, which ends as a whole when the time is over."""
     with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
-        child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=out, stderr=err, env=environment,
+        child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=out, stderr=err,
                                  start_new_session=True, preexec_fn=_limits)
         ended = ""
         try:
@@ -60,22 +59,11 @@ def run(command: list[str], seconds: float, environment: dict[str, str]) -> Outc
                        ended)
 
 
-def private_environment(folder: pathlib.Path) -> dict[str, str]:
-    """Give an environment with a home of its own, so that effects meet no settings and leave none."""
-    environment = {name: value for name, value in os.environ.items()
-                   if name not in ("DISPLAY", "WAYLAND_DISPLAY", "LV2_PATH", "TONEWRIGHT_EFFECT")}
-    for name, place in {"HOME": "home", "XDG_CACHE_HOME": "home/.cache", "XDG_CONFIG_HOME": "home/.config",
-                        "XDG_DATA_HOME": "home/.local/share", "XDG_RUNTIME_DIR": "run"}.items():
-        (folder / place).mkdir(parents=True, exist_ok=True, mode=0o700)
-        environment[name] = str(folder / place)
-    return environment | {"LC_ALL": "C.UTF-8", "DBUS_SESSION_BUS_ADDRESS": f"unix:path={folder}/no-bus"}
-
-
 class Jack:
     """A JACK server without hardware, for jalv."""
 
-    def __init__(self, environment: dict[str, str]):
-        self.environment = environment | {"JACK_DEFAULT_SERVER": f"sweep{os.getpid()}"}
+    def __init__(self):
+        self.environment = os.environ | {"JACK_DEFAULT_SERVER": f"sweep{os.getpid()}"}
         self._server = subprocess.Popen(
             ["jackd", "-n", self.environment["JACK_DEFAULT_SERVER"], "-r", "-d", "dummy", "-r", "48000", "-p", "256"],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.environment)

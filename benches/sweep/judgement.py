@@ -9,10 +9,10 @@ import subprocess
 from children import Outcome
 
 RATES = (48000, 44100)
-ABSURD = 1000.0  # 60 dB above full scale
+ABSURD = 1e4  # 80 dB above full scale
 PRESETS = 16  # of an effect, at most
 # What is asked of an effect with its default settings.
-PLAIN = ("256", "1", "63", "257", "1000", "257 of 1000", "1 of 1000", "another", "other rate")
+PLAIN = ("256", "1", "63", "257", "1000", "257 of 1000", "1 of 1000", "in time", "another")
 
 
 @dataclasses.dataclass
@@ -23,6 +23,7 @@ class Row:
     ours: dict[int, Outcome] = dataclasses.field(default_factory=dict)
     host: dict[int, Outcome] = dataclasses.field(default_factory=dict)
     jalv: str | None = None  # None: not asked
+    screen: Outcome | None = None
 
     def faults(self, rate: int) -> list[str]:
         """Give what keeps the effect from running here at that rate; nothing when it runs."""
@@ -33,6 +34,13 @@ class Row:
 
     def peer_runs(self, rate: int) -> bool:
         return not faults(self.host[rate], PLAIN)
+
+    @property
+    def plays(self) -> bool:
+        """Tell whether the effect does what jalv asks of it: blocks of 256 at 48 kHz with the default settings."""
+        outcome = self.ours[48000]
+        return bool(outcome.values("peak")) and not any(
+            value[0] == "256" for value in outcome.values("bad")) and float(outcome.values("peak")[0][1]) < ABSURD
 
     @property
     def jalv_runs(self) -> bool:
@@ -89,7 +97,7 @@ def state(row: Row) -> str:
 def remarks(row: Row) -> str:
     found = []
     for rate in RATES:
-        for stage in ("moved", "restored"):
+        for stage in ("moved", "restored", "restored in another", "other rate"):
             if any(value[0] == stage for value in row.ours[rate].values("bad")):
                 found.append(f"not finite with controls moved ({rate})")
                 break
@@ -128,8 +136,13 @@ def figures(rows: list[Row]) -> dict[str, int]:
         "host_pairs_ours_too": sum(row.peer_runs(rate) and row.runs(rate) for row, rate in pairs),
         "jalv_asked": sum(row.jalv is not None for row in rows),
         "jalv": sum(row.jalv_runs for row in rows),
-        "jalv_ours_too": sum(row.jalv_runs and row.runs(48000) for row in rows),
+        "jalv_ours_too": sum(row.jalv_runs and row.plays for row in rows),
+        "jalv_ours_all": sum(row.jalv_runs and row.runs(48000) for row in rows),
         "state_kept": sum(state(row) == "kept" for row in rows),
+        "interfaces": sum(shown(row) == "own" for row in rows),
+        "interfaces_larger": sum(row.screen is not None and bool(row.screen.values("larger")) for row in rows),
+        "interfaces_scroll": sum(row.screen is not None and bool(row.screen.values("scrolls")) for row in rows),
+        "interfaces_failed": sum(shown(row) not in ("", "own", "list") for row in rows),
     }
 
 
@@ -143,9 +156,46 @@ def summary(rows: list[Row]) -> list[str]:
              f"Of {found['host_pairs']} pairs of effect and rate that the bare lilv host runs, "
              f"{found['host_pairs_ours_too']} run here ({share(found['host_pairs_ours_too'], found['host_pairs'])})."]
     if found["jalv_asked"]:
-        lines.append(f"jalv was given {found['jalv_asked']} effects and runs {found['jalv']}; of these "
-                     f"{found['jalv_ours_too']} run here ({share(found['jalv_ours_too'], found['jalv'])}).")
+        lines.append(f"jalv was given {found['jalv_asked']} effects and runs {found['jalv']}; of these {found['jalv_ours_too']} "
+                     f"play here in the same blocks ({share(found['jalv_ours_too'], found['jalv'])}), and "
+                     f"{found['jalv_ours_all']} pass all of the sweep ({share(found['jalv_ours_all'], found['jalv'])}).")
     lines.append(f"The state is kept by {found['state_kept']} effects.")
+    if found["interfaces"]:
+        lines.append(f"{found['interfaces']} effects show an interface of their own, {found['interfaces_larger']} of them larger "
+                     f"than the panel, {found['interfaces_scroll']} larger than the screen lets it grow; "
+                     f"{found['interfaces_failed']} fail to show one.")
+    return lines
+
+
+def shown(row: Row) -> str:
+    """Give what the effect's screen shows: its own interface, the list, or how it failed; nothing when not asked."""
+    if row.screen is None or row.screen.values("refused"):
+        return ""
+    if row.screen.ended and not row.screen.values("done"):
+        return f"{row.screen.ended} at “{row.screen.stage}”"
+    return row.screen.first("shows")
+
+
+def why_list(row: Row) -> str:
+    """Give what was said on standard error of an interface that the list replaces."""
+    return next((line for line in row.screen.errors.splitlines() if "a plain list replaces it" in line), "")
+
+
+def interface_table(rows: list[Row]) -> list[str]:
+    lines = ["| Effect | URI | Shows | Size | Panel | Remarks |", "|---|---|---|---|---|---|"]
+    for row in rows:
+        what, screen = shown(row), row.screen
+        if not what or (what == "list" and not why_list(row)):
+            continue
+        notes = [why_list(row)] if what == "list" else []
+        if screen.values("larger"):
+            notes.append("larger than the panel")
+        if screen.values("scrolls"):
+            notes.append("larger than the screen: scrolls")
+        if screen.ended and screen.values("done"):
+            notes.append(f"{screen.ended} after the end")
+        cells = [row.name, f"`{row.uri}`", what, screen.first("size"), screen.first("panel"), "; ".join(filter(None, notes))]
+        lines.append("| " + " | ".join(cell(text) for text in cells) + " |")
     return lines
 
 
@@ -162,7 +212,7 @@ def table(rows: list[Row]) -> list[str]:
     return lines
 
 
-def document(rows: list[Row], extra: list[str]) -> str:
+def document(rows: list[Row]) -> str:
     """Give the whole of docs/EFFECTS.md."""
     today = datetime.date.today().isoformat()
     system = machine.freedesktop_os_release().get("PRETTY_NAME", machine.system())
@@ -176,13 +226,18 @@ def document(rows: list[Row], extra: list[str]) -> str:
              *summary(rows),
              "",
              "Each effect ran in a child process of its own, through the registry and the engine on the offline device: a",
-             "second in blocks of 256 frames, then blocks of 1, 63 and 257, then 1000, 257 and 1 on a device of 1000; notes,",
+             "second in blocks of 256 frames, then blocks of 1, 63 and 257, then 1000, 257 and 1 on a device of 1000, then a third of a second in time; notes,",
              f"where it takes MIDI; up to {PRESETS} presets; all controls moved; the state there and back, in the same instance",
              "and in a new one; then a change of the device's rate. It runs when nothing of this crashed, hung or failed, and",
-             "with its default settings every sample was finite and none above 1000. The peers are a host of 250 lines on lilv",
-             "(`benches/sweep/host.cpp`: blocks of 256, default settings) and jalv on JACK's dummy driver.",
+             "with its default settings every sample was finite and none above 10,000. The peers are a small host on lilv",
+             "(`benches/sweep/host.cpp`: the same block lengths, default settings) and jalv on JACK's dummy driver at 48 kHz.",
              ""]
     if with_trouble:
         parts += ["## Effects that do not run", "", *table(with_trouble), ""]
-    parts += ["## All effects", "", *table(rows), ""] + extra
+    parts += ["## All effects", "", *table(rows), ""]
+    if any(row.screen for row in rows):
+        parts += ["## Interfaces", "",
+                  "Each interface was opened in a child of its own, in a window of 920 x 617 on a display of 1400 x 1000 without a",
+                  "window manager. Effects that have none are left out: the plain list is theirs.", "",
+                  *interface_table(rows), ""]
     return "\n".join(parts)

@@ -2,105 +2,35 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Runs one installed effect as the application does: through the registry, the engine and its graph, on the
-// offline device. What happens is printed line by line, a word and its value, and each stage before it
-// begins, so that the last line tells where a program that crashed or hung was. Usage: bench_sweep_ours lists
-// the effects: URI, name, version
-//        bench_sweep_ours URI RATE FILE MOST_PRESETS            FILE: a sound file to loop
-#include "MeteredNode.hpp"
+// offline device and for a moment in time. What happens is printed line by line, a word and its value, and
+// each stage before it begins, so that the last line tells where a program that crashed or hung was.
+//
+// Usage: bench_sweep_ours
+//        lists the effects: URI, name, version
+//
+//        bench_sweep_ours URI RATE FILE MOST_PRESETS
+//        runs one; FILE is a sound file to loop
+#include "Session.hpp"
 
-#include "platform/audio/AVAudioEngine.hpp"
-#include "platform/audio/AVAudioFile.hpp"
-#include "platform/audio/AVAudioPlayerNode.hpp"
-#include "platform/audio/OfflineDevice.hpp"
-#include "platform/audio/seams.hpp"
-#include "platform/dispatch/RunLoop.hpp"
-#include "platform/effects/AVAudioUnit.hpp"
+#include "platform/audio/SilentDevice.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/foundation/console.hpp"
 
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <thread>
 
 using namespace platform;
+using bench::instantiate;
+using bench::OfflineSession;
+using bench::say;
 
 namespace {
 
 constexpr std::uint32_t UsualBlock = 256, LongBlock = 1000;
 
-void say(const std::string& word, const std::string& value) {
-    print(word + '\t' + value);
-}
-
-/// Plays the file through the effect on a device of its own.
-class Session {
-  public:
-    Session(AVAudioFormat format, std::uint32_t block, std::shared_ptr<bench::Meter> itsMeter,
-            std::shared_ptr<AVAudioFile> file)
-        : meter(std::move(itsMeter))
-        , _device(std::make_shared<OfflineDevice>(format, block))
-        , _engine(AVAudioEngine::create(_device))
-        , _effect(std::make_shared<bench::MeteredNode>(meter))
-        , _file(std::move(file))
-        , _again([this] {
-            if (!_hasEnded) _player->scheduleFile(_file, std::nullopt, _again);
-        }) {
-        _engine->attachNode(_player);
-        _engine->attachNode(_effect);
-        _engine->connect(_player, _effect, std::nullopt);
-        _engine->connect(_effect, _engine->mainMixerNode(), std::nullopt);
-        _again();
-        if (const auto failure = _engine->start()) say("failure", failure->localizedDescription());
-        _player->play();
-    }
-    ~Session() {
-        _hasEnded = true;
-        _player->stop();
-        _engine->stop();
-        _engine->detachNode(_effect);
-    }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-    /// Renders at least `seconds`, in blocks of `frames` where the device has no shorter ones.
-    void render(double seconds, std::uint32_t frames) {
-        const double rate = _device->format().sampleRate;
-        for (double left = seconds * rate; left > 0; left -= frames) {
-            (void)_device->render(frames);
-        }
-    }
-    void setRate(double rate) { _device->setFormat({rate, 2}); }
-
-    const std::shared_ptr<bench::Meter> meter;
-
-  private:
-    const std::shared_ptr<OfflineDevice> _device;
-    const std::shared_ptr<AVAudioEngine> _engine;
-    const std::shared_ptr<AVAudioPlayerNode> _player = AVAudioPlayerNode::create();
-    const std::shared_ptr<bench::MeteredNode> _effect;
-    const std::shared_ptr<AVAudioFile> _file;
-    std::atomic<bool> _hasEnded{false};
-    const std::function<void()> _again; // schedules the next pass
-};
-
-std::shared_ptr<AVAudioUnit> instantiate(const char* uri) {
-    // Whatever is searched for, the effect that the environment names comes first.
-    ::setenv("TONEWRIGHT_EFFECT", uri, 1);
-    std::shared_ptr<AVAudioUnit> unit;
-    bool isAnswered = false;
-    AVAudioUnit::instantiate({fourCharCode("aufx"), fourCharCode("swep"), fourCharCode("TEST"), 0, 0},
-                             AudioComponentInstantiationOptions::None,
-                             [&](std::shared_ptr<AVAudioUnit> made, const std::optional<Error>& failure) {
-                                 isAnswered = true;
-                                 unit = std::move(made);
-                                 if (failure) say("refused", failure->localizedDescription());
-                             });
-    RunLoop::current().runUntil([&] { return isAnswered; }, 60);
-    return unit;
-}
+using Message = std::array<std::uint8_t, 3>; // of MIDI
 
 /// Tells what came out of the effect since the last time.
 void tell(const std::string& stage, bench::Meter& meter) {
@@ -110,21 +40,21 @@ void tell(const std::string& stage, bench::Meter& meter) {
     meter.badSamples = 0;
 }
 
-void play(Session& session, AUAudioUnit& unit, const std::string& stage, std::uint32_t frames) {
+void play(OfflineSession& session, AUAudioUnit& unit, const std::string& stage, std::uint32_t frames) {
     say("stage", stage);
     constexpr std::array<std::uint8_t, 3> Keys{60, 64, 67};
     for (const std::uint8_t key : Keys) {
-        unit.sendMIDIEvent(std::array<std::uint8_t, 3>{0x90, key, 100});
+        unit.sendMIDIEvent(Message{0x90, key, 100});
     }
     session.render(frames < 16 ? 0.02 : 0.5, frames);
     for (const std::uint8_t key : Keys) {
-        unit.sendMIDIEvent(std::array<std::uint8_t, 3>{0x80, key, 0});
+        unit.sendMIDIEvent(Message{0x80, key, 0});
     }
     session.render(frames < 16 ? 0.02 : 0.5, frames);
     tell(stage, *session.meter);
 }
 
-void playPresets(Session& session, AUAudioUnit& unit, std::size_t most) {
+void playPresets(OfflineSession& session, AUAudioUnit& unit, std::size_t most) {
     const auto presets = unit.factoryPresets();
     if (!presets) return;
     say("presets", std::to_string(presets->size()));
@@ -135,9 +65,9 @@ void playPresets(Session& session, AUAudioUnit& unit, std::size_t most) {
         say("stage", stage);
         unit.setCurrentPreset(preset);
         if (unit.currentPreset() != preset) say("unset", preset.name());
-        unit.sendMIDIEvent(std::array<std::uint8_t, 3>{0x90, 60, 100});
+        unit.sendMIDIEvent(Message{0x90, 60, 100});
         session.render(0.1, UsualBlock);
-        unit.sendMIDIEvent(std::array<std::uint8_t, 3>{0x80, 60, 0});
+        unit.sendMIDIEvent(Message{0x80, 60, 0});
         tell(stage, *session.meter);
         ++set;
     }
@@ -179,7 +109,7 @@ std::string difference(const std::string& wanted, const std::string& got) {
 }
 
 /// Sets the state and waits until the effect, whose worker may have to load files, gives the same.
-void restore(Session& session, AUAudioUnit& unit, const std::string& stage, const std::string& state) {
+void restore(OfflineSession& session, AUAudioUnit& unit, const std::string& stage, const std::string& state) {
     say("stage", stage);
     if (const auto failure = unit.setFullState(std::vector<std::uint8_t>(state.begin(), state.end()))) {
         say("state", stage + '\t' + failure->localizedDescription());
@@ -205,7 +135,8 @@ int sweep(const char* uri, double rate, const char* path, std::size_t mostPreset
         return 1;
     }
     const AVAudioFormat format{rate, 2};
-    setSharedOutputDevice(std::make_shared<OfflineDevice>(format, UsualBlock));
+    const auto device = [&](std::uint32_t block) { return std::make_shared<OfflineDevice>(format, block); };
+    setSharedOutputDevice(device(UsualBlock));
     const auto newMeter = [](const AVAudioUnit& unit) {
         return std::make_shared<bench::Meter>(unit.processor());
     };
@@ -215,25 +146,32 @@ int sweep(const char* uri, double rate, const char* path, std::size_t mostPreset
     if (!node) return 0;
     auto unit = node->auAudioUnit();
     auto meter = newMeter(*node);
-    say("channels",
-        std::to_string(meter->inputChannels()) + '\t' + std::to_string(meter->outputChannels()) + '\t' +
-            (unit->sendMIDIEvent(std::array<std::uint8_t, 3>{0xb0, 123, 0}) ? "notes" : "no notes"));
+    say("channels", std::to_string(meter->inputChannels()) + '\t' + std::to_string(meter->outputChannels()) +
+                        '\t' + (unit->sendMIDIEvent(Message{0xb0, 123, 0}) ? "notes" : "no notes"));
     {
-        Session session(format, UsualBlock, meter, file.value());
+        OfflineSession session(device(UsualBlock), meter, file.value());
         play(session, *unit, "256", UsualBlock);
         play(session, *unit, "1", 1);
         play(session, *unit, "63", 63);
         play(session, *unit, "257", 257);
     }
     {
-        Session session(format, LongBlock, meter, file.value());
+        OfflineSession session(device(LongBlock), meter, file.value());
         play(session, *unit, "1000", LongBlock);
         play(session, *unit, "257 of 1000", 257);
         play(session, *unit, "1 of 1000", 1);
     }
+    {
+        say("stage", "in time");
+        const bench::Session session(std::make_shared<SilentDevice>(format, UsualBlock), meter, file.value());
+        unit->sendMIDIEvent(Message{0x90, 60, 100});
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        unit->sendMIDIEvent(Message{0x80, 60, 0});
+    }
+    tell("in time", *meter);
     std::string moved, initial;
     {
-        Session session(format, UsualBlock, meter, file.value());
+        OfflineSession session(device(UsualBlock), meter, file.value());
         say("stage", "save");
         initial = stateOf(*unit);
         playPresets(session, *unit, mostPresets);
@@ -257,12 +195,12 @@ int sweep(const char* uri, double rate, const char* path, std::size_t mostPreset
     unit = node->auAudioUnit();
     meter = newMeter(*node);
     {
-        Session session(format, UsualBlock, meter, file.value());
-        session.render(0.1, UsualBlock);
+        OfflineSession session(device(UsualBlock), meter, file.value());
+        play(session, *unit, "another", UsualBlock);
         restore(session, *unit, "in another", moved);
         restore(session, *unit, "back in another", initial);
-        tell("another", *meter);
-        say("stage", "other rate");
+        tell("restored in another", *meter);
+        say("stage", "exchange");
         const double other = rate == 48000 ? 44100 : 48000;
         session.setRate(other);
         for (int turn = 0; turn < 300 && meter->rate() != other && meter->failure().empty(); ++turn) {
