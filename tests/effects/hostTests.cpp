@@ -8,6 +8,7 @@
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
 
+#include <bit>
 #include <dlfcn.h>
 
 using namespace platform;
@@ -255,16 +256,23 @@ TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
     engine->stop();
 }
 
+// Of values of ports, and of those that the plug-in saves by itself.
 TEST(Host, KeepsAllDigitsOfAValue) {
     const auto unit = makeUnit("urn:tonewright:test:gain");
     const auto gain = addressOf(*unit, "gain");
-    for (const float value : {0.0012345678F, 1.1754944e-38F, 3.9999998F, 1.2345678e-10F, 2.0F}) {
+    for (const float value : {0.0012345678F, 1.1754944e-38F, 3.9999998F, 1.2345678e-10F, 2.0F, -0.0F}) {
         unit->setParameterValue(gain, value);
         const auto state = unit->fullState();
         unit->setParameterValue(gain, 1);
         EXPECT_FALSE(unit->setFullState(state));
-        EXPECT_EQ(unit->parameterValue(gain), value);
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(unit->parameterValue(gain)),
+                  std::bit_cast<std::uint32_t>(value));
     }
+    const auto saving = makeUnit("urn:tonewright:test:stateful");
+    EXPECT_FALSE(saving->setFullState(saving->fullState()));
+    Rendering(*saving, 48000, 64).block();
+    EXPECT_EQ(saving->parameterValue(addressOf(*saving, "restored")), std::nextafter(0.001F, 1.0F));
+    EXPECT_EQ(saving->parameterValue(addressOf(*saving, "restored_small")), 1e-12F);
 }
 
 TEST(Host, NeverUnloadsALibrary) {

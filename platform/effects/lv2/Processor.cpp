@@ -88,8 +88,8 @@ std::optional<Error> Processor::allocate(double sampleRate, std::uint32_t maximu
     if (!isKept) {
         _sampleRate = sampleRate;
         if (auto failure = _keeper.make(setup(), deadline)) return failure;
-        if (_kept) restore(*_kept);
-        _kept.reset();
+        if (_kept.state) restore(*_kept.state);
+        _kept = {};
         _buffers->limitValues(_plugin.ports, sampleRate);
     } else if (instance->blockFrames() != _blockFrames) {
         instance->setBlockFrames(_blockFrames);

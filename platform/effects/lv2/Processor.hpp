@@ -5,8 +5,9 @@
 #pragma once
 
 #include "platform/audio/NodeProcessor.hpp"
-#include "platform/effects/lv2/InstanceKeeper.hpp"
-#include "platform/effects/lv2/PortBuffers.hpp"
+#include "platform/effects/lv2/InstanceKeeper.private.hpp"
+#include "platform/effects/lv2/PortBuffers.private.hpp"
+#include "platform/effects/lv2/StateNumbers.private.hpp"
 #include "platform/realtime/Gate.hpp"
 
 #include <atomic>
@@ -55,13 +56,17 @@ class Processor final : public NodeProcessor {
 
   private:
     using State = std::unique_ptr<LilvState, Releaser<lilv_state_free>>;
+    struct CapturedState {
+        State state;                       // null when there is none
+        std::vector<StoredNumber> numbers; // that the plug-in stored in it
+    };
 
     Processor(std::shared_ptr<World> world, Plugin plugin, bool isOurs, double sampleRate,
               std::uint32_t blockFrames);
     [[nodiscard]] Instance::Setup setup() const;
     [[nodiscard]] bool suitsBlocks(const Instance& instance) const noexcept;
     [[nodiscard]] Error doesNotReturn() const;
-    [[nodiscard]] State captureState() const;
+    [[nodiscard]] CapturedState captureState() const;
     void restore(const LilvState& state);
     [[nodiscard]] std::optional<Error> applyState(const LilvState& state);
     void loadDefaultState();
@@ -79,7 +84,7 @@ class Processor final : public NodeProcessor {
     // The audio side uses the instance inside the gate, which is closed while it changes.
     Gate _gate;
     InstanceKeeper _keeper;
-    State _kept;                // of the instance that could not be replaced
+    CapturedState _kept;        // of the instance that could not be replaced
     std::uint32_t _blockFrames; // of a usual block
 };
 

@@ -40,9 +40,10 @@ class UridMap {
 
 /// The numbers that the host itself needs, looked up once.
 struct Urids {
-    LV2_URID atomInt, atomFloat, atomDouble, atomLong, atomBool, atomSequence, atomChunk, atomEventTransfer,
-        midiEvent, minBlockLength, maxBlockLength, nominalBlockLength, sequenceSize, sampleRate, scaleFactor,
-        updateRate, logError, logWarning, logTrace, floatProtocol, peakProtocol;
+    LV2_URID atomInt, atomFloat, atomDouble, atomLong, atomBool, atomVector, atomTuple, atomObject,
+        atomSequence, atomChunk, atomEventTransfer, midiEvent, minBlockLength, maxBlockLength,
+        nominalBlockLength, sequenceSize, sampleRate, scaleFactor, updateRate, logError, logWarning, logTrace,
+        floatProtocol, peakProtocol;
 
     [[nodiscard]] static const Urids& shared();
 };

@@ -8,8 +8,6 @@
 #include "platform/effects/lv2/UridMap.hpp"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 
@@ -31,14 +29,6 @@ std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID ty
     return std::nullopt;
 }
 
-// lilv writes eight digits after the point. Nine significant digits restore every float.
-std::string allDigits(float value) {
-    std::array<char, 32> text{};
-    const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 9);
-    return {text.data(), end.ptr};
-}
-
 // Replaces the values of the ports in lilv's text, where each symbol is followed by its value.
 void writeAllDigits(std::string& text, const PortBuffers& values, const std::vector<Port>& ports) {
     constexpr std::string_view Key = "pset:value ";
@@ -49,7 +39,7 @@ void writeAllDigits(std::string& text, const PortBuffers& values, const std::vec
         if (key == std::string::npos) continue;
         const std::size_t begin = key + Key.size();
         const std::size_t end = text.find_first_of(" \t\n;]", begin);
-        if (end != std::string::npos) text.replace(begin, end - begin, allDigits(values.value(port.index)));
+        if (end != std::string::npos) text.replace(begin, end - begin, allDigits({values.value(port.index)}));
     }
 }
 
@@ -61,7 +51,7 @@ const Port* Processor::portNamed(std::string_view symbol) const {
     return found == _plugin.ports.end() ? nullptr : &*found;
 }
 
-Processor::State Processor::captureState() const {
+Processor::CapturedState Processor::captureState() const {
     struct Asked {
         const Processor* self;
         float value;
@@ -79,10 +69,12 @@ Processor::State Processor::captureState() const {
         return &value;
     };
     const std::scoped_lock lock(_world->mutex());
-    return State(lilv_state_new_from_instance(
-        _world->plugin(), _keeper.get()->get(), UridMap::shared().mapFeature(), nullptr, nullptr, nullptr,
+    StateRecorder recorder(*_keeper.get()->get());
+    State state(lilv_state_new_from_instance(
+        _world->plugin(), recorder.instance(), UridMap::shared().mapFeature(), nullptr, nullptr, nullptr,
         nullptr, getValue, &asked, LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE,
         _keeper.get()->features().list()));
+    return {.state = std::move(state), .numbers = recorder.numbers()};
 }
 
 // The gate is closed, or the plug-in allows it concurrently with `run`.
@@ -125,16 +117,16 @@ void Processor::loadDefaultState() {
 
 std::string Processor::saveState() const {
     const std::scoped_lock lock(_instanceMutex);
-    const State captured = _keeper.get() != nullptr ? captureState() : nullptr;
-    const LilvState* state = _keeper.get() != nullptr ? captured.get() : _kept.get();
-    if (state == nullptr) return {};
+    const CapturedState captured = _keeper.get() != nullptr ? captureState() : CapturedState{};
+    const auto& [state, numbers] = _keeper.get() != nullptr ? captured : _kept;
+    if (!state) return {};
     const std::scoped_lock worldLock(_world->mutex());
     char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
-                                      UridMap::shared().unmapFeature(), state, product::StateURI, nullptr);
+                                      UridMap::shared().unmapFeature(), state.get(), StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
     if (_keeper.get() != nullptr) writeAllDigits(kept, *_buffers, _plugin.ports);
-    return kept;
+    return withAllDigits(kept, numbers);
 }
 
 std::optional<Error> Processor::restoreState(const std::string& text) {
