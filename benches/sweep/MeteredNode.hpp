@@ -30,6 +30,7 @@ class Meter final : public platform::NodeProcessor {
         return _processor->outputChannels();
     }
     void setBlockFrames(std::uint32_t frames) override { _processor->setBlockFrames(frames); }
+    void setOffline(bool isOffline) override { _processor->setOffline(isOffline); }
     [[nodiscard]] std::optional<platform::Error> allocate(double sampleRate,
                                                           std::uint32_t maximumFrames) override {
         auto failure = _processor->allocate(sampleRate, maximumFrames);

@@ -33,6 +33,9 @@ class NodeProcessor {
     /// Sets the usual number of frames of a block; a block may have fewer, or more up to the maximum of
     /// `allocate`. May be called concurrently with `process`.
     virtual void setBlockFrames(std::uint32_t /*frames*/) {}
+    /// Sets whether blocks are rendered offline, so that the audio side may wait for what belongs to a block.
+    /// Called before `allocate`, never concurrently with `process`.
+    virtual void setOffline(bool /*isOffline*/) {}
     /// Prepares for blocks of at most `maximumFrames` frames at `sampleRate`. A call with another rate starts
     /// again with all settings kept; a call with the same values does nothing.
     [[nodiscard]] virtual std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) = 0;

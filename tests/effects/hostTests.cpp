@@ -163,6 +163,14 @@ TEST(Host, LetsAPlugInWorkBesideTheSound) {
     };
     EXPECT_TRUE(waitUntil(isScaled));
     EXPECT_GE(unit->parameterValue(addressOf(*unit, "answers")), 1.0F);
+    // Rendered by hand, what it asks for in one block is done before the next.
+    rendering.processor->setOffline(true);
+    for (int i = 0; i < 100; ++i) {
+        unit->setParameterValue(addressOf(*unit, "factor"), static_cast<float>(3 + i % 2));
+        rendering.block();
+        rendering.block();
+        ASSERT_EQ(rendering.out(0)[10], static_cast<float>(3 + i % 2) * rendering.in(0)[10]);
+    }
 }
 
 TEST(Host, TakesDefaultsOfBothDialectsWithinBoundsAtTheRate) {

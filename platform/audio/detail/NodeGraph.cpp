@@ -67,6 +67,7 @@ bool NodeGraph::disconnectInput(const AVAudioNode& node) {
 
 void NodeGraph::Compiled::makeReady() {
     for (Unready& one : unready) {
+        one.processor->setOffline(one.isOffline);
         if (one.blockFrames > 0) one.processor->setBlockFrames(one.blockFrames);
         one.failure = one.processor->allocate(one.rate, RenderPlan::MaximumFrames);
     }
@@ -74,7 +75,7 @@ void NodeGraph::Compiled::makeReady() {
 
 void NodeGraph::noteReadiness(const Compiled& compiled, std::vector<std::shared_ptr<NodeProcessor>>& released,
                               std::vector<std::string>& messages) {
-    for (const auto& [node, processor, rate, blockFrames, failure] : compiled.unready) {
+    for (const auto& [node, processor, rate, blockFrames, isOffline, failure] : compiled.unready) {
         if (failure) messages.push_back("The effect is silent: " + failure->localizedDescription());
         const auto found = _members.find(node);
         if (found == _members.end() || found->second.processor != processor) {
@@ -139,7 +140,7 @@ class NodeGraph::Compilation {
         if (member.isStuck || member.isBeingMadeReady || member.failedRate == rate) return false;
         if (member.allocatedRate == rate) return true;
         member.isBeingMadeReady = true;
-        unready.push_back({&node, member.processor, rate, _graph._blockFrames});
+        unready.push_back({&node, member.processor, rate, _graph._blockFrames, _offline});
         return false;
     }
 

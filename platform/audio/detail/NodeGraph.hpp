@@ -51,6 +51,7 @@ class NodeGraph {
             std::shared_ptr<NodeProcessor> processor;
             double rate;
             std::uint32_t blockFrames; // 0: not known
+            bool isOffline;
             std::optional<Error> failure{};
         };
         std::unique_ptr<RenderPlan> plan;

@@ -72,6 +72,12 @@ void Processor::setBlockFrames(std::uint32_t frames) {
     if (const Gate::Closure closed(_gate); closed) instance->setBlockFrames(_blockFrames);
 }
 
+void Processor::setOffline(bool isOffline) {
+    const std::scoped_lock lock(_instanceMutex);
+    _isOffline = isOffline;
+    if (Instance* instance = _keeper.get()) instance->worker().setOffline(isOffline);
+}
+
 std::optional<Error> Processor::allocate(double sampleRate, std::uint32_t maximumFrames) {
     if (maximumFrames < _blockFrames) setBlockFrames(maximumFrames);
     const std::scoped_lock lock(_instanceMutex);
@@ -88,6 +94,7 @@ std::optional<Error> Processor::allocate(double sampleRate, std::uint32_t maximu
     if (!isKept) {
         _sampleRate = sampleRate;
         if (auto failure = _keeper.make(setup(), deadline)) return failure;
+        _keeper.get()->worker().setOffline(_isOffline);
         if (_kept.state) restore(*_kept.state);
         _kept = {};
         _buffers->limitValues(_plugin.ports, sampleRate);

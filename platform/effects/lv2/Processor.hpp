@@ -32,6 +32,8 @@ class Processor final : public NodeProcessor {
         return _buffers->outputChannels();
     }
     void setBlockFrames(std::uint32_t frames) override;
+    /// Offline, the plug-in's worker works between two blocks, so that the sound is the same each time.
+    void setOffline(bool isOffline) override;
     /// Another rate requires another instance, created after the previous one has ended: some plug-ins cannot
     /// exist twice. Allows two seconds for everything.
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
@@ -86,6 +88,7 @@ class Processor final : public NodeProcessor {
     InstanceKeeper _keeper;
     CapturedState _kept;        // of the instance that could not be replaced
     std::uint32_t _blockFrames; // of a usual block
+    bool _isOffline = false;
 };
 
 } // namespace platform::lv2

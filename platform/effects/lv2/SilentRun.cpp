@@ -68,6 +68,10 @@ void SilentRun::setBlockFrames(std::uint32_t frames) {
     _loop->processor->setBlockFrames(frames);
 }
 
+void SilentRun::setOffline(bool isOffline) {
+    _loop->processor->setOffline(isOffline);
+}
+
 std::uint32_t SilentRun::latencyFrames() const noexcept {
     return _loop->processor->latencyFrames();
 }

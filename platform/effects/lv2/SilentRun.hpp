@@ -23,6 +23,7 @@ class SilentRun final : public NodeProcessor {
     [[nodiscard]] std::uint32_t inputChannels() const noexcept override;
     [[nodiscard]] std::uint32_t outputChannels() const noexcept override;
     void setBlockFrames(std::uint32_t frames) override;
+    void setOffline(bool isOffline) override;
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
     void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;

@@ -42,7 +42,7 @@ void Worker::stop() {
 
 LV2_Worker_Status Worker::request(std::uint32_t size, const void* data) noexcept {
     if (size > LargestMessage || !_requests.write(bytesOf(data, size))) return LV2_WORKER_ERR_NO_SPACE;
-    _wake.signal();
+    if (!_isOffline) _wake.signal();
     return LV2_WORKER_SUCCESS;
 }
 
@@ -58,16 +58,25 @@ LV2_Worker_Status Worker::respond(LV2_Worker_Respond_Handle ring, std::uint32_t 
 }
 
 void Worker::serve() {
-    std::vector<std::byte> message;
     for (;;) {
         _wake.wait();
         if (_isEnding) return;
-        while (!_isEnding && _requests.read(message)) {
-            const std::scoped_lock lock(_workMutex);
-            (void)_interface->work(_handle, &respond, &_responses, static_cast<std::uint32_t>(message.size()),
-                                   message.data());
-        }
+        workOffRequests();
     }
+}
+
+void Worker::workOffRequests() {
+    while (!_isEnding) {
+        const std::scoped_lock lock(_workMutex);
+        if (!_requests.read(_message)) return;
+        (void)_interface->work(_handle, &respond, &_responses, static_cast<std::uint32_t>(_message.size()),
+                               _message.data());
+    }
+}
+
+void Worker::setOffline(bool isOffline) {
+    _isOffline = isOffline;
+    if (!isOffline) _wake.signal(); // for what was asked since the last run
 }
 
 void Worker::deliver(ByteRing& ring) noexcept {
@@ -83,6 +92,7 @@ void Worker::deliver(ByteRing& ring) noexcept {
 
 void Worker::deliverResponses() noexcept {
     if (_interface == nullptr) return;
+    if (_isOffline && _interface->work != nullptr) workOffRequests();
     deliver(_responses);
     deliver(_restoreResponses);
     if (_interface->end_run != nullptr) (void)_interface->end_run(_handle);

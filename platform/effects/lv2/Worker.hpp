@@ -33,6 +33,10 @@ class Worker {
     /// progress.
     void stop();
 
+    /// Lets `deliverResponses` carry out the requests instead of the thread, because the run waits for them.
+    /// Control side; no `run` may be in progress.
+    void setOffline(bool isOffline);
+
     /// Passes the answers that have arrived to the plug-in. Audio side, after each run.
     void deliverResponses() noexcept;
 
@@ -44,6 +48,7 @@ class Worker {
     LV2_Worker_Status workNow(std::uint32_t size, const void* data);
     static LV2_Worker_Status respond(LV2_Worker_Respond_Handle ring, std::uint32_t size, const void* data);
     void serve();
+    void workOffRequests();
     void deliver(ByteRing& ring) noexcept;
 
     LV2_Worker_Schedule _schedule, _scheduleForRestore;
@@ -54,6 +59,8 @@ class Worker {
     ByteRing _restoreResponses{RingBytes}; // control side to audio side
     std::vector<std::byte> _scratch;       // audio side: one answer, in one piece as the plug-in requires
     std::mutex _workMutex;                 // held while the plug-in works: never two at once
+    std::vector<std::byte> _message;       // guarded by _workMutex: a request
+    std::atomic<bool> _isOffline{false};   // written while no run is under way
     WakeSignal _wake;
     std::atomic<bool> _isEnding{false};
     std::thread _thread;
