@@ -35,7 +35,7 @@ class VaryingDevice final : public OutputDevice {
     }
     void stop() noexcept override { _client.reset(); }
     [[nodiscard]] AVAudioFormat format() const noexcept override { return {44100, 2}; }
-    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return 192; }
+    [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return 480; }
     void render(std::uint32_t frames) {
         std::vector<float> left(frames);
         std::vector<float> right(frames);
@@ -218,9 +218,12 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
             return true;
         };
         for (const std::uint32_t frames : {1U, 191U, 192U, 1000U}) EXPECT_TRUE(isCopy(frames)) << frames;
-        rendering.processor->setBlockFrames(480);
+        rendering.processor->setBlockFrames(100);
+        EXPECT_TRUE(isCopy(100));
+        EXPECT_EQ(told(), (std::vector<float>{44100, 100, 100, first}));
+        rendering.processor->setBlockFrames(480); // of which the instance has no memory
         EXPECT_TRUE(isCopy(480));
-        EXPECT_EQ(told(), (std::vector<float>{44100, 480, 480, first}));
+        EXPECT_EQ(told(), (std::vector<float>{44100, 192, 192, first}));
     }
     Rendering another(*unit, 48000, 1000);
     another.block();
@@ -253,14 +256,16 @@ TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
         // Another thread tells it.
         return waitUntil([&] { return render(frames), told == wanted; }) || (ADD_FAILURE() << told[0], false);
     };
-    render(192);
-    EXPECT_EQ(told, (std::vector<float>{192, 1, 192, 0}));
-    EXPECT_TRUE(comesTo(480, {480, 1, 480, 1})); // at once
+    render(480);
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 0}));
     for (int i = 0; i < 300; ++i) render(i % 10 == 0 ? 480 : 192);
-    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 1})); // which is no change of the usual length
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 0})); // which is no change of the usual length
     for (int i = 0; i < 50; ++i) render(192);
     EXPECT_EQ(told[0], 480); // not yet
-    EXPECT_TRUE(comesTo(192, {192, 1, 192, 2}));
+    EXPECT_TRUE(comesTo(192, {192, 1, 192, 1}));
+    EXPECT_TRUE(comesTo(480, {480, 1, 480, 2})); // at once
+    for (int i = 0; i < 300; ++i) render(1000);
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 2})); // the longest that it was made for
     engine->stop();
 }
 

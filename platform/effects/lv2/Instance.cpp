@@ -3,6 +3,7 @@
 
 #include "platform/effects/lv2/Instance.hpp"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace platform::lv2 {
@@ -61,6 +62,7 @@ bool Instance::takesBlockFrames() const noexcept {
 }
 
 void Instance::setBlockFrames(std::uint32_t frames) {
+    frames = std::min(frames, _longestBlockFrames);
     if (frames == _setup.blockFrames || !takesBlockFrames()) return;
     _setup.blockFrames = frames;
     const auto options = _features.changeBlockFrames(frames);

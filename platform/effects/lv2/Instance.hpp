@@ -46,7 +46,10 @@ class Instance {
     [[nodiscard]] std::uint32_t blockFrames() const noexcept { return _setup.blockFrames; }
     /// Returns whether the plug-in can be told of another block length.
     [[nodiscard]] bool takesBlockFrames() const noexcept;
-    /// Tells the plug-in of another block length. No `run` may be in progress.
+    /// Returns the block length for which the instance was made.
+    [[nodiscard]] std::uint32_t longestBlockFrames() const noexcept { return _longestBlockFrames; }
+    /// Tells the plug-in of another block length, never of one longer than the longest: some plug-ins keep
+    /// the memory that they have. No `run` may be in progress.
     void setBlockFrames(std::uint32_t frames);
 
     void activate();
@@ -55,6 +58,7 @@ class Instance {
 
   private:
     Setup _setup;
+    const std::uint32_t _longestBlockFrames = _setup.blockFrames;
     ScratchDirectory _scratch;
     Worker _worker;
     Features _features;

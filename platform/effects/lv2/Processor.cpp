@@ -65,9 +65,8 @@ void Processor::setBlockFrames(std::uint32_t frames) {
     const std::scoped_lock lock(_instanceMutex);
     _blockFrames = std::clamp(frames, 1U, LongestBlock);
     Instance* instance = _keeper.get();
-    if (instance == nullptr || !instance->takesBlockFrames() || instance->blockFrames() == _blockFrames) {
-        return;
-    }
+    if (instance == nullptr || !instance->takesBlockFrames()) return;
+    if (instance->blockFrames() == std::min(_blockFrames, instance->longestBlockFrames())) return;
     // An effect that does not return from rendering is told when it is allocated again.
     if (const Gate::Closure closed(_gate); closed) instance->setBlockFrames(_blockFrames);
 }
