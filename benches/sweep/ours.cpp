@@ -13,6 +13,7 @@
 #include "Session.hpp"
 
 #include "platform/audio/SilentDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/foundation/console.hpp"
 

@@ -8,6 +8,7 @@
 #include "instantiate.hpp"
 
 #include "platform/audio/OfflineDevice.hpp"
+#include "platform/audio/seams.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/ui/UIViewController.hpp"

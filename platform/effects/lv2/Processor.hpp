@@ -5,9 +5,9 @@
 #pragma once
 
 #include "platform/audio/NodeProcessor.hpp"
-#include "platform/effects/lv2/InstanceKeeper.private.hpp"
-#include "platform/effects/lv2/PortBuffers.private.hpp"
-#include "platform/effects/lv2/StateNumbers.private.hpp"
+#include "platform/effects/lv2/InstanceKeeper.hpp"
+#include "platform/effects/lv2/PortBuffers.hpp"
+#include "platform/effects/lv2/StateNumbers.hpp"
 #include "platform/realtime/Gate.hpp"
 
 #include <atomic>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/effects/lv2/StateNumbers.private.hpp"
+#include "platform/effects/lv2/StateNumbers.hpp"
 
-#include "platform/effects/lv2/UridMap.private.hpp"
+#include "platform/effects/lv2/UridMap.hpp"
 
 #include <algorithm>
 #include <array>
