@@ -177,7 +177,7 @@ def shown(row: Row) -> str:
 
 
 def why_list(row: Row) -> str:
-    """Give what was said on standard error of an interface that the list replaces."""
+    """Return what was reported on standard error about an interface that the list replaces."""
     return next((line for line in row.screen.errors.splitlines() if "a plain list replaces it" in line), "")
 
 

@@ -134,7 +134,7 @@ TEST(Easing, SineAndCosineAreRoundedWell) {
     EXPECT_TRUE(std::isnan(easing::sine(INFINITY)) && std::isnan(easing::cosine(std::nanf(""))));
 }
 
-// Anchors, reckoned by hand: the shapes above could be wrong in the same way as the code.
+// Anchors, computed by hand: the shapes above could be wrong in the same way as the code.
 TEST(Easing, KnownValues) {
     EXPECT_EQ(ease(EASING_easeOutQuart, 0, 0, 1, 10), 2.0F);
     EXPECT_EQ(ease(EASING_easeInOutQuart, 5, 0, 1, 10), 1.5F);

@@ -255,7 +255,7 @@ TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
     }
     offline.engine.reset(); // and with it the thread that says it
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "The effect gives samples that are no numbers; they are silenced.\n");
+              "The effect's output contains NaN or infinity; it is silenced.\n");
 }
 
 TEST(AVAudioEngine, AnEffectThatCannotBeMadeReadyIsSilent) {

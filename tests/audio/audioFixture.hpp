@@ -29,7 +29,7 @@ void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate)
 /// Writes such a file, opens it and removes it: what is open goes on playing.
 [[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate = 44100);
 [[nodiscard]] bool isSilent(const Sound& sound);
-/// Returns `passes` copies of `sound`, one behind the other.
+/// Returns `passes` copies of `sound`, one after the other.
 [[nodiscard]] Sound repeated(const Sound& sound, std::size_t passes);
 /// Returns the index of the first frame in which they differ; the shorter length if there is none.
 [[nodiscard]] std::size_t firstDifference(const Sound& a, const Sound& b);

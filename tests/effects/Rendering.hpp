@@ -81,7 +81,7 @@ class Rendering {
     }
     void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }
 
-    /// Renders so many blocks and returns the largest magnitude; infinity when a sample is no number.
+    /// Renders so many blocks and returns the largest magnitude; infinity if a sample is not finite.
     float loudestOf(int blocks) {
         float loudest = 0;
         for (; blocks > 0; --blocks) {

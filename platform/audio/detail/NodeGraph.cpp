@@ -203,7 +203,7 @@ void NodeGraph::reportBadSamples(std::vector<std::string>& messages) {
     for (auto& [node, member] : _members) {
         if (!member.badSamples->seen || member.saidBadSamples) continue;
         member.saidBadSamples = true;
-        messages.emplace_back("The effect gives samples that are no numbers; they are silenced.");
+        messages.emplace_back("The effect's output contains NaN or infinity; it is silenced.");
     }
 }
 

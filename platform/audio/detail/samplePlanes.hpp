@@ -43,7 +43,7 @@ using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
     return anyBad == 0;
 }
 
-/// Copies `count` samples; zeros stand for what is no number.
+/// Copies `count` samples; zeros replace what is not finite.
 inline void copyFinite(const float* source, float* plane, std::uint32_t count) noexcept {
     std::uint32_t i = 0;
     for (; i + 16 <= count; i += 16) {

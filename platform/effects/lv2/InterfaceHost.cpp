@@ -167,7 +167,8 @@ void InterfaceHost::takeWrite(std::uint32_t port, std::uint32_t size, std::uint3
         std::memcpy(&head, data, sizeof head);
         if (head.size > size - sizeof head) return;
         if (!processor.buffers().send(port, {static_cast<const std::byte*>(data), sizeof head + head.size})) {
-            warn("A message of the interface of \"" + processor.plugin().name + "\" found no room.");
+            warn("A message of the interface of \"" + processor.plugin().name +
+                 "\" did not fit into the queue and was lost.");
         }
     }
 }

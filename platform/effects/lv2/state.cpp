@@ -121,8 +121,9 @@ std::string Processor::saveState() const {
     const auto& [state, numbers] = _keeper.get() != nullptr ? captured : _kept;
     if (!state) return {};
     const std::scoped_lock worldLock(_world->mutex());
-    char* text = lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(),
-                                      UridMap::shared().unmapFeature(), state.get(), product::StateURI, nullptr);
+    char* text =
+        lilv_state_to_string(_world->get(), UridMap::shared().mapFeature(), UridMap::shared().unmapFeature(),
+                             state.get(), product::StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
     if (_keeper.get() != nullptr) writeAllDigits(kept, *_buffers, _plugin.ports);
