@@ -13,13 +13,14 @@
 #include "platform/foundation/console.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
-#include "platform/ui/detail/viewWidget.hpp"
 #include "platform/ui/toolkit/startToolkit.hpp"
+#include "platform/ui/widgets.hpp"
 #include "shared/Common/Extensions/pinToSuperviewEdges.hpp"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gdk/x11/gdkx.h>
+#include <gtk/gtk.h>
 #include <set>
 #include <string>
 

@@ -96,7 +96,7 @@ def faults(name: str, folder: str, mark: str, header: str):
     standard = re.fullmatch(r"[a-z_0-9]+", header) or header in NEAR_THE_MACHINE.get(folder, ())
     if mark == "<" and not standard and (folder in SYSTEM or public):
         yield "which is not of the standard library"
-    if room and not name.startswith(room + "/"):
+    if room and not name.startswith(room + "/") and folder != "benches":
         yield f"which is private to {room}"
     elif room and public and header not in SHOWN_DETAILS:
         yield "which is private, from a public header"
