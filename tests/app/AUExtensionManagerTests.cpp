@@ -67,8 +67,9 @@ TEST_F(ManagerTest, TheFirstMatchIsTold) {
                                                     entry("first", effect, 0x1A), entry("second", other)});
     ASSERT_GT(lines.size(), 9U);
     EXPECT_EQ(lines[9], "flags: 0x0000001a"); // the component's own, not those searched for
-    EXPECT_EQ((Lines{lines.end() - 3, lines.end()}),
-              (Lines{"(found)", "WARNING: Audio unit is nil (yet?).", "(initialised)"}));
+    EXPECT_EQ((Lines{lines.end() - 4, lines.end()}),
+              (Lines{"AUExtensionManager: Performed audio unit connection.", "(found)",
+                     "WARNING: Audio unit is nil (yet?).", "(initialised)"}));
     EXPECT_EQ(provider->instantiated, Lines{"first"});
     ASSERT_TRUE(delegate->unit);
     EXPECT_EQ(delegate->unit->auAudioUnit(), effect);
@@ -81,7 +82,10 @@ TEST_F(ManagerTest, TheFirstMatchIsTold) {
 }
 
 TEST_F(ManagerTest, FailuresEndQuietly) {
-    EXPECT_EQ(linesUntil("ERROR: There were no audio units found.", {}).size(), 2U);
+    const std::string nothing = "ERROR: There were no audio units found.";
+    EXPECT_EQ(linesUntil(nothing, {}),
+              (Lines{"NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
+                     nothing}));
     const auto lines = linesUntil("Error: Could not instantiate audio unit.", {entry("broken", nullptr)});
     EXPECT_EQ(lines[lines.size() - 2],
               "AudioComponentDescription(componentType: 1635085670, componentSubType: 1870025847, "

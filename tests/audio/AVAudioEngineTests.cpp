@@ -150,6 +150,17 @@ TEST(AVAudioEngine, ConvertsChannels) {
     for (std::size_t i = 0; i < 1000; ++i) ASSERT_FLOAT_EQ(heard[0][i], 0.5F * (stereo[0][i] + stereo[1][i]));
 }
 
+TEST(AVAudioEngine, ALinkAfterAnEffectBringsTheSoundIntoItsFormat) {
+    OfflineEngine offline({48000, 2});
+    const auto opposed = offline.insertWork([](const Block& block) {
+        std::fill_n(block.out[0], block.frames, 1.0F);
+        std::fill_n(block.out[1], block.frames, -0.5F);
+    });
+    offline.engine->connect(opposed, offline.engine->mainMixerNode(), AVAudioFormat{48000, 1});
+    offline.start();
+    EXPECT_EQ(offline.render(256), Sound(2, std::vector<float>(256, 0.25F)));
+}
+
 // A link at half the device's rate, in the place before the effect and in the place behind it, lets the tone
 // pass that it has room for and not the other. Other edits of the graph are not heard in it.
 TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
