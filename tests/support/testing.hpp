@@ -66,7 +66,7 @@ class Scratch {
     }
     /// Makes a file, and the folders above it.
     std::string file(std::string_view name, std::string_view content = "") const {
-        const std::string path = *this / name;
+        std::string path = *this / name;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
         std::ofstream(path, std::ios::binary) << content;
         return path;
