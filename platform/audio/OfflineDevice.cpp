@@ -49,17 +49,17 @@ void OfflineDevice::render(float* const* planes, std::uint64_t frames) {
 
 void OfflineDevice::render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames) {
     std::vector<float*> at(planes, planes + format.channelCount);
+    std::shared_ptr<Run> run;
     while (frames > 0) {
         const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(frames, _blockFrames));
-        renderBlock({at.data(), format.channelCount, count}, format.sampleRate);
+        renderBlock(run, {at.data(), format.channelCount, count}, format.sampleRate);
         for (float*& plane : at) plane += count;
         frames -= count;
     }
 }
 
-void OfflineDevice::renderBlock(PlanarSound sound, double sampleRate) {
-    std::shared_ptr<Run> run;
-    {
+void OfflineDevice::renderBlock(std::shared_ptr<Run>& run, PlanarSound sound, double sampleRate) {
+    if (!run || !run->gate.isOpen()) { // else it is still the current one
         const std::scoped_lock lock(_mutex);
         run = _run;
     }

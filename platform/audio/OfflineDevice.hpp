@@ -39,7 +39,6 @@ class OfflineDevice final : public OutputDevice {
 
   private:
     void render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames);
-    void renderBlock(PlanarSound sound, double sampleRate);
 
     // One use by a client.
     struct Run {
@@ -47,6 +46,8 @@ class OfflineDevice final : public OutputDevice {
         std::mutex turn{}; // held for the length of one block
         Gate gate{};       // around each call of the client
     };
+
+    void renderBlock(std::shared_ptr<Run>& run, PlanarSound sound, double sampleRate);
 
     mutable std::mutex _mutex; // guards the following members
     AVAudioFormat _format;

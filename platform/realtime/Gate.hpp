@@ -69,6 +69,10 @@ class Gate {
         }
         return true;
     }
+    /// Returns whether the audio side is let in. Any thread.
+    [[nodiscard]] bool isOpen() const noexcept {
+        return (_state.load(std::memory_order_acquire) & Closed) == 0;
+    }
     /// Returns whether nobody is inside. Any thread.
     [[nodiscard]] bool isEmpty() const noexcept {
         return (_state.load(std::memory_order_acquire) & Taken) == 0;

@@ -261,8 +261,8 @@ bool PlayerStream::holdsFor(std::uint32_t outputFrames) const {
 
 bool PlayerStream::isProvided(std::uint32_t frames) {
     if (!_voice.playing) return true;
-    const std::scoped_lock locks(_turn, _mutex);
-    return _ended || (_isPrimed && !_isResetDue && !_isPathDue && holdsFor(frames));
+    const std::scoped_lock turn(_turn);
+    return _voice.gate.isOpen() && holdsFor(frames);
 }
 
 // _mutex is held.
