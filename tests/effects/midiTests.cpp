@@ -5,6 +5,7 @@
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
 #include "platform/effects/detail/MIDIOutputDelivery.hpp"
+#include "platform/effects/lv2/AudioUnit.hpp"
 #include "tests/effects/Rendering.hpp"
 
 #include <mutex>
@@ -128,6 +129,25 @@ TEST(MIDIOutput, BlockMayBeReplacedAlsoFromInside) {
     EXPECT_EQ(first, 1);
     delivery.setBlock(nullptr);
     EXPECT_FALSE(delivery.isWanted());
+}
+
+TEST_F(Burst, KeepsEventsForTheInterfaceThatIsOpen) {
+    auto& events = dynamic_cast<lv2::AudioUnit&>(*unit).lv2Processor().buffers().events;
+    std::uint32_t port = 0;
+    std::vector<std::byte> atom;
+    events.setListening(true);
+    unit->setParameterValue(Count, 5);
+    rendering.block();
+    events.setListening(false);
+    rendering.block();
+    events.setListening(true); // another interface
+    EXPECT_FALSE(events.receive(port, atom));
+    unit->setParameterValue(Count, 3);
+    rendering.block();
+    int received = 0;
+    while (events.receive(port, atom)) ++received;
+    EXPECT_EQ(received, 3);
+    events.setListening(false);
 }
 
 TEST(MIDIOutput, LosesItsLastOwnerInsideTheBlock) {

@@ -104,6 +104,8 @@ TEST_F(Interface, HearsOfValuesAndSetsThem) {
     EXPECT_TRUE(waitUntil([&] { return opened.screen.colours()[Blue] > 0; }));
     opened.unit->setParameterValue(GainPort, 0.25F); // which the interface answers by 0.75
     EXPECT_TRUE(waitUntil([&] { return opened.unit->parameterValue(GainPort) == 0.75F; }));
+    opened.unit->setParameterValue(GainPort, 0.125F); // which it answers by more than the control allows
+    EXPECT_TRUE(waitUntil([&] { return opened.unit->parameterValue(GainPort) == 4.0F; }));
 }
 
 TEST_F(Interface, TakesTheKeyboardWithTheFocusAndEscapeGivesItBack) {

@@ -98,7 +98,7 @@ bool AudioUnit::sendMIDIEvent(std::span<const std::uint8_t> message) {
         std::copy_n(reinterpret_cast<const std::byte*>(&head), sizeof head, atom.begin());
         std::copy_n(reinterpret_cast<const std::byte*>(message.data()), message.size(),
                     atom.begin() + sizeof head);
-        return _processor->buffers().send(port.index, atom);
+        return _processor->buffers().events.send(port.index, atom);
     }
     return false;
 }
@@ -114,7 +114,7 @@ std::vector<AUParameter> AudioUnit::parameters() const {
 }
 
 float AudioUnit::parameterValue(std::uint32_t address) const {
-    return _processor->buffers().value(address);
+    return _processor->buffers().controls.value(address);
 }
 
 void AudioUnit::setParameterValue(std::uint32_t address, float value) {
@@ -124,7 +124,7 @@ void AudioUnit::setParameterValue(std::uint32_t address, float value) {
         const AUParameter parameter = parameterAt(ports[address], _processor->sampleRate());
         value = std::clamp(value, parameter.minValue, parameter.maxValue);
     }
-    _processor->buffers().setValue(address, value);
+    _processor->buffers().controls.setValue(address, value);
 }
 
 std::vector<std::uint8_t> AudioUnit::fullState() const {

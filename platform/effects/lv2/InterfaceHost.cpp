@@ -135,7 +135,7 @@ std::optional<Error> InterfaceHost::load(const Interface& interface) {
     if (_descriptor->extension_data != nullptr) {
         _idle = static_cast<const LV2UI_Idle_Interface*>(_descriptor->extension_data(LV2_UI__idleInterface));
     }
-    _unit->lv2Processor().buffers().setListening(true);
+    _unit->lv2Processor().buffers().events.setListening(true);
     tellValues();
     _namedWindow = reinterpret_cast<unsigned long>(widget);
     return std::nullopt;
@@ -145,7 +145,7 @@ InterfaceHost::~InterfaceHost() {
     setVisible(false);
     _unit->releaseInterface();
     if (_handle == nullptr) return;
-    _unit->lv2Processor().buffers().setListening(false);
+    _unit->lv2Processor().buffers().events.setListening(false);
     _descriptor->cleanup(_handle);
 }
 
@@ -166,7 +166,8 @@ void InterfaceHost::takeWrite(std::uint32_t port, std::uint32_t size, std::uint3
         if (size < sizeof head) return;
         std::memcpy(&head, data, sizeof head);
         if (head.size > size - sizeof head) return;
-        if (!processor.buffers().send(port, {static_cast<const std::byte*>(data), sizeof head + head.size})) {
+        if (!processor.buffers().events.send(
+                port, {static_cast<const std::byte*>(data), sizeof head + head.size})) {
             warn("A message of the interface of \"" + processor.plugin().name +
                  "\" did not fit into the queue and was lost.");
         }
@@ -189,7 +190,7 @@ void InterfaceHost::update() {
     tellValues();
     std::uint32_t port = 0;
     // As many as there were at the start: an effect that sends without end must not block the screen.
-    for (int i = 0; i < 1000 && _unit->lv2Processor().buffers().receive(port, _atom); ++i) {
+    for (int i = 0; i < 1000 && _unit->lv2Processor().buffers().events.receive(port, _atom); ++i) {
         if (_descriptor->port_event == nullptr) continue;
         _descriptor->port_event(_handle, port, static_cast<std::uint32_t>(_atom.size()),
                                 Urids::shared().atomEventTransfer, _atom.data());

@@ -47,8 +47,9 @@ Result<std::shared_ptr<Processor>> Processor::make(std::shared_ptr<World> world,
 }
 
 Instance::Setup Processor::setup() const {
-    return {
-        .sampleRate = _sampleRate, .blockFrames = _blockFrames, .sequenceBytes = _buffers->sequenceBytes()};
+    return {.sampleRate = _sampleRate,
+            .blockFrames = _blockFrames,
+            .sequenceBytes = _buffers->events.sequenceBytes()};
 }
 
 // A longer block is split. A plug-in that was told of no other length does not expect a shorter one.
@@ -96,7 +97,7 @@ std::optional<Error> Processor::allocate(double sampleRate, std::uint32_t maximu
         _keeper.get()->worker().setOffline(_isOffline);
         if (_kept.state) restore(*_kept.state);
         _kept = {};
-        _buffers->limitValues(_plugin.ports, sampleRate);
+        _buffers->controls.limitValues(_plugin.ports, sampleRate);
     } else if (instance->blockFrames() != _blockFrames) {
         instance->setBlockFrames(_blockFrames);
     }
@@ -122,10 +123,10 @@ void Processor::process(ConstPlanarSound inputs, PlanarSound outputs, std::int64
         const std::uint32_t piece = std::min(outputs.frames() - done, instance->blockFrames());
         const PlanarSound out = outputs.after(done).first(piece);
         _buffers->beforeRun();
-        _buffers->connectAudio(instance->get(), inputs.after(done).first(piece), out,
-                               instance->blockFrames());
+        _buffers->audio.connectSignal(instance->get(), inputs.after(done).first(piece), out,
+                                      instance->blockFrames());
         run(*instance, piece, sampleTime + done);
-        _buffers->takeAudio(out);
+        _buffers->audio.takeSignal(out);
         done += piece;
     }
     if (_midi) _midi->flush();

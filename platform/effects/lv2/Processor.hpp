@@ -27,9 +27,11 @@ class Processor final : public NodeProcessor {
     ~Processor() override;
 
     [[nodiscard]] std::string name() const override { return _plugin.name; }
-    [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return _buffers->inputChannels(); }
+    [[nodiscard]] std::uint32_t inputChannels() const noexcept override {
+        return _buffers->audio.inputChannels();
+    }
     [[nodiscard]] std::uint32_t outputChannels() const noexcept override {
-        return _buffers->outputChannels();
+        return _buffers->audio.outputChannels();
     }
     void setBlockFrames(std::uint32_t frames) override;
     /// Offline, the plug-in's worker works between two blocks, so that the sound is the same each time.
@@ -39,7 +41,9 @@ class Processor final : public NodeProcessor {
     [[nodiscard]] std::optional<Error> allocate(double sampleRate, std::uint32_t maximumFrames) override;
     void release() noexcept override;
     void process(ConstPlanarSound inputs, PlanarSound outputs, std::int64_t sampleTime) noexcept override;
-    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override { return _buffers->latencyFrames(); }
+    [[nodiscard]] std::uint32_t latencyFrames() const noexcept override {
+        return _buffers->controls.latencyFrames();
+    }
 
     [[nodiscard]] const Plugin& plugin() const noexcept { return _plugin; }
     [[nodiscard]] PortBuffers& buffers() noexcept { return *_buffers; }

@@ -30,7 +30,7 @@ std::optional<float> numberOf(const void* value, std::uint32_t size, LV2_URID ty
 }
 
 // Replaces the values of the ports in lilv's text, where each symbol is followed by its value.
-void writeAllDigits(std::string& text, const PortBuffers& values, const std::vector<Port>& ports) {
+void writeAllDigits(std::string& text, const ControlPorts& values, const std::vector<Port>& ports) {
     constexpr std::string_view Key = "pset:value ";
     for (const Port& port : ports) {
         if (port.kind != PortKind::ControlInput) continue;
@@ -63,7 +63,7 @@ Processor::CapturedState Processor::captureState() const {
         *type = 0;
         const Port* port = self->portNamed(symbol);
         if (port == nullptr || port->kind != PortKind::ControlInput) return nullptr;
-        value = self->_buffers->value(port->index);
+        value = self->_buffers->controls.value(port->index);
         *size = sizeof value;
         *type = Urids::shared().atomFloat;
         return &value;
@@ -85,7 +85,7 @@ void Processor::restore(const LilvState& state) {
         const Port* port = self.portNamed(symbol);
         const auto number = numberOf(value, size, type);
         if (port != nullptr && port->kind == PortKind::ControlInput && number) {
-            self._buffers->setValue(port->index, *number);
+            self._buffers->controls.setValue(port->index, *number);
         }
     };
     lilv_state_restore(&state, _keeper.get()->get(), setValue, this, 0,
@@ -126,7 +126,7 @@ std::string Processor::saveState() const {
                              state.get(), product::StateURI, nullptr);
     std::string kept = text == nullptr ? std::string() : std::string(text);
     lilv_free(text);
-    if (_keeper.get() != nullptr) writeAllDigits(kept, *_buffers, _plugin.ports);
+    if (_keeper.get() != nullptr) writeAllDigits(kept, _buffers->controls, _plugin.ports);
     return withAllDigits(kept, numbers);
 }
 
