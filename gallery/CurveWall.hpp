@@ -57,7 +57,7 @@ class CurveWall final : public platform::UIViewController {
     std::int64_t _frames = 1;
     std::int64_t _frame = 0;
     int _captionLines = 1;
-    int _rest = 0; // ticks until the movement begins anew; 0 while it goes on
+    int _rest = 0; // ticks until the movement begins again; 0 while it runs
 };
 
 } // namespace tonewright

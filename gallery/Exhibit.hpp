@@ -28,11 +28,11 @@ class Exhibit {
     Exhibit(const Exhibit&) = delete;
     Exhibit& operator=(const Exhibit&) = delete;
 
-    /// Begins anew, moving so.
+    /// Starts again with this movement.
     virtual void restart(const Movement& movement) = 0;
     /// Does one frame of the engine's work.
     virtual void tick() = 0;
-    /// Show on the screen where the values are.
+    /// Shows the current values on the screen.
     virtual void show() = 0;
     /// Returns the number of animators and impulses that `tick` moves.
     [[nodiscard]] virtual std::int64_t tweens() const = 0;

@@ -14,7 +14,7 @@ class ImpulseExhibit final : public Exhibit {
   public:
     explicit ImpulseExhibit(std::shared_ptr<platform::UIDrawingView> view);
 
-    /// Kick the ball away from the nearer wall; one that moves takes the new velocity.
+    /// Kicks the ball away from the nearer wall; a moving ball takes the new velocity.
     void flick();
 
     void restart(const Movement& movement) override;

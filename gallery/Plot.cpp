@@ -64,7 +64,7 @@ void Plot::draw(Canvas& canvas) const {
         stroke.push_back(at(width, height, static_cast<double>(frame) / Frames, value));
         previous = value;
     }
-    if (stroke.size() == 1) stroke.push_back(stroke.front()); // a lone point behind a jump
+    if (stroke.size() == 1) stroke.push_back(stroke.front()); // a lone point after a jump
     finishStroke();
     const auto drawLine = [&](std::string_view words, double bottom) {
         canvas.drawText(words, {0, bottom - LineHeight, width, LineHeight}, CaptionSize, text,

@@ -51,7 +51,7 @@ class SequencerExhibit final : public Exhibit {
         _movement = movement;
         _rest = 0;
         _view->setNeedsDisplay(); // the bars' places are of whole frames
-        // A timeline never gets shorter, and its members in play stay so: a new one for a new movement.
+        // A timeline never gets shorter, and its playing members keep playing: each movement gets a new one.
         _sequencer = std::make_shared<AnimationSequencer>();
         _sequencer->onFinished = [this](AnimationSequencer&) { _rest = RestTicks; };
         for (std::size_t i = 0; i < Members; ++i) {
@@ -60,7 +60,7 @@ class SequencerExhibit final : public Exhibit {
         }
     }
     void tick() override {
-        // Not by the sequencer's own timer: its frame goes on while it is paused.
+        // The sequencer's own timer is not used, because its frame continues while it is paused.
         if (_rest == 0) {
             _sequencer->advance();
         } else if (--_rest == 0) {

@@ -21,8 +21,8 @@ using bench::nanoseconds;
 constexpr std::int64_t Frames = 1000;
 constexpr int Rounds = 400;
 
-// Returns the nanoseconds per call of one run over all frames. A function of its own with the call in its
-// hands, so that every subject is called from a loop that holds what it needs in registers.
+// Returns the nanoseconds per call of one run over all frames. A function of its own that receives the call,
+// so that every subject is called from a loop that keeps its state in registers.
 template <class Call>
 [[gnu::noinline]] double perCall(Call call) {
     return nanoseconds([call] {

@@ -3,7 +3,7 @@
 
 // The least a scan can do: one statx per item on its open directory, getdents64 with a kept buffer, computed
 // access rights, one flat record per item and its name in one buffer. It does not sort, keeps no tree and
-// knows no bad luck.
+// handles no errors.
 #pragma once
 
 #include <cstdint>

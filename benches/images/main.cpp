@@ -45,7 +45,7 @@ void paint(GdkPixbuf* pixels) {
     }
 }
 
-// The way of the library's manual: a loader of the format, the whole file, the picture.
+// Decodes as the library's manual shows: a loader for the format, the whole file, the picture.
 bool decodeByLibrary(const std::string& data, const char* format) {
     GdkPixbufLoader* loader = gdk_pixbuf_loader_new_with_type(format, nullptr);
     const bool isFed = gdk_pixbuf_loader_write(loader, reinterpret_cast<const guchar*>(data.data()),

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Plays a file over and over on the offline device and compares every pass, where it must stand, with a
-// reference decoded by another program. Prints the greatest number of frames by which a pass stands
-// elsewhere; -1 if it stands nowhere near. Usage: bench_seam_ours FILE REFERENCE PASSES BLOCK_FRAMES
-// REFERENCE: one pass, raw stereo floats, interleaved
+// Plays a file over and over on the offline device and compares every pass, at its expected position, with a
+// reference decoded by another program. Prints the largest number of frames by which a pass is displaced; -1
+// if it is nowhere near. Usage: bench_seam_ours FILE REFERENCE PASSES BLOCK_FRAMES REFERENCE: one pass, raw
+// stereo floats, interleaved
 #include "platform/audio/AVAudioEngine.hpp"
 #include "platform/audio/AVAudioFile.hpp"
 #include "platform/audio/AVAudioPlayerNode.hpp"
@@ -35,7 +35,7 @@ std::vector<float> readFloats(const char* path) {
     return samples;
 }
 
-// Tell whether `pass` is the reference moved by `shift` frames, as far as they overlap.
+// Returns whether `pass` is the reference moved by `shift` frames, as far as they overlap.
 bool standsAt(const std::vector<std::vector<float>>& pass, const std::vector<float>& reference,
               std::ptrdiff_t shift) {
     const auto length = static_cast<std::ptrdiff_t>(pass[0].size());

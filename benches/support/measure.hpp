@@ -34,7 +34,7 @@ void keep(const T& value) {
     asm volatile("" : : "r,m"(value) : "memory");
 }
 
-/// The figures and ratios of a benchmark, in the order of their coming.
+/// The figures and ratios of a benchmark, in the order in which they were added.
 class Report {
   public:
     void figure(const std::string& name, double value) { _figures.emplace_back(name, value); }

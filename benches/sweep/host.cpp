@@ -308,5 +308,5 @@ int main(int count, char** arguments) {
     if (!runInstance(true) || !runInstance(false)) return 0;
     std::puts("done\t");
     std::fflush(stdout);
-    std::_Exit(0); // what becomes of its threads at the end is not asked
+    std::_Exit(0); // what happens to its threads at exit does not matter
 }

@@ -74,7 +74,7 @@ void playPresets(OfflineSession& session, AUAudioUnit& unit, std::size_t most) {
     }
 }
 
-/// Moves every control to another place in its range than the default.
+/// Moves every control away from its default.
 void moveControls(AUAudioUnit& unit) {
     for (const AUParameter& parameter : unit.parameters()) {
         if (!parameter.isWritable) continue;
@@ -92,7 +92,7 @@ std::string stateOf(const AUAudioUnit& unit) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Returns the first line of each that the other has not.
+/// Returns the first line of each that the other does not have.
 std::string difference(const std::string& wanted, const std::string& got) {
     std::size_t at = 0;
     while (at < wanted.size() && at < got.size() && wanted[at] == got[at]) {

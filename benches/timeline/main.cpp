@@ -23,8 +23,8 @@ struct Scene {
     std::vector<std::shared_ptr<Animator>> animators;
 };
 
-// Adds `count` members, each set up just before, at the start frames that `startOf` gives; times the
-// additions alone.
+// Adds `count` members, each set up just before, at the start frames that `startOf` returns; times only the
+// additions.
 template <class StartOf>
 double addEach(Scene& scene, std::int64_t count, const StartOf& startOf) {
     for (std::int64_t i = 0; i < count; ++i) scene.animators.push_back(std::make_shared<Animator>());

@@ -207,7 +207,7 @@ struct Proof {
     double peak = 0.0;
 };
 
-/// Decodes the packets and holds the result against the samples; nothing when they cannot be decoded.
+/// Decodes the packets and compares the result with the samples; nothing if they cannot be decoded.
 std::optional<Proof> prove(const Encoded& encoded, const Pcm& pcm) {
     const CodecContext decoder(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_AAC)));
     std::unique_ptr<AVCodecParameters, ParameterCloser> parameters(avcodec_parameters_alloc());

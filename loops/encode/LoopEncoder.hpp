@@ -12,12 +12,12 @@
 
 namespace tonewright::loops {
 
-/// Writes `pcm` as AAC-LC in an m4a file; gives what went wrong, or nothing.
+/// Writes `pcm` as AAC-LC in an m4a file; returns what went wrong, or nothing.
 ///
 /// A codec of overlapping blocks knows nothing of what comes before its first sample or after its last, and
-/// is worst there. So the encoder hears the loop go round: its own end before the beginning, its own
+/// is worst there. So the encoder is fed the loop as a circle: its own end before the beginning, its own
 /// beginning after the end. The file keeps two packets from before the beginning for the decoder to start up
-/// with; the edit list hides them, and gives the length to the frame.
+/// with; the edit list hides them and sets the length to the exact frame.
 [[nodiscard]] std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
                                                     const std::filesystem::path& file);
 

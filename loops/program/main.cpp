@@ -36,7 +36,7 @@ Recipes are text; loops/README.md describes them. Without a fault nothing is pri
 The exit status is 0, 1 for a fault in a recipe or file, 2 for a wrong command line.
 )";
 
-/// Says one sentence on standard error, whole also when several threads speak.
+/// Reports one sentence on standard error, unbroken even if several threads report.
 void complain(const std::string& sentence) {
     static std::mutex mutex;
     const std::lock_guard lock(mutex);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effects of a track. Each takes a whole loop and gives a whole loop: what it remembers at the end is
-// what it starts with, and whatever swings does so a whole number of times in the loop. Pure functions of
-// their arguments.
+// The effects of a track. Each takes a whole loop and returns a whole loop: its state at the end is its state
+// at the start, and every oscillation has a whole number of periods in the loop. Pure functions of their
+// arguments.
 #pragma once
 
 #include "Settings.hpp"
@@ -20,7 +20,7 @@ namespace tonewright::loops {
 /// Overdrive, level kept.
 struct Drive {
     double amount = 0.4; // 0 to 3
-    double tone = 9000;  // Hz, of the low-pass behind it
+    double tone = 9000;  // Hz, of the low-pass after it
     double mix = 1;
 };
 
@@ -137,7 +137,7 @@ struct Room {
 /// Sets one number of the room, or returns the reason why not.
 [[nodiscard]] SettingFault setRoom(Room& room, std::string_view name, double value);
 
-/// Replaces what was sent into the room by what comes back from it.
+/// Replaces the sound sent into the room by the reverb that it returns.
 void applyRoom(StereoBuffer& loop, const Room& room, double rate);
 
 } // namespace tonewright::loops

@@ -28,7 +28,7 @@ struct FilterTuning {
     }
 };
 
-/// What a state-variable filter gives for one frame.
+/// The outputs of a state-variable filter for one frame.
 struct FilterOutputs {
     double low = 0.0;
     double band = 0.0; // scaled so that the centre passes at the damping's gain

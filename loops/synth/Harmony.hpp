@@ -23,7 +23,7 @@ struct Chord {
     int bass = 0;                    // pitch class
 };
 
-/// Reads a pitch class: a letter A to G with any number of # and b. Takes what it reads off `text`.
+/// Reads a pitch class: a letter A to G with any number of # and b. Removes what it reads from `text`.
 [[nodiscard]] std::optional<int> readPitchClass(std::string_view& text);
 
 /// Returns the scale of that name ("dorian", "minor", "blues", ...), or nothing.
@@ -40,7 +40,7 @@ struct Chord {
 /// from the key.
 [[nodiscard]] int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave);
 
-/// Returns the `index`th tone of a rising chord (1 is the lowest); beyond its end it goes on an octave
+/// Returns the `index`th tone of a rising chord (1 is the lowest); after its last tone it continues an octave
 /// higher.
 [[nodiscard]] int noteOfChord(const std::vector<int>& rising, int index);
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Named numbers of a plain struct, so that a recipe can set them: a table of name, member and range for each
-// struct that a recipe speaks of. The tables stand beside the structs and are constants.
+// struct that a recipe refers to. The tables are declared next to the structs and are constants.
 #pragma once
 
 #include <span>
@@ -26,7 +26,7 @@ using SettingFault = std::string;
 /// Returns a number as a recipe would write it: up to three decimals, no trailing zeros.
 [[nodiscard]] std::string plainNumber(double value);
 
-/// Puts `value` into the member called `name`, or says in one clause why not.
+/// Sets the member called `name` to `value`, or returns one clause saying why not.
 template <typename Owner>
 SettingFault assign(Owner& owner, std::span<const Setting<Owner>> settings, std::string_view name,
                     double value) {

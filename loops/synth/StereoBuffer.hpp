@@ -21,7 +21,7 @@ struct StereoBuffer {
     [[nodiscard]] std::size_t frames() const noexcept { return left.size(); }
 };
 
-/// Adds `sound` to `loop` from frame `start` on; what passes the loop's end goes on at its beginning.
+/// Adds `sound` to `loop` from frame `start` on; what exceeds the loop's end continues at its beginning.
 inline void addAround(StereoBuffer& loop, const StereoBuffer& sound, std::size_t start, double leftGain,
                       double rightGain) {
     const std::size_t length = loop.frames();
@@ -41,9 +41,9 @@ struct StereoFrame {
     double right = 0.0;
 };
 
-/// Runs something with a memory round a loop: `step(frame, position)` sees the loop's last `warmFrames`
-/// frames (several rounds of it if need be) before what it gives is kept, so that its state at the end is
-/// that at the start.
+/// Runs a step with state round a loop: `step(frame, position)` processes the loop's last `warmFrames` frames
+/// (several rounds of it if need be) before its results are kept, so that its state at the end equals that at
+/// the start.
 template <typename Step>
 void runAround(StereoBuffer& loop, std::size_t warmFrames, Step step) {
     const std::size_t length = loop.frames();

@@ -112,8 +112,8 @@ std::string readPitchedLine(Track& track, std::string_view keyword, std::string_
            "from, voicing, line and hits";
 }
 
-// A hold or slide at the very beginning goes on from the loop's end; anywhere it needs a note to go on
-// from.
+// A hold or slide at the very beginning continues from the loop's end; every hold or slide needs a preceding
+// note.
 std::string holdsNothing(const Track& track) {
     for (std::size_t index = 0; index < track.cells.size(); ++index) {
         const Cell::Kind before = track.cells[(index + track.cells.size() - 1) % track.cells.size()].kind;

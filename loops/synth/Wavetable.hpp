@@ -34,7 +34,7 @@ class WaveCycle {
     }
 
   private:
-    std::vector<double> _table; // one frame before and three behind the cycle, so that reading never wraps
+    std::vector<double> _table; // one frame before and three after the cycle, so that reading never wraps
 };
 
 /// Returns the cycle of `shape` with as many harmonics as stay below 0.45 times `rate` at `frequency` (both

@@ -59,7 +59,7 @@ std::shared_ptr<Group> filled(const std::shared_ptr<Animator>& member) {
     return group;
 }
 
-// Starts what is given away here; its timer must keep it until it has come to its end, and no longer.
+// Starts the object passed in and releases it; its timer must keep it until it has finished, and no longer.
 template <class Object>
 void expectToRunToItsEnd(std::shared_ptr<Object> object) {
     const std::weak_ptr<Object> watch = object;
@@ -71,7 +71,7 @@ void expectToRunToItsEnd(std::shared_ptr<Object> object) {
     EXPECT_EQ(arrivals, 1);
 }
 
-// Far above what the engine needs, far below what searching every member for every member takes.
+// Far above what the engine needs, far below what a search of every member for every member takes.
 class Brisk {
   public:
     ~Brisk() { EXPECT_LT(std::chrono::steady_clock::now() - _begin, std::chrono::seconds(8)); }

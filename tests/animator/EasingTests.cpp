@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The curves against an evaluation of their own in extended precision, written from the mathematics of the
-// families (one generic shape per family) and not from the code, and against known values.
+// Compares the curves with an independent evaluation in extended precision, written from the mathematics of
+// the families (one generic shape per family) and not from the code, and with known values.
 #include "shared/Common/Animator/Easing.hpp"
 #include "shared/Common/Animator/detail/sine.hpp"
 #include "tests/support/testing.hpp"
@@ -31,7 +31,8 @@ Real bounceOut(Real u) {
 
 enum Family { Quad, Cubic, Quart, Quint, Sine, Expo, Circ, Elastic, Back, Bounce };
 
-// Returns a family's shape, from progress 0..1 to change 0..1; in both directions some swing otherwise.
+// Returns a family's shape, from progress 0..1 to change 0..1; some families swing differently when the curve
+// covers both directions.
 Real in(Family family, Real u, bool both = false) {
     switch (family) {
     case Sine:
@@ -92,15 +93,15 @@ float ease(EnumEasing type, std::int64_t t, float b, float c, std::int64_t d) {
 } // namespace
 
 TEST(Easing, EveryCurveIsTheMathematicalOne) {
-    // Frame counts whose quotients keep clear of the places where a curve jumps between two formulas.
+    // Frame counts whose quotients avoid the places where a curve jumps between two formulas.
     for (std::int64_t raw = 0; raw <= 40; ++raw) {
         for (const std::int64_t d : {1, 2, 5, 7, 10, 60, 97, 1000, 4001}) {
             for (const auto& [b, c] : {std::pair{0.0F, 1.0F}, {10.0F, -4.0F}, {-3.5F, 1000.0F}}) {
                 for (std::int64_t t = 0; t <= d; t += d < 200 ? 1 : 13) {
                     const Real want = expected(raw, t, b, c, d);
                     const float got = ease(static_cast<EnumEasing>(raw), t, b, c, d);
-                    // A few roundings of values as large as those that are added up; near the vertical ends
-                    // of Circ, and where an angle of many turns was rounded, some more.
+                    // A few roundings of values as large as the summands; some more near the vertical ends of
+                    // Circ and where an angle of many turns was rounded.
                     const auto family = static_cast<Family>((raw - 1) / 4);
                     const Real scale = std::fabs(static_cast<Real>(b)) + 2 * std::fabs(static_cast<Real>(c));
                     const Real tolerance = scale * 1.2e-7L *
@@ -116,8 +117,8 @@ TEST(Easing, EveryCurveIsTheMathematicalOne) {
     }
 }
 
-// As near as a C library's single-precision functions come, at every four thousandth float from 0 to pi,
-// where the program computes them itself, and beyond, where it does not.
+// As accurate as a C library's single-precision functions, at every four-thousandth float from 0 to pi, where
+// the program computes them itself, and beyond, where it does not.
 TEST(Easing, SineAndCosineAreRoundedWell) {
     const auto isNear = [](float got, Real want) {
         const int last = want == 0 ? -149 : std::max(std::ilogb(want) - 23, -149); // digit of the float

@@ -52,7 +52,7 @@ class Timed : public std::enable_shared_from_this<Timed> {
     Timed& operator=(const Timed&) = delete;
 
     virtual void start() { _timer = runLoop.emplace_back(std::make_shared<Timer>(shared_from_this())); }
-    // Gives itself, for it might else go with its timer.
+    // Returns itself, because it might otherwise be released with its timer.
     std::shared_ptr<Timed> stopTimer() {
         auto self = shared_from_this();
         if (_timer) runLoop.erase(std::find(runLoop.begin(), runLoop.end(), std::exchange(_timer, nullptr)));
@@ -150,7 +150,7 @@ inline Members::iterator find(Members& members, const Animator& item) {
     return std::find_if(members.begin(), members.end(), [&](const auto& m) { return m.get() == &item; });
 }
 
-// Removes the first position by identity; the reference goes when the list is whole.
+// Removes the first occurrence by identity; the reference is released once the list is consistent.
 inline void remove(Members& members, const Animator& item) {
     const auto place = find(members, item);
     if (place == members.end()) throw Fatal{};

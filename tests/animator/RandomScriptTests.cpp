@@ -50,14 +50,14 @@ Lines runLiterally(const Plan& plan, bool& isFatal) {
     return std::exchange(literal::lines, {});
 }
 
-// On a thread of its own, whose end releases the timers that were left running on purpose.
+// Runs it on a thread of its own, whose end releases the timers that were left running on purpose.
 Lines runEngine(const Plan& plan) {
     CapturedOutput output;
     std::thread([&] { Script<EngineWorld>(plan).run(); }).join();
     return output.take();
 }
 
-// In a process of its own, which is expected to abort; gives the lines until then.
+// Runs it in a process of its own, which is expected to abort; returns the lines printed until then.
 Lines runEngineToItsEnd(const Plan& plan) {
     CapturedOutput output;
     const pid_t child = ::fork();
@@ -83,7 +83,7 @@ void compare(const Lines& expected, const Lines& actual) {
     ASSERT_EQ(expected.size(), actual.size());
 }
 
-// Runs a script for each of many seeds; gives how many ended fatally.
+// Runs a script for each of many seeds; returns how many ended fatally.
 int runSeeds(Plan plan, std::uint64_t first, std::uint64_t count) {
     int fatal = 0;
     for (plan.seed = first; plan.seed < first + count && !testing::Test::HasFailure(); ++plan.seed) {

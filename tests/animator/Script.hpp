@@ -221,7 +221,7 @@ class Script {
              {2, [&] { actOn(*stack, animator); }},
              {2, [&] { actOn(*chain, animator); }},
              {2, [&] { actOn(*sequencer, animator); }},
-             // The handles held here are gone on return; from then on only groups and callbacks keep things.
+             // The handles held here are gone on return; from then on only groups and callbacks own anything.
              {1, [&] { exchange(); }}});
     }
     void exchange() {
@@ -331,7 +331,7 @@ class Script {
         }
         for (auto& s : _sequencers) {
             note("sequencer", *s, Look::maxFrames(*s), Look::playing(*s), Look::suspended(*s));
-            // Looking at the order settles it, so that it is not looked at every time.
+            // Reading the order sorts the members, so it is not read every time.
             if (chance(5)) note("order", *s, Look::members(*s));
         }
         say(counts());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effect's way into the graph and out of it, as the lines and the sound tell it.
+// How the effect enters and leaves the graph, as seen in the lines and the sound.
 #include "platform/audio/seams.hpp"
 #include "tests/app/engineFixture.hpp"
 #include "tests/app/recordedGraph.hpp"

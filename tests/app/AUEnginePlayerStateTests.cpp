@@ -93,7 +93,7 @@ TEST_F(StateTest, FirstToggleStartsAndSecondStops) {
 
     EXPECT_FALSE(player->toggle());
     EXPECT_EQ(takeLines(),
-              (Lines{"AUEnginePlayer: Audio session was set active.", // said of a deactivation too
+              (Lines{"AUEnginePlayer: Audio session was set active.", // also printed for a deactivation
                      "AUEnginePlayer: Audio engine stopping."}));
     EXPECT_EQ(device->claims(), 0);
     player->stop(); // is stopped already: says nothing

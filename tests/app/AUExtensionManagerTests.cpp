@@ -12,7 +12,7 @@ namespace {
 
 using platform::fourCharCode;
 
-/// Writes a line for each call, so that their place among the system's own lines is seen.
+/// Writes a line for each call, so that the order among the system's own lines is visible.
 class RecordingDelegate final : public AUExtensionManagerDelegate {
   public:
     std::shared_ptr<platform::AVAudioUnit> unit;
@@ -46,7 +46,7 @@ class ManagerTest : public testing::Test {
         InProcessProvider::install(provider);
         CapturedOutput output;
         manager = AUExtensionManager::create(delegate);
-        // A line from another thread wakes nobody, so the loop turns in short steps.
+        // A line from another thread does not wake the loop, so it runs in short steps.
         for (int turn = 0; turn < 2000 && (output.lines().empty() || output.lines().back() != last); ++turn) {
             platform::RunLoop::current().runFor(0.01);
         }
@@ -75,7 +75,7 @@ TEST_F(ManagerTest, TheFirstMatchIsTold) {
     EXPECT_EQ(delegate->unit->auAudioUnit(), effect);
     EXPECT_EQ(effect->contextName(), "running in distribution host");
 
-    // The manager keeps no audio unit of its own, so it has no presets to give or to set.
+    // The manager keeps no audio unit of its own, so it has no presets to return or set.
     EXPECT_TRUE(manager->presets().empty());
     EXPECT_FALSE(manager->currentPreset());
     manager->setCurrentPreset(std::nullopt);

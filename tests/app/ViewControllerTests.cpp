@@ -78,7 +78,7 @@ class ViewControllerTest : public platform::testing::ToolkitTest {
         window = platform::unwrap(description).window();
         screen = ViewController::initWithCoder(platform::NSCoder(description));
         window->setRootViewController(screen);
-        // The search of the start finds nothing and ends with a line of its own.
+        // The search at the start finds nothing and ends with one line.
         EXPECT_TRUE(waitFor([&] { return output.lines().size() >= 5; }));
         (void)output.take();
     }
@@ -120,7 +120,7 @@ TEST_F(ViewControllerTest, PlayStateDecidesWhichButtonIsSeenAndBothToggle) {
     EXPECT_TRUE(output.take().empty());
     const auto manager = std::make_shared<CountingManager>();
     ViewControllerProbe{*screen}.manager() = manager;
-    screen->stopButton->press(); // Stop starts when nothing plays
+    screen->stopButton->press(); // Stop starts playback if nothing plays
     EXPECT_EQ(manager->toggles, 1);
     screen->playButton->press();
     EXPECT_EQ(manager->toggles, 2);
@@ -197,7 +197,7 @@ TEST_F(ViewControllerTest, SquareCoversTheScreenOnceThereIsAnEffectController) {
     showAt(480, 640);
     screen->centerPluginView();
     EXPECT_EQ(screen->pluginView->frame(), (CGRect{-80, 0, 640, 640}));
-    probe.resetPluginView(std::nan(""), 500); // no number takes the branch of the broad screen
+    probe.resetPluginView(std::nan(""), 500); // NaN takes the branch for the wide screen
     EXPECT_EQ(screen->pluginView->frame().x, 0);
     EXPECT_TRUE(std::isnan(screen->pluginView->frame().width));
     probe.effectController() = std::make_shared<platform::testing::PlainController>();

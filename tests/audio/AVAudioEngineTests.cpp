@@ -9,7 +9,7 @@ using namespace tonewright::test;
 
 namespace {
 
-// The greatest difference from a sine of amplitude 0.5 that runs on, `skip` frames at both ends left out.
+// The greatest difference from a continuous sine of amplitude 0.5, without `skip` frames at both ends.
 double worstErrorAgainstSine(const std::vector<float>& heard, double frequency, double rate,
                              std::size_t skip) {
     double worst = 0;
@@ -123,7 +123,7 @@ TEST(AVAudioEngine, EditsWhileAnotherThreadRenders) {
 }
 
 TEST(AVAudioEngine, ConvertsTheRateOverSeams) {
-    // A whole number of periods in each pass: over the seams the sine runs on, if the converter does.
+    // A whole number of periods in each pass: the sine continues across the seams if the converter does.
     for (const auto& [fileRate, deviceRate] :
          {std::pair{44100., 48000.}, {48000., 44100.}, {22050., 48000.}}) {
         const auto frames = static_cast<std::size_t>(fileRate) / 10;
@@ -161,8 +161,8 @@ TEST(AVAudioEngine, ALinkAfterAnEffectBringsTheSoundIntoItsFormat) {
     EXPECT_EQ(offline.render(256), Sound(2, std::vector<float>(256, 0.25F)));
 }
 
-// A link at half the device's rate, in the place before the effect and in the place behind it, lets the tone
-// pass that it has room for and not the other. Other edits of the graph are not heard in it.
+// A link at half the device's rate, before or after the effect, passes the tone below its limit and not the
+// other one. Other edits of the graph are not audible in it.
 TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
     for (const bool isBehind : {false, true}) {
         for (const double frequency : {1000., 15000.}) {
@@ -182,7 +182,7 @@ TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
                 offline.engine->attachNode(other);
                 offline.engine->connect(other, mixer, std::nullopt);
             }
-            // What passes is late by a whole number of frames.
+            // The output is late by a whole number of frames.
             double best = 1;
             for (std::ptrdiff_t late = 0; late < 600; ++late) {
                 best = std::min(
@@ -204,7 +204,7 @@ TEST(AVAudioEngine, StopWaitsForNoScheduleThatRanDry) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100)); // by now the render waits for another pass
     const auto begin = std::chrono::steady_clock::now();
     offline.engine->stop();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500)); // 2 s of patience
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500)); // a wait of 2 s
     audio.join();
 }
 
@@ -264,7 +264,7 @@ TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
         poison = value;
         EXPECT_EQ(isSilent(offline.render(1000)), value != 0.25F) << value;
     }
-    offline.engine.reset(); // and with it the thread that says it
+    offline.engine.reset(); // and with it the thread that reports it
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "The effect's output contains NaN or infinity; it is silenced.\n");
 }
@@ -293,7 +293,7 @@ TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
     static_cast<void>(offline.render(256));
     EXPECT_EQ(result, 0.0F);
     volatile float tiny = std::numeric_limits<float>::min();
-    EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread has its own way back
+    EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread's own setting is restored
 }
 
 #ifdef TONEWRIGHT_RTSAN

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Passes and their seams, and what becomes of completions.
+// Passes and their seams, and what happens to completions.
 #include "tests/audio/audioFixture.hpp"
 
 using namespace platform;

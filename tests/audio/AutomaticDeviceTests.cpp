@@ -17,7 +17,7 @@ using std::chrono::milliseconds;
 // A sound server that is there or not, refuses or not, plays or not.
 struct Server {
     std::atomic<bool> present{true}, refuses{false}, plays{true};
-    std::atomic<bool> frozen{false}; // it takes connections and answers nothing
+    std::atomic<bool> frozen{false}; // it accepts connections and never answers
     std::atomic<double> rate{48000};
     std::atomic<int> open{0}; // connections
     std::mutex mutex;         // guards the listener, which goes with its connection
@@ -83,7 +83,7 @@ class FakeHardware final : public HardwareDevice {
     std::thread _thread;
 };
 
-// A client that notes who asked it for what.
+// A client that records who asked it for what.
 class Client final : public OutputClient {
   public:
     std::atomic<int> calls{0}, changes{0};

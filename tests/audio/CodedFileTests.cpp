@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t Frames = 60000;
 
-// Write a coded sine of a whole number of periods; give its bytes.
+// Writes a coded sine of a whole number of periods; returns its bytes.
 std::string encode(const std::string& path) {
     const auto error = tonewright::loops::encodeLoop({44100, sine(441, 44100, 2, Frames)}, "test", path);
     EXPECT_FALSE(error) << *error;

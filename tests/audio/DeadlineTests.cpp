@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What does not return: effects, files, and a standard error that nobody reads. None of it holds an edit.
+// Effects and files that do not return, and a standard error that nobody reads. None of them blocks an edit.
 #include "platform/audio/SilentDevice.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
 #include "tests/audio/audioFixture.hpp"
@@ -99,11 +99,11 @@ TEST(Deadline, AnEffectThatDoesNotReturnIsLeftOutUntilItDoes) {
     EXPECT_LT(timeOf([&] { engine->stop(); }), InTime);
     EXPECT_FALSE(engine->isRunning());
     EXPECT_EQ(blocks, 0);
-    // The engine goes on, on another thread and without the effect.
+    // The engine continues, on another thread and without the effect.
     EXPECT_LT(timeOf([&] { EXPECT_FALSE(engine->start()); }), AtOnce);
     EXPECT_TRUE(eventually([&] { return blocks > 3; }));
     EXPECT_EQ(stuck.unit->testProcessor->releases, 0);
-    // It returns, and sounds again.
+    // Once it returns, it sounds again.
     *stuck.release = true;
     EXPECT_TRUE(stuck.inside->wait(3));
     EXPECT_LT(timeOf([&] { engine->detachNode(stuck.unit); }), AtOnce);
@@ -157,7 +157,7 @@ TEST(Deadline, AMessageThatNobodyReadsHoldsNoEdit) {
     ASSERT_EQ(::pipe2(pipe.data(), O_NONBLOCK), 0);
     while (::write(pipe[1], "0123456789abcdef", 16) > 0) {
     }
-    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, 0), 0); // from now on who writes waits
+    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, 0), 0); // from now on writers block
     const int kept = ::dup(STDERR_FILENO);
     ::dup2(pipe[1], STDERR_FILENO);
     OfflineEngine offline;
@@ -209,7 +209,7 @@ TEST(Deadline, NoOneWaitsForAFileToBeOpened) {
     EXPECT_LT(timeOf([&] { second->stop(); }), InTime);
     EXPECT_TRUE(completed.wait());
     testing::internal::CaptureStderr();
-    ::close(::open(path.c_str(), O_WRONLY)); // and lets the decoder go on
+    ::close(::open(path.c_str(), O_WRONLY)); // and lets the decoder continue
     second->scheduleFile(makeFile(countingSound(2, 5000)), std::nullopt, [&] { completed.raise(); });
     second->play();
     offline.player->stop();

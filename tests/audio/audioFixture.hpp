@@ -20,13 +20,13 @@ namespace tonewright::test {
 
 using Sound = std::vector<std::vector<float>>; // one vector for each channel
 
-/// Returns samples of which no two neighbours, and no two channels, are alike: a frame out of place is seen.
+/// Returns samples in which neighbours and channels all differ, so that a misplaced frame is detected.
 [[nodiscard]] Sound countingSound(std::uint32_t channels, std::size_t frames);
 /// Returns a sine.
 [[nodiscard]] Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames);
 /// Writes `sound` as a wav file of floats.
 void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate);
-/// Writes such a file, opens it and removes it: what is open goes on playing.
+/// Writes such a file, opens it and removes it: an open file continues to play.
 [[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate = 44100);
 [[nodiscard]] bool isSilent(const Sound& sound);
 /// Returns `passes` copies of `sound`, one after the other.
@@ -46,7 +46,7 @@ class Signal {
     int _raised = 0;
 };
 
-/// What a processor is given.
+/// What a processor receives.
 struct Block {
     platform::ConstPlanarSound in;
     platform::PlanarSound out;
@@ -95,7 +95,7 @@ struct OfflineEngine {
     void loop(const std::shared_ptr<platform::AVAudioFile>& file, int passes);
     /// Puts `node` between player and mixer.
     void insert(const std::shared_ptr<platform::AVAudioNode>& node);
-    /// Puts a unit there that does this work.
+    /// Inserts a unit there that does this work.
     std::shared_ptr<TestUnit> insertWork(std::function<void(const Block&)> work);
     void start();
     /// Starts with `passes` passes of a sound.

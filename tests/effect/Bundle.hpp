@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What any host does to the built bundle's libraries: open them, number URIs, hand over controls.
+// What any host does with the built bundle's libraries: opens them, maps URIs, passes controls.
 #pragma once
 
 #include "effect/dsp/Parameters.hpp"
@@ -16,13 +16,13 @@
 
 namespace tonewright::effect::test {
 
-/// Returns the bundle's folder, with a slash at its end.
+/// Returns the bundle's folder, with a trailing slash.
 [[nodiscard]] inline std::string bundlePath() {
     const char* const build = std::getenv("TONEWRIGHT_BUILD_DIR");
     return std::string{build == nullptr ? "." : build} + "/lib/lv2/tonewright.lv2/";
 }
 
-/// A library of the bundle, and the descriptor that it gives.
+/// A library of the bundle and the descriptor that it returns.
 template <typename Descriptor>
 class Library {
   public:
@@ -46,7 +46,7 @@ class Library {
     const Descriptor* _descriptor = nullptr;
 };
 
-/// Numbers URIs, as hosts do.
+/// Maps URIs to numbers, as hosts do.
 class UridTable {
   public:
     LV2_URID operator()(const std::string& uri) {

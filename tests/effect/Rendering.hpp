@@ -20,7 +20,7 @@ inline constexpr double Rate = 48000.;
     return values;
 }
 
-/// Settings under which the effect does nothing but be late.
+/// Settings with which the effect does nothing but delay.
 [[nodiscard]] inline ParameterValues transparent() {
     return changed(defaultValues(),
                    {{Parameter::Shape, 0.F}, {Parameter::FilterMode, 0.F}, {Parameter::ResonatorMix, 0.F}});
@@ -107,7 +107,7 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
     return 2. * std::hypot(real, imaginary) / weights;
 }
 
-/// Returns the largest magnitude of a signal; infinity when a sample is not a number.
+/// Returns the largest magnitude of a signal; infinity if a sample is NaN.
 [[nodiscard]] inline float peak(const Signal& signal) {
     float most = 0.F;
     for (const float sample : signal) {

@@ -24,7 +24,7 @@ using P = Parameter;
 
 struct Options {
     bool withUrids = true, withParent = true, withResize = true;
-    float scaleFactor = 0.F; ///< 0: not said
+    float scaleFactor = 0.F; ///< 0: not stated
 };
 
 /// The built panel inside a window of ours.
@@ -88,9 +88,9 @@ class Stage {
         XResizeWindow(display, parent, static_cast<unsigned>(width), static_cast<unsigned>(height));
         settle();
     }
-    /// Calls the panel's idle; its answer.
+    /// Calls the panel's idle function and returns its result.
     int idle() { return _idle->idle(_handle); }
-    /// Calls idle about thirty times a second for so long.
+    /// Calls idle about thirty times a second for `seconds`.
     void idleFor(double seconds) {
         for (int i = 0; i < static_cast<int>(seconds * 30.) && idle() == 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(33));
@@ -341,14 +341,14 @@ TEST(Panel, RestsWhileItCannotBeSeen) {
     };
     const double visible = measure(2.);
     EXPECT_GT(stage.requests, 0);
-    // The parent alone goes: X tells the panel nothing about that.
+    // Only the parent is hidden: X does not tell the panel about that.
     XUnmapWindow(stage.display, stage.parent);
     stage.settle();
     stage.idleFor(0.5);
     const double hidden = measure(2.);
     EXPECT_EQ(stage.requests, 0) << "it must not ask for what nobody sees";
 #if defined(TONEWRIGHT_ASAN) || defined(TONEWRIGHT_TSAN)
-    constexpr double Rest = 0.02; // a detector makes the test's own part dearer
+    constexpr double Rest = 0.02; // a sanitizer makes the test's own share larger
 #else
     constexpr double Rest = 0.005;
 #endif

@@ -22,7 +22,7 @@ TEST(Onsets, AreFoundOnceEachInTimeInOrderOfStrengthAndEnd) {
     const std::vector<std::size_t> at{6000, 20000, 33000, 47000, 62000, 75000};
     const std::vector<float> levels{0.05F, 0.1F, 0.2F, 0.35F, 0.6F, 0.95F};
     for (const double hertz : {45., 110., 880., 5000.}) {
-        // The notes are longer than some gaps: the next stroke ends what sounds.
+        // The notes are longer than some gaps: the next onset ends the sounding note.
         const Rendered out =
             render(changed(defaultValues(), {{P::Gate, 290.F}}), strokes(at, levels, 96000, hertz));
         int sounding = 0;

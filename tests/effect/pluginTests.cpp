@@ -72,7 +72,8 @@ class Stage {
             }
         }
         notify->atom = {notifyCapacity, urids(LV2_ATOM__Chunk)};
-        // The capacity itself stands in the first word; beyond what the plug-in may use, a mark.
+        // The first word holds the capacity itself; after the memory that the plug-in may use there is a
+        // mark.
         const auto beyond = _notifyBuffer.begin() + std::max(1U, (notifyCapacity + 7) / 8);
         std::fill(beyond, _notifyBuffer.end(), Mark);
         _library->connect_port(_handle, InputLeft, left.data());
@@ -86,7 +87,7 @@ class Stage {
         if (notify->atom.type != urids(LV2_ATOM__Sequence)) return;
         ASSERT_LE(notify->atom.size + sizeof(LV2_Atom), notifyCapacity);
         forEachEvent(*notify, [this](std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) {
-            // The atom's head stands before its body.
+            // The atom's header precedes its body.
             if (const auto shown =
                     DisplayMessage::read(body.data() - sizeof(LV2_Atom), sizeof(LV2_Atom) + body.size(),
                                          DisplayUrids::mapped(urids.map()))) {
@@ -155,7 +156,7 @@ TEST(PluginRun, TakesAnyBlockSizeAndPutsBackTheFloatingPointMode) {
         EXPECT_EQ(stage.latency, static_cast<float>(Processor::latencyFrames()));
         EXPECT_TRUE(std::isfinite(peak(stage.left)));
     }
-    // Subnormals are flushed inside and alive outside.
+    // Subnormals are flushed inside and preserved outside.
     volatile float small = std::numeric_limits<float>::min();
     const float half = small * 0.5F;
     EXPECT_EQ(std::fpclassify(half), FP_SUBNORMAL);

@@ -14,8 +14,8 @@
 
 namespace platform::test {
 
-// Puts the fixtures on the search path, before what the system has. In the test itself, because the virtual
-// display comes with an environment of its own.
+// Puts the fixtures on the search path before the system's plug-ins. This happens in the test itself because
+// the virtual display comes with an environment of its own.
 [[maybe_unused]] inline const bool FixturesArePlaced = [] {
     const char* fixtures = std::getenv("TONEWRIGHT_FIXTURES");
     return ::setenv("LV2_PATH", (std::string(fixtures == nullptr ? "" : fixtures) + ":/usr/lib/lv2").c_str(),
@@ -24,8 +24,8 @@ namespace platform::test {
 
 constexpr double Limit = 30; // seconds; generous, for a loaded machine
 
-/// Runs the main loop until `done` answers true, asking every few milliseconds; returns whether it did in
-/// time.
+/// Runs the main loop until `done` returns true, polling every few milliseconds; returns whether that
+/// happened in time.
 inline bool waitUntil(const std::function<bool()>& done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
     while (!done()) {

@@ -24,7 +24,8 @@ std::uint32_t addressOf(const AUAudioUnit& unit, const std::string& identifier) 
     return 0;
 }
 
-// Asks for blocks of the length that the test wants, as a sound server does whose length others may change.
+// Asks for blocks of the length that the test wants, like a sound server whose block length others may
+// change.
 class VaryingDevice final : public OutputDevice {
   public:
     [[nodiscard]] std::optional<Error> open() override { return std::nullopt; }
@@ -221,7 +222,7 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
         rendering.processor->setBlockFrames(100);
         EXPECT_TRUE(isCopy(100));
         EXPECT_EQ(told(), (std::vector<float>{44100, 100, 100, first}));
-        rendering.processor->setBlockFrames(480); // of which the instance has no memory
+        rendering.processor->setBlockFrames(480); // for which the instance has no memory
         EXPECT_TRUE(isCopy(480));
         EXPECT_EQ(told(), (std::vector<float>{44100, 192, 192, first}));
     }
@@ -253,7 +254,7 @@ TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
         }
     };
     const auto comesTo = [&](std::uint32_t frames, const std::vector<float>& wanted) {
-        // Another thread tells it.
+        // Another thread tells it about the change.
         return waitUntil([&] { return render(frames), told == wanted; }) || (ADD_FAILURE() << told[0], false);
     };
     render(480);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// MIDI out of an effect and into it: nothing lost, in order, with its true length.
+// MIDI out of and into an effect: nothing lost, in order, with its true length.
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
 #include "platform/effects/detail/MIDIOutputDelivery.hpp"

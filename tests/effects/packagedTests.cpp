@@ -16,8 +16,8 @@ struct Subject {
     bool hasInterface; // one for X11
 };
 
-// Chosen for what they need of a host: worker, state, MIDI in and out, three inputs, presets, one with a
-// file, bounded block length, isLive, no interface.
+// Chosen for the host features that they need: worker, state, MIDI in and out, three inputs, presets, one
+// with a file, bounded block length, isLive, no interface.
 constexpr Subject Subjects[] = {
     {"https://tonewright.example/lv2/tonewright", true, true, true},
     {"http://lsp-plug.in/plugins/lv2/trigger_midi_stereo", true, false, true},

@@ -16,7 +16,7 @@ constexpr AudioComponentDescription Wanted{fourCharCode("aumf"), fourCharCode("t
 constexpr const char* Gain = "urn:tonewright:test:gain";
 constexpr const char* Mono = "urn:tonewright:test:mono";
 
-// A search path and a cache of the test's own, with the fixtures behind it.
+// A search path and a cache of the test's own, followed by the fixtures.
 class Registry : public testing::Test {
   protected:
     void SetUp() override {
@@ -154,7 +154,7 @@ TEST_F(Registry, DerivesTypesFromPortsWhereNoneIsStated) {
     }
     const auto all = search({});
     for (const auto& record : all) {
-        // By its own description a component is found again, and only it.
+        // A component's own description finds that component and no other.
         const auto again = searchURIs(record.description);
         ASSERT_FALSE(again.empty());
         EXPECT_EQ(again.front(), record.identifier);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t GainPort = 4;
 constexpr unsigned long Green = 0x20c040, Blue = 0x2040c0; // of the fixture
 
-// Find the first widget, `widget` or below it, for which the predicate holds.
+// Finds the first widget, `widget` or below it, for which the predicate holds.
 GtkWidget* find(GtkWidget* widget, bool (*predicate)(GtkWidget*)) {
     if (predicate(widget)) return widget;
     GtkWidget* found = nullptr;
@@ -42,7 +42,7 @@ struct Opened {
         EXPECT_TRUE(waitUntil([&] { return hasKeyboard(); }));
     }
     static void press(const std::string& keys) { ASSERT_EQ(std::system(("xdotool key " + keys).c_str()), 0); }
-    // The interface answers any key that it hears by a gain of 3.
+    // The interface answers any key that it receives with a gain of 3.
     [[nodiscard]] bool hears(const std::string& keys) const {
         unit->setParameterValue(GainPort, 1);
         press(keys);
@@ -160,7 +160,7 @@ TEST_F(Interface, LeavesTheWindowsOwnKeysToTheWindow) {
     EXPECT_TRUE(opened.hears("x"));
     EXPECT_TRUE(opened.hears("space"));
     EXPECT_EQ(spaces, 2);
-    EXPECT_TRUE(opened.hears("alt+q")); // nor does Alt with a letter that no button has go astray
+    EXPECT_TRUE(opened.hears("alt+q")); // nor is Alt with a letter of no button lost
     EXPECT_TRUE(opened.hasKeyboard());
 }
 
@@ -172,8 +172,7 @@ TEST_F(Interface, MayMakeItsWindowLateAndStillFillsThePanel) {
 TEST_F(Interface, LargerThanTheScreenScrolls) {
     const Opened opened("largeinterface");
     const auto& screen = opened.screen;
-    // The window grows as far as the screen goes; what is beyond is reached by scrolling, from the left top
-    // on.
+    // The window grows up to the size of the screen; the rest is reached by scrolling, from the top left.
     EXPECT_TRUE(waitUntil([&] { return screen.panel().bounds().height > 300; }));
     GtkWidget* scroller = widgetOf(*opened.controller->view());
     GtkAdjustment* down = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scroller));

@@ -40,7 +40,7 @@ class ImageLoading : public platform::testing::ToolkitTest {
         return output.take();
     }
 
-    /// Runs `getImageFromURLString` until its task has let the view go; returns its lines.
+    /// Runs `getImageFromURLString` until its task has released the view; returns its lines.
     Lines fetch(const std::string& text) {
         CapturedOutput output;
         getImageFromURLString(_view, text);

@@ -44,8 +44,8 @@ std::shared_ptr<Node> addNode(FileTree& tree, std::string_view subpath, std::uin
     return node;
 }
 
-// The nodes of a tree own each other in cycles; these take them apart so that leak checkers see the real
-// ones.
+// The nodes of a tree own each other in cycles; this breaks them so that leak checkers report only real
+// leaks.
 inline void takeApart(const std::shared_ptr<File>& top) {
     std::vector<std::shared_ptr<File>> left{top};
     while (!left.empty()) {

@@ -120,7 +120,7 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
     EXPECT_EQ(output.take().size(), 5U + 14U + 14U);
     tree.filelist.clear();
     tree.filelist.push_back(plain);
-    tree.filelist.push_back(tree.root); // nothing behind the root is dumped
+    tree.filelist.push_back(tree.root); // nothing after the root is dumped
     tree.filelist.push_back(plain);
     tree.dumpout();
     EXPECT_EQ(output.take().size(), 14U + 5U + 5U + 14U + 14U);

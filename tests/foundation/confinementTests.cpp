@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a process can still do after it has given up the rest; each case is a process of its own.
+// What a process can still do after it has been confined; each case is a process of its own.
 #include "platform/foundation/confinement.hpp"
 #include "tests/support/testing.hpp"
 

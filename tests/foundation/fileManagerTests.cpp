@@ -10,8 +10,7 @@
 #include <sys/un.h>
 #include <sys/xattr.h>
 
-// Stands in for the C library's: a directory with the name "damaged" tells a part of its names and then
-// fails.
+// Replaces the C library's: a directory named "damaged" returns some of its names and then fails.
 extern "C" ssize_t getdents64(int directory, void* buffer, std::size_t size) {
     char path[4096] = {};
     (void)::readlink(("/proc/self/fd/" + std::to_string(directory)).c_str(), path, sizeof path - 1);
@@ -42,7 +41,7 @@ void mountOrSkip(const char* what, const std::string& where, const char* type, u
     if (::mount(what, where.c_str(), type, flags, nullptr) != 0) ::_exit(CannotTry);
 }
 
-// Allows what is not forbidden, does something meanwhile, and remembers what it was asked.
+// Allows what is not forbidden, does something meanwhile, and records what it was asked.
 class Answers : public FileManagerDelegate {
   public:
     std::vector<std::string> asked;

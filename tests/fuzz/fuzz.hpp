@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-/// Passes one input through the subject; aborts when what must hold does not.
+/// Passes one input to the subject; aborts if an invariant is violated.
 void fuzzOne(std::string_view input);
 
 inline void require(bool holds) {

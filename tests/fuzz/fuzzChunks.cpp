@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Chunked bodies, packed or not, of any bytes: what comes of them does not depend on how they were cut into
+// Chunked bodies of any bytes, compressed or not: the result does not depend on how they were cut into
 // pieces.
 #include "tests/fuzz/fuzz.hpp"
 
@@ -40,7 +40,7 @@ Result takeApart(std::span<const std::byte> input, std::size_t pieceLength) {
     }
     result.isWhole = body.isWhole();
     result.isUnpackedWhole = !isDamaged && packed.isWhole();
-    if (isDamaged) result.unpacked.clear(); // how far it came until then does depend on the pieces
+    if (isDamaged) result.unpacked.clear(); // how far it got until then does depend on the pieces
     return result;
 }
 

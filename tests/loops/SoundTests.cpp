@@ -9,7 +9,7 @@
 namespace tonewright::loops {
 namespace {
 
-// The C library's functions may differ from machine to machine in the last bit only.
+// The C library's functions may differ between machines only in the last bit.
 TEST(ExactMath, AgreesWithTheLibraryAndStaysInBounds) {
     for (int step = -4000; step <= 4000; ++step) {
         const double x = step * 0.00137;

@@ -16,7 +16,7 @@ using namespace tonewright::test;
 
 namespace {
 
-// What a completion was told.
+// What a completion received.
 struct Outcome {
     std::string content; // if it was not a file
     std::size_t size = 0;
@@ -55,7 +55,7 @@ URLRequest request(const std::string& url, double timeout = 60) {
     return made;
 }
 
-// Runs the task that `make` makes with a completion, and gives what that was told.
+// Runs the task that `make` creates with a completion; returns what the completion received.
 Outcome outcomeOfTask(const auto& make) {
     const auto promise = std::make_shared<std::promise<Outcome>>();
     auto future = promise->get_future();
@@ -91,7 +91,7 @@ void standStill() {
     ::kill(::getpid(), SIGSTOP);
 }
 
-// The completion has told what it saw; its file goes right after it.
+// The completion has finished; its file is removed directly afterwards.
 bool becomesEmpty(const std::string& folder) {
     for (int i = 0; i < 10'000 && !std::filesystem::is_empty(folder); ++i) std::this_thread::sleep_for(1ms);
     return std::filesystem::is_empty(folder);
@@ -103,7 +103,7 @@ constexpr std::size_t Gigabyte = 100'000'000;
 constexpr std::size_t Gigabyte = 1'000'000'000;
 #endif
 
-// What comes of a server's answer, to the letter.
+// The outcome of a server's answer, compared exactly.
 template <class Transfer>
 Outcome outcomeOf(Transfer transfer, const std::string& answer) {
     const BadServer server([&](int connection, auto&) { sendAll(connection, answer); });

@@ -21,7 +21,7 @@ class Download : public testing::Test {
     void SetUp() override { ::setenv("XDG_DATA_HOME", scratch.path().c_str(), 1); }
     void TearDown() override { ::unsetenv("XDG_DATA_HOME"); }
 
-    // Downloads and gives the lines.
+    // Downloads and returns the lines.
     Lines download(const std::string& url) {
         std::atomic<bool> ended{false};
         test::CapturedOutput output;

@@ -22,7 +22,8 @@ TIES = {
 
 # Wordings that made readers stop before, over comments and documents; written so as not to match themselves.
 STUMBLES = re.compile(r"\b(?:an[ ]own|said[ ]on standard error|are[ ]no numbers|is[ ]no number|comes? to[ ]play|found[ ]no room|"
-                      r"behind the[ ]last|stands?[ ]under|time[ ]line|reckon(?:ed)?[ ]|one[ ]behind the other)\b")
+                      r"behind the[ ]last|stands?[ ]under|time[ ]line|reckon(?:ed)?[ ]|one[ ]behind the other|"
+                      r"called[ ]with, and end|behind[ ]the program's name|stands?[ ](?:elsewhere|nowhere)|told[ ]in one line)\b")
 
 
 def annotated() -> list[str]:

@@ -11,11 +11,11 @@
 
 namespace tonewright::test {
 
-/// The child's way to say that this machine does not let it try.
+/// The exit status by which the child says that this machine does not allow the attempt.
 inline constexpr int CannotTry = 77;
 
-/// Expects all of `body` to hold in a child process. A body that finds that the machine does not let it try
-/// ends the child with `CannotTry`: the test then counts as skipped.
+/// Expects all of `body` to hold in a child process. If the machine does not allow the attempt, `body` ends
+/// the child with `CannotTry`; the test is then skipped.
 inline void holdsInChild(const std::function<void()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {

@@ -21,7 +21,7 @@ CGSize sizeOf(const std::string& data) {
     return image ? image->size() : CGSize{};
 }
 
-// Gives blue, green, red and alpha of the pixel at the top left.
+// Returns blue, green, red and alpha of the pixel at the top left.
 std::uint32_t firstPixel(const UIImage& image) {
     const auto width = static_cast<std::size_t>(image.size().width);
     std::vector<std::uint32_t> pixels(width * static_cast<std::size_t>(image.size().height));
@@ -54,7 +54,7 @@ TEST(Image, KnowsWhatServersHave) {
     EXPECT_EQ(sizeOf(gif(1, 1, 1, 1)), (CGSize{1, 1}));
     EXPECT_EQ(sizeOf(packedBmp(4, 2)), (CGSize{4, 2}));
     EXPECT_EQ(sizeOf(icon(encoded(Picture{256, 128}, "png"), 256, 128)), (CGSize{256, 128}));
-    // A picture taken with the camera on its side stands upright.
+    // A picture taken with the camera on its side is shown upright.
     EXPECT_EQ(sizeOf(withOrientation(encoded(Picture{32, 16}, "jpeg"), 6)), (CGSize{16, 32}));
 }
 
@@ -113,7 +113,7 @@ TEST(Image, WhatIsCutShortGivesNone) {
     }
 }
 
-// What the decoders' own process may take, by the clock of the processor.
+// The limit of the decoding process, in processor time.
 TEST(Image, GivesUpWhatTakesTooLong) {
     if (!decode(vectorNoise(9, 1))) GTEST_SKIP() << "this system has no decoder for vector images";
     const auto began = std::chrono::steady_clock::now();
@@ -127,7 +127,7 @@ TEST(Image, GivesUpWhatTakesTooLong) {
     EXPECT_TRUE(decode(vectorNoise(9, 1))) << "and goes on";
 }
 
-// Bytes that were changed give a picture or none, as far as the format can tell; they harm nothing, on any
+// Changed bytes decode to a picture or to none, as far as the format can tell; they do no harm, on any
 // thread.
 TEST(Image, DamageHarmsNothing) {
     std::vector<std::thread> threads;

@@ -30,7 +30,7 @@ TEST_F(ViewTest, NegativeOriginsAndFractionsAreKept) {
     square->setFrame({0.25, -0.75, 10.5, 20.5});
     EXPECT_EQ(square->frame(), (CGRect{0.25, -0.75, 10.5, 20.5}));
     EXPECT_EQ(square->bounds(), (CGRect{0, 0, 10.5, 20.5}));
-    // Not a number: kept, and no harm to the screen.
+    // NaN and infinity are kept and do not harm the screen.
     square->setFrame({std::nan(""), 0, std::nan(""), INFINITY});
     const int before = shown.controller->layouts;
     EXPECT_TRUE(platform::testing::waitFor([&] { return shown.controller->layouts > before; }));

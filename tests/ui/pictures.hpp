@@ -50,7 +50,7 @@ inline std::string padded(std::string data) {
     return data;
 }
 
-/// Returns the check of a PNG's chunk (RFC 2083, 15).
+/// Returns the checksum of a PNG's chunk (RFC 2083, 15).
 inline std::int64_t crc32(std::string_view bytes) {
     std::uint32_t check = 0xFFFFFFFFU;
     for (const char byte : bytes) {
@@ -87,7 +87,7 @@ inline std::string gif(std::int64_t width, std::int64_t height, std::int64_t fra
            std::string("\x02\x44\x01\0", 4) + ";";
 }
 
-/// Returns a TIFF with one strip, which begins behind the directory.
+/// Returns a TIFF with one strip, which begins after the directory.
 inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
     std::string entries;
     const std::pair<std::int64_t, std::int64_t> fields[] = {

@@ -16,8 +16,8 @@
 
 namespace platform::testing {
 
-/// Runs the main loop until `done`, also where another thread brings it about without a word to the loop, or
-/// until twenty seconds have passed.
+/// Runs the main loop until `done`, also if another thread brings it about without waking the loop, or until
+/// twenty seconds have passed.
 inline bool waitFor(const std::function<bool()>& done) {
     for (int turn = 0; turn < 2000; ++turn) {
         if (RunLoop::current().runUntil(done, 0.01)) return true;

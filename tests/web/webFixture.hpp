@@ -91,8 +91,8 @@ inline std::string titleOf(const UIView& view) {
     return text;
 }
 
-/// Returns the processes below `parent`, this one if it is not said; the engine's are among them, below those
-/// that build their sandboxes.
+/// Returns the processes below `parent` (by default this one); the engine's are among them, below those that
+/// build their sandboxes.
 inline std::vector<int> childProcesses(const std::string& parent = "self") {
     std::vector<int> found;
     std::error_code ended; // a process that ends meanwhile has no children

@@ -16,7 +16,7 @@ using namespace testing;
 using ActionAnswer = std::function<void(WKNavigationActionPolicy)>;
 using ResponseAnswer = std::function<void(WKNavigationResponsePolicy)>;
 
-// Notes what is asked and answers as the test says.
+// Records what is asked and answers as the test says.
 class Judge final : public WKNavigationDelegate, public WKUIDelegate {
   public:
     void decidePolicyFor(WKWebView&, const WKNavigationAction& action, const ActionAnswer& answer) override {
@@ -202,7 +202,7 @@ TEST_F(WebViewTest, PagesGetNoWindowsDialogsDownloadsOrPermissions) {
             document.title = found.join(' ');
         };)")};
     load(server.url("/page"));
-    // The settings stand in the way of windows that nobody asked for; without them the question gets here.
+    // The settings block unrequested windows; without them the question arrives here.
     webkit_settings_set_javascript_can_open_windows_automatically(
         webkit_web_view_get_settings(WEBKIT_WEB_VIEW(testing::engineOf(*view))), TRUE);
     EXPECT_TRUE(waitForTitle("false null undefined null no no"));
@@ -230,7 +230,7 @@ TEST_F(WebViewTest, PageThatLoopsOrBreaksDownEndsAlone) {
     server.pages["/loop"] = {page("document.title = 'looping'; setTimeout(() => { for (;;); }, 0)")};
     load(server.url("/loop"));
     ASSERT_TRUE(waitForTitle("looping"));
-    passTime(); // this process goes on
+    passTime(); // this process continues
     close();
     EXPECT_TRUE(waitFor([] { return childProcesses().empty(); })) << "the loop outlives its view";
 

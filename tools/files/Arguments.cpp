@@ -62,7 +62,7 @@ std::optional<Arguments> readArguments(const std::vector<std::string_view>& word
         } else if (word.starts_with("--")) {
             return refuse("there is no option '" + std::string(word) + "'");
         } else {
-            // Letters may stand together; a file follows its own at once or as the next word.
+            // Short options may be combined; a file follows its option directly or as the next word.
             for (word.remove_prefix(1); !word.empty();) {
                 const char letter = word.front();
                 word.remove_prefix(1);

@@ -21,8 +21,7 @@ struct Arguments {
     bool saysYes = false;
 };
 
-/// Reads the arguments behind the program's name; absent, with a line on standard error, when they make no
-/// sense.
+/// Reads the arguments after the program's name; absent, with a line on standard error, if they are invalid.
 [[nodiscard]] std::optional<Arguments> readArguments(const std::vector<std::string_view>& words);
 
 inline constexpr std::string_view Usage =

@@ -32,7 +32,7 @@ void Progress::run() {
     while (!_changed.wait_for(lock, wait, [this] { return _hasEnded; })) {
         wait = 200ms;
         isShown = true;
-        // The cursor goes back to the beginning: a line that comes meanwhile is written over this one.
+        // The cursor returns to the beginning: a line printed meanwhile overwrites this one.
         std::fprintf(stderr, "\033[K%s\r", _state().c_str());
         std::fflush(stderr);
     }

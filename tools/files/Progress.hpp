@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Shows on a terminal how far a long work is. A thread of its own writes; nothing is shown in the first
-// second or when standard error is no terminal.
+// Shows the progress of long work on a terminal. A thread of its own writes; nothing is shown in the first
+// second or if standard error is not a terminal.
 #pragma once
 
 #include <condition_variable>
@@ -15,9 +15,9 @@ namespace tonewright::tool {
 
 class Progress {
   public:
-    /// Shows what `state` gives, from now and then; it is called on the thread.
+    /// Shows what `state` returns, from time to time; it is called on the thread.
     explicit Progress(std::function<std::string()> state);
-    /// Takes the line away.
+    /// Erases the line.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -27,7 +27,7 @@ struct Litter {
 /// stand for a newline and a "\".
 [[nodiscard]] std::string lineOf(std::string path);
 
-/// Ask on the terminal whether `litter` may be deleted; false without a terminal to ask on.
+/// Asks on the terminal whether `litter` may be deleted; false without a terminal to ask on.
 [[nodiscard]] bool mayDelete(const std::vector<std::string>& litter);
 
 } // namespace tonewright::tool

@@ -58,11 +58,11 @@ std::string directoryOf(const Arguments& arguments) {
     if (named.empty()) return named;
     std::string absolute;
     if (!named.starts_with('/')) {
-        std::error_code error; // the current directory was removed: "/" must not stand in for it
+        std::error_code error; // the current directory was removed: "/" must not replace it
         absolute = std::filesystem::current_path(error).string();
         if (error) return {};
     }
-    // Without the components that say nothing; ".." is the file system's to understand.
+    // Without components that have no effect; ".." is left to the file system.
     for (std::size_t at = 0; at < named.size();) {
         const std::size_t end = std::min(named.find('/', at), named.size());
         const std::string_view component = std::string_view(named).substr(at, end - at);
@@ -150,7 +150,7 @@ int scan(const Arguments& arguments) {
     if (arguments.isDryRun) return writeLitter(*litter, directory, arguments);
     if (litter && !litter->subpaths.empty() && !mayDelete(litter->subpaths)) return Failed;
 
-    // A tree lives as long as the process: letting it go would take longer than ending.
+    // A tree lives as long as the process: freeing it would take longer than exiting.
     static auto* enumerator = new FileEnumerator;
     const std::string start = enumerator->fileManager.currentDirectoryPath();
     {

@@ -13,7 +13,7 @@ namespace tonewright::tool {
 /// standard error, when that fails.
 [[nodiscard]] bool writeResult(std::string_view text, const std::string& name);
 
-/// Returns whether every line that was printed got out; if not, a line on standard error says so.
+/// Returns whether every printed line was written; if not, a line on standard error says so.
 [[nodiscard]] bool linesGotOut(const std::string& name);
 
 /// Lets the lines go to the file `name` from now on, or stay on standard output for "-"; false, with a line
