@@ -81,8 +81,9 @@ void moveControls(AUAudioUnit& unit) {
         float value = parameter.minValue + 0.37F * (parameter.maxValue - parameter.minValue);
         if (parameter.isInteger) value = std::round(value);
         if (parameter.isToggle) value = parameter.defaultValue > 0 ? 0.0F : 1.0F;
-        if (parameter.isEnumeration && !parameter.valueStrings.empty())
+        if (parameter.isEnumeration && !parameter.valueStrings.empty()) {
             value = parameter.valueStrings[parameter.valueStrings.size() / 2].value;
+        }
         unit.setParameterValue(parameter.address, value);
     }
 }

@@ -30,7 +30,7 @@ TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
     times.reserve(100);
     const auto unit = offline.insertWork([&](const Block& block) {
         times.push_back(block.time);
-        for (int c = 0; c < 2; ++c) {
+        for (std::uint32_t c = 0; c < 2; ++c) {
             for (std::uint32_t i = 0; i < block.frames; ++i) block.out[c][i] = -block.in[c][i];
         }
     });
@@ -253,7 +253,7 @@ TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
     OfflineEngine offline;
     std::atomic<float> poison{0};
     offline.insertWork([&](const Block& block) {
-        for (int c = 0; c < 2; ++c) std::copy_n(block.in[c], block.frames, block.out[c]);
+        for (std::uint32_t c = 0; c < 2; ++c) std::copy_n(block.in[c], block.frames, block.out[c]);
         block.out[1][block.frames / 2] = poison;
     });
     offline.loop(makeFile(countingSound(2, 5000)), 5);
@@ -287,7 +287,7 @@ TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
     offline.insertWork([&](const Block& block) {
         volatile float tiny = std::numeric_limits<float>::min();
         result = tiny * 0.5F;
-        for (int c = 0; c < 2; ++c) std::fill_n(block.out[c], block.frames, 0.0F);
+        for (std::uint32_t c = 0; c < 2; ++c) std::fill_n(block.out[c], block.frames, 0.0F);
     });
     offline.start();
     static_cast<void>(offline.render(256));
@@ -302,7 +302,7 @@ TEST(AVAudioEngineDeathTest, TheDetectorSeesAnAllocationOnTheAudioThread) {
     OfflineEngine offline;
     offline.insertWork([](const Block& block) {
         const std::vector<float> forbidden(block.frames);
-        for (int c = 0; c < 2; ++c) std::copy_n(forbidden.data(), block.frames, block.out[c]);
+        for (std::uint32_t c = 0; c < 2; ++c) std::copy_n(forbidden.data(), block.frames, block.out[c]);
     });
     offline.start();
     EXPECT_DEATH(static_cast<void>(offline.render(256)), "RealtimeSanitizer|Real-time violation");

@@ -152,8 +152,9 @@ TEST(Timer, ManyShareOneDescriptor) {
     const std::size_t before = openDescriptors();
     std::size_t fired = 0;
     std::vector<std::shared_ptr<Timer>> timers;
-    while (timers.size() < 10'000)
+    while (timers.size() < 10'000) {
         timers.push_back(every(0.02 + static_cast<double>(timers.size()) * 1e-6, [&] { ++fired; }));
+    }
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_TRUE(RunLoop::current().runUntil([&] { return fired >= timers.size(); }, Limit));
     for (const auto& timer : timers) timer->invalidate();

@@ -202,8 +202,9 @@ TEST(PluginMidi, SurvivesBurstsAndNonsense) {
         const auto data = static_cast<std::uint8_t>(i % 128);
         burst.push_back(stage.midi(i / 10, {static_cast<std::uint8_t>(0x80 + i % 0x70), data, data}));
     }
-    for (const std::size_t length : {0U, 300U})
+    for (const std::size_t length : {0U, 300U}) {
         burst.push_back(stage.midi(250, std::vector<std::uint8_t>(length, 0xF0)));
+    }
     burst.push_back(stage.midi(100000, {0x90, 60, 1})); // after the block's end
     for (int i = 0; i < 25; ++i) {
         stage.left = noise(0.4F, 8192);

@@ -217,12 +217,17 @@ TEST(Scanner, AChangingDiskHarmsNothing) {
         scratch.file("d" + std::to_string(i % 30) + "/f" + std::to_string(i));
     }
     const pid_t churn = ::fork();
-    for (int i = 0; churn == 0; ++i) {
-        const std::string name = scratch / ("d" + std::to_string(i % 30) + "/new" + std::to_string(i % 11));
-        std::error_code ignored;
-        if (i % 3 == 0) fs::remove_all(name, ignored);
-        if (i % 3 == 1) ::mkdir(name.c_str(), 0755);
-        if (i % 3 == 2) ::close(::open((name + "/__MACOSX").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+    if (churn == 0) {
+        for (int i = 0;; ++i) {
+            const std::string name =
+                scratch / ("d" + std::to_string(i % 30) + "/new" + std::to_string(i % 11));
+            std::error_code ignored;
+            if (i % 3 == 0) fs::remove_all(name, ignored);
+            if (i % 3 == 1) ::mkdir(name.c_str(), 0755);
+            if (i % 3 == 2) {
+                ::close(::open((name + "/__MACOSX").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+            }
+        }
     }
     for (int round = 0; round < 20; ++round) {
         Scanner scanner;

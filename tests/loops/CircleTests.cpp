@@ -86,8 +86,9 @@ TEST(Circle, SwingingEffectsReturnToWhereTheyBegan) {
                              loop.left[(at + 1) % count]);
         };
         double inside = 0;
-        for (std::size_t frame = 2; frame + 2 < loop.frames(); ++frame)
+        for (std::size_t frame = 2; frame + 2 < loop.frames(); ++frame) {
             inside = std::max(inside, bend(frame));
+        }
         EXPECT_LE(std::max(bend(0), bend(loop.frames() - 1)), inside * 1.01) << name;
     }
 }

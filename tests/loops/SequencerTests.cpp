@@ -34,8 +34,9 @@ TEST(Harmony, ReadsChordsAndLaysThemOutNearWhereTheyWere) {
     EXPECT_EQ(chordNamed("Bbm9")->root, 10);
     EXPECT_EQ(chordNamed("Bbm9")->tones, (std::vector<int>{0, 3, 7, 10, 14}));
     EXPECT_EQ(chordNamed("F#7sus4/C#")->bass, 1);
-    for (const char* wrong : {"", "m7", "Hm", "Cmajor", "C/", "C/G7"})
+    for (const char* wrong : {"", "m7", "Hm", "Cmajor", "C/", "C/G7"}) {
         EXPECT_FALSE(chordNamed(wrong)) << wrong;
+    }
     for (const Voicing voicing : {Voicing::Close, Voicing::DropTwo, Voicing::Spread, Voicing::Shell}) {
         std::vector<int> before;
         for (const char* symbol : {"Dm9", "G13", "Cmaj9", "A7b9", "Dm9"}) {

@@ -28,8 +28,9 @@ struct Outcome {
     std::thread::id thread = std::this_thread::get_id();
 
     Outcome(const std::shared_ptr<URLResponse>& response, const std::optional<Error>& failed) {
-        if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get()))
+        if (const auto* http = dynamic_cast<const HTTPURLResponse*>(response.get())) {
             status = http->statusCode();
+        }
         if (response) url = response->url().absoluteString(), announced = response->expectedContentLength();
         if (failed) error = failed->localizedDescription();
     }
@@ -42,8 +43,9 @@ struct Outcome {
         std::string piece(1 << 20, '\0');
         while (file.read(piece.data(), 1 << 20), file.gcount() > 0) {
             const auto count = static_cast<std::size_t>(file.gcount());
-            for (std::size_t i = 0; i < count; i += 61)
+            for (std::size_t i = 0; i < count; i += 61) {
                 isRight = isRight && piece[i] == HTTPServer::byteAt(size + i);
+            }
             size += count;
         }
     }
@@ -66,8 +68,9 @@ Outcome outcomeOfTask(const auto& make) {
         promise->set_value(outcome);
     });
     task->resume();
-    if (future.wait_for(60s) != std::future_status::ready)
+    if (future.wait_for(60s) != std::future_status::ready) {
         throw std::runtime_error("the completion never came");
+    }
     return future.get();
 }
 

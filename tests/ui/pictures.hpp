@@ -93,8 +93,9 @@ inline std::string tiffHeader(std::int64_t width, std::int64_t height) {
     const std::pair<std::int64_t, std::int64_t> fields[] = {
         {256, width},  {257, height},        {258, 8}, {259, 1}, {262, 1}, {273, 200}, {277, 1},
         {278, height}, {279, width * height}};
-    for (const auto& [tag, value] : fields)
+    for (const auto& [tag, value] : fields) {
         entries += little(tag, 2) + little(4, 2) + little(1, 4) + little(value, 4);
+    }
     return std::string("II*\0", 4) + little(8, 4) + little(9, 2) + entries + little(0, 4);
 }
 

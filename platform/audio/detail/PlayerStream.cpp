@@ -37,6 +37,18 @@ class Completing {
     const PlayerStream* _outer;
 };
 
+// Takes `mutex`, or gives up after `limit`. Tries again and again, because ThreadSanitizer does not know the
+// call with which a timed mutex waits.
+std::unique_lock<std::mutex> lockWithin(std::mutex& mutex, std::chrono::nanoseconds limit) {
+    std::unique_lock lock(mutex, std::try_to_lock);
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!lock && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::microseconds(50));
+        (void)lock.try_lock();
+    }
+    return lock;
+}
+
 } // namespace
 
 PlayerStream::PlayerStream() = default;
@@ -78,7 +90,7 @@ void PlayerStream::stop() {
         _changed.notify_all();
     }
     // A decoder that spends longer in a file does the rest when it comes back.
-    if (const std::unique_lock turn(_turn, ControlLimit); turn) (void)settle();
+    if (const std::unique_lock turn = lockWithin(_turn, ControlLimit); turn) (void)settle();
     if (completing != this) _completions.sync([] {});
 }
 

@@ -87,7 +87,7 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
 
     // The right to decode. Held for one step, which may open a file and therefore take long: operations that
     // a user waits for take it with a time limit or not at all. Taken before _mutex.
-    std::timed_mutex _turn;
+    std::mutex _turn;
     // Guarded by _turn.
     PassWriter _writer;        // of the front pass
     AVAudioFormat _ringFormat; // no channels: not configured

@@ -91,8 +91,9 @@ std::size_t MemberList::find(const Animator& item, std::size_t hint) {
     if (AnimatorInside::memberships(item) == 0) return None;
     // An animator with one membership, found at the walk's position, is in no other place.
     if (hint != None && AnimatorInside::memberships(item) == 1 && _entries[hint].get() == &item &&
-        !isGap(hint))
+        !isGap(hint)) {
         return hint;
+    }
     if (!_index && _scans.exceeded(_live)) makeIndex();
     if (_index) return _index->first(item);
     for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
