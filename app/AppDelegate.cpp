@@ -13,7 +13,7 @@ bool AppDelegate::application(platform::UIApplication&, const std::optional<plat
     return true;
 }
 
-// Playback continues whatever happens to the window, and nothing is saved at the end.
+// These functions do nothing: playback does not depend on the window, and nothing is saved at the end.
 void AppDelegate::applicationWillResignActive(platform::UIApplication&) {}
 void AppDelegate::applicationDidEnterBackground(platform::UIApplication&) {}
 void AppDelegate::applicationWillEnterForeground(platform::UIApplication&) {}

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The application's delegate: it accepts the launch and holds the window. Main thread.
+// The application's delegate, which owns the window. Main thread.
 #pragma once
 
 #include "platform/ui/UIApplicationDelegate.hpp"
@@ -15,7 +15,7 @@ namespace tonewright {
 
 class AppDelegate : public platform::UIResponder, public platform::UIApplicationDelegate {
   public:
-    std::shared_ptr<platform::UIWindow> window; // filled from the interface description
+    std::shared_ptr<platform::UIWindow> window; // created from the interface description
 
     void setWindow(std::shared_ptr<platform::UIWindow> mainWindow) override;
     bool application(platform::UIApplication& application,

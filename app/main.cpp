@@ -3,28 +3,28 @@
 
 // Tonewright plays loops through one audio effect and shows the effect's own interface.
 //
-// A map of the tree, in the order in which a press of Play travels through it:
+// A map of the source tree:
 //
-//   app/main.cpp             this file: hands the process to the platform
-//   app/AppDelegate          accepts the launch
+//   app/main.cpp             registers the classes and runs the application
+//   app/AppDelegate          the application's delegate, which owns the window
 //   app/interface/           the main screen: ViewController, and Main.ui, which describes its controls
 //   app/Audio Engine/        AUExtensionManager finds the effect; AUEnginePlayer plays loops through it
 //   shared/HelpViewController/ the help screen, with the manual in a web view
-//   shared/Common/           what does not know this application: text, paths, views, files, animation
-//   platform/                the operating system's side under the names that app and shared use:
-//     foundation/            URLs, files, the bundle of resources, lines on the console, the fatal error
-//     dispatch/              queues of tasks and the run loop
-//     audio/                 the engine's graph, its nodes, audio files, the session, output devices
-//     effects/               the registry of components and the host of LV2 effects
+//   shared/Common/           independent of this application: text, paths, views, files, animation
+//   platform/                the interfaces to the operating system that app and shared use:
+//     foundation/            URLs, files, the bundle of resources, console output, fatal errors
+//     dispatch/              task queues and the run loop
+//     audio/                 the engine's graph and nodes, audio files, the audio session, output devices
+//     effects/               the component registry and the LV2 host
 //     ui/                    the application, views, controllers, interface descriptions
-//     network/, web/         what the help screen and downloads need
-//   gallery/                 a program of its own: the animation engine at work
-//   effect/                  the effect that comes with the program, an LV2 bundle like any other
-//   resources/               the recipes of the loops, the desktop's entry, icons
-//   tests/, benches/         mirrors of the tree; one benchmark for each claim
+//     network/, web/         downloads, and the web view of the help screen
+//   gallery/                 a separate program that demonstrates the animation engine
+//   effect/                  the bundled effect, an LV2 bundle
+//   loops/                   the recipes of the loops, their synthesiser and their encoder
+//   resources/               the manual, the help page, the desktop entry, icons
+//   tests/, benches/         tests, in folders that mirror the source tree, and benchmarks
 //
-// app and shared include the standard library and the headers of platform; what lies under platform stays
-// there.
+// app and shared include only the standard library and the headers of platform.
 #include "app/AppDelegate.hpp"
 #include "app/interface/ViewController.hpp"
 #include "platform/foundation/ApplicationIdentity.hpp"
@@ -36,17 +36,19 @@ namespace {
 
 constexpr const char* Help = R"(Usage: tonewright [OPTION]
 
-Play loops through an audio effect and work the effect's own interface.
+Play loops through an audio effect and use the effect's own interface.
 
-  --help     show this text and end
-  --version  show the version and end
+  --help     show this text and exit
+  --version  show the version and exit
 
 Environment:
-  LV2_PATH           where to look for effects, a list of folders
-  TONEWRIGHT_EFFECT  the URI of the effect to host, instead of the bundled one
-  TONEWRIGHT_OUTPUT  pipewire, rtaudio or silent: where the sound goes, instead of the first that answers
+  LV2_PATH                       folders to search for effects, separated by colons
+  TONEWRIGHT_EFFECT              the URI of the effect to host instead of the bundled effect
+  TONEWRIGHT_EFFECT_PROCESS      own: run the effect in a process of its own (default: host, inside the program)
+  TONEWRIGHT_EFFECT_CONFINEMENT  off: let an effect in a process of its own do what the program may
+  TONEWRIGHT_OUTPUT              the sound output: pipewire, rtaudio or silent (default: the first one available)
 
-The program has no other options, no settings, and remembers nothing.)";
+There are no other options and no settings, and nothing is saved.)";
 
 } // namespace
 

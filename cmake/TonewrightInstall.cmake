@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# `cmake --install build/release --prefix DIR`: the program, what it finds beside itself, and what the desktop reads.
+# Installs the program, its data and the files for the desktop: `cmake --install build/release --prefix DIR`.
 
 include(GNUInstallDirs)
 install(TARGETS tonewright RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")

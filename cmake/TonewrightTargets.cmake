@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# How this project's libraries, programs and tests are declared: one place for language level and warnings.
+# Functions that declare this project's libraries, programs and tests, with one language level and one set of warnings.
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
@@ -8,14 +8,14 @@ if(CCACHE_PROGRAM)
     set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
-# Line tables are enough for a back trace and a profile, and a good deal quicker to compile than all of it.
+# Line tables suffice for backtraces and profiles, and compile much faster than full debug information.
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 set(CMAKE_C_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 
 add_library(tonewright_options INTERFACE)
 target_compile_definitions(tonewright_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 target_compile_features(tonewright_options INTERFACE cxx_std_20)
-# -ffp-contract=off: the same arithmetic on every machine and compiler.
+# -ffp-contract=off: arithmetic gives the same results on every machine and with every compiler.
 target_compile_options(tonewright_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off)
 target_include_directories(tonewright_options INTERFACE "${PROJECT_SOURCE_DIR}")
@@ -23,7 +23,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # tonewright_add_library(NAME SOURCES... [LIBS libs...] [PRIVATE_LIBS libs...])
-# LIBS are our own libraries whose headers appear in ours; PRIVATE_LIBS are others', seen by the sources only.
+# LIBS are libraries of ours whose headers appear in the library's headers; PRIVATE_LIBS are third-party libraries that
+# only the sources use.
 function(tonewright_add_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS;PRIVATE_LIBS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES} ${arg_UNPARSED_ARGUMENTS})
@@ -40,9 +41,10 @@ function(tonewright_add_program name)
 endfunction()
 
 # tonewright_add_test(NAME SOURCES... [LIBS libs...] [LABELS labels...] [TIMEOUT seconds] [SERIAL])
-# One executable of GoogleTest cases, run as one test. LABELS: `display` runs it on a virtual display of its own,
-# `sound` beside a sound server of its own, `realtime` also under RealtimeSanitizer in ./test, `slow` more than ten
-# seconds; SERIAL: never beside another test. A private home and no session: tools/with-display, tools/sound-server.
+# A program of GoogleTest cases that runs as one test. LABELS: `display` runs it on a virtual display, `sound` with a
+# private sound server, `realtime` runs it also under RealtimeSanitizer in ./test, `slow` marks a test of more than ten
+# seconds. SERIAL: never runs in parallel with another test. tools/with-display and tools/sound-server also provide a
+# private home directory without a session bus.
 function(tonewright_add_test name)
     cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     if(NOT TONEWRIGHT_TESTS)
@@ -55,7 +57,7 @@ function(tonewright_add_test name)
 endfunction()
 
 # tonewright_add_script_test(NAME SCRIPT [LABELS labels...] [TIMEOUT seconds] [SERIAL])
-# A Python script whose cases run through tests/support/cases.py, run as one test.
+# A Python script with cases for tests/support/cases.py that runs as one test.
 function(tonewright_add_script_test name script)
     cmake_parse_arguments(arg "SERIAL" "TIMEOUT" "LABELS" ${ARGN})
     if(TONEWRIGHT_TESTS)
@@ -81,6 +83,7 @@ function(_tonewright_register_test name command labels timeout serial)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} LABELS "${labels}" RUN_SERIAL "${serial}")
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+        "PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/support:${PROJECT_SOURCE_DIR}/tests/e2e"
         "TONEWRIGHT_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "TONEWRIGHT_BUILD_DIR=${CMAKE_BINARY_DIR}"
         ${TONEWRIGHT_SANITIZER_ENVIRONMENT})
 endfunction()

@@ -63,7 +63,7 @@ class ChainExhibit final : public Exhibit {
     std::shared_ptr<AnimatorChain> _chain = std::make_shared<AnimatorChain>();
     std::array<std::shared_ptr<Animator>, Members> _members;
     Movement _movement;
-    int _rest = 0; // ticks until the chain begins anew; 0 while it plays
+    int _rest = 0; // ticks until the chain restarts; 0 while it plays
 };
 
 } // namespace

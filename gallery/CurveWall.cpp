@@ -19,7 +19,7 @@ using platform::CGRect;
 constexpr std::size_t Columns = 8;
 constexpr double Gap = 4;
 constexpr double DotRadius = 4;
-constexpr double CaptionRoom = 8; // beside a caption in one line
+constexpr double CaptionRoom = 8; // on both sides of a one-line caption
 
 } // namespace
 
@@ -63,7 +63,7 @@ void CurveWall::viewDidLayoutSubviews() {
     show();
 }
 
-// All captions take the same form, so that the curves stay at equal heights.
+// All captions have the same number of lines, so that all curves have the same height.
 void CurveWall::fitCaptions(double width) {
     double widest = 0;
     for (const Entry& entry : _entries) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The forty curves, side by side: one plot with one dot each, all moved by animators on one stack, over and
-// over. One of them is the chosen one. Main thread only.
+// Shows the forty curves side by side. Each has a plot and a dot; the animators on one stack move all dots
+// again and again. One of the curves is chosen. Main thread only.
 #pragma once
 
 #include "gallery/Plot.hpp"
@@ -22,24 +22,24 @@ class CurveWall final : public platform::UIViewController {
   public:
     CurveWall();
 
-    /// Makes the plots and puts them into the view.
+    /// Creates the plots and adds them to the view.
     void viewDidLoad() override;
 
     /// Places the plots in rows of eight.
     void viewDidLayoutSubviews() override;
-    /// Begins the movement anew, in `frames` frames.
+    /// Restarts the movement, which takes `frames` frames.
     void restart(std::int64_t frames);
-    /// Does one frame of the engine's work.
+    /// Advances the animation engine by one frame.
     void tick();
-    /// Moves the dots on the screen to where the values are.
+    /// Moves the dots on the screen to the current values.
     void show();
 
     void choose(EnumEasing type);
     std::function<void(EnumEasing type)> onChosen;
 
-    /// Returns the frame of the present movement, from 0 to `frames`.
+    /// Returns the frame of the current movement, from 0 to `frames`.
     [[nodiscard]] std::int64_t frame() const noexcept { return _frame; }
-    /// Returns the number of animators that move.
+    /// Returns the number of running animators.
     [[nodiscard]] std::int64_t tweens() { return _stack->getCount(); }
 
   private:
@@ -57,7 +57,7 @@ class CurveWall final : public platform::UIViewController {
     std::int64_t _frames = 1;
     std::int64_t _frame = 0;
     int _captionLines = 1;
-    int _rest = 0; // ticks until the movement begins again; 0 while it runs
+    int _rest = 0; // ticks until the movement restarts; 0 while it runs
 };
 
 } // namespace tonewright

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One of the engine's groups on display: what the screen asks of each. Main thread only.
+// The interface of the exhibits, each of which demonstrates one class of the animation engine. Main thread
+// only.
 #pragma once
 
 #include "platform/ui/UIDrawingView.hpp"
@@ -13,9 +14,9 @@
 namespace tonewright {
 
 inline constexpr float FrameSeconds = 1 / 60.0F;
-inline constexpr int RestTicks = 45; // between the end of a movement and its new beginning
+inline constexpr int RestTicks = 45; // pause between the end of a movement and its restart
 
-/// How the exhibits move.
+/// The easing curve and the length of the exhibits' movement.
 struct Movement {
     EnumEasing type = EnumEasing::EASING_easeOutBounce;
     std::int64_t frames = 120;
@@ -28,9 +29,9 @@ class Exhibit {
     Exhibit(const Exhibit&) = delete;
     Exhibit& operator=(const Exhibit&) = delete;
 
-    /// Starts again with this movement.
+    /// Restarts with `movement`.
     virtual void restart(const Movement& movement) = 0;
-    /// Does one frame of the engine's work.
+    /// Advances the animation engine by one frame.
     virtual void tick() = 0;
     /// Shows the current values on the screen.
     virtual void show() = 0;
@@ -38,11 +39,11 @@ class Exhibit {
     [[nodiscard]] virtual std::int64_t tweens() const = 0;
 };
 
-/// Returns a stack, shown in `view`, whose members start together and leave one by one.
+/// Returns an exhibit in `view` of a stack, whose members start together and end one by one.
 [[nodiscard]] std::unique_ptr<Exhibit> makeStackExhibit(std::shared_ptr<platform::UIDrawingView> view);
-/// Returns a chain, shown in `view`, whose members hand over to each other.
+/// Returns an exhibit in `view` of a chain, whose members run one after the other.
 [[nodiscard]] std::unique_ptr<Exhibit> makeChainExhibit(std::shared_ptr<platform::UIDrawingView> view);
-/// Returns a timeline, shown in `view`, whose members overlap.
+/// Returns an exhibit in `view` of a sequencer, whose members overlap in time.
 [[nodiscard]] std::unique_ptr<Exhibit> makeSequencerExhibit(std::shared_ptr<platform::UIDrawingView> view);
 
 } // namespace tonewright

@@ -15,11 +15,11 @@
 namespace tonewright {
 namespace {
 
-// Frames that a movement may take; the gallery begins in the middle.
+// The lengths of a movement in frames. The gallery starts with the middle one.
 constexpr std::array<std::int64_t, 5> Speeds = {480, 240, 120, 60, 30};
 
-constexpr int StatusTicks = 15;    // between two changes of the line of figures
-constexpr double Smoothing = 0.05; // the weight of the newest tick in the cost that is shown
+constexpr int StatusTicks = 15;    // ticks between two updates of the status line
+constexpr double Smoothing = 0.05; // weight of the latest tick in the displayed cost
 
 } // namespace
 
@@ -59,7 +59,7 @@ void GalleryController::viewDidLoad() {
     _wall = std::make_shared<CurveWall>();
     _wall->setView(curvesView);
     addChildViewController(_wall);
-    (void)_wall->view(); // is loaded now
+    (void)_wall->view(); // loads the view
     _exhibits.push_back(makeStackExhibit(stackView));
     _exhibits.push_back(makeChainExhibit(chainView));
     _exhibits.push_back(makeSequencerExhibit(sequencerView));

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The gallery's screen: one clock of sixty frames a second for everything on display, the controls, and the
-// line that says which frame it is and what a tick of the engine costs. Main thread only.
+// The gallery's screen: a clock with sixty frames per second for all exhibits, the controls, and a status
+// line with the current frame and the time that a tick of the engine takes. Main thread only.
 #pragma once
 
 #include "gallery/CurveWall.hpp"

@@ -18,8 +18,8 @@ constexpr double BallRadius = 8;
 constexpr double WallWidth = 4;
 constexpr double Padding = 8;
 constexpr int FlashTicks = 12;
-constexpr float Velocity = 0.12F;   // in the impulse's units per tick
-constexpr double Intensity = 0.975; // where half the way between the walls is one unit
+constexpr float Velocity = 0.12F;   // units of the impulse per tick
+constexpr double Intensity = 0.975; // damping factor per tick for `_reach` = 1
 
 } // namespace
 
@@ -32,7 +32,7 @@ ImpulseExhibit::ImpulseExhibit(std::shared_ptr<platform::UIDrawingView> view)
         canvas.fillRectangle({canvas.width() - Padding - WallWidth, Padding, WallWidth, height}, color);
     });
     _impulse->onCollision = [this](Impulse&) { _flash = FlashTicks; };
-    // The value is still there and will be 0: the ball stays where it came to rest.
+    // After this call the impulse resets its value to 0, but the ball must stay where it is.
     _impulse->onFinished = [this](Impulse&) { _origin = position(); };
 }
 

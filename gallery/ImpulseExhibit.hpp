@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An impulse between two walls: a ball that is flicked, coasts, strikes the walls and comes to rest. Main
-// thread only.
+// Demonstrates an impulse with a ball between two walls: it is flicked, slows down, bounces off the walls and
+// comes to rest. Main thread only.
 #pragma once
 
 #include "gallery/Exhibit.hpp"
@@ -14,7 +14,7 @@ class ImpulseExhibit final : public Exhibit {
   public:
     explicit ImpulseExhibit(std::shared_ptr<platform::UIDrawingView> view);
 
-    /// Kicks the ball away from the nearer wall; a moving ball takes the new velocity.
+    /// Flicks the ball towards the more distant wall. The velocity of a moving ball is replaced.
     void flick();
 
     void restart(const Movement& movement) override;
@@ -30,12 +30,12 @@ class ImpulseExhibit final : public Exhibit {
 
     std::shared_ptr<platform::UIDrawingView> _view;
     std::shared_ptr<Impulse> _impulse = std::make_shared<Impulse>();
-    double _origin = 0; // the position at which the impulse has the value 0
-    // Half the way between the walls, in the impulse's units. What moves slower covers the same units per
-    // tick on a longer way, so that the velocity at which the impulse comes to rest looks the same at every
-    // speed.
+    double _origin = 0; // the ball's position when the value of the impulse is 0
+    // Half the distance between the walls in units of the impulse. For a slower movement the velocity per
+    // tick stays the same and this distance becomes larger, so that the ball seems to stop at the same
+    // velocity at every speed.
     double _reach = 1;
-    int _flash = 0; // ticks for which the last strike still shows
+    int _flash = 0; // remaining ticks for which the last collision is shown
 };
 
 } // namespace tonewright

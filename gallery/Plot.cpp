@@ -17,11 +17,11 @@ namespace {
 using platform::Canvas;
 using platform::Point;
 
-constexpr int Frames = 120;         // of the movement that is drawn
-constexpr double Margin = 7;        // on all sides, so that a dot at an end is whole
-constexpr double LineHeight = 13;   // of the caption below
-constexpr double CaptionMargin = 2; // above the caption and below it, together
-constexpr double LargestStep = 0.3; // between two frames; what is larger is a jump and not a slope
+constexpr int Frames = 120;         // number of points that are drawn
+constexpr double Margin = 7;        // on all sides, so that dots at the ends are not clipped
+constexpr double LineHeight = 13;   // of the caption
+constexpr double CaptionMargin = 2; // sum of the space above and below the caption
+constexpr double LargestStep = 0.3; // larger steps between two frames are not drawn as a line
 constexpr double CurveThickness = 1.6;
 
 double valueAt(EnumEasing type, int frame) {
@@ -64,7 +64,7 @@ void Plot::draw(Canvas& canvas) const {
         stroke.push_back(at(width, height, static_cast<double>(frame) / Frames, value));
         previous = value;
     }
-    if (stroke.size() == 1) stroke.push_back(stroke.front()); // a lone point after a jump
+    if (stroke.size() == 1) stroke.push_back(stroke.front()); // a single point after a jump
     finishStroke();
     const auto drawLine = [&](std::string_view words, double bottom) {
         canvas.drawText(words, {0, bottom - LineHeight, width, LineHeight}, CaptionSize, text,

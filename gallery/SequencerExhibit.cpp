@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Two pictures side by side: on the left time, where each member has a bar from its first frame to its last
-// that is filled up to the present frame; on the right each member's value, in a lane beside its bar.
+// The left part shows time: each member has a bar from its first frame to its last frame, filled up to the
+// current frame. The right part shows the value of each member in a lane beside its bar.
 #include "gallery/Exhibit.hpp"
 #include "gallery/lanes.hpp"
 #include "gallery/palette.hpp"
@@ -19,7 +19,7 @@ namespace {
 using platform::CGRect;
 
 constexpr std::size_t Members = 6;
-constexpr double TimeShare = 0.6; // of the width; the values have the rest
+constexpr double TimeShare = 0.6; // fraction of the width for the left part
 constexpr double HeadWidth = 2;
 
 CGRect timePart(const CGRect& bounds) {
@@ -50,8 +50,9 @@ class SequencerExhibit final : public Exhibit {
     void restart(const Movement& movement) override {
         _movement = movement;
         _rest = 0;
-        _view->setNeedsDisplay(); // the bars' places are of whole frames
-        // A timeline never gets shorter, and its playing members keep playing: each movement gets a new one.
+        _view->setNeedsDisplay(); // the bars depend on the number of frames
+        // Each movement needs a new sequencer, because a timeline never gets shorter and running members keep
+        // running.
         _sequencer = std::make_shared<AnimationSequencer>();
         _sequencer->onFinished = [this](AnimationSequencer&) { _rest = RestTicks; };
         for (std::size_t i = 0; i < Members; ++i) {
@@ -60,7 +61,8 @@ class SequencerExhibit final : public Exhibit {
         }
     }
     void tick() override {
-        // The sequencer's own timer is not used, because its frame continues while it is paused.
+        // The sequencer's timer is not used, because it advances the frame even while the sequencer is
+        // paused.
         if (_rest == 0) {
             _sequencer->advance();
         } else if (--_rest == 0) {
@@ -69,7 +71,7 @@ class SequencerExhibit final : public Exhibit {
     }
     void show() override {
         const CGRect bounds = _view->bounds();
-        // The frame is back at 0 when the timeline has been run to its end.
+        // At the end of the timeline the sequencer resets its frame to 0.
         const std::int64_t frame = _rest > 0 ? end() : _sequencer->getCurrentFrame();
         std::vector<platform::Mark> marks;
         for (std::size_t i = 0; i < Members; ++i) {
@@ -97,7 +99,7 @@ class SequencerExhibit final : public Exhibit {
         const double width = std::max(0.0, timePart(bounds).width - 2 * LanePadding);
         return LanePadding + width * static_cast<double>(frame) / static_cast<double>(end());
     }
-    /// Returns the bar of `member` as far as it goes by `frame`.
+    /// Returns the bar of `member`, filled up to `frame`.
     [[nodiscard]] CGRect bar(const CGRect& bounds, std::size_t member, std::int64_t frame) const {
         const double height = laneHeight(bounds, Members) * 0.6;
         const double left = across(bounds, start(member));
@@ -109,7 +111,7 @@ class SequencerExhibit final : public Exhibit {
     std::shared_ptr<AnimationSequencer> _sequencer = std::make_shared<AnimationSequencer>();
     std::array<std::shared_ptr<Animator>, Members> _members;
     Movement _movement;
-    int _rest = 0; // ticks until the timeline begins anew; 0 while it runs
+    int _rest = 0; // ticks until the timeline restarts; 0 while it runs
 };
 
 } // namespace

@@ -30,7 +30,7 @@ class StackExhibit final : public Exhibit {
         _rest = 0;
         _stack->stop();
         for (std::size_t i = 0; i < Members; ++i) {
-            // From half the frames to one and a half.
+            // From 0.5 to 1.5 times the frames of the movement.
             const auto frames = movement.frames * static_cast<std::int64_t>(Members - 1 + 2 * i) /
                                 static_cast<std::int64_t>(2 * (Members - 1));
             _members[i]->setup(0, 1, frames, FrameSeconds, movement.type);
@@ -60,7 +60,7 @@ class StackExhibit final : public Exhibit {
     std::shared_ptr<AnimatorStack> _stack = std::make_shared<AnimatorStack>();
     std::array<std::shared_ptr<Animator>, Members> _members;
     Movement _movement;
-    int _rest = 0; // ticks until all begin anew; 0 while they move
+    int _rest = 0; // ticks until all members restart; 0 while they run
 };
 
 } // namespace

@@ -15,10 +15,10 @@ namespace {
 using platform::CGRect;
 using platform::Point;
 
-constexpr double Ends = 0.2; // of the width, on each side, for what overshoots
+constexpr double Ends = 0.2; // fraction of the width on each side, for curves that overshoot
 constexpr double DotRadius = 5;
 constexpr double CaptionHeight = 14; // below the lanes
-constexpr double CaptionSize = 10;   // of the letters
+constexpr double CaptionSize = 10;   // font size in points
 
 double laneX(const CGRect& bounds, double value) {
     const double x = bounds.width * (Ends + value * (1 - 2 * Ends));
@@ -57,7 +57,7 @@ void drawLanes(platform::Canvas& canvas, const CGRect& bounds, std::size_t lanes
 
 void captionAxis(platform::Canvas& canvas, const CGRect& bounds, double left, double right,
                  std::string_view first, std::string_view name, std::string_view last) {
-    constexpr double Width = 60; // more than any of them needs
+    constexpr double Width = 60; // enough for each caption
     const std::array captions = {std::pair{first, left}, std::pair{name, (left + right) / 2},
                                  std::pair{last, right}};
     for (const auto& [text, x] : captions) {

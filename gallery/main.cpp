@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The gallery of the animation engine: all forty curves at once, and a stack, a chain, a sequencer and an
-// impulse that move by the curve that is chosen.
+// The gallery of the animation engine: all forty curves at once, a stack, a chain and a sequencer that use
+// the chosen curve, and an impulse.
 //
-//   GalleryController   the screen: controls, the clock, the line of figures
+//   GalleryController   the screen: controls, clock, status line
 //   CurveWall, Plot     the forty curves, on one stack
-//   Exhibit             what the four exhibits have in common; one file each beside it
+//   Exhibit             the interface of the four exhibits; each exhibit has its own file
 //   Gallery.ui, .css    describe the window's controls
 #include "gallery/GalleryController.hpp"
 #include "platform/foundation/ApplicationIdentity.hpp"
@@ -20,11 +20,11 @@ constexpr const char* Help = R"(Usage: tonewright-gallery [OPTION]
 
 Watch the easing curves, stacks, chains, timelines and impulses of the animation engine.
 
-  --help     show this text and end
-  --version  show the version and end
+  --help     show this text and exit
+  --version  show the version and exit
 
-Keys: P pauses, R restarts, + and - change the speed, F flicks the impulse; Tab and the arrows go from curve to
-curve, Space chooses.)";
+Keys: P pauses, R restarts, + and - change the speed, F flicks the impulse. Tab and the arrow keys move from curve
+to curve, Space selects a curve.)";
 
 class GalleryDelegate final : public platform::UIApplicationDelegate {
   public:

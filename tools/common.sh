@@ -1,26 +1,26 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What the scripts of this project share; sourced by bash, after `set -euo pipefail`.
+# Functions shared by the scripts of this project; sourced by bash, after `set -euo pipefail`.
 
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# Sources compile to the same object whichever build folder asks, so the builds share what they have in common.
+# Makes a source compile to the same object in every build folder, so that the builds share the compiler cache.
 export CCACHE_BASEDIR=$source_dir CCACHE_NOHASHDIR=1
 
 say() { printf '%s\n' "$*" >&2; }
 die() { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
 
-# package_names LIST...: the names in tools/packages/LIST.txt, without comments.
+# package_names LIST...: prints the names in tools/packages/LIST.txt, without comments.
 package_names() {
     local list
     for list in "$@"; do sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$source_dir/tools/packages/$list.txt"; done
 }
 
-# install_packages WHY LIST...: install what is missing of the lists; asks for root only when something is.
+# install_packages WHY LIST...: installs the missing packages of the lists; asks for root only if any are missing.
 install_packages() {
     local why=$1; shift
     command -v dpkg-query >/dev/null ||
-        die "packages are installed by this script on Debian only; elsewhere install what tools/packages names, then build by hand (README.md)."
+        die "this script installs packages on Debian only; elsewhere install the packages in tools/packages, then build by hand (README.md)."
     local missing
     missing=$(comm -23 <(package_names "$@" | sort -u) \
         <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' | sed -n 's/^installed //p' | sort -u) | tr '\n' ' ')
@@ -39,12 +39,12 @@ install_packages() {
     # shellcheck disable=SC2086 # one word per package
     if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends $missing; } </dev/null >"$log" 2>&1; then
         tail -n 15 "$log" >&2; rm -f "$log"
-        die "apt-get could not install the packages above; is the network there, and are Debian 12's sources set up?"
+        die "apt-get could not install the packages above; check the network connection and the package sources of Debian 12."
     fi
     rm -f "$log"
 }
 
-# configure PRESET [ARGUMENT...]: set up build/PRESET. A build folder that was moved is begun anew.
+# configure PRESET [ARGUMENT...]: configures build/PRESET; deletes it first if it was made for another source folder.
 configure() {
     local preset=$1 cache=$source_dir/build/$1/CMakeCache.txt; shift
     if [ -e "$cache" ] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$source_dir" "$cache"; then rm -rf "${cache%/*}"; fi
@@ -56,17 +56,17 @@ configure() {
     rm -f "$log"
 }
 
-# build PRESET TARGET...: build targets in build/PRESET, saying what is wrong when something is.
+# build PRESET TARGET...: builds targets in build/PRESET, or exits with a message.
 build() {
     local preset=$1; shift
     # shellcheck disable=SC2086 # options
     ninja -C "$source_dir/build/$preset" -j "${TONEWRIGHT_JOBS:-$(nproc)}" ${NINJA_FLAGS:-} "$@" >&2 ||
-        die "the build failed (preset $preset); what the compiler said is above."
+        die "the build failed (preset $preset); the compiler's messages are above."
 }
 
-# private_environment: give what is started from here a home, settings and run-time folder of its own, without the
-# user's session. Does nothing inside another private environment. Sets `private_dir` when it made one; the caller
-# removes it.
+# private_environment: gives child processes private home, configuration and run-time directories without the user's
+# session. Does nothing within another private environment. Sets `private_dir` if it created one; the caller has to
+# remove it.
 private_environment() {
     [ -z "${TONEWRIGHT_PRIVATE_DIR:-}" ] || return 0
     private_dir=$(mktemp -d "${TMPDIR:-/tmp}/tonewright.XXXXXX")
@@ -76,10 +76,10 @@ private_environment() {
     mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME" "$HOME/Documents"
     mkdir -m 700 "$XDG_RUNTIME_DIR"
     unset WAYLAND_DISPLAY PIPEWIRE_REMOTE PULSE_SERVER JACK_DEFAULT_SERVER LV2_PATH
-    # No bus, in a folder of its own: the web engine's sandbox shows its processes the folder that the address names.
+    # No bus listens at this address. WebKit's sandbox exposes the folder of the address, so it must be a private one.
     export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/no-bus GTK_A11Y=none NO_AT_BRIDGE=1 LC_ALL=C.UTF-8
-    # A window looks the same on every machine: the fonts of fonts-dejavu-core, no others, no settings.
-    # (Where the web engine's sandbox shows them to its processes, too.)
+    # A window looks the same on every machine: only the fonts of fonts-dejavu-core, and no user configuration. WebKit's
+    # sandbox gives its processes access to this file, too.
     export FONTCONFIG_FILE=$XDG_CONFIG_HOME/fontconfig/fonts.conf
     mkdir -p "${FONTCONFIG_FILE%/*}"
     local fonts=/usr/share/fonts/truetype/dejavu accepted='' name

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The state machine: starting, stopping, and the audio session around them.
+// Starts and stops playback and the audio session.
 #include "app/Audio Engine/AUEnginePlayer.hpp"
 
 #include "app/Audio Engine/midiOutput.hpp"
@@ -17,7 +17,7 @@ using platform::DispatchQueue;
 using platform::print;
 
 namespace {
-// The maker's reverse domain, and what the queue serves.
+// The maker's domain in reverse and the purpose of the queue.
 constexpr const char* StateQueueLabel = "example.tonewright.AUEnginePlayer.stateQueue";
 } // namespace
 
@@ -78,7 +78,7 @@ void AUEnginePlayer::startPlayingInternal() {
 }
 
 void AUEnginePlayer::stopPlayingInternal() {
-    player->stop(); // its completions run on this queue, after isPlaying has become false
+    player->stop(); // its completions are queued behind this task, which sets isPlaying to false
     engine->stop();
     isPlaying = false;
     setSessionActive(false);
@@ -95,7 +95,7 @@ void AUEnginePlayer::setSessionActive(bool active) {
                         std::string(active ? "true" : "false") + ". system error: " + error->description() +
                         ".");
     }
-    print("AUEnginePlayer: Audio session was set active."); // also printed for a deactivation
+    print("AUEnginePlayer: Audio session was set active."); // printed for a deactivation too
 }
 
 void AUEnginePlayer::reportPlayerState(bool playing) {

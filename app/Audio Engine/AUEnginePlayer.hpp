@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The playback engine: player node -> effect (or nothing) -> main mixer -> output, one audio file at a time,
-// played in an endless loop. The extension manager owns the one engine player; the screen is its delegate.
+// Plays one audio file at a time in an endless loop: player node -> effect (if any) -> main mixer -> output.
+// The extension manager owns the only engine player; the main screen is its delegate.
 //
 // Threads: `start`, `stop`, `toggle` and `load` are called on the main thread, `connect` on the thread that
-// completes the effect's instantiation. Changes of the play state and loop decisions run one at a time on
-// `stateChangeQueue`; the delegate is called on the main queue, except for `onFileSelect`, which runs on the
-// caller of `load`.
+// completes the effect's instantiation. Changes of the play state and the decision to play another pass run
+// one at a time on `stateChangeQueue`. The delegate is called on the main queue, except for `onFileSelect`,
+// which is called on the thread that called `load`.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
@@ -28,31 +28,32 @@
 
 namespace tonewright {
 
-/// Always owned by a `std::shared_ptr`. Releasing it stops nothing: owners call `finalize` first.
+/// Always owned by a `std::shared_ptr`. The destructor does not stop playback, so owners must call `finalize`
+/// first.
 class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
   public:
-    /// Builds the graph's nodes and attaches the player node; nothing is connected or logged.
+    /// Creates the engine and the player node and attaches the node. Makes no connections and logs nothing.
     AUEnginePlayer();
     virtual ~AUEnginePlayer() = default;
     AUEnginePlayer(const AUEnginePlayer&) = delete;
     AUEnginePlayer& operator=(const AUEnginePlayer&) = delete;
 
-    /// Stops, then removes the effect.
+    /// Stops playback, then removes the effect.
     virtual void finalize();
-    /// Removes the effect: `connect` with no unit.
+    /// Removes the effect by calling `connect` with null.
     virtual void disconnect();
-    /// Opens the audio file at `url` and wires it into the graph in place of the previous one. A file that
-    /// cannot be opened is logged and changes neither file nor graph; an absent URL is fatal.
+    /// Opens the audio file at `url` and connects the graph for its format. If the file cannot be opened,
+    /// logs that and keeps the current file and graph. It is a fatal error if `url` has no value.
     virtual void load(const std::optional<platform::URL>& url);
-    /// Loads a random file, then starts playing if stopped. Waits for the state queue: never call it from
-    /// there.
+    /// Loads a random file, then starts playback if it is stopped. Waits for `stateChangeQueue`, so it must
+    /// not be called on that queue.
     virtual void start();
-    /// Stops playing if playing. Waits for the state queue: never call it from there.
+    /// Stops playback if it is running. Waits for `stateChangeQueue`, so it must not be called on that queue.
     virtual void stop();
-    /// Stops if playing, else starts; returns the new play state.
+    /// Starts or stops playback and returns whether it is running now.
     virtual bool toggle();
-    /// Replaces the active effect; no unit removes it. `completion` is called exactly once, on the calling
-    /// thread, before the return.
+    /// Replaces the active effect, or removes it if `avAudioUnit` is null. Calls `completion` exactly once,
+    /// on the calling thread, before returning.
     virtual void connect(
         const std::shared_ptr<platform::AVAudioUnit>& avAudioUnit,
         const std::function<void()>& completion = [] {});
@@ -75,7 +76,7 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     void reportLoop();
     void reportPlayerState(bool playing);
 
-    // Copies or assigns a field that threads share; the lock is held for nothing else.
+    // These two functions copy or assign a field that threads share. They hold the lock for nothing else.
     template <class T>
     [[nodiscard]] T shared(const T& field) const {
         const std::scoped_lock lock(_fieldMutex);
@@ -90,21 +91,21 @@ class AUEnginePlayer : public std::enable_shared_from_this<AUEnginePlayer> {
     const platform::MIDIOutputEventBlock midiOutBlock;
 
   public:
-    /// Receives the reports; held strongly. Set it on the main thread before the first start.
+    /// Receives the reports. A strong reference; set it on the main thread before the first start.
     std::shared_ptr<AUEnginePlayerDelegate> delegate;
     const std::shared_ptr<platform::AVAudioEngine> engine;
 
   private:
-    // Shared between threads: `isPlaying` is written on `stateChangeQueue` and read anywhere;
-    // `activeAVAudioUnit`, `loopCount`, `file` and `fileURL` are read and written under `_fieldMutex`, a leaf
-    // lock that is never held across a call. The order of effects is determined by the queues, not by these.
+    // Shared between threads: `isPlaying` is written on `stateChangeQueue` and read on any thread.
+    // `activeAVAudioUnit`, `loopCount`, `file` and `fileURL` are guarded by `_fieldMutex`, which is never
+    // held while other functions are called. The queues determine the order of changes, not these fields.
     std::shared_ptr<platform::AVAudioUnit> activeAVAudioUnit;
     std::atomic<bool> isPlaying{false};
     std::int64_t loopCount = 0; // completed passes of the current file
     const std::shared_ptr<platform::DispatchQueue> stateChangeQueue;
     const std::shared_ptr<platform::AVAudioPlayerNode> player;
     std::shared_ptr<platform::AVAudioFile> file;
-    std::optional<platform::URL> fileURL; // of the current file, or of the last that `load` tried
+    std::optional<platform::URL> fileURL; // the current file, or the last one that `load` tried to open
     mutable std::mutex _fieldMutex;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The choice of the file, its opening, and the endless loop.
+// Chooses and opens the file, and repeats it endlessly.
 #include "app/Audio Engine/AUEnginePlayer.hpp"
 #include "platform/audio/AVAudioMixerNode.hpp"
 #include "platform/foundation/Bundle.hpp"
@@ -21,7 +21,7 @@ using platform::unwrap;
 using platform::URL;
 
 namespace {
-// The loops among the application's resources: 1.m4a to 80.m4a.
+// The resources 1.m4a to 80.m4a are the loops.
 constexpr std::int64_t FirstLoop = 1;
 constexpr std::int64_t LastLoop = 80;
 constexpr const char* LoopExtension = "m4a";
@@ -43,7 +43,7 @@ void AUEnginePlayer::load(const std::optional<URL>& url) {
     share(file, opened.value());
     if (const auto receiver = delegate) receiver->onFileSelect(url->path());
 
-    // The delegate may have loaded another file meanwhile: the current one is wired.
+    // The delegate may have loaded another file meanwhile, so this connects the current file.
     if (const auto unit = shared(activeAVAudioUnit)) {
         wireThroughEffect(*shared(file), unit);
     } else {
@@ -82,7 +82,7 @@ void AUEnginePlayer::randomizeFile() {
         print(unwrap(shared(fileURL)).path());
         engine->prepare();
     } else {
-        // A program without its loops is broken: making this text from the absent location is fatal.
+        // A program without its loops is broken: there is no URL, so unwrapping it is a fatal error.
         print("AUEnginePlayer::ERROR: The audio file '" + unwrap(shared(fileURL)).path() +
               "' was not found inside the resource folder for the app.");
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The wiring of the effect into the graph and out of it.
+// Connects the effect to the graph and disconnects it.
 #include "app/Audio Engine/AUEnginePlayer.hpp"
 #include "platform/audio/AVAudioMixerNode.hpp"
 #include "platform/audio/AVAudioOutputNode.hpp"
@@ -31,7 +31,7 @@ void AUEnginePlayer::connect(const std::shared_ptr<AVAudioUnit>& avAudioUnit,
     }
     share(activeAVAudioUnit, avAudioUnit);
     connectMixerToOutput();
-    if (isPlaying) player->pause(); // not stop: what is scheduled stays, and no completion fires
+    if (isPlaying) player->pause(); // unlike stop(), this keeps the schedule and calls no completion
 
     if (!avAudioUnit) {
         if (directLinkIsMissing) resetAudioLoop();

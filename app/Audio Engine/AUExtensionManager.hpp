@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Finds the one effect that this application hosts, instantiates it, passes it to the engine player and tells
-// the screen. Created once by the screen; works on its own from then on and does not retry.
+// Finds and instantiates the effect that this application hosts, passes it to the engine player and notifies
+// the main screen. The screen creates the manager once. The search starts when the manager is created and is
+// not repeated.
 //
-// Threads: created on the main thread; the search runs on the global queue; everything after the
-// instantiation's completion runs on the thread on which the platform calls it.
+// Threads: created on the main thread; the search runs on the global queue; the rest runs on the thread on
+// which the platform reports that the effect has been instantiated.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayer.hpp"
@@ -29,22 +30,23 @@ namespace tonewright {
 
 class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManager> {
   public:
-    /// Creates the manager and starts the search; its results arrive later, on other threads.
+    /// Creates the manager and starts the search. The delegate is called later, on another thread.
     [[nodiscard]] static std::shared_ptr<AUExtensionManager>
     create(std::shared_ptr<AUExtensionManagerDelegate> receiver);
     virtual ~AUExtensionManager() = default;
     AUExtensionManager(const AUExtensionManager&) = delete;
     AUExtensionManager& operator=(const AUExtensionManager&) = delete;
 
-    /// Returns the effect's factory presets; none without an audio unit.
+    /// Returns the effect's factory presets, or an empty list without an audio unit.
     [[nodiscard]] virtual std::vector<Preset> presets() const;
-    /// Returns the effect's current preset; absent without an audio unit.
+    /// Returns the effect's current preset, or no value without an audio unit.
     [[nodiscard]] virtual std::optional<Preset> currentPreset() const;
-    /// Sets the effect's current preset; absent clears it; without an audio unit nothing happens.
+    /// Sets the effect's current preset, or clears it if `preset` has no value. Does nothing without an audio
+    /// unit.
     virtual void setCurrentPreset(const std::optional<Preset>& preset);
-    /// Warns when there is no audio unit; no parameter is connected to any control.
+    /// Prints a warning if there is no audio unit. Does not connect anything.
     virtual void connectParametersToControls();
-    /// Toggles the engine player; returns the new play state.
+    /// Starts or stops the engine player and returns whether it is playing now.
     virtual bool togglePlayback();
     /// Finalises the engine player.
     virtual void cleanup();
@@ -68,21 +70,21 @@ class AUExtensionManager : public std::enable_shared_from_this<AUExtensionManage
 
   private:
     std::shared_ptr<AUExtensionManagerDelegate> delegate;
-    std::shared_ptr<platform::AUAudioUnit> audioUnit; // nothing assigns it: presets stay empty
+    std::shared_ptr<platform::AUAudioUnit> audioUnit; // always null, so there are no presets
 
   public:
-    std::shared_ptr<platform::AUViewController> viewController; // nothing assigns it
+    std::shared_ptr<platform::AUViewController> viewController; // always null
 
   private:
-    const std::string componentName = "KVRN: Orvo Tonewright Extension"; // for display; not used for matching
+    const std::string componentName = "KVRN: Orvo Tonewright Extension"; // only for display
     platform::AudioComponentDescription componentDescription{
-        .componentType = platform::fourCharCode("aumf"),         // a music effect: audio and MIDI in
+        .componentType = platform::fourCharCode("aumf"),         // a music effect: audio and MIDI input
         .componentSubType = platform::fourCharCode("ovTw"),      // this effect
         .componentManufacturer = platform::fourCharCode("KVRN"), // its maker
         .componentFlags = 2,                                     // sandbox-safe
-        .componentFlagsMask = 0,                                 // flags are ignored in matching
+        .componentFlagsMask = 0,                                 // matching ignores the flags
     };
-    std::vector<platform::AVAudioUnitComponent> _availableAudioUnits; // of the last search
+    std::vector<platform::AVAudioUnitComponent> _availableAudioUnits; // found by the last search
 };
 
 } // namespace tonewright

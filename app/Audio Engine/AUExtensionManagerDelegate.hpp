@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the extension manager reports to its delegate.
+// Receives the reports of the extension manager.
 #pragma once
 
 #include <memory>
@@ -18,7 +18,7 @@ class AUExtensionManagerDelegate {
 
     /// Called when `unit` has been instantiated and connected into the engine's graph.
     virtual void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) = 0;
-    /// Called when everything is ready, after `onFoundComponent`.
+    /// Called after `onFoundComponent`, when everything is ready.
     virtual void onEngineInitialized() = 0;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A preset of the effect, as the application shows it.
+// A preset of the effect.
 #pragma once
 
 #include "platform/effects/AUAudioUnit.hpp"
@@ -12,7 +12,7 @@
 
 namespace tonewright {
 
-/// Wraps a platform preset; only the manager creates one.
+/// Wraps a platform preset. Only AUExtensionManager creates presets.
 class Preset {
   public:
     [[nodiscard]] std::int64_t number() const { return audioUnitPreset.number(); }

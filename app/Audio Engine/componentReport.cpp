@@ -13,7 +13,7 @@
 namespace tonewright {
 namespace {
 
-// C's alternate form gives 0 no prefix: ten zeros.
+// The flag # writes no "0x" before the value 0, so 0 becomes ten zeros.
 std::string hexadecimal(std::uint32_t value) {
     std::array<char, 16> buffer{};
     std::snprintf(buffer.data(), buffer.size(), "%#010x", value);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Texts about a component's description: the report at start, and the record's plain form.
+// Texts about a component description: the report at startup, and a list of its fields.
 #pragma once
 
 #include "platform/effects/AudioComponentDescription.hpp"
@@ -13,7 +13,7 @@ namespace tonewright {
 /// Prints the hosting process, the component's codes as text and its flags in hexadecimal ("%#010x").
 void printComponentReport(const platform::AudioComponentDescription& description);
 
-/// Returns the record's name and its five fields as decimal values.
+/// Returns the name of the structure and its five fields in decimal.
 [[nodiscard]] std::string describe(const platform::AudioComponentDescription& description);
 
 } // namespace tonewright

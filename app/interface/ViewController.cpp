@@ -59,7 +59,7 @@ void ViewController::viewDidDisappear(bool animated) {
     UIViewController::viewDidDisappear(animated);
 }
 
-// The effect's view follows the panel by itself; nothing needs to be centred again.
+// Constraints keep the effect's view the size of the panel, so there is nothing to do.
 void ViewController::viewDidLayoutSubviews() {
     UIViewController::viewDidLayoutSubviews();
 }
@@ -96,7 +96,7 @@ void ViewController::getDirectories() {
     const auto documents = platform::FileManager::defaultManager().URLsForDirectory(
         platform::SearchPathDirectory::Document, platform::SearchPathDomain::User);
     if (documents.empty()) platform::fatal("ViewController: There is no documents directory.");
-    // The first entry exists, so the other branch is never taken.
+    // The list is not empty, so the else branch is never taken.
     if (const std::optional<platform::URL> first = documents.front()) {
         documentsPath = first->path();
         print("ViewController: The app's documents path is: " + documentsPath);

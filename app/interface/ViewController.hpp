@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The main screen: five buttons and the panel in which the effect shows its own interface. It owns the
-// extension manager and through it the engine player, is the delegate of both, and keeps Play and Stop in
-// step with the play state.
+// The main screen: five buttons, and a panel with the effect's interface. It owns the extension manager,
+// which owns the engine player. It is the delegate of both, and shows Play or Stop depending on the play
+// state.
 //
-// Main thread. The screen, the manager and the player own one another: all three live as long as the program.
+// Main thread. The screen, the manager and the player have strong references to one another, so that all
+// three live until the program ends.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayerDelegate.hpp"
@@ -35,7 +36,7 @@ class ViewController : public platform::UIViewController,
                        public platform::UIDocumentPickerDelegate {
   public:
     explicit ViewController(std::optional<std::string> nibName, const platform::Bundle* bundle = nullptr);
-    /// Creates the screen that `coder` describes; absent if the coder cannot be used.
+    /// Creates the screen that `coder` describes, or returns null if the coder has no description.
     [[nodiscard]] static std::shared_ptr<ViewController> initWithCoder(const platform::NSCoder& coder);
 
     void viewDidLoad() override;
@@ -45,37 +46,38 @@ class ViewController : public platform::UIViewController,
     [[nodiscard]] bool canPerformAction(std::string_view selector,
                                         const std::shared_ptr<platform::UIResponder>& withSender) override;
 
-    /// Shows the panel if it is hidden, else hides it.
+    /// Shows or hides the panel with the effect's interface.
     virtual void onButtonUnit(const std::shared_ptr<platform::UIResponder>& sender);
-    /// Toggles playback. Play and Stop do the same; they differ only in when they are visible.
+    /// Starts or stops playback. Both buttons call the same function, but only one of them is visible at a
+    /// time.
     virtual void onPlayButton(const std::shared_ptr<platform::UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<platform::UIButton>& sender);
 
     /// Opens the maker's web site in the browser and the manual in the help screen.
     virtual void showHelp(const std::shared_ptr<platform::UIResponder>& sender);
-    /// Tells the help screen what to show, before it appears.
+    /// Tells the help screen what to show. Called before the screen appears.
     void prepare(const platform::UIStoryboardSegue& forSegue,
                  const std::shared_ptr<platform::UIResponder>& sender) override;
 
-    /// Puts the effect's own interface into the panel as soon as the effect has provided it.
+    /// Asks the effect for its interface and adds it to the panel when it arrives.
     void onFoundComponent(const std::shared_ptr<platform::AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
     void onPlayerStateChanged(bool playing) override;
     void onFileSelect(const std::string& file) override;
     void onLoop(std::int64_t count) override;
 
-    /// Asks the user for a folder. The choice is written to the log and has no other effect.
+    /// Lets the user choose a folder. The choice is only printed.
     virtual void openFilePicker();
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const platform::URL& didPickDocumentAt) override;
-    /// Prints the choice; an empty list is fatal.
+    /// Prints the choice. An empty list is a fatal error.
     void documentPicker(platform::UIDocumentPickerViewController& controller,
                         const std::vector<platform::URL>& didPickDocumentsAt) override;
     void documentPickerWasCancelled(platform::UIDocumentPickerViewController& controller) override;
-    /// Shows an alert with the buttons OK and Cancel and returns; the choice is written to the log.
+    /// Shows an alert with the buttons OK and Cancel and returns at once. The choice is only printed.
     virtual void alertMessage(const std::string& title, const std::string& message);
 
-    /// Lays the panel out as a square that covers the screen.
+    /// Sets the frame of the panel to a centred square that covers the screen.
     virtual void centerPluginView();
 
   protected:
@@ -104,8 +106,8 @@ class ViewController : public platform::UIViewController,
     std::string documentsPath;
     std::string sharedPath; // always empty
     std::string resourcesPath;
-    std::shared_ptr<platform::UIViewController> audioUnitViewController; // stays absent
-    std::shared_ptr<platform::AVAudioUnit> avAudioUnit;                  // stays absent
+    std::shared_ptr<platform::UIViewController> audioUnitViewController; // always null
+    std::shared_ptr<platform::AVAudioUnit> avAudioUnit;                  // always null
 };
 
 } // namespace tonewright

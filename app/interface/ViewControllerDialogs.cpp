@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The main screen's dialogs: choosing a folder, which is only logged, and a simple alert.
+// The main screen's dialogs: a folder picker and an alert, whose results are only printed.
 #include "app/interface/ViewController.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How the effect's own interface is embedded in the panel of the main screen.
+// Embeds the effect's interface in the panel of the main screen.
 #include "app/interface/ViewController.hpp"
 
 #include "app/Audio Engine/AUExtensionManager.hpp"
@@ -74,7 +74,8 @@ void ViewController::resetPluginView(double w, double h) {
         print("WARNING: Cannot reset the pluginview (yet).");
         return;
     }
-    // The square covers the screen: it is as long as the longer side, centred, and overflows the shorter one.
+    // The square's side is the longer side of the screen. Along the shorter side the square extends beyond
+    // the screen by the same amount at both ends.
     if (w < h) {
         const double side = h / PluginAspectRatio;
         const double x = CGRectGetWidth(unwrap(view()).bounds()) * 0.5 - side * 0.5;

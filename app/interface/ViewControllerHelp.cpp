@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How the main screen opens the help screen.
+// Opens the help screen from the main screen.
 #include "app/interface/ViewController.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every curve as an animator calls it, through the function it has selected, beside the bare formula called
-// through a pointer and beside Qt's curve; and whether the bits are those of the bare formula.
+// Measures every curve as an animator calls it (through the function that it has selected), the bare formula
+// called through a function pointer, and Qt's curve. Also checks that ours and the bare formula return the
+// same bits.
 #include "benches/easing/plain.hpp"
 #include "benches/support/measure.hpp"
 #include "tests/animator/AnimatorInspection.hpp"
@@ -21,8 +22,8 @@ using bench::nanoseconds;
 constexpr std::int64_t Frames = 1000;
 constexpr int Rounds = 400;
 
-// Returns the nanoseconds per call of one run over all frames. A function of its own that receives the call,
-// so that every subject is called from a loop that keeps its state in registers.
+// Returns the nanoseconds per call, measured over one pass through all frames. Not inlined, so that every
+// subject is called from a loop that keeps its state in registers.
 template <class Call>
 [[gnu::noinline]] double perCall(Call call) {
     return nanoseconds([call] {
@@ -32,7 +33,7 @@ template <class Call>
            static_cast<double>(Frames);
 }
 
-// Qt has the ten families in the same order, without the straight line's fellows.
+// Qt lists the linear curve and the four shapes of the ten families in the same order as EnumEasing.
 QEasingCurve::Type qtType(int raw) {
     return static_cast<QEasingCurve::Type>(raw);
 }
@@ -75,8 +76,9 @@ int main() {
                           {},
                           {}});
     }
-    // Taken in turns, so that all see the same machine: its clock changes between the rounds by a half and
-    // hardly within one. A ratio is formed in each round, and the middle one counts.
+    // The subjects are measured alternately: the processor's clock rate changes by up to a half between
+    // rounds, but hardly within one round. Each round gives one ratio, and the median of the ratios is
+    // reported.
     for (int round = 0; round < Rounds; ++round) {
         for (Curve& curve : curves) {
             curve.ours.push_back(perCall([action = curve.selected, actor = &animator](std::int64_t t) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The bare formulas, written out once more, one function per curve, and nothing around them.
+// The formulas of the curves as plain functions, written independently of the animator.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,6 @@ namespace bench {
 using Plain = float (*)(std::int64_t, float, float, std::int64_t);
 
 inline constexpr int PlainCount = 41;
-extern const Plain PlainFormulas[PlainCount]; // in the order of the catalogue
+extern const Plain PlainFormulas[PlainCount]; // in the order of EnumEasing
 
 } // namespace bench

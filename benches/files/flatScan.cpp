@@ -21,7 +21,8 @@ class Scan {
         , _user(::geteuid())
         , _group(::getegid()) {}
 
-    // A folder's names are copied out of the buffer, so that one buffer serves every level.
+    // Copies all entries of a folder out of the buffer before descending, so that one buffer serves every
+    // level.
     void folder(int directory, std::uint32_t parent, std::uint16_t depth, bool mayRemove) {
         std::vector<char> entries;
         while (true) {

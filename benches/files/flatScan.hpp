@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The least a scan can do: one statx per item on its open directory, getdents64 with a kept buffer, computed
-// access rights, one flat record per item and its name in one buffer. It does not sort, keeps no tree and
-// handles no errors.
+// The least work that a scan can do: getdents64 into one reused buffer, one statx per item relative to its
+// open directory, access rights computed from the mode, one flat record per item, and all names in one
+// buffer. The scan does not sort, builds no tree and handles no errors.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ struct FlatRecord {
     std::uint32_t owner;
     std::uint32_t group;
     std::uint32_t links;
-    std::uint32_t parent; // the record of the folder; its own number for one at the top
+    std::uint32_t parent; // index of the folder's record; 0 for items at the top
     std::uint32_t nameOffset;
     std::uint16_t nameLength;
     std::uint16_t depth;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Makes a tree to scan: the same names, sizes and dates from the same seed on every machine.
+// Creates a tree to scan. The seed is fixed, so every machine gets the same names, sizes and dates.
 //   bench_make_tree DIRECTORY wide|deep|mixed ITEMS
 #include <cstdint>
 #include <cstdio>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// splitmix64: small, and the same everywhere.
+// SplitMix64: short, and independent of the standard library's implementation.
 class Random {
   public:
     std::uint64_t next() {
@@ -35,7 +35,7 @@ constexpr std::string_view Words[] = {"kick", "snare", "hat",     "Loop",    "vo
                                       "warm", "Sub",   "lead",    "texture", "synth", "drum"};
 constexpr std::string_view Extensions[] = {".wav", ".aif", ".m4a", ".mid", ".txt", ".flac", ".png", ".asd"};
 
-// One to three words and a number: 6 to 29 bytes.
+// Returns a name of one to three words, a number and an extension.
 std::string fileName(Random& random, std::uint64_t number) {
     std::string name(Words[random.below(std::size(Words))]);
     for (std::uint64_t words = random.below(3); words > 0; --words) {
@@ -82,7 +82,7 @@ void makeDeep(const std::string& root, std::uint64_t items, Random& random) {
     }
 }
 
-// Folders of 2 to 30 items; every ninth item is a folder, filled in turn.
+// Fills folders breadth first with 2 to 30 items each; on average every ninth item is a folder.
 void makeMixed(const std::string& root, std::uint64_t items, Random& random) {
     std::deque<std::string> folders{root};
     std::uint64_t made = 0;

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The memory of this process.
+// The memory use of this process.
 #pragma once
 
 #include <cstdio>
 #include <unistd.h>
 
-/// Returns the resident bytes.
+/// Returns the resident memory of this process in bytes.
 inline long residentBytes() {
     std::FILE* file = std::fopen("/proc/self/statm", "r");
     long pages = 0;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a browser asks of a tree, and the parent search.
-//   bench_page DIRECTORY: prints lines "name value": nanoseconds per node walked or per entry given.
+// Measures the requests that a file browser makes to a tree, and the search for an item's parent.
+// bench_page DIRECTORY: prints lines "name value": nanoseconds per node walked or per entry returned.
 #include "benches/files/memory.hpp"
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
@@ -31,7 +31,8 @@ double nanoseconds(const std::function<void()>& work, int rounds = 5) {
     return best;
 }
 
-// Attaches `items` new nodes to one folder, as a scan of a wide directory does; nanoseconds per item.
+// Attaches `items` new nodes to one folder, as scanning a wide directory does; returns the nanoseconds per
+// item.
 double parentSearch(int items) {
     FileTree tree;
     tree.root = std::make_shared<Folder>();
@@ -56,7 +57,7 @@ double parentSearch(int items) {
     return time / items;
 }
 
-// The last folder in the tree's order, with its number of items.
+// Returns the last folder in the tree's order.
 const File& lastFolder(const Folder& folder) {
     for (auto child = folder.children.rbegin(); child != folder.children.rend(); ++child) {
         if (const Folder* inner = (*child)->asFolder()) return lastFolder(*inner);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A walk with GIO: kind, size, dates, owner and access rights of every item.
+// Walks a directory with GIO and reads the kind, size, dates, owner and access rights of every item.
 #include <cstdio>
 #include <gio/gio.h>
 #include <unistd.h>

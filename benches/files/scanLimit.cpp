@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit program of the scan; prints the number of items and the resident memory that they take.
+// The limit program of the scan benchmark, which does only what every scan has to do. Prints the number of
+// items and the resident memory that their records occupy.
 #include "benches/files/flatScan.hpp"
 #include "benches/files/memory.hpp"
 

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Scans a directory with the library; prints the number of items and the resident memory that the tree takes.
+// Scans a directory with the library; prints the number of items and the resident memory that the tree
+// occupies.
 #include "benches/files/memory.hpp"
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A walk with the standard library: kind and permissions of every item, size of every file.
+// Walks a directory with std::filesystem and reads the kind and permissions of every item and the size of
+// every file.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

@@ -14,7 +14,8 @@
 
 namespace {
 
-// A text that grows by doubling and is written to by address; nothing is filled before it is written.
+// A growing text buffer: its capacity doubles, pieces are copied into it directly, and new memory is not
+// zeroed.
 class Writer {
   public:
     void write(std::string_view piece) {
@@ -41,6 +42,8 @@ class Writer {
     char* room(std::size_t size) {
         if (_capacity - _length < size) {
             _capacity = std::max<std::size_t>(_length + size, std::max<std::size_t>(256, _capacity * 2));
+            // A string would clear the memory first.
+            // NOLINTNEXTLINE(cppcoreguidelines-no-malloc)
             _text.reset(static_cast<char*>(std::realloc(_text.release(), _capacity)));
         }
         return _text.get() + _length;
@@ -50,7 +53,7 @@ class Writer {
     std::size_t _capacity = 0;
 };
 
-// Dates of the local zone with one offset for all: the benchmark runs in UTC.
+// Writes a date in UTC, because the benchmark sets TZ to UTC.
 void writeDate(Writer& writer, std::int64_t seconds) {
     const std::int64_t day = seconds / 86400;
     const auto second = static_cast<unsigned>(seconds - day * 86400);
@@ -60,7 +63,7 @@ void writeDate(Writer& writer, std::int64_t seconds) {
     const unsigned yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const unsigned dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const unsigned monthFromMarch = (5 * dayOfYear + 2) / 153;
-    const unsigned month = monthFromMarch < 10 ? monthFromMarch + 2 : monthFromMarch - 10; // from 0
+    const unsigned month = monthFromMarch < 10 ? monthFromMarch + 2 : monthFromMarch - 10; // January is 0
     writer.write(std::string_view("JanFebMarAprMayJunJulAugSepOctNovDec").substr(month * std::size_t{3}, 3));
     writer.write(" ");
     writer.number(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1);
@@ -92,7 +95,7 @@ void writeSize(Writer& writer, std::uint64_t size) {
         writer.number(rounded(size, 1000));
         return writer.write(" KB");
     }
-    const std::uint64_t tenths = rounded(size, 100'000); // the trees hold no larger files than megabytes
+    const std::uint64_t tenths = rounded(size, 100'000); // makeTree creates no file as large as a gigabyte
     writer.number(tenths / 10);
     if (tenths % 10 != 0) {
         writer.write(".");
@@ -139,7 +142,7 @@ void appendSorted(const FlatTree& tree, FlatTree& result,
 } // namespace
 
 FlatTree sorted(const FlatTree& tree) {
-    std::vector<std::vector<std::uint32_t>> children(tree.records.size() + 1); // 0: the root's
+    std::vector<std::vector<std::uint32_t>> children(tree.records.size() + 1); // index 0: root
     for (std::uint32_t i = 0; i < tree.records.size(); ++i) {
         children[tree.records[i].depth == 0 ? 0 : tree.records[i].parent + 1].push_back(i);
     }
@@ -158,7 +161,7 @@ FlatTree sorted(const FlatTree& tree) {
 LimitText limitXML(const FlatTree& tree, const std::string& opening) {
     Writer writer;
     writer.write(opening);
-    std::vector<std::uint32_t> open; // the depths of folders not yet closed
+    std::vector<std::uint32_t> open; // the indices of the folders not yet closed
     const auto closeTo = [&](std::size_t depth) {
         while (open.size() > depth) {
             open.pop_back();

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The least that writing the tree's texts can cost: the same bytes from a flat array in the tree's order.
+// The least work that writing the tree's texts can cost: the same bytes, written from a flat array that is
+// already in the tree's order.
 #pragma once
 
 #include "benches/files/flatScan.hpp"
@@ -13,6 +14,7 @@
 
 struct LimitText {
     struct Free {
+        // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): see `room`
         void operator()(char* text) const noexcept { std::free(text); }
     };
     std::unique_ptr<char, Free> text;
@@ -21,13 +23,13 @@ struct LimitText {
     [[nodiscard]] std::string_view view() const { return {text.get(), length}; }
 };
 
-/// Orders `tree` as the library lists it: the names of a folder in byte order, folders before their contents.
+/// Orders `tree` as the library lists it: names within a folder in byte order, each folder before its
+/// contents.
 [[nodiscard]] FlatTree sorted(const FlatTree& tree);
 
-/// Writes what `FileTree::xml()` writes below the root's own opening element, and its end.
+/// Writes `opening` and then the same text as `FileTree::xml()` after the root's opening element.
 [[nodiscard]] LimitText limitXML(const FlatTree& tree, const std::string& opening);
-/// Writes what `FileTree::list()` writes of all items.
+/// Writes the same text as `FileTree::list()` for all items.
 [[nodiscard]] LimitText limitList(const FlatTree& tree, const std::string& basePath);
-/// Writes to standard output, line by line, as many lines of the same length as a dump of the plain files and
-/// folders has: `lines` are its bytes, made beforehand.
+/// Writes `lines`, a finished dump, to standard output with one call per line.
 void limitDump(const std::string& lines);

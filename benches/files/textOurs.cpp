@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writes a tree in its three forms, each beside its limit program, which must give the same bytes.
-//   bench_text DIRECTORY ROUNDS: prints one line per form: name, nanoseconds of ours, of the limit, nodes,
-//   bytes.
+// Writes a tree in its three text forms, with the library and with the limit program, and checks that both
+// write the same bytes.
+//   bench_text DIRECTORY ROUNDS
+// Prints one line per form: name, nanoseconds of the library, nanoseconds of the limit program, nodes, bytes.
 #include "benches/files/textLimit.hpp"
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
@@ -33,7 +34,7 @@ double cpuNanoseconds(const std::function<void()>& work) {
            static_cast<double>(after.tv_nsec - before.tv_nsec);
 }
 
-// The best of some rounds of both, taken in turn.
+// Runs both alternately and prints the shortest time of each.
 void compare(const char* name, int rounds, std::size_t nodes, std::size_t bytes,
              const std::function<void()>& ours, const std::function<void()>& limit) {
     double bestOurs = 1e300;
@@ -46,7 +47,7 @@ void compare(const char* name, int rounds, std::size_t nodes, std::size_t bytes,
 }
 
 void fail(const char* what) {
-    std::fprintf(stderr, "the limit program writes other bytes than %s\n", what);
+    std::fprintf(stderr, "the limit program does not write the same bytes as %s\n", what);
     std::exit(1);
 }
 
@@ -68,8 +69,8 @@ std::string dumpOf(const FileTree& tree) {
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
     ::setenv("TZ", "UTC", 1);
-    // Memory once used stays with the process: otherwise what the kernel takes to map it, which depends on
-    // who asked before, would be most of the time of both.
+    // Keeps freed memory in the process. Otherwise the kernel's time for mapping it, which depends on the
+    // order of the measurements, would dominate both figures.
     ::mallopt(M_MMAP_THRESHOLD, 1 << 30);
     ::mallopt(M_TRIM_THRESHOLD, 1 << 30);
     const int rounds = std::atoi(argv[2]);
@@ -95,7 +96,7 @@ int main(int argc, char** argv) {
         "list", rounds, nodes, list.size(), [&] { (void)tree.list(); },
         [&] { (void)limitList(flat, tree.basePath); });
 
-    // Into a file in memory, as into a pipe: a line costs its system call.
+    // The dump goes to a file in memory, where each line costs a system call, as with a pipe.
     const std::string dump = dumpOf(tree);
     const int memory = ::memfd_create("dump", 0);
     ::dup2(memory, STDOUT_FILENO);

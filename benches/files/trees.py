@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The trees that the file benchmarks scan, made once and kept, and the measuring of one program's run."""
+"""Generates and keeps the trees that the file benchmarks scan, and measures single runs of programs."""
 import os
 import pathlib
 import subprocess
@@ -12,19 +12,19 @@ def programs(build: pathlib.Path) -> pathlib.Path:
 
 
 def tree(build: pathlib.Path, kind: str, items: int) -> str:
-    """Give the path of a tree of this kind; made at the first call."""
+    """Return the path of a tree of this kind and size; generate the tree if it does not exist yet."""
     folder = pathlib.Path(os.environ.get("TONEWRIGHT_BENCH_TREES", tempfile.gettempdir() + "/tonewright-bench-trees"))
     folder.mkdir(parents=True, exist_ok=True)
     path = folder / f"{kind}-{items}"
     if not path.exists():
-        made = folder / f".{kind}-{items}-{os.getpid()}"  # a broken-off one must not be taken for whole
+        made = folder / f".{kind}-{items}-{os.getpid()}"  # renamed when complete, so that no run uses a partial tree
         subprocess.run([programs(build) / "bench_make_tree", made, kind, str(items)], check=True)
         made.rename(path)
     return str(path)
 
 
 def run(command: list) -> tuple[float, str]:
-    """Run a program to its end; give its CPU seconds, user and system, and the last line that it wrote."""
+    """Run a program until it exits; return its CPU seconds (user and system) and the last line that it wrote."""
     with tempfile.TemporaryFile() as output:
         process = subprocess.Popen([str(word) for word in command], stdin=subprocess.DEVNULL, stdout=output,
                                    stderr=subprocess.DEVNULL)

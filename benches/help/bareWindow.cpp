@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit of opening the manual: a window of the toolkit that waits, with the web engine's library already
-// in the process, and at the first key makes a web view that loads the file named by the argument. The
-// engine's own settings stand; nothing is asked, told or refused.
+// The limit of opening the manual: a GTK window with WebKit's library already loaded. At the first key press
+// the program creates a web view with default settings and no delegates, which loads the file named by the
+// argument.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -27,7 +27,7 @@ gboolean onKey(GtkEventControllerKey*, guint, guint, GdkModifierType, gpointer u
 
 int main(int argc, char** argv) {
     if (argc != 2) return EXIT_FAILURE;
-    // What Tonewright asks for, so that both draw alike.
+    // The same settings as in Tonewright, so that both programs draw in the same way.
     setenv("GSK_RENDERER", "cairo", 1);
     setenv("GDK_BACKEND", "x11", 1);
     setenv("GDK_DEBUG", "gl-disable", 0);

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The shortest program that renders a looped stereo file through an LV2 effect in blocks: it opens the file,
-// decodes it, cuts the frames into blocks of one size, runs the effect on each and begins again at the end.
-// Nothing can be left out: without any one of these steps there is no such sound. It has no graph, no
-// threads, no schedule, no conversion, no check of anything; it takes planar floats or 16-bit samples only.
+// The shortest program that renders a looped stereo file through an LV2 effect in blocks: it opens and
+// decodes the file, cuts the frames into blocks of one size, runs the effect on each block and starts again
+// at the end of the file. Each of these steps is needed to produce the sound. The program has no graph, no
+// threads and no schedule, converts nothing and checks nothing; it accepts only planar floats or 16-bit
+// samples.
 // Usage: bench_render_limit FILE PLUGIN_URI BLOCK_FRAMES SECONDS [OUTPUT]
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -26,7 +27,7 @@ extern "C" {
 
 namespace {
 
-// The effect asks for these two features; without them it is not made.
+// The effect requires the two features URID map and options.
 LV2_URID mapUri(LV2_URID_Map_Handle /*handle*/, const char* uri) {
     static std::map<std::string, LV2_URID> known;
     return known.try_emplace(uri, static_cast<LV2_URID>(known.size() + 1)).first->second;
@@ -88,9 +89,10 @@ int main(int count, char** arguments) {
     AVPacket* packet = av_packet_alloc();
     AVFrame* frame = av_frame_alloc();
     auto left = static_cast<std::int64_t>(std::atof(arguments[4]) * rate);
-    std::int64_t position = 0; // in the file, whose padding at the end is left out
+    std::int64_t position = 0; // in the file; frames of the padding at its end are dropped
     std::size_t filled = 0;
-    // Hidden packets at the beginning are what the decoder starts up with.
+    // The hidden packets at the beginning have to be decoded first, because the decoder's start-up depends on
+    // them.
     const AVIndexEntry* entry = avformat_index_get_entry(stream, 0);
     const std::int64_t first = entry == nullptr ? 0 : entry->timestamp;
     while (left > 0) {

@@ -72,7 +72,7 @@ int main(int count, char** arguments) {
     float* const planes[] = {left.data(), right.data()};
     const auto pieces = static_cast<std::size_t>(std::atof(arguments[4]) * format.sampleRate) / Piece;
     for (std::size_t i = 0; i < pieces; ++i) {
-        device->render(planes, Piece);
+        if (const auto error = device->render(planes, Piece)) return failure(error->localizedDescription());
         if (output != nullptr) writeInterleaved(output, left, right, both);
     }
     if (output != nullptr) std::fclose(output);

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Plays a file over and over on the offline device and compares every pass, at its expected position, with a
-// reference decoded by another program. Prints the largest number of frames by which a pass is displaced; -1
-// if it is nowhere near. Usage: bench_seam_ours FILE REFERENCE PASSES BLOCK_FRAMES REFERENCE: one pass, raw
-// stereo floats, interleaved
+// reference that another program decoded. Prints the largest displacement of a pass in frames, or -1 if a
+// pass matches nowhere near its position.
+// Usage: bench_seam_ours FILE REFERENCE PASSES BLOCK_FRAMES
+// REFERENCE is one pass as raw interleaved stereo floats.
 #include "platform/audio/AVAudioEngine.hpp"
 #include "platform/audio/AVAudioFile.hpp"
 #include "platform/audio/AVAudioPlayerNode.hpp"
@@ -24,7 +25,7 @@ using namespace platform;
 
 namespace {
 
-constexpr float Tolerance = 1e-6F; // floats written and read by another program
+constexpr float Tolerance = 1e-6F; // for floats that another program wrote
 constexpr std::ptrdiff_t Reach = 3000;
 
 std::vector<float> readFloats(const char* path) {
@@ -35,7 +36,7 @@ std::vector<float> readFloats(const char* path) {
     return samples;
 }
 
-// Returns whether `pass` is the reference moved by `shift` frames, as far as they overlap.
+// Returns whether `pass` equals the reference displaced by `shift` frames, as far as the two overlap.
 bool standsAt(const std::vector<std::vector<float>>& pass, const std::vector<float>& reference,
               std::ptrdiff_t shift) {
     const auto length = static_cast<std::ptrdiff_t>(pass[0].size());

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit of starting: a process that shows one empty window of the toolkit and says when its first frame
-// was painted. Nothing can be left out: without gtk_init there is no display, without a window no surface,
-// without presenting it no frame, and without the frame clock's signal the moment is not known. It runs on
-// until it is told to end, as the limit of memory too.
+// The limit of starting: a process that shows one empty GTK window and prints when its first frame was
+// painted. Nothing can be left out: without gtk_init there is no display, without a window no surface,
+// without presenting it no frame, and without the frame clock's signal the time is unknown. The process runs
+// until it is terminated, because it also serves as the limit for memory.
 #include <gtk/gtk.h>
 
 #include <cstdio>
@@ -26,7 +26,7 @@ void onRealise(GtkWidget* window, gpointer data) {
 } // namespace
 
 int main() {
-    // The renderer and the window system that Tonewright asks for.
+    // The same renderer and window system as in Tonewright.
     setenv("GSK_RENDERER", "cairo", 1);
     setenv("GDK_BACKEND", "x11", 1);
     gtk_init();

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How long a press of Play or Stop holds the main thread: the manager and the engine player as the
-// application uses them, with the effect and the sound server, without a window. Writes "toggle MILLISECONDS"
-// for each of the toggles (starts and stops by turns) to standard error.
+// Measures how long Play and Stop block the main thread. Uses the extension manager and the engine player as
+// the application does, with the effect and the sound server, but without a window. Writes "toggle
+// MILLISECONDS" for each toggle (alternating starts and stops) to standard error.
 #include "app/Audio Engine/AUExtensionManager.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr double TimeLimit = 30; // seconds
 
-// Stands in for the screen.
+// Takes the place of the application's main screen.
 struct Screen final : AUExtensionManagerDelegate, AUEnginePlayerDelegate {
     bool isReady = false;
     int reports = 0;
@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
         const std::chrono::duration<double, std::milli> held = std::chrono::steady_clock::now() - before;
         std::fprintf(stderr, "toggle %.3f\n", held.count());
         if (!loop.runUntil([&] { return screen->reports == i + 1; }, TimeLimit)) return EXIT_FAILURE;
-        loop.runFor(0.25); // sound comes, or goes
+        loop.runFor(0.25); // wait until the sound has started or stopped
     }
     manager->cleanup();
     return EXIT_SUCCESS;

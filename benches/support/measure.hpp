@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the benchmarks of small operations share: a clock, medians, and the JSON object of the last line.
+// Shared by the benchmarks of small operations: a clock, medians, and the JSON object of the last line.
 #pragma once
 
 #include <algorithm>
@@ -34,7 +34,7 @@ void keep(const T& value) {
     asm volatile("" : : "r,m"(value) : "memory");
 }
 
-/// The figures and ratios of a benchmark, in the order in which they were added.
+/// Collects the figures and ratios of a benchmark in the order in which they are added.
 class Report {
   public:
     void figure(const std::string& name, double value) { _figures.emplace_back(name, value); }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An effect in the engine's graph whose output is looked at before the engine mutes what is not finite. With
-// the offline device all of it happens on the thread that renders, except for `allocate`, which the engine's
-// control side may call from a thread of its own.
+// An effect in the engine's graph and a meter of its output, which sees the samples before the engine mutes
+// those that are not finite. With the offline device all calls come from the thread that renders, except
+// `allocate`, which the engine may call from another thread.
 #pragma once
 
 #include "platform/audio/AVAudioNode.hpp"
@@ -54,16 +54,17 @@ class Meter final : public platform::NodeProcessor {
             }
         }
     }
+    [[nodiscard]] bool hasFailed() const noexcept override { return _processor->hasFailed(); }
     [[nodiscard]] std::uint32_t latencyFrames() const noexcept override {
         return _processor->latencyFrames();
     }
 
-    /// Returns the rate for which the effect was made ready last, 0 if that failed or never happened.
+    /// Returns the rate for which the effect was last allocated; 0 if that failed or never happened.
     [[nodiscard]] double rate() const {
         const std::scoped_lock lock(_mutex);
         return _rate;
     }
-    /// Returns why the effect was last not made ready; empty if that never happened.
+    /// Returns why allocating the effect failed the last time; empty if allocation never failed.
     [[nodiscard]] std::string failure() const {
         const std::scoped_lock lock(_mutex);
         return _failure;
@@ -74,7 +75,7 @@ class Meter final : public platform::NodeProcessor {
 
   private:
     const std::shared_ptr<platform::NodeProcessor> _processor;
-    mutable std::mutex _mutex; // guards what follows
+    mutable std::mutex _mutex; // guards the members below
     double _rate = 0;
     std::string _failure;
 };

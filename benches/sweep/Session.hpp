@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A sound file that plays through a metered effect, over and over, for as long as the object lives.
+// Plays a sound file repeatedly through a metered effect for as long as the object lives.
 #pragma once
 
 #include "MeteredNode.hpp"
@@ -66,13 +66,13 @@ class OfflineSession : public Session {
         : Session(device, std::move(itsMeter), std::move(file))
         , _device(std::move(device)) {}
 
-    /// Renders at least `seconds`, in blocks of `frames` where the device has no shorter ones.
+    /// Renders at least `seconds` in blocks of at most `frames`.
     void render(double seconds, std::uint32_t frames) {
         for (double left = seconds * _device->format().sampleRate; left > 0; left -= frames) {
             (void)_device->render(frames);
         }
     }
-    /// Has the device become one of another rate; the engine follows in its own time.
+    /// Changes the device's rate; the engine follows asynchronously.
     void setRate(double rate) { _device->setFormat({rate, 2}); }
 
   private:

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Children that run one effect each: what they printed, and how they ended."""
+"""Runs effects in child processes, one each, and collects what each child printed and how it ended."""
 import contextlib
 import dataclasses
 import os
@@ -13,7 +13,7 @@ import time
 
 @dataclasses.dataclass
 class Outcome:
-    """What a child said: `lines` are the words and values that it printed, `ended` is empty for an orderly end."""
+    """A child's result: `lines` are the words and values that it printed; `ended` is empty after a normal exit."""
     lines: list[list[str]]
     errors: str
     ended: str = ""
@@ -36,7 +36,7 @@ def _limits() -> None:
 
 
 def run(command: list[str], seconds: float) -> Outcome:
-    """Run a child in a session of its own, which ends as a whole when the time is over."""
+    """Run a child in a session of its own; kill all processes of the session when the time is over."""
     with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
         child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=out, stderr=err,
                                  start_new_session=True, preexec_fn=_limits)
@@ -50,7 +50,7 @@ def run(command: list[str], seconds: float) -> Outcome:
         except subprocess.TimeoutExpired:
             ended = f"no end in {seconds:.0f} s"
         with contextlib.suppress(ProcessLookupError):
-            os.killpg(child.pid, signal.SIGKILL)  # with what it may have started
+            os.killpg(child.pid, signal.SIGKILL)  # including the child's own children
         child.wait()
         out.seek(0)
         err.seek(0)
@@ -70,8 +70,8 @@ class Jack:
         time.sleep(2)
 
     def jalv(self, uri: str, number: int, seconds: float) -> str:
-        """Run an effect in jalv for a second; give nothing when it ran, else how it ended."""
-        read, write = os.pipe()  # jalv runs until its input ends, and keeps back what it writes to a file
+        """Run an effect in jalv for a second; return an empty text if it ran, or how it ended."""
+        read, write = os.pipe()  # jalv runs until its input ends; stdbuf turns off buffering
         with tempfile.TemporaryFile() as out, os.fdopen(write, "wb") as hold:
             child = subprocess.Popen(["stdbuf", "-o0", "jalv", "-n", f"sweep{number}", uri], stdin=read, stdout=out,
                                      stderr=subprocess.STDOUT, env=self.environment, start_new_session=True,
@@ -83,7 +83,7 @@ class Jack:
                 time.sleep(0.05)
                 if os.pread(out.fileno(), 1 << 20, 0).endswith(b"> "):
                     prompts += 1
-                if prompts == 20:  # a second after it asked for a command
+                if prompts == 20:  # jalv has been prompting for a second
                     break
             hold.close()
             try:

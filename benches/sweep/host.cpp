@@ -1,127 +1,36 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The least that runs an LV2 effect: lilv, the features that small hosts give, ports connected to memory of
-// their own, a second in blocks of 256 frames, with a note where it takes MIDI; then blocks of other lengths,
-// and a second instance after the first. The worker runs between two blocks. Prints the largest magnitude
-// that came out and how many samples were not finite.
+// A minimal host of an LV2 effect: lilv, the features that small hosts offer, and a separate buffer for each
+// port. Runs one second in blocks of 256 frames, with a note if the effect accepts MIDI, then blocks of other
+// lengths, and then a second instance. The worker runs between blocks. Prints the largest magnitude of the
+// output and how many samples were not finite.
 //
 // Usage: bench_sweep_host
-//        lists what lilv finds: URI, bundle
+//            lists the URI and bundle of each effect that lilv finds
 //
 //        bench_sweep_host URI RATE
-//        runs one
+//            runs one effect
+#include "benches/sweep/hostFeatures.hpp"
+
 #include <lilv/lilv.h>
-#include <lv2/atom/atom.h>
 #include <lv2/buf-size/buf-size.h>
-#include <lv2/log/log.h>
 #include <lv2/midi/midi.h>
 #include <lv2/options/options.h>
 #include <lv2/resize-port/resize-port.h>
 #include <lv2/state/state.h>
-#include <lv2/urid/urid.h>
-#include <lv2/worker/worker.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdarg>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <deque>
-#include <map>
-#include <mutex>
+#include <iterator>
 #include <numbers>
-#include <string>
-#include <vector>
 
 namespace {
 
+using namespace sweep;
+
 constexpr std::uint32_t UsualBlock = 256, LongestBlock = 1000;
-
-// Plug-ins map URIs from threads of their own, too.
-std::mutex uridMutex;
-std::map<std::string, LV2_URID> urids;
-std::map<LV2_URID, const char*> uris;
-
-LV2_URID mapUri(LV2_URID_Map_Handle /*handle*/, const char* uri) {
-    const std::scoped_lock lock(uridMutex);
-    const auto [entry, isNew] = urids.try_emplace(uri, static_cast<LV2_URID>(urids.size() + 1));
-    if (isNew) uris[entry->second] = entry->first.c_str();
-    return entry->second;
-}
-const char* unmapUri(LV2_URID_Unmap_Handle /*handle*/, LV2_URID urid) {
-    const std::scoped_lock lock(uridMutex);
-    const auto found = uris.find(urid);
-    return found == uris.end() ? nullptr : found->second;
-}
-LV2_URID urid(const char* uri) {
-    return mapUri(nullptr, uri);
-}
-
-int logV(LV2_Log_Handle /*handle*/, LV2_URID /*type*/, const char* format, std::va_list arguments) {
-    return std::vfprintf(stderr, format, arguments);
-}
-int logText(LV2_Log_Handle handle, LV2_URID type, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int length = logV(handle, type, format, arguments);
-    va_end(arguments);
-    return length;
-}
-
-// What was asked of the worker and what it answered, each to be handed on between two blocks.
-struct Work {
-    std::mutex mutex;
-    std::deque<std::vector<char>> asked, answered;
-};
-LV2_Worker_Status schedule(LV2_Worker_Schedule_Handle handle, std::uint32_t size, const void* data) {
-    auto& work = *static_cast<Work*>(handle);
-    const std::scoped_lock lock(work.mutex);
-    const auto* bytes = static_cast<const char*>(data);
-    work.asked.emplace_back(bytes, bytes + size);
-    return LV2_WORKER_SUCCESS;
-}
-LV2_Worker_Status respond(LV2_Worker_Respond_Handle handle, std::uint32_t size, const void* data) {
-    auto& work = *static_cast<Work*>(handle);
-    const std::scoped_lock lock(work.mutex);
-    const auto* bytes = static_cast<const char*>(data);
-    work.answered.emplace_back(bytes, bytes + size);
-    return LV2_WORKER_SUCCESS;
-}
-std::deque<std::vector<char>> take(Work& work, std::deque<std::vector<char>> Work::*queue) {
-    const std::scoped_lock lock(work.mutex);
-    std::deque<std::vector<char>> taken;
-    taken.swap(work.*queue);
-    return taken;
-}
-
-struct Port {
-    enum class Kind { Control, Audio, Atom, None } kind = Kind::None;
-    bool isInput = false, hasSignal = false, takesNotes = false;
-    float value = 0;
-    std::vector<float> plane;
-    std::vector<std::uint64_t> atoms;
-
-    void prepare(bool withNote, std::uint8_t status, LV2_URID midi) {
-        auto* sequence = reinterpret_cast<LV2_Atom_Sequence*>(atoms.data());
-        if (!isInput) {
-            sequence->atom = {static_cast<std::uint32_t>(atoms.size() * 8 - sizeof(LV2_Atom)),
-                              urid(LV2_ATOM__Chunk)};
-            return;
-        }
-        sequence->atom = {sizeof(LV2_Atom_Sequence_Body), urid(LV2_ATOM__Sequence)};
-        sequence->body = {0, 0};
-        if (!withNote || !takesNotes) return;
-        auto* event = reinterpret_cast<LV2_Atom_Event*>(sequence + 1);
-        event->time.frames = 0;
-        event->body = {3, midi};
-        const std::uint8_t message[] = {status, 60, 100};
-        std::memcpy(event + 1, message, sizeof message);
-        sequence->atom.size += sizeof(LV2_Atom_Event) + 8;
-    }
-};
 
 void list(const LilvPlugins* plugins) {
     LILV_FOREACH(plugins, i, plugins) {
@@ -308,5 +217,5 @@ int main(int count, char** arguments) {
     if (!runInstance(true) || !runInstance(false)) return 0;
     std::puts("done\t");
     std::fflush(stdout);
-    std::_Exit(0); // what happens to its threads at exit does not matter
+    std::_Exit(0); // skips the exit handlers of plug-in libraries, which are not tested here
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the programs of the sweep have in common: their lines, and an effect that is found as the application
-// finds it.
+// Shared by the programs of the sweep: the format of their lines, and instantiating an effect as the
+// application does.
 #pragma once
 
 #include "platform/dispatch/RunLoop.hpp"
@@ -16,14 +16,14 @@
 
 namespace bench {
 
-/// Prints a word and its value.
+/// Prints a line with a word and its value.
 inline void say(const std::string& word, const std::string& value) {
     platform::print(word + '\t' + value);
 }
 
-/// Makes the effect `uri`, or says why not and returns null.
+/// Instantiates the effect `uri`, or prints the reason why not and returns null.
 inline std::shared_ptr<platform::AVAudioUnit> instantiate(const char* uri) {
-    // Whatever is searched for, the effect that the environment names comes first.
+    // The effect named by this variable comes first, whatever description is searched for.
     ::setenv("TONEWRIGHT_EFFECT", uri, 1);
     std::shared_ptr<platform::AVAudioUnit> unit;
     bool isAnswered = false;

@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Runs one installed effect as the application does: through the registry, the engine and its graph, on the
-// offline device and for a moment in time. What happens is printed line by line, a word and its value, and
-// each stage before it begins, so that the last line tells where a program that crashed or hung was.
+// offline device and briefly in real time. Prints one line per event: a word and its value. Also prints the
+// name of each stage before the stage begins, so that the last line shows where the program crashed or hung.
 //
 // Usage: bench_sweep_ours
-//        lists the effects: URI, name, version
+//            lists the effects: URI, name, version
 //
 //        bench_sweep_ours URI RATE FILE MOST_PRESETS
-//        runs one; FILE is a sound file to loop
+//            runs one effect; FILE is a sound file to loop
 #include "Session.hpp"
 
 #include "platform/audio/SilentDevice.hpp"
@@ -31,9 +31,9 @@ namespace {
 
 constexpr std::uint32_t UsualBlock = 256, LongBlock = 1000;
 
-using Message = std::array<std::uint8_t, 3>; // of MIDI
+using Message = std::array<std::uint8_t, 3>; // a MIDI message
 
-/// Tells what came out of the effect since the last time.
+/// Prints the peak and the number of bad samples of the effect's output since the last call.
 void tell(const std::string& stage, bench::Meter& meter) {
     say("peak", stage + '\t' + std::to_string(meter.peak));
     if (meter.badSamples > 0) say("bad", stage + '\t' + std::to_string(meter.badSamples));
@@ -93,7 +93,7 @@ std::string stateOf(const AUAudioUnit& unit) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Returns the first line of each that the other does not have.
+/// Returns the first line in which the two texts differ, once from each text.
 std::string difference(const std::string& wanted, const std::string& got) {
     std::size_t at = 0;
     while (at < wanted.size() && at < got.size() && wanted[at] == got[at]) {
@@ -110,7 +110,7 @@ std::string difference(const std::string& wanted, const std::string& got) {
     return line(wanted) + '\t' + line(got);
 }
 
-/// Sets the state and waits until the effect, whose worker may have to load files, gives the same.
+/// Sets the state and waits until the effect returns the same state; its worker may have to load files first.
 void restore(OfflineSession& session, AUAudioUnit& unit, const std::string& stage, const std::string& state) {
     say("stage", stage);
     if (const auto failure = unit.setFullState(std::vector<std::uint8_t>(state.begin(), state.end()))) {
@@ -237,7 +237,6 @@ int main(int count, char** arguments) {
     const int code = sweep(arguments[1], std::atof(arguments[2]), arguments[3],
                            static_cast<std::size_t>(std::strtoul(arguments[4], nullptr, 10)));
     say("done", "");
-    // Exit handlers of plug-in libraries are no part of what is asked here; the application has them behind
-    // it, too.
+    // Exit handlers of plug-in libraries are not tested here, because the application skips them as well.
     return code;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Opens the interface of one installed effect in a panel of the main window's size, on the display of the
-// environment, and prints what is seen of it, a word and its value in each line.
+// Opens the interface of one installed effect in a panel of the main window's size, on the display that the
+// environment names, and prints what appears. Each line is a word and its value.
 //
 // Usage: bench_sweep_screen URI
 #include "instantiate.hpp"
@@ -31,14 +31,14 @@ using bench::say;
 namespace {
 
 constexpr int PanelWidth = 920, PanelHeight = 617;
-constexpr std::size_t PictureColours = 8; // fewer are a ground without a picture
+constexpr std::size_t PictureColours = 8; // a picture with fewer colours counts as a plain background
 constexpr double SecondsToAppear = 8;
 
 std::string sizeText(double width, double height) {
     return std::to_string(static_cast<int>(width)) + " x " + std::to_string(static_cast<int>(height));
 }
 
-/// Starts the toolkit with the settings that matter to interfaces, as the application has them.
+/// Starts GTK with the application's settings, as far as they matter to interfaces.
 void startToolkit() {
     ::setenv("GDK_BACKEND", "x11", 1);
     ::setenv("GSK_RENDERER", "cairo", 1);
@@ -48,14 +48,14 @@ void startToolkit() {
     gtk_init();
 }
 
-/// Returns the toolkit's part of the one window.
+/// Returns the only GTK window.
 GtkWidget* topLevel() {
     auto* window = static_cast<GtkWidget*>(g_list_model_get_item(gtk_window_get_toplevels(), 0));
-    g_object_unref(window); // the toolkit keeps it as long as it is open
+    g_object_unref(window); // GTK keeps a reference as long as the window is open
     return window;
 }
 
-/// Tells whether there is an interface of the effect's own in `widget`.
+/// Returns whether `widget` contains the effect's own interface.
 bool hasInterface(GtkWidget* widget) {
     if (gtk_widget_has_css_class(widget, "effect-interface") != FALSE) return true;
     for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
@@ -65,20 +65,20 @@ bool hasInterface(GtkWidget* widget) {
     return false;
 }
 
-/// The windows of the effect's interface, as the X server knows them.
+/// Finds the windows of the effect's interface by asking the X server.
 class Windows {
   public:
     explicit Windows(GtkWidget* widget)
         : _display(XOpenDisplay(nullptr))
         , _topLevel(gdk_x11_surface_get_xid(gtk_native_get_surface(gtk_widget_get_native(widget)))) {
-        // The interface may destroy its window while it is looked at.
+        // The interface may destroy its window between two requests.
         XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
     }
     ~Windows() { XCloseDisplay(_display); }
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
 
-    /// Returns the window that the effect made; None while there is none.
+    /// Returns the window that the effect created, or None.
     [[nodiscard]] Window interface() const {
         const Window socket = firstChild(_topLevel);
         return socket == None ? None : firstChild(socket);
@@ -110,7 +110,7 @@ class Windows {
         unsigned count = 0;
         if (XQueryTree(_display, window, &root, &parent, &children, &count) == 0) return None;
         Window first = None;
-        for (unsigned i = 0; i < count && first == None; ++i) { // the toolkit has a window for input alone
+        for (unsigned i = 0; i < count && first == None; ++i) { // skips GTK's input-only window
             if (attributesOf(children[i]).c_class == InputOutput) first = children[i];
         }
         if (children != nullptr) XFree(children);
@@ -137,7 +137,7 @@ void look(const UIView& panel) {
             return colours > PictureColours;
         },
         SecondsToAppear);
-    RunLoop::current().runFor(0.5); // it may take its size late
+    RunLoop::current().runFor(0.5); // the interface may set its size late
     const Window window = windows.interface();
     if (window == None) {
         say("shows", "no window");
@@ -149,7 +149,7 @@ void look(const UIView& panel) {
     say("size", sizeText(attributes.width, attributes.height));
     say("panel", sizeText(panel.bounds().width, panel.bounds().height));
     if (attributes.width > PanelWidth || attributes.height > PanelHeight) say("larger", "than the panel");
-    // One that does not answer holds the window up, so that it could not grow yet.
+    // While an interface hangs, the window has not grown to the interface's size yet.
     if (hasAppeared &&
         (attributes.width > panel.bounds().width || attributes.height > panel.bounds().height)) {
         say("scrolls", "");

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A sequencer of a hundred thousand members: adding, an idle tick, a tick on which all start, seeking; the
-// first three also at a tenth of the size, for the shape of their growth.
+// Measures a sequencer with 100,000 members: adding, an idle tick, a tick on which all start, and seeking.
+// The first three are also measured with a tenth of the members, to show how the times grow.
 #include "benches/support/measure.hpp"
 #include "tests/animator/AnimatorInspection.hpp"
 
@@ -23,7 +23,7 @@ struct Scene {
     std::vector<std::shared_ptr<Animator>> animators;
 };
 
-// Adds `count` members, each set up just before, at the start frames that `startOf` returns; times only the
+// Sets up `count` animators and adds them at the start frames that `startOf` returns; times only the
 // additions.
 template <class StartOf>
 double addEach(Scene& scene, std::int64_t count, const StartOf& startOf) {
@@ -50,7 +50,7 @@ double idleTick(AnimationSequencer& sequencer) {
     return bench::median(ticks);
 }
 
-// Returns nanoseconds per member for adding in reverse order and bringing them into order.
+// Returns the nanoseconds per member of adding members in reverse order and then sorting them.
 double addReversed(std::int64_t count) {
     Scene scene;
     const double adding = addEach(scene, count, [&](std::int64_t i) { return Far + count - i; });

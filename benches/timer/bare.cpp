@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The limit: a loop that does nothing but read the kernel's own periodic timer. Nothing can be left out of
-// it, so that what it loses and how late it comes is the machine's part.
+// The limit: a loop that only reads a periodic timer of the kernel. Nothing can be left out of this loop, so
+// lost and late firings are due to the machine.
 #include "benches/timer/peers.hpp"
 
 #include <chrono>

@@ -17,7 +17,7 @@ Dates glibDates(double interval, double seconds) {
         Dates dates;
     } run;
     GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
-    const auto milliseconds = static_cast<guint>(std::max(1.0, std::round(interval * 1e3))); // its grain
+    const auto milliseconds = static_cast<guint>(std::max(1.0, std::round(interval * 1e3)));
     const guint timer = g_timeout_add(
         milliseconds,
         [](gpointer data) -> gboolean {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The same on other libraries' timers and on none: the dates of the firings in seconds since the timer was
-// started.
+// The timers that ours are compared with. Each function runs a timer for `seconds` and returns when it fired,
+// in seconds since it was started.
 #pragma once
 
 #include <vector>

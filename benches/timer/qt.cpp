@@ -20,7 +20,7 @@ Dates qtDates(double interval, double seconds) {
     Dates dates;
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
-    timer.setInterval(static_cast<int>(std::max(1.0, std::round(interval * 1e3)))); // its grain
+    timer.setInterval(static_cast<int>(std::max(1.0, std::round(interval * 1e3))));
     const auto start = Clock::now();
     QObject::connect(&timer, &QTimer::timeout,
                      [&] { dates.push_back(std::chrono::duration<double>(Clock::now() - start).count()); });

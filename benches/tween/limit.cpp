@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the machine can do: arrays of fields, an easing function and a callback per tween, both behind
-// function pointers, and nothing else: no members that come and go, no owners, no overridable operations.
+// The limit of the machine: arrays of fields, with an easing function and a callback per tween, both called
+// through function pointers. There are no members to add and remove, no owners and no virtual functions.
 #include "benches/tween/Crowd.hpp"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Ticks per tween, at three sizes, beside three libraries and a program that does nothing but the work.
+// Measures the cost of a tick per tween at three sizes, compared with three libraries and the limit program.
 #include "benches/support/measure.hpp"
 #include "benches/tween/Crowd.hpp"
 
@@ -21,7 +21,7 @@ struct Subject {
     std::size_t largest;
 };
 
-// A million animations of Qt fill several gigabytes.
+// A million of Qt's animations occupy several gigabytes.
 constexpr Subject Subjects[] = {{.name = "tonewright", .make = makeStackCrowd, .largest = 1'000'000},
                                 {.name = "limit", .make = makeLimitCrowd, .largest = 1'000'000},
                                 {.name = "tweeny", .make = makeTweenyCrowd, .largest = 1'000'000},
@@ -54,7 +54,7 @@ double middle(const Rounds& rounds, double Times::*field) {
     return median(values);
 }
 
-// Returns the middle of the rounds' own ratios: the subjects of one round met the same machine.
+// Returns the median of the rounds' ratios: within a round the libraries run under the same conditions.
 double ratio(const Rounds& ours, const Rounds& theirs, double Times::*field) {
     std::vector<double> values;
     for (std::size_t i = 0; i < ours.size(); ++i) values.push_back((ours[i].*field) / (theirs[i].*field));
@@ -94,7 +94,7 @@ int main() {
         const Rounds& ours = at100k["tonewright"];
         const Rounds& theirs = at100k[peer];
         report.ratio(std::string("tick100k/") + peer, ratio(ours, theirs, &Times::tick));
-        if (std::string(peer) == "limit") continue; // it has no members to add and remove
+        if (std::string(peer) == "limit") continue; // the limit program has no members to add and remove
         report.ratio(std::string("add100k/") + peer, ratio(ours, theirs, &Times::add));
         report.ratio(std::string("remove100k/") + peer, ratio(ours, theirs, &Times::remove));
     }

@@ -29,7 +29,7 @@ class QtCrowd final : public Crowd {
     void add() override {
         for (auto& animation : _made) _group.addAnimation(animation.release()); // the group owns it
         _group.start();
-        _group.pause(); // driven by hand
+        _group.pause(); // paused, because `tick` sets the time
     }
     void tick() override { _group.setCurrentTime(_group.currentTime() + 1); }
     void remove() override {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The library has no groups: its users keep a vector and step it.
+// Tweeny has no groups; its users keep a vector and step each tween.
 #include "benches/tween/Crowd.hpp"
 
 #include <tweeny/tweeny.h>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Subnormal numbers cost up to a hundred times the time of others: while the effect runs the processor
-// flushes them to zero, and the caller's floating-point mode is restored afterwards.
+// Arithmetic with denormal numbers can be a hundred times slower. While the effect runs, the processor
+// flushes them to zero; the caller's floating-point mode is restored afterwards.
 #pragma once
 
 #include <cmath>
@@ -15,7 +15,7 @@
 
 namespace tonewright::effect {
 
-/// Sets flush-to-zero for the life of the object, on the calling thread.
+/// Sets flush-to-zero on the calling thread until the end of the scope.
 class FlushDenormals {
   public:
     FlushDenormals() noexcept
@@ -58,7 +58,7 @@ class FlushDenormals {
     Word _saved;
 };
 
-/// Returns zero for values far below hearing, for processors without a flush mode.
+/// Returns 0 instead of inaudibly small values, for processors without flush-to-zero.
 [[nodiscard]] inline float flushed(float value) noexcept {
     return std::abs(value) < 1e-18F ? 0.F : value;
 }

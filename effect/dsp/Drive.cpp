@@ -107,7 +107,7 @@ void DriveLane::process(DriveSetting setting, const float* in, const float* bias
 Drive::Drive(double sampleRate)
     : _fadeStep{static_cast<float>(TickFrames / (sampleRate * FadeSeconds))}
     , _blockerPole{static_cast<float>(std::exp(-2. * std::numbers::pi * BlockerHertz / sampleRate))} {
-    // The reference is a sine at -12 dBFS, about the level of a played part.
+    // The reference is a sine at -12 dBFS, a typical level of an instrument.
     constexpr float Reference = 0.25F;
     constexpr int Points = 128;
     for (std::size_t s = 0; s < ShapeCount; ++s) {
@@ -121,7 +121,7 @@ Drive::Drive(double sampleRate)
                 sum += y;
                 squares += y * y;
             }
-            const float mean = sum / Points; // direct current is blocked after the curve
+            const float mean = sum / Points; // DC offset, which a filter after the curve removes
             const float rms = std::sqrt(std::max(squares / Points - mean * mean, 0.F));
             _makeupTable[s][static_cast<std::size_t>(step)] = Reference / std::numbers::sqrt2_v<float> / rms;
         }
@@ -225,7 +225,7 @@ void Drive::process(float* left, float* right, int n) noexcept {
             TickBuffer out{};
             lane.channels[c].process(lane.setting, driven.data(), bias.data(), out.data(), n);
             for (std::size_t i = 0; i < count; ++i) {
-                // Clean needs no make-up gain: it is only scaled by its share of the fade.
+                // Clean has no make-up gain and is only scaled by its share of the fade.
                 const float share = l == _active ? 1.F - fade[i] : fade[i];
                 mixed[c][i] += clean ? out[i] * share : (out[i] - offset[i]) * makeup[i];
             }

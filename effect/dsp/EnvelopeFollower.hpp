@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Follows the loudness of the input. Used on the audio thread; never allocates.
+// Follows the level of the input. Used on the audio thread; never allocates.
 #pragma once
 
 #include "Denormals.hpp"
@@ -11,7 +11,7 @@
 
 namespace tonewright::effect {
 
-/// A peak follower whose reading is perceptually even.
+/// A peak follower whose reading is linear in decibels.
 class EnvelopeFollower {
   public:
     explicit EnvelopeFollower(double sampleRate) noexcept
@@ -35,7 +35,7 @@ class EnvelopeFollower {
         _level += (peak > _level ? _attack : _release) * (peak - _level);
     }
 
-    /// Returns 0 at -48 dB and below, 1 at full scale and above, linear in decibels between.
+    /// Returns 0 at -48 dB and below, 1 at full scale and above, and a value linear in decibels in between.
     [[nodiscard]] float reading() noexcept {
         _level = flushed(_level);
         const float decibels = 20.F * std::log10(_level + 1e-6F);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Linear-phase half-band filters in polyphase form: doubling and halving of the sample rate.
-// Every second coefficient of a half-band filter is zero and the middle one is 1/2, so one of the
-// two phases is a plain delay.
+// Linear-phase half-band filters in polyphase form, which double and halve the sample rate. In a half-band
+// filter, every second coefficient is zero except the middle one, which is 1/2. Therefore one of the two
+// phases is a plain delay.
 #pragma once
 
 #include <algorithm>
@@ -14,11 +14,11 @@
 
 namespace tonewright::effect {
 
-/// Returns the coefficients at even positions of a Kaiser-windowed half-band low pass with
-/// 4 * K + 3 taps, normalised to 1/2. Design: windowed sinc; beta after Kaiser's formula.
+/// Returns the even coefficients of a half-band low pass with 4 * K + 3 taps, normalised to a sum of 1/2. The
+/// filter is a sinc with a Kaiser window of parameter `beta`.
 template <int K>
 [[nodiscard]] std::array<float, 2 * K + 2> halfbandCoefficients(double beta) noexcept {
-    const auto bessel = [](double x) { // zeroth-order modified Bessel function, by its power series
+    const auto bessel = [](double x) { // modified Bessel function of order zero, by its power series
         double sum = 1.;
         double term = 1.;
         for (int i = 1; i < 40; ++i) {
@@ -44,18 +44,18 @@ template <int K>
     return coefficients;
 }
 
-/// Keeps the last samples of a stream before the present ones. Max: the longest block.
+/// Stores a block of samples and the History samples before it. Max is the longest block.
 template <int History, int Max>
 class SampleHistory {
   public:
     void reset() noexcept { _samples.fill(0.F); }
 
-    /// Appends n samples; `at(0)` is then the first of them, `at(-History)` the oldest kept.
+    /// Appends n samples. `at(0)` is then the first of them, `at(-History)` the oldest stored sample.
     void push(const float* in, int n) noexcept { std::copy_n(in, n, _samples.data() + History); }
 
     [[nodiscard]] const float* at(int offset) const noexcept { return _samples.data() + History + offset; }
 
-    /// Forgets all but the last History samples.
+    /// Drops all samples except the last History ones.
     void retire(int n) noexcept {
         std::copy(_samples.data() + n, _samples.data() + n + History, _samples.data());
     }
@@ -80,7 +80,7 @@ class FixedDelay {
     SampleHistory<Delay, Max> _history;
 };
 
-/// Convolves with the symmetric even-position coefficients.
+/// Convolves the history with the even coefficients, which are symmetric.
 template <int K, int Max>
 void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history,
                        const std::array<float, 2 * K + 2>& coefficients, float gain, float* out,
@@ -98,7 +98,7 @@ void convolveSymmetric(const SampleHistory<2 * K + 1, Max>& history,
     std::copy_n(sum.data(), n, out);
 }
 
-/// Doubles the rate; returns the two phases of the result. Max: the longest block of input.
+/// Doubles the sample rate and writes the result as its two phases. Max is the longest input block.
 template <int K, int Max>
 class HalfbandUp {
   public:
@@ -117,7 +117,7 @@ class HalfbandUp {
     SampleHistory<2 * K + 1, Max> _history;
 };
 
-/// Halves the rate of a stream given as its two phases. Max: the longest block of output.
+/// Halves the sample rate of a stream that is given as its two phases. Max is the longest output block.
 template <int K, int Max>
 class HalfbandDown {
   public:

@@ -56,7 +56,7 @@ std::uint8_t OnsetDetector::push(float left, float right) noexcept {
 }
 
 std::uint8_t OnsetDetector::endHop() noexcept {
-    // Attacks are bright: edges count in addition to the plain energy.
+    // Attacks contain much treble, so the energy of the differences between successive samples is added.
     const float scale = 0.5F / static_cast<float>(_hopFrames);
     const float now = std::max(decibelsOf((_energy + _edgeEnergy) * scale), Silence);
     _frame = 0;
@@ -79,7 +79,7 @@ std::uint8_t OnsetDetector::endHop() noexcept {
     if (--_measuring > 0) {
         return 0;
     }
-    _reference = _level; // this rise has been counted
+    _reference = _level; // this rise must not be detected again
     const float strength = (_peak - QuietestOnset) / (LoudestOnset - QuietestOnset);
     return static_cast<std::uint8_t>(std::lround(1.F + 126.F * std::clamp(strength, 0.F, 1.F)));
 }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Turns onsets into MIDI notes: a note on for each, and its note off when its time is over or the next
-// begins. Every note on is followed by its note off, however little space the host provides. Used on the
-// audio thread; never allocates.
+// Converts onsets to MIDI notes: a note-on for each onset, and a note-off when the note's length has passed
+// or the next note begins. Every note-on is followed by its note-off, even if the host's buffer is too small
+// for all messages. Used on the audio thread; never allocates.
 #pragma once
 
 #include <array>
@@ -13,18 +13,18 @@
 
 namespace tonewright::effect {
 
-/// One MIDI message for the host, at a frame of the present block.
+/// A MIDI message for the host, with its frame in the current block.
 struct OutgoingMidi {
     std::uint32_t frame = 0;
     std::array<std::uint8_t, 3> bytes{};
 };
 
-/// Collects one block's messages. The limit of one block is far above what its onsets can need.
+/// Collects the messages of one block. The capacity is far larger than the onsets of a block can need.
 class MidiOutbox {
   public:
     static constexpr std::size_t Capacity = 128;
 
-    /// Empties the box; `room` is the number of messages that fit in the host's buffer.
+    /// Removes all messages. `room` is the number of messages that fit into the host's buffer.
     void beginBlock(std::size_t room) noexcept {
         _count = 0;
         _room = room < Capacity ? room : Capacity;
@@ -50,12 +50,12 @@ class MidiOutbox {
     std::size_t _room = 0;
 };
 
-/// Keeps the one sounding note.
+/// Begins and ends the notes; at most one note is on at a time.
 class OnsetNotes {
   public:
     void reset() noexcept { _sounding = -1; }
 
-    /// Begins a note; an onset for which there is no space is skipped.
+    /// Begins a note. Skips it if there is no space for its messages.
     void onset(std::uint8_t note, std::uint8_t velocity, int lengthFrames, std::uint32_t frame,
                MidiOutbox& outbox) noexcept {
         const std::size_t needed = _sounding >= 0 ? 2 : 1;
@@ -76,7 +76,7 @@ class OnsetNotes {
         }
     }
 
-    /// Ends the sounding note, if any; without space it is tried again later.
+    /// Ends the current note, if any. If there is no space for the note-off, `advance` tries again.
     void end(std::uint32_t frame, MidiOutbox& outbox) noexcept {
         if (_sounding >= 0 && outbox.push({frame, {0x80, static_cast<std::uint8_t>(_sounding), 0x40}})) {
             _sounding = -1;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The rows of the table of controls.
+// The table of the effect's controls.
 
 #include "Parameters.hpp"
 

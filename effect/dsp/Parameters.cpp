@@ -29,7 +29,7 @@ bool startsWithIgnoringCase(std::string_view whole, std::string_view start) noex
                                                       [](char a, char b) { return lower(a) == lower(b); });
 }
 
-// "a3", "C#4", "Db2": octaves follow the MIDI convention C4 = 60.
+// Parses a note name such as "a3", "C#4" or "Db2". C4 is MIDI note 60.
 std::optional<float> parseNote(std::string_view text) {
     constexpr std::array<int, 7> Semitones{9, 11, 0, 2, 4, 5, 7};
     const char letter = text.empty() ? '\0' : lower(text.front());

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The table of every control of the effect: the one source for the audio code, the Turtle descriptions, the
-// user interface and the tests. Immutable data, usable on any thread.
+// The table of the effect's controls, which the audio code, the Turtle descriptions, the graphical interface
+// and the tests all use. Immutable data; any thread.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace tonewright::effect {
 
-/// Every control, in the order of the plug-in's control input ports.
+/// The controls, in the order of the plug-in's control input ports.
 enum class Parameter : std::uint8_t {
     Drive,
     Shape,
@@ -60,7 +60,7 @@ enum class Unit : std::uint8_t {
     MidiNote,
 };
 
-/// The mapping of knob travel to values.
+/// The mapping from knob travel to values.
 enum class Curve : std::uint8_t { Linear, Logarithmic, Integer, Choice, Toggle };
 
 // Values of Parameter::Shape.
@@ -83,7 +83,7 @@ enum class Oversampling : std::uint8_t { Twice, FourTimes };
 
 /// Describes one control.
 struct ParameterInfo {
-    std::string_view symbol; ///< port symbol, a C identifier
+    std::string_view symbol; ///< port symbol, a valid C identifier
     std::string_view name;   ///< full name, for hosts
     std::string_view label;  ///< short name, for the panel
     Section section;
@@ -92,8 +92,8 @@ struct ParameterInfo {
     float defaultValue;
     Unit unit = Unit::None;
     Curve curve = Curve::Linear;
-    std::span<const std::string_view> choices = {}; ///< names of the values of a Choice, from 0
-    std::string_view comment;                       ///< one sentence for users
+    std::span<const std::string_view> choices = {}; ///< names of the values 0, 1, ... of a Choice
+    std::string_view comment;                       ///< one sentence of help for users
 };
 
 using ParameterValues = std::array<float, ParameterCount>;
@@ -108,23 +108,23 @@ using ParameterValues = std::array<float, ParameterCount>;
 /// Returns one row of the table.
 [[nodiscard]] const ParameterInfo& info(Parameter parameter) noexcept;
 
-/// Returns every control at its default.
+/// Returns the default values of all controls.
 [[nodiscard]] ParameterValues defaultValues() noexcept;
 
-/// Finds a control by its port symbol.
+/// Returns the control with this port symbol, or no value.
 [[nodiscard]] std::optional<Parameter> findParameter(std::string_view symbol) noexcept;
 
-/// Returns whether the control takes whole numbers only.
+/// Returns whether the control has only integer values.
 [[nodiscard]] bool hasSteps(const ParameterInfo& parameter) noexcept;
 
-/// Limits any float to the control's range; rounds where the control has steps, and returns the default for
+/// Clamps `value` to the control's range, and rounds it if the control has steps. Returns the default for
 /// NaN.
 [[nodiscard]] float sanitised(const ParameterInfo& parameter, float value) noexcept;
 
 /// Maps a value to knob travel 0..1.
 [[nodiscard]] float toTravel(const ParameterInfo& parameter, float value) noexcept;
 
-/// Maps knob travel 0..1 to a value, rounded where the control has steps.
+/// Maps knob travel 0..1 to a value, rounded if the control has steps.
 [[nodiscard]] float fromTravel(const ParameterInfo& parameter, float travel) noexcept;
 
 /// Returns a value with its unit as displayed ("1.25 kHz", "C3", "-6.0 dB").
@@ -133,7 +133,8 @@ using ParameterValues = std::array<float, ParameterCount>;
 /// Returns the name of a MIDI note, C4 for 60.
 [[nodiscard]] std::string noteName(int note);
 
-/// Parses what a person typed ("1.2k", "440", "-6 dB", "a2", "tube"); absent if it cannot be understood.
+/// Parses a value that the user typed ("1.2k", "440", "-6 dB", "a2", "tube"), or returns no value if `text`
+/// is invalid.
 [[nodiscard]] std::optional<float> parseValue(const ParameterInfo& parameter, std::string_view text);
 
 } // namespace tonewright::effect

@@ -10,7 +10,7 @@ namespace {
 
 constexpr float BendRangeSemitones = 2.F;
 
-// 64 is the centre of a bipolar controller.
+// Maps 0..127 to -1..1, with 64 as the centre.
 float centred(std::uint8_t value) noexcept {
     return std::clamp((static_cast<float>(value) - 64.F) / 63.F, -1.F, 1.F);
 }
@@ -104,7 +104,7 @@ void Performance::controller(std::uint8_t number, std::uint8_t value) noexcept {
     case 124:
     case 125:
     case 126:
-    case 127: // the mode messages imply all notes off
+    case 127: // mode messages, which imply all notes off
         releaseAll();
         break;
     default:
@@ -132,7 +132,7 @@ void Performance::releaseAll() noexcept {
 
 void Performance::retune() noexcept {
     if (_stackSize == 0) {
-        return; // the last tuning stays when the keys are released
+        return; // the tuning is kept when all keys are released
     }
     _chordCount = std::min(_stackSize, ChordSize);
     for (std::size_t i = 0; i < _chordCount; ++i) {

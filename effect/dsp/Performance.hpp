@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The player's performance: the held notes and the controllers' positions, from MIDI. All channels are
-// treated alike. Used on the audio thread; never allocates.
+// The state of the player's MIDI performance: the held notes and the positions of the controllers. All MIDI
+// channels are treated alike. Used on the audio thread; never allocates.
 #pragma once
 
 #include <array>
@@ -12,36 +12,37 @@
 
 namespace tonewright::effect {
 
-/// The part of a performance that a saved session restores.
+/// The part of the performance that is saved in a session.
 struct PerformanceSnapshot {
-    std::array<std::int32_t, 4> notes{-1, -1, -1, -1}; ///< last tuning, latest first; -1 for none
-    float modWheel = 0.F;                              ///< 0..1
+    std::array<std::int32_t, 4> notes{-1, -1, -1,
+                                      -1}; ///< notes of the tuning chord, latest first; -1 for none
+    float modWheel = 0.F;                  ///< 0..1
 };
 
-/// Follows MIDI messages.
+/// Tracks the performance from MIDI messages.
 class Performance {
   public:
     static constexpr std::size_t ChordSize = 4;
 
-    /// Handles one complete message; ignores messages that are of no use or malformed.
+    /// Handles one complete message. Ignores unknown and malformed messages.
     void handle(std::span<const std::uint8_t> message) noexcept;
 
-    /// Returns to the state before the first message.
+    /// Resets to the state before the first message.
     void reset() noexcept { *this = {}; }
 
-    /// Forgets a tuning whose keys have been released, so that the root control counts again.
+    /// Discards the tuning if all keys are released, so that the root control sets the tuning again.
     void forgetTuning() noexcept { _chordCount = _stackSize == 0 ? 0 : _chordCount; }
 
-    /// Returns the note that tunes the effect: the latest held one or, after release, the last one held; -1
-    /// before the first.
+    /// Returns the note that tunes the effect: the latest held note or, when all keys are released, the last
+    /// note that was held. Returns -1 if there is no tuning.
     [[nodiscard]] int tuningNote() const noexcept { return _chordCount == 0 ? -1 : _chord[0]; }
 
-    /// Returns the notes of the tuning chord, latest first; kept after release.
+    /// Returns the notes of the tuning chord, latest first. They are kept when the keys are released.
     [[nodiscard]] std::span<const std::uint8_t> chord() const noexcept {
         return {_chord.data(), _chordCount};
     }
 
-    /// Returns the latest note that is still held; -1 when none is.
+    /// Returns the latest note that is still held, or -1.
     [[nodiscard]] int heldNote() const noexcept { return _stackSize == 0 ? -1 : _stack[_stackSize - 1]; }
 
     [[nodiscard]] float velocity() const noexcept { return _velocity; }   ///< -1..1, 0 before the first note
@@ -52,7 +53,7 @@ class Performance {
     [[nodiscard]] float decay() const noexcept { return _decay; }         ///< -1..1, controller 72
     [[nodiscard]] float brightness() const noexcept { return _brightness; } ///< -1..1, controller 74
 
-    /// Returns whether all sound is to end (controller 120), once for each request.
+    /// Returns whether All Sound Off (controller 120) was received since the last call.
     [[nodiscard]] bool takeSoundOff() noexcept;
 
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept;
@@ -67,7 +68,7 @@ class Performance {
     void releaseAll() noexcept;
     void retune() noexcept;
 
-    std::array<std::uint8_t, 128> _stack{}; // held notes, the latest last; each at most once
+    std::array<std::uint8_t, 128> _stack{}; // held notes, the latest last, without duplicates
     std::size_t _stackSize = 0;
     std::array<bool, 128> _keyDown{};
     bool _sustain = false;

@@ -184,7 +184,7 @@ std::optional<std::size_t> matchingPreset(const ParameterValues& values) noexcep
     for (std::size_t p = 0; p < list.size(); ++p) {
         bool same = true;
         for (std::size_t i = 0; i < ParameterCount && same; ++i) {
-            // Values travel through hosts as decimal text: allow for its rounding.
+            // Hosts store values as decimal text, so rounding errors are allowed for.
             const float tolerance = 1e-4F * std::max(1.F, std::abs(list[p].values[i]));
             same = i == index(Parameter::Enabled) || std::abs(values[i] - list[p].values[i]) <= tolerance;
         }

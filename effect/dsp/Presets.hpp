@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The factory presets: named sets of values for every control except Enabled, which a preset leaves as it is.
-// Immutable data, usable on any thread.
+// The factory presets: named sets of values for all controls except Enabled, which presets do not change.
+// Immutable data; any thread.
 #pragma once
 
 #include "Parameters.hpp"
@@ -13,7 +13,7 @@
 
 namespace tonewright::effect {
 
-/// One factory preset; `symbol` ends its URI.
+/// A factory preset. `symbol` is the end of its URI.
 struct Preset {
     std::string_view symbol;
     std::string_view name;
@@ -24,7 +24,7 @@ struct Preset {
 /// Returns the presets in menu order.
 [[nodiscard]] std::span<const Preset> factoryPresets() noexcept;
 
-/// Finds the preset whose values are exactly these (Enabled apart).
+/// Returns the index of the preset with these values (except Enabled), or no value.
 [[nodiscard]] std::optional<std::size_t> matchingPreset(const ParameterValues& values) noexcept;
 
 } // namespace tonewright::effect

@@ -14,14 +14,14 @@ namespace {
 constexpr double SmoothingSeconds = 0.010;
 constexpr double BypassSeconds = 0.020;
 constexpr double BankGateSeconds = 0.003;
-constexpr float MaximumInput = 1000.F; // +60 dB: nothing above it is sound any more
-constexpr float CeilingBegins = 2.F;   // +6 dB: below it the wet path is untouched
+constexpr float MaximumInput = 1000.F; // +60 dB; higher values can only be faults
+constexpr float CeilingBegins = 2.F;   // +6 dB; lower levels are not changed
 
 float safeInput(float x) noexcept {
     return std::isfinite(x) ? std::clamp(x, -MaximumInput, MaximumInput) : 0.F;
 }
 
-// Resonances add up; limits an accidental peak before it hurts.
+// A soft limiter for the wet path, because resonances can add up to dangerous peaks.
 float ceiling(float x) noexcept {
     const float size = std::abs(x);
     if (size <= CeilingBegins) {
@@ -87,7 +87,7 @@ void Processor::setParameters(const ParameterValues& values) noexcept {
         _settle = false;
         resetSound();
     } else if (value(Parameter::Note) != noteBefore) {
-        _performance.forgetTuning(); // whichever was used last, the knob or the keys, sets the tuning
+        _performance.forgetTuning(); // the knob or the keys set the tuning, whichever was used last
     }
 }
 
@@ -185,7 +185,7 @@ void Processor::segment(const float* inLeft, const float* inRight, float* outLef
             check += std::abs(outLeft[i]) + std::abs(outRight[i]);
         }
         if (!std::isfinite(check)) {
-            resetSound(); // cannot happen with finite input; if it does, it lasts for one segment
+            resetSound(); // not expected with finite input; the dry signal replaces this segment
             std::copy_n(dryLeft.data(), n, outLeft);
             std::copy_n(dryRight.data(), n, outRight);
         }

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The whole effect: drive, filter and resonators, modulated by an envelope follower and by MIDI, with a dry
-// path of the same latency; and a MIDI note for every onset of the input.
+// The whole effect: drive, filter and resonators, modulated by an envelope follower and by MIDI, and a dry
+// path with the same latency. The effect also sends a MIDI note for every onset in the input.
 //
-// One thread at a time: the constructor allocates, everything else is for the audio thread and neither
-// allocates nor waits. Sound and messages do not depend on the block size.
+// One thread at a time. Only the constructor allocates; all other operations are for the audio thread and
+// neither allocate nor wait. Sound and messages do not depend on the block size.
 #pragma once
 
 #include "Drive.hpp"
@@ -25,51 +25,51 @@
 
 namespace tonewright::effect {
 
-/// What a panel shows about the sound.
+/// The measurements that the panel displays.
 struct DisplayFrame {
-    std::array<float, 2> inputPeaks{};  ///< linear, since the last frame
-    std::array<float, 2> outputPeaks{}; ///< linear, since the last frame
+    std::array<float, 2> inputPeaks{};  ///< linear, since the last display frame
+    std::array<float, 2> outputPeaks{}; ///< linear, since the last display frame
     float envelope = 0.F;               ///< reading of the envelope follower, 0..1
-    float cutoffHertz = 0.F;            ///< where the filter is, modulation included
+    float cutoffHertz = 0.F;            ///< cutoff with all modulation
     float rootNote = 0.F;               ///< MIDI note that tunes the resonators
-    float onsets = 0.F;                 ///< onsets since the start, modulo 4096
-    Spectrum spectrum{};                ///< of the output
+    float onsets = 0.F;                 ///< number of onsets, modulo 4096
+    Spectrum spectrum{};                ///< spectrum of the output
 };
 
-/// Processes stereo sound at one sample rate.
+/// The effect at one sample rate, in stereo.
 class Processor {
   public:
     explicit Processor(double sampleRate);
 
-    /// Ends all sound and all held notes; the tuning by earlier notes stays.
+    /// Ends all sound and all held notes; keeps the tuning.
     void reset() noexcept;
 
-    /// Sets every control; any values are allowed. The first call after construction, reset or restore takes
-    /// effect at once, later ones are smoothed.
+    /// Sets all controls; any values are allowed. The first call after construction, reset or restore takes
+    /// effect immediately, later changes are smoothed.
     void setParameters(const ParameterValues& values) noexcept;
 
-    /// Handles one MIDI message, at the present frame.
+    /// Handles one MIDI message at the current frame.
     void midi(std::span<const std::uint8_t> message) noexcept { _performance.handle(message); }
 
-    /// Processes part of a block. Outputs may be the inputs, in any order. `firstFrame`: the frame of the
-    /// block at which the part begins, for the frames of messages.
+    /// Processes a part of a block that begins at frame `firstFrame` of the block. The output buffers may be
+    /// the input buffers, even swapped. Adds the MIDI messages for the host to `outbox`.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                  std::uint32_t frames, std::uint32_t firstFrame, MidiOutbox& outbox) noexcept;
 
     /// Returns the latency in frames, which does not depend on the controls.
     [[nodiscard]] static constexpr int latencyFrames() noexcept { return DriveLatencyFrames; }
 
-    /// Enables or disables the measurements for a panel.
+    /// Enables or disables the measurements for the panel.
     void setMetering(bool on) noexcept;
 
-    /// Returns the measurements since the last call.
+    /// Returns the measurements made since the last call.
     [[nodiscard]] DisplayFrame takeDisplay() noexcept;
 
     [[nodiscard]] PerformanceSnapshot snapshot() const noexcept { return _performance.snapshot(); }
     void restore(const PerformanceSnapshot& snapshot) noexcept;
 
   private:
-    // The smoothed controls that a tick uses.
+    // The controls that are smoothed once per tick.
     enum Smooth : std::size_t {
         DriveDecibels,
         Bias,
@@ -101,8 +101,8 @@ class Processor {
 
     double _sampleRate;
     ParameterValues _raw{};    // as received from the host
-    ParameterValues _values{}; // in range
-    bool _settle = true;       // the next values take effect at once
+    ParameterValues _values{}; // clamped and rounded
+    bool _settle = true;       // the next values take effect immediately
     int _tickPhase = 0;
 
     Performance _performance;
@@ -121,7 +121,7 @@ class Processor {
     Ramp _gainRamp;
     Ramp _enabledRamp;
     float _enabledStep;
-    Smoothed _bankGate; // closes briefly when all sound is to end
+    Smoothed _bankGate; // closes briefly for All Sound Off
     Ramp _bankGateRamp;
     float _bankGateCoefficient;
     float _cutoffHertz = 1000.F;

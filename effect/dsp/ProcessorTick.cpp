@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where controls, keys and the envelope take the sound: once a tick, and at once when it begins anew.
+// Computes the parameters of the signal path from the controls, the MIDI performance and the envelope: once
+// per tick, and without smoothing after a reset.
 
 #include "Processor.hpp"
 
@@ -11,7 +12,7 @@
 namespace tonewright::effect {
 namespace {
 
-// The range of the player's controllers.
+// The ranges of the MIDI controllers.
 constexpr float ModWheelSemitones = 36.F;
 constexpr float BrightnessSemitones = 24.F;
 constexpr float VelocitySemitones = 12.F;
@@ -88,7 +89,7 @@ void Processor::resetSound() noexcept {
 void Processor::beginTick() noexcept {
     const float enabledTarget = value(Parameter::Enabled);
     if (_enabledRamp.restsAt(0.F) && enabledTarget > 0.F) {
-        resetSound(); // the wet path was not running: it starts from silence, at the present settings
+        resetSound(); // the wet path was off; it starts from silence, with the current settings
         _enabledRamp.snap(0.F);
     }
     const float enabled = _enabledRamp.end();

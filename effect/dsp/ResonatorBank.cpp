@@ -15,8 +15,8 @@ namespace {
 
 constexpr float LowestHertz = 16.F;
 constexpr float ShortestDelay = 4.F;
-// A delay that changes by d frames per frame plays its contents at the speed 1 - d: half a frame sounds like
-// a hand on a tape reel, more like a fault.
+// A delay that grows by d frames per frame plays its contents at the speed 1 - d. With d = 0.5 that sounds
+// like a tape slowed by hand; faster changes sound like a fault.
 constexpr float FastestSlide = 0.5F;
 
 using Intervals = std::array<float, ResonatorBank::VoiceCount>;
@@ -27,9 +27,9 @@ constexpr std::array<Intervals, VoicingCount> VoicingIntervals{{
     {0.F, 4.F, 7.F, 12.F},
     {0.F, 3.F, 7.F, 12.F},
     {0.F, 5.F, 7.F, 12.F},
-    {0.F, 12.F, 7.F, 19.F}, // until a chord has been held
+    {0.F, 12.F, 7.F, 19.F}, // used until a chord has been held
 }};
-// No two strings are tuned exactly alike: that is what makes them sound like several.
+// The strings are slightly detuned against each other, so that they sound like separate strings.
 constexpr Intervals VoiceDetune{0.F, 0.05F, -0.04F, 0.03F};
 constexpr Intervals UnisonDetune{0.F, 0.08F, -0.07F, 0.03F};
 constexpr std::array<float, 2> ChannelDetune{-0.015F, 0.015F};
@@ -38,7 +38,7 @@ float hertzOf(float note) noexcept {
     return 440.F * std::exp2((note - 69.F) / 12.F);
 }
 
-// Third-order Lagrange interpolation; its gain never exceeds one, so a loop through it stays stable.
+// Third-order Lagrange interpolation. Its gain never exceeds 1, so the feedback loop stays stable.
 float interpolated(const std::vector<float>& line, std::size_t mask, std::size_t write,
                    float delay) noexcept {
     const auto whole = static_cast<std::size_t>(delay);
@@ -71,9 +71,9 @@ ResonatorBank::ResonatorBank(double sampleRate)
 float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voice) const noexcept {
     if (setting.voicing == Voicing::HeldChord && !setting.chord.empty()) {
         const std::size_t count = setting.chord.size();
-        // Fewer notes than strings: the others double them an octave higher.
+        // If there are fewer notes than strings, the other strings double the notes an octave higher.
         const float octave = voice < count ? 0.F : 12.F;
-        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): an empty chord was rejected above
+        // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): the chord is not empty here
         return static_cast<float>(setting.chord[voice % count]) + octave + VoiceDetune[voice];
     }
     const auto& detune = setting.voicing == Voicing::Unison ? UnisonDetune : VoiceDetune;
@@ -83,7 +83,7 @@ float ResonatorBank::targetNote(const ResonatorSetting& setting, std::size_t voi
 
 float ResonatorBank::delayFor(float note) const noexcept {
     const float hertz = std::clamp(hertzOf(note), LowestHertz, _sampleRate / (2.F * ShortestDelay));
-    // The damping filter also delays the fundamental; subtract that from the line.
+    // The damping filter also delays the fundamental, so its delay is subtracted from the line's.
     const float omega = 2.F * std::numbers::pi_v<float> * hertz / _sampleRate;
     const float filterDelay =
         std::atan2(_lowpassPole * std::sin(omega), 1.F - _lowpassPole * std::cos(omega)) / omega;
@@ -118,7 +118,8 @@ void ResonatorBank::aim(String& string, float note, const ResonatorSetting& sett
     string.delay = atOnce ? string.wantedDelay
                           : std::clamp(string.wantedDelay, string.delay - reach, string.delay + reach);
     const float feedback = std::pow(10.F, -3.F * string.delay / (_sampleRate * setting.decaySeconds));
-    // In the loop noise gains 1 / sqrt(1 - f^2), a tuned tone 1 / (1 - f): use a value between the two.
+    // The loop amplifies noise by 1 / sqrt(1 - f^2) and a tone at its pitch by 1 / (1 - f). The level is a
+    // compromise between the two.
     const float level = 0.5F * std::pow(1.F - feedback * feedback, 0.55F);
     if (atOnce) {
         string.delayRamp.snap(string.delay);
@@ -158,7 +159,8 @@ void ResonatorBank::reset(const ResonatorSetting& setting) noexcept {
 
 void ResonatorBank::beginTick(const ResonatorSetting& setting) noexcept {
     updateDamping(setting.damping);
-    // A third of the time as the time constant: after the whole time 95 % of the change is done.
+    // The time constant is a third of the glide time, so that 95 % of the change is reached after the glide
+    // time.
     const float glide = tickCoefficient(static_cast<double>(_sampleRate),
                                         static_cast<double>(setting.glideMilliseconds) / 3000.);
     for (std::size_t v = 0; v < VoiceCount; ++v) {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Four tuned strings for each channel: delay lines that feed back through a damping filter, so that they ring
-// at a pitch and its partials. Retuning slides the delays and never clicks. Used on the audio thread; only
-// the constructor allocates.
+// Four tuned strings for each channel: delay lines with feedback through a damping filter, which resonate at
+// a pitch and its partials. Retuning changes the delays gradually and does not click. Used on the audio
+// thread; only the constructor allocates.
 #pragma once
 
 #include "Parameters.hpp"
@@ -34,16 +34,16 @@ class ResonatorBank {
 
     explicit ResonatorBank(double sampleRate);
 
-    /// Forgets all sound and applies the tuning at once.
+    /// Clears the strings and applies the setting without gliding.
     void reset(const ResonatorSetting& setting) noexcept;
 
-    /// Lets all sound end, keeping the tuning.
+    /// Clears the strings and keeps the tuning.
     void silence() noexcept;
 
-    /// Begins a tick that ends with this setting.
+    /// Begins a tick. Pitches glide to the setting; its other values are reached at the end of the tick.
     void beginTick(const ResonatorSetting& setting) noexcept;
 
-    /// Excites the bank with n <= TickFrames frames and returns only its own sound.
+    /// Excites the bank with n <= TickFrames input frames and writes only the sound of the resonators.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight, int n) noexcept;
 
   private:
@@ -52,7 +52,7 @@ class ResonatorBank {
         std::size_t write = 0;
         float lowpass = 0.F;
         float delay = 0.F;      // the delay at the end of the tick, in frames
-        float aimedNote = -1.F; // the values for which delay, feedback and level were last computed
+        float aimedNote = -1.F; // values for which delay, feedback and level were last computed
         float aimedDecay = -1.F;
         float aimedPole = -1.F;
         float wantedDelay = 0.F;
@@ -61,7 +61,7 @@ class ResonatorBank {
         Ramp level;
     };
     struct Voice {
-        float pitch = 48.F;  // gliding, MIDI note
+        float pitch = 48.F;  // the gliding pitch, as a MIDI note
         float target = 48.F; // the target of the glide
         std::array<String, 2> channels;
     };
@@ -76,8 +76,7 @@ class ResonatorBank {
     float _longestDelay;
     float _damping = -1.F;
     float _lowpassPole = 0.F;
-    bool _silent = true; // Sets every control; any values are allowed. The first call after construction,
-                         // reset or restore takes effect at once, later ones are smoothed.
+    bool _silent = true; // the lines contain only zeros
     std::array<Voice, VoiceCount> _voices;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The curves of the drive stage. All are defined for every finite input and give about +-1 at the
-// most (Tube: -2).
+// The curves of the drive stage. They are defined for every finite input and stay within about +-1 (Tube:
+// down to -2).
 #pragma once
 
 #include "Parameters.hpp"
@@ -12,29 +12,29 @@
 
 namespace tonewright::effect {
 
-/// Approximates tanh by a rational function that meets +-1 at +-3.
+/// Approximates tanh by a rational function that reaches +-1 at +-3.
 [[nodiscard]] inline float softClip(float x) noexcept {
     const float inside = std::clamp(x, -3.F, 3.F);
     const float square = inside * inside;
     return inside * (27.F + square) / (27.F + 9.F * square);
 }
 
-/// Bends one sample by the curve.
+/// Applies the curve to one sample.
 template <Shape S>
 [[nodiscard]] inline float shaped(float x) noexcept {
     if constexpr (S == Shape::Warm) {
         return softClip(x);
-    } else if constexpr (S == Shape::Tube) { // soft on one side, later and softer on the other
+    } else if constexpr (S == Shape::Tube) { // saturates earlier for positive than for negative input
         const float positive = std::max(x, 0.F);
         const float negative = std::min(x, 0.F);
         return positive / (1.F + positive) + negative / (1.F - 0.5F * negative);
     } else if constexpr (S == Shape::Clip) {
         return std::clamp(x, -1.F, 1.F);
-    } else if constexpr (S == Shape::Fold) { // a triangle wave over the input, rounded to a sine
+    } else if constexpr (S == Shape::Fold) { // a triangle wave of the input, rounded towards a sine
         const float turns = 0.25F * x + 0.25F;
         const float triangle = 4.F * std::abs(turns - std::floor(turns) - 0.5F) - 1.F;
         return -triangle * (1.5F - 0.5F * triangle * triangle);
-    } else if constexpr (S == Shape::Octave) { // mostly rectified: the octave above
+    } else if constexpr (S == Shape::Octave) { // mostly rectified, which adds the octave above
         const float soft = softClip(x);
         return 0.3F * soft + 0.7F * std::abs(soft);
     } else {
@@ -62,7 +62,7 @@ decltype(auto) withShape(Shape shape, Use&& use) {
     return use.template operator()<Shape::Clean>();
 }
 
-/// Bends one sample by a curve known only at run time.
+/// Applies a curve that is known only at run time to one sample.
 [[nodiscard]] inline float shaped(Shape shape, float x) noexcept {
     return withShape(shape, [x]<Shape S>() { return shaped<S>(x); });
 }

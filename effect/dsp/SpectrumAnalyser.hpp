@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The spectrum that the panel shows, in perceptually even bands. Computed on the audio thread about thirty
-// times a second while a panel requests it; only the constructor allocates.
+// The spectrum that the panel displays, in logarithmically spaced bands. Computed on the audio thread about
+// 30 times a second while a panel requests it; only the constructor allocates.
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <complex>
 #include <cstddef>
+#include <kissfft/kissfft.hh>
 #include <vector>
 
 namespace tonewright::effect {
@@ -19,10 +21,10 @@ inline constexpr float SpectrumFloorDecibels = -90.F;
 
 using Spectrum = std::array<float, SpectrumBands>;
 
-/// Returns the frequency at the middle of a band.
+/// Returns the centre frequency of a band.
 [[nodiscard]] float spectrumBandHertz(std::size_t band) noexcept;
 
-/// Keeps the latest part of a signal and analyses it on demand.
+/// Stores the latest part of a signal and analyses it on demand.
 class SpectrumAnalyser {
   public:
     explicit SpectrumAnalyser(double sampleRate);
@@ -34,18 +36,17 @@ class SpectrumAnalyser {
         _write = (_write + 1) & (_ring.size() - 1);
     }
 
-    /// Measures the bands in decibels; a full-scale sine reads 0.
+    /// Writes the levels of the bands in decibels; a full-scale sine has 0 dB.
     void analyse(Spectrum& bands) noexcept;
 
   private:
-    void transform() noexcept;
-
     float _sampleRate;
-    std::vector<float> _ring;
+    std::vector<float> _ring; // 33 to 67 ms; its size is a power of two
     std::size_t _write = 0;
     std::vector<float> _window;
-    std::vector<std::complex<float>> _work;
-    std::vector<std::complex<float>> _twiddles;
+    std::vector<float> _windowed;
+    std::vector<std::complex<float>> _bins; // below half the sample rate
+    kissfft<float> _transform; // allocates in a transform only for sizes with prime factors above 5
 };
 
 } // namespace tonewright::effect

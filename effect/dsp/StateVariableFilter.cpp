@@ -13,9 +13,10 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr float SecondDamping = 1.414F; // the second section of a 24 dB mode stays flat
+constexpr float SecondDamping = 1.414F; // the second section of a 24 dB mode has no resonance
 
-// Strong resonance would make everything else seem quiet or the peak too loud: use a compromise.
+// Returns the level for a resonance: a compromise, because a strong resonance makes either the peak too loud
+// or all other frequencies too quiet.
 float levelOf(float resonance) noexcept {
     return 1.F - 0.35F * resonance;
 }
@@ -52,7 +53,7 @@ StateVariableFilter::Response StateVariableFilter::responseOf(FilterMode mode) n
 }
 
 float StateVariableFilter::dampingOf(float resonance) noexcept {
-    // 1/Q from 1.41 (flat) to 0.05 (Q = 20), perceptually even.
+    // 1/Q from 1.41 (flat) to 0.05 (Q = 20), in equal ratios.
     return 1.414F * std::pow(0.05F / 1.414F, std::clamp(resonance, 0.F, 1.F));
 }
 
@@ -110,7 +111,8 @@ void StateVariableFilter::process(float* left, float* right, int n) noexcept {
     const std::array<float*, 2> channels{left, right};
     const auto section = [](Section& s, std::size_t c, float g, float k, float a, const Shares& shares,
                             float in) {
-        // Trapezoidal integration without a unit delay; the two states are the integrators'.
+        // Trapezoidal integration without a unit delay in the loop. state1 and state2 are the integrators'
+        // states.
         const float high = (in - (g + k) * s.state1[c] - s.state2[c]) * a;
         const float band = g * high + s.state1[c];
         const float low = g * band + s.state2[c];

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Two trapezoidal state-variable filters in series for two channels; the modes are mixtures of their outputs,
-// so that a change of mode is a fade. The structure stays stable however fast cutoff and resonance change.
-// Used on the audio thread; never allocates.
+// Two trapezoidal state-variable filters in series, for two channels. Each mode is a mixture of their
+// outputs, so that a change of mode is a cross-fade. The structure stays stable however fast cutoff and
+// resonance change. Used on the audio thread; never allocates.
 #pragma once
 
 #include "Parameters.hpp"
@@ -18,24 +18,24 @@ class StateVariableFilter {
   public:
     explicit StateVariableFilter(double sampleRate) noexcept;
 
-    /// Forgets all sound and applies the settings at once. `resonance` 0..1.
+    /// Clears the filters and applies the settings without smoothing. `resonance` is 0..1.
     void reset(FilterMode mode, float cutoffHertz, float resonance) noexcept;
 
-    /// Begins a tick that ends with these values.
+    /// Begins a tick. The values are reached at the end of the tick.
     void beginTick(FilterMode mode, float cutoffHertz, float resonance) noexcept;
 
     /// Processes n <= TickFrames frames in place.
     void process(float* left, float* right, int n) noexcept;
 
-    /// Returns the highest cutoff that this sample rate allows.
+    /// Returns the highest cutoff at this sample rate, in Hz.
     [[nodiscard]] float highestCutoff() const noexcept { return _highestCutoff; }
 
-    /// Returns the gain of a mode at a frequency, for drawing: analog prototype, linear scale.
+    /// Returns the linear gain of a mode at a frequency, for drawing. Computed from the analogue prototype.
     [[nodiscard]] static float magnitude(FilterMode mode, float cutoffHertz, float resonance,
                                          float hertz) noexcept;
 
   private:
-    // Shares of a section's input and its three outputs.
+    // Indices of the mixing shares of a section's input and its three outputs.
     enum Share : std::size_t { Input, Low, Band, High, ShareCount };
     using Shares = std::array<float, ShareCount>;
     struct Response {

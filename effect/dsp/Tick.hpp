@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Control-rate machinery. Controls advance once per tick of TickFrames frames, counted from the start of
-// processing and not from the start of a block, so that the sound does not depend on the host's block size;
-// in between, values change linearly.
+// Control-rate smoothing. Controls advance once per tick of TickFrames frames; within a tick, values change
+// linearly. Ticks are counted from the start of processing and not of a block, so that the sound does not
+// depend on the host's block size.
 #pragma once
 
 #include <array>
@@ -13,15 +13,16 @@ namespace tonewright::effect {
 
 inline constexpr int TickFrames = 16;
 
-/// Samples within one tick.
+/// The samples of one tick.
 using TickBuffer = std::array<float, TickFrames>;
 
-/// Returns the fraction by which a one-pole smoother of this time constant approaches its target per tick.
+/// Returns the fraction by which a one-pole smoother with the time constant `seconds` approaches its target
+/// in one tick.
 [[nodiscard]] inline float tickCoefficient(double sampleRate, double seconds) noexcept {
     return seconds <= 0. ? 1.F : static_cast<float>(1. - std::exp(-TickFrames / (sampleRate * seconds)));
 }
 
-/// Follows a target once per tick and settles exactly on it.
+/// A value that approaches its target once per tick and finally reaches it exactly.
 struct Smoothed {
     float value = 0.F;
     float target = 0.F;
@@ -36,7 +37,7 @@ struct Smoothed {
     }
 };
 
-/// Changes linearly through one tick.
+/// A value that changes linearly within a tick.
 class Ramp {
   public:
     void snap(float to) noexcept {
@@ -44,7 +45,7 @@ class Ramp {
         _step = 0.F;
     }
 
-    /// Begins a tick that ends at this value.
+    /// Begins a tick that ends with the value `end`.
     void beginTick(float end) noexcept {
         _now = _end;
         _end = end;
@@ -60,7 +61,7 @@ class Ramp {
     [[nodiscard]] float now() const noexcept { return _now; }
     [[nodiscard]] float end() const noexcept { return _end; }
 
-    /// Returns whether the value stays exactly `value` for the rest of the tick.
+    /// Returns whether the value is exactly `value` until the end of the tick.
     [[nodiscard]] bool restsAt(float value) const noexcept { return _step == 0.F && _now == value; }
 
   private:

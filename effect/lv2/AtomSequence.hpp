@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reading and writing of atom sequences in the host's buffers, never a byte beyond them.
-// Used on the audio thread.
+// Reads and writes atom sequences in the host's buffers, without ever exceeding the buffers. Used on the
+// audio thread.
 #pragma once
 
 #include <lv2/atom/atom.h>
@@ -20,7 +20,8 @@ namespace tonewright::effect {
     return (size + 7U) & ~std::size_t{7};
 }
 
-/// Calls `use(frame, type, body)` for every event of a sequence; stops at the first that extends beyond it.
+/// Calls `use(frame, type, body)` for every event of a sequence. Stops at an event that extends beyond the
+/// sequence.
 template <typename Use>
 void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&sequence.body);
@@ -38,10 +39,10 @@ void forEachEvent(const LV2_Atom_Sequence& sequence, Use&& use) {
     }
 }
 
-/// Fills an output port's sequence. An event is written completely or not at all.
+/// Writes the sequence of an output port. Events are written completely or not at all.
 class AtomSequenceWriter {
   public:
-    /// `buffer` has its capacity in the size field, as the host has set it.
+    /// The host must have stored the capacity of `buffer` in its size field. `buffer` may be null.
     AtomSequenceWriter(LV2_Atom_Sequence* buffer, LV2_URID sequenceType) noexcept
         : _sequence{buffer} {
         _capacity = _sequence == nullptr ? 0 : _sequence->atom.size;
@@ -53,18 +54,18 @@ class AtomSequenceWriter {
         _sequence->body = {0, 0};
     }
 
-    /// Returns how many events with a body of this size still fit.
+    /// Returns how many more events with a body of this size fit.
     [[nodiscard]] std::size_t room(std::size_t bodySize) const noexcept {
         if (_sequence == nullptr) {
             return 0;
         }
-        // Hosts differ on whether the capacity counts the header: count it.
+        // In some hosts the capacity includes the header, in others not. This code assumes that it does.
         const std::size_t used = sizeof(LV2_Atom) + _sequence->atom.size;
         return used >= _capacity ? 0
                                  : (_capacity - used) / (sizeof(LV2_Atom_Event) + paddedAtomSize(bodySize));
     }
 
-    /// Appends an event; frames must not decrease.
+    /// Appends an event, or returns false if it does not fit. Frames must not decrease.
     bool append(std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) noexcept {
         if (room(body.size()) == 0) {
             return false;

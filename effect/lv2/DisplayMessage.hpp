@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The messages between plug-in and panel. The panel sends an object without properties every half second
-// while it is visible; the plug-in answers with about thirty frames a second until it has received nothing
-// for a second.
+// The messages between the plug-in and its panel. While the panel is visible, it sends a request (an object
+// without properties) every half second. The plug-in sends about 30 display frames a second, until it has
+// received no request for a second.
 #pragma once
 
 #include "Uris.hpp"
@@ -23,7 +23,7 @@ inline constexpr double DisplayFramesPerSecond = 30.;
 inline constexpr double DisplayRequestSeconds = 0.5;
 inline constexpr double DisplayLeaseSeconds = 1.;
 
-/// The host's numbers for our URIs.
+/// The host's URIDs for the URIs used here.
 struct DisplayUrids {
     LV2_URID atomFloat = 0;
     LV2_URID atomObject = 0;
@@ -42,7 +42,7 @@ struct DisplayUrids {
     }
 };
 
-/// A property whose value is a vector of Count floats, as it lies in memory.
+/// The memory layout of an atom property whose value is a vector of Count floats.
 template <std::size_t Count>
 struct FloatVectorProperty {
     static_assert(Count % 2 == 0, "properties begin on multiples of eight bytes");
@@ -63,7 +63,7 @@ struct FloatVectorProperty {
     }
 };
 
-/// One frame of the display as an atom object, header included.
+/// A display frame as an atom object, including its header.
 struct DisplayMessage {
     LV2_Atom atom{};
     LV2_Atom_Object_Body object{};
@@ -84,7 +84,7 @@ struct DisplayMessage {
         return message;
     }
 
-    /// Reads a frame from any atom; absent if it is something else.
+    /// Reads a display frame from an atom, or returns no value if the atom is something else.
     [[nodiscard]] static std::optional<DisplayFrame> read(const void* atom, std::size_t size,
                                                           const DisplayUrids& urids) noexcept {
         DisplayMessage message;
@@ -112,7 +112,7 @@ struct DisplayMessage {
 static_assert(std::is_trivially_copyable_v<DisplayMessage>);
 static_assert(sizeof(DisplayMessage) == 16 + (24 + 8 * 4) + (24 + SpectrumBands * 4), "no holes");
 
-/// The panel's request as an atom object, header included.
+/// The panel's request as an atom object, including its header.
 struct DisplayRequest {
     LV2_Atom atom{};
     LV2_Atom_Object_Body object{};

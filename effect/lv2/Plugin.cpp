@@ -17,13 +17,13 @@ namespace {
 
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
 
-// A vector of integers as it is stored in a saved session.
+// The memory layout of an atom vector of integers, in which the notes are saved.
 struct StoredNotes {
     LV2_Atom_Vector_Body head{};
     std::array<std::int32_t, 4> notes{};
 };
 
-// Notes as bytes (0xFF for none) and the wheel in 16 bits.
+// Packs the notes into a byte each (0xFF for none) and the modulation wheel into 16 bits.
 std::uint64_t packed(const PerformanceSnapshot& snapshot) noexcept {
     auto word = static_cast<std::uint64_t>(std::lround(snapshot.modWheel * 65535.F)) << 32U;
     for (std::size_t i = 0; i < snapshot.notes.size(); ++i) {
@@ -191,7 +191,7 @@ LV2_State_Status Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_State
     if (!_hasUrids) {
         return LV2_STATE_ERR_NO_FEATURE;
     }
-    PerformanceSnapshot snapshot; // what is not stored, or stored incorrectly, is at its default
+    PerformanceSnapshot snapshot; // missing and invalid properties keep their defaults
     std::size_t size = 0;
     std::uint32_t type = 0;
     std::uint32_t flags = 0;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effect as an LV2 plug-in: ports, messages, state. `run` is for the audio thread and neither allocates
-// nor waits; the rest is for the host's other threads, as LV2 specifies.
+// The effect as an LV2 plug-in: its ports, messages and state. `run` is called on the audio thread and
+// neither allocates nor waits; LV2 specifies on which threads the other operations are called.
 #pragma once
 
 #include "DisplayMessage.hpp"
@@ -20,7 +20,8 @@
 
 namespace tonewright::effect {
 
-/// One instance. Without the host's URID map it still processes sound, but receives no messages.
+/// An instance of the plug-in. Without the host's URID map it still processes sound, but neither receives nor
+/// sends messages.
 class Plugin {
   public:
     Plugin(double sampleRate, const LV2_URID_Map* map);
@@ -68,8 +69,8 @@ class Plugin {
     std::int64_t _displayLeaseFrames = 0;
     std::int64_t _framesSinceDisplay = 0;
 
-    // The one value that crosses threads: the performance to be saved, packed into a word by `run` and read
-    // by `save`, which may be called concurrently.
+    // The only member shared between threads: the performance to be saved, packed into one word. `run` writes
+    // it; `save` reads it and may be called concurrently.
     std::atomic<std::uint64_t> _savedPerformance;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The plug-in's ports: audio, messages, latency, then one for each control of the table.
+// The plug-in's ports: audio, messages, latency, and one port for each control in the parameter table.
 #pragma once
 
 #include "effect/dsp/Parameters.hpp"
@@ -15,8 +15,8 @@ enum Port : std::uint32_t {
     InputRight,
     OutputLeft,
     OutputRight,
-    Control, ///< atoms in: MIDI, and the panel's requests
-    Notify,  ///< atoms out: MIDI, and what the panel shows
+    Control, ///< atom input: MIDI and the panel's requests
+    Notify,  ///< atom output: MIDI and display frames for the panel
     Latency,
     FirstParameter,
 };

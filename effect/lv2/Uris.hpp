@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The URIs by which hosts, the plug-in and its panel refer to each other.
+// The URIs of the plug-in, its panel, and their messages and state.
 #pragma once
 
 namespace tonewright::effect {
 
 #define TONEWRIGHT_URI                                                                                       \
-    "https://tonewright.example/lv2/tonewright" // a macro, to be concatenated with literals below
+    "https://tonewright.example/lv2/tonewright" // a macro, so that literals can be appended below
 
 inline constexpr char PluginUri[] = TONEWRIGHT_URI;
 inline constexpr char PanelUri[] = TONEWRIGHT_URI "#ui";
@@ -20,7 +20,7 @@ inline constexpr char ModWheelUri[] = TONEWRIGHT_URI "#modWheel";
 
 #undef TONEWRIGHT_URI
 
-/// The vocabulary in which a bundle states its component codes.
+/// The RDF vocabulary with which a bundle states its component codes.
 inline constexpr char ComponentVocabulary[] = "https://tonewright.example/ns/component#";
 
 } // namespace tonewright::effect

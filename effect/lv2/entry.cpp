@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The plug-in library's entry: LV2's C interface to Plugin. No exception may leave it.
+// The entry point of the plug-in's library: LV2's C interface to Plugin. No exception may leave these
+// functions.
 
 #include "Plugin.hpp"
 #include "Uris.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Points and rectangles of the panel, in pixels of its window.
+// Points and rectangles of the panel, in window pixels.
 #pragma once
 
 #include <algorithm>
@@ -44,7 +44,7 @@ struct Rect {
         const double top = std::min(y, other.y);
         return {left, top, std::max(right(), other.right()) - left, std::max(bottom(), other.bottom()) - top};
     }
-    /// Returns the smallest rectangle of whole pixels around this one.
+    /// Returns the smallest rectangle of whole pixels that contains this one.
     [[nodiscard]] Rect snapped() const noexcept {
         const double left = std::floor(x);
         const double top = std::floor(y);

@@ -52,7 +52,7 @@ void layOutSection(Layout& layout, Section section, Rect area) {
     const double pad = 5. * u;
     PanelSection placed{section, area, {area.x + pad, area.y, area.width - 2. * pad, titleHeight}};
     if (content.selector) {
-        // The narrowest sections give the selector a little more than half.
+        // In narrow sections the selector takes a little more than half of the width.
         const double width = std::min(placed.title.width * 0.58, 104. * u);
         layout.controls.push_back(
             {ControlKind::Selector,
@@ -101,7 +101,7 @@ Layout layOut(int width, int height) {
     layout.header = {0., 0., w, 38. * u};
     layOutHeader(layout);
 
-    // Knobs take what they can use, the display the rest.
+    // The rows of knobs get a limited height; the display gets the remaining height.
     const double below = h - layout.header.height - margin;
     const double rowCount = static_cast<double>(rows.size());
     const double rowHeight =
@@ -109,7 +109,8 @@ Layout layOut(int width, int height) {
     const double displayHeight = below - rowCount * (rowHeight + margin) - margin;
     const double meterWidth = 16. * u;
     const double top = layout.header.bottom();
-    // Whole pixels: what moves is redrawn inside these all the time, and must meet its surroundings exactly.
+    // Whole pixels, because these areas are redrawn continuously and must align exactly with their
+    // surroundings.
     layout.inputMeter = Rect{margin, top, meterWidth, displayHeight}.snapped();
     layout.outputMeter = Rect{w - margin - meterWidth, top, meterWidth, displayHeight}.snapped();
     const double gap = std::ceil(0.6 * margin);

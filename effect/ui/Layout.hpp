@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The layout of the panel, for any size of its window. Pure arithmetic.
+// The layout of the panel for any window size. Pure computation.
 #pragma once
 
 #include "Geometry.hpp"
@@ -20,7 +20,7 @@ inline constexpr int MinimumHeight = 260;
 
 enum class ControlKind { PresetMenu, PreviousPreset, NextPreset, Power, Selector, Knob };
 
-/// One item of the panel that can be focused and operated.
+/// An item of the panel that can have the focus and be operated.
 struct PanelControl {
     ControlKind kind = ControlKind::Knob;
     Parameter parameter = Parameter::Drive; ///< for Power, Selector and Knob
@@ -35,7 +35,7 @@ struct PanelSection {
 
 struct Layout {
     Rect window;
-    double unit = 1.; ///< the size of a design pixel
+    double unit = 1.; ///< the size of a design pixel, in window pixels
     Rect header;
     Rect name;
     Rect display;
@@ -44,11 +44,11 @@ struct Layout {
     std::vector<PanelSection> sections;
     std::vector<PanelControl> controls; ///< in the order in which Tab visits them
 
-    /// Returns the control under a point.
+    /// Returns the index of the control at a point, or no value.
     [[nodiscard]] std::optional<std::size_t> controlAt(Point point) const noexcept;
 };
 
-/// Lays the panel out: two rows of sections, or three where the window is narrow and tall.
+/// Lays out the panel, with two rows of sections, or three if the window is narrow and tall.
 [[nodiscard]] Layout layOut(int width, int height);
 
 } // namespace tonewright::effect

@@ -24,7 +24,7 @@ void Menu::open(const Rect& owner, const Rect& window, double unit, std::vector<
     const double height = _rowHeight * static_cast<double>(_rows) + 2. * pad;
     double y = owner.bottom() + 2. * unit;
     if (y + height > window.height - pad) {
-        y = owner.y - 2. * unit - height; // does not fit below
+        y = owner.y - 2. * unit - height; // above the control, if the menu does not fit below
     }
     y = std::clamp(y, pad, std::max(pad, window.height - pad - height));
     const double x = std::clamp(owner.x, pad, std::max(pad, window.width - pad - width));

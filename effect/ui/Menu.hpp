@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A list that opens over the panel: presets, or the values of a selector. It is drawn inside the panel's own
-// window, so it needs nothing from a window manager.
+// A list that opens over the panel, with the presets or the values of a selector. It is drawn in the panel's
+// own window and does not depend on a window manager.
 #pragma once
 
 #include "Geometry.hpp"
@@ -17,7 +17,7 @@ namespace tonewright::effect {
 
 class Menu {
   public:
-    /// Opens below (or above, or over) a control, inside the window.
+    /// Opens the menu below the control `owner`, or above or over it if there is not enough space.
     void open(const Rect& owner, const Rect& window, double unit, std::vector<std::string> items,
               std::optional<std::size_t> current);
     void close() noexcept { _items.clear(); }
@@ -27,9 +27,9 @@ class Menu {
     [[nodiscard]] std::optional<std::size_t> itemAt(Point point) const noexcept;
     [[nodiscard]] std::optional<std::size_t> highlighted() const noexcept { return _highlighted; }
 
-    /// Highlights an item; returns whether that changed anything.
+    /// Sets the highlighted item, and returns whether it has changed.
     bool highlight(std::optional<std::size_t> item) noexcept;
-    /// Moves the highlight by keyboard or wheel, wrapping at the ends.
+    /// Moves the highlight by `by` items, wrapping around at the ends.
     void move(int by) noexcept;
 
     void draw(cairo_t* context) const;

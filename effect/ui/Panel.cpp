@@ -23,7 +23,7 @@ void Panel::resize(int width, int height) {
     _pressed.reset();
     _lastClicked.reset();
     _hover.reset();
-    _layout = layOut(width, height); // the order of controls, and so the focus, stays
+    _layout = layOut(width, height); // the order of the controls is the same, so the focus can stay
     for (std::size_t i = 0; i < _layout.controls.size(); ++i) {
         if (_layout.controls[i].kind == ControlKind::Knob &&
             _layout.controls[i].parameter == Parameter::Cutoff) {
@@ -37,7 +37,7 @@ void Panel::resize(int width, int height) {
 
 void Panel::showValue(Parameter parameter, float value) {
     if (_drag && _layout.controls[_drag->control].parameter == parameter) {
-        return; // a late echo of the user's own change
+        return; // the host may still report the user's earlier changes
     }
     const float inside = sanitised(info(parameter), value);
     if (_values[index(parameter)] != inside) {
@@ -69,7 +69,7 @@ Rect Panel::displayArea() const noexcept {
 
 void Panel::damage(const Rect& rect) {
     Rect whole = rect;
-    // A rectangle that joins two others may then overlap a third.
+    // A united rectangle may overlap others, so the search restarts.
     for (auto other = _damage.begin(); other != _damage.end();) {
         if (other->meets(whole)) {
             whole = whole.united(*other);
@@ -100,7 +100,7 @@ void Panel::damageParameter(Parameter parameter) {
         }
     }
     if (parameter == Parameter::Enabled) {
-        damage(_layout.window); // everything changes brightness
+        damage(_layout.window); // all controls change their brightness
     }
     _signal.invalidate();
 }

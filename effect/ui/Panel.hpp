@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel itself, independent of any window system: what it shows, and its reaction to pointer and keys.
-// One thread, the one on which the host calls its user interfaces.
+// The panel, independent of the window system: its drawing and its reaction to pointer and keys. Used only on
+// the host's user interface thread.
 #pragma once
 
 #include "Geometry.hpp"
@@ -23,14 +23,14 @@
 
 namespace tonewright::effect {
 
-/// The panel's effects on its surroundings.
+/// The calls that the panel makes to its surroundings.
 struct PanelActions {
     std::function<void(Parameter, float)> write;   ///< sets a control of the plug-in
-    std::function<void(Parameter, bool)> touch;    ///< a gesture begins (true) or ends
-    std::function<void()> releaseKeyboard = [] {}; ///< gives the keyboard back to the host
+    std::function<void(Parameter, bool)> touch;    ///< reports that a gesture begins (true) or ends
+    std::function<void()> releaseKeyboard = [] {}; ///< returns the keyboard focus to the host
 };
 
-/// How much less a movement with Shift or Control does.
+/// The factor for movements with Shift or Control held.
 inline constexpr double FineFactor = 0.1;
 
 struct KeyModifiers {
@@ -62,31 +62,31 @@ class Panel {
 
     void resize(int width, int height);
 
-    /// Shows a value that came from the host.
+    /// Shows a value that the host reports.
     void showValue(Parameter parameter, float value);
 
-    /// Shows the plug-in's measurements.
+    /// Shows a display frame from the plug-in.
     void showFrame(const DisplayFrame& frame);
 
-    /// Advances everything that moves.
+    /// Advances all animations.
     void advance(double seconds);
 
-    // Pointer and keyboard. `seconds` is any steady clock, for double clicks.
+    // Pointer and keyboard events. `seconds` is the time of a steady clock, used to detect double clicks.
     void pointerMoved(Point point, KeyModifiers modifiers);
     void pointerPressed(Point point, double seconds);
     void pointerReleased(Point point);
     void pointerLeft();
     void wheel(Point point, int steps, KeyModifiers modifiers);
-    /// Returns whether the key was used.
+    /// Handles a key, and returns whether the panel used it.
     bool key(Key key, KeyModifiers modifiers, std::string_view text);
     void keyboardArrived(bool arrived);
 
-    /// Returns the areas to be redrawn, and forgets them.
+    /// Returns the areas to be redrawn and clears the list.
     [[nodiscard]] std::vector<Rect> takeDamage();
     /// Draws everything that overlaps the rectangle.
     void draw(cairo_t* context, const Rect& part);
 
-    /// Releases everything that belongs to the display, before it closes.
+    /// Releases the resources in the X server. Must be called before the display is closed.
     void displayCloses() noexcept { _signal.forgetBackdrop(); }
 
     [[nodiscard]] const Layout& layout() const noexcept { return _layout; }
@@ -133,14 +133,14 @@ class Panel {
     bool _hasKeyboard = false;
     std::optional<std::size_t> _hover;
     std::optional<Drag> _drag;
-    std::optional<std::size_t> _pressed; // a button that acts on release
+    std::optional<std::size_t> _pressed; // the pressed button, which acts on release
     std::optional<std::size_t> _lastClicked;
     double _lastClickSeconds = -10.;
     Menu _menu;
     std::size_t _menuOwner = 0;
     std::optional<std::string> _edit;
-    std::size_t _lastPreset = 0; // the preset from which the values started
-    std::vector<Rect> _damage;   // not overlapping
+    std::size_t _lastPreset = 0; // the preset last applied or matched
+    std::vector<Rect> _damage;   // areas to be redrawn, which do not overlap
 };
 
 } // namespace tonewright::effect

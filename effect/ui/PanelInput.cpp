@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a control does when it is worked, by whichever hand: its value, its menu, the presets, a typed value.
+// The actions of controls, for pointer and keyboard: changing values, menus, presets, typing values.
 
 #include "Panel.hpp"
 #include "effect/dsp/Presets.hpp"

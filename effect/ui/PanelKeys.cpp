@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the keyboard does to the panel.
+// The panel's handling of key events.
 
 #include "Panel.hpp"
 
@@ -66,7 +66,8 @@ bool Panel::knobKey(Key key, KeyModifiers modifiers, std::string_view text) {
     const PanelControl& control = _layout.controls[*_focus];
     const bool hasValue = control.kind == ControlKind::Knob || control.kind == ControlKind::Selector;
     const ParameterInfo& p = info(control.parameter);
-    const int upwards = control.kind == ControlKind::Selector ? -1 : 1; // a list reads downwards
+    const int upwards =
+        control.kind == ControlKind::Selector ? -1 : 1; // the values of a list increase downwards
     switch (key) {
     case Key::Up:
     case Key::Right:

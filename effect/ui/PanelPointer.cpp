@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the pointer does to the panel.
+// The panel's handling of pointer events.
 
 #include "Panel.hpp"
 
@@ -10,7 +10,7 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr double DragPixels = 180.; // design pixels, for the whole travel
+constexpr double DragPixels = 180.; // design pixels for the whole travel of a knob
 constexpr double WheelStep = 0.02;
 constexpr double DoubleClickSeconds = 0.35;
 
@@ -122,7 +122,7 @@ void Panel::wheel(Point point, int steps, KeyModifiers modifiers) {
                      fromTravel(p, toTravel(p, _values[index(control.parameter)]) + static_cast<float>(by)));
         }
         break;
-    case ControlKind::Selector: // a list reads downwards
+    case ControlKind::Selector: // the values of a list increase downwards
         setValue(control.parameter, _values[index(control.parameter)] - static_cast<float>(steps));
         break;
     case ControlKind::Power:

@@ -14,9 +14,10 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr double FrameSeconds = 0.028;        // thirty frames a second, however often the host calls
+constexpr double FrameSeconds =
+    0.028; // shortest interval between animation steps, however often the host calls `idle`
 constexpr double ViewableCheckSeconds = 0.25; // see checkViewable
-// The connection broke: the window is gone, but the host must go on.
+// Called when the connection to the X server is lost. Prevents Xlib from ending the process.
 void connectionLost(Display*, void* alive) {
     *static_cast<bool*>(alive) = false;
 }
@@ -56,9 +57,10 @@ bool PanelWindow::create(Window parent, double scaleFactor) {
     if (XGetWindowAttributes(display, _parent, &attributes) == 0) {
         return false;
     }
-    // Depth and colours are the screen's, whatever the parent's are: hence all three of them.
+    // Uses the screen's default depth, visual and colormap, which may differ from the parent's. All three
+    // must be set, and the border pixel too.
     XSetWindowAttributes wanted{};
-    wanted.background_pixmap = None; // no flash before the first picture
+    wanted.background_pixmap = None; // avoids a flash before the first drawing
     wanted.border_pixel = 0;
     wanted.colormap = DefaultColormap(display, screen);
     wanted.bit_gravity = NorthWestGravity;
@@ -106,7 +108,7 @@ PanelWindow::~PanelWindow() {
         XDestroyWindow(_display.get(), _window);
     }
     XSync(_display.get(), False);
-    _display.reset(); // inside the scope: closing still reads errors
+    _display.reset(); // closed while `errors` exists, because closing may report errors
 }
 
 void PanelWindow::resize(int width, int height) {
@@ -165,9 +167,9 @@ void PanelWindow::sizeChanged(int width, int height) {
     _panel.resize(width, height);
 }
 
-// X does not tell a window that one of its ancestors was unmapped. While the window seems to be visible it
-// asks four times a second; while it is hidden it asks nothing, because an Expose or VisibilityNotify event
-// arrives when it is shown again.
+// X does not notify a window when one of its ancestors is unmapped. While the window seems to be visible, its
+// state is therefore queried four times a second. No query is needed while it is hidden, because an Expose or
+// VisibilityNotify event arrives when it is shown again.
 void PanelWindow::checkViewable() {
     const double now = steadySeconds();
     if (!isVisible() || now - _lastViewableCheck < ViewableCheckSeconds) {
@@ -176,7 +178,7 @@ void PanelWindow::checkViewable() {
     _lastViewableCheck = now;
     XWindowAttributes attributes{};
     if (XGetWindowAttributes(_display.get(), _window, &attributes) == 0) {
-        return; // the event that says why is on its way
+        return; // the window no longer exists; its DestroyNotify will follow
     }
     _viewable = attributes.map_state == IsViewable;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel's X11 window: its own connection, its events, its drawing. Works inside any window that the host
-// provides, mapped or not; all calls come on the host's user interface thread.
+// The panel's X11 window, with its own connection, event handling and painting. It can be created in any
+// window of the host, mapped or not. Used only on the host's user interface thread.
 #pragma once
 
 #include "Panel.hpp"
@@ -16,26 +16,26 @@
 namespace tonewright::effect {
 
 struct PanelWindowConfig {
-    Window parent = 0;       ///< 0: a window of its own
-    double scaleFactor = 1.; ///< of the natural size
+    Window parent = 0;       ///< 0 for a top-level window
+    double scaleFactor = 1.; ///< applied to the natural size
     PanelActions actions;
 };
 
 class PanelWindow {
   public:
-    /// Opens the window; null if there is no display or the parent is not a window.
+    /// Opens the window, or returns null if there is no display or the parent does not exist.
     [[nodiscard]] static std::unique_ptr<PanelWindow> open(PanelWindowConfig config);
     ~PanelWindow();
     PanelWindow(const PanelWindow&) = delete;
     PanelWindow& operator=(const PanelWindow&) = delete;
 
-    /// Handles the pending events and draws what has changed; false once the window is gone.
+    /// Handles the pending events and repaints changed areas. Returns false if the window no longer exists.
     bool idle();
 
-    /// Returns whether any part of the window is visible.
+    /// Returns whether any part of the window seems to be visible.
     [[nodiscard]] bool isVisible() const noexcept { return _mapped && _viewable && !_obscured; }
 
-    /// Resizes the window as the host requests.
+    /// Resizes the window.
     void resize(int width, int height);
 
     [[nodiscard]] Panel& panel() noexcept { return _panel; }
@@ -75,7 +75,7 @@ class PanelWindow {
     Window _keyboardBefore = 0;
     GC _copyContext = nullptr;
     Surface _windowSurface;
-    Surface _buffer; // the window's contents, stored by the server
+    Surface _buffer; // a pixmap with the window's contents
     int _width = 0;
     int _height = 0;
     bool _alive = false;
@@ -88,7 +88,7 @@ class PanelWindow {
     double _lastAdvance = -1.;
 };
 
-/// Returns the time of a steady clock in seconds, for everything that moves on the panel.
+/// Returns the time of the steady clock in seconds.
 [[nodiscard]] double steadySeconds() noexcept;
 
 } // namespace tonewright::effect

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the X server tells the panel's window: pointer, keys, the keyboard's focus, its place.
+// Handles the X events of the panel's window: pointer, keys, focus, position and size.
 
 #include "PanelWindow.hpp"
 
@@ -60,7 +60,7 @@ constexpr std::array<KeyMeaning, 29> KeyMeanings{{
 } // namespace
 
 void PanelWindow::handle(XEvent& event) {
-    // Only the latest position counts, and it must be handled before the events after it.
+    // Successive motion events are merged. The last one must be handled before any other event.
     if (event.type != MotionNotify) {
         deliverMove();
     }
@@ -87,14 +87,14 @@ void PanelWindow::handleOwn(XEvent& event) {
     case UnmapNotify:
         _mapped = false;
         break;
-    case VisibilityNotify: // sent only to windows that are viewable
+    case VisibilityNotify: // sent only to viewable windows
         _viewable = true;
         _obscured = event.xvisibility.state == VisibilityFullyObscured;
         break;
     case ReparentNotify:
         followParent(event.xreparent.parent);
         break;
-    case DestroyNotify: // by the host, with the parent
+    case DestroyNotify: // destroyed by the host, with the parent
         _alive = false;
         _window = 0;
         break;
@@ -151,7 +151,7 @@ void PanelWindow::handleKey(XKeyEvent& event) {
             return;
         }
     }
-    // With one of these held it is a command to the host or the desktop, not text.
+    // With Control, Alt or Super the key is a command to the host or the desktop, not text.
     const bool isCommand = (event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
     if (length == 1 && text[0] >= ' ' && text[0] < 127 && !isCommand) {
         _panel.key(Key::Character, modifiers, {text.data(), 1});

@@ -13,7 +13,7 @@ namespace {
 
 constexpr float TopDecibels = 0.F;
 constexpr float BottomDecibels = -78.F;
-constexpr float CurveTop = 24.F;     // the filter curve has its own scale, with 0 dB in the middle
+constexpr float CurveTop = 24.F;     // the filter curve has a scale of its own
 constexpr double SpectrumFall = 70.; // decibels per second
 constexpr double MeterFall = 26.;
 constexpr double HoldSeconds = 1.2;
@@ -70,7 +70,7 @@ void drawMeter(cairo_t* context, const Rect& area, std::array<float, 2> levels, 
     const Rect inner = area.inset(gap);
     for (std::size_t c = 0; c < 2; ++c) {
         const double x = inner.x + (width + gap) * static_cast<double>(c);
-        const double top = yOf(levels[c] * 1.2F, inner); // 0 dB at the top, -65 dB at the bottom
+        const double top = yOf(levels[c] * 1.2F, inner); // 0 dB is at the top, -65 dB at the bottom
         if (top < inner.bottom() - 0.5) {
             setColour(context, Cool.mixed(Warm, std::clamp((levels[c] + 24.) / 24., 0., 1.)));
             cairo_rectangle(context, x, top, width, inner.bottom() - top);
@@ -132,7 +132,7 @@ bool SignalView::advance(double seconds) noexcept {
             _changed = meter.fall(seconds) || _changed;
         }
     }
-    // When no more frames arrive (the host stopped) the picture falls to rest.
+    // If no more frames arrive because the host has stopped, the spectrum decays.
     const bool heard = _silentSeconds < 0.3;
     for (std::size_t band = 0; band < SpectrumBands; ++band) {
         const float rest = heard ? _frame.spectrum[band] : SpectrumFloorDecibels;
@@ -245,7 +245,7 @@ void SignalView::draw(cairo_t* context, const Layout& layout, const ParameterVal
     cairo_save(context);
     cairo_rectangle(context, area.x, area.y, area.width, area.height);
     cairo_clip(context);
-    // Good enough for what moves, at half the cost.
+    // Lower quality is sufficient for moving parts and takes half the time.
     cairo_set_antialias(context, CAIRO_ANTIALIAS_FAST);
     cairo_set_tolerance(context, 0.3);
     drawSpectrum(context, area, u);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The live part of the panel: spectrum, filter curve and level meters, with their ballistics.
+// The animated part of the panel: spectrum, filter curve and level meters.
 #pragma once
 
 #include "Layout.hpp"
@@ -15,24 +15,24 @@
 
 namespace tonewright::effect {
 
-/// Turns display frames into a steady picture.
+/// Animates the display from the plug-in's display frames.
 class SignalView {
   public:
-    /// Takes over the plug-in's measurements.
+    /// Stores the measurements of a display frame.
     void push(const DisplayFrame& frame) noexcept;
 
-    /// Advances the animation; returns whether the picture has changed since it was last drawn.
+    /// Advances the animation, and returns whether the view has changed since it was last drawn.
     bool advance(double seconds) noexcept;
 
-    /// Discards what was drawn for another size, or for a display that closes.
+    /// Discards the backdrop. To be called after a change of size and before the display is closed.
     void forgetBackdrop() noexcept { _backdrop.reset(); }
 
-    /// Requests a redraw whatever the signal does.
+    /// Makes the next `advance` return true.
     void invalidate() noexcept { _changed = true; }
 
     void draw(cairo_t* context, const Layout& layout, const ParameterValues& values);
 
-    /// Returns the modulated cutoff; 0 before anything was processed.
+    /// Returns the modulated cutoff, or 0 before the first display frame.
     [[nodiscard]] float cutoffHertz() const noexcept { return _frame.cutoffHertz; }
 
   private:
@@ -59,10 +59,11 @@ class SignalView {
     Spectrum _bands = filled(SpectrumFloorDecibels);
     std::array<Meter, 2> _input;
     std::array<Meter, 2> _output;
-    double _flash = 0.; // of the onset lamp, 1 down to 0
+    double _flash = 0.; // brightness of the onset lamp, falling from 1 to 0
     double _silentSeconds = 0.;
     bool _changed = true;
-    // Everything static, drawn once: rounded corners and text cost more than everything that moves.
+    // All static parts, drawn once, because rounded corners and text take longer to draw than all animated
+    // parts.
     std::unique_ptr<cairo_surface_t, DestroySurface> _backdrop;
 
     [[nodiscard]] static Spectrum filled(float value) noexcept {

@@ -69,7 +69,7 @@ void drawText(cairo_t* context, const Rect& box, std::string text, const TextSty
     if (extents.x_advance > box.width) {
         std::string cut;
         while (!text.empty() && extents.x_advance > box.width) {
-            do { // a complete UTF-8 character
+            do { // removes a whole UTF-8 character
                 text.pop_back();
             } while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U);
             cut = text + "\u2026";

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel's colours and type, and the few drawing functions that everything on it uses.
+// The colours and the text style of the panel, and its basic drawing functions.
 #pragma once
 
 #include "Geometry.hpp"
@@ -20,7 +20,7 @@ struct Colour {
     double alpha = 1.;
 
     [[nodiscard]] constexpr Colour withAlpha(double a) const noexcept { return {red, green, blue, a}; }
-    /// Returns a mixture with another colour, whose share is 0..1.
+    /// Returns a mixture with `other`, whose share is 0..1.
     [[nodiscard]] constexpr Colour mixed(Colour other, double share) const noexcept {
         return {red + share * (other.red - red), green + share * (other.green - green),
                 blue + share * (other.blue - blue), alpha + share * (other.alpha - alpha)};
@@ -31,7 +31,7 @@ struct Colour {
     return {((hex >> 16U) & 0xFFU) / 255., ((hex >> 8U) & 0xFFU) / 255., (hex & 0xFFU) / 255.};
 }
 
-// A slate that fits a light desktop as well as a dark one, with one warm and one cool accent.
+// Slate tones that suit light and dark desktops, with a warm and a cool accent colour.
 inline constexpr Colour Background = rgb(0x2a2e35);
 inline constexpr Colour Surface = rgb(0x343941);
 inline constexpr Colour SurfaceEdge = rgb(0x424852);
@@ -45,7 +45,8 @@ inline constexpr Colour Warm = rgb(0xf2a154);
 inline constexpr Colour Cool = rgb(0x66c3cf);
 inline constexpr Colour Alarm = rgb(0xe8604c);
 
-/// Returns the colour of a section's knobs: warm for what shapes the sound, cool for what follows it.
+/// Returns the colour of a section's knobs: warm for sections that shape the sound, cool for those that
+/// analyse it.
 [[nodiscard]] Colour accentOf(Section section) noexcept;
 [[nodiscard]] const char* titleOf(Section section) noexcept;
 
@@ -64,7 +65,8 @@ void addRoundedRect(cairo_t* context, const Rect& rect, double radius);
 void fillRoundedRect(cairo_t* context, const Rect& rect, double radius, Colour colour);
 void strokeRoundedRect(cairo_t* context, const Rect& rect, double radius, Colour colour, double width);
 
-/// Writes one line into a box, centred vertically; text that does not fit ends in dots.
+/// Draws one line of text into a box, centred vertically. Text that is too wide is shortened and ends in an
+/// ellipsis.
 void drawText(cairo_t* context, const Rect& box, std::string text, const TextStyle& style);
 
 } // namespace tonewright::effect

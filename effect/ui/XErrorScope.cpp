@@ -8,8 +8,9 @@
 namespace tonewright::effect {
 namespace {
 
-// Xlib's handler belongs to the process, and a host may run panels on several threads: the chain of live
-// scopes is guarded by a mutex, which is never held while a host's handler runs.
+// Xlib's error handler is shared by the whole process, and a host may run panels on several threads.
+// Therefore a mutex guards the chain of existing scopes. The mutex is never held while the host's handler
+// runs.
 std::mutex& chainMutex() noexcept {
     static std::mutex mutex;
     return mutex;
@@ -33,7 +34,7 @@ XErrorScope::~XErrorScope() {
         XSetErrorHandler(_previous);
         return;
     }
-    // Another thread's scope outlives this one: remove this one from the middle of the chain.
+    // A later scope of another thread still exists, so this scope is removed from the middle of the chain.
     for (XErrorScope* scope = innermost; scope != nullptr; scope = scope->_outer) {
         if (scope->_outer == this) {
             scope->_outer = _outer;

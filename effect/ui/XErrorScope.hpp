@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// X errors end a program unless they are handled. While a scope exists, errors on the panel's own connection
-// are ignored and those on any other go to the host's handler, which is restored afterwards.
+// Installs an X error handler, because unhandled X errors end the process. While a scope exists, errors on
+// the panel's own connection are ignored. Errors on other connections are passed to the host's handler, which
+// is restored afterwards.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -11,7 +12,7 @@ namespace tonewright::effect {
 
 class XErrorScope {
   public:
-    /// Starts handling errors on a connection. Scopes of one thread may nest.
+    /// Starts ignoring errors on a connection. Scopes may be nested.
     explicit XErrorScope(Display* display) noexcept;
     ~XErrorScope();
     XErrorScope(const XErrorScope&) = delete;

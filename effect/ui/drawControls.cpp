@@ -8,7 +8,8 @@
 namespace tonewright::effect {
 namespace {
 
-constexpr double FirstAngle = 0.75 * std::numbers::pi; // seven o'clock, clockwise to five
+constexpr double FirstAngle =
+    0.75 * std::numbers::pi; // the lower left; knobs turn clockwise to the lower right
 constexpr double Sweep = 1.5 * std::numbers::pi;
 
 double angleOf(double travel) noexcept {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How knobs, selectors and buttons are drawn.
+// Drawing of knobs, selectors and buttons.
 #pragma once
 
 #include "Layout.hpp"
@@ -14,14 +14,14 @@
 
 namespace tonewright::effect {
 
-/// What a control shows besides its place.
+/// The state of a control that affects its drawing.
 struct ControlLook {
     float value = 0.F;
-    std::string text; ///< of its value, or what is being typed
+    std::string text; ///< the text of the value, or the text being typed
     bool focused = false;
     bool hovered = false;
-    bool active = false;             ///< dragged, open or typed into
-    bool enabled = true;             ///< the effect is on
+    bool active = false;             ///< being dragged, pressed or typed into, or its menu is open
+    bool enabled = true;             ///< whether the effect is on
     std::optional<float> modulation; ///< the modulated value, as knob travel
 };
 

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel library's entry: LV2's C interface for user interfaces to PanelWindow. No exception may leave it.
+// The entry point of the panel's library: LV2's C interface for user interfaces to PanelWindow. No exception
+// may leave these functions.
 
 #include "PanelWindow.hpp"
 #include "effect/lv2/DisplayMessage.hpp"
@@ -24,7 +25,7 @@ namespace {
 
 using namespace tonewright::effect;
 
-/// One open panel.
+/// An open panel.
 struct PanelInstance {
     LV2UI_Write_Function writeFunction = nullptr;
     LV2UI_Controller controller = nullptr;
@@ -43,7 +44,7 @@ struct PanelInstance {
         }
     }
 
-    // Requests display frames, repeatedly while the panel is visible.
+    // Requests display frames if the panel is visible and the last request is old enough. Called repeatedly.
     void requestDisplay() {
         const double now = steadySeconds();
         if (urids && window->isVisible() && now - lastRequest >= DisplayRequestSeconds) {
@@ -102,7 +103,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor*, const char* pluginUri, const c
         if (!panel->window) {
             return nullptr;
         }
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes an X window's number as a pointer
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes the ID of an X window as a pointer
         *widget = reinterpret_cast<LV2UI_Widget>(panel->window->window());
         const auto* const resize = static_cast<const LV2UI_Resize*>(feature(LV2_UI__resize));
         if (resize != nullptr && resize->ui_resize != nullptr) {

@@ -26,9 +26,10 @@ namespace {
 
 constexpr std::int64_t Block = 1024;
 constexpr std::int64_t HiddenPackets = 2;
-constexpr std::int64_t WarmBlocks = 24; // for the encoder's rate control; not written
+constexpr std::int64_t WarmBlocks = 24; // for the encoder's rate control; their packets are not written
 
-/// One way to code a loop: bits a second of two channels, and how much more the blocks around the seam get.
+/// One way to encode a loop: the bit rate of two channels, and the factor by which the blocks around the seam
+/// exceed it.
 struct Attempt {
     int bitRate;
     double seamShare;
@@ -41,8 +42,8 @@ constexpr std::array<Attempt, 7> Attempts{{{192000, 1.3},
                                            {256000, 1.3},
                                            {256000, 1.8}}};
 
-// The first attempt is taken whose coding is no worse around the seam than elsewhere, and which stays in
-// bounds.
+// An attempt is accepted if its coding error is no larger around the seam than elsewhere and its peak is
+// within bounds.
 constexpr double AcceptedExcess = 0.0; // decibels
 constexpr double AcceptedPeak = 0.98;
 constexpr std::int64_t AroundSeam = 2000; // frames on either side
@@ -70,13 +71,12 @@ std::string errorText(const char* doing, int code) {
     return std::string(doing) + ": " + text.data();
 }
 
-/// Copies a block of the endless loop, beginning at `start`, into a frame.
+/// Copies a block that begins at `start`, which may lie outside the loop, into a frame; positions wrap.
 void fill(AVFrame& frame, const Pcm& pcm, std::int64_t start) {
     const auto length = static_cast<std::int64_t>(pcm.frames());
     if (length == 0) return;
     for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
-        auto* target =
-            reinterpret_cast<float*>(frame.data[channel]); // planar floats are what the encoder takes
+        auto* target = reinterpret_cast<float*>(frame.data[channel]); // the encoder accepts planar floats
         for (std::int64_t index = 0; index < Block; ++index) {
             const std::int64_t place = (((start + index) % length) + length) % length;
             target[index] = pcm.channels[channel][static_cast<std::size_t>(place)];
@@ -90,15 +90,15 @@ struct Encoded {
     std::string fault;
 };
 
-/// Returns whether the block that begins at `start` reaches into the frames around the seam.
+/// Returns whether the block that begins at `start` overlaps the frames around the seam.
 bool touchesSeam(std::int64_t start, std::int64_t length) {
     const std::int64_t window = 2 * Block;
     return (start < AroundSeam && start + window > -AroundSeam) ||
            (start < length + AroundSeam && start + window > length - AroundSeam);
 }
 
-/// Encodes the loop with some loop before and after it, the blocks around the seam at `seamShare` of the bit
-/// rate.
+/// Encodes the loop preceded by its own end and followed by its own beginning. The blocks around the seam get
+/// `seamShare` times the bit rate.
 Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
     Encoded result;
     const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_AAC);
@@ -119,7 +119,7 @@ Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
     encoder.flags |= AV_CODEC_FLAG_GLOBAL_HEADER | AV_CODEC_FLAG_BITEXACT;
     encoder.thread_count = 1;
     av_channel_layout_default(&encoder.ch_layout, channels);
-    // Noise substitution and intensity stereo keep the impression and give up the wave form.
+    // Noise substitution and intensity stereo sound similar but do not preserve the waveform.
     av_opt_set(encoder.priv_data, "aac_pns", "0", 0);
     av_opt_set(encoder.priv_data, "aac_is", "0", 0);
     if (int code = avcodec_open2(&encoder, codec, nullptr); code < 0) {
@@ -129,7 +129,7 @@ Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
     const auto length = static_cast<std::int64_t>(pcm.frames());
     const std::int64_t first = -(WarmBlocks * Block);
     const std::int64_t end = length + 4 * Block;
-    std::int64_t next = first - encoder.initial_padding; // where the next packet's samples lie in the loop
+    std::int64_t next = first - encoder.initial_padding; // position of the next packet's samples in the loop
     const auto collect = [&]() {
         while (true) {
             Packet packet(av_packet_alloc());
@@ -153,7 +153,8 @@ Encoded encodePackets(const Pcm& pcm, const Attempt& attempt) {
         int code = av_frame_get_buffer(frame.get(), 0);
         if (code >= 0) {
             fill(*frame, pcm, start);
-            // The encoder asks for its rate block by block; the block it will now code begins at `next`.
+            // The encoder reads the bit rate before each block; the block that it encodes next begins at
+            // `next`.
             encoder.bit_rate =
                 touchesSeam(next, length) ? static_cast<std::int64_t>(bitRate * attempt.seamShare) : bitRate;
             code = avcodec_send_frame(&encoder, frame.get());
@@ -183,7 +184,7 @@ std::optional<std::string> writeFile(Encoded& encoded, const std::string& title,
     if (code >= 0) code = avio_open(&container->pb, file.c_str(), AVIO_FLAG_WRITE);
     if (code < 0) return errorText("opening the file for writing", code);
 
-    // The edit list counts in the movie's time scale: only with that of the samples is it exact.
+    // The edit list counts in the movie's time scale, so it is exact only if that is the sample rate.
     AVDictionary* options = nullptr;
     av_dict_set_int(&options, "movie_timescale", encoded.encoder->sample_rate, 0);
     av_dict_set(&options, "movflags", "+faststart", 0);
@@ -201,13 +202,13 @@ std::optional<std::string> writeFile(Encoded& encoded, const std::string& title,
     return std::nullopt;
 }
 
-/// What comes out when the packets are decoded again.
+/// The result of decoding the packets again.
 struct Proof {
-    double seamExcess = 0.0; // decibels by which the error around the seam exceeds that of the rest
+    double seamExcess = 0.0; // decibels by which the error around the seam exceeds the error elsewhere
     double peak = 0.0;
 };
 
-/// Decodes the packets and compares the result with the samples; nothing if they cannot be decoded.
+/// Decodes the packets and compares the result with the samples; returns no value if they cannot be decoded.
 std::optional<Proof> prove(const Encoded& encoded, const Pcm& pcm) {
     const CodecContext decoder(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_AAC)));
     std::unique_ptr<AVCodecParameters, ParameterCloser> parameters(avcodec_parameters_alloc());
@@ -222,7 +223,7 @@ std::optional<Proof> prove(const Encoded& encoded, const Pcm& pcm) {
     for (const Packet& packet : encoded.packets) {
         if (avcodec_send_packet(decoder.get(), packet.get()) < 0) return std::nullopt;
         if (avcodec_receive_frame(decoder.get(), frame.get()) < 0) {
-            return std::nullopt; // this codec answers at once
+            return std::nullopt; // the AAC decoder returns a frame for every packet
         }
         for (std::size_t channel = 0; channel < pcm.channels.size(); ++channel) {
             const auto* samples = reinterpret_cast<const float*>(frame->data[channel]);
@@ -251,8 +252,8 @@ std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
         Encoded encoded = encodePackets(pcm, attempt);
         if (!encoded.fault.empty()) return encoded.fault;
         const std::optional<Proof> proof = prove(encoded, pcm);
-        if (!proof) return "what was encoded cannot be decoded";
-        // A peak out of bounds outweighs any seam.
+        if (!proof) return "the encoded packets cannot be decoded";
+        // A peak above the limit counts more than any error at the seam.
         const double badness =
             std::max(proof->seamExcess, AcceptedExcess) + 1000.0 * std::max(proof->peak - AcceptedPeak, 0.0);
         if (badness < least) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From samples to an m4a file that loops exactly. Any thread; calls do not share anything.
+// Encodes samples as an m4a file that loops exactly. Callable from any thread; calls share nothing.
 #pragma once
 
 #include "loops/synth/Render.hpp"
@@ -12,16 +12,16 @@
 
 namespace tonewright::loops {
 
-/// Writes `pcm` as AAC-LC in an m4a file; returns what went wrong, or nothing.
+/// Writes `pcm` as AAC-LC in an m4a file; returns the reason why not, or no value on success.
 ///
-/// A codec of overlapping blocks knows nothing of what comes before its first sample or after its last, and
-/// is worst there. So the encoder is fed the loop as a circle: its own end before the beginning, its own
-/// beginning after the end. The file keeps two packets from before the beginning for the decoder to start up
-/// with; the edit list hides them and sets the length to the exact frame.
+/// A codec of overlapping blocks knows no samples before the first or after the last one, and its error is
+/// largest there. The encoder is therefore fed the loop as a circle: its end before the beginning, and its
+/// beginning after the end. The file keeps two packets from before the beginning, with which the decoder
+/// starts up; the edit list hides them and sets the length to the exact frame.
 [[nodiscard]] std::optional<std::string> encodeLoop(const Pcm& pcm, const std::string& title,
                                                     const std::filesystem::path& file);
 
-/// Keeps the encoding library's chatter to real errors, for the whole process.
+/// Limits the messages of the encoding library to errors, for the whole process.
 void quietEncoder() noexcept;
 
 } // namespace tonewright::loops

@@ -18,7 +18,7 @@ std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path&
     };
     std::unique_ptr<SNDFILE, Close> opened(sf_open(file.c_str(), SFM_WRITE, &info));
     if (!opened) return sf_strerror(nullptr);
-    // A PEAK chunk holds the time of day: the same recipe would make another file each time.
+    // A PEAK chunk contains the time of day, so the same recipe would produce a different file each time.
     sf_command(opened.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
 
     std::vector<float> interleaved;

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A loop's exact samples as a wav file of 32-bit floats, for tests, benchmarks and ears. Any thread.
+// Writes a loop's exact samples as a wav file of 32-bit floats, for tests, benchmarks and listening. Callable
+// from any thread.
 #pragma once
 
 #include "loops/synth/Render.hpp"
@@ -12,7 +13,7 @@
 
 namespace tonewright::loops {
 
-/// Writes `pcm`; returns what went wrong, or nothing.
+/// Writes `pcm`; returns the reason why not, or no value on success.
 [[nodiscard]] std::optional<std::string> writeWav(const Pcm& pcm, const std::filesystem::path& file);
 
 } // namespace tonewright::loops

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// tonewright-loops: plays recipes and writes loops. Run by the build; see `help` below.
+// tonewright-loops: renders recipes and writes loops. Run by the build; see `help` below.
 
 #include "loops/encode/LoopEncoder.hpp"
 #include "loops/program/WavFile.hpp"
@@ -27,16 +27,16 @@ constexpr std::string_view Help = R"(tonewright-loops - plays recipes and writes
 
   tonewright-loops RECIPE... --out FOLDER    write FOLDER/NAME.m4a for every NAME.loop
   tonewright-loops --wav RECIPE FILE         write the exact samples as a wav file of floats
-  tonewright-loops --check RECIPE...         read the recipes and say what they make
-  tonewright-loops --help                    print this text
+  tonewright-loops --check RECIPE...         read the recipes and print what they contain
+  tonewright-loops --help                    show this text and exit
 
-  --sounds FOLDER    where instruments.sounds and kits.sounds are; else the folder of the first recipe
+  --sounds FOLDER    the folder of instruments.sounds and kits.sounds; default: the folder of the first recipe
 
-Recipes are text; loops/README.md describes them. Without a fault nothing is printed, except by --check.
-The exit status is 0, 1 for a fault in a recipe or file, 2 for a wrong command line.
+Recipes are text; loops/README.md describes them. If all goes well, nothing is printed, except by --check.
+The exit status is 0, 1 for an error in a recipe or file, 2 for a wrong command line.
 )";
 
-/// Reports one sentence on standard error, unbroken even if several threads report.
+/// Reports one sentence on standard error; sentences of several threads do not mix.
 void complain(const std::string& sentence) {
     static std::mutex mutex;
     const std::lock_guard lock(mutex);
@@ -84,7 +84,7 @@ std::optional<Recipe> readRecipe(const fs::path& file, const SoundLibrary& sound
     return std::get<Recipe>(std::move(read));
 }
 
-/// Writes beside the target and renames, so that a build that is interrupted leaves no half loop.
+/// Writes a temporary file and renames it, so that an interrupted build leaves no incomplete loop.
 bool makeLoop(const fs::path& recipeFile, const SoundLibrary& sounds, const fs::path& folder) {
     const std::optional<Recipe> recipe = readRecipe(recipeFile, sounds);
     if (!recipe) return false;
@@ -104,7 +104,7 @@ bool makeLoop(const fs::path& recipeFile, const SoundLibrary& sounds, const fs::
 int makeLoops(const std::vector<fs::path>& recipes, const SoundLibrary& sounds, const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
-    std::atomic<std::size_t> next = 0; // the only thing the workers share: each takes the next recipe alone
+    std::atomic<std::size_t> next = 0; // shared by the workers: the next recipe's index
     std::atomic<bool> allMade = true;
     const auto work = [&] {
         for (std::size_t index = next++; index < recipes.size(); index = next++) {

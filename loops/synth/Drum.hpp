@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The drums: six ways of making a stroke, each a plain struct of numbers. `renderStroke` returns one stroke
-// with its whole tail; it is a pure function of its arguments.
+// The drums: six ways to synthesise a stroke, each with a plain struct of parameters. `renderStroke` is a
+// pure function; it returns one stroke with its whole tail.
 #pragma once
 
 #include "Settings.hpp"
@@ -14,10 +14,10 @@
 
 namespace tonewright::loops {
 
-/// A skin: a sine that falls in pitch, a click, some noise. Bass drums, toms, hand drums.
+/// A drum skin: a sine of falling pitch, a click and some noise. For bass drums, toms and hand drums.
 struct MembranePatch {
-    double pitch = 50;                          // Hz, where the fall ends
-    double fall = 24;                           // semitones above it where the fall begins
+    double pitch = 50;                          // Hz, at the end of the fall
+    double fall = 24;                           // semitones above `pitch` at the start of the fall
     double falltime = 0.06;                     // seconds to -60 dB
     double decay = 0.4;                         // seconds to -60 dB
     double overtone = 0;                        // level of a second mode at 1.59 times the pitch
@@ -25,7 +25,7 @@ struct MembranePatch {
     double drive = 0.2;
 };
 
-/// Wires under a skin: two modes and a band of noise.
+/// A skin with snare wires: two modes and a band of noise.
 struct SnarePatch {
     double pitch = 185, body = 0.6, decay = 0.16;
     double noise = 0.8, noisedecay = 0.22;
@@ -34,53 +34,53 @@ struct SnarePatch {
     double drive = 0.15;
 };
 
-/// Hands: bursts of noise that run into one tail.
+/// Hand claps: bursts of noise that merge into one tail.
 struct ClapPatch {
     double bursts = 3, spacing = 0.011; // seconds
     double decay = 0.2, tone = 1300, reso = 0.4;
 };
 
-/// Sheets of metal: six squares at odd ratios, high-passed, with noise. Hi-hats, cymbals, cowbells.
+/// Metal: six square waves at inharmonic ratios, high-passed, with noise. For hi-hats, cymbals and cowbells.
 struct MetalPatch {
     double pitch = 320, decay = 0.06;
     double noise = 0.4, highpass = 7000;
     double ring = 0;     // level of two clear partials
-    double ringtone = 3; // their place above the pitch
+    double ringtone = 3; // their ratio to the pitch
     double attack = 0.0005;
 };
 
-/// Grains: shaped noise. Shakers, brushes, tambourines, snaps.
+/// Grains: shaped noise. For shakers, brushes, tambourines and finger snaps.
 struct ShakerPatch {
     double attack = 0.012, decay = 0.05;
     double tone = 6000, reso = 0.2, highpass = 2500;
     double jingle = 0; // level of ringing plates
 };
 
-/// Wood and stone: a few short modes. Rims, blocks, claves.
+/// Wood and stone: a few short modes. For rims, blocks and claves.
 struct WoodPatch {
     double pitch = 900, ratio = 1.48, decay = 0.06, click = 0.4;
 };
 
 using DrumPatch = std::variant<MembranePatch, SnarePatch, ClapPatch, MetalPatch, ShakerPatch, WoodPatch>;
 
-/// A member of a kit: its sound and its place in the mix.
+/// A drum of a kit: its sound and its place in the mix.
 struct Drum {
     DrumPatch patch;
     double level = 0; // decibels
     double pan = 0;   // -1 left to 1 right
 };
 
-/// Sets one number of a drum (those of its patch, "level" and "pan"), or returns the reason why not.
+/// Sets one parameter of a drum (of its patch, or "level" or "pan"), or returns the reason why not.
 [[nodiscard]] SettingFault setDrum(Drum& drum, std::string_view name, double value);
 
-/// One stroke: `velocity` from 0 to 1; `gateFrames` is where another stroke chokes it.
+/// One stroke. `velocity` is from 0 to 1; at `gateFrames` another stroke chokes this one.
 struct Stroke {
     double velocity = 0.8;
     std::size_t gateFrames = 0; // 0: never choked
     std::uint64_t seed = 1;
 };
 
-/// Plays one stroke at `rate` frames a second until it has died away; both channels carry the same.
+/// Renders one stroke at `rate` frames per second until it has died away; both channels are equal.
 [[nodiscard]] StereoBuffer renderStroke(const DrumPatch& patch, const Stroke& stroke, double rate);
 
 } // namespace tonewright::loops

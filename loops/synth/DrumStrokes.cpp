@@ -15,7 +15,7 @@ namespace tonewright::loops {
 
 namespace {
 
-/// Collects a stroke's frames and ends it when it has faded or has been choked.
+/// Collects a stroke's frames, and ends the stroke when it has faded or has been choked.
 class StrokeWriter {
   public:
     StrokeWriter(const Stroke& stroke, double seconds, double rate)
@@ -30,7 +30,8 @@ class StrokeWriter {
 
     void write(double value) {
         if (_gate != 0 && _sound.left.size() >= _gate) _choke *= _fall;
-        // The last thirty-second of the time fades to nothing, so that no stroke ends on an edge.
+        // The last thirty-second of the longest duration fades to silence, so that no stroke ends with a
+        // click.
         const auto left = static_cast<double>(_most - _sound.left.size());
         const double fade = std::min(1.0, left * 32.0 / static_cast<double>(_most));
         _sound.left.push_back(value * _velocity * _choke * fade);
@@ -78,7 +79,7 @@ StereoBuffer render(const MembranePatch& patch, const Stroke& stroke, double rat
     double hertz = 0.0;
     for (std::size_t frame = 0; writer.goesOn(); ++frame) {
         if (frame % 4 == 0) hertz = patch.pitch * powerOfTwo(fall / 12.0);
-        const double rise = std::min(1.0, static_cast<double>(frame) / 24.0); // half a millisecond: no edge
+        const double rise = std::min(1.0, static_cast<double>(frame) / 24.0); // 0.5 ms: prevents a click
         double value = body * turned(phase, hertz / rate) + overtone * turned(phase2, hertz * 1.59 / rate);
         value += 2.5 * tone.step((click + noise) * random.signedUnit(), tuning).band;
         value = saturate(value * push) / (0.6 + 0.4 * push);

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The effects of a track. Each takes a whole loop and returns a whole loop: its state at the end is its state
-// at the start, and every oscillation has a whole number of periods in the loop. Pure functions of their
-// arguments.
+// The effects of a track. Each processes a whole loop as a circle: its state at the end equals its state at
+// the start, and every oscillation has a whole number of periods in the loop. Pure functions.
 #pragma once
 
 #include "Settings.hpp"
@@ -17,17 +16,17 @@
 
 namespace tonewright::loops {
 
-/// Overdrive, level kept.
+/// Overdrive at a constant level.
 struct Drive {
     double amount = 0.4; // 0 to 3
-    double tone = 9000;  // Hz, of the low-pass after it
+    double tone = 9000;  // Hz, cutoff of the low-pass filter after the overdrive
     double mix = 1;
 };
 
-/// A filter that may travel between two cutoffs. Modes: 0 low-pass, 1 band-pass, 2 high-pass.
+/// A filter whose cutoff can move between two frequencies. Modes: 0 low-pass, 1 band-pass, 2 high-pass.
 struct Sweep {
     double mode = 0;
-    double cutoff = 1000, to = 0; // Hz; `to` of 0 stands still
+    double cutoff = 1000, to = 0; // Hz; a `to` of 0 means no movement
     double reso = 0.2;
     double cycles = 1; // per loop
     double shape = 0;  // 0 sine, 1 rising saw, 2 falling saw, 3 triangle
@@ -48,45 +47,45 @@ struct Phaser {
     double mix = 0.5;
 };
 
-/// Swells of level, or of place.
+/// Periodic changes of level or of panning.
 struct Tremolo {
     double cycles = 16; // per loop
     double depth = 0.5;
-    double pan = 0; // 1: left and right in turn
+    double pan = 0; // 1: alternates between left and right
 };
 
-/// Repeats; `steps` counts sixteenths.
+/// An echo. `steps` is its delay in sixteenths.
 struct Echo {
     double steps = 3;
     double feedback = 0.4;
     double mix = 0.3;
     double tone = 3500; // Hz
-    double cross = 1;   // how far repeats change sides
+    double cross = 1;   // how much repeats alternate between the sides, 0 to 1
 };
 
-/// Fewer bits, fewer samples.
+/// Reduces the bit depth and the sample rate.
 struct Crush {
     double bits = 8;
     double hold = 4; // frames
     double mix = 1;
 };
 
-/// Makes room for every stroke of the bass drum.
+/// Lowers the level at every stroke of the bass drum.
 struct Duck {
     double depth = 0.6;
-    double time = 0.28; // seconds until all is back
+    double time = 0.28; // seconds until the level has recovered
 };
 
-/// Scatters the loop into short grains of itself.
+/// Replaces part of the loop by short grains taken from it.
 struct Grains {
     double density = 24; // per second
     double size = 0.18;  // seconds
-    double shift = 12;   // semitones up for some of them
-    double share = 0.3;  // how many are shifted
+    double shift = 12;   // semitones by which some grains are raised
+    double share = 0.3;  // fraction of the grains that are raised
     double mix = 0.6;
 };
 
-/// Cuts holes: sixteenths of the track that are heard.
+/// Mutes some sixteenths of the track.
 struct Chop {
     std::vector<bool> open;
     double depth = 1;
@@ -100,22 +99,22 @@ struct Tone {
 
 using Effect = std::variant<Drive, Sweep, Chorus, Phaser, Tremolo, Echo, Crush, Duck, Grains, Chop, Tone>;
 
-/// Returns the named effect with its usual numbers, or nothing.
+/// Returns the named effect with its default parameters, or no value.
 [[nodiscard]] std::optional<Effect> effectNamed(std::string_view name);
 
-/// Returns all names of effects, separated by commas.
+/// Returns the names of all effects, separated by commas.
 [[nodiscard]] std::string effectNames();
 
-/// Sets one number of an effect, or returns the reason why not.
+/// Sets one parameter of an effect, or returns the reason why not.
 [[nodiscard]] SettingFault setEffect(Effect& effect, std::string_view name, double value);
 
-/// A stroke that others make room for.
+/// A stroke of the bass drum, at which `Duck` lowers the level.
 struct Kick {
     std::size_t frame = 0;
     double velocity = 1.0;
 };
 
-/// What effects know of the loop they work on.
+/// Properties of the loop that effects need.
 struct EffectContext {
     double rate = 44100;    // Hz
     double sixteenths = 64; // in the loop
@@ -129,15 +128,15 @@ void applyEffect(StereoBuffer& loop, const Effect& effect, const EffectContext& 
 /// The reverb that all tracks send to.
 struct Room {
     double decay = 1.4;      // seconds to -60 dB
-    double damp = 5500;      // Hz above which it dies sooner
+    double damp = 5500;      // Hz; frequencies above decay faster
     double predelay = 0.012; // seconds
-    double size = 1;         // of its delay lines
+    double size = 1;         // scales the delay lines
 };
 
-/// Sets one number of the room, or returns the reason why not.
+/// Sets one parameter of the room, or returns the reason why not.
 [[nodiscard]] SettingFault setRoom(Room& room, std::string_view name, double value);
 
-/// Replaces the sound sent into the room by the reverb that it returns.
+/// Replaces the sound that was sent to the room by the room's reverb.
 void applyRoom(StereoBuffer& loop, const Room& room, double rate);
 
 } // namespace tonewright::loops

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What each effect does to a loop.
+// The signal processing of each effect.
 
 #include "Effect.hpp"
 #include "ExactMath.hpp"
@@ -17,14 +17,15 @@ namespace tonewright::loops {
 namespace {
 
 double wholeCycles(double cycles) {
-    return std::max(1.0, std::floor(cycles + 0.5)); // anything else would break at the seam
+    return std::max(1.0, std::floor(cycles + 0.5)); // a fraction of a cycle would click at the seam
 }
 
 double placeIn(const StereoBuffer& loop, std::size_t frame) {
     return static_cast<double>(frame) / static_cast<double>(loop.frames());
 }
 
-/// Reads between frames, round the loop; `position` may lie up to one loop before its beginning.
+/// Interpolates between frames and wraps around the loop; `position` may lie up to one loop before its
+/// beginning.
 double readAround(const std::vector<double>& channel, double position) {
     const double length = static_cast<double>(channel.size());
     position -= std::floor(position / length) * length;
@@ -52,7 +53,7 @@ void apply(StereoBuffer& loop, const Drive& drive, const EffectContext& context)
 double travel(double shape, double phase) {
     switch (static_cast<int>(shape)) {
     case 1:
-        // A saw's jump is spread over a fiftieth of its cycle.
+        // The jump of the saw takes a fiftieth of its cycle, so that it does not click.
         return phase < 0.98 ? phase / 0.98 : (1.0 - phase) / 0.02;
     case 2:
         return phase < 0.02 ? phase / 0.02 : (1.0 - phase) / 0.98;
@@ -163,14 +164,14 @@ void apply(StereoBuffer& loop, const Echo& echo, const EffectContext& context) {
     std::vector<StereoFrame> line(frames);
     std::array<Smoother, 2> tone{Smoother(echo.tone, context.rate), Smoother(echo.tone, context.rate)};
     std::size_t at = 0;
-    // Until repeats have fallen by 100 dB nothing is kept.
+    // Discards the output until repeats from before the start have fallen by 100 dB.
     double rounds = 2.0;
     for (double level = 1.0; level > 1e-5 && rounds < 120.0; level *= echo.feedback) rounds += 1.0;
     runAround(loop, static_cast<std::size_t>(rounds) * frames, [&](StereoFrame in, std::size_t) {
         const StereoFrame wet = line[at];
         const StereoFrame turned{wet.right * echo.cross + wet.left * (1.0 - echo.cross),
                                  wet.left * echo.cross + wet.right * (1.0 - echo.cross)};
-        // With crossing repeats the first goes to the left, so that they answer each other.
+        // With crossing repeats, the first repeat goes to the left and the next ones alternate.
         const double middle = 0.5 * (in.left + in.right);
         const StereoFrame sent{in.left + echo.cross * (middle - in.left), in.right * (1.0 - echo.cross)};
         line[at] = {tone[0].step(sent.left + turned.left * echo.feedback),
@@ -194,7 +195,7 @@ void apply(StereoBuffer& loop, const Crush& crush, const EffectContext&) {
 
 void apply(StereoBuffer& loop, const Duck& duck, const EffectContext& context) {
     std::vector<double> dip(loop.frames());
-    const auto lead = static_cast<std::size_t>(0.004 * context.rate); // gets out of the way just before
+    const auto lead = static_cast<std::size_t>(0.004 * context.rate); // starts just before the stroke
     const auto length = static_cast<std::size_t>(duck.time * context.rate);
     for (const Kick& kick : context.kicks) {
         const std::size_t start = (kick.frame + loop.frames() - lead % loop.frames()) % loop.frames();
@@ -242,7 +243,7 @@ void apply(StereoBuffer& loop, const Grains& grains, const EffectContext& contex
 
 void apply(StereoBuffer& loop, const Chop& chop, const EffectContext& context) {
     if (chop.open.empty()) return;
-    const double ease = 1.0 / (0.005 * context.rate); // gates open and close within five milliseconds
+    const double ease = 1.0 / (0.005 * context.rate); // the gain opens or closes within five milliseconds
     double gain = 1.0;
     runAround(loop, 8192, [&](StereoFrame in, std::size_t frame) {
         const auto step = static_cast<std::size_t>(placeIn(loop, frame) * context.sixteenths);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An attack-decay-sustain-release envelope with exponential decay and release. A value; not shared by
+// An attack-decay-sustain-release envelope with exponential decay and release. A value, not shared between
 // threads.
 #pragma once
 
@@ -12,7 +12,7 @@
 
 namespace tonewright::loops {
 
-/// Times in seconds (decay and release to -60 dB), sustain from 0 to 1.
+/// Times in seconds (decay and release: time to fall by 60 dB); sustain from 0 to 1.
 struct EnvelopeTimes {
     double attack = 0.003;
     double decay = 0.3;
@@ -46,7 +46,7 @@ class Envelope {
         return _value;
     }
 
-    /// Returns whether nothing more is to be heard.
+    /// Returns whether the rest of the envelope is inaudible.
     [[nodiscard]] bool ended() const noexcept {
         return _value < 1e-4 && (_frame > _gateFrames || (!_rising && _sustain < 1e-4));
     }

@@ -18,7 +18,7 @@ double sineOfTurns(double turns) noexcept {
     }
     const double angle = x * (2.0 * Pi);
     const double square = angle * angle;
-    // The Taylor series as one nest; its first omitted term is below 1e-15 at a right angle.
+    // The Taylor series in nested form; the first omitted term is below 1e-15 at a right angle.
     double sum = 1.0;
     for (int order = 18; order >= 2; order -= 2) {
         sum = 1.0 - square / static_cast<double>(order * (order + 1)) * sum;
@@ -83,7 +83,7 @@ double decayFactor(double seconds, double rate) noexcept {
     if (!(seconds * rate > 1.0)) {
         return 0.0;
     }
-    return powerOfTwo(-9.96578428466208704576 / (seconds * rate)); // 60 dB is a factor of 1000, 2^9.9658
+    return powerOfTwo(-9.96578428466208704576 / (seconds * rate)); // 60 dB is a factor of 1000 = 2^9.9658
 }
 
 double saturate(double value) noexcept {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The filters of voices and effects: a two-pole state-variable filter solved without a delay in its loop
-// (trapezoidal integration), a one-pole smoother and a DC blocker. Values, one per channel; not shared by
-// threads.
+// The filters of instruments and effects: a two-pole state-variable filter without a unit delay in its
+// feedback (trapezoidal integration), a one-pole smoother and a DC blocker. Each channel has a filter of its
+// own. Values, not shared between threads.
 #pragma once
 
 #include "ExactMath.hpp"
@@ -20,7 +20,8 @@ struct FilterTuning {
 
     FilterTuning() = default;
 
-    /// Tunes to `cutoff` Hz; `resonance` from 0 (damped, Butterworth) to 1 (on the edge of ringing for ever).
+    /// Sets the filter to `cutoff` Hz; `resonance` ranges from 0 (Butterworth) to 1 (almost
+    /// self-oscillating).
     FilterTuning(double cutoff, double resonance, double rate) {
         const double turns = std::clamp(cutoff, 10.0, 0.46 * rate) / rate * 0.5;
         g = sineOfTurns(turns) / cosineOfTurns(turns);
@@ -31,14 +32,14 @@ struct FilterTuning {
 /// The outputs of a state-variable filter for one frame.
 struct FilterOutputs {
     double low = 0.0;
-    double band = 0.0; // scaled so that the centre passes at the damping's gain
+    double band = 0.0; // gain at the centre: 1 / FilterTuning::k
     double high = 0.0;
 };
 
 /// The state of one channel.
 class StateVariableFilter {
   public:
-    /// Takes one frame through the filter.
+    /// Processes one frame.
     FilterOutputs step(double input, const FilterTuning& tuning) noexcept {
         const double high =
             (input - (tuning.k + tuning.g) * _first - _second) / (1.0 + tuning.g * (tuning.g + tuning.k));

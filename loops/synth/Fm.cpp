@@ -17,7 +17,7 @@ double wrapped(double phase) {
     return phase - std::floor(phase);
 }
 
-/// One side of the sound: a carrier that two modulators push about.
+/// One stereo side of the sound: a carrier and its two modulators.
 struct Operators {
     double carrier = 0.0;
     double first = 0.0;
@@ -45,7 +45,7 @@ StereoBuffer renderFm(const FmPatch& patch, const Note& note, double rate) {
     const double fall = decayFactor(patch.indexdecay, rate);
     const double fall2 = decayFactor(patch.index2decay, rate);
     const double firmness = 1.0 - patch.touch * (1.0 - note.velocity);
-    // High notes keep their indices low, or their side bands would fold back from the top of the spectrum.
+    // The indices are lower for high notes, because their side bands would otherwise alias.
     const double height = std::min(1.0, powerOfTwo((72.0 - note.note) / 24.0));
     double index = patch.index * firmness;
     double index2 = patch.index2 * firmness;

@@ -136,7 +136,7 @@ int noteOfRoot(const Key& key, const Chord& chord, int degree, int octave) {
     const int octaves = floorDivided(degree - 1, 7);
     const int step = degree - 1 - octaves * 7;
     int interval = Plain[static_cast<std::size_t>(step)];
-    // The key's own tones that lie where a second, third, ... above the root lies.
+    // Prefers the tone of the key that is this degree above the chord's root.
     for (const int tone : key.scale) {
         const int above = within12(tone + key.root - chord.root);
         constexpr std::array<int, 7> Low{0, 1, 3, 5, 6, 8, 10};
@@ -215,7 +215,7 @@ std::vector<int> voiced(const Chord& chord, Voicing voicing, int voices, double 
             for (std::size_t index = 0; index < std::min(size, before.size()); ++index) {
                 cost += std::fabs(static_cast<double>(notes[index] - before[index])) * 0.8;
             }
-            // A semitone at the bottom of a chord is mud.
+            // A semitone at the bottom of a chord sounds muddy.
             if (size >= 2 && notes[1] - notes[0] == 1) cost += 5.0;
             if (cost < bestCost) {
                 bestCost = cost;

@@ -31,8 +31,8 @@ double tangent(double hertz, double rate) {
     return sineOfTurns(hertz / rate * 0.5) / cosineOfTurns(hertz / rate * 0.5);
 }
 
-// The two stages of the weighting as analogue prototypes with the constants that give the standard's
-// coefficients at 48 kHz, so that they hold at other rates.
+// The two stages of the weighting. Their analogue prototypes give the coefficients of BS.1770 at 48 kHz, and
+// the same response at other rates.
 Biquad headShelf(double rate) {
     const double k = tangent(1681.974450955533, rate);
     const double q = 0.7071752369554196;
@@ -50,7 +50,7 @@ Biquad earHighPass(double rate) {
     return {1.0, -2.0, 1.0, 2.0 * (k * k - 1.0) / a0, (1.0 - k / q + k * k) / a0};
 }
 
-/// The weighted power of every frame, both sides summed.
+/// Returns the weighted power of every frame, summed over both channels.
 std::vector<double> weightedPower(const StereoBuffer& loop, double rate) {
     std::array<Biquad, 2> shelves{headShelf(rate), headShelf(rate)};
     std::array<Biquad, 2> passes{earHighPass(rate), earHighPass(rate)};
@@ -106,7 +106,7 @@ void limitPeaks(StereoBuffer& loop, double ceiling, double rate) {
     const std::size_t length = loop.frames();
     if (length == 0) return;
     const auto ahead = static_cast<std::size_t>(0.0015 * rate);
-    // The gain that each frame needs, then the least of it within `ahead` on either side, ...
+    // Computes the gain that each frame needs, and takes the minimum within `ahead` frames on either side.
     std::vector<double> needed(length);
     for (std::size_t frame = 0; frame < length; ++frame) {
         const double peak = std::max(std::fabs(loop.left[frame]), std::fabs(loop.right[frame]));
@@ -120,15 +120,15 @@ void limitPeaks(StereoBuffer& loop, double ceiling, double rate) {
             here = std::min(here, needed[frame]);
         }
     }
-    // ... then let go slowly (twice round, so that the end knows the beginning), ...
+    // Lets the gain recover slowly, over two rounds, so that the end of the loop continues into its
+    // beginning.
     const double recovery = 1.0 - decayFactor(0.12, rate);
     double gain = 1.0;
     for (std::size_t frame = 0; frame < 2 * length; ++frame) {
         gain = std::min(held[frame % length], gain + (1.0 - gain) * recovery);
         if (frame >= length) held[frame - length] = gain;
     }
-    // ... then averaged over the same stretch, so that it moves without an edge and is low enough at the
-    // peak.
+    // Averages the gain over the same window, so that it changes smoothly and is low enough at the peak.
     const double share = 1.0 / static_cast<double>(2 * ahead + 1);
     double sum = 0.0;
     for (std::size_t offset = 0; offset < 2 * ahead; ++offset) {

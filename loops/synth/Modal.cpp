@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Struck bars, bells, bowls and tines: a handful of partials, each dying at its own pace.
+// Struck bars, bells, bowls and tines: a few partials, each with its own decay time.
 
 #include "Envelope.hpp"
 #include "Filter.hpp"
@@ -22,8 +22,8 @@ struct Material {
     std::array<double, ModeCount> levels;
 };
 
-// Ratios of the partials: free bars (tuned by undercutting as instrument makers do), a minor-third bell, a
-// bowl whose partials grow with the square of their number, and a thin tine clamped at one end.
+// Frequency ratios of the partials: free bars (tuned by undercutting, as instrument makers do), a minor-third
+// bell, a bowl whose partials grow with the square of their number, and a thin tine clamped at one end.
 constexpr std::array<Material, 6> Materials{{
     {{1, 3.99, 9.93, 17.1, 24.6, 0, 0}, {1, .35, .16, .07, .03, 0, 0}},
     {{1, 2.756, 5.404, 8.933, 13.34, 18.64, 0}, {1, .6, .35, .2, .1, .05, 0}},
@@ -51,7 +51,7 @@ StereoBuffer renderModal(const ModalPatch& patch, const Note& note, double rate)
     std::array<Mode, ModeCount> modes;
     std::size_t count = 0;
     double longest = 0.0;
-    // A soft or low blow excites fewer partials.
+    // A soft or low stroke excites fewer partials.
     const double firmness = std::clamp(patch.hardness * (0.4 + 0.8 * note.velocity), 0.02, 1.5);
     for (std::size_t index = 0; index < ModeCount; ++index) {
         const double hertz = frequency * material.ratios[index];

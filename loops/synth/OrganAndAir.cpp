@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Two plain sources: an organ of nine drawbars, and noise with a pitch.
+// Two simple instruments: an organ with nine drawbars, and noise with a pitch.
 
 #include "Envelope.hpp"
 #include "Filter.hpp"

@@ -19,7 +19,7 @@ bool isBlank(char letter) {
     return letter == ' ' || letter == '\t';
 }
 
-/// Reads one degree off the front of `text`.
+/// Reads one degree and removes it from the front of `text`.
 std::optional<Cell::Degree> readDegree(std::string_view& text) {
     Cell::Degree degree;
     while (!text.empty() && (text.front() == 'b' || text.front() == '#')) {
@@ -111,7 +111,7 @@ Parsed<std::vector<Hit>> hitsOf(std::string_view text) {
             break;
         default:
             return PartFault{quoted(std::string_view(&letter, 1)) +
-                             " is no drum stroke; there are X, x, o, r, t and ."};
+                             " is not a drum stroke; the strokes are X, x, o, r, t and ."};
         }
     }
     if (hits.empty()) return PartFault{"a drum row needs at least one step"};
@@ -143,7 +143,7 @@ Parsed<std::vector<Cell>> chordCellsOf(std::string_view text) {
             break;
         default:
             return PartFault{quoted(std::string_view(&letter, 1)) +
-                             " is no chord step; there are X, x, o, s, - and ."};
+                             " is not a chord step; the steps are X, x, o, s, - and ."};
         }
         cells.push_back(std::move(cell));
     }
@@ -157,7 +157,7 @@ Parsed<std::vector<Cell>> noteCellsOf(std::string_view text) {
         if (word == "|") continue;
         std::optional<Cell> cell = cellOf(word);
         if (!cell) {
-            return PartFault{quoted(word) + " is no note; notes look like 5, b3, 8', 1+3+5, ~2, - or ."};
+            return PartFault{quoted(word) + " is not a note; notes look like 5, b3, 8', 1+3+5, ~2, - or ."};
         }
         cells.push_back(std::move(*cell));
     }
@@ -182,7 +182,7 @@ Parsed<std::vector<std::vector<Chord>>> chordBarsOf(std::string_view text) {
             bars.back().push_back(*chord);
         }
     }
-    if (bars.back().empty()) bars.pop_back(); // a closing bar line is no bar
+    if (bars.back().empty()) bars.pop_back(); // a bar line at the end begins no bar
     if (bars.empty()) return PartFault{"no chord"};
     return bars;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reads the music inside a recipe's lines: steps of drum rows, notes of melodies, step lengths, chords.
-// Pure; any thread.
+// Parses the music within a recipe's lines: drum steps, notes, step lengths and chords. Pure functions,
+// callable from any thread.
 #pragma once
 
 #include "Recipe.hpp"
@@ -16,7 +16,7 @@
 
 namespace tonewright::loops {
 
-/// What is wrong with a piece of text: one clause.
+/// Describes an error in a piece of text, in one clause.
 struct PartFault {
     std::string message;
 };
@@ -24,7 +24,7 @@ struct PartFault {
 template <typename Value>
 using Parsed = std::variant<Value, PartFault>;
 
-/// Appends what was parsed to `into`, or returns what is wrong with it.
+/// Appends the parsed items to `into`, or returns the parser's error message.
 template <typename Item>
 [[nodiscard]] std::string appendTo(std::vector<Item>& into, Parsed<std::vector<Item>> parsed) {
     if (const auto* fault = std::get_if<PartFault>(&parsed)) return fault->message;
@@ -34,22 +34,21 @@ template <typename Item>
     return {};
 }
 
-/// Reads a step length, "1/16" or "1/8t" (a triplet), as ticks.
+/// Reads a step length, "1/16" or "1/8t" (a triplet), and returns it in ticks.
 [[nodiscard]] std::optional<int> gridOf(std::string_view text);
 
-/// Reads a drum row: X accent, x stroke, o soft, r two strokes, t three, . nothing; blanks and bars do not
-/// count.
+/// Reads the steps of a drum: X accent, x stroke, o soft, r two strokes, t three strokes, . nothing. Blanks
+/// and bar lines are skipped.
 [[nodiscard]] Parsed<std::vector<Hit>> hitsOf(std::string_view text);
 
-/// Reads the rhythm of a chordal part: X, x, o, "-" held, "." rest, "s" short.
+/// Reads the rhythm of a chordal part: X loud, x normal, o soft, "s" short, "-" held, "." rest.
 [[nodiscard]] Parsed<std::vector<Cell>> chordCellsOf(std::string_view text);
 
-/// Reads notes separated by blanks: "5", "b3", "8'", "1+3+5", "~5" slides, "-" holds, "." rests; then "!"
-/// loud,
-/// "?" soft, "*" short.
+/// Reads notes separated by blanks: "5", "b3", "8'", "1+3+5"; "~5" slides, "-" holds, "." rests. A note may
+/// end in "!" (loud), "?" (soft) or "*" (short).
 [[nodiscard]] Parsed<std::vector<Cell>> noteCellsOf(std::string_view text);
 
-/// Reads bars of chords separated by "|"; "%" repeats the bar before. Gives one list of chords per bar.
+/// Reads bars separated by "|", where "%" repeats the previous bar. Returns one list of chords per bar.
 [[nodiscard]] Parsed<std::vector<std::vector<Chord>>> chordBarsOf(std::string_view text);
 
 } // namespace tonewright::loops

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The pitch of a note over time: its slides and its vibrato, read once per control period.
+// The pitch of a note over time (its slides and vibrato), updated once per control period.
 #pragma once
 
 #include "ExactMath.hpp"
@@ -11,16 +11,16 @@
 
 namespace tonewright::loops {
 
-/// Frames between two readings of slowly moving values.
+/// Frames between two updates of slowly changing values.
 inline constexpr std::size_t ControlFrames = 16;
 
-/// The longest a single note may ring, in seconds; a guard against patches that never fall silent.
+/// The longest duration of a note in seconds, in case a patch never becomes silent.
 inline constexpr double LongestNoteSeconds = 40.0;
 
 struct Vibrato {
     double cents = 0.0;
     double rate = 5.0;         // Hz
-    double delaySeconds = 0.0; // until it sets in, over as long again
+    double delaySeconds = 0.0; // until the vibrato begins; it then takes as long again to reach full depth
 };
 
 class PitchPath {
@@ -34,7 +34,7 @@ class PitchPath {
         , _vibrato(vibrato)
         , _rate(rate) {}
 
-    /// Returns the MIDI note number at `frame`; frames must not go backwards.
+    /// Returns the MIDI note number at `frame`; `frame` must not decrease from call to call.
     double noteAt(std::size_t frame) noexcept {
         while (_next < _slides->size() && (*_slides)[_next].frame <= frame) {
             _from = _current;

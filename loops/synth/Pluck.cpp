@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Plucked strings: a burst of noise runs round a delay line of one period and loses a little at every round.
+// Plucked strings: a burst of noise circulates in a delay line of one period and loses some energy in each
+// round.
 
 #include "Envelope.hpp"
 #include "Filter.hpp"
@@ -15,10 +16,10 @@ namespace tonewright::loops {
 StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate) {
     Random random(note.seed);
     PitchPath pitch(note, patch.glide, {}, rate);
-    std::vector<double> line(static_cast<std::size_t>(rate / 20.0) +
-                             8); // deep enough for every note there is
+    std::vector<double> line(static_cast<std::size_t>(rate / 20.0) + 8); // long enough for any note
 
-    // The pick: noise, softer for soft notes, notched where the pick touches the string.
+    // The pick: noise with less treble for soft notes and a notch that depends on where the pick touches the
+    // string.
     const double frequency = frequencyOfNote(note.note);
     const auto period = static_cast<std::size_t>(rate / frequency);
     Smoother hardness(patch.pick * (0.4 + 0.6 * note.velocity), rate);
@@ -39,7 +40,7 @@ StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate)
     const auto notch =
         std::max<std::size_t>(1, static_cast<std::size_t>(patch.position * static_cast<double>(period)));
 
-    const double blend = 0.5 + 0.5 * patch.bright; // of the two-point average in the loop
+    const double blend = 0.5 + 0.5 * patch.bright; // first weight of the two-point average in the feedback
     Envelope held({0.0, 1.0, 1.0, patch.release}, note.gateFrames, rate);
     StateVariableFilter body;
     const FilterTuning bodyTuning(patch.bodytone, 0.7, rate);
@@ -56,7 +57,7 @@ StereoBuffer renderPluck(const PluckPatch& patch, const Note& note, double rate)
     for (std::size_t frame = 0; frame < most && !held.ended(); ++frame) {
         if (frame % ControlFrames == 0) {
             const double now = frequencyOfNote(pitch.noteAt(frame));
-            const double wanted = rate / now - (1.0 - blend); // the average itself delays by its second share
+            const double wanted = rate / now - (1.0 - blend); // the average delays by its second weight
             delay = std::min(static_cast<std::size_t>(wanted - 0.3), line.size() - 2);
             const double rest = wanted - static_cast<double>(delay);
             allpass = (1.0 - rest) / (1.0 + rest);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Repeatable randomness: the same seed gives the same numbers on every machine, integers and fractions alike.
+// Reproducible random numbers: a seed gives the same numbers, integers and fractions, on every machine.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace tonewright::loops {
 
-/// Mixes text into a seed (FNV-1a, 64 bits), so that every track and row has a stream of its own.
+/// Mixes text into a seed (FNV-1a, 64 bits), so that every track and row has a random stream of its own.
 [[nodiscard]] constexpr std::uint64_t seedFrom(std::string_view text,
                                                std::uint64_t seed = 14695981039346656037ULL) noexcept {
     for (const char letter : text) {
@@ -18,7 +18,7 @@ namespace tonewright::loops {
     return seed;
 }
 
-/// A stream of random numbers (SplitMix64). A value; not shared between threads.
+/// A stream of random numbers (SplitMix64). A value, not shared between threads.
 class Random {
   public:
     explicit constexpr Random(std::uint64_t seed) noexcept
@@ -33,10 +33,10 @@ class Random {
         return mixed ^ (mixed >> 31U);
     }
 
-    /// Returns a number from 0 up to, not including, 1.
+    /// Returns a number in [0, 1).
     constexpr double unit() noexcept { return static_cast<double>(bits() >> 11U) * 0x1p-53; }
 
-    /// Returns a number from -1 up to, not including, 1: one frame of white noise.
+    /// Returns a number in [-1, 1), as one frame of white noise.
     constexpr double signedUnit() noexcept { return unit() * 2.0 - 1.0; }
 
   private:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A recipe: all that makes a loop, as values. `parseRecipe` reads one from text; loops/README.md
-// describes the format. Times inside are ticks, 960 to the quarter note.
+// A recipe: a complete description of a loop, as plain values. `parseRecipe` reads one from text;
+// loops/README.md describes the format. Times are in ticks, 960 per quarter note.
 #pragma once
 
 #include "Drum.hpp"
@@ -19,7 +19,7 @@ namespace tonewright::loops {
 
 inline constexpr int TicksPerQuarter = 960;
 
-/// A chord and how long it lasts.
+/// A chord and the ticks between which it sounds.
 struct ChordSpan {
     int startTick = 0;
     int endTick = 0;
@@ -28,11 +28,11 @@ struct ChordSpan {
 
 /// One step of a drum row.
 struct Hit {
-    double velocity = 0.0; // 0: nothing
+    double velocity = 0.0; // 0: no stroke
     int strokes = 1;       // spread evenly over the step
 };
 
-/// One drum's part.
+/// The part of one drum.
 struct DrumRow {
     std::string name;
     Drum drum;
@@ -52,25 +52,25 @@ struct Cell {
     bool staccato = false;
 };
 
-/// What the numbers of a pitched part count.
+/// The meaning of the numbers in the lines of a pitched part.
 enum class CountFrom {
     Key,     // degrees of the key's scale
-    Root,    // degrees above the root of the chord that sounds
-    Chord,   // tones of the chord, from its root up
-    Voicing, // tones of the chord as it would be laid out
+    Root,    // degrees of the key above the root of the current chord
+    Chord,   // tones of the current chord, from its root up
+    Voicing, // tones of the current chord in its voicing
 };
 
 /// One part of the arrangement.
 struct Track {
-    std::size_t line = 0; // of the recipe, for messages
+    std::size_t line = 0; // line number in the recipe, for messages
     bool drums = false;
-    std::string name; // of the kit or instrument
-    // Drums
+    std::string name; // name of the kit or instrument
+    // For drums
     std::vector<DrumRow> rows;
-    // Pitched
+    // For pitched parts
     Patch patch;
     std::vector<Cell> cells; // repeated until the loop is full
-    bool chordal = false;    // every note of the cells stands for the whole chord
+    bool chordal = false;    // every note of `cells` means the whole chord
     CountFrom countFrom = CountFrom::Key;
     int octave = 4;
     int transpose = 0;
@@ -78,13 +78,13 @@ struct Track {
     int voices = 4;
     double strumSeconds = 0;
     double gate = 0.92;
-    // Both
+    // For both
     int gridTicks = TicksPerQuarter / 4;
-    double level = 0;   // decibels beside the other tracks while it sounds
+    double level = 0;   // decibels relative to the other tracks, measured while it sounds
     double pan = 0;     // -1 to 1
-    double send = -100; // decibels into the room
-    double human = 0.3; // how uneven time and force are, 0 to 1
-    double swing = -1;  // percent; -1: the recipe's
+    double send = -100; // decibels, level sent to the room
+    double human = 0.3; // random variation in timing and force, 0 to 1
+    double swing = -1;  // percent; -1 means the recipe's swing
     std::vector<Effect> effects;
 };
 
@@ -97,10 +97,10 @@ struct Recipe {
     Key key;
     int rate = 44100;
     int channels = 2;
-    double swing = 50; // percent of a pair that its first half takes
+    double swing = 50; // percentage of each pair of steps that the first one takes
     int swingTicks = TicksPerQuarter / 4;
     std::uint64_t seed = 1;
-    double glue = 0.5; // of the compressor on the sum, 0 to 1
+    double glue = 0.5; // amount of the compressor on the mix, 0 to 1
     Room room;
     std::vector<ChordSpan> chords;
     std::vector<Track> tracks;
@@ -108,7 +108,7 @@ struct Recipe {
     [[nodiscard]] int barTicks() const noexcept { return TicksPerQuarter * 4 * beats / unit; }
     [[nodiscard]] int ticks() const noexcept { return bars * barTicks(); }
 
-    /// Returns the length in frames: whole, rounded to the nearest, computed in integers.
+    /// Returns the length in whole frames, rounded to nearest with integer arithmetic.
     [[nodiscard]] std::size_t frames() const noexcept {
         const std::int64_t numerator = std::int64_t{ticks()} * 60 * 1000 * rate;
         const std::int64_t denominator = std::int64_t{TicksPerQuarter} * tempoThousandths;

@@ -14,7 +14,7 @@ namespace tonewright::loops {
 
 namespace {
 
-/// Goes through a recipe line by line. A message that is not empty ends it.
+/// Reads a recipe line by line; a message that is not empty ends the reading.
 class Reader {
   public:
     explicit Reader(const SoundLibrary& sounds)
@@ -96,9 +96,8 @@ class Reader {
             return fault;
         }
         return "unknown word " + quoted(keyword) +
-               "; before the first part there are title, tempo, metre, bars, key, chords, rate, channels, "
-               "swing, seed, "
-               "glue, room, and then drums or play";
+               "; the statements before the first part are title, tempo, metre, bars, key, chords, "
+               "rate, channels, swing, seed, glue and room; drums or play begins a part";
     }
 
     std::string readMetre(Words arguments) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reads recipes. The format is described in loops/README.md. Pure; any thread.
+// Parses recipes. loops/README.md describes the format. A pure function, callable from any thread.
 #pragma once
 
 #include "Recipe.hpp"
@@ -12,8 +12,8 @@
 
 namespace tonewright::loops {
 
-/// Reads a whole recipe, or returns what is wrong with its first faulty line. Instruments and kits come from
-/// `sounds`.
+/// Parses a whole recipe, or returns the error of its first faulty line. Instruments and kits are looked up
+/// in `sounds`.
 [[nodiscard]] std::variant<Recipe, LineFault> parseRecipe(std::string_view text, const SoundLibrary& sounds);
 
 } // namespace tonewright::loops

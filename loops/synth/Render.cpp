@@ -16,7 +16,7 @@ namespace tonewright::loops {
 
 namespace {
 
-/// The gains of both sides for a place from -1 to 1, equal power, 1 in the middle.
+/// Returns the gains of both channels for a pan of -1 to 1, with equal power and a gain of 1 in the middle.
 StereoFrame placed(double pan) {
     const double turns = (pan + 1.0) * 0.125;
     return {cosineOfTurns(turns) * 1.41421356237309504880, sineOfTurns(turns) * 1.41421356237309504880};
@@ -24,7 +24,7 @@ StereoFrame placed(double pan) {
 
 void playRow(StereoBuffer& loop, const Recipe& recipe, const Track& track, const DrumRow& row) {
     std::vector<TimedStroke> strokes = strokesOf(recipe, track, row);
-    if (row.name == "openhat") { // closing the hat ends it
+    if (row.name == "openhat") { // a closed or pedalled hat chokes an open hat
         for (const DrumRow& other : track.rows) {
             if (other.name != "hat" && other.name != "pedal") continue;
             for (const TimedStroke& closing : strokesOf(recipe, track, other)) {
@@ -75,18 +75,18 @@ std::vector<Kick> kicksOf(const Recipe& recipe) {
     return kicks;
 }
 
-/// Brings a track to the loudness that its `level` asks for, so that levels compare whatever the instruments
-/// are.
+/// Scales a track to the loudness that `level` asks for, so that the same level sounds equally loud with
+/// every instrument.
 void setLevel(StereoBuffer& loop, double level, double pan, double rate) {
     const double loudness = loudnessWhileSounding(loop, rate);
-    if (loudness < -120.0) return; // a silent track stays silent
+    if (loudness < -120.0) return; // a silent track remains silent
     const double gain = gainOfDecibels(-20.0 + level - loudness);
     const StereoFrame gains = placed(pan);
     scale(loop, gain * gains.left, gain * gains.right);
 }
 
-/// The last stage: no rumble, nothing that only bats and codecs hear, a little glue, the common loudness, no
-/// peak above the ceiling.
+/// Masters the loop: removes rumble and inaudible high frequencies, compresses slightly, and scales to the
+/// common loudness with no peak above the ceiling.
 void master(StereoBuffer& loop, const Recipe& recipe) {
     const double rate = recipe.rate;
     std::array<StateVariableFilter, 2> rumble;
@@ -94,7 +94,7 @@ void master(StereoBuffer& loop, const Recipe& recipe) {
     runAround(loop, static_cast<std::size_t>(0.5 * rate), [&](StereoFrame in, std::size_t) {
         return StereoFrame{rumble[0].step(in.left, tuning).high, rumble[1].step(in.right, tuning).high};
     });
-    // What lies above 17 kHz costs the encoder bits and comes back as peaks above the ceiling.
+    // Frequencies above 17 kHz cost the encoder bits and cause decoded peaks above the ceiling.
     std::array<StateVariableFilter, 4> hiss;
     const FilterTuning first(17000.0, 0.0, rate);
     const FilterTuning second(17000.0, 0.5, rate);
@@ -108,7 +108,7 @@ void master(StereoBuffer& loop, const Recipe& recipe) {
     };
     adjust();
     compress(loop, -18.0, 1.0 + 2.0 * recipe.glue, rate);
-    for (int round = 0; round < 4; ++round) { // limiting costs loudness; a few rounds meet both ends
+    for (int round = 0; round < 4; ++round) { // limiting reduces the loudness; four rounds meet both targets
         adjust();
         limitPeaks(loop, PeakCeiling, rate);
     }
@@ -129,7 +129,7 @@ Pcm render(const Recipe& recipe) {
     for (const Track& track : recipe.tracks) {
         StereoBuffer loop = playTrack(recipe, track);
         context.seed = seedFrom(track.name, recipe.seed + track.line);
-        // Levels are set before the effects too: drive and crushing depend on what comes in.
+        // The level is also set before the effects, because drive and crush depend on their input level.
         setLevel(loop, 8.0, 0.0, rate);
         for (const Effect& effect : track.effects) {
             applyEffect(loop, effect, context);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From a recipe to its samples: every track alone, then together, then made as loud as all the others.
-// Pure; the same recipe gives the same bits everywhere. Any thread.
+// Renders a recipe to samples: renders every track, mixes the tracks, and scales the mix to the common
+// loudness. A pure function, callable from any thread; a recipe renders to the same bits on every machine.
 #pragma once
 
 #include "Recipe.hpp"
@@ -13,9 +13,9 @@
 
 namespace tonewright::loops {
 
-/// Every loop's loudness (LUFS) and the greatest sample it may hold.
+/// The loudness of every loop in LUFS, and the largest sample before encoding.
 inline constexpr double TargetLoudness = -14.0;
-inline constexpr double PeakCeiling = 0.84; // -1.5 dBFS: what the encoder adds stays below full scale
+inline constexpr double PeakCeiling = 0.84; // -1.5 dBFS, so that the encoder's error cannot exceed full scale
 
 /// The finished samples of a loop.
 struct Pcm {
@@ -27,10 +27,10 @@ struct Pcm {
     }
 };
 
-/// Plays a recipe.
+/// Renders a recipe.
 [[nodiscard]] Pcm render(const Recipe& recipe);
 
-/// Returns a checksum (FNV-1a, 64 bits) of the samples' bits, channel after channel.
+/// Returns a checksum (FNV-1a, 64 bits) of the bits of all samples, channel by channel.
 [[nodiscard]] std::uint64_t checksum(const Pcm& pcm) noexcept;
 
 } // namespace tonewright::loops

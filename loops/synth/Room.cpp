@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The reverb: diffusion by all-pass filters, then eight delay lines that feed each other through an
-// orthogonal (Hadamard) matrix, each with the loss that makes all frequencies below the damping fall by 60 dB
-// in the same time.
+// The reverb: all-pass filters for diffusion, then eight delay lines that feed each other through an
+// orthogonal (Hadamard) matrix. The loss of each line makes all frequencies below the damping frequency fall
+// by 60 dB in the same time.
 
 #include "Effect.hpp"
 #include "ExactMath.hpp"
@@ -124,7 +124,7 @@ void applyRoom(StereoBuffer& loop, const Room& room, double rate) {
         return StereoFrame{out.left * 0.5, out.right * 0.5};
     };
     runAround(loop, static_cast<std::size_t>((1.8 * room.decay + 0.3) * rate),
-              step); // remembers below -108 dB
+              step); // by then the state has decayed by 108 dB
 }
 
 } // namespace tonewright::loops

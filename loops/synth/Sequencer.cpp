@@ -12,7 +12,7 @@ namespace tonewright::loops {
 
 namespace {
 
-/// Maps ticks to frames, swing included.
+/// Converts ticks to frames, including swing.
 class Clock {
   public:
     Clock(const Recipe& recipe, const Track& track)
@@ -28,7 +28,8 @@ class Clock {
         return (pairs + swung) * _pair * _framesPerTick;
     }
 
-    /// Wraps a position, which may lie a little before the loop's beginning, to a frame of the loop.
+    /// Rounds a position, which may lie a little before the loop's beginning, and wraps it to a frame of the
+    /// loop.
     [[nodiscard]] std::size_t wrapped(double position) const {
         const auto length = static_cast<std::int64_t>(_frames);
         const auto frame = static_cast<std::int64_t>(std::floor(position + 0.5));
@@ -50,7 +51,7 @@ const Chord& chordAt(const Recipe& recipe, int tick) {
     return recipe.chords.empty() ? none : recipe.chords.back().chord;
 }
 
-/// The whole progression laid out, chord by chord.
+/// Returns the voicing of every chord of the progression.
 std::vector<std::vector<int>> layOut(const Recipe& recipe, const Track& track) {
     std::vector<std::vector<int>> layouts;
     const double centre = 12.0 * (track.octave + 1) + 6.0;
@@ -107,7 +108,7 @@ std::vector<int> pitchesOf(const Recipe& recipe, const Track& track, const Cell&
     return pitches;
 }
 
-/// How far a player is off, in force and in time.
+/// A player's random deviation in force and time.
 struct Unevenness {
     double force = 1.0;
     double seconds = 0.0;
@@ -139,7 +140,7 @@ std::vector<TimedNote> notesOf(const Recipe& recipe, const Track& track) {
         const Cell& cell = cellAt(step);
         if (cell.kind != Cell::Kind::Notes) continue;
         const int tick = step * track.gridTicks;
-        // Holds and slides that follow belong to this note, also past the loop's end.
+        // Holds and slides that follow belong to this note, even across the loop's end.
         int length = 1;
         std::vector<int> slides;
         while (length < steps) {
@@ -190,7 +191,7 @@ std::vector<TimedStroke> strokesOf(const Recipe& recipe, const Track& track, con
                 (static_cast<double>(step) + static_cast<double>(stroke) / hit.strokes) * track.gridTicks;
             if (tick >= recipe.ticks()) continue;
             const Unevenness unevenness = uneven(random, track.human);
-            // Rolls swell into their last stroke.
+            // The strokes of a roll grow louder.
             const double swell = 0.7 + 0.3 * static_cast<double>(stroke + 1) / hit.strokes;
             TimedStroke timed;
             timed.frame = clock.wrapped(clock.position(tick) + 0.6 * unevenness.seconds * recipe.rate);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From a recipe's written parts to timed notes and strokes: swing, human unevenness, ties round the loop's
-// end. Pure functions; the unevenness comes from the recipe's seed.
+// Converts a recipe's parts to timed notes and strokes, with swing, human variation, and ties across the
+// loop's end. Pure functions; the variation depends only on the recipe's seed.
 #pragma once
 
 #include "Recipe.hpp"
@@ -11,13 +11,13 @@
 
 namespace tonewright::loops {
 
-/// A note, and the frame of the loop on which it starts.
+/// A note, and the frame of the loop at which it starts.
 struct TimedNote {
     std::size_t frame = 0;
     Note note;
 };
 
-/// A stroke, and the frame of the loop on which it falls.
+/// A stroke, and the frame of the loop at which it starts.
 struct TimedStroke {
     std::size_t frame = 0;
     Stroke stroke;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Named numbers of a plain struct, so that a recipe can set them: a table of name, member and range for each
-// struct that a recipe refers to. The tables are declared next to the structs and are constants.
+// The parameters that a recipe can set by name: for each struct with such parameters, a constant table with
+// their names, members and ranges. The tables are defined next to the code that uses them.
 #pragma once
 
 #include <span>
@@ -11,7 +11,7 @@
 
 namespace tonewright::loops {
 
-/// One number of `Owner` that a recipe may set.
+/// A parameter of `Owner` that a recipe can set.
 template <typename Owner>
 struct Setting {
     std::string_view name;
@@ -20,13 +20,13 @@ struct Setting {
     double greatest;
 };
 
-/// Why a setting was refused; empty when it was taken.
+/// The reason why a setting was refused; empty if it was accepted.
 using SettingFault = std::string;
 
-/// Returns a number as a recipe would write it: up to three decimals, no trailing zeros.
+/// Formats a number as a recipe would write it, with up to three decimals and no trailing zeros.
 [[nodiscard]] std::string plainNumber(double value);
 
-/// Sets the member called `name` to `value`, or returns one clause saying why not.
+/// Sets the member called `name` to `value`, or returns one clause that says why not.
 template <typename Owner>
 SettingFault assign(Owner& owner, std::span<const Setting<Owner>> settings, std::string_view name,
                     double value) {
@@ -42,7 +42,7 @@ SettingFault assign(Owner& owner, std::span<const Setting<Owner>> settings, std:
         }
         known += (known.empty() ? "" : ", ") + std::string(setting.name);
     }
-    return "there is no setting '" + std::string(name) + "' here; there are " + known;
+    return "there is no setting '" + std::string(name) + "' here; the settings are " + known;
 }
 
 } // namespace tonewright::loops

@@ -24,7 +24,7 @@ std::string namesOf(const auto& sounds) {
     return names;
 }
 
-/// Returns the plain sound of a kind, or nothing.
+/// Returns the sound of a kind with its default parameters, or no value.
 template <typename Sound, typename Kinds>
 std::optional<Sound> plainSound(const Kinds& kinds, std::string_view name) {
     const auto found = std::ranges::find(kinds, name, [](const auto& kind) { return kind.first; });
@@ -55,7 +55,7 @@ std::optional<DrumPatch> plainDrum(std::string_view kind) {
 } // namespace
 
 std::optional<LineFault> SoundLibrary::read(std::string_view text) {
-    bool inKit = false; // each file begins its own kits
+    bool inKit = false; // whether this file has begun a kit
     return readLines(text, [&](const TextLine& line) -> std::string {
         const Words arguments = line.arguments();
         if (line.keyword() == "instrument") return addInstrument(arguments);
@@ -66,7 +66,7 @@ std::optional<LineFault> SoundLibrary::read(std::string_view text) {
             inKit = true;
             return {};
         }
-        if (!inKit) return "unknown word " + quoted(line.keyword()) + "; there are instrument and kit";
+        if (!inKit) return "unknown word " + quoted(line.keyword()) + "; expected instrument or kit";
         return addDrum(line.keyword(), arguments);
     });
 }
@@ -77,7 +77,7 @@ std::string SoundLibrary::addInstrument(Words arguments) {
     std::optional<Patch> patch = plainPatch(arguments[1]);
     if (!patch) {
         return "unknown kind " + quoted(arguments[1]) +
-               "; there are subtractive, fm, pluck, modal, organ and air";
+               "; the kinds are subtractive, fm, pluck, modal, organ and air";
     }
     std::string fault = readSettings(arguments.subspan(2), [&patch](std::string_view name, double value) {
         return setPatch(*patch, name, value);
@@ -96,7 +96,7 @@ std::string SoundLibrary::addDrum(std::string_view name, Words arguments) {
     const std::optional<DrumPatch> patch = plainDrum(arguments[0]);
     if (!patch) {
         return "unknown kind " + quoted(arguments[0]) +
-               "; there are membrane, snare, clap, metal, shaker and wood";
+               "; the kinds are membrane, snare, clap, metal, shaker and wood";
     }
     Drum drum{.patch = *patch};
     std::string fault = readSettings(arguments.subspan(1), [&drum](std::string_view setting, double value) {

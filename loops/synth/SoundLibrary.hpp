@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The instruments and kits that recipes name, read from text; loops/README.md describes the format. A value:
-// any number of threads may use one that nobody changes.
+// any number of threads may read it while no thread changes it.
 #pragma once
 
 #include "Drum.hpp"
@@ -19,19 +19,19 @@ namespace tonewright::loops {
 
 class SoundLibrary {
   public:
-    /// Adds the sounds that `text` defines, or returns what is wrong with its first faulty line.
+    /// Adds the sounds that `text` defines, or returns the error of its first faulty line.
     [[nodiscard]] std::optional<LineFault> read(std::string_view text);
 
-    /// Returns the named instrument, or nothing.
+    /// Returns the named instrument, or no value.
     [[nodiscard]] std::optional<Patch> instrument(std::string_view name) const;
 
     /// Returns whether there is a kit of this name.
     [[nodiscard]] bool hasKit(std::string_view kit) const;
 
-    /// Returns the drum of that name in `kit`, else in the first kit, or nothing.
+    /// Returns the named drum of `kit`, or of the first kit if `kit` does not define it, or no value.
     [[nodiscard]] std::optional<Drum> drum(std::string_view kit, std::string_view drum) const;
 
-    /// Returns the names that a recipe may use, separated by commas.
+    /// Returns the names that a recipe can use, separated by commas.
     [[nodiscard]] std::string instrumentNames() const;
     [[nodiscard]] std::string kitNames() const;
     [[nodiscard]] std::string drumNames() const;

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Two channels of equal length, and the arithmetic of a loop: positions wrap, tails are added round the end.
+// Two channels of equal length, and operations that treat a loop as a circle: positions beyond the end wrap
+// to the start.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +22,7 @@ struct StereoBuffer {
     [[nodiscard]] std::size_t frames() const noexcept { return left.size(); }
 };
 
-/// Adds `sound` to `loop` from frame `start` on; what exceeds the loop's end continues at its beginning.
+/// Adds `sound` to `loop` from frame `start` on; frames beyond the loop's end continue at its beginning.
 inline void addAround(StereoBuffer& loop, const StereoBuffer& sound, std::size_t start, double leftGain,
                       double rightGain) {
     const std::size_t length = loop.frames();
@@ -41,9 +42,9 @@ struct StereoFrame {
     double right = 0.0;
 };
 
-/// Runs a step with state round a loop: `step(frame, position)` processes the loop's last `warmFrames` frames
-/// (several rounds of it if need be) before its results are kept, so that its state at the end equals that at
-/// the start.
+/// Runs a processor with state around a loop. `step(frame, position)` first processes the last `warmFrames`
+/// frames of the loop (more than a whole loop if necessary), and its results are discarded; its state at the
+/// end then equals its state at the start.
 template <typename Step>
 void runAround(StereoBuffer& loop, std::size_t warmFrames, Step step) {
     const std::size_t length = loop.frames();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Oscillators through a filter: basses, leads, pads, strings, brass, voices.
+// Subtractive synthesis: basses, leads, pads, strings, brass, voices.
 
 #include "Envelope.hpp"
 #include "Filter.hpp"
@@ -34,7 +34,7 @@ struct Oscillator {
 
     double next(double width) noexcept {
         double value = cycle->at(phase);
-        if (shape == WaveShape::Square && width != 0.5) { // two opposed halves moved apart give a pulse
+        if (shape == WaveShape::Square && width != 0.5) { // the average of two shifted squares is a pulse
             const double other = phase + 0.5 - width;
             value = 0.5 * (value + cycle->at(other - std::floor(other)));
         }
@@ -71,7 +71,7 @@ Bank oscillators(const SubtractivePatch& patch, Random& random) {
     for (std::size_t copy = 0; copy < copies; ++copy) {
         const double place =
             copies == 1 ? 0.0 : 2.0 * static_cast<double>(copy) / static_cast<double>(copies - 1) - 1.0;
-        // Neighbours in pitch stand on opposite sides, so that neither side leans sharp.
+        // Adjacent pitches go to opposite sides, so that neither side sounds sharp.
         const double side = copies == 1 ? 0.0 : (copy % 2 == 0 ? 1.0 : -1.0) * (1.0 - 0.4 * std::fabs(place));
         bank.add(shapeOf(patch.shape), place * patch.detune * 0.01, gain, side * patch.spread,
                  copies == 1 ? 0.0 : random.unit());
@@ -85,7 +85,7 @@ Bank oscillators(const SubtractivePatch& patch, Random& random) {
     return bank;
 }
 
-/// Three resonances of a sung vowel, moved between the five by the patch's `vowel`.
+/// Three resonances of a sung vowel; `vowel` interpolates between five vowels.
 struct Formants {
     std::array<FilterTuning, 3> tunings;
     std::array<double, 3> gains{1.0, 0.6, 0.3};
@@ -116,7 +116,7 @@ struct Formants {
     }
 };
 
-/// The filter's envelope: up over its attack, then down for good.
+/// The filter's envelope: rises during its attack, then falls for the rest of the note.
 class SweepEnvelope {
   public:
     SweepEnvelope(const SubtractivePatch& patch, double rate)

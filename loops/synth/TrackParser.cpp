@@ -27,7 +27,7 @@ std::string readEffect(Track& track, Words arguments) {
     if (arguments.empty()) return "'fx' needs the name of an effect";
     std::optional<Effect> effect = effectNamed(arguments[0]);
     if (!effect || std::holds_alternative<Chop>(*effect)) {
-        return "unknown effect " + quoted(arguments[0]) + "; there are " + effectNames();
+        return "unknown effect " + quoted(arguments[0]) + "; the effects are " + effectNames();
     }
     std::string fault = readSettings(arguments.subspan(1), [&effect](std::string_view name, double value) {
         return setEffect(*effect, name, value);
@@ -91,14 +91,14 @@ std::string readPitchedLine(Track& track, std::string_view keyword, std::string_
              {"root", CountFrom::Root},
              {"chord", CountFrom::Chord},
              {"voicing", CountFrom::Voicing}}};
-        return choose(arguments, Kinds, track.countFrom, "'from' is key, root, chord or voicing");
+        return choose(arguments, Kinds, track.countFrom, "'from' must be key, root, chord or voicing");
     }
     if (keyword == "voicing") {
         constexpr std::array<std::pair<std::string_view, Voicing>, 4> Kinds{{{"close", Voicing::Close},
                                                                              {"drop2", Voicing::DropTwo},
                                                                              {"spread", Voicing::Spread},
                                                                              {"shell", Voicing::Shell}}};
-        return choose(arguments, Kinds, track.voicing, "'voicing' is close, drop2, spread or shell");
+        return choose(arguments, Kinds, track.voicing, "'voicing' must be close, drop2, spread or shell");
     }
     if (keyword == "line" || keyword == "hits") {
         const bool chordal = keyword == "hits";
@@ -112,8 +112,8 @@ std::string readPitchedLine(Track& track, std::string_view keyword, std::string_
            "from, voicing, line and hits";
 }
 
-// A hold or slide at the very beginning continues from the loop's end; every hold or slide needs a preceding
-// note.
+// Checks that every hold and slide follows a note or another hold. The step before the first is the last step
+// of the loop.
 std::string holdsNothing(const Track& track) {
     for (std::size_t index = 0; index < track.cells.size(); ++index) {
         const Cell::Kind before = track.cells[(index + track.cells.size() - 1) % track.cells.size()].kind;
@@ -152,13 +152,14 @@ std::string beginTrack(Recipe& recipe, const SoundLibrary& sounds, std::size_t l
     track.name = arguments[0];
     if (drums) {
         if (!sounds.hasKit(track.name)) {
-            return "unknown kit " + quoted(track.name) + "; there are " + sounds.kitNames();
+            return "unknown kit " + quoted(track.name) + "; the kits are " + sounds.kitNames();
         }
         if (arguments.size() > 1) return "nothing follows the name of a kit";
     } else {
         std::optional<Patch> patch = sounds.instrument(track.name);
         if (!patch) {
-            return "unknown instrument " + quoted(track.name) + "; there are " + sounds.instrumentNames();
+            return "unknown instrument " + quoted(track.name) + "; the instruments are " +
+                   sounds.instrumentNames();
         }
         track.patch = *patch;
         std::string fault = readSettings(arguments.subspan(1), [&track](std::string_view name, double value) {

@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t LevelCount = 31;
 using Levels = std::vector<WaveCycle>;
 
-/// The greatest harmonic of each level: 1024, 813, 645, 512, ... 1.
+/// Returns the highest harmonic of each level: 1024, 812, 645, 512, ... 1.
 std::array<std::size_t, LevelCount> harmonicLimits() {
     std::array<std::size_t, LevelCount> limits{};
     for (std::size_t level = 0; level < LevelCount; ++level) {
@@ -51,7 +51,7 @@ Levels build(WaveShape shape) {
     levels.reserve(LevelCount);
     std::size_t harmonic = 1;
     for (std::size_t level = LevelCount;
-         level-- > 0;) { // from few harmonics to many, each adding to the last
+         level-- > 0;) { // from few harmonics to many; each level adds to the previous one
         for (; harmonic <= limits[level]; ++harmonic) {
             const double gain = amplitude(shape, harmonic);
             if (gain == 0.0) {

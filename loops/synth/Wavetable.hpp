@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Band-limited single cycles of the classic wave forms: sums of harmonics, three tables to the octave, so
-// that no partial passes the given rate's limit (no aliasing) and none below two thirds of an octave under it
-// is lost. The tables are built once, on first use, from exact arithmetic; reading them is safe from any
-// thread.
+// Band-limited single cycles of the classic waveforms, as sums of harmonics. With three tables per octave, no
+// partial aliases, and only partials within two thirds of an octave below the limit can be missing. The
+// tables are computed on first use with exact arithmetic; reading them is safe from any thread.
 #pragma once
 
 #include <cstddef>
@@ -14,14 +13,14 @@ namespace tonewright::loops {
 
 enum class WaveShape { Sine, Triangle, Saw, Square };
 
-/// One cycle ready for reading.
+/// One cycle of a waveform as a table.
 class WaveCycle {
   public:
     static constexpr std::size_t Size = 4096;
 
     explicit WaveCycle(std::vector<double> table);
 
-    /// Reads at `phase` in [0, 1) with four-point interpolation.
+    /// Returns the value at `phase` in [0, 1), with four-point interpolation.
     [[nodiscard]] double at(double phase) const noexcept {
         const double position = phase * static_cast<double>(Size);
         const auto index = static_cast<std::size_t>(position);
@@ -34,11 +33,11 @@ class WaveCycle {
     }
 
   private:
-    std::vector<double> _table; // one frame before and three after the cycle, so that reading never wraps
+    std::vector<double> _table; // with padding, so that reading never wraps
 };
 
-/// Returns the cycle of `shape` with as many harmonics as stay below 0.45 times `rate` at `frequency` (both
-/// Hz).
+/// Returns the cycle of `shape` with the most harmonics that stay below 0.45 times `rate` at `frequency`
+/// (both in Hz).
 [[nodiscard]] const WaveCycle& waveCycle(WaveShape shape, double frequency, double rate);
 
 } // namespace tonewright::loops

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The audio engine: a graph of nodes that can be edited on any thread except the audio thread, also while it
-// plays.
+// The audio engine: a graph of nodes. The graph can be edited on any thread except the audio thread, also
+// while it plays.
 //
-// The control side and the audio side are separate. Every edit compiles an immutable render plan, publishes
-// it by one atomic exchange, and returns when the audio side no longer uses the previous one. Nothing here
-// waits for sound.
+// Every edit compiles an immutable render plan, publishes the plan by one atomic exchange, and returns when
+// the audio thread no longer uses the previous plan. No operation waits for sound to be played.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -25,26 +24,27 @@ class OutputDevice;
 
 class AVAudioEngine {
   public:
-    /// Creates an engine whose main mixer is linked to its output node. `device`: null for the process's
-    /// output.
+    /// Creates an engine whose main mixer node is linked to its output node. If `device` is null, the engine
+    /// uses the process's shared output device.
     [[nodiscard]] static std::shared_ptr<AVAudioEngine>
     create(std::shared_ptr<OutputDevice> device = nullptr);
-    /// Stops.
+    /// Stops the engine.
     ~AVAudioEngine();
     AVAudioEngine(const AVAudioEngine&) = delete;
     AVAudioEngine& operator=(const AVAudioEngine&) = delete;
 
-    /// Adds `node` to the graph, unlinked. Harmless if it is in it already; a node of another engine is
-    /// refused and reported on standard error.
+    /// Adds `node` to the graph, unlinked. Does nothing if the graph already contains `node`. Refuses a node
+    /// of another engine and reports it on standard error.
     void attachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Removes `node` and its links from the graph. When this returns, it renders no more.
+    /// Removes `node` and its links from the graph. The node no longer renders when this returns.
     void detachNode(const std::shared_ptr<AVAudioNode>& node);
-    /// Links `from` to `to`, replacing the link of that output and of that input (a mixer has as many inputs
-    /// as needed). `format`: the format of the link; absent: the output device's. A format that differs from
-    /// the one in which `to` works is converted at its input. Effects work at the device's rate.
+    /// Links the output of `from` to the input of `to` and replaces the previous links of both; a mixer gets
+    /// a further input instead. `format` is the format of the link; with no value, the output device's
+    /// format. A format that differs from the one in which `to` works is converted at the input of `to`.
+    /// Effects work at the device's sample rate.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  std::optional<AVAudioFormat> format);
-    /// Removes every link into `node`.
+    /// Removes every link to an input of `node`.
     void disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
 
     [[nodiscard]] const std::shared_ptr<AVAudioMixerNode>& mainMixerNode() const noexcept {
@@ -52,11 +52,13 @@ class AVAudioEngine {
     }
     [[nodiscard]] const std::shared_ptr<AVAudioOutputNode>& outputNode() const noexcept { return _output; }
 
-    /// Prepares everything that `start` needs and that does not touch the device.
+    /// Prepares everything that `start` needs, except the device.
     void prepare();
-    /// Starts (`startAndReturnError:`). Harmless while running. Does not wait for sound.
+    /// Starts the engine (`startAndReturnError:`). Does nothing while the engine runs. Does not wait for
+    /// sound.
     [[nodiscard]] std::optional<Error> start();
-    /// Stops. When this returns, no node renders. The graph and the schedules of its players stay.
+    /// Stops the engine. No node renders when this returns. The graph and the schedules of its players are
+    /// kept.
     void stop();
     [[nodiscard]] bool isRunning() const;
 

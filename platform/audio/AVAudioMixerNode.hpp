@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The node that adds any number of inputs, at the output device's rate and number of channels.
+// A node that adds any number of inputs, at the output device's sample rate and channel count.
 #pragma once
 
 #include "platform/audio/AVAudioNode.hpp"

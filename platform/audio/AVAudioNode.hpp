@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A node of the engine's graph. It is attached to at most one engine; it is wired, and its processor
-// requested, only on the control side. The node itself never renders on the audio thread: the engine keeps
-// the processor (or the player's stream) alive for as long as a render plan uses it.
+// A node of the engine's graph, attached to at most one engine. Nodes are used only on the control side. The
+// audio thread uses only the node's processor or player stream, which the engine keeps alive for as long as a
+// render plan uses it.
 #pragma once
 
 #include <atomic>
@@ -20,13 +20,13 @@ class AVAudioNode {
     AVAudioNode(const AVAudioNode&) = delete;
     AVAudioNode& operator=(const AVAudioNode&) = delete;
 
-    /// Returns what makes the sound of this node, the same object at every call; null for the nodes that the
-    /// engine renders itself (player, mixer, output).
+    /// Returns the object that processes the sound of this node, the same object at every call. Null for the
+    /// nodes that the engine renders itself (player, mixer, output).
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() const { return nullptr; }
 
-    /// Returns whether any number of links may end here instead of one.
+    /// Returns whether the node accepts any number of inputs instead of one.
     [[nodiscard]] virtual bool takesManyInputs() const noexcept { return false; }
-    /// Returns what a player node plays; null for the others.
+    /// Returns the stream of a player node; null for other nodes.
     [[nodiscard]] virtual std::shared_ptr<PlayerStream> playerStream() const { return nullptr; }
 
   protected:

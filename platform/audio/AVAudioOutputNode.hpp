@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The end of the graph: what reaches this node is heard. Any thread.
+// The last node of the graph, whose input is played by the output device. Any thread.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -19,8 +19,8 @@ class AVAudioOutputNode final : public AVAudioNode {
     explicit AVAudioOutputNode(std::shared_ptr<OutputDevice> device)
         : _device(std::move(device)) {}
 
-    /// Returns the format of the output device (`outputFormatForBus:`; there is only bus 0): 48 kHz stereo as
-    /// long as it is not known. Can be called at any time.
+    /// Returns the format of the output device (`outputFormatForBus:`; only bus 0 exists), or 48 kHz stereo
+    /// as long as the device's format is not known.
     [[nodiscard]] AVAudioFormat outputFormatForBus(std::uint32_t bus) const;
 
   private:

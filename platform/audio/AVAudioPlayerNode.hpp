@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The source node: plays files one after the other, joined sample to sample. Any thread except the audio
-// thread.
+// A source node that plays files one after the other, without gaps. Any thread except the audio thread.
 //
-// A thread of the node decodes ahead into a ring of at most 200 ms. A pass is complete when its last frame
-// has been written to that ring; completions are called on a second thread of the node, one at a time, in
-// order.
+// A thread of the node decodes ahead into a ring of at most 200 ms. A scheduled file is complete when its
+// last frame has been written to the ring. Completion handlers are called on a second thread of the node, one
+// at a time, in the order of the schedule.
 #pragma once
 
 #include "platform/audio/AVAudioNode.hpp"
@@ -26,24 +25,23 @@ class AVAudioPlayerNode final : public AVAudioNode {
     using CompletionHandler = std::function<void()>;
 
     [[nodiscard]] static std::shared_ptr<AVAudioPlayerNode> create();
-    /// Drops what is scheduled without calling its completions; waits for a call in progress, unless it runs
-    /// on the thread of that call.
+    /// Drops the schedule without calling the completion handlers. Waits for a completion handler that is
+    /// running, unless the destructor itself runs on the completion thread.
     ~AVAudioPlayerNode() override;
 
-    /// Appends the whole of `file`, from its first frame, to the schedule and keeps it alive until it has
-    /// played. `atTime`: the number of frames, at the file's rate, of silence before it; absent: none, as
-    /// soon as possible after what is already scheduled. `completionHandler` (may be empty) is called exactly
-    /// once, never inside this call.
+    /// Appends the whole of `file` to the schedule, and keeps a strong reference to `file` until it has been
+    /// played. `atTime` is the length of the silence before the file, in frames at the file's rate; no value
+    /// means no silence. `completionHandler` (may be empty) is called once, never inside this call.
     void scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<std::int64_t> atTime,
                       CompletionHandler completionHandler);
-    /// Starts or continues playing what is scheduled, now or later. Harmless with nothing scheduled or while
-    /// the engine is stopped.
+    /// Starts or continues playing the schedule, including files that are scheduled later. May be called with
+    /// an empty schedule and while the engine is stopped.
     void play();
-    /// Pauses at the present position. The schedule stays and no completion is called.
+    /// Pauses at the current position. Keeps the schedule and calls no completion handler.
     void pause();
-    /// Stops, empties the schedule and discards what was decoded ahead, then calls every pending completion
-    /// and returns when the last of these calls has returned. On the completion thread itself it does not
-    /// wait. What is scheduled afterwards plays after the next `play`.
+    /// Stops, empties the schedule and discards the decoded frames. Then waits until every pending completion
+    /// handler has been called and has returned; a call on the completion thread itself does not wait. Files
+    /// that are scheduled afterwards play after the next `play`.
     void stop();
     [[nodiscard]] bool isPlaying() const;
 

@@ -16,7 +16,7 @@ struct Faults {
 };
 
 Faults& faults() {
-    static auto& shared = *new Faults; // NOLINT: never destroyed, as the session is not
+    static auto& shared = *new Faults; // NOLINT: never destroyed, like the session
     return shared;
 }
 
@@ -33,13 +33,14 @@ std::optional<Error> faultOfActive(bool active) {
 } // namespace
 
 AVAudioSession& AVAudioSession::sharedInstance() {
-    static auto& session = *new AVAudioSession; // NOLINT: never destroyed, as the output is not
+    static auto& session = *new AVAudioSession; // NOLINT: never destroyed, like the shared output
     return session;
 }
 
 std::optional<Error> AVAudioSession::setCategory(AVAudioSessionCategory /*category*/,
                                                  AVAudioSessionMode /*mode*/, CategoryOptions /*options*/) {
-    // Every stream of this program states this one category when it is opened (media role "Music").
+    // There is only one category. Every stream of this program states it when it is opened (media role
+    // "Music").
     return faultOfCategory();
 }
 

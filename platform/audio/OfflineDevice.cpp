@@ -3,13 +3,16 @@
 
 #include "platform/audio/OfflineDevice.hpp"
 
+#include "platform/foundation/console.hpp"
+#include "platform/realtime/ProcessorHold.hpp"
+
 #include <algorithm>
 
 namespace platform {
 
 OfflineDevice::OfflineDevice(AVAudioFormat format, std::uint32_t blockFrames)
     : _format(format)
-    , _blockFrames(std::max(blockFrames, 1U)) {}
+    , _blockFrames(std::clamp(blockFrames, 1U, PlanarSound::MaximumFrames)) {}
 
 std::optional<Error> OfflineDevice::open() {
     ++_claims;
@@ -43,28 +46,35 @@ AVAudioFormat OfflineDevice::format() const noexcept {
     return _format;
 }
 
-void OfflineDevice::render(float* const* planes, std::uint64_t frames) {
-    render(format(), planes, frames);
+std::optional<Error> OfflineDevice::render(float* const* planes, std::uint64_t frames) {
+    return render(format(), planes, frames);
 }
 
-void OfflineDevice::render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames) {
+std::optional<Error> OfflineDevice::render(const AVAudioFormat& format, float* const* planes,
+                                           std::uint64_t frames) {
+    const ProcessorHold scope;
     std::vector<float*> at(planes, planes + format.channelCount);
     std::shared_ptr<Run> run;
+    std::unique_lock<std::mutex> turn;
     while (frames > 0) {
         const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(frames, _blockFrames));
-        renderBlock(run, {at.data(), format.channelCount, count}, format.sampleRate);
+        if (!run || !run->gate.isOpen()) { // otherwise `run` is still the current run
+            if (turn) turn.unlock();
+            {
+                const std::scoped_lock lock(_mutex);
+                run = _run;
+            }
+            if (run) turn = std::unique_lock(run->turn);
+        }
+        renderBlock(run.get(), {at.data(), format.channelCount, count}, format.sampleRate);
         for (float*& plane : at) plane += count;
         frames -= count;
     }
+    return run ? run->client->failure() : std::nullopt;
 }
 
-void OfflineDevice::renderBlock(std::shared_ptr<Run>& run, PlanarSound sound, double sampleRate) {
-    if (!run || !run->gate.isOpen()) { // else it is still the current one
-        const std::scoped_lock lock(_mutex);
-        run = _run;
-    }
-    if (run) {
-        const std::scoped_lock turn(run->turn);
+void OfflineDevice::renderBlock(Run* run, PlanarSound sound, double sampleRate) {
+    if (run != nullptr) {
         if (const Gate::Passage inside = run->gate.enter()) return run->client->render(sound, sampleRate);
     }
     fillWithSilence(sound);
@@ -76,7 +86,7 @@ std::vector<std::vector<float>> OfflineDevice::render(std::uint64_t frames) {
     std::vector<float*> planes;
     planes.reserve(sound.size());
     for (std::vector<float>& plane : sound) planes.push_back(plane.data());
-    render(format, planes.data(), frames);
+    if (const auto failure = render(format, planes.data(), frames)) warn(failure->localizedDescription());
     return sound;
 }
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The output that is rendered on request, as fast as the machine can: for bouncing, tests and benchmarks.
-// Nothing is ever missing from it: the client waits for the player's decoder where necessary.
+// An output that is rendered on request, as fast as possible: for rendering to files, tests and benchmarks.
+// The sound never has gaps, because the client waits for the players' decoders.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -17,7 +17,7 @@ namespace platform {
 
 class OfflineDevice final : public OutputDevice {
   public:
-    /// `blockFrames`: the largest number of frames requested at a time.
+    /// `blockFrames` is the largest number of frames requested at a time.
     explicit OfflineDevice(AVAudioFormat format = DefaultOutputFormat, std::uint32_t blockFrames = 256);
 
     [[nodiscard]] std::optional<Error> open() override;
@@ -28,26 +28,30 @@ class OfflineDevice final : public OutputDevice {
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
     [[nodiscard]] bool isOffline() const noexcept override { return true; }
 
-    /// Renders `frames` frames into `planes`, one for each channel; silence while nothing runs. Any thread.
-    void render(float* const* planes, std::uint64_t frames);
-    /// Renders `frames` frames and returns them, one vector for each channel.
+    /// Renders `frames` frames into `planes`, one plane for each channel; silence while no client runs.
+    /// Returns the reason if an effect has ended since the start; from there on the sound is silence. Any
+    /// thread.
+    [[nodiscard]] std::optional<Error> render(float* const* planes, std::uint64_t frames);
+    /// Renders `frames` frames and returns them, one vector for each channel. A failure is reported on
+    /// standard error.
     [[nodiscard]] std::vector<std::vector<float>> render(std::uint64_t frames);
-    /// Changes the device's format, as when a user plugs in another card. The client reacts in its own time.
+    /// Changes the device's format, as when a user switches to another sound card. Returns before the client
+    /// has adapted to the new format.
     void setFormat(AVAudioFormat format);
     /// Returns the number of open claims.
     [[nodiscard]] int claims() const;
 
   private:
-    void render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames);
+    std::optional<Error> render(const AVAudioFormat& format, float* const* planes, std::uint64_t frames);
 
-    // One use by a client.
+    // The state from `start` to `stop`.
     struct Run {
         std::shared_ptr<OutputClient> client;
-        std::mutex turn{}; // held for the length of one block
+        std::mutex turn{}; // locked by the thread that renders
         Gate gate{};       // around each call of the client
     };
 
-    void renderBlock(std::shared_ptr<Run>& run, PlanarSound sound, double sampleRate);
+    static void renderBlock(Run* run, PlanarSound sound, double sampleRate);
 
     mutable std::mutex _mutex; // guards the following members
     AVAudioFormat _format;

@@ -13,12 +13,13 @@
 
 namespace platform {
 
-// What the thread uses; the thread keeps it if a client does not return.
+// The state that the thread uses. If the client's render call does not return, only the thread still holds a
+// reference.
 struct SilentDevice::Run {
     std::shared_ptr<OutputClient> client;
     AVAudioFormat format;
     std::uint32_t blockFrames = 0;
-    std::atomic<bool> isOver{false}; // read by the thread at every block
+    std::atomic<bool> isOver{false}; // read by the thread before every block
     Gate gate{};                     // around each call of the client
 
     void play();
@@ -45,7 +46,7 @@ std::optional<Error> SilentDevice::start(std::shared_ptr<OutputClient> client) {
 }
 
 void SilentDevice::stop() noexcept {
-    std::shared_ptr<Run> released; // outlives the lock
+    std::shared_ptr<Run> released; // destroyed after unlocking
     const std::scoped_lock lock(_mutex);
     if (!_run) return;
     _run->isOver = true;
@@ -69,7 +70,7 @@ void SilentDevice::Run::play() {
             if (const Gate::Passage inside = gate.enter()) client->render(sound.view(), format.sampleRate);
         }
         next += period;
-        // A machine that was suspended has nothing to catch up on.
+        // After the machine was suspended, the missed blocks are skipped.
         if (const auto now = Clock::now(); now - next > Lag) next = now;
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The output that nobody hears: it requests sound at the pace of a clock, so that playback continues.
+// An output that discards the sound. Requests sound in real time, so that playback advances as usual.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -29,7 +29,7 @@ class SilentDevice final : public OutputDevice {
 
     const AVAudioFormat _format;
     const std::uint32_t _blockFrames;
-    std::mutex _mutex;         // guards the run and the thread
+    std::mutex _mutex;         // guards _run and _thread
     std::shared_ptr<Run> _run; // null while stopped
     std::thread _thread;
 };

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What this room takes from the outside, for those who put something else there: tests, and programs that
-// render to a buffer. Any thread but the audio thread.
+// Functions that replace the output and the session's answers, for tests and for programs that render to a
+// buffer. Any thread except the audio thread.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -14,11 +14,13 @@
 
 namespace platform {
 
-/// Replaces the process's output by `device` (null: the automatic one again); existing engines keep theirs.
+/// Replaces the process's output by `device`; null restores the automatic output. Existing engines keep their
+/// device.
 void setSharedOutputDevice(std::shared_ptr<OutputDevice> device);
 
-/// What the audio session asks before an operation: an error that one of these returns takes the operation's
-/// place. They are called under a lock and must not use the session.
+/// Functions that the audio session calls before its operations. If a function returns an error, the
+/// operation returns that error and does nothing else. The functions are called under a mutex and must not
+/// use the session.
 struct SessionFaults {
     std::function<std::optional<Error>()> setCategory;
     std::function<std::optional<Error>(bool active)> setActive;

@@ -43,7 +43,7 @@ struct SharedOutput {
     std::shared_ptr<OutputDevice> device;
 };
 
-// Never destroyed: at the end of the program the audio thread may still be playing through it.
+// Never destroyed, because the audio thread may still use the device while the process exits.
 SharedOutput& sharedOutput() {
     static auto& output = *new SharedOutput; // NOLINT: see above
     return output;
@@ -60,7 +60,8 @@ std::shared_ptr<OutputDevice> sharedOutputDevice() {
     const std::scoped_lock lock(output.mutex);
     if (!output.device) {
         output.device = makeAutomaticDevice();
-        // A program that ends while it plays would take an effect's code from under the audio thread.
+        // Stops the device before the process exits, because effect libraries could otherwise be unloaded
+        // while the audio thread still runs their code.
         atTermination([device = output.device] { device->stop(); });
     }
     return output.device;
@@ -68,9 +69,12 @@ std::shared_ptr<OutputDevice> sharedOutputDevice() {
 
 RenderSetup askForRenderSetup() {
     const auto device = sharedOutputDevice();
-    const bool isClaimed = !device->open(); // a refusal is told where sound is wanted
-    const RenderSetup setup{.sampleRate = device->format().sampleRate,
-                            .blockFrames = std::min(device->blockFrames(), RenderPlan::MaximumFrames)};
+    const bool isClaimed = !device->open(); // a refusal is reported when playback starts
+    const double sampleRate = device->format().sampleRate;
+    const RenderSetup setup{
+        .sampleRate = sampleRate,
+        .blockFrames =
+            std::min(device->blockFrames(), RenderPlan::maximumFrames(sampleRate, device->isOffline()))};
     if (isClaimed) device->close();
     return setup;
 }

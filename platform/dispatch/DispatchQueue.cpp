@@ -9,7 +9,7 @@ namespace platform {
 
 DispatchQueue& DispatchQueue::main() {
     static auto* queue =
-        new DispatchQueue(makeMainQueue()); // outlives every static: threads may still submit
+        new DispatchQueue(makeMainQueue()); // never destroyed: threads may submit until the process exits
     return *queue;
 }
 

@@ -41,7 +41,7 @@ bool RunLoop::runUntil(const std::function<bool()>& done, double timeoutSeconds)
     const bool hasEnd = std::isfinite(timeoutSeconds);
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(hasEnd ? timeoutSeconds : 0));
-    // A source that only ends the wait; without it an idle loop would sleep past the time limit.
+    // This source only ends the wait. An idle loop without it would sleep past the time limit.
     GSource* alarm = nullptr;
     if (hasEnd) {
         alarm = g_timeout_source_new(0);

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The loop of a thread: timers fire in it, and the main thread's also runs the main queue.
-// The toolkit runs the main thread's loop in the application; tests, tools and plain threads run it here.
+// The event loop of a thread. Timers fire in it, and the main thread's loop also runs the main queue. In the
+// application GTK runs the main thread's loop; tests, tools and threads without GTK run theirs through this
+// class.
 #pragma once
 
 #include <functional>
@@ -11,18 +12,19 @@ namespace platform {
 
 class RunLoop {
   public:
-    /// Returns the calling thread's loop; the main thread's is the one that runs the main queue.
+    /// Returns the calling thread's loop.
     [[nodiscard]] static RunLoop current();
 
-    /// Runs until `done` returns true after a turn or `timeoutSeconds` have passed (infinity allowed);
-    /// returns whether it returned true. Must be called on the loop's own thread.
+    /// Runs the loop until `done` returns true or `timeoutSeconds` (may be infinite) have passed. `done` is
+    /// called once at the start and after each iteration. Returns the last result of `done`. Must be called
+    /// on the loop's own thread.
     bool runUntil(const std::function<bool()>& done, double timeoutSeconds);
-    /// Runs for `seconds`.
+    /// Runs the loop for `seconds`.
     void runFor(double seconds);
-    /// Makes a waiting loop check its condition again. Any thread.
+    /// Makes a waiting `runUntil` call `done` again. Any thread.
     void wakeUp();
 
-    /// The handle of the loop in the underlying library.
+    /// The loop's GLib main context.
     struct Handle;
     [[nodiscard]] Handle* handle() const noexcept { return _handle; }
 
@@ -32,7 +34,7 @@ class RunLoop {
     Handle* _handle; // lives as long as its thread
 };
 
-/// Returns whether the calling thread is the main one.
+/// Returns whether the calling thread is the main thread.
 [[nodiscard]] bool isMainThread() noexcept;
 
 } // namespace platform

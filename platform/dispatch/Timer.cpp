@@ -23,7 +23,7 @@ Timer::Timer(TimerQueue& queue, double intervalNanoseconds, bool repeats, Block 
 
 std::shared_ptr<Timer> Timer::scheduledTimerWithTimeInterval(double interval, bool repeats, Block block) {
     TimerQueue& queue = TimerQueue::current();
-    const double seconds = interval > 0 ? interval : ShortestInterval; // also for a NaN
+    const double seconds = interval > 0 ? interval : ShortestInterval; // NaN fails the comparison too
     std::shared_ptr<Timer> timer(new Timer(queue, seconds * 1e9, repeats, std::move(block)));
     queue.add(timer);
     return timer;
@@ -31,10 +31,10 @@ std::shared_ptr<Timer> Timer::scheduledTimerWithTimeInterval(double interval, bo
 
 void Timer::invalidate() {
     if (_queue == nullptr) return;
-    const auto self = shared_from_this(); // the queue may hold the last reference
+    const auto self = shared_from_this(); // the timer queue may hold the last reference
     std::exchange(_queue, nullptr)->remove(*this);
-    // Destroying the block may call back into this timer, which is invalid by now. A running block is
-    // destroyed when its firing ends.
+    // Destroying the block may call this timer again; the timer is already invalid then. A block that is
+    // running is destroyed after it returns.
     if (!_firing) std::exchange(_block, nullptr);
 }
 

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Timers of a thread's run loop. A timer belongs to the thread that schedules it: it fires there, while that
-// thread runs its loop, and every operation is called there. All timers of a thread share one descriptor.
+// Timers of a thread's run loop. A timer belongs to the thread that schedules it: it fires on that thread
+// while the thread runs its loop, and all its operations must be called on that thread. All timers of a
+// thread share one timerfd.
 #pragma once
 
 #include <cstdint>
@@ -21,18 +22,18 @@ class Timer final : public std::enable_shared_from_this<Timer> {
     /// at every further multiple of `interval`. An interval that is 0, negative or NaN counts as 0.0001
     /// seconds; an infinite one never fires.
     ///
-    /// A timer fires at most once per turn of the loop. Dates that passed while the loop was busy are
-    /// skipped, and the next one is on the grid of the first: there is neither a burst nor a drift. Timers
-    /// that are due together fire in the order of their dates, those with equal dates in the order of their
-    /// creation.
+    /// A timer fires at most once per loop iteration. Dates that passed while the loop was busy are skipped,
+    /// and the next date is again a multiple of `interval` after the start, so that firings neither bunch up
+    /// nor drift. Timers that are due together fire in the order of their dates, and in the order of creation
+    /// if their dates are equal.
     ///
-    /// The loop keeps the timer and its block until the timer is invalidated, a timer that does not repeat
-    /// has fired, or the thread ends.
+    /// The loop keeps the timer and its block alive until the timer is invalidated or the thread ends. A
+    /// timer that does not repeat is invalidated when it fires.
     [[nodiscard]] static std::shared_ptr<Timer> scheduledTimerWithTimeInterval(double interval, bool repeats,
                                                                                Block block);
 
-    /// Stops the timer from firing again and releases its block (a block that is running ends first). May be
-    /// called inside the firing, and repeatedly.
+    /// Stops the timer from firing again and releases its block; a block that is running returns first. May
+    /// be called by the block itself, and repeatedly.
     void invalidate();
     /// Returns whether the timer may still fire.
     [[nodiscard]] bool isValid() const noexcept { return _queue != nullptr; }
@@ -45,9 +46,9 @@ class Timer final : public std::enable_shared_from_this<Timer> {
     friend class TimerQueue;
     Timer(TimerQueue& queue, double intervalNanoseconds, bool repeats, Block block);
 
-    TimerQueue* _queue; // null once invalid
+    TimerQueue* _queue; // null when the timer is invalid
     double _intervalNanoseconds;
-    std::int64_t _start; // nanoseconds of the steady clock; the grid's origin
+    std::int64_t _start; // steady-clock nanoseconds; firing dates are multiples of the interval after it
     std::int64_t _date = 0;
     std::uint64_t _number = 0; // orders timers with equal dates
     Block _block;

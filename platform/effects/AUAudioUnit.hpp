@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An effect as its host sees it. The interface passes values and bytes, never a pointer into the plug-in, so
-// that an effect in a process of its own is one more implementation. Unless stated otherwise any thread
-// except the audio thread may call; sound goes only through `processor()`.
+// The host's interface to an effect. It passes values and bytes, never pointers into the plug-in, so that an
+// effect in a separate process can be implemented behind the same interface. Unless stated otherwise, the
+// operations may be called on any thread except the audio thread. Only `processor()` processes sound.
 #pragma once
 
 #include "platform/audio/NodeProcessor.hpp"
@@ -21,14 +21,14 @@ namespace platform {
 
 class UIViewController;
 
-/// A named setting of all parameters.
+/// A named set of parameter values.
 class AUAudioUnitPreset {
   public:
     AUAudioUnitPreset(std::int64_t number, std::string name)
         : _number(number)
         , _name(std::move(name)) {}
 
-    /// Returns the index among the factory presets, from 0.
+    /// Returns the index of the preset among the factory presets, counted from 0.
     [[nodiscard]] std::int64_t number() const noexcept { return _number; }
     [[nodiscard]] const std::string& name() const noexcept { return _name; }
 
@@ -39,31 +39,31 @@ class AUAudioUnitPreset {
     std::string _name;
 };
 
-/// One value of the effect that a person or a host can set or watch.
+/// A value of the effect that can be set or displayed.
 struct AUParameter {
     struct NamedValue {
         float value = 0;
         std::string name;
     };
 
-    std::uint32_t address = 0; // identifies it in the operations of AUAudioUnit
-    std::string identifier;    // short, of letters, digits and underscores; stable between versions
+    std::uint32_t address = 0; // identifies the parameter in the operations of AUAudioUnit
+    std::string identifier; // short: letters, digits and underscores; the same in all versions of the effect
     std::string displayName;
-    std::string unitName; // "dB", "Hz"; empty if there is none
+    std::string unitName; // such as "dB" or "Hz"; empty if there is none
     float minValue = 0;
     float maxValue = 1;
     float defaultValue = 0;
-    bool isWritable = true;               // else the effect reports it
-    bool isToggle = false;                // off up to 0, on above
-    bool isInteger = false;               // whole numbers only
-    bool isLogarithmic = false;           // equal ratios feel like equal steps
-    bool isHidden = false;                // not meant to be shown to a person
-    std::vector<NamedValue> valueStrings; // named values, in rising order
-    bool isEnumeration = false;           // only the named values
+    bool isWritable = true;               // false: an output of the effect
+    bool isToggle = false;                // 0 or less: off; more: on
+    bool isInteger = false;               // only integer values
+    bool isLogarithmic = false;           // best shown on a logarithmic scale
+    bool isHidden = false;                // not meant to be shown to users
+    std::vector<NamedValue> valueStrings; // in ascending order of their values
+    bool isEnumeration = false;           // only the named values are allowed
 };
 
-/// Receives one MIDI event of the effect: the sample time, the cable, the number of bytes and the bytes,
-/// which are valid during the call. Returns 0.
+/// Receives one MIDI event of the effect: the sample time, the cable, the number of bytes, and the bytes,
+/// which are valid only during the call. Returns 0.
 using MIDIOutputEventBlock = std::function<std::int32_t(std::int64_t sampleTime, std::uint8_t cable,
                                                         std::int64_t length, const std::uint8_t* data)>;
 
@@ -74,49 +74,50 @@ class AUAudioUnit : public std::enable_shared_from_this<AUAudioUnit> {
     AUAudioUnit(const AUAudioUnit&) = delete;
     AUAudioUnit& operator=(const AUAudioUnit&) = delete;
 
-    /// Returns the part that makes the sound; only the engine uses it.
+    /// Returns the object that processes the sound. Only the engine uses it.
     [[nodiscard]] virtual std::shared_ptr<NodeProcessor> processor() = 0;
 
-    /// Returns the host's name for the place in which it runs the effect.
+    /// Returns the name that the host has given to the context in which it uses the effect.
     [[nodiscard]] virtual std::string contextName() const = 0;
     virtual void setContextName(std::string name) = 0;
 
-    /// Returns the presets that come with the effect, in a stable order; absent if it has none.
+    /// Returns the presets that come with the effect, in a stable order; no value if it has none.
     [[nodiscard]] virtual std::optional<std::vector<AUAudioUnitPreset>> factoryPresets() const = 0;
-    /// Returns the preset that was set last; absent if none was, or if parameters were set by full state.
+    /// Returns the preset that was set last; no value if none was set, or if `setFullState` was called since.
     [[nodiscard]] virtual std::optional<AUAudioUnitPreset> currentPreset() const = 0;
-    /// Sets everything that the factory preset of that number contains; absent clears the current one and
-    /// changes nothing else. An unknown number is reported on standard error.
+    /// Applies the factory preset with the number of `preset`. With no value, only clears the current preset.
+    /// Reports an unknown number on standard error.
     virtual void setCurrentPreset(const std::optional<AUAudioUnitPreset>& preset) = 0;
 
-    /// Returns the names of the outputs on which the effect may send MIDI.
+    /// Returns the names of the effect's MIDI outputs.
     [[nodiscard]] virtual std::vector<std::string> MIDIOutputNames() const = 0;
-    /// Passes every MIDI event of the effect to `block`, in order, on a delivery thread of the unit; an empty
-    /// block stops that. The block stays until it is replaced.
+    /// Sets the block that receives every MIDI event of the effect, in order, on a delivery thread of the
+    /// unit. An empty block stops the delivery.
     virtual void setMIDIOutputEventBlock(MIDIOutputEventBlock block) = 0;
-    /// Sends one MIDI message to the effect; it arrives at the start of the next block. Returns whether it
-    /// was accepted: an effect without a MIDI input accepts none, nor is one accepted while its queue is
-    /// full.
+    /// Sends one MIDI message to the effect, which receives it at the start of the next block. Returns false
+    /// if the effect has no MIDI input or its queue is full.
     virtual bool sendMIDIEvent(std::span<const std::uint8_t> message) = 0;
 
     [[nodiscard]] virtual std::vector<AUParameter> parameters() const = 0;
-    /// Returns the value now; 0 for an unknown address.
+    /// Returns the current value, or 0 for an unknown address.
     [[nodiscard]] virtual float parameterValue(std::uint32_t address) const = 0;
-    /// Sets the value, limited to its range; the effect uses it from its next block. An unknown address, one
-    /// that is not writable, or NaN changes nothing.
+    /// Sets the value, clamped to its range; the effect uses it from the next block on. Does nothing if the
+    /// address is unknown, the parameter is not writable, or `value` is NaN.
     virtual void setParameterValue(std::uint32_t address, float value) = 0;
 
-    /// Returns the frames by which the output lags the input.
+    /// Returns the latency: the number of frames that the output lags behind the input.
     [[nodiscard]] virtual std::uint32_t latencyFrames() const = 0;
 
-    /// Returns everything that was set, as bytes that `setFullState` of the same effect accepts, at any rate.
+    /// Returns all settings as bytes that `setFullState` of the same effect accepts, at any sample rate. If
+    /// the effect fails to save them, reports that on standard error and returns no bytes.
     [[nodiscard]] virtual std::vector<std::uint8_t> fullState() const = 0;
-    /// Sets everything from bytes of `fullState`; what does not belong to this effect changes nothing.
+    /// Restores all settings from the bytes of `fullState`. Bytes of another effect change nothing and return
+    /// an error.
     virtual std::optional<Error> setFullState(std::span<const std::uint8_t> state) = 0;
 
-    /// Requests the effect's own screen. The completion is called once, later, on the main thread, with the
-    /// controller, or with none if the effect's interface fails. An effect without an interface gets a plain
-    /// one with its parameters.
+    /// Requests a controller for the effect's interface. The completion is called once, later, on the main
+    /// thread, with the controller, or with null if the interface fails. An effect without an interface of
+    /// its own gets a generic one with its parameters.
     virtual void requestViewController(std::function<void(std::shared_ptr<UIViewController>)> completion) = 0;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The controller of an effect's own screen. Main thread only.
+// The view controller of an effect's interface. Main thread only.
 #pragma once
 
 #include "platform/ui/UIViewController.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One entry of the component registry. A value; any thread.
+// An entry of the component registry. Any thread.
 #pragma once
 
 #include "platform/effects/ComponentProvider.hpp"
@@ -18,7 +18,7 @@ class AVAudioUnitComponent {
         return _record.description;
     }
     [[nodiscard]] const std::string& name() const noexcept { return _record.name; }
-    /// Returns the version as its maker writes it; empty when it states none.
+    /// Returns the component's version string; empty if it does not state one.
     [[nodiscard]] const std::string& versionString() const noexcept { return _record.version; }
     [[nodiscard]] const ComponentRecord& record() const noexcept { return _record; }
 

@@ -12,13 +12,14 @@ namespace platform {
 namespace {
 
 struct SharedProvider {
-    std::mutex mutex;                            // a leaf: held for a copy only
-    std::shared_ptr<ComponentProvider> provider; // guarded by `mutex`; made at first use
+    std::mutex mutex;                            // held only while the pointer is copied or replaced
+    std::shared_ptr<ComponentProvider> provider; // guarded by `mutex`; created at first use
 };
 
+// Never destroyed, because a search can still be running on the global queue when the process exits.
 SharedProvider& sharedProvider() {
-    static SharedProvider shared;
-    return shared;
+    static auto* const shared = new SharedProvider;
+    return *shared;
 }
 
 } // namespace

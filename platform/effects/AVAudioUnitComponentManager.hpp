@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The registry of the audio components installed on this machine. Any thread except the audio thread; a
-// search reads files and may take a few milliseconds. It does not load the components' code.
+// The registry of the audio components installed on this machine. Any thread except the audio thread. A
+// search reads files, may take a few milliseconds, and does not load the components' code.
 #pragma once
 
 #include "platform/effects/AVAudioUnitComponent.hpp"
@@ -14,11 +14,11 @@ namespace platform {
 
 class AVAudioUnitComponentManager {
   public:
-    /// Returns the one registry of the process.
+    /// Returns the process's registry.
     [[nodiscard]] static AVAudioUnitComponentManager& sharedAudioUnitComponentManager();
 
-    /// Returns all installed components that match `description`, in the registry's order, which is the same
-    /// in every run. Components installed since the last call are found.
+    /// Returns all installed components that match `description`, in the same order in every run. Also finds
+    /// components that were installed since the last call.
     [[nodiscard]] std::vector<AVAudioUnitComponent>
     componentsMatchingDescription(const AudioComponentDescription& description) const;
 

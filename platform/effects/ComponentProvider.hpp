@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The interface below the component registry: where components come from and how one becomes a unit. The real
-// one finds LV2 bundles; a test supplies its own. Both operations may be called on any thread and may take
-// milliseconds; neither is called on the audio thread.
+// The interface through which the component registry finds components and creates units. The program's
+// provider finds LV2 bundles; tests supply their own. Both operations may be called on any thread except the
+// audio thread and may take milliseconds.
 #pragma once
 
 #include "platform/effects/AudioComponentDescription.hpp"
@@ -17,12 +17,12 @@ namespace platform {
 
 class AUAudioUnit;
 
-/// What a provider knows about a component without loading any of its code.
+/// The properties of a component that are known without loading its code.
 struct ComponentRecord {
-    AudioComponentDescription description; // the component's own; its mask is 0
+    AudioComponentDescription description; // the component's own description, with a mask of 0
     std::string name;
     std::string version;
-    std::string identifier; // the provider's own key; stable between runs
+    std::string identifier; // the provider's key, the same in every run
 };
 
 class ComponentProvider {
@@ -32,14 +32,15 @@ class ComponentProvider {
     ComponentProvider(const ComponentProvider&) = delete;
     ComponentProvider& operator=(const ComponentProvider&) = delete;
 
-    /// Returns all components that match `wanted`, in an order that is the same in every run.
+    /// Returns all components that match `wanted`, in the same order in every run.
     [[nodiscard]] virtual std::vector<ComponentRecord>
     componentsMatching(const AudioComponentDescription& wanted) = 0;
-    /// Creates a unit of the component, or returns the reason why not.
+    /// Creates a unit of the component, or returns the reason why that failed.
     [[nodiscard]] virtual Result<std::shared_ptr<AUAudioUnit>> instantiate(const ComponentRecord& record) = 0;
 };
 
-/// Creates the provider of LV2 plug-ins: those of the search path and the effect that comes with the program.
+/// Creates the provider of LV2 plug-ins, which finds the plug-ins in the search path and the effect that
+/// comes with the program.
 [[nodiscard]] std::shared_ptr<ComponentProvider> makeLv2ComponentProvider();
 
 } // namespace platform

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What this room takes from the outside, for tests that put something else there. Any thread but the audio
-// thread.
+// A function that replaces the source of components, for tests. Any thread except the audio thread.
 #pragma once
 
 #include "platform/effects/ComponentProvider.hpp"
@@ -11,7 +10,7 @@
 
 namespace platform {
 
-/// Replaces the provider of the registry of components; null restores the real one.
+/// Replaces the component registry's provider; null restores the provider of LV2 plug-ins.
 void setComponentProvider(std::shared_ptr<ComponentProvider> provider);
 
 } // namespace platform

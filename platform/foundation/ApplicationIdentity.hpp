@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The identity of this process among the project's programs with a window: its names, its main screen, the
-// text of --help. Set once, before UIApplicationMain; read on the main thread.
+// The identity of one of this project's graphical programs: its names, its main screen and its text for
+// --help. Set once, before UIApplicationMain; read on the main thread.
 #pragma once
 
 #include "platform/foundation/product.hpp"
@@ -12,13 +12,14 @@
 namespace platform {
 
 struct ApplicationIdentity {
-    std::string programName = product::Name;        // of the executable; the windows' class too
-    std::string displayName = product::DisplayName; // for display
-    std::string interfaceName = "Main";             // of the main screen's description and its style sheet
-    std::string help = {};                          // the answer to --help, without the last newline
+    std::string programName = product::Name;        // name of the executable and WM_CLASS of the windows
+    std::string displayName = product::DisplayName; // name shown to users
+    std::string interfaceName = "Main";             // base name of the main screen's .ui and .css files
+    std::string help = {};                          // output of --help without the final newline
 };
 
-/// Returns the identity of this process: the main program's, without a help text, until another is set.
+/// Returns the identity of this process. Before the first call of setApplicationIdentity() it has the
+/// defaults above.
 [[nodiscard]] const ApplicationIdentity& applicationIdentity() noexcept;
 void setApplicationIdentity(ApplicationIdentity identity);
 

@@ -22,15 +22,16 @@ std::string programDirectory() {
 } // namespace
 
 const Bundle& Bundle::main() {
-    static const Bundle bundle(programDirectory());
-    return bundle;
+    // Never destroyed, because threads may use it while the process exits.
+    static const auto* bundle = new Bundle(programDirectory());
+    return *bundle;
 }
 
 Bundle::Bundle(std::string executableDirectory)
     : _executableDirectory(std::move(executableDirectory)) {}
 
 std::optional<URL> Bundle::resourceURL() const {
-    // The program in bin/ beside its folder in share/; a test program is one level deeper, in bin/tests.
+    // The program is in PREFIX/bin, a test program in PREFIX/bin/tests. The resources are in PREFIX/share.
     const fs::path directory = _executableDirectory;
     for (const fs::path& prefix : {directory.parent_path(), directory.parent_path().parent_path()}) {
         std::error_code ignored;
@@ -56,7 +57,7 @@ std::optional<std::string> Bundle::resourcePath() const {
     return url ? std::optional(url->path()) : std::nullopt;
 }
 
-// The parent of bin; a test program is one level deeper.
+// Returns the parent directory of bin. Test programs are in bin/tests.
 std::string Bundle::prefix() const {
     const fs::path directory = _executableDirectory;
     const fs::path above = directory.parent_path();

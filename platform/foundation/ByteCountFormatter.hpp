@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Sizes as people read them, in multiples of 1000. Any thread.
+// Formats sizes for people, with units that are powers of 1000. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace platform {
 
 enum class ByteCountStyle { File };
 
-/// The largest size of a text of `writeByteCount`, in bytes.
+/// The size in bytes of the longest text that `writeByteCount` writes.
 inline constexpr std::size_t ByteCountLength = 32;
 
 class ByteCountFormatter {
@@ -19,8 +19,8 @@ class ByteCountFormatter {
     /// Returns the text of `byteCount`: "Zero KB", "1 byte", "999 bytes", "12 KB", "1.2 MB", "4.75 GB". The
     /// unit is chosen before rounding; halves round to even; trailing zeros are dropped.
     [[nodiscard]] static std::string stringFromByteCount(std::int64_t byteCount, ByteCountStyle countStyle);
-    /// Writes the same text to `text`, which has space for `ByteCountLength` bytes; returns the end of what
-    /// was written.
+    /// Writes the text of `byteCount` to `text`, which must have room for `ByteCountLength` bytes. Returns
+    /// the end of the written text.
     static char* writeByteCount(char* text, std::int64_t byteCount);
 };
 

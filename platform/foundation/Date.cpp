@@ -13,7 +13,8 @@ Date Date::now() {
     return {now.tv_sec, static_cast<std::uint32_t>(now.tv_nsec)};
 }
 
-// Counts in eras of 400 years that start on the first of March, so that the leap day is an era's last.
+// Counts in eras of 400 years. Years start on the first of March, so that a leap day is the last day of its
+// year.
 CivilDay civilDay(std::int64_t days) noexcept {
     constexpr std::int64_t DaysOfEra = 146097;
     const std::int64_t shifted = days + 719468; // since 0000-03-01

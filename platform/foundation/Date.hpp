@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A moment as file systems record it. A value; any thread.
+// A point in time, as file systems record it. Any thread.
 #pragma once
 
 #include <compare>
@@ -11,12 +11,12 @@
 namespace platform {
 
 struct Date {
-    std::int64_t seconds = 0;      // since 1970-01-01 00:00 UTC, leap seconds not counted; may be negative
+    std::int64_t seconds = 0;      // since 1970-01-01 00:00 UTC without leap seconds; may be negative
     std::uint32_t nanoseconds = 0; // 0 to 999,999,999, added to `seconds`
 
-    /// Returns the present moment of the system's clock.
+    /// Returns the current time of the system's real-time clock.
     [[nodiscard]] static Date now();
-    /// Returns the technical text in UTC, "2026-11-16 09:40:14 +0000".
+    /// Returns the time in UTC in the form "2026-11-16 09:40:14 +0000".
     [[nodiscard]] std::string description() const;
 
     friend constexpr auto operator<=>(const Date&, const Date&) = default;
@@ -31,7 +31,7 @@ struct CivilDay {
 
 /// Returns the day that is `days` after 1970-01-01.
 [[nodiscard]] CivilDay civilDay(std::int64_t days) noexcept;
-/// Returns the days from 1970-01-01 to `day`.
+/// Returns the number of days from 1970-01-01 to `day`.
 [[nodiscard]] std::int64_t daysTo(const CivilDay& day) noexcept;
 
 } // namespace platform

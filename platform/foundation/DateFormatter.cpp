@@ -22,14 +22,15 @@ constexpr std::int64_t NoSpan = std::numeric_limits<std::int64_t>::min();
 
 std::atomic<unsigned> timeZoneGeneration{0};
 
-// The C library only knows years that fit an int; beyond them the offset of the last such year is used.
+// The C library supports only years that fit into an int. Beyond them, the offset of the last such year is
+// used.
 constexpr std::int64_t FurthestSecond = 60'000'000'000'000'000;
 
 struct Clock {
     CivilDay day;
     unsigned hour = 0;
     unsigned minute = 0;
-    unsigned second = 0; // 60 in a leap second, if the zone's file counts them
+    unsigned second = 0; // 60 in a leap second, if the file of the time zone has leap seconds
 };
 
 std::optional<Clock> askClock(std::int64_t seconds) {
@@ -43,7 +44,7 @@ std::optional<Clock> askClock(std::int64_t seconds) {
                  static_cast<unsigned>(local.tm_sec)};
 }
 
-// Returns what the clock shows as seconds, less `seconds`; absent in a leap second.
+// Returns the offset of local time from UTC in seconds, or no value in a leap second.
 std::optional<std::int64_t> askOffset(std::int64_t seconds) {
     const std::int64_t bounded = std::clamp(seconds, -FurthestSecond, FurthestSecond);
     const auto clock = askClock(bounded);
@@ -53,10 +54,10 @@ std::optional<std::int64_t> askOffset(std::int64_t seconds) {
     return daysTo(clock->day) * Day + second - bounded;
 }
 
-// Asking the C library costs ten times what the rest of the text costs; a span in which the offset does not
-// change needs only one question. In other spans every moment is asked for. A span counts as constant if the
-// offset is the same every three days: the shortest time for which any zone in the time zone database has
-// left an offset and returned to it is nearly four.
+// A call of localtime_r takes ten times as long as formatting the text, so the offset is cached for spans of
+// twelve days. If the offset changes within a span, each time in that span is converted by localtime_r. A
+// span counts as constant if the offset is the same every three days. That is often enough: no zone of the
+// time zone database has ever left an offset and returned to it in less than almost four days.
 constexpr std::int64_t SpanDays = 12;
 constexpr std::int64_t Sample = 3 * Day;
 
@@ -72,10 +73,10 @@ struct KnownSpans {
     std::array<KnownSpan, 2048> spans;
 };
 
-// Returns whether the zone's daylight saving is given by TZ itself instead of a file of the database: it may
-// last only hours.
+// Returns whether TZ itself defines daylight saving time instead of naming a file of the time zone database.
+// Such daylight saving time may last only a few hours.
 bool followsNoFile() {
-    (void)askClock(0); // the zone is read now, if it was not yet
+    (void)askClock(0); // makes the C library read the time zone
     const char* name = std::getenv("TZ");
     if (name != nullptr && *name == ':') ++name;
     if (name == nullptr || *name == '\0' || ::daylight == 0) return false;
@@ -125,7 +126,7 @@ char* writeTwo(char* text, unsigned number) {
 } // namespace
 
 char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
-    // Far beyond any calendar the arithmetic below would overflow.
+    // Keeps the arithmetic below from overflowing.
     constexpr std::int64_t Furthest = std::numeric_limits<std::int64_t>::max() - 2 * SpanDays * Day;
     const std::int64_t seconds = date.seconds > Furthest    ? Furthest
                                  : date.seconds < -Furthest ? -Furthest
@@ -145,7 +146,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     } else {
         text = std::to_chars(text, text + 20, civil.year).ptr;
     }
-    std::memcpy(text, " at ", 4); // NOLINT(bugprone-not-null-terminated-result): the text goes on
+    std::memcpy(text, " at ", 4); // NOLINT(bugprone-not-null-terminated-result): more text follows
     text += 4;
     const unsigned twelve = hour % 12 == 0 ? 12 : hour % 12;
     if (twelve >= 10) *text++ = '1';
@@ -154,7 +155,7 @@ char* DateFormatter::writeMediumDateTime(char* text, const Date& date) {
     text = writeTwo(text, minute);
     *text++ = ':';
     text = writeTwo(text, second);
-    // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the end is what is returned
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the function returns the end of the text
     std::memcpy(text, hour < 12 ? " AM" : " PM", 3);
     return text + 3;
 }

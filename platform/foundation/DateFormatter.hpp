@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Dates as people read them: the medium date and time styles of the locale "en_US", whatever the user's
-// locale, in the local time zone, seconds truncated. Any thread. Source of the pattern "MMM d, y 'at' h:mm:ss
-// a": CLDR, en.
+// Formats dates for people, in the local time zone and with truncated seconds. The format is the medium date
+// and time style of the locale "en_US", independent of the user's locale: "MMM d, y 'at' h:mm:ss a" (from
+// CLDR, en). Any thread.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -12,17 +12,18 @@
 
 namespace platform {
 
-/// The largest size of a text of `writeMediumDateTime`, in bytes.
+/// The size in bytes of the longest text that `writeMediumDateTime` writes.
 inline constexpr std::size_t MediumDateTimeLength = 48;
 
 class DateFormatter {
   public:
-    /// Returns the text, for example "Nov 16, 2026 at 9:40:14 AM".
+    /// Returns the text of `date`, for example "Nov 16, 2026 at 9:40:14 AM".
     [[nodiscard]] std::string stringFromDate(const Date& date) const;
-    /// Writes the text to `text`, which has space for `MediumDateTimeLength` bytes; returns the end of what
-    /// was written.
+    /// Writes the text of `date` to `text`, which must have room for `MediumDateTimeLength` bytes. Returns
+    /// the end of the written text.
     static char* writeMediumDateTime(char* text, const Date& date);
-    /// Reads the time zone (`TZ`, /etc/localtime) again; otherwise the formatter keeps what it has read.
+    /// Reads the time zone (`TZ`, /etc/localtime) again. Formatters notice a changed time zone only after
+    /// this.
     static void resetTimeZone();
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An open file of this process, closed with its owner.
+// Owns a file descriptor and closes it in the destructor.
 #pragma once
 
 #include <utility>

@@ -47,7 +47,7 @@ class DirectoryEnumerator::Implementation {
     std::size_t siblingCount() const noexcept { return _stack.listing().count(); }
 
     std::optional<FileAttributes> directoryAttributes() const {
-        if (_stack.depth() > 1) return std::nullopt; // queried before the walk starts
+        if (_stack.depth() > 1) return std::nullopt; // only available before the walk descends
         FileStatus status;
         if (detail::readStatus(_stack.descriptor(), "", AT_EMPTY_PATH, status) != 0) return std::nullopt;
         return FileAttributes(status);
@@ -76,7 +76,7 @@ class DirectoryEnumerator::Implementation {
     }
 
     std::optional<Error> removeItem(const std::string& path, const detail::Questions& questions) {
-        // The remains of a directory that could not be removed are walked.
+        // If a directory is not removed completely, the walk continues with what remains in it.
         auto failed = detail::removeItem(_stack, _stack.listing().name(), path, questions);
         _itemStatus.reset();
         return failed;
@@ -85,7 +85,7 @@ class DirectoryEnumerator::Implementation {
 
   private:
     struct Level {
-        std::size_t prefixLength = 0; // of the part of the subpath before a name
+        std::size_t prefixLength = 0; // length of the subpath before the item's name
         std::optional<FileStatus> status;
         std::optional<Rights> rights;
     };
@@ -96,13 +96,13 @@ class DirectoryEnumerator::Implementation {
         if (_levels.size() < _stack.depth()) _levels.emplace_back();
         Level& inner = level();
         inner.prefixLength = _subpath.size() + 1;
-        inner.status = _itemStatus; // if somebody queried it
+        inner.status = _itemStatus; // empty if nobody has asked for it
         inner.rights.reset();
         list();
         _subpath += '/';
     }
 
-    // Requires that `_subpath` is the path of the innermost directory.
+    // `_subpath` must be the subpath of the innermost directory.
     void list() {
         const int error = _stack.list();
         if (error == 0) return;
@@ -136,11 +136,11 @@ class DirectoryEnumerator::Implementation {
         return _access.mayRemove(*_itemStatus, *parent.status, *parent.rights);
     }
 
-    std::string _path; // of the root
+    std::string _path; // path of the root
     AccessRights _access;
     DirectoryStack _stack;
-    std::vector<Level> _levels; // at least as many as the stack has
-    std::string _subpath;       // of the item last returned
+    std::vector<Level> _levels; // never shorter than the depth of `_stack`
+    std::string _subpath;       // subpath of the item that was returned last
     std::optional<FileStatus> _itemStatus;
     bool _mayDescend = false;
     std::vector<Error> _readErrors;

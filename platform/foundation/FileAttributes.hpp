@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the file system records about one item: a dictionary to its readers, a flat record of 36 bytes in
-// memory. The file manager returns whole records; what such a record cannot hold (dates before 1698 or after
-// 2242, a dictionary that somebody builds key by key) is stored as a real dictionary instead. A value;
-// concurrent reading is safe.
+// What the file system records about one item. The interface is that of a dictionary, but in memory it is
+// usually a record of 36 bytes. What the record cannot hold (dates before 1698 or after 2242, or a dictionary
+// built key by key) is stored in a real dictionary instead. Concurrent reading is safe.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -26,7 +25,7 @@ struct FileKind;
 struct FileStatus;
 } // namespace detail
 
-/// The keys, in the order of their texts.
+/// The keys, in alphabetical order.
 enum class FileAttributeKey : std::uint8_t {
     NSFileAppendOnly,
     NSFileCreationDate,
@@ -45,15 +44,15 @@ enum class FileAttributeKey : std::uint8_t {
 };
 inline constexpr std::size_t FileAttributeKeyCount = 14;
 
-/// Returns the key's own text, "NSFileSize".
+/// Returns the name of the key, for example "NSFileSize".
 [[nodiscard]] std::string_view textOf(FileAttributeKey key) noexcept;
 
-/// A flag, a number, a date or a text, depending on the key. NSFileType is one of the texts
+/// A flag, a number, a date or a text, depending on the key. The value of NSFileType is one of the texts
 /// "NSFileTypeRegular", "NSFileTypeDirectory", "NSFileTypeSymbolicLink", "NSFileTypeSocket",
 /// "NSFileTypeCharacterSpecial", "NSFileTypeBlockSpecial", "NSFileTypeUnknown".
 using FileAttribute = std::variant<bool, NSNumber, Date, std::string>;
 
-/// Returns the value's text: "true", "17", "2026-11-16 09:40:14 +0000", the text itself.
+/// Returns the value as text: "true", "17", "2026-11-16 09:40:14 +0000", or the text itself.
 [[nodiscard]] std::string describe(const FileAttribute& attribute);
 
 class FileAttributes {
@@ -70,29 +69,28 @@ class FileAttributes {
     [[nodiscard]] bool isEmpty() const noexcept { return _kind == Empty; }
     /// Returns the number of entries.
     [[nodiscard]] std::size_t count() const;
-    /// Returns the value of `key`; absent when the dictionary has none. (An account without a name has only
-    /// its number.)
+    /// Returns the value of `key`, or no value if the dictionary has no such entry. The entry with the name
+    /// of an account is missing if the account has only a number.
     [[nodiscard]] std::optional<FileAttribute> value(FileAttributeKey key) const;
     void setValue(FileAttributeKey key, FileAttribute value);
     void removeValue(FileAttributeKey key);
 
-    // The four that every item has, without the conversion to a general value. Absent if the key is; a value
-    // of another type than the key's is fatal.
+    // The four attributes that every item has, as values of their own types. They return no value if there is
+    // no entry. It is a fatal error if setValue() has stored a value of another type.
     [[nodiscard]] std::optional<NSNumber> systemFileNumber() const;
     [[nodiscard]] std::optional<NSNumber> size() const;
     [[nodiscard]] std::optional<Date> modificationDate() const;
     [[nodiscard]] std::optional<Date> creationDate() const;
 
-    /// Returns the entries as text, "[NSFileAppendOnly: false, ...]", keys in order; "[:]" when there are
-    /// none.
+    /// Returns the entries as text in the order of the keys, "[NSFileAppendOnly: false, ...]", or "[:]" if
+    /// there are none.
     [[nodiscard]] std::string description() const;
 
     friend bool operator==(const FileAttributes& a, const FileAttributes& b);
 
   private:
     using Dictionary = std::map<FileAttributeKey, FileAttribute>;
-    using Word =
-        std::array<std::uint32_t, 2>; // 64 bits with an alignment of 32: keeps the record at 36 bytes
+    using Word = std::array<std::uint32_t, 2>; // 64 bits aligned to 32, so that the record has 36 bytes
 
     static constexpr std::uint32_t Empty = 0;
     static constexpr std::uint32_t Special = 0xFFFFFFFF; // _size holds the address of a Dictionary
@@ -107,7 +105,7 @@ class FileAttributes {
     template <class T>
     [[nodiscard]] std::optional<T> special(FileAttributeKey key) const;
 
-    std::uint32_t _kind = Empty; // Empty, Special, or what the item shares with others (detail/FileKind.hpp)
+    std::uint32_t _kind = Empty; // Empty, Special, or the number of a FileKind (detail/FileKind.hpp)
     Word _size{};
     Word _fileNumber{};
     Word _modification{}; // 34 bits of seconds, 30 of nanoseconds

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The file manager's changes: which question the delegate is asked, in which form.
+// The file manager's operations that change files, and the delegate's functions that each of them calls.
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/detail/PathLocation.hpp"
 #include "platform/foundation/detail/fileErrors.hpp"
@@ -19,7 +19,7 @@ using detail::Questions;
 using Delegate = FileManagerDelegate;
 using Path = std::string;
 
-// The pairs of questions of one operation, by path and by URL.
+// The delegate's functions for one operation, in their forms with paths and with URLs.
 struct PairQuestions {
     bool (Delegate::*shouldPath)(FileManager&, const Path&, const Path&);
     bool (Delegate::*proceedPath)(FileManager&, const Error&, const Path&, const Path&);
@@ -99,7 +99,7 @@ int rename(const Path& from, const Path& to) {
                : errno;
 }
 
-// A move asks once for the whole item: nothing below it is looked at.
+// The delegate is asked only once, for the whole item, and not for the items below it.
 std::optional<Error> move(FileManager& manager, const Path& from, const Path& to,
                           const Questions& questions) {
     if (questions.should && !questions.should("")) return std::nullopt;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Asked before the file manager removes, copies, moves or links an item, and after that failed. Called on the
-// thread of the operation.
+// Decides whether the file manager removes, copies, moves or links an item, and whether an operation
+// continues after an error. Called on the thread of the operation.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -14,7 +14,7 @@ namespace platform {
 
 class FileManager;
 
-/// The questions; unless overridden, every operation is allowed and every error ends it.
+/// By default, every operation is allowed and every error ends the operation.
 class FileManagerDelegate {
   public:
     virtual ~FileManagerDelegate() = default;

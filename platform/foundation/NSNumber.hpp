@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A whole number as an object: signed and unsigned 64-bit values in one type. A value; any thread.
+// An integer that can be any signed or unsigned 64-bit value. Any thread.
 #pragma once
 
 #include <compare>
@@ -16,21 +16,21 @@ class NSNumber {
     /// Creates the number 0.
     constexpr NSNumber() noexcept = default;
     template <std::signed_integral T>
-    constexpr NSNumber(T value) noexcept // a number is a number
+    constexpr NSNumber(T value) noexcept // implicit, so that plain integers can be passed
         : _bits(static_cast<std::uint64_t>(value)) {}
     template <std::unsigned_integral T>
     constexpr NSNumber(T value) noexcept
         : _bits(value)
         , _isBeyondSigned(_bits > 0x7FFFFFFFFFFFFFFFU) {}
 
-    /// Returns the value; one beyond the signed range keeps its bits.
+    /// Returns the value as a signed integer. A value beyond the signed range is reinterpreted bit by bit.
     [[nodiscard]] constexpr std::int64_t longLongValue() const noexcept {
         return static_cast<std::int64_t>(_bits);
     }
     [[nodiscard]] constexpr std::uint64_t unsignedLongLongValue() const noexcept { return _bits; }
-    /// Returns whether the value is larger than every signed one.
+    /// Returns whether the value is too large for a signed 64-bit integer.
     [[nodiscard]] constexpr bool isBeyondSigned() const noexcept { return _isBeyondSigned; }
-    /// Returns the decimal text.
+    /// Returns the value in decimal.
     [[nodiscard]] std::string stringValue() const {
         return _isBeyondSigned ? std::to_string(_bits) : std::to_string(longLongValue());
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the process knows about itself. Any thread.
+// Information about the running process. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,13 @@ namespace platform {
 
 class ProcessInfo {
   public:
-    /// Returns the one record of this process.
+    /// Returns the only instance.
     [[nodiscard]] static const ProcessInfo& processInfo();
 
-    /// Returns the name of the running program's file.
+    /// Returns the file name of the running program.
     [[nodiscard]] std::string processName() const;
     [[nodiscard]] std::int32_t processIdentifier() const noexcept;
-    /// Returns a text that no other call on any machine returns: a random UUID (RFC 4122, version 4) in upper
-    /// case.
+    /// Returns a new random UUID (RFC 4122, version 4) in upper case.
     [[nodiscard]] std::string globallyUniqueString() const;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A value, or the error in its place.
+// Either a value, or the error that explains why there is none.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -14,10 +14,11 @@ namespace platform {
 template <class T>
 class Result {
   public:
+    // Both constructors are implicit, so that a function can return a plain T or a plain Error.
     Result(T value)
-        : _content(std::in_place_index<0>, std::move(value)) {} // a value is a result
+        : _content(std::in_place_index<0>, std::move(value)) {}
     Result(Error error)
-        : _content(std::in_place_index<1>, std::move(error)) {} // and so is an error
+        : _content(std::in_place_index<1>, std::move(error)) {}
 
     [[nodiscard]] explicit operator bool() const noexcept { return _content.index() == 0; }
     [[nodiscard]] T& value() { return std::get<0>(_content); }

@@ -29,7 +29,8 @@ bool staysInPath(char c) noexcept {
            std::string_view("/!$&'()*+,-.:=@_~").find(c) != std::string_view::npos;
 }
 
-// The characters of RFC 3986: unreserved, gen-delims, sub-delims; % only before two hexadecimal digits.
+// Allows the characters of RFC 3986 (unreserved, gen-delims and sub-delims), and % before two hexadecimal
+// digits.
 bool isURLText(std::string_view text) {
     if (text.empty()) return false;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -45,7 +46,7 @@ bool isURLText(std::string_view text) {
     return true;
 }
 
-// The length of the scheme before its ":", 0 for relative text.
+// Returns the length of the scheme before the ":", or 0 for a relative reference.
 std::size_t schemeLength(std::string_view text) {
     if (text.empty() || !isAlpha(text[0])) return 0;
     for (std::size_t i = 1; i < text.size(); ++i) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Locations as values. File locations are bytes: they pass unchanged, valid UTF-8 or not. Source of the
-// grammar: RFC 3986.
+// A URL (RFC 3986). The path of a file URL can be any bytes, even invalid UTF-8, and is preserved. Any
+// thread.
 #pragma once
 
 #include <optional>
@@ -13,27 +13,29 @@ namespace platform {
 
 class URL {
   public:
-    /// Creates a URL from text; absent if RFC 3986 does not allow the text (empty, blanks, controls, a bare
-    /// %).
+    /// Creates a URL from text. Returns no value if the text is empty or has characters that RFC 3986 does
+    /// not allow (blanks, control characters, a % without two hexadecimal digits).
     [[nodiscard]] static std::optional<URL> fromString(std::string_view text);
-    /// Creates a file URL; a relative path starts at the current directory. If the path ends in "/" or names
-    /// an existing directory, the URL ends in "/".
+    /// Creates a file URL. A relative path starts at the current directory. The URL ends in "/" if the path
+    /// does or names an existing directory.
     [[nodiscard]] static URL fileURLWithPath(std::string_view path);
-    /// Creates a file URL without asking the disk whether it is a directory.
+    /// Creates a file URL, which ends in "/" if `isDirectory` is true. Does not access the file system to
+    /// check.
     [[nodiscard]] static URL fileURLWithPath(std::string_view path, bool isDirectory);
 
-    /// Returns the text, percent-encoded.
+    /// Returns the percent-encoded text.
     [[nodiscard]] const std::string& absoluteString() const noexcept { return _text; }
-    /// Returns the path, percent-decoded, without a trailing "/" (the root keeps its own).
+    /// Returns the percent-decoded path without a trailing "/"; the root is "/".
     [[nodiscard]] std::string path() const;
-    /// Returns the scheme in lower case; empty for relative text.
+    /// Returns the scheme in lower case, or an empty string for a relative reference.
     [[nodiscard]] std::string scheme() const;
     [[nodiscard]] bool isFileURL() const;
-    /// Returns the last component of the path, decoded; "/" for the root.
+    /// Returns the percent-decoded last component of the path, or "/" for the root.
     [[nodiscard]] std::string lastPathComponent() const;
-    /// Returns what follows the last "." of the last component; empty for a leading-dot name or none.
+    /// Returns the text after the last "." of the last component. Returns an empty string if there is no "."
+    /// or only a leading one.
     [[nodiscard]] std::string pathExtension() const;
-    /// Appends a "/" and `component`.
+    /// Returns this URL with `component` appended to its path.
     [[nodiscard]] URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
 
     friend bool operator==(const URL&, const URL&) = default;
@@ -47,7 +49,7 @@ class URL {
 
 /// Percent-encodes every byte except `A-Z a-z 0-9 / ! $ & ' ( ) * + , - . : = @ _ ~`.
 [[nodiscard]] std::string percentEncodedPath(std::string_view path);
-/// Replaces each well-formed %XX by its byte.
+/// Replaces each well-formed %XX by the byte that it encodes.
 [[nodiscard]] std::string percentDecoded(std::string_view text);
 
 } // namespace platform

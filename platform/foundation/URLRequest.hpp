@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A request to the network or the web view. A value; any thread.
+// A request to the network or the web view. Any thread.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -11,7 +11,7 @@
 
 namespace platform {
 
-/// The rule for caches. Only the protocol's own is known; nothing is kept between requests.
+/// How a request uses caches. The only policy is that of the protocol. Nothing is cached between requests.
 enum class URLRequestCachePolicy : std::uint8_t { UseProtocolCachePolicy = 0 };
 
 struct URLRequest {
@@ -20,7 +20,7 @@ struct URLRequest {
 
     URL url;
     URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::UseProtocolCachePolicy;
-    double timeoutInterval = 60.0; // seconds without any progress after which the transfer fails
+    double timeoutInterval = 60.0; // the transfer fails after so many seconds without progress
 };
 
 } // namespace platform

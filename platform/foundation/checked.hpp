@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Integer arithmetic whose overflow ends the program instead of wrapping.
+// Integer arithmetic that ends the program on overflow instead of wrapping around.
 #pragma once
 
 #include "platform/foundation/fatal.hpp"
@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Adds; overflow is fatal.
+/// Returns a + b. Overflow is a fatal error.
 template <class T>
 [[nodiscard]] constexpr T checkedAdd(T a, T b) {
     T sum{};
@@ -18,7 +18,7 @@ template <class T>
     return sum;
 }
 
-/// Subtracts; overflow is fatal.
+/// Returns a - b. Overflow is a fatal error.
 template <class T>
 [[nodiscard]] constexpr T checkedSubtract(T a, T b) {
     T difference{};
@@ -26,7 +26,7 @@ template <class T>
     return difference;
 }
 
-/// Multiplies; overflow is fatal.
+/// Returns a * b. Overflow is a fatal error.
 template <class T>
 [[nodiscard]] constexpr T checkedMultiply(T a, T b) {
     T product{};
@@ -34,9 +34,11 @@ template <class T>
     return product;
 }
 
-/// Converts towards zero; NaN and values outside the signed 64-bit range are fatal.
+/// Rounds `value` towards zero. NaN and values outside the signed 64-bit range are fatal errors.
 [[nodiscard]] inline std::int64_t checkedInteger(double value) {
-    if (!(value >= -0x1p63 && value < 0x1p63)) fatal("A floating-point value has no 64-bit integer");
+    if (!(value >= -0x1p63 && value < 0x1p63)) {
+        fatal("A floating-point value does not fit into a 64-bit integer");
+    }
     return static_cast<std::int64_t>(value);
 }
 

@@ -17,20 +17,20 @@
 namespace platform {
 namespace {
 
-// Written before any other thread runs.
+// These two variables are set before any other thread runs.
 int outputDescriptor = STDOUT_FILENO;
 bool printsToStandardError = false;
 
 std::atomic<int> lastError{0};
 
 std::mutex& lineMutex() {
-    static auto* mutex = new std::mutex; // outlives every static: lines may be written while the process ends
+    static auto* mutex = new std::mutex; // never destroyed: lines may be written while statics are destroyed
     return *mutex;
 }
 
-// Writes both pieces completely, or returns the error number.
+// Writes `line` and a newline completely and returns 0, or returns the error number.
 int writeLine(int descriptor, std::string_view line) {
-    // Most lines are short, and one piece is written faster than two.
+    // A short line and its newline are copied into one buffer, because write is faster than writev.
     char whole[1024];
     const char newline = '\n';
     const bool isShort = line.size() < sizeof whole;
@@ -63,7 +63,7 @@ int writeLine(int descriptor, std::string_view line) {
 } // namespace
 
 void print(std::string_view line) {
-    // A broken descriptor is no reason to end: there is nowhere left to report it.
+    // An error does not end the program. `printError` returns it.
     if (printsToStandardError) return warn(line);
     if (const int error = writeLine(outputDescriptor, line); error != 0) lastError = error;
 }

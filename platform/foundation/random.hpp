@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Random numbers from the system's default source. Any thread.
+// Random numbers from the system. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,11 @@
 
 namespace platform {
 
-/// Fills `bytes` from the kernel's generator.
+/// Fills `bytes` with random bytes from the kernel.
 void randomBytes(std::span<unsigned char> bytes);
 
-/// Draws an integer uniformly from the closed range [low, high]; an empty range is fatal.
+/// Returns a uniformly distributed integer from the closed range [low, high]. An empty range is a fatal
+/// error.
 [[nodiscard]] std::int64_t randomInteger(std::int64_t low, std::int64_t high);
 
 } // namespace platform

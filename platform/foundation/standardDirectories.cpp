@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The file manager's standard locations, following the desktop's standards. Sources: XDG Base Directory,
-// xdg-user-dirs, Filesystem Hierarchy Standard.
+// The file manager's standard locations. Sources: XDG Base Directory Specification, xdg-user-dirs, Filesystem
+// Hierarchy Standard.
 #include "platform/foundation/FileManager.hpp"
 #include "platform/foundation/userDirectories.hpp"
 
@@ -99,7 +99,7 @@ FileManager::containerURLForSecurityApplicationGroupIdentifier(std::string_view 
     const std::string data = dataHome();
     if (data == "//.local/share") return std::nullopt; // a user without a home directory
     const std::string container = data + "/" + std::string(group);
-    // If it cannot be created, whatever is stored in it will report that.
+    // If this fails, later attempts to store something in the directory will report errors.
     (void)FileManager().createDirectoryAtPath(container);
     return URL::fileURLWithPath(container, true);
 }

@@ -18,8 +18,9 @@ struct Handlers {
 };
 
 Handlers& handlers() {
-    static Handlers all;
-    return all;
+    // Never destroyed, because a thread may open the sound output while the process exits.
+    static auto* all = new Handlers;
+    return *all;
 }
 
 } // namespace

@@ -16,7 +16,7 @@
 namespace platform {
 namespace {
 
-// The sequences of RFC 3629, section 4: a range of first bytes, the range of the byte after it, which
+// The byte sequences of RFC 3629, section 4: the range of the first byte, the range of the second byte, which
 // excludes surrogates and overlong forms, and the number of bytes after the first.
 struct Sequence {
     unsigned char firstLow, firstHigh, secondLow, secondHigh;
@@ -37,7 +37,8 @@ constexpr bool isWithin(char c, unsigned char low, unsigned char high) {
     return static_cast<unsigned char>(c) >= low && static_cast<unsigned char>(c) <= high;
 }
 
-// Returns the length of the character at the start of `text`; 0 if there is none.
+// Returns the length in bytes of the character at the start of `text`, or 0 if the bytes there are not valid
+// UTF-8.
 std::size_t characterLength(std::string_view text) {
     if (isWithin(text[0], 0x00, 0x7F)) return 1;
     for (const Sequence& each : Sequences) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Whole files as text. Any thread; blocks while it reads.
+// Reads whole files as text. Any thread; blocks while reading.
 #pragma once
 
 #include "platform/foundation/Result.hpp"
@@ -10,8 +10,9 @@
 
 namespace platform {
 
-/// Reads the file at `path` as UTF-8 text, byte for byte. Returns an error if it is not a regular file,
-/// cannot be read, or is not UTF-8 (RFC 3629: no surrogates, nothing overlong); a pipe is not waited for.
+/// Returns the contents of the file at `path`, which must be UTF-8 text (RFC 3629: no surrogates or overlong
+/// forms). Returns an error if the file is not a regular one, cannot be read or is not UTF-8. Does not block
+/// on a FIFO.
 [[nodiscard]] Result<std::string> stringWithContentsOfFile(const std::string& path);
 
 } // namespace platform

@@ -11,7 +11,8 @@
 namespace platform {
 namespace {
 
-// One line of user-dirs.dirs: XDG_KEY_DIR="$HOME/name" or XDG_KEY_DIR="/absolute"; a backslash quotes.
+// Returns the value that a line of user-dirs.dirs assigns to `name`, or an empty string. A line has the form
+// XDG_KEY_DIR="$HOME/name" or XDG_KEY_DIR="/absolute"; a backslash escapes the next character.
 std::string valueOfLine(std::string_view line, std::string_view name) {
     while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
     if (!line.starts_with(name)) return {};
@@ -52,7 +53,7 @@ std::string userDirectory(std::string_view key, std::string_view fallback) {
     for (std::string line; std::getline(file, line);) {
         std::string value = valueOfLine(line, name);
         if (value.starts_with("$HOME")) value = home + value.substr(5);
-        if (value.starts_with('/')) directory = value; // the last assignment counts, as in a shell
+        if (value.starts_with('/')) directory = value; // the last assignment wins, as in a shell
     }
     return directory.empty() ? home + "/" + std::string(fallback) : directory;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The user's directories according to the desktop's standards. Any thread. Sources: xdg-user-dirs
-// (user-dirs.dirs), XDG Base Directory.
+// The user's directories. Any thread. Sources: xdg-user-dirs (user-dirs.dirs), XDG Base Directory
+// Specification.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@
 
 namespace platform {
 
-/// Returns the home directory: `HOME`, else the password file's, else "/".
+/// Returns the home directory: the value of `HOME`, or the entry in the password database, or "/".
 [[nodiscard]] std::string homeDirectory();
-/// Returns the directory that `XDG_<key>_DIR` names in user-dirs.dirs, else `fallback` in the home directory.
+/// Returns the value of `XDG_<key>_DIR` in user-dirs.dirs, or `fallback` in the home directory.
 [[nodiscard]] std::string userDirectory(std::string_view key, std::string_view fallback);
-/// Returns the absolute path in the environment variable `name`, else `fallback` in the home directory.
+/// Returns the absolute path in the environment variable `name`, or `fallback` in the home directory.
 [[nodiscard]] std::string baseDirectory(const char* name, std::string_view fallback);
 
 } // namespace platform

@@ -10,7 +10,7 @@
 namespace platform {
 namespace {
 
-// The transfer of a URL for which there is no source.
+// The transfer of a URL whose scheme is not supported.
 class NoTransfer final : public URLSessionTask::Transfer {
   public:
     using Transfer::Transfer;
@@ -48,7 +48,7 @@ void URLSessionTask::Transfer::finish(std::shared_ptr<URLResponse> response, std
     _session->queue.async(
         [self = shared_from_this(), response = std::move(response), error = std::move(error)]() mutable {
             self->_sink->deliver(response, std::move(error));
-            self->_sink.reset(); // with the completion and its captures
+            self->_sink.reset(); // releases the completion and its captures
         });
 }
 
@@ -65,7 +65,7 @@ std::int64_t URLSessionTask::countOfBytesReceived() const noexcept {
 }
 
 std::shared_ptr<URLSession> URLSession::sharedSession() {
-    static auto* session = new std::shared_ptr<URLSession>(create({})); // outlives every static
+    static auto* session = new std::shared_ptr<URLSession>(create({})); // never destroyed
     return *session;
 }
 
@@ -92,7 +92,7 @@ DispatchQueue& URLSession::delegateQueue() noexcept {
 }
 
 Result<URLData> contentsOfURL(const URL& url) {
-    // Shared with the completion, which may still be inside `set_value` when the wait ends.
+    // Shared with the completion, which may still be inside `set_value` when `get` returns.
     const auto promise = std::make_shared<std::promise<Result<URLData>>>();
     const auto task = URLSession::create({})->dataTaskWithRequest(
         URLRequest(url), [promise](const std::optional<URLData>& data, const auto&, const auto& error) {

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Fetching what URLs name: http and https over the network, file from the disk. A transfer runs in the
-// background; its completion is called once, on a queue of the session. All operations may be called on any
-// thread except the audio thread. Content that a server neither announces nor divides into chunks ends with
-// the connection: no one can tell whether it was cut.
+// Loads the content of URLs: http and https over the network, file from the disk. A transfer runs in the
+// background, and its completion is called once, on the session's queue. All operations may be called on any
+// thread except the audio thread. If a server sends neither a Content-Length nor chunks, the content ends
+// when the connection does, so truncated content cannot be detected.
 #pragma once
 
 #include "platform/foundation/Error.hpp"
@@ -23,7 +23,7 @@ namespace platform {
 
 class DispatchQueue;
 
-/// The source's description of the content.
+/// The description of a transfer's content.
 class URLResponse {
   public:
     URLResponse(URL url, std::string mimeType, std::int64_t expectedContentLength)
@@ -32,11 +32,11 @@ class URLResponse {
         , _expectedContentLength(expectedContentLength) {}
     virtual ~URLResponse() = default;
 
-    /// Returns the URL that answered: after redirects, the last one.
+    /// Returns the URL that the content came from: after redirects, the last one.
     [[nodiscard]] const URL& url() const noexcept { return _url; }
-    /// Returns the type of the content; empty when the source does not say.
+    /// Returns the MIME type of the content; empty if the server does not state one, and for files.
     [[nodiscard]] const std::string& mimeType() const noexcept { return _mimeType; }
-    /// Returns the number of bytes that the source announces; -1 if it does not.
+    /// Returns the announced length of the content in bytes, or -1 if it is unknown.
     [[nodiscard]] std::int64_t expectedContentLength() const noexcept { return _expectedContentLength; }
 
   private:
@@ -58,11 +58,11 @@ class HTTPURLResponse final : public URLResponse {
 };
 
 struct URLSessionConfiguration {
-    /// Returns the default one.
+    /// Returns the default configuration.
     [[nodiscard]] static URLSessionConfiguration defaultSessionConfiguration() { return {}; }
 };
 
-/// Content in memory. Immutable; copies share it.
+/// Content in memory. Immutable; copies share the bytes.
 class URLData {
   public:
     URLData() = default;
@@ -80,27 +80,27 @@ class URLData {
     std::size_t _size = 0;
 };
 
-/// Receives the content, or the error if there is none; more than 256 MiB is such an error.
+/// Receives the content, or the error if there is none. Content of more than 256 MiB is an error.
 using DataCompletion =
     std::function<void(const std::optional<URLData>& data, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
 /// Receives the location of a temporary file with the content, or the error if there is none. The file can be
-/// read and copied until the call returns; it cannot be moved, because it usually has no name except in the
-/// process's table of open files.
+/// read and copied until the call returns. It cannot be moved, because it usually has no name except its
+/// entry in /proc/self/fd.
 using DownloadCompletion =
     std::function<void(const std::optional<URL>& location, const std::shared_ptr<URLResponse>& response,
                        const std::optional<Error>& error)>;
 
-/// One transfer, which starts when it is resumed. If it is released before its end it continues.
+/// One transfer, which starts when it is resumed. A transfer whose task object is released continues.
 class URLSessionTask {
   public:
     class Transfer;
     explicit URLSessionTask(std::shared_ptr<Transfer> transfer)
         : _transfer(std::move(transfer)) {}
 
-    /// Starts; has no effect the second time.
+    /// Starts the transfer. Further calls have no effect.
     void resume();
-    /// Gives up: the completion is called with an error, unless it already was called.
+    /// Cancels the transfer: the completion is called with an error, unless it has been called already.
     void cancel();
     /// Returns the number of bytes of content that have arrived.
     [[nodiscard]] std::int64_t countOfBytesReceived() const noexcept;
@@ -111,7 +111,7 @@ class URLSessionTask {
 
 class URLSession {
   public:
-    /// Returns the session of the process.
+    /// Returns the session that the whole process shares.
     [[nodiscard]] static std::shared_ptr<URLSession> sharedSession();
     [[nodiscard]] static std::shared_ptr<URLSession> create(const URLSessionConfiguration& configuration);
     ~URLSession();

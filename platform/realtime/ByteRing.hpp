@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A lock-free queue of records of any length between one writing and one reading thread. Neither side ever
-// allocates or waits. A record is one part or two that follow each other, read back as one.
-// What crosses: the bytes and two counters; each counter is written by one side and released to the other.
+// A lock-free queue of variable-length records between one writing thread and one reading thread. Neither
+// side waits, and only the constructor and `read` allocate. A record can be written in two parts, which are
+// concatenated. Shared between threads: the bytes and two counters. Each side writes one counter with release
+// order and reads the other with acquire order.
 #pragma once
 
 #include <algorithm>
@@ -20,12 +21,12 @@ namespace platform {
 
 class ByteRing {
   public:
-    /// Makes a ring for at least `capacity` bytes, each record with 4 bytes for its length.
+    /// Creates a ring for at least `capacity` bytes. Each record takes 4 bytes in addition to its content.
     explicit ByteRing(std::size_t capacity)
         : _mask(std::bit_ceil(std::max<std::size_t>(capacity, 64)) - 1)
         , _bytes(std::make_unique_for_overwrite<std::byte[]>(_mask + 1)) {}
 
-    /// Appends a record; false when it does not fit. The writing thread.
+    /// Appends a record, or returns false if it does not fit. Writing thread.
     bool write(std::span<const std::byte> head, std::span<const std::byte> tail = {}) noexcept {
         const std::size_t end = _written.load(std::memory_order_relaxed);
         const std::size_t used = end - _read.load(std::memory_order_acquire);
@@ -39,30 +40,30 @@ class ByteRing {
         return true;
     }
 
-    /// Returns whether there is a record. The reading thread.
+    /// Returns whether there is a record. Reading thread.
     [[nodiscard]] bool hasRecord() const noexcept {
         return _read.load(std::memory_order_relaxed) != _written.load(std::memory_order_acquire);
     }
-    /// Returns the size of the first record; there must be one. The reading thread.
+    /// Returns the size of the first record in bytes; there must be a record. Reading thread.
     [[nodiscard]] std::size_t recordSize() const noexcept {
         std::uint32_t length = 0;
         get(_read.load(std::memory_order_relaxed), std::as_writable_bytes(std::span(&length, 1)));
         return length;
     }
-    /// Copies the first bytes of the first record and leaves it in its place. The reading thread.
+    /// Fills `into` with the first bytes of the first record, without removing it. Reading thread.
     void peek(std::span<std::byte> into) const noexcept {
         get(_read.load(std::memory_order_relaxed) + sizeof(std::uint32_t), into);
     }
-    /// Copies the bytes of the first record from `offset` on, and leaves it. The reading thread.
+    /// Fills `into` with the bytes of the first record from `offset` on, without removing it. Reading thread.
     void peek(std::size_t offset, std::span<std::byte> into) const noexcept {
         get(_read.load(std::memory_order_relaxed) + sizeof(std::uint32_t) + offset, into);
     }
-    /// Drops the first record. The reading thread.
+    /// Removes the first record. Reading thread.
     void drop() noexcept {
         const std::size_t from = _read.load(std::memory_order_relaxed);
         _read.store(from + sizeof(std::uint32_t) + recordSize(), std::memory_order_release);
     }
-    /// Moves the first record into `into`; false when there is none. The reading thread; allocates.
+    /// Moves the first record to `into`, or returns false if there is none. Reading thread; allocates.
     bool read(std::vector<std::byte>& into) {
         if (!hasRecord()) return false;
         into.resize(recordSize());
@@ -85,8 +86,8 @@ class ByteRing {
 
     const std::size_t _mask;
     const std::unique_ptr<std::byte[]> _bytes;
-    alignas(64) std::atomic<std::size_t> _written{0}; // bytes ever; by the writer
-    alignas(64) std::atomic<std::size_t> _read{0};    // bytes ever; by the reader
+    alignas(64) std::atomic<std::size_t> _written{0}; // total number of bytes; stored by the writer
+    alignas(64) std::atomic<std::size_t> _read{0};    // total number of bytes; stored by the reader
 };
 
 } // namespace platform

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Denormal numbers cost an effect's decaying tail a hundred times the work of others: on this thread, for the
-// length of the scope, they count as zero.
+// Makes the processor treat denormal numbers as zero, on this thread until the end of the scope. Arithmetic
+// with denormals, which occur in an effect's decaying tail, can be a hundred times slower.
 #pragma once
 
 #if defined(__SSE__)
@@ -31,7 +31,8 @@ class DenormalScope {
     }
 #else
     DenormalScope() noexcept {}
-    ~DenormalScope() {} // NOLINT(modernize-use-equals-default): an unused scope is no warning
+    ~DenormalScope() {
+    } // NOLINT(modernize-use-equals-default): not trivial, so that an unused scope is not a warning
 #endif
     DenormalScope(const DenormalScope&) = delete;
     DenormalScope& operator=(const DenormalScope&) = delete;

@@ -3,8 +3,9 @@
 
 // A ring of float frames, one plane per channel, between one writer and one reader.
 //
-// Crosses threads: the two counters, each written by one side only; the samples between them belong to the
-// reader, the others to the writer. `configure` and `clear` need both sides excluded.
+// Shared between threads: the two counters, each written by one side only. The samples between the counters
+// belong to the reader, all others to the writer. Neither side may use the ring during `configure` and
+// `clear`.
 #pragma once
 
 #include "platform/realtime/PlanarBuffer.hpp"
@@ -17,7 +18,7 @@ namespace platform {
 
 class FrameRing {
   public:
-    /// Sets the size to `capacity` frames of `channels` channels and empties it.
+    /// Empties the ring and resizes it to `capacity` frames of `channels` channels.
     void configure(std::uint32_t channels, std::uint32_t capacity) {
         _samples.resize(channels, capacity);
         clear();
@@ -29,28 +30,29 @@ class FrameRing {
 
     [[nodiscard]] std::uint32_t channels() const noexcept { return _samples.channels(); }
     [[nodiscard]] std::uint32_t capacity() const noexcept { return _samples.frames(); }
-    /// Returns the number of frames to read; for the reader a lower bound, for the writer an upper bound.
+    /// Returns the number of frames that can be read. The true number can be higher when the reader calls,
+    /// and lower when the writer calls.
     [[nodiscard]] std::uint32_t readable() const noexcept {
         const std::uint64_t read = _read.load(std::memory_order_acquire);
         return static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - read);
     }
 
-    /// Writer: returns the number of frames that can be written in one piece.
+    /// Returns the number of frames that can be written contiguously. Writer.
     [[nodiscard]] std::uint32_t writable() const noexcept {
         const std::uint64_t written = _written.load(std::memory_order_relaxed);
         const auto used = static_cast<std::uint32_t>(written - _read.load(std::memory_order_acquire));
         return std::min(capacity() - used, capacity() - position(written));
     }
-    /// Writer: returns the space for them.
+    /// Returns the space for `writable()` frames. Writer.
     [[nodiscard]] PlanarSound space() noexcept {
         return _samples.view().after(position(_written.load(std::memory_order_relaxed))).first(writable());
     }
-    /// Writer: passes the first `frames` frames of the space to the reader.
+    /// Passes the first `frames` frames of the space to the reader. Writer.
     void commit(std::uint32_t frames) noexcept {
         _written.store(_written.load(std::memory_order_relaxed) + frames, std::memory_order_release);
     }
 
-    /// Reader: moves frames into `sound` until it is full or nothing is left; returns their number.
+    /// Moves frames into `sound` until it is full or the ring is empty, and returns their number. Reader.
     std::uint32_t read(PlanarSound sound) noexcept {
         const std::uint64_t start = _read.load(std::memory_order_relaxed);
         const auto held = static_cast<std::uint32_t>(_written.load(std::memory_order_acquire) - start);

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A passage that an audio thread takes without ever waiting and that the control side can close. While it is
-// closed and empty, the control side owns what the audio side uses inside.
+// A gate around data that the audio thread uses. The audio thread enters it without ever waiting, and the
+// control side can close it. While the gate is closed and nobody is inside, the data belongs to the control
+// side.
 #pragma once
 
 #include <atomic>
@@ -11,21 +12,22 @@
 
 namespace platform {
 
-/// The longest time that the control side waits for another thread before it continues without it and reports
-/// that.
+/// The longest time that the control side waits for another thread. It then reports the failure and
+/// continues.
 inline constexpr std::chrono::seconds ControlLimit{2};
 
-/// Crosses threads: one word. The audio side enters by exchanging `open and empty` for `open and taken`, so
-/// that one thread at a time is inside, and whoever closes the gate sees it there.
+/// Shared between threads: two atomic flags. The audio side marks the gate as taken and then reads whether it
+/// is closed; the control side closes the gate and then reads whether it is taken. At least one of them
+/// therefore sees the other's write. The mark admits one thread at a time.
 class Gate {
   public:
-    /// The stay inside, from `enter` to the end of the scope.
+    /// Keeps the audio thread inside from `enter` to the end of the scope.
     class Passage {
       public:
         explicit Passage(Gate& gate) noexcept
             : _gate(gate.tryEnter() ? &gate : nullptr) {}
         ~Passage() {
-            if (_gate != nullptr) _gate->_state.fetch_and(~Taken, std::memory_order_release);
+            if (_gate != nullptr) _gate->_isTaken.store(false, std::memory_order_release);
         }
         Passage(const Passage&) = delete;
         Passage& operator=(const Passage&) = delete;
@@ -35,7 +37,7 @@ class Gate {
       private:
         Gate* const _gate;
     };
-    /// Closes the gate until the end of the scope, then opens it. Control side, one at a time.
+    /// Keeps the gate closed until the end of the scope. Control side, one at a time.
     class Closure {
       public:
         explicit Closure(Gate& gate) noexcept
@@ -44,7 +46,7 @@ class Gate {
         ~Closure() { _gate.open(); }
         Closure(const Closure&) = delete;
         Closure& operator=(const Closure&) = delete;
-        /// Returns whether nobody is inside; otherwise the time limit has passed.
+        /// Returns whether the gate is empty; false if the time limit passed before the other thread left.
         explicit operator bool() const noexcept { return _isEmpty; }
 
       private:
@@ -55,11 +57,11 @@ class Gate {
     /// Enters if the gate is open and nobody is inside. Audio side.
     [[nodiscard]] Passage enter() noexcept { return Passage(*this); }
 
-    /// Lets the audio side in. Control side.
-    void open() noexcept { _state.fetch_and(~Closed, std::memory_order_release); }
-    /// Lets nobody in any more, without waiting. Any thread.
-    void shut() noexcept { _state.fetch_or(Closed); }
-    /// Shuts the gate and waits until nobody is inside; false if `limit` passes first. Control side.
+    /// Opens the gate. Control side.
+    void open() noexcept { _isClosed.store(false, std::memory_order_release); }
+    /// Closes the gate and returns at once. Any thread.
+    void shut() noexcept { _isClosed.store(true); }
+    /// Closes the gate and waits until nobody is inside. Returns false if `limit` passes first. Control side.
     [[nodiscard]] bool close(std::chrono::nanoseconds limit = ControlLimit) noexcept {
         shut();
         const auto end = std::chrono::steady_clock::now() + limit;
@@ -69,26 +71,21 @@ class Gate {
         }
         return true;
     }
-    /// Returns whether the audio side is let in. Any thread.
-    [[nodiscard]] bool isOpen() const noexcept {
-        return (_state.load(std::memory_order_acquire) & Closed) == 0;
-    }
+    /// Returns whether the gate is open. Any thread.
+    [[nodiscard]] bool isOpen() const noexcept { return !_isClosed.load(std::memory_order_acquire); }
     /// Returns whether nobody is inside. Any thread.
-    [[nodiscard]] bool isEmpty() const noexcept {
-        return (_state.load(std::memory_order_acquire) & Taken) == 0;
-    }
+    [[nodiscard]] bool isEmpty() const noexcept { return !_isTaken.load(); }
 
   private:
-    static constexpr unsigned Closed = 1U;
-    static constexpr unsigned Taken = 2U;
-
     [[nodiscard]] bool tryEnter() noexcept {
-        unsigned expected = 0;
-        return _state.compare_exchange_strong(expected, Taken, std::memory_order_acquire,
-                                              std::memory_order_relaxed);
+        if (_isTaken.exchange(true)) return false;
+        if (!_isClosed.load()) return true;
+        _isTaken.store(false, std::memory_order_release);
+        return false;
     }
 
-    std::atomic<unsigned> _state{Closed};
+    std::atomic<bool> _isClosed{true};
+    std::atomic<bool> _isTaken{false};
 };
 
 } // namespace platform

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Memory for planar sound. Created and resized on the control side; its owner states which thread its samples
-// belong to.
+// Memory for planar sound. Created and resized on the control side; the declaration of each buffer states
+// which thread uses its samples.
 #pragma once
 
 #include "platform/realtime/PlanarView.hpp"
@@ -16,10 +16,10 @@ class PlanarBuffer {
   public:
     PlanarBuffer() = default;
     PlanarBuffer(std::uint32_t channels, std::uint32_t frames) { resize(channels, frames); }
-    PlanarBuffer(const PlanarBuffer&) = delete; // its planes point into it
+    PlanarBuffer(const PlanarBuffer&) = delete; // _planes points into _samples
     PlanarBuffer& operator=(const PlanarBuffer&) = delete;
 
-    /// Changes the size and fills it with silence.
+    /// Changes the size and fills the buffer with silence.
     void resize(std::uint32_t channels, std::uint32_t frames) {
         _frames = frames;
         _samples.assign(static_cast<std::size_t>(channels) * frames, 0.0F);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Marks the part of a thread's work that is bound to real time, for RealtimeSanitizer (`cmake --preset
-// rtsan`). In other builds it does nothing.
+// Marks code that must run in real time, for RealtimeSanitizer (`cmake --preset rtsan`). Does nothing in
+// other builds.
 #pragma once
 
 #ifdef TONEWRIGHT_RTSAN
@@ -14,7 +14,7 @@ extern "C" void __rtsan_on();
 
 namespace platform {
 
-/// From construction to destruction, on this thread, an allocation, a lock or a blocking call is an error.
+/// Makes every allocation, lock and blocking call on this thread an error until the end of the scope.
 class RealtimeScope {
   public:
 #ifdef TONEWRIGHT_RTSAN
@@ -32,8 +32,8 @@ class RealtimeScope {
     RealtimeScope& operator=(const RealtimeScope&) = delete;
 };
 
-/// Inside a RealtimeScope: from construction to destruction the detector is disabled. For other people's code
-/// (a plug-in whose author decides what it does) and for the one call that wakes another thread.
+/// Disables the detector until the end of the scope, inside a RealtimeScope. Used around a plug-in's code,
+/// which this program does not control, and around the one call that wakes another thread.
 class ForeignCodeScope {
   public:
 #ifdef TONEWRIGHT_RTSAN

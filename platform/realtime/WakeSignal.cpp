@@ -31,7 +31,7 @@ void WakeSignal::wait() noexcept {
 
 bool WakeSignal::waitFor(std::chrono::nanoseconds limit) noexcept {
     using namespace std::chrono;
-    // The clock that cannot be set is steady_clock's; hours are practically for ever and overflow nothing.
+    // steady_clock is CLOCK_MONOTONIC. The limit of 24 hours avoids an overflow.
     const nanoseconds end =
         steady_clock::now().time_since_epoch() + std::clamp<nanoseconds>(limit, 0ns, hours(24));
     const auto whole = duration_cast<seconds>(end);

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Crosses threads: the number of signals, which the system stores.
+/// Shared between threads: the semaphore, which counts the signals.
 class WakeSignal {
   public:
     WakeSignal() noexcept;
@@ -21,7 +21,7 @@ class WakeSignal {
     void signal() noexcept;
     /// Waits for one `signal`.
     void wait() noexcept;
-    /// Waits for one `signal` for at most that long and returns whether it came.
+    /// Waits for one `signal`, at most for `limit`, and returns whether it came.
     [[nodiscard]] bool waitFor(std::chrono::nanoseconds limit) noexcept;
 
   private:

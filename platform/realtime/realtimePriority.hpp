@@ -6,8 +6,8 @@
 
 namespace platform {
 
-/// Asks for real-time scheduling of this thread, if it has none yet; a refusal changes nothing. A system
-/// call: once, before the first block.
+/// Requests real-time scheduling for this thread if it does not have it yet; a refusal changes nothing. Makes
+/// system calls, so call it only once, before the first block.
 void askForRealtimePriority() noexcept;
 
 } // namespace platform

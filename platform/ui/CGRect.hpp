@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A size and a rectangle in points (one point is one pixel at 100 % scale), x to the right, y downwards. Any
-// thread.
+// A size and a rectangle in points (one point is one pixel at 100 % scale). x grows to the right, y
+// downwards. Any thread.
 #pragma once
 
 #include <cmath>
@@ -25,12 +25,12 @@ struct CGRect {
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
 
-/// Returns the width, also of a rectangle whose width is stored negative.
+/// Returns the width as a positive number, even if `rect` stores a negative one.
 [[nodiscard]] inline double CGRectGetWidth(const CGRect& rect) noexcept {
     return std::fabs(rect.width);
 }
 
-/// Returns the height, also of a rectangle whose height is stored negative.
+/// Returns the height as a positive number, even if `rect` stores a negative one.
 [[nodiscard]] inline double CGRectGetHeight(const CGRect& rect) noexcept {
     return std::fabs(rect.height);
 }

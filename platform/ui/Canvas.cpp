@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-// A single coordinate that is NaN would stop the whole surface.
+// A single NaN coordinate puts the cairo context into an error state, in which it draws nothing more.
 template <class... Numbers>
 bool areFinite(Numbers... numbers) {
     return (... && std::isfinite(numbers));
@@ -108,7 +108,7 @@ void Canvas::drawText(std::string_view text, const CGRect& place, double size, c
     setColor(_target.cairo, color);
     cairo_move_to(_target.cairo, place.x, place.y + (place.height - height) / 2);
     pango_cairo_show_layout(_target.cairo, layout.get());
-    cairo_new_path(_target.cairo); // the text's place would be the first point of the next line
+    cairo_new_path(_target.cairo); // otherwise the next line would start at the text
 }
 
 } // namespace platform

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A surface to draw on with lines, shapes and text. All lengths are points; x to the right, y downwards, from
-// the surface's upper left corner. What reaches beyond the surface is cut off; NaN and infinite values draw
-// nothing. Main thread only.
+// A surface for drawing lines, shapes and text. Lengths are in points; the origin is the surface's upper left
+// corner, x grows to the right, y downwards. Drawing is clipped to the surface; calls with NaN or infinite
+// values draw nothing. Main thread only.
 #pragma once
 
 #include "platform/ui/CGRect.hpp"
@@ -13,14 +13,14 @@
 
 namespace platform {
 
-/// A colour, each part from 0 to 1, not premultiplied by its opacity.
+/// A colour. Each component is from 0 to 1 and not premultiplied by alpha.
 struct Color {
     double red = 0;
     double green = 0;
     double blue = 0;
     double alpha = 1;
 
-    /// Returns the same colour with its opacity multiplied by `factor`.
+    /// Returns this colour with its alpha multiplied by `factor`.
     [[nodiscard]] Color faded(double factor) const noexcept { return {red, green, blue, alpha * factor}; }
 
     friend bool operator==(const Color&, const Color&) = default;
@@ -35,7 +35,7 @@ enum class TextAlignment { Leading, Center, Trailing };
 
 class Canvas {
   public:
-    /// The toolkit's side of a canvas, known only to the platform.
+    /// The cairo side of a canvas. Only the platform knows its definition.
     struct Target;
     explicit Canvas(Target& target) noexcept
         : _target(target) {}
@@ -50,8 +50,8 @@ class Canvas {
     /// Draws a line with round ends through `points`, `thickness` wide.
     void strokeLine(std::span<const Point> points, double thickness, const Color& color);
     void strokeRectangle(const CGRect& rectangle, double thickness, const Color& color);
-    /// Draws one line of text in the desktop's font, `size` points high, shortened if it is wider than
-    /// `place`, centred vertically in it.
+    /// Draws one line of text in the desktop's font, `size` points high and vertically centred in `place`.
+    /// Text that is wider than `place` is shortened.
     void drawText(std::string_view text, const CGRect& place, double size, const Color& color,
                   TextAlignment alignment = TextAlignment::Leading);
 

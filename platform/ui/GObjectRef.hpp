@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The owner of one reference to an object of the toolkit. Main thread only.
+// A smart pointer that owns one reference to a GObject. Main thread only.
 #pragma once
 
 #include <utility>
 
 namespace platform {
 
-/// Returns `object`, which is not null, with one more reference; a floating one is sunk.
+/// Adds a reference to `object`, which must not be null, or sinks its floating reference. Returns `object`.
 [[nodiscard]] void* keepGObject(void* object) noexcept;
-/// Gives up one reference to `object`.
+/// Drops one reference to `object`.
 void releaseGObject(void* object) noexcept;
 
 template <class T>
@@ -19,7 +19,7 @@ class GObjectRef {
     GObjectRef() = default;
     /// Takes over a reference that the caller owns.
     [[nodiscard]] static GObjectRef adopt(T* object) noexcept { return GObjectRef(object); }
-    /// Takes its own reference; a floating one is sunk.
+    /// Adds a reference to `object`, or sinks its floating reference. `object` may be null.
     [[nodiscard]] static GObjectRef keep(T* object) noexcept {
         return GObjectRef(object == nullptr ? nullptr : static_cast<T*>(keepGObject(object)));
     }

@@ -17,10 +17,10 @@ namespace platform {
 
 class InterfaceConnections {
   public:
-    using Outlet = std::function<bool(const std::shared_ptr<UIView>&)>; // false: not of the outlet's class
+    using Outlet = std::function<bool(const std::shared_ptr<UIView>&)>; // false: the view has the wrong class
     using Action = std::function<void(const std::shared_ptr<UIResponder>& sender)>;
 
-    /// Offers `field` to the object `name`. The field must outlive this table.
+    /// Offers `field` as the outlet `name`. The field must outlive this table.
     template <class View>
     void outlet(std::string name, std::shared_ptr<View>& field) {
         _outlets.insert_or_assign(std::move(name), [&field](const std::shared_ptr<UIView>& view) {
@@ -29,7 +29,8 @@ class InterfaceConnections {
         });
     }
 
-    /// Offers `field`, which does not keep its object: the screen does, as long as its controller lives.
+    /// Offers the weak reference `field` as the outlet `name`. The screen keeps the object alive as long as
+    /// its controller lives.
     template <class View>
     void outlet(std::string name, std::weak_ptr<View>& field) {
         _outlets.insert_or_assign(std::move(name), [&field](const std::shared_ptr<UIView>& view) {
@@ -38,8 +39,8 @@ class InterfaceConnections {
         });
     }
 
-    /// Offers `method` of `object` to controls under `selector` ("onPlayButton:"). The object must outlive
-    /// this table. A sender that is not of the method's class is passed as absent.
+    /// Offers `method` of `object` to controls as the action `selector` ("onPlayButton:"). The object must
+    /// outlive this table. A sender that is not of the class `Sender` is passed as null.
     template <class Object, class Owner, class Sender>
     void action(std::string selector, Object* object, void (Owner::*method)(const std::shared_ptr<Sender>&)) {
         _actions.insert_or_assign(std::move(selector),
@@ -51,7 +52,7 @@ class InterfaceConnections {
     [[nodiscard]] const std::map<std::string, Outlet, std::less<>>& outlets() const noexcept {
         return _outlets;
     }
-    /// Returns the action named `selector`; null when none is offered.
+    /// Returns the action named `selector`, or null if there is none.
     [[nodiscard]] const Action* findAction(std::string_view selector) const;
 
   private:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The edges of a view. A value; any thread.
+// The edges of a view. Any thread.
 #pragma once
 
 namespace platform {

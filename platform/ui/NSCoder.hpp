@@ -12,7 +12,7 @@ class InterfaceDescription;
 
 class NSCoder {
   public:
-    /// `description` is absent if it could not be read; then nothing can be created from the coder.
+    /// `description` is null if it could not be read; then no controller can be created from the coder.
     explicit NSCoder(std::shared_ptr<InterfaceDescription> description)
         : _description(std::move(description)) {}
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The edges of a view as ends of layout constraints, and the constraints. Main thread only.
+// Layout constraints, and the edges of views that they connect. Main thread only.
 #pragma once
 
 #include "platform/ui/LayoutEdge.hpp"
@@ -14,14 +14,15 @@ namespace platform {
 class NSLayoutConstraint;
 class UIView;
 
-/// One edge of a view. It does not keep the view alive.
+/// One edge of a view. Holds a weak reference to the view.
 class NSLayoutAnchor {
   public:
     NSLayoutAnchor(std::weak_ptr<UIView> view, LayoutEdge edge)
         : _view(std::move(view))
         , _edge(edge) {}
 
-    /// Creates the constraint that lays this edge onto `anchor`; it has no effect until it is activated.
+    /// Creates a constraint that places this edge at the edge `anchor`. It has no effect until it is
+    /// activated.
     [[nodiscard]] std::shared_ptr<NSLayoutConstraint>
     constraintEqualToAnchor(const NSLayoutAnchor& anchor) const;
 
@@ -33,16 +34,17 @@ class NSLayoutAnchor {
     LayoutEdge _edge;
 };
 
-/// The equality of an edge of a view with an edge of its superview in the same direction.
+/// States that an edge of a view coincides with an edge of its superview. Both are vertical or both
+/// horizontal.
 class NSLayoutConstraint {
   public:
     NSLayoutConstraint(NSLayoutAnchor first, NSLayoutAnchor second)
         : _first(std::move(first))
         , _second(std::move(second)) {}
 
-    /// Activates the constraints from the next layout on, until the view leaves its superview. A constraint
-    /// whose second view is not the first one's superview is fatal, as is one between a horizontal and a
-    /// vertical edge.
+    /// Activates the constraints from the next layout until the view leaves its superview. It is a fatal
+    /// error if the second view of a constraint is not the superview of its first view, or if a constraint
+    /// connects a horizontal with a vertical edge.
     static void activateConstraints(const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints);
 
     [[nodiscard]] const NSLayoutAnchor& firstAnchor() const noexcept { return _first; }

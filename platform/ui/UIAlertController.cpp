@@ -11,12 +11,12 @@
 namespace platform {
 namespace {
 
-constexpr int LongestText = 320;             // points of height, beyond which the text scrolls
+constexpr int LongestText = 320;             // height in points; higher text scrolls
 constexpr int WidestText = 480;              // points
-constexpr std::size_t MostCharacters = 8000; // of a title or a message: laying out more takes seconds
+constexpr std::size_t MostCharacters = 8000; // per title or message; longer ones take seconds to lay out
 
-// Lets a text of any length scroll, so that the buttons stay on the screen. The toolkit's dialog would grow
-// with it.
+// Puts the text into a scrolled window. Otherwise GTK's dialog would grow with the text, and its buttons
+// could leave the screen.
 void makeScrollable(GtkWidget* textArea) {
     auto* box = GTK_BOX(gtk_widget_get_parent(textArea));
     GtkWidget* scroller = gtk_scrolled_window_new();
@@ -35,15 +35,15 @@ void makeScrollable(GtkWidget* textArea) {
     for (GtkWidget* label = gtk_widget_get_first_child(textArea); label != nullptr;
          label = gtk_widget_get_next_sibling(label)) {
         if (!GTK_IS_LABEL(label)) continue;
-        gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR); // a text may be one long word
+        gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR); // breaks long words too
     }
 }
 
-// GTK 4.8 would report a button's own label to assistive technology twice.
+// With a button's built-in label, GTK 4.8 would report the title to assistive technology twice.
 GtkWidget* makeButton(const std::string& title) {
     GtkWidget* button = gtk_button_new();
     GtkWidget* label = gtk_label_new(showableText(title).c_str());
-    gtk_label_set_mnemonic_widget(GTK_LABEL(label), button); // names it, once
+    gtk_label_set_mnemonic_widget(GTK_LABEL(label), button); // names the button
     gtk_button_set_child(GTK_BUTTON(button), label);
     gtk_widget_add_css_class(button, "text-button");
     return button;
@@ -80,8 +80,7 @@ int UIAlertController::cancelIndex() const {
 void UIAlertController::answer(int response) const {
     const int index = response == GTK_RESPONSE_DELETE_EVENT ? cancelIndex() : response;
     if (index < 0 || index >= static_cast<int>(_actions.size())) return;
-    const auto action =
-        _actions[static_cast<std::size_t>(index)]; // the handler may release the last reference
+    const auto action = _actions[static_cast<std::size_t>(index)]; // its handler may release this controller
     if (action->handler()) action->handler()(*action);
 }
 
@@ -93,14 +92,14 @@ void UIAlertController::showOver(UIViewController& presenter, bool, std::functio
                                 "message-type", GTK_MESSAGE_OTHER, "text", title.c_str(), "secondary-text",
                                 _message.empty() ? nullptr : message.c_str(), "modal", TRUE,
                                 "destroy-with-parent", TRUE, "transient-for", windowOf(presenter), nullptr));
-    // The dialog does not pass its texts on to assistive technology.
+    // GtkMessageDialog does not report its texts to assistive technology.
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    _title.empty() ? message.c_str() : title.c_str(),
                                    GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, message.c_str(), -1);
     auto* dialog = GTK_DIALOG(widget);
     auto* messageDialog = GTK_MESSAGE_DIALOG(widget);
     makeScrollable(gtk_message_dialog_get_message_area(messageDialog));
-    // Return presses the first button that does something.
+    // The Return key presses the first button in the default style.
     int preferred = -1;
     for (int index = 0; const auto& action : _actions) {
         GtkWidget* button = makeButton(action->title());

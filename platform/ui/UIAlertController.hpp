@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An alert: a title, a message and a row of buttons, in a dialog of the desktop in front of the presenter's
-// window. Escape and the dialog's close button do what its cancel button does. Main thread only.
+// An alert: a dialog in front of the presenter's window with a title, a message and a row of buttons. Escape
+// and the dialog's close button act like its cancel button. Main thread only.
 #pragma once
 
 #include "platform/ui/UIViewController.hpp"
@@ -22,7 +22,7 @@ enum class UIAlertActionStyle : std::int64_t { Default = 0, Cancel = 1, Destruct
 class UIAlertAction final {
   public:
     using Handler = std::function<void(const UIAlertAction&)>;
-    /// Creates an action whose `handler`, which may be empty, is called once the alert has left the screen.
+    /// Creates an action. `handler`, which may be empty, is called after the alert has been closed.
     [[nodiscard]] static std::shared_ptr<UIAlertAction>
     actionWithTitle(std::string title, UIAlertActionStyle style, Handler handler);
 
@@ -40,18 +40,19 @@ class UIAlertAction final {
 
 class UIAlertController final : public UIViewController {
   public:
-    /// Creates an alert without buttons. Both styles are shown as a dialog: this desktop has no other form.
+    /// Creates an alert without buttons. Both styles are shown as a dialog.
     [[nodiscard]] static std::shared_ptr<UIAlertController>
     alertControllerWithTitle(std::string title, std::string message, UIAlertControllerStyle preferredStyle);
 
-    /// Adds a button after the others, before the alert is presented.
+    /// Adds a button after the others. Must be called before the alert is presented.
     void addAction(std::shared_ptr<UIAlertAction> action) { _actions.push_back(std::move(action)); }
     [[nodiscard]] const std::vector<std::shared_ptr<UIAlertAction>>& actions() const noexcept {
         return _actions;
     }
 
   protected:
-    /// Shows the dialog and returns; the dialog keeps this controller until it is answered.
+    /// Shows the dialog and returns at once. The dialog owns a reference to this controller until it is
+    /// answered.
     void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
 
   private:

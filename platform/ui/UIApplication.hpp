@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The running application and the process's entry into it. Main thread only.
+// The running application, and the function that `main` calls to run it. Main thread only.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -27,11 +27,12 @@ class UIApplication {
     }
     void setDelegate(std::shared_ptr<UIApplicationDelegate> delegate) { _delegate = std::move(delegate); }
 
-    /// Opens `url` in the desktop's own program for it, and returns at once. There are no options.
+    /// Opens `url` with the desktop's default program and returns immediately. `completionHandler` is called
+    /// on the main queue with whether that succeeded. `options` is not used.
     void openURL(const URL& url, const std::map<std::string, std::string>& options,
                  std::function<void(bool success)> completionHandler);
 
-    /// Ends the loop after the present turn.
+    /// Ends the main loop after its current iteration.
     void terminate();
     [[nodiscard]] bool isTerminating() const noexcept { return _isTerminating; }
 
@@ -42,14 +43,14 @@ class UIApplication {
 };
 
 /// Runs the application: creates the delegate of the class `delegateClassName`, loads the main screen from
-/// the interface description that the process's identity names ("Main"), runs the loop until the window is
-/// closed, and returns 0.
+/// the interface description that applicationIdentity() names, runs the main loop until the window is closed,
+/// and returns 0.
 ///
-/// From here on standard output is reserved for `print`. The options --help and --version are answered before
-/// anything starts. If the application cannot start (an unknown option, no display, no interface description)
-/// it reports the reason in one sentence on standard error and ends the process with status 2, 1 or 1. With
-/// product::TraceStartVariable in the environment the monotonic time of the first frame is written to
-/// standard error.
+/// From then on, standard output is reserved for `print`. The options --help and --version are answered
+/// before anything else happens. If the application cannot start, the reason is reported in one sentence on
+/// standard error and the process ends: with status 2 for an unknown option, with status 1 without a display
+/// or interface description. If product::TraceStartVariable is set in the environment, the monotonic time of
+/// the first frame is written to standard error.
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& principalClassName,
                       std::string_view delegateClassName);
 

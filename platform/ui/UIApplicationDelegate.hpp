@@ -25,20 +25,19 @@ class UIApplicationDelegate {
 
     /// Receives the window of the main interface description.
     virtual void setWindow(std::shared_ptr<UIWindow>) {}
-    /// Called when the process is ready, before the main screen is loaded; returns whether the launch is
-    /// accepted.
+    /// Called before the main screen is loaded. The return value is not used.
     virtual bool application(UIApplication&,
                              const std::optional<LaunchOptions>& didFinishLaunchingWithOptions) {
         (void)didFinishLaunchingWithOptions;
         return true;
     }
-    /// Called when the window gets the keyboard, or loses it.
+    /// Called when the window gets the keyboard focus, and when it loses the focus.
     virtual void applicationDidBecomeActive(UIApplication&) {}
     virtual void applicationWillResignActive(UIApplication&) {}
-    /// Called when nothing of the application is on the screen any longer, or will be again.
+    /// Called after the window has been closed, and before it is shown again.
     virtual void applicationDidEnterBackground(UIApplication&) {}
     virtual void applicationWillEnterForeground(UIApplication&) {}
-    /// Called when the process is about to end in order.
+    /// Called when the process is about to end normally.
     virtual void applicationWillTerminate(UIApplication&) {}
 };
 

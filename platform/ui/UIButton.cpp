@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-// Moves the focus to the nearest control beside `widget` that takes it, one behind it first.
+// Moves the focus to the nearest sibling that accepts it: one after `widget` if possible, else one before it.
 void focusNeighborOf(GtkWidget* widget) {
     for (const auto neighbor : {gtk_widget_get_next_sibling, gtk_widget_get_prev_sibling}) {
         for (GtkWidget* other = neighbor(widget); other != nullptr; other = neighbor(other)) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Colours by their components: red, green, blue and alpha from 0 to 1. Values outside that range are colours
-// that a screen cannot show and pass unchanged. Immutable; any thread.
+// Colours with the components red, green, blue and alpha, from 0 to 1. Values outside that range are kept
+// unchanged. Immutable; any thread.
 #pragma once
 
 namespace platform {
@@ -23,7 +23,7 @@ class UIColor {
     double _alpha;
 };
 
-/// A colour as image processing uses it.
+/// Gives access to the components of a UIColor.
 class CIColor {
   public:
     constexpr explicit CIColor(const UIColor& color) noexcept

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* FolderType = "public.folder";
 
-// A file without a path (on a mounted server) has only the text of its URL.
+// A file on a mounted server may have no path, only a URL.
 std::optional<URL> urlOf(GFile* file) {
     const std::unique_ptr<char, decltype(&g_free)> path(g_file_get_path(file), &g_free);
     if (path) return URL::fileURLWithPath(path.get());
@@ -73,7 +73,7 @@ void UIDocumentPickerViewController::showOver(UIViewController& presenter, bool,
         const auto chosen =
             response == GTK_RESPONSE_ACCEPT ? chosenIn(GTK_FILE_CHOOSER(answered)) : std::vector<URL>();
         gtk_native_dialog_hide(answered);
-        self->_chooser.reset(); // the signal keeps the dialog until the handlers have run
+        self->_chooser.reset(); // the signal emission holds a reference to the dialog
         self->answer(chosen);
     };
     const auto release = +[](gpointer data, GClosure*) { delete static_cast<Self*>(data); };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Choosing files or folders in the desktop's own chooser. Main thread only.
+// Lets the user choose files or folders in the desktop's file dialog. Main thread only.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -17,21 +17,21 @@ namespace platform {
 
 class UIDocumentPickerViewController;
 
-/// Receives the result of a choice: exactly one call for each time a picker is presented.
+/// Receives the user's choice: exactly one call each time a picker is presented.
 class UIDocumentPickerDelegate {
   public:
     virtual ~UIDocumentPickerDelegate() = default;
-    /// Called with one choice. Pickers report a list; this form is for other callers.
+    /// Receives a single choice. Pickers call the overload below instead; this one is for other callers.
     virtual void documentPicker(UIDocumentPickerViewController& controller, const URL& didPickDocumentAt) = 0;
-    /// Called with the choices: at least one, and only one unless the picker allows more. What was chosen may
-    /// no longer exist.
+    /// Called with the chosen files or folders: at least one, and exactly one unless the picker allows
+    /// multiple selection. They may no longer exist.
     virtual void documentPicker(UIDocumentPickerViewController& controller,
                                 const std::vector<URL>& didPickDocumentsAt) = 0;
-    /// Called when the chooser was cancelled, or closed with nothing chosen.
+    /// Called when the user has cancelled the dialog, or closed it without a choice.
     virtual void documentPickerWasCancelled(UIDocumentPickerViewController& controller) = 0;
 };
 
-/// What happens to the chosen file; here it always stays where it is.
+/// Has no effect here: the chosen file always stays where it is.
 enum class UIDocumentPickerMode : std::uint64_t {
     Import = 0,
     Open = 1,
@@ -41,7 +41,7 @@ enum class UIDocumentPickerMode : std::uint64_t {
 
 class UIDocumentPickerViewController final : public UIViewController {
   public:
-    /// Creates a picker of folders if `documentTypes` contains "public.folder", otherwise of files.
+    /// Creates a picker for folders if `documentTypes` contains "public.folder", otherwise for files.
     UIDocumentPickerViewController(const std::vector<std::string>& documentTypes,
                                    UIDocumentPickerMode inMode);
     ~UIDocumentPickerViewController() override;
@@ -51,7 +51,8 @@ class UIDocumentPickerViewController final : public UIViewController {
     [[nodiscard]] bool allowsMultipleSelection() const noexcept { return _allowsMultipleSelection; }
 
   protected:
-    /// Shows the chooser and returns; the chooser keeps this controller until it is answered.
+    /// Shows the dialog and returns at once. The dialog owns a reference to this controller until it is
+    /// answered.
     void showOver(UIViewController& presenter, bool animated, std::function<void()> completion) override;
 
   private:
@@ -61,7 +62,7 @@ class UIDocumentPickerViewController final : public UIViewController {
     bool _picksFolders;
     bool _allowsMultipleSelection = false;
     std::weak_ptr<UIDocumentPickerDelegate> _delegate;
-    std::unique_ptr<Chooser> _chooser; // while it is shown
+    std::unique_ptr<Chooser> _chooser; // null unless the dialog is shown
 };
 
 } // namespace platform

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view that the program draws: a static picture, and marks that move in front of it. Main thread
-// only.
+// A view that the program draws: a picture, and marks that move in front of it. Main thread only.
 //
 // The picture is drawn when the view is first shown, when its size or the desktop's colours have changed, and
-// after `setNeedsDisplay`. Moving a mark repaints only its old and new place, so that many views can move at
-// once.
+// after `setNeedsDisplay`. Moving a mark repaints only its old and its new position, so that many views can
+// animate at the same time.
 #pragma once
 
 #include "platform/ui/Canvas.hpp"
@@ -26,14 +25,13 @@ class UIDrawingView final : public UIView {
     UIDrawingView();
     explicit UIDrawingView(ImplementationPointer implementation);
 
-    /// Sets the function that draws the picture from now on.
+    /// Sets the function that draws the picture, and redraws it with the next frame.
     void setDrawing(Drawing drawing);
     /// Redraws the picture with the next frame.
     void setNeedsDisplay() override;
-    /// Shows `marks`, in this order, in place of the previous ones.
+    /// Replaces the marks. Later marks are painted over earlier ones.
     void setMarks(std::vector<Mark> marks);
-    /// Returns the width in points of `text` in one line, as a drawing of this view writes it `size` points
-    /// high.
+    /// Returns the width in points that Canvas::drawText needs for `text` at `size` points in this view.
     [[nodiscard]] double textWidth(std::string_view text, double size) const;
 };
 

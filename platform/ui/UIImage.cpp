@@ -15,7 +15,7 @@ class UIImage::Implementation {
 
 namespace {
 
-// Shows the decoder's memory directly, without a copy.
+// Uses the decoder's memory without copying it.
 GdkTexture* makeTexture(GObjectRef<GdkPixbuf> pixels) {
     GdkPixbuf* pixbuf = pixels.get();
     const auto stride = static_cast<gsize>(gdk_pixbuf_get_rowstride(pixbuf));

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view that shows an image as large as fits, undistorted. Main thread, except `image` and `setImage`.
+// A view that shows an image as large as fits, with its aspect ratio kept. Main thread, except `image` and
+// `setImage`.
 #pragma once
 
 #include "platform/ui/UIImage.hpp"
@@ -16,12 +17,12 @@ class UIImageView final : public UIView {
   public:
     /// Creates a view that shows nothing yet.
     UIImageView();
-    /// Creates the view of a widget from an interface description.
+    /// Creates the view for a widget of an interface description.
     explicit UIImageView(ImplementationPointer implementation);
 
-    /// Returns the image that was set last; absent when there is none. Any thread.
+    /// Returns the image that was set last, or null. Any thread.
     [[nodiscard]] std::shared_ptr<UIImage> image() const;
-    /// Sets the image, or none. Any thread; the screen shows it after the next turn of the main queue.
+    /// Sets the image; null shows nothing. Any thread; a task on the main queue updates the screen.
     void setImage(std::shared_ptr<UIImage> image);
 
   private:

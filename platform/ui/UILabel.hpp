@@ -15,10 +15,10 @@ class UILabel final : public UIView {
     explicit UILabel(const std::string& text = {});
     explicit UILabel(ImplementationPointer implementation);
 
-    /// Returns the text as it is shown.
+    /// Returns the displayed text.
     [[nodiscard]] std::string text() const;
-    /// Shows `text`. In a label for which the interface description enables mnemonics, an underscore precedes
-    /// one.
+    /// Shows `text`. If the interface description enables mnemonics for the label, an underscore marks the
+    /// letter after it as the mnemonic.
     void setText(const std::string& text);
 };
 

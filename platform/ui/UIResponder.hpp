@@ -16,12 +16,12 @@ class UIResponder : public std::enable_shared_from_this<UIResponder> {
     UIResponder(const UIResponder&) = delete;
     UIResponder& operator=(const UIResponder&) = delete;
 
-    /// Returns the responder that is asked if this one does not know an action; absent at the end of the
+    /// Returns the responder that is asked if this one does not know an action, or null at the end of the
     /// chain.
     [[nodiscard]] virtual std::shared_ptr<UIResponder> nextResponder();
 
     /// Returns whether this responder, or a later one in the chain, performs the action `selector`
-    /// ("onPlayButton:"). `withSender` may be absent.
+    /// ("onPlayButton:"). `withSender` may be null.
     [[nodiscard]] virtual bool canPerformAction(std::string_view selector,
                                                 const std::shared_ptr<UIResponder>& withSender);
 };

@@ -21,7 +21,7 @@ class UIStoryboardSegue final {
         , _source(std::move(source))
         , _destination(std::move(destination)) {}
 
-    /// Returns the identifier of the segue in the interface description; absent if it has none.
+    /// Returns the identifier of the segue in the interface description; empty if it has none.
     [[nodiscard]] const std::optional<std::string>& identifier() const noexcept { return _identifier; }
     [[nodiscard]] const std::shared_ptr<UIViewController>& sourceViewController() const noexcept {
         return _source;

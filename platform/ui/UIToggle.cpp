@@ -14,7 +14,7 @@ namespace {
 
 void onToggled(GtkToggleButton* button, gpointer self) {
     if (gtk_toggle_button_get_active(button) == FALSE) return;
-    const auto onChosen = static_cast<UIToggle*>(self)->onChosen; // it may set another
+    const auto onChosen = static_cast<UIToggle*>(self)->onChosen; // a copy: the call may replace the function
     if (onChosen) onChosen();
 }
 
@@ -25,7 +25,7 @@ UIToggle::UIToggle(std::shared_ptr<UIView> content, const std::string& name, con
     , _content(std::move(content)) {
     GtkWidget* widget = widgetOf(*this);
     gtk_button_set_child(GTK_BUTTON(widget), widgetOf(*_content));
-    // The name is sufficient; the content beside it would be read out too.
+    // Screen readers should read only the name, not the content as well.
     gtk_accessible_update_state(GTK_ACCESSIBLE(widgetOf(*_content)), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE, -1);
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
     if (fellow != nullptr) {

@@ -27,7 +27,7 @@ bool hasFocusInside(GtkWidget* widget) {
     return focus != nullptr && (focus == widget || gtk_widget_is_ancestor(focus, widget) != FALSE);
 }
 
-// Moves the focus to the first control of `parent` that takes it.
+// Moves the focus to the first child of `parent` that accepts it.
 void focusChildOf(GtkWidget* parent) {
     for (GtkWidget* child = gtk_widget_get_first_child(parent); child != nullptr;
          child = gtk_widget_get_next_sibling(child)) {
@@ -83,9 +83,9 @@ void UIView::setHidden(bool hidden) {
     const bool hadFocus = hidden && hasFocusInside(widget);
     gtk_widget_set_visible(widget, hidden ? FALSE : TRUE);
     if (!hadFocus) return;
-    // In the loop's next turn, because what replaces the view may only be shown after this; before any other
-    // source of the loop, because the next key must find the new focus and because the toolkit's next frame
-    // moves the focus by itself.
+    // The focus moves in the next iteration of the main loop, because the view that replaces this one may be
+    // shown only after this call. It moves before any other source is dispatched, because the next key press
+    // must go to the new focus and because GTK would move the focus itself when it draws the next frame.
     using WeakView = std::weak_ptr<UIResponder>;
     g_idle_add_full(
         G_PRIORITY_HIGH,

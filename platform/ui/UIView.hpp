@@ -3,12 +3,12 @@
 
 // A rectangle of the screen that shows something and may hold other views. Main thread only.
 //
-// A view is placed in its superview in one of two ways: by its frame (`setFrame`), or, once it no longer
-// translates its autoresizing mask into constraints, by active edge constraints, which follow every resize of
-// the superview, also while one of the two is hidden. A view's own minimum size never pushes its superview:
-// what does not fit is clipped.
+// A view is placed in its superview either by its frame (`setFrame`) or, after
+// `setTranslatesAutoresizingMaskIntoConstraints(false)`, by active edge constraints. Constraints follow every
+// resize of the superview, even while the view or its superview is hidden. A view's minimum size never
+// enlarges its superview; the part that does not fit is clipped.
 //
-// The toolkit's widget behind a view is seen by the platform alone (widgets.hpp).
+// Only the platform has access to the GTK widget of a view (widgets.hpp).
 #pragma once
 
 #include "platform/ui/CGRect.hpp"
@@ -33,24 +33,25 @@ class UIView : public UIResponder {
 
     /// Returns the frame in the superview's coordinates, in points. Negative origins are allowed.
     [[nodiscard]] CGRect frame() const;
-    /// Sets the frame; if constraints place the view, they do so again at the next layout.
+    /// Sets the frame. If constraints place the view, the next layout overrides the frame.
     void setFrame(const CGRect& frame);
-    /// Returns the view's own rectangle: its size at the origin.
+    /// Returns the view's size as a rectangle whose origin is 0, 0.
     [[nodiscard]] CGRect bounds() const;
 
-    /// Adds `view` in front of the other subviews and keeps it; it leaves its previous superview first.
+    /// Adds `view` in front of the other subviews and keeps a strong reference to it. If `view` has a
+    /// superview, it is removed from there first.
     void addSubview(const std::shared_ptr<UIView>& view);
-    /// Leaves the superview, and removes all constraints to it.
+    /// Removes this view from its superview and deactivates all constraints between them.
     void removeFromSuperview();
-    /// Returns the view that contains this one; absent if there is none.
+    /// Returns the view that contains this one, or null.
     [[nodiscard]] std::shared_ptr<UIView> superview() const;
-    /// Returns the subviews, the rearmost first.
+    /// Returns the subviews from back to front.
     [[nodiscard]] std::vector<std::shared_ptr<UIView>> subviews() const;
 
     /// Redraws the view with the next frame.
     virtual void setNeedsDisplay();
 
-    /// Returns whether the frame (initially) or constraints place the view.
+    /// Returns true if the frame places the view, which is the default, and false if constraints do.
     [[nodiscard]] bool translatesAutoresizingMaskIntoConstraints() const;
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
 
@@ -61,7 +62,7 @@ class UIView : public UIResponder {
 
     [[nodiscard]] std::shared_ptr<UIResponder> nextResponder() override;
 
-    /// The toolkit's side of a view, whose definition only this room sees.
+    /// The GTK side of a view, defined in detail/ViewImplementation.hpp.
     class Implementation;
     struct ImplementationRelease {
         void operator()(Implementation* implementation) const noexcept;

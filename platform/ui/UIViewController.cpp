@@ -30,7 +30,7 @@ bool UIViewController::canDecode(const NSCoder& coder) noexcept {
 std::shared_ptr<UIView> UIViewController::view() {
     if (!_isViewLoaded) {
         _isViewLoaded = true;
-        const auto self = weak_from_this().lock(); // `viewDidLoad` may release it
+        const auto self = weak_from_this().lock(); // `viewDidLoad` may release the last other owner
         loadView();
         if (_view) viewDidLoad();
         return _view;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Which screen is in front of which: presentation, dismissal, and the segues of interface descriptions.
+// Presenting and dismissing screens, and the segues of interface descriptions.
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
@@ -17,7 +17,7 @@
 
 namespace platform {
 
-/// A screen in place of another.
+/// A presented screen, and the state that is restored when it is dismissed.
 struct UIViewController::Presentation {
     Presentation(std::shared_ptr<UIViewController> shown, GtkWindow* window)
         : controller(std::move(shown))
@@ -28,7 +28,7 @@ struct UIViewController::Presentation {
     Presentation(const Presentation&) = delete;
     Presentation& operator=(const Presentation&) = delete;
 
-    /// Restores the covered screen, with the keyboard focus where it was.
+    /// Restores the covered screen and its keyboard focus.
     void end(GtkWindow* window) {
         gtk_window_set_child(window, covered.get());
         const auto focused = GObjectRef<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focus)));
@@ -42,8 +42,8 @@ struct UIViewController::Presentation {
     GWeakRef focus{};
 };
 
-// The covered view leaves the window instead of staying behind: the X window of an effect's interface would
-// be visible through everything, and keys would still reach its controls.
+// The covered view is removed from the window. If it stayed, the X window of an effect's interface would
+// still be visible in front of the new screen, and keys would still reach the covered controls.
 void UIViewController::showOver(UIViewController& presenter, bool animated,
                                 std::function<void()> completion) {
     const auto self = std::static_pointer_cast<UIViewController>(shared_from_this());
@@ -51,8 +51,8 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
     GtkWindow* window = windowOf(presenter);
     const auto shown = window == nullptr || presenter._presentation ? nullptr : view();
     if (!shown) {
-        warn("A screen cannot be shown: it has no view, or its presenter is on no window or presents another "
-             "one.");
+        warn("A screen cannot be shown: it has no view, or its presenter is in no window or already presents "
+             "a screen.");
         return;
     }
     viewWillAppear(animated);
@@ -70,7 +70,7 @@ void UIViewController::showOver(UIViewController& presenter, bool animated,
 }
 
 void UIViewController::dismissViewControllerAnimated(bool animated, std::function<void()> completion) {
-    const auto self = shared_from_this(); // its presenter may be the only owner
+    const auto self = shared_from_this(); // the presenter may be the only owner
     if (!_presentation) {
         if (const auto presenter = _presenting.lock()) {
             presenter->dismissViewControllerAnimated(animated, std::move(completion));

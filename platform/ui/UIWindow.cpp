@@ -15,9 +15,10 @@ namespace platform {
 namespace {
 
 gboolean onCloseRequested(GtkWindow*, gpointer self) {
-    const auto onCloseRequest = static_cast<UIWindow*>(self)->onCloseRequest; // it may set another
+    const auto onCloseRequest =
+        static_cast<UIWindow*>(self)->onCloseRequest; // a copy: the call may replace the function
     if (onCloseRequest) onCloseRequest();
-    return GDK_EVENT_STOP; // the owner decides
+    return GDK_EVENT_STOP; // the window stays open until the owner closes it
 }
 
 void onIsActive(GtkWindow* window, GParamSpec*, gpointer self) {

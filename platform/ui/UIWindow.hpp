@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A window of the desktop with the screen that a controller fills. Main thread only.
+// A top-level window filled with the view of a controller. Main thread only.
 #pragma once
 
 #include "platform/ui/UIView.hpp"
@@ -20,15 +20,15 @@ class UIWindow final : public UIView {
     ~UIWindow() override;
 
     [[nodiscard]] std::shared_ptr<UIViewController> rootViewController() const { return _rootViewController; }
-    /// Fills the window with the view of `controller`, which is loaded now.
+    /// Loads the view of `controller` and fills the window with it.
     void setRootViewController(std::shared_ptr<UIViewController> controller);
 
-    /// Shows the window and gives it the keyboard.
+    /// Shows the window and gives it the keyboard focus.
     void makeKeyAndVisible();
-    /// Removes the window from the desktop for good.
+    /// Hides the window.
     void close();
 
-    std::function<void()> onCloseRequest; // called when the user asks to close it
+    std::function<void()> onCloseRequest; // called when the user asks to close the window
     std::function<void(bool active)> onActiveChange;
 
   private:

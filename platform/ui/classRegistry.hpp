@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The classes that are created by name: the application's delegate, and the controllers and views of
-// interface descriptions. Main thread only.
+// Creates objects of classes that are registered by name: the application's delegate, and the controllers and
+// views of interface descriptions. Main thread only.
 #pragma once
 
 #include "platform/ui/NSCoder.hpp"
@@ -27,7 +27,8 @@ void registerDelegateFactory(std::string name, DelegateFactory factory);
 void registerControllerFactory(std::string name, ControllerFactory factory);
 void registerViewFactory(std::string name, ViewFactory factory);
 
-/// Registers the delegate or controller class T under `name`. A controller class has `initWithCoder`.
+/// Registers the delegate or controller class T under `name`. A controller class must have a static function
+/// `initWithCoder`.
 template <class T>
 void registerClass(std::string name) {
     if constexpr (std::is_base_of_v<UIApplicationDelegate, T>) {
@@ -38,11 +39,13 @@ void registerClass(std::string name) {
     }
 }
 
-/// Creates a delegate of the class `name`; absent if there is no such class.
+/// Creates a delegate of the class `name`, or returns null if no such class is registered.
 [[nodiscard]] std::shared_ptr<UIApplicationDelegate> makeDelegate(std::string_view name);
-/// Creates a controller of the class `name`; absent if there is no such class or it refuses the coder.
+/// Creates a controller of the class `name`, or returns null if no such class is registered or
+/// `initWithCoder` returns null.
 [[nodiscard]] std::shared_ptr<UIViewController> makeController(std::string_view name, const NSCoder& coder);
-/// Creates a view of the class `name`; absent if there is no such class. `implementation` is taken only then.
+/// Creates a view of the class `name`, which takes over `implementation`. If no such class is registered,
+/// returns null and leaves `implementation` unchanged.
 [[nodiscard]] std::shared_ptr<UIView> makeView(std::string_view name,
                                                UIView::ImplementationPointer& implementation);
 

@@ -4,6 +4,7 @@
 #include "platform/ui/commandLine.hpp"
 
 #include "platform/foundation/ApplicationIdentity.hpp"
+#include "platform/foundation/confinement.hpp"
 #include "platform/foundation/console.hpp"
 
 #include <cstdlib>
@@ -11,6 +12,17 @@
 #include <string_view>
 
 namespace platform {
+namespace {
+
+// The mechanisms of this kernel for confining the processes that decode pictures or run effects.
+std::string confinementLine() {
+    const ConfinementSupport support = confinementSupport();
+    return "Confinement: " +
+           (support.landlock > 0 ? "Landlock ABI " + std::to_string(support.landlock) : "no Landlock") +
+           (support.hasSeccomp ? ", seccomp" : ", no seccomp");
+}
+
+} // namespace
 
 void answerCommandLine(int argc, char** argv) {
     if (argc < 2) return;
@@ -22,10 +34,10 @@ void answerCommandLine(int argc, char** argv) {
     }
     if (argument == "--version") {
         print(program.programName + " " TONEWRIGHT_VERSION);
+        print(confinementLine());
         std::exit(EXIT_SUCCESS);
     }
-    warn(program.programName + ": unknown argument \"" + std::string(argument) +
-         "\"; --help shows what there is.");
+    warn(program.programName + ": unknown argument \"" + std::string(argument) + "\"; see --help.");
     std::exit(2);
 }
 

@@ -6,8 +6,9 @@
 
 namespace platform {
 
-/// Answers --help and --version on standard output and ends the process; refuses any other argument with one
-/// sentence on standard error and status 2. Returns if there are no arguments.
+/// Answers --help and --version on standard output and exits. The answer to --version also lists the kernel's
+/// mechanisms for confining processes. For any other argument, reports it in one sentence on standard error
+/// and exits with status 2. Returns if there are no arguments.
 void answerCommandLine(int argc, char** argv);
 
 } // namespace platform

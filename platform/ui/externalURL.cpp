@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// `xdg-open` is tried first: it exists on every desktop, asks nothing, and inside a sandbox it is the portal
-// itself. Nothing slow happens here: the program starts on the global queue, the bus answers asynchronously.
+// `xdg-open` is tried first: it exists on every desktop, asks no questions, and inside a sandbox it calls the
+// portal. Nothing here blocks the main thread: the program is started on the global queue, and the portal is
+// called asynchronously.
 #include "platform/ui/externalURL.hpp"
 
 #include "platform/dispatch/DispatchQueue.hpp"
@@ -54,7 +55,7 @@ void onConnected(GObject*, GAsyncResult* result, gpointer data) {
 }
 
 void openByPortal(std::unique_ptr<Request> request) {
-    // Without an address the library would start its own bus.
+    // Without an address GLib would start a session bus.
     if (std::getenv("DBUS_SESSION_BUS_ADDRESS") == nullptr) return request->end(false);
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, request.release());
 }
@@ -65,7 +66,7 @@ void onProgramEnded(GPid program, gint status, gpointer data) {
     if (g_spawn_check_wait_status(status, nullptr) == FALSE) Request{request->text, nullptr}.end(false);
 }
 
-// Starts the program; returns false if there is none. It may run for as long as the browser.
+// Starts xdg-open, which may run for as long as the browser. Returns false if it cannot be started.
 bool openByProgram(const Request& request) {
     std::string name = "xdg-open";
     std::string text = request.text;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The questions of a web view before it navigates and before it shows a response. Main thread only.
+// Decides whether a web view may navigate, and whether it may show a response. Main thread only.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -17,16 +17,15 @@ class WKWebView;
 enum class WKNavigationActionPolicy : std::uint8_t { Cancel, Allow };
 enum class WKNavigationResponsePolicy : std::uint8_t { Cancel, Allow };
 
-/// A place to which the web view is about to navigate: a load, a hop of a redirect, a link, a frame, a
-/// fragment.
+/// A navigation that is about to happen: a load, a redirect, a link, a frame or a fragment.
 struct WKNavigationAction {
     struct Request {
-        std::optional<URL> url; // absent if the request names no place
+        std::optional<URL> url; // empty if the request has none
     };
     Request request;
 };
 
-/// A response, before it is shown: asked once for each document.
+/// A response that is about to be shown, once for each document.
 struct WKNavigationResponse {
     struct Response {
         std::optional<URL> url;
@@ -34,8 +33,8 @@ struct WKNavigationResponse {
     Response response;
 };
 
-/// The functions passed in may be called at once or later, on the main thread; the first call counts. Until
-/// one is called the navigation waits: dropping the function answers nothing.
+/// Each decision handler may be called at once or later, on the main thread. Only its first call has an
+/// effect. The navigation waits until the handler is called, even if the handler is destroyed without a call.
 class WKNavigationDelegate {
   public:
     virtual ~WKNavigationDelegate() = default;

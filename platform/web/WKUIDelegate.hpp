@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a web view asks of the program around it. Main thread only.
+// Receives a web view's requests for new windows. Main thread only.
 #pragma once
 
 #include "platform/web/WKNavigationDelegate.hpp"
@@ -17,8 +17,7 @@ class WKUIDelegate {
   public:
     virtual ~WKUIDelegate() = default;
 
-    /// Creates the view for a page that asks for a window of its own. This program opens no such view:
-    /// whatever is returned, the request is dropped.
+    /// Called when a page asks for a new window. No window is opened, whatever this function returns.
     virtual std::shared_ptr<WKWebView> createWebViewWith(WKWebView&, const WKWebViewConfiguration&,
                                                          const WKNavigationAction&, const WKWindowFeatures&) {
         return nullptr;

@@ -14,12 +14,12 @@
 namespace platform {
 namespace {
 
-// The engine's URLs follow the rules of browsers, which leave some characters unencoded that RFC 3986
-// requires to be encoded.
+// WebKit's URLs follow the rules of browsers, which leave some characters unencoded that RFC 3986 requires to
+// be encoded.
 std::optional<URL> urlOf(const std::string& text) {
     if (text.empty()) return std::nullopt;
     if (auto url = URL::fromString(text)) return url;
-    constexpr std::string_view Reserved = ":/?#[]@!$&'()*+,;=%-._~"; // and letters and digits
+    constexpr std::string_view Reserved = ":/?#[]@!$&'()*+,;=%-._~"; // besides letters and digits
     std::string encoded;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char byte = text[i];
@@ -45,7 +45,7 @@ GtkWidget* makeNotice() {
 
 } // namespace
 
-/// Passes the engine's questions to the delegates.
+/// Passes WebKit's requests for decisions to the delegates.
 class WKWebView::Asker final : public WebClient {
   public:
     explicit Asker(WKWebView& view)
@@ -123,7 +123,7 @@ WebEngineView* WKWebView::engine() {
     if (gtk_widget_get_first_child(container) != nullptr) return _engine.get(); // the page, or the notice
     _engine = makeWebEngineView(*_asker);
     GtkWidget* content = _engine ? _engine->widget() : makeNotice();
-    // The page has the keyboard as soon as it is on the screen.
+    // The page gets the keyboard focus as soon as it is on the screen.
     g_signal_connect(content, "map", G_CALLBACK(gtk_widget_grab_focus), nullptr);
     fillWidget(container, content);
     return _engine.get();

@@ -1,13 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A view that shows pages and documents of the web, the manual among them. Main thread only.
+// A view that shows web pages and PDF documents such as the manual. Main thread only.
 //
-// The web engine is a library of some hundred megabytes with processes of its own. It is opened by the first
-// load of the first view, so that a program that never shows a page does not pay for it. Nothing that a page
-// leaves behind is kept: cookies, storage and cache are in memory and are destroyed with the view. Downloads,
-// dialogs, permissions and windows of a page are refused without telling the user. The keys Ctrl and +, -, 0
-// zoom.
+// WebKit is a library of some hundred megabytes that starts its own processes. The first load in the first
+// view opens it, so that a program that never shows a page does not pay for it. Cookies, storage and cache
+// are in memory only and are destroyed with the view. Downloads, dialogs, permissions and new windows are
+// refused without telling the user. Ctrl with +, - or 0 zooms.
 #pragma once
 
 #include "platform/foundation/URL.hpp"
@@ -25,32 +24,32 @@ class WebEngineView;
 
 class WKWebView final : public UIView {
   public:
-    /// Registers the "view-class" WKWebView, so that objects of interface descriptions can be web views.
+    /// Registers the class WKWebView, so that interface descriptions can use it as a "view-class".
     static void registerClass();
 
     WKWebView();
-    /// Creates the view of such an object.
+    /// Creates the view for an object of an interface description.
     explicit WKWebView(ImplementationPointer implementation);
     ~WKWebView() override;
 
-    /// Sets the delegate, which is not kept, that is told of windows that pages ask for.
+    /// Sets the delegate that is called when a page asks for a new window. Keeps only a weak reference to it.
     void setUIDelegate(const std::weak_ptr<WKUIDelegate>& delegate);
-    /// Sets the delegate, which is not kept, that decides on navigations; without one all are allowed.
+    /// Sets the delegate that decides about navigations. Keeps only a weak reference to it. Without a
+    /// delegate, all navigations are allowed.
     void setNavigationDelegate(const std::weak_ptr<WKNavigationDelegate>& delegate);
 
-    /// Navigates to the URL of `request`. A source that stays silent for the request's time-out is given up;
-    /// what cannot be loaded is replaced by a page that says why.
+    /// Navigates to the URL of `request`. Loading ends with an error if there is no progress for the
+    /// request's time-out. In place of a page that cannot be loaded, the view shows a page with the reason.
     void loadRequest(const URLRequest& request);
-    /// Shows `html`, whose relative links start at `baseURL`.
+    /// Shows `html`. Its relative links are resolved against `baseURL`.
     void loadHTMLString(const std::string& html, const URL& baseURL);
 
   private:
     class Asker;
     WebEngineView* engine();
 
-    std::unique_ptr<Asker>
-        _asker; // receives the engine's questions; declared before the engine, which refers to it
-    std::unique_ptr<WebEngineView> _engine; // absent until the first load
+    std::unique_ptr<Asker> _asker;          // declared before `_engine`, which has a reference to it
+    std::unique_ptr<WebEngineView> _engine; // null until the first load
 };
 
 } // namespace platform

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Make the manual's pages for browsers: usage: pages.py manual.html FOLDER. One page for each chapter, beside an index
-with the cover and the contents; they need no script and no network, and say all that they show in words too."""
+"""Make the manual's pages for browsers. Usage: pages.py manual.html FOLDER. Writes one page for each chapter, and an
+index page with the cover and the contents. The pages use no scripts and no network."""
 import html
 import pathlib
 import re
@@ -36,7 +36,7 @@ def words(markup: str) -> str:
 
 
 def chapters(body: str) -> list[tuple[str, str, str]]:
-    """Split the manual into chapters, each as (name, heading, text); what comes before the first is the index."""
+    """Split the manual into chapters (name, heading, text). The part before the first chapter becomes the index."""
     parts = re.split(r'<h1 id="([\w-]+)"[^>]*>(.*?)</h1>', body)
     found = zip(parts[1::3], parts[2::3], parts[3::3])
     return [("index", "Tonewright: the manual", parts[0]),
@@ -44,7 +44,7 @@ def chapters(body: str) -> list[tuple[str, str, str]]:
 
 
 def way(pages: list[tuple[str, str, str]], at: int) -> str:
-    """Give the links to the chapters around one."""
+    """Return the links to the previous and the next chapter."""
     links = [f'<a rel="{rel}" href="{pages[to][0]}.html">{kind}: {pages[to][1] if to else "contents"}</a>'
              for rel, kind, to in (("prev", "Previous", at - 1), ("next", "Next", at + 1)) if 0 <= to < len(pages)]
     if at > 1:
@@ -53,7 +53,7 @@ def way(pages: list[tuple[str, str, str]], at: int) -> str:
 
 
 def main(source: pathlib.Path, folder: pathlib.Path) -> None:
-    shutil.rmtree(folder, ignore_errors=True)  # of a chapter that has another name now
+    shutil.rmtree(folder, ignore_errors=True)  # removes pages of renamed chapters
     folder.mkdir(parents=True)
     body = re.search(r"<body>(.*)</body>", source.read_text(), re.S)[1]
     body = body.replace('<h1 class="plain" id="contents">Contents</h1>', '<h2 id="contents">Contents</h2>')

@@ -1,10 +1,11 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Give the manual's PDF its structure: headings, paragraphs, lists, tables, links, and figures with their alternatives.
+"""Add the structure to the manual's PDF: headings, paragraphs, lists, tables, links, and figures with alternative texts.
 
-WeasyPrint tags PDFs too, but before its module pdf.tags it knew no figures, began the structure anew on each page and
-had every text read twice. Here each run of text and each picture is marked as it is drawn, and the structure follows
-the elements of the page: what aria-hidden="true" covers, and all that no element says, is decoration.
+Old versions of WeasyPrint (without the module pdf.tags) also tag PDFs, but do not support figures, restart the
+structure on each page and let every text be read twice. This module marks each run of text and each picture when it is
+drawn, and derives the structure from the elements of the HTML page. Anything in an element with aria-hidden="true",
+and anything outside all elements, is decoration.
 """
 import importlib.util
 
@@ -13,7 +14,7 @@ import weasyprint.draw
 import weasyprint.pdf
 from pydyf import Array, Dictionary, String
 
-# Elements that are not named here are part of the text around them.
+# The PDF role of each HTML element. All other elements are part of the text around them.
 ROLES = {"section": "Sect", "nav": "Sect", "aside": "Sect", "h1": "H1", "h2": "H2", "h3": "H3", "p": "P", "pre": "P",
          "figcaption": "P", "ul": "L", "ol": "L", "dl": "L", "li": "LI", "dd": "LBody", "dt": "Lbl", "code": "Code",
          "a": "Link", "table": "Table", "thead": "THead", "tbody": "TBody", "tr": "TR", "th": "TH", "td": "TD",
@@ -23,7 +24,7 @@ VARIANT = "tagged"
 
 
 def variant() -> str:
-    """Give the variant of PDF that carries structure, made known to WeasyPrint where it has none that will do."""
+    """Return the name of a PDF variant with structure. Registers one if WeasyPrint has no suitable variant."""
     if importlib.util.find_spec("weasyprint.pdf.tags"):
         return "pdf/ua-1"
     marks = Marks()
@@ -35,10 +36,10 @@ def variant() -> str:
 
 
 class Marks:
-    """What was drawn on each page, as boxes, in the order of drawing: a box's place is the number of its mark."""
+    """The boxes drawn on each page, in drawing order. The index of a box is the number of its mark."""
 
     def __init__(self):
-        self.boxes: dict[int, list] = {}  # by the page's stream
+        self.boxes: dict[int, list] = {}  # key: identity of the page's stream
 
     def of(self, stream) -> list:
         return self.boxes.setdefault(id(stream), [])
@@ -55,12 +56,12 @@ class Marks:
 
 
 def is_leader(box) -> bool:
-    """Tell whether the box is the dots of the contents, or stands in the margin of the page."""
+    """Return whether the box is a dot leader in the contents or belongs to the page margin."""
     return box.element is None or (box.element_tag.endswith("::after") and not getattr(box, "text", "").strip(" ."))
 
 
 class Element:
-    """An element of the structure: its role, and what is in it in the order of reading."""
+    """An element of the structure, with its role and its contents in reading order."""
 
     def __init__(self, structure, role: str, parent=None, place: int = 0):
         self.parent, self.place, self.kids = parent, place, []
@@ -71,7 +72,7 @@ class Element:
             self.data["P"] = parent.data.reference
 
     def write(self) -> None:
-        """Close the element. Floats are drawn before the text around them; where all is elements, these tell the order."""
+        """Write the contents. If all are elements, they are sorted in document order, because floats are drawn early."""
         if all(isinstance(kid, Element) for kid in self.kids):
             self.kids.sort(key=lambda kid: kid.place)
         self.data["K"] = Array(kid.data.reference if isinstance(kid, Element) else kid for kid in self.kids)
@@ -111,7 +112,7 @@ class Structure:
                             "ViewerPreferences": Dictionary({"DisplayDocTitle": "true"})})
 
     def mark(self, number: int, mark: int, box, page) -> bytes:
-        """Put what was drawn into the element that it belongs to and give that one's reference, null for decoration."""
+        """Add a mark to the element of its box. Return the element's reference, or null if the box is decoration."""
         if self.is_hidden(box.element):
             return b"null"
         is_label = box.element_tag in ("li::marker", "li::before")
@@ -126,7 +127,7 @@ class Structure:
         return element is not None and (element.get("aria-hidden") == "true" or self.is_hidden(self.parents.get(element)))
 
     def element(self, element) -> Element:
-        """Give the structure's element for one of the page, made when it is asked for first."""
+        """Return the structure element for an HTML element, which is created at the first call."""
         if element is None:
             return self.document
         if element in self.found:
@@ -146,21 +147,21 @@ class Structure:
         return made
 
     def label(self, item) -> Element:
-        """Give the label of an item: its bullet or number."""
+        """Return the structure element for the bullet or number of a list item."""
         parent = self.element(item).parent
         labels = [kid for kid in parent.kids if kid.data["S"] == "/Lbl"]
         return labels[0] if labels else Element(self, "Lbl", parent, 0)
 
     def outline(self, box, page) -> Array:
-        """Give the rectangle in which a picture can be seen, in points from the lower left corner of the page."""
+        """Return the visible rectangle of a picture in points, measured from the lower left corner of the page."""
         box = self.frames.get(self.parents[box.element], box)
         left, top = box.content_box_x(), page.height - box.content_box_y()
         return Array(0.75 * side for side in (left, top - box.height, left + box.width, top))
 
     def link(self, number: int, box) -> bytes:
-        """Join a link's area on the page to its element."""
+        """Connect the area of a link on the page with its structure element."""
         source, area = box.element, box.link_annotation
-        while source.tag != "a":  # what is set in another font within a link has an area of its own
+        while source.tag != "a":  # part of a link in another font, with its own area
             source = self.parents[source]
         element = self.element(source)
         area.update({"StructParent": len(self.pages) + self.links, "F": 4,  # print it with the page
@@ -169,11 +170,11 @@ class Structure:
         element.kids.append(Dictionary({"Type": "/OBJR", "Obj": area.reference, "Pg": self.pdf.page_references[number]}))
         return element.data.reference
 
-    links = 0  # that were joined
+    links = 0  # number of links connected so far
 
     @staticmethod
     def hide_the_rest(stream, hidden: set[int]) -> None:
-        """Mark as decoration what is drawn outside of all marks, and the marks that are hidden."""
+        """Mark everything outside all marks, and the hidden marks, as decoration."""
         told, between = [], []
 
         def flush():

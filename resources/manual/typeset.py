@@ -1,25 +1,26 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Set the manual as a PDF: usage: typeset.py manual.html manual.pdf. The same sources and fonts give the same bytes."""
+"""Typeset the manual. Usage: typeset.py manual.html manual.pdf. The output is reproducible byte by byte."""
 import logging
 import os
 import sys
 
-# Both are read when Python or a library starts: names of subsets come from hashes, subsets carry a date.
+# For reproducible output, because names of font subsets depend on hashes and subsets contain a date. Python reads both
+# variables at startup.
 FIXED = {"PYTHONHASHSEED": "0", "SOURCE_DATE_EPOCH": "1764000000"}
 if any(os.environ.get(name) != value for name, value in FIXED.items()):
     os.execve(sys.executable, [sys.executable, *sys.argv], {**os.environ, **FIXED})
 
-sys.dont_write_bytecode = True  # a folder of the source that changes would have the program built again
+sys.dont_write_bytecode = True  # a change in the source folder would trigger a rebuild
 import tagging  # noqa: E402
 import weasyprint  # noqa: E402
 
-logging.getLogger("fontTools").setLevel(logging.ERROR)  # it finds the date of the font's own making strange
+logging.getLogger("fontTools").setLevel(logging.ERROR)  # hides warnings about the date in the font
 
 
 class Complaints(logging.StreamHandler):
-    """Say what is wrong with the sources, and count it: a link without a target, a picture that is not there."""
+    """Report and count errors in the sources, such as a link without a target or a missing picture."""
     count = 0
 
     def emit(self, record):
@@ -34,5 +35,5 @@ logging.getLogger("weasyprint").handlers = [complaints]
 source, target = sys.argv[1:]
 weasyprint.HTML(source).write_pdf(target + ".new", variant=tagging.variant())
 if complaints.count:
-    sys.exit(f"{source} has {complaints.count} mistakes.")
+    sys.exit(f"{source} has {complaints.count} errors.")
 os.replace(target + ".new", target)

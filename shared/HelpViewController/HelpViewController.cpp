@@ -21,7 +21,7 @@ using platform::WKNavigationResponsePolicy;
 
 namespace {
 
-// Regardless of the locale: only ASCII letters change.
+// Changes only ASCII letters, independent of the locale.
 std::string uppercased(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
@@ -62,7 +62,7 @@ void HelpViewController::offerConnections(platform::InterfaceConnections& connec
 }
 
 platform::WKWebView& HelpViewController::page() const {
-    return platform::unwrap(webView.lock()); // the screen keeps it
+    return platform::unwrap(webView.lock()); // the screen owns the web view
 }
 
 void HelpViewController::prepareInfo(const std::string& which) {
@@ -120,7 +120,7 @@ void HelpViewController::decidePolicyFor(
     const std::function<void(WKNavigationActionPolicy)>& decisionHandler) {
     print("navigationAction: ");
     const auto& url = action.request.url;
-    if (!url) return; // no answer, on purpose: the navigation waits
+    if (!url) return; // without a decision, the navigation waits
     print(url->absoluteString());
     decisionHandler(WKNavigationActionPolicy::Allow);
 }
@@ -130,7 +130,7 @@ void HelpViewController::decidePolicyFor(
     const std::function<void(WKNavigationResponsePolicy)>& decisionHandler) {
     print("navigationResponse: ");
     const auto& url = response.response.url;
-    if (!url) return; // no answer, on purpose
+    if (!url) return; // without a decision, the response waits
     print(url->absoluteString());
     const std::string extension = uppercased(url->pathExtension());
     const bool isShown = extension.empty() || extension == "PDF" || extension == "HTML";

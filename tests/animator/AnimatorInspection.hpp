@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reads (and where a test must set the scene, writes) the fields of the animation classes, and of their
-// literal model, which has the same names.
+// Reads the private fields of the animation classes, and sets those that a test needs set. The fields of the
+// literal model have the same names.
 #pragma once
 
 #include "shared/Common/Animator/AnimationSequencer.hpp"

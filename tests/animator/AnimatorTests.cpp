@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the random scripts leave out: movements computed by hand, timers that run, how fatal cases end,
-// overridden lengths, and groups of a size at which searching would show.
+// Tests cases that the random scripts do not reach: impulses, running timers, the messages of fatal errors,
+// overridden lengths, and groups so large that a linear search would be noticeable.
 #include "platform/dispatch/RunLoop.hpp"
 #include "tests/animator/AnimatorInspection.hpp"
 #include "tests/support/testing.hpp"
@@ -31,26 +31,7 @@ void place(Group& group, const std::shared_ptr<Animator>& member) {
     }
 }
 
-// Removes and adds by turns, so long that the group makes itself an index.
-template <class Group>
-void expectRemovalOfTheFirstEntry() {
-    const auto group = std::make_shared<Group>();
-    const auto animators = make(60);
-    Animators expected;
-    std::mt19937 random(5);
-    const auto add = [&] { place(*group, expected.emplace_back(animators[random() % animators.size()])); };
-    for (int i = 0; i < 900; ++i) add();
-    while (!expected.empty()) {
-        const auto item = expected[random() % expected.size()];
-        group->remove(item);
-        expected.erase(std::find(expected.begin(), expected.end(), item));
-        if (random() % 8 == 0) add();
-        if (random() % 32 != 0) continue; // a look puts in order and forgets the index
-        ASSERT_EQ(Look::members(*group), expected);
-    }
-}
-
-// A group with something to do, soon.
+// Returns a group with one member, whose timer fires after a millisecond.
 template <class Group>
 std::shared_ptr<Group> filled(const std::shared_ptr<Animator>& member) {
     auto group = std::make_shared<Group>();
@@ -59,7 +40,7 @@ std::shared_ptr<Group> filled(const std::shared_ptr<Animator>& member) {
     return group;
 }
 
-// Starts the object passed in and releases it; its timer must keep it until it has finished, and no longer.
+// Starts `object` and releases it. The timer must keep the object alive until it has finished, and no longer.
 template <class Object>
 void expectToRunToItsEnd(std::shared_ptr<Object> object) {
     const std::weak_ptr<Object> watch = object;
@@ -71,7 +52,8 @@ void expectToRunToItsEnd(std::shared_ptr<Object> object) {
     EXPECT_EQ(arrivals, 1);
 }
 
-// Far above what the engine needs, far below what a search of every member for every member takes.
+// Limits the test's duration: far above what the engine needs, far below what a linear search per member
+// takes.
 class Brisk {
   public:
     ~Brisk() { EXPECT_LT(std::chrono::steady_clock::now() - _begin, std::chrono::seconds(8)); }
@@ -82,15 +64,6 @@ class Brisk {
 constexpr std::int64_t Many = 200'000;
 
 } // namespace
-
-TEST(Animator, ReportsTheValueBeforeEachFrameAndArrivesExactly) {
-    const auto animator = Animator::create(0, 10, 4);
-    std::vector<float> values;
-    animator->onAnimation = [&](Animator&, float value) { values.push_back(value); };
-    animator->onFinished = [&](Animator&, float value) { values.push_back(-value); };
-    for (int i = 0; i < 7; ++i) animator->animate();
-    EXPECT_EQ(values, (std::vector<float>{0, 2.5F, 5, 7.5F, -10}));
-}
 
 TEST(Impulse, CoastsToRestAndBouncesOffItsBounds) {
     for (const bool bounces : {false, true}) {
@@ -109,7 +82,7 @@ TEST(Impulse, CoastsToRestAndBouncesOffItsBounds) {
         EXPECT_NEAR(values.back(), bounces ? 0.785 : 3, 0.01);
         EXPECT_EQ(collisions, bounces ? 1 : 0);
         EXPECT_EQ(ends,
-                  (std::vector<float>{values.back(), 0, 0, 0, 0, 0})); // at rest, and at each tick after it
+                  (std::vector<float>{values.back(), 0, 0, 0, 0, 0})); // at rest, and on every later tick
         EXPECT_TRUE(impulse->isFinished() && impulse->getValue() == 0);
     }
 }
@@ -124,22 +97,6 @@ TEST(Timers, KeepWhatTheyRunUntilItsEnd) {
     member->rewind();
     std::thread([&] { expectToRunToItsEnd(filled<AnimationSequencer>(member)); }).join();
     EXPECT_TRUE(member->isFinished());
-}
-
-TEST(Animator, SettingUpMayBeOverridden) {
-    struct Doubled final : Animator {
-        void setup(float source, float destination, std::int64_t frames, float interval,
-                   EnumEasing type) override {
-            Animator::setup(source, 2 * destination, frames, interval, type);
-        }
-    };
-    struct Halved final : Impulse {
-        void setup(std::int64_t frames, float amount, float interval, float intensity) override {
-            Impulse::setup(frames, amount / 2, interval, intensity);
-        }
-    };
-    EXPECT_EQ(Animator::create<Doubled>(0, 4, 10)->getDestinationValue(), 8.0F);
-    EXPECT_EQ(Impulse::create<Halved>(-3, 1)->getSourceValue(), 0.5F);
 }
 
 TEST(FatalDeathTest, SaysWhatIsWrong) {
@@ -179,9 +136,28 @@ TEST(FatalDeathTest, SaysWhatIsWrong) {
     for (const auto& [message, act] : cases) EXPECT_DEATH(act(), message);
 }
 
+// Removing an animator that is in a group several times removes its first entry. There are so many removals
+// that the group builds its index.
 TEST(Duplicates, AreRemovedFromTheFirstOn) {
-    expectRemovalOfTheFirstEntry<AnimatorChain>();
-    expectRemovalOfTheFirstEntry<AnimationSequencer>();
+    const auto removeAll = [](auto group) {
+        const auto animators = make(60);
+        Animators expected;
+        std::mt19937 random(5);
+        const auto add = [&] {
+            place(*group, expected.emplace_back(animators[random() % animators.size()]));
+        };
+        for (int i = 0; i < 900; ++i) add();
+        while (!expected.empty()) {
+            const auto item = expected[random() % expected.size()];
+            group->remove(item);
+            expected.erase(std::find(expected.begin(), expected.end(), item));
+            if (random() % 8 == 0) add();
+            if (random() % 32 != 0) continue; // reading the members removes the gaps and discards the index
+            ASSERT_EQ(Look::members(*group), expected);
+        }
+    };
+    removeAll(std::make_shared<AnimatorChain>());
+    removeAll(std::make_shared<AnimationSequencer>());
 }
 
 TEST(Sequencer, MeasuresAlsoWhatCameWhileASubclassDidNotMeasure) {
@@ -199,7 +175,7 @@ TEST(Sequencer, MeasuresAlsoWhatCameWhileASubclassDidNotMeasure) {
     sequencer->calculateFrames();
     EXPECT_EQ(Look::maxFrames(*sequencer), 52);
     m[1]->setup(0, 1, 80);
-    sequencer->remove(nullptr); // measures, too
+    sequencer->remove(nullptr); // also recalculates the length
     EXPECT_EQ(Look::maxFrames(*sequencer), 83);
 }
 
@@ -208,7 +184,7 @@ TEST(Many, FinishTogetherAlternatelyAndInTwoStacks) {
     const auto stack = std::make_shared<AnimatorStack>(), other = std::make_shared<AnimatorStack>();
     const auto members = make(Many, 1);
     for (std::size_t i = 0; i < members.size(); i += 2) members[i]->setup(0, 1, 3);
-    for (const auto& m : members) stack->add(m), other->add(m); // no single owner to trust
+    for (const auto& m : members) stack->add(m), other->add(m); // each member belongs to two groups
     std::int64_t live = Many;
     stack->onRemovedItem = [&](AnimatorStack& s, Animator&) { EXPECT_EQ(s.getCount(), --live); };
     for (int i = 0; i < 4; ++i) stack->animate();
@@ -216,28 +192,19 @@ TEST(Many, FinishTogetherAlternatelyAndInTwoStacks) {
     EXPECT_EQ(live + other->getCount(), 0);
 }
 
-TEST(Many, TimeLineForwardsBackwardsAndShared) {
-    const Brisk brisk;
-    const auto first = std::make_shared<AnimationSequencer>(),
-               second = std::make_shared<AnimationSequencer>();
-    const auto members = make(Many);
-    for (std::int64_t i = 0; i < Many; ++i) first->add(members[static_cast<std::size_t>(i)], i);
-    for (std::int64_t i = Many - 1; i >= 0; --i) second->add(members[static_cast<std::size_t>(i)], i / 2);
-    EXPECT_EQ(Look::maxFrames(*first), Many + 1);
-    EXPECT_EQ(Look::members(*second).front(), members[1]); // equal start frames: as added
-    for (const auto& m : members) second->remove(m);
-    EXPECT_EQ(second->getCount(), 0);
-}
-
-TEST(Many, StartOnOneTickInTwoSequencersAndAreRemoved) {
+TEST(Many, InTwoSequencersOneAfterTheOtherBackwardsAndAllOnOneTick) {
     const Brisk brisk;
     const auto first = std::make_shared<AnimationSequencer>(),
                second = std::make_shared<AnimationSequencer>();
     auto members = make(Many, 10);
-    for (const auto& m : members) first->add(m, 1), second->add(m, 1);
-    for (int i = 0; i < 3; ++i) first->advance(), second->advance();
-    EXPECT_EQ(first->getCurrentCount() + second->getCurrentCount(), 2 * Many);
+    for (std::int64_t i = 0; i < Many; ++i) first->add(members[static_cast<std::size_t>(i)], i);
+    for (std::int64_t i = Many - 1; i >= 0; --i) second->add(members[static_cast<std::size_t>(i)], i / 2);
+    EXPECT_EQ(Look::members(*second).front(), members[1]); // equal start frames: in the order of addition
+    for (const auto& m : members) second->remove(m);
+    for (const auto& m : members) second->add(m, 1);
+    for (int i = 0; i < 3; ++i) second->advance();
+    EXPECT_EQ(second->getCurrentCount(), Many);
     std::shuffle(members.begin(), members.end(), std::mt19937(3));
-    for (const auto& m : members) first->remove(m);
-    EXPECT_EQ(first->getCount(), 0);
+    for (const auto& m : members) first->remove(m), second->remove(m);
+    EXPECT_EQ(first->getCount() + second->getCount(), 0);
 }

@@ -1,22 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The animation classes once more, as plainly as they can be written: whole lists copied, scanned and sorted
-// on every occasion. What the engine does must be indistinguishable from this. Timers are counted and not
-// run. A fatal error is thrown as Fatal; printed lines are collected.
+// The animation classes written as simply as possible: whole lists are copied, scanned and sorted every time.
+// The engine must behave exactly like this model. Timers are counted but do not run, fatal errors throw
+// Fatal, and printed lines are collected.
 #pragma once
 
 #include "shared/Common/Animator/Easing.hpp"
-
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <functional>
-#include <memory>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
+#include "tests/support/testing.hpp"
 
 namespace literal {
 
@@ -35,7 +26,7 @@ inline std::int64_t plus(std::int64_t a, std::int64_t b) {
     return sum;
 }
 
-using Timer = std::shared_ptr<void>; // what keeps an owner
+using Timer = std::shared_ptr<void>; // keeps its owner alive
 inline std::vector<std::shared_ptr<Timer>> runLoop;
 
 template <class... Arguments>
@@ -52,7 +43,7 @@ class Timed : public std::enable_shared_from_this<Timed> {
     Timed& operator=(const Timed&) = delete;
 
     virtual void start() { _timer = runLoop.emplace_back(std::make_shared<Timer>(shared_from_this())); }
-    // Returns itself, because it might otherwise be released with its timer.
+    // Returns itself, because it might otherwise be destroyed together with its timer.
     std::shared_ptr<Timed> stopTimer() {
         auto self = shared_from_this();
         if (_timer) runLoop.erase(std::find(runLoop.begin(), runLoop.end(), std::exchange(_timer, nullptr)));
@@ -150,7 +141,7 @@ inline Members::iterator find(Members& members, const Animator& item) {
     return std::find_if(members.begin(), members.end(), [&](const auto& m) { return m.get() == &item; });
 }
 
-// Removes the first occurrence by identity; the reference is released once the list is consistent.
+// Removes the first entry that is `item`; the reference is released after the list has become consistent.
 inline void remove(Members& members, const Animator& item) {
     const auto place = find(members, item);
     if (place == members.end()) throw Fatal{};
@@ -162,6 +153,9 @@ template <class Self>
 class Group : public Timed {
   public:
     std::int64_t getCount() const { return static_cast<std::int64_t>(_animators.size()); }
+    void add(std::shared_ptr<Animator> item) {
+        if (item) _animators.push_back(std::move(item));
+    }
 
     Members _animators;
     std::function<void(Self&, Animator&)> onAnimation;
@@ -170,9 +164,6 @@ class Group : public Timed {
 
 class AnimatorStack : public Group<AnimatorStack> {
   public:
-    virtual void add(std::shared_ptr<Animator> item) {
-        if (item) _animators.push_back(std::move(item));
-    }
     virtual Members getItems() { return _animators; }
     virtual void stop() { reset(); }
     virtual void animate() {
@@ -204,9 +195,6 @@ class AnimatorStack : public Group<AnimatorStack> {
 
 class AnimatorChain : public Group<AnimatorChain> {
   public:
-    virtual void add(std::shared_ptr<Animator> item) {
-        if (item) _animators.push_back(std::move(item));
-    }
     virtual void remove(const std::shared_ptr<Animator>& item) {
         if (item) literal::remove(_animators, *item);
     }

@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Thousands of random sequences of every operation, run by the engine and by the literal model: both must do
-// the same, to the last field, and end in the same fatal errors.
+// Runs thousands of random sequences of all operations on the engine and on the literal model: all fields
+// must match exactly, and the same scripts must end in fatal errors.
 #include "platform/foundation/console.hpp"
 #include "tests/animator/LiteralModel.hpp"
 #include "tests/animator/Script.hpp"
 #include "tests/support/testing.hpp"
-
-#include <csignal>
-#include <sys/wait.h>
 
 namespace {
 
@@ -23,7 +20,7 @@ struct EngineWorld {
     using AnimatorChain = tonewright::AnimatorChain;
     using AnimationSequencer = tonewright::AnimationSequencer;
     static std::int64_t classCount() { return Animator::classCount; }
-    static void say(const std::string& line) { platform::print(line); } // among the engine's own
+    static void say(const std::string& line) { platform::print(line); } // in order with the engine's lines
 };
 
 struct LiteralWorld {
@@ -50,27 +47,17 @@ Lines runLiterally(const Plan& plan, bool& isFatal) {
     return std::exchange(literal::lines, {});
 }
 
-// Runs it on a thread of its own, whose end releases the timers that were left running on purpose.
+// Runs the plan on a new thread, because the end of a thread releases the timers that scripts leave running.
 Lines runEngine(const Plan& plan) {
     CapturedOutput output;
     std::thread([&] { Script<EngineWorld>(plan).run(); }).join();
     return output.take();
 }
 
-// Runs it in a process of its own, which is expected to abort; returns the lines printed until then.
+// Runs the plan in a child process that is expected to abort; returns the lines printed until then.
 Lines runEngineToItsEnd(const Plan& plan) {
     CapturedOutput output;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const rlimit noCore{0, 0};
-        ::setrlimit(RLIMIT_CORE, &noCore);
-        ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
-        Script<EngineWorld>(plan).run();
-        ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
+    EXPECT_EXIT(Script<EngineWorld>(plan).run(), testing::KilledBySignal(SIGABRT), "");
     return output.take();
 }
 
@@ -83,7 +70,7 @@ void compare(const Lines& expected, const Lines& actual) {
     ASSERT_EQ(expected.size(), actual.size());
 }
 
-// Runs a script for each of many seeds; returns how many ended fatally.
+// Runs a script for each of `count` seeds; returns how many ended in a fatal error.
 int runSeeds(Plan plan, std::uint64_t first, std::uint64_t count) {
     int fatal = 0;
     for (plan.seed = first; plan.seed < first + count && !testing::Test::HasFailure(); ++plan.seed) {

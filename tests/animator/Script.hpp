@@ -1,26 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A random sequence of operations on a small population of animators, groups and impulses, of the engine or
-// of the literal model. It writes down every callback, every call of an overridable operation, every printed
-// line and all fields; two worlds that behave alike write the same. Callbacks do further operations
-// themselves: they stop, remove, add, tick, replace callbacks and let go of owners.
+// A random sequence of operations on a few animators, groups and impulses, either of the engine or of the
+// literal model. Every callback, every call of a virtual operation, every printed line and all fields are
+// recorded; two worlds that behave alike produce the same record. Callbacks perform further operations: they
+// stop, remove, add, tick, replace callbacks and release owners.
 #pragma once
 
 #include "tests/animator/AnimatorInspection.hpp"
-
-#include <bit>
-#include <cmath>
-#include <concepts>
-#include <cstdint>
-#include <functional>
-#include <initializer_list>
-#include <limits>
-#include <memory>
-#include <random>
-#include <string>
-#include <unordered_map>
-#include <vector>
+#include "tests/support/testing.hpp"
 
 namespace scripted {
 
@@ -30,12 +18,12 @@ using tonewright::EnumEasing;
 struct Plan {
     std::uint64_t seed = 0;
     int steps = 60;
-    std::size_t animators = 8; // slots
-    bool misuse = false;       // what is fatal: removing strangers, start frames at the ends of the range
+    std::size_t animators = 8; // number of animator slots
+    bool misuse = false;       // adds fatal operations, such as removing strangers and extreme start frames
 };
 
 template <class World>
-class Script {
+class Script : tonewright::test::Uncopied {
     using Animator = typename World::Animator;
     using Stack = typename World::AnimatorStack;
     using Chain = typename World::AnimatorChain;
@@ -56,14 +44,12 @@ class Script {
         for (const auto& cleanUp : _cleanUps) cleanUp();
         current = nullptr;
     }
-    Script(const Script&) = delete;
-    Script& operator=(const Script&) = delete;
 
     void run() {
-        for (auto& slot : _animators) renew(slot);
-        for (auto& slot : _stacks) renew(slot);
-        for (auto& slot : _chains) renew(slot);
-        for (auto& slot : _sequencers) renew(slot);
+        const auto fill = [this](auto& slots) {
+            for (auto& slot : slots) this->renew(slot);
+        };
+        fill(_animators), fill(_stacks), fill(_chains), fill(_sequencers);
         for (int i = 0; i < _plan.steps; ++i) {
             _calls = 0;
             act();
@@ -80,13 +66,17 @@ class Script {
     inline static thread_local Script* current = nullptr;
 
   private:
-    // An animator of a subclass: writes down when it is asked, and has curves of its own.
+    // An animator of a subclass, which records the calls of its operations and has curves of its own.
     struct Traced final : Animator {
         void note(const char* what) { current->say(current->name(this) + " is asked to " + what); }
         void animate() override { note("animate"), Animator::animate(); }
         bool isFinished() override { return note("isFinished"), Animator::isFinished(); }
         void stop() override { note("stop"), Animator::stop(); }
         void reverse() override { note("reverse"), Animator::reverse(); }
+        void setup(float source, float destination, std::int64_t frames, float interval,
+                   EnumEasing type) override {
+            note("setup"), Animator::setup(source, destination, frames, interval, type);
+        }
         void rewind() override { note("rewind"), Animator::rewind(); }
         float easeOutBack(std::int64_t t, float b, float c, std::int64_t d) override {
             return note("easeOutBack"), Animator::easeOutBack(t, b, c, d) + 1;
@@ -113,7 +103,7 @@ class Script {
     float someValue() {
         return oneOf({0.0F, 0.0F, 1.0F, 10.0F, -3.5F, 0.1F, 1e30F, INFINITY, std::nanf(""), 100.0F});
     }
-    EnumEasing someType() { return static_cast<EnumEasing>(below(44)); } // two more than there are
+    EnumEasing someType() { return static_cast<EnumEasing>(below(44)); } // including two invalid values
 
     template <class Object>
     void remember(const std::shared_ptr<Object>& object, std::function<void(Object&)> cleanUp) {
@@ -145,11 +135,11 @@ class Script {
     template <class Object>
     void replace(std::shared_ptr<Object>& slot, std::shared_ptr<Object> made) {
         const auto held = made;
-        slot = std::move(made); // the old one may go here
+        slot = std::move(made); // the old object may be destroyed here
         for (int i = 0; i < 3; ++i) listen(*held);
     }
 
-    // What every callback does: write down what can be seen from it, and sometimes act.
+    // Called by every callback: records what the callback can see, and sometimes acts.
     void react(const char* kind, const void* owner, const std::string& details) {
         say(std::string(kind) + " " + name(owner) + details + " counts " + counts());
         if (++_calls > 200 || _depth >= 3 || !chance(3)) return;
@@ -172,13 +162,14 @@ class Script {
         }
     }
 
-    // Installs a callback: none, one that fits inside, or one that keeps another animator.
+    // Installs no callback, one that is small enough to be stored in place, or one that keeps an animator
+    // alive.
     template <class Callback>
     void install(Callback& callback, const char* kind) {
         const auto body = [this, kind](auto& owner, const auto&... rest) {
             react(kind, &owner, (std::string() + ... + detail(rest)));
         };
-        // Both read what they hold after the call, which may have replaced them.
+        // Both callbacks read their captures after `react`, which may have replaced the callback.
         choose({{1, [&] { callback = nullptr; }},
                 {1,
                  [&] {
@@ -221,7 +212,7 @@ class Script {
              {2, [&] { actOn(*stack, animator); }},
              {2, [&] { actOn(*chain, animator); }},
              {2, [&] { actOn(*sequencer, animator); }},
-             // The handles held here are gone on return; from then on only groups and callbacks own anything.
+             // The script releases its own handles here; from then on only groups and callbacks own objects.
              {1, [&] { exchange(); }}});
     }
     void exchange() {
@@ -284,10 +275,8 @@ class Script {
     }
     template <class Group>
     bool isMember(Group& group, const std::shared_ptr<Animator>& animator) {
-        for (const auto& member : Look::members(group)) {
-            if (member == animator) return true;
-        }
-        return false;
+        const auto& members = Look::members(group);
+        return std::find(members.begin(), members.end(), animator) != members.end();
     }
 
     std::string text(float value) {
@@ -331,7 +320,7 @@ class Script {
         }
         for (auto& s : _sequencers) {
             note("sequencer", *s, Look::maxFrames(*s), Look::playing(*s), Look::suspended(*s));
-            // Reading the order sorts the members, so it is not read every time.
+            // Reading the order sorts the members, so the script reads it only sometimes.
             if (chance(5)) note("order", *s, Look::members(*s));
         }
         say(counts());
@@ -339,10 +328,10 @@ class Script {
 
     Plan _plan;
     std::mt19937_64 _random;
-    std::int64_t _alive; // before the script
+    std::int64_t _alive; // the number of animators before the script
     std::unordered_map<const void*, int> _names;
     int _nextName = 0, _depth = 0;
-    int _calls = 0; // of callbacks in the present step
+    int _calls = 0; // calls of callbacks in the present step
     std::vector<std::function<void()>> _cleanUps;
     std::vector<std::shared_ptr<Animator>> _animators;
     std::vector<std::shared_ptr<Stack>> _stacks;

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Starting, stopping, the session, and what is reported of them.
-#include "platform/audio/seams.hpp"
+// Tests starting, stopping and the session, and the reports about them.
 #include "tests/app/engineFixture.hpp"
 
 namespace tonewright::test {
@@ -10,67 +9,46 @@ namespace {
 
 using StateTest = EngineFixture;
 
-/// Calls a function inside each callback and writes down whether the object that it may free is still there.
-class FickleDelegate final : public AUEnginePlayerDelegate {
-  public:
-    FickleDelegate(std::function<void()> act, std::shared_ptr<Lines> seen)
-        : _act(std::move(act))
-        , _seen(std::move(seen)) {}
-    std::weak_ptr<void> watched; // absent: this delegate
-
-    void onPlayerStateChanged(bool playing) override { note(playing ? "starts" : "stops"); }
-    void onFileSelect(const std::string&) override { note("file"); }
-    void onLoop(std::int64_t) override { note("loop"); }
-
-  private:
-    void note(const std::string& event) const {
-        const auto act = _act; // after the call there may be no `this`
-        const auto seen = _seen;
-        const std::weak_ptr<void> object = watched.expired() ? std::weak_ptr<void>(_alive) : watched;
-        act();
-        seen->push_back(event + (object.expired() ? ", freed" : ""));
-    }
-
-    std::function<void()> _act;
-    std::shared_ptr<Lines> _seen;
-    std::shared_ptr<int> _alive = std::make_shared<int>();
-};
-
 TEST_F(StateTest, ADelegateMayLeaveInsideEachCallback) {
-    const auto seen = std::make_shared<Lines>();
+    Lines seen;
     const auto enter = [&] {
-        player->delegate = std::make_shared<FickleDelegate>([this] { player->delegate = nullptr; }, seen);
+        const auto leaving = std::make_shared<RecordingDelegate>();
+        leaving->inside = [&, watched = std::weak_ptr(leaving)](const std::string& event) {
+            player->delegate = nullptr;
+            seen.push_back(event + (watched.expired() ? ", freed" : ""));
+        };
+        player->delegate = leaving;
     };
     enter();
-    player->start(); // leaves when the file is chosen
+    player->start(); // removed while the file is selected
     enter();
-    runMainQueue(); // leaves when the start is reported
+    runMainQueue(); // removed while the start is reported
     enter();
     player->stop();
-    runMainQueue(); // leaves when the stop is reported
+    runMainQueue(); // removed while the stop is reported
     player->start();
     player->load(constantFile("short.wav", 3000, 0.25F));
     runMainQueue();
     enter();
-    renderUntil([&] { return seen->size() == 4; });
-    EXPECT_EQ(*seen, (Lines{"file", "starts", "stops", "loop"}));
+    renderUntil([&] { return seen.size() == 4; });
+    EXPECT_EQ(seen, (Lines{"file", "starts", "stops", "loop"}));
 }
 
 TEST_F(StateTest, TheLastReferenceMayGoInsideACallback) {
-    const auto seen = std::make_shared<Lines>();
-    const auto letGo = std::make_shared<FickleDelegate>([this] { player = nullptr; }, seen);
     const std::weak_ptr<AUEnginePlayer> watched = player;
-    letGo->watched = watched;
-    player->delegate = letGo;
+    bool wasFreed = true;
+    delegate->inside = [&](const std::string&) {
+        player = nullptr;
+        wasFreed = watched.expired();
+    };
     player->start();
     runMainQueue();
-    ASSERT_FALSE(seen->empty());
-    EXPECT_EQ(seen->front(), "file");
+    EXPECT_FALSE(wasFreed);
     EXPECT_TRUE(watched.expired());
 
     player = std::make_shared<AUEnginePlayer>();
     const std::weak_ptr<AUEnginePlayer> second = player;
-    bool wasFreed = true;
+    wasFreed = true;
     player->connect(nullptr, [&] {
         player = nullptr;
         wasFreed = second.expired();
@@ -81,7 +59,7 @@ TEST_F(StateTest, TheLastReferenceMayGoInsideACallback) {
 
 TEST_F(StateTest, FirstToggleStartsAndSecondStops) {
     EXPECT_TRUE(player->toggle());
-    EXPECT_TRUE(delegate->states.empty()); // reported later, on the main queue
+    EXPECT_TRUE(delegate->states.empty()); // the state is reported later, on the main queue
     ASSERT_EQ(delegate->files.size(), 1U);
     const std::string path = delegate->files.front();
     EXPECT_EQ(
@@ -96,7 +74,7 @@ TEST_F(StateTest, FirstToggleStartsAndSecondStops) {
               (Lines{"AUEnginePlayer: Audio session was set active.", // also printed for a deactivation
                      "AUEnginePlayer: Audio engine stopping."}));
     EXPECT_EQ(device->claims(), 0);
-    player->stop(); // is stopped already: says nothing
+    player->stop(); // already stopped: prints nothing
     EXPECT_EQ(takeLines(), Lines{});
     EXPECT_EQ(delegate->states, (std::vector{true, false}));
     EXPECT_TRUE(delegate->loops.empty());
@@ -125,7 +103,7 @@ TEST_F(StateTest, FinalizeOfAStoppedPlayerOnlyDisconnects) {
 }
 
 TEST_F(StateTest, RefusedSessionIsFatal) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // the session starts threads in the child
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // because the session starts threads in the child
     const auto refuse = [] { return platform::Error("Test", 7, "No."); };
     EXPECT_DEATH(
         {

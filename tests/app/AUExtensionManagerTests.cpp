@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The manager's way from the search to the connected effect.
+// Tests the manager from the search to the connected effect.
 #include "app/Audio Engine/AUExtensionManager.hpp"
 #include "app/Audio Engine/componentReport.hpp"
 #include "platform/foundation/console.hpp"
@@ -12,7 +12,7 @@ namespace {
 
 using platform::fourCharCode;
 
-/// Writes a line for each call, so that the order among the system's own lines is visible.
+/// Prints a line for each call, so that the order of calls and the program's own lines can be compared.
 class RecordingDelegate final : public AUExtensionManagerDelegate {
   public:
     std::shared_ptr<platform::AVAudioUnit> unit;
@@ -40,18 +40,14 @@ class ManagerTest : public testing::Test {
                  .identifier = identifier},
                 unit};
     }
-    /// Installs the components, makes a manager, and returns the lines up to and with the one that is `last`.
+    /// Installs the components, creates a manager, and returns the lines up to and including `last`.
     Lines linesUntil(const std::string& last, std::vector<InProcessProvider::Entry> entries) {
         provider = std::make_shared<InProcessProvider>(std::move(entries));
         InProcessProvider::install(provider);
         CapturedOutput output;
         manager = AUExtensionManager::create(delegate);
-        // A line from another thread does not wake the loop, so it runs in short steps.
-        for (int turn = 0; turn < 2000 && (output.lines().empty() || output.lines().back() != last); ++turn) {
-            platform::RunLoop::current().runFor(0.01);
-        }
-        platform::RunLoop::current().runFor(0.05); // nothing may follow
-        EXPECT_EQ(output.lines().back(), last);
+        EXPECT_TRUE(waitFor([&] { return !output.lines().empty() && output.lines().back() == last; }));
+        platform::RunLoop::current().runFor(0.05); // no line may follow
         return output.lines();
     }
 
@@ -66,7 +62,7 @@ TEST_F(ManagerTest, TheFirstMatchIsTold) {
     const auto lines = linesUntil("(initialised)", {entry("wrong", other, 2, "xxxx"),
                                                     entry("first", effect, 0x1A), entry("second", other)});
     ASSERT_GT(lines.size(), 9U);
-    EXPECT_EQ(lines[9], "flags: 0x0000001a"); // the component's own, not those searched for
+    EXPECT_EQ(lines[9], "flags: 0x0000001a"); // the flags of the component, not those of the search
     EXPECT_EQ((Lines{lines.end() - 4, lines.end()}),
               (Lines{"AUExtensionManager: Performed audio unit connection.", "(found)",
                      "WARNING: Audio unit is nil (yet?).", "(initialised)"}));
@@ -75,7 +71,7 @@ TEST_F(ManagerTest, TheFirstMatchIsTold) {
     EXPECT_EQ(delegate->unit->auAudioUnit(), effect);
     EXPECT_EQ(effect->contextName(), "running in distribution host");
 
-    // The manager keeps no audio unit of its own, so it has no presets to return or set.
+    // The manager keeps no audio unit, so it has no presets to return or set.
     EXPECT_TRUE(manager->presets().empty());
     EXPECT_FALSE(manager->currentPreset());
     manager->setCurrentPreset(std::nullopt);
@@ -100,6 +96,7 @@ TEST(ComponentReport, FormatsFlagsAsCDoes) {
         const Lines lines = output.take();
         EXPECT_EQ(lines.at(4), std::string("type: \0\0\0\0", 10));
         EXPECT_EQ(lines.at(5), "subtype: \u00C4\u00C4\u00C4\u00C4");
+        EXPECT_EQ(lines.at(6), "manufacturer: KVRN");
         EXPECT_EQ(lines.at(7), flags == 0 ? "flags: 0000000000" : "flags: 0xffffffff");
     }
 }

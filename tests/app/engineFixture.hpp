@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An engine player on the offline device, with its lines, its reports and short files to play.
+// An engine player on the offline device, with its printed lines, its reports and short files to play.
 #pragma once
 
 #include "app/Audio Engine/AUEnginePlayer.hpp"
@@ -10,16 +10,31 @@
 
 namespace tonewright::test {
 
-/// Writes down what the engine player reports.
+/// Records the engine player's reports.
 class RecordingDelegate final : public AUEnginePlayerDelegate {
   public:
     std::vector<bool> states;
     Lines files;
     std::vector<std::int64_t> loops;
+    std::function<void(const std::string& event)> inside; // called in each report; may free this delegate
 
-    void onPlayerStateChanged(bool playing) override { states.push_back(playing); }
-    void onFileSelect(const std::string& file) override { files.push_back(file); }
-    void onLoop(std::int64_t count) override { loops.push_back(count); }
+    void onPlayerStateChanged(bool playing) override {
+        states.push_back(playing);
+        report(playing ? "starts" : "stops");
+    }
+    void onFileSelect(const std::string& file) override {
+        files.push_back(file);
+        report("file");
+    }
+    void onLoop(std::int64_t count) override {
+        loops.push_back(count);
+        report("loop");
+    }
+
+  private:
+    void report(const std::string& event) const {
+        if (const auto act = inside) act(event);
+    }
 };
 
 class EngineFixture : public testing::Test {
@@ -34,7 +49,7 @@ class EngineFixture : public testing::Test {
         runMainQueue();
         auto& session = platform::AVAudioSession::sharedInstance();
         platform::setSessionFaults({});
-        // A player that a test released while it played has left the session active.
+        // Deactivates the session, which a test leaves active if it releases a player that plays.
         EXPECT_FALSE(session.setActive(false, platform::AVAudioSession::SetActiveOptions::None));
         platform::setSharedOutputDevice(nullptr);
     }
@@ -47,7 +62,7 @@ class EngineFixture : public testing::Test {
     }
 
     std::vector<float> render(std::uint64_t frames) { return device->render(frames).front(); }
-    /// Renders until `done`, with the main queue running; returns what was heard on the left.
+    /// Renders and runs the main queue until `done`; returns the samples of the left channel.
     std::vector<float> renderUntil(const std::function<bool()>& done) {
         std::vector<float> heard;
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -66,7 +81,7 @@ class EngineFixture : public testing::Test {
         runMainQueue();
         return output.take();
     }
-    /// Expects the next lines to hold each of these, in this order, others between them allowed.
+    /// Expects that the next lines contain each of these in this order; other lines may come between them.
     void expectInOrder(const Lines& wanted) {
         const Lines lines = takeLines();
         auto from = lines.begin();

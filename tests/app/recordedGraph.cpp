@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Takes the place of the platform's AVAudioEngine.cpp and AVAudioPlayerNode.cpp.
+// Replaces AVAudioEngine.cpp and AVAudioPlayerNode.cpp of the platform.
 #include "tests/app/recordedGraph.hpp"
 
 #include "platform/audio/AVAudioEngine.hpp"

@@ -1,35 +1,31 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writes down the operations on the audio graph, in their order, and has them done. `recordedGraph.cpp` takes
-// the place of the two files of the platform that hand these operations on.
+// Records the operations on the audio graph in order, and performs them. `recordedGraph.cpp` replaces the two
+// files of the platform that forward these operations.
 #pragma once
 
-#include <string>
-#include <utility>
-#include <vector>
+#include "tests/support/testing.hpp"
 
 namespace tonewright::test {
 
-/// Records what the thread that made it does, for as long as it lives; one at a time.
-class GraphRecord {
+/// Records the operations of the thread that created the record, as long as it lives. One record at a time.
+class GraphRecord : Uncopied {
   public:
     GraphRecord() { _current = this; }
     ~GraphRecord() { _current = nullptr; }
-    GraphRecord(const GraphRecord&) = delete;
-    GraphRecord& operator=(const GraphRecord&) = delete;
 
-    void add(std::string operation) { _operations.push_back(std::move(operation)); }
+    void add(const std::string& operation) { _operations += (_operations.empty() ? "" : "; ") + operation; }
     /// Adds an operation to the record of this thread, if there is one.
-    static void note(std::string operation) {
-        if (_current != nullptr) _current->add(std::move(operation));
+    static void note(const std::string& operation) {
+        if (_current != nullptr) _current->add(operation);
     }
-    /// Returns the operations since the last call.
-    [[nodiscard]] std::vector<std::string> take() { return std::exchange(_operations, {}); }
+    /// Returns the operations since the last call, separated by "; ".
+    [[nodiscard]] std::string text() { return std::exchange(_operations, {}); }
 
   private:
     inline static thread_local GraphRecord* _current = nullptr;
-    std::vector<std::string> _operations;
+    std::string _operations;
 };
 
 } // namespace tonewright::test

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The graph and its edits, formats, and processors that misbehave.
+// Tests the graph and its edits, formats, and faulty processors.
 #include "tests/audio/audioFixture.hpp"
 
 using namespace platform;
@@ -9,7 +9,8 @@ using namespace tonewright::test;
 
 namespace {
 
-// The greatest difference from a continuous sine of amplitude 0.5, without `skip` frames at both ends.
+// Returns the largest difference from a continuous sine of amplitude 0.5, ignoring `skip` frames at both
+// ends.
 double worstErrorAgainstSine(const std::vector<float>& heard, double frequency, double rate,
                              std::size_t skip) {
     double worst = 0;
@@ -50,7 +51,7 @@ TEST(AVAudioEngine, ProcessesBetweenPlayerAndMixer) {
     EXPECT_EQ(offline.device->claims(), 0);
     times.clear();
     EXPECT_TRUE(isSilent(offline.render(1000)));
-    EXPECT_TRUE(times.empty()); // and the time counts from the start of the engine
+    EXPECT_TRUE(times.empty()); // processing and its time start only with the engine
     offline.start();
     static_cast<void>(offline.render(256));
     ASSERT_EQ(times.size(), 1U);
@@ -67,12 +68,12 @@ TEST(AVAudioEngine, GraphEdits) {
     EXPECT_TRUE(isSilent(offline.render(256)));
     engine.connect(offline.player, engine.mainMixerNode(), AVAudioFormat{44100, 2});
     engine.connect(offline.player, engine.mainMixerNode(),
-                   AVAudioFormat{44100, 2}); // repeated: no second input
+                   AVAudioFormat{44100, 2}); // a repeated connection adds no second input
     const Sound once = offline.render(256);
     EXPECT_LT(*std::max_element(once[0].begin(), once[0].end()), 0.5F);
     EXPECT_FALSE(isSilent(once));
 
-    // An effect is released when it is detached, and works again when it is attached again.
+    // An effect is released when it is detached, and works again after it has been attached again.
     const auto unit = std::make_shared<TestUnit>();
     offline.insert(unit);
     EXPECT_FALSE(isSilent(offline.render(256)));
@@ -83,13 +84,13 @@ TEST(AVAudioEngine, GraphEdits) {
     EXPECT_EQ(unit->testProcessor->allocations, 2);
     EXPECT_FALSE(isSilent(offline.render(256)));
 
-    // A circle plays nothing and harms nothing.
+    // A cycle is silent and does no harm.
     const auto second = std::make_shared<TestUnit>();
     engine.attachNode(second);
     engine.connect(unit, second, std::nullopt);
     engine.connect(second, unit, std::nullopt);
     static_cast<void>(offline.render(256));
-    // Nodes that are not attached, or attached elsewhere, are refused.
+    // Connections of nodes that are not attached, or are attached to another engine, are refused.
     engine.connect(std::make_shared<TestUnit>(), engine.mainMixerNode(), std::nullopt);
     const auto other = AVAudioEngine::create(std::make_shared<OfflineDevice>());
     other->attachNode(unit);
@@ -123,12 +124,14 @@ TEST(AVAudioEngine, EditsWhileAnotherThreadRenders) {
 }
 
 TEST(AVAudioEngine, ConvertsTheRateOverSeams) {
-    // A whole number of periods in each pass: the sine continues across the seams if the converter does.
+    // Each pass has a whole number of periods, so the sine is continuous across the seams if the converter
+    // is.
     for (const auto& [fileRate, deviceRate] :
          {std::pair{44100., 48000.}, {48000., 44100.}, {22050., 48000.}}) {
         const auto frames = static_cast<std::size_t>(fileRate) / 10;
         OfflineEngine offline({deviceRate, 2});
-        const auto file = makeFile(sine(1000, fileRate, 2, frames), static_cast<std::uint32_t>(fileRate));
+        const auto file =
+            makeFile(Sound(2, sine(1000, 0.5, frames, fileRate)), static_cast<std::uint32_t>(fileRate));
         offline.engine->connect(offline.player, offline.engine->mainMixerNode(), file->processingFormat());
         offline.loop(file, 20);
         offline.start();
@@ -161,8 +164,8 @@ TEST(AVAudioEngine, ALinkAfterAnEffectBringsTheSoundIntoItsFormat) {
     EXPECT_EQ(offline.render(256), Sound(2, std::vector<float>(256, 0.25F)));
 }
 
-// A link at half the device's rate, before or after the effect, passes the tone below its limit and not the
-// other one. Other edits of the graph are not audible in it.
+// A connection with half the device's rate, before or after the effect, passes a tone below its band limit
+// and blocks a tone above. Other edits of the graph do not disturb the sound.
 TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
     for (const bool isBehind : {false, true}) {
         for (const double frequency : {1000., 15000.}) {
@@ -172,7 +175,7 @@ TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
             offline.insert(unit);
             const std::shared_ptr<AVAudioNode> from = offline.player, mixer = offline.engine->mainMixerNode();
             offline.engine->connect(isBehind ? unit : from, isBehind ? mixer : unit, AVAudioFormat{24000, 2});
-            offline.loop(makeFile(sine(frequency, 48000, 2, 48000), 48000), 2);
+            offline.loop(makeFile(Sound(2, sine(frequency, 0.5, 48000, 48000)), 48000), 2);
             offline.start();
             std::vector<float> heard;
             for (const std::size_t frames : {1000U, 1U, 777U, 2048U, 3000U, 20000U}) { // uneven blocks
@@ -182,7 +185,7 @@ TEST(AVAudioEngine, ALinksRateBoundsWhatPassesIt) {
                 offline.engine->attachNode(other);
                 offline.engine->connect(other, mixer, std::nullopt);
             }
-            // The output is late by a whole number of frames.
+            // Finds the delay of the output, which is a whole number of frames.
             double best = 1;
             for (std::ptrdiff_t late = 0; late < 600; ++late) {
                 best = std::min(
@@ -204,13 +207,13 @@ TEST(AVAudioEngine, StopWaitsForNoScheduleThatRanDry) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100)); // by now the render waits for another pass
     const auto begin = std::chrono::steady_clock::now();
     offline.engine->stop();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500)); // a wait of 2 s
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500)); // limit: 2 s
     audio.join();
 }
 
 TEST(AVAudioEngine, PassesOfAnotherFormatJoinWithoutAGap) {
-    const auto first = makeFile(sine(1000, 44100, 2, 4410));
-    const auto second = makeFile(sine(1000, 48000, 1, 4800), 48000);
+    const auto first = makeFile(Sound(2, sine(1000, 0.5, 4410, 44100)));
+    const auto second = makeFile(Sound(1, sine(1000, 0.5, 4800, 48000)), 48000);
     OfflineEngine offline({44100, 2});
     for (const auto& file : {first, second, second, first}) {
         offline.player->scheduleFile(file, std::nullopt, nullptr);
@@ -225,23 +228,16 @@ TEST(AVAudioEngine, AChangeOfTheDeviceMakesEffectsAnewAndLosesNoFrame) {
     OfflineEngine offline({44100, 2});
     const auto unit = std::make_shared<TestUnit>();
     offline.insert(unit);
-    offline.play(sine(1000, 44100, 2, 44100), 10);
+    offline.play(Sound(2, sine(1000, 0.5, 44100, 44100)), 10);
     static_cast<void>(offline.render(4410));
     EXPECT_EQ(unit->testProcessor->rate, 44100);
     offline.device->setFormat({48000, 2});
-    // The engine follows on a thread of its own; until then the device hears silence.
-    for (int i = 0; i < 10000 && unit->testProcessor->rate != 48000; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    EXPECT_EQ(unit->testProcessor->rate, 48000);
+    // The engine follows the device's rate on another thread; until then the device renders silence.
+    EXPECT_TRUE(waitFor([&] { return unit->testProcessor->rate == 48000; }));
     EXPECT_EQ(offline.engine->outputNode()->outputFormatForBus(0), (AVAudioFormat{48000, 2}));
-    Sound heard;
-    for (int i = 0; i < 10000; ++i) {
-        heard = offline.render(256);
-        if (!isSilent(heard)) break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    heard = offline.render(48000); // still a sine of 1 kHz: it crosses zero upwards a thousand times a second
+    EXPECT_TRUE(waitFor([&] { return !isSilent(offline.render(256)); }));
+    const Sound heard =
+        offline.render(48000); // still a sine of 1 kHz, with 1000 upward zero crossings per second
     int crossings = 0;
     for (std::size_t i = 1; i < heard[0].size(); ++i) {
         crossings += heard[0][i - 1] < 0 && heard[0][i] >= 0 ? 1 : 0;
@@ -264,7 +260,7 @@ TEST(AVAudioEngine, SilencesWhatIsNoNumberAndSaysItOnce) {
         poison = value;
         EXPECT_EQ(isSilent(offline.render(1000)), value != 0.25F) << value;
     }
-    offline.engine.reset(); // and with it the thread that reports it
+    offline.engine.reset(); // also ends the thread that reports the fault
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "The effect's output contains NaN or infinity; it is silenced.\n");
 }
@@ -293,7 +289,7 @@ TEST(AVAudioEngine, DenormalsCountAsZeroWhileItRenders) {
     static_cast<void>(offline.render(256));
     EXPECT_EQ(result, 0.0F);
     volatile float tiny = std::numeric_limits<float>::min();
-    EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread's own setting is restored
+    EXPECT_NE(tiny * 0.5F, 0.0F); // the calling thread's setting was restored
 }
 
 #ifdef TONEWRIGHT_RTSAN

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Passes and their seams, and what happens to completions.
+// Tests passes, their seams, and when completions are called.
 #include "tests/audio/audioFixture.hpp"
 
 using namespace platform;
@@ -25,7 +25,8 @@ TEST(Seams, HaveNoFrameTooManyOrTooFew) {
         offline.start();
         const Sound expected = repeated(pass, static_cast<std::size_t>(passes));
         EXPECT_EQ(firstDifference(offline.render(expected[0].size()), expected), expected[0].size());
-        // The last pass is complete when its last frame is in the ring; its call comes from another thread.
+        // The last pass is complete when its last frame is in the ring buffer; another thread calls its
+        // completion.
         offline.player->stop();
         EXPECT_EQ(offline.completions, passes);
     }
@@ -34,7 +35,7 @@ TEST(Seams, HaveNoFrameTooManyOrTooFew) {
 TEST(AVAudioPlayerNode, StopCallsEachPendingCompletionOnceAndReturnsAfterTheLast) {
     const auto file = makeFile(countingSound(2, 100000));
     const auto player = AVAudioPlayerNode::create();
-    std::vector<int> called; // no lock: stop() orders the reads
+    std::vector<int> called; // needs no lock, because stop() orders the reads
     for (int i = 0; i < 5; ++i) {
         player->scheduleFile(file, std::nullopt, [&, i] {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -64,11 +65,11 @@ TEST(AVAudioPlayerNode, StopInsideACompletionDoesNotWaitForItself) {
 
 TEST(AVAudioPlayerNode, WhatACompletionOfAStopSchedulesSurvivesIt) {
     const Sound former = countingSound(2, 50000);
-    const Sound next = sine(440, 44100, 2, 3000);
+    const Sound next = Sound(2, sine(440, 0.5, 3000, 44100));
     const auto formerFile = makeFile(former);
     const auto nextFile = makeFile(next);
     OfflineEngine offline;
-    offline.player->scheduleFile(formerFile, std::nullopt, [&] { // as the engine player does while it plays
+    offline.player->scheduleFile(formerFile, std::nullopt, [&] { // like the engine player while it plays
         offline.player->scheduleFile(nextFile, std::nullopt, nullptr);
     });
     offline.start();
@@ -76,7 +77,7 @@ TEST(AVAudioPlayerNode, WhatACompletionOfAStopSchedulesSurvivesIt) {
     offline.player->stop();
     offline.player->play();
     const Sound heard = offline.render(3000);
-    EXPECT_EQ(firstDifference(heard, next), 3000U); // nothing of the former pass is left
+    EXPECT_EQ(firstDifference(heard, next), 3000U); // no frame of the former pass remains
 }
 
 TEST(AVAudioPlayerNode, PauseKeepsThePlaceAndCallsNothing) {
@@ -131,12 +132,9 @@ TEST(AVAudioPlayerNode, LosesItsLastReferenceInACompletionThatItsStopCalls) {
     auto player = AVAudioPlayerNode::create();
     std::weak_ptr<PlayerStream> stream = player->playerStream();
     player->scheduleFile(makeFile(countingSound(2, 100000)), std::nullopt, [&] { player.reset(); });
-    player->stop(); // and returns
+    player->stop(); // must not wait for itself
     EXPECT_FALSE(player);
-    for (int i = 0; i < 10000 && !stream.expired(); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    EXPECT_TRUE(stream.expired());
+    EXPECT_TRUE(waitFor([&] { return stream.expired(); }));
 }
 
 TEST(AVAudioPlayerNode, PlayWithNothingScheduledIsSilentUntilSomethingIs) {

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Losing the sound output and getting it back, with a hardware device that does what the test says.
-#include "platform/audio/AVAudioSession.hpp"
+// Tests losing the sound output and recovering it, with a hardware device that the test controls.
 #include "platform/audio/devices/AutomaticDevice.hpp"
-#include "platform/audio/seams.hpp"
 #include "tests/audio/audioFixture.hpp"
 
 using namespace platform;
@@ -14,13 +12,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A sound server that is there or not, refuses or not, plays or not.
+// A sound server that can be absent, refuse connections, or not play.
 struct Server {
     std::atomic<bool> present{true}, refuses{false}, plays{true};
-    std::atomic<bool> frozen{false}; // it accepts connections and never answers
+    std::atomic<bool> frozen{false}; // accepts connections but never answers
     std::atomic<double> rate{48000};
-    std::atomic<int> open{0}; // connections
-    std::mutex mutex;         // guards the listener, which goes with its connection
+    std::atomic<int> made{0}; // number of connections so far
+    std::atomic<int> open{0}; // number of open connections
+    std::mutex mutex;         // guards `listener`, which is invalid after its connection has ended
     HardwareListener* listener = nullptr;
 
     void lose() {
@@ -43,6 +42,7 @@ class FakeHardware final : public HardwareDevice {
         if (!_thread.joinable()) return;
         {
             const std::scoped_lock lock(_server.mutex);
+            if (_server.listener != nullptr) _server.listener->hardwareWasLost(); // like PipeWire's stream
             _server.listener = nullptr;
         }
         _ended = true;
@@ -54,10 +54,10 @@ class FakeHardware final : public HardwareDevice {
 
     Answer open(HardwareListener& listener) override {
         for (int i = 0; i < 1000 && _server.frozen; ++i) std::this_thread::sleep_for(milliseconds(1));
-        if (_server.frozen) return {.kind = Answer::Kind::Absent};
-        if (!_server.present) return {.kind = Answer::Kind::Absent};
+        if (_server.frozen || !_server.present) return {.kind = Answer::Kind::Absent};
         if (_server.refuses) return {.kind = Answer::Kind::Refused, .error = Error("test", 1, "It refuses.")};
         ++_server.open;
+        ++_server.made;
         const std::scoped_lock lock(_server.mutex);
         _server.listener = &listener;
         _thread = std::thread([this, &listener] { play(listener); });
@@ -83,7 +83,7 @@ class FakeHardware final : public HardwareDevice {
     std::thread _thread;
 };
 
-// A client that records who asked it for what.
+// A client that records the render requests of devices.
 class Client final : public OutputClient {
   public:
     std::atomic<int> calls{0}, changes{0};
@@ -91,7 +91,7 @@ class Client final : public OutputClient {
     std::atomic<bool> inside{false}, overlapped{false};
 
     void render(PlanarSound sound, double sampleRate) noexcept override {
-        if (inside.exchange(true)) overlapped = true; // two devices at once
+        if (inside.exchange(true)) overlapped = true; // two devices render at once
         for (std::uint32_t c = 0; c < sound.channels(); ++c) std::fill_n(sound[c], sound.frames(), 0.1F);
         rate = sampleRate;
         ++calls;
@@ -99,14 +99,6 @@ class Client final : public OutputClient {
     }
     void outputFormatDidChange() override { ++changes; }
 };
-
-bool eventually(const std::function<bool()>& holds) {
-    for (int i = 0; i < 20000; ++i) {
-        if (holds()) return true;
-        std::this_thread::sleep_for(milliseconds(1));
-    }
-    return false;
-}
 
 struct AutomaticDeviceTest : testing::Test {
     Server server;
@@ -117,7 +109,7 @@ struct AutomaticDeviceTest : testing::Test {
 
     bool goesOn() {
         const int before = client->calls;
-        return eventually([&] { return client->calls > before + 3; });
+        return waitFor([&] { return client->calls > before + 3; });
     }
     ~AutomaticDeviceTest() override {
         device.reset();
@@ -134,7 +126,7 @@ TEST_F(AutomaticDeviceTest, ClaimsAreCountedAndTheLastReleases) {
     EXPECT_FALSE(device->open());
     EXPECT_EQ(server.open, 1);
     EXPECT_FALSE(device->start(client));
-    EXPECT_TRUE(device->start(std::make_shared<Client>())); // one client at a time
+    EXPECT_TRUE(device->start(std::make_shared<Client>())); // a device has only one client
     EXPECT_TRUE(goesOn());
     device->stop();
     const int before = client->calls;
@@ -151,15 +143,15 @@ TEST_F(AutomaticDeviceTest, ALostServerIsSilentlyReplacedAndComesBackAndChangesI
     EXPECT_TRUE(goesOn());
     EXPECT_TRUE(device->isAudible());
     server.lose();
-    EXPECT_TRUE(eventually([&] { return !device->isAudible(); }));
+    EXPECT_TRUE(waitFor([&] { return !device->isAudible(); }));
     EXPECT_TRUE(goesOn());
-    server.rate = 44100; // it comes back as another
+    server.rate = 44100; // the server returns with another rate
     server.present = true;
-    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
-    EXPECT_TRUE(eventually([&] { return client->rate == 44100 && client->changes > 0; }));
+    EXPECT_TRUE(waitFor([&] { return device->isAudible(); }));
+    EXPECT_TRUE(waitFor([&] { return client->rate == 44100 && client->changes > 0; }));
     EXPECT_EQ(device->format(), (AVAudioFormat{44100, 2}));
     server.changeRate(96000);
-    EXPECT_TRUE(eventually([&] { return client->rate == 96000; }));
+    EXPECT_TRUE(waitFor([&] { return client->rate == 96000; }));
     device->stop();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), Gone);
 }
@@ -171,7 +163,7 @@ TEST_F(AutomaticDeviceTest, AServerThatNeverPlaysIsReplacedUntilItDoes) {
     EXPECT_TRUE(goesOn());
     EXPECT_FALSE(device->isAudible());
     server.plays = true;
-    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
+    EXPECT_TRUE(waitFor([&] { return device->isAudible(); }));
     EXPECT_TRUE(goesOn());
     device->stop();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
@@ -181,7 +173,7 @@ TEST_F(AutomaticDeviceTest, AServerThatNeverPlaysIsReplacedUntilItDoes) {
 TEST_F(AutomaticDeviceTest, AFrozenServerHoldsNobodyAndIsHeardOnceItAnswers) {
     testing::internal::CaptureStderr();
     server.frozen = true;
-    auto shortest = std::chrono::steady_clock::duration::max(); // on a loaded machine others are longer
+    auto shortest = std::chrono::steady_clock::duration::max(); // other load only makes presses longer
     for (int press = 0; press < 5; ++press) {
         const auto begin = std::chrono::steady_clock::now();
         EXPECT_FALSE(device->open());
@@ -195,11 +187,19 @@ TEST_F(AutomaticDeviceTest, AFrozenServerHoldsNobodyAndIsHeardOnceItAnswers) {
     EXPECT_LT(shortest, milliseconds(50));
     EXPECT_FALSE(device->isAudible());
     server.frozen = false;
-    EXPECT_TRUE(eventually([&] { return device->isAudible(); }));
+    EXPECT_TRUE(waitFor([&] { return device->isAudible(); }));
     EXPECT_TRUE(goesOn());
     device->stop();
     device->close();
     testing::internal::GetCapturedStderr();
+}
+
+TEST_F(AutomaticDeviceTest, ClosesHardwareThatIsNoLongerClaimedWhenItAnswers) {
+    server.frozen = true;
+    EXPECT_FALSE(device->open());
+    device->close();
+    server.frozen = false;
+    EXPECT_TRUE(waitFor([&] { return server.made > 0 && server.open == 0; }));
 }
 
 TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {
@@ -209,38 +209,9 @@ TEST_F(AutomaticDeviceTest, OnlyARefusalFails) {
     EXPECT_EQ(refused->localizedDescription(), "It refuses.");
     EXPECT_TRUE(device->start(client));
     server.refuses = false;
-    EXPECT_FALSE(device->start(client)); // nothing is left of the failure
+    EXPECT_FALSE(device->start(client)); // the failure has no later effect
     EXPECT_TRUE(goesOn());
     device->stop();
-}
-
-TEST(AVAudioSession, ClaimsAndReleasesTheOutputAndFailsWhereATestSaysSo) {
-    const auto offline = std::make_shared<OfflineDevice>();
-    setSharedOutputDevice(offline);
-    AVAudioSession& session = AVAudioSession::sharedInstance();
-    const auto activate = [&](bool active) {
-        return session.setActive(active, AVAudioSession::SetActiveOptions::None).has_value();
-    };
-    const auto setCategory = [&] {
-        return session
-            .setCategory(AVAudioSessionCategory::Playback, AVAudioSessionMode::Default,
-                         AVAudioSession::CategoryOptions::None)
-            .has_value();
-    };
-    EXPECT_FALSE(setCategory() || activate(true) || activate(true));
-    EXPECT_EQ(offline->claims(), 1);
-    EXPECT_FALSE(activate(false));
-    EXPECT_EQ(offline->claims(), 0);
-    setSessionFaults({.setCategory = [] { return Error("test", 1, "No category."); },
-                      .setActive = [](bool active) -> std::optional<Error> {
-                          if (active) return std::nullopt;
-                          return Error("test", 2, "No way back.");
-                      }});
-    EXPECT_TRUE(setCategory() && !activate(true) && activate(false));
-    setSessionFaults({});
-    EXPECT_FALSE(activate(false));
-    EXPECT_EQ(offline->claims(), 0);
-    setSharedOutputDevice(nullptr);
 }
 
 TEST(SilentDevice, AsksAtThePaceOfTheClock) {
@@ -248,29 +219,8 @@ TEST(SilentDevice, AsksAtThePaceOfTheClock) {
     SilentDevice silent({48000, 2}, 480);
     const auto start = std::chrono::steady_clock::now();
     ASSERT_FALSE(silent.start(client));
-    EXPECT_TRUE(eventually([&] { return client->calls >= 50; }));
+    EXPECT_TRUE(waitFor([&] { return client->calls >= 50; }));
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     silent.stop();
-    EXPECT_GE(seconds, 0.48); // 50 blocks of 10 ms, the first at once
-}
-
-TEST(AVAudioEngineDeathTest, TheProgramMayEndWhileItPlays) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto playAndExit = [&] {
-        const auto file = makeFile(countingSound(2, 500), 48000);
-        const auto client = AVAudioEngine::create(std::make_shared<SilentDevice>());
-        const auto player = AVAudioPlayerNode::create();
-        client->attachNode(player);
-        client->connect(player, client->mainMixerNode(), std::nullopt);
-        Signal passed;
-        std::function<void()> again = [&] {
-            passed.raise();
-            player->scheduleFile(file, std::nullopt, again);
-        };
-        player->scheduleFile(file, std::nullopt, again);
-        static_cast<void>(client->start());
-        player->play();
-        std::exit(passed.wait(100) ? 0 : 1); // with the engine, its threads and the device as they are
-    };
-    EXPECT_EXIT(playAndExit(), testing::ExitedWithCode(0), "");
+    EXPECT_GE(seconds, 0.48); // 50 blocks of 10 ms, the first of them immediate
 }

@@ -1,19 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Effects and files that do not return, and a standard error that nobody reads. None of them blocks an edit.
+// Tests that no edit blocks when effects or files do not return, or when nobody reads standard error.
 #include "platform/audio/SilentDevice.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
 #include "tests/audio/audioFixture.hpp"
-
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <fcntl.h>
-#include <future>
-#include <sys/stat.h>
-#include <thread>
-#include <unistd.h>
 
 using namespace platform;
 using namespace tonewright::test;
@@ -21,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Runs `work` and returns how long it took; far longer than any limit if it does not return.
+// Runs `work` and returns the time that it took. Ends the process if `work` does not return.
 template <class Work>
 std::chrono::duration<double> timeOf(Work work) {
     const auto begin = std::chrono::steady_clock::now();
@@ -34,10 +25,10 @@ std::chrono::duration<double> timeOf(Work work) {
 }
 
 constexpr auto AtOnce = 1s;
-constexpr auto InTime = 3s; // two, and what a loaded machine adds
+constexpr auto InTime = 3s; // two seconds, and a margin for a loaded machine
 
-// An effect whose work does not return until it is told to.
-struct StuckUnit {
+// An effect whose `process` does not return until the test releases it.
+struct StuckUnit : tonewright::test::Uncopied {
     StuckUnit() {
         unit->testProcessor->called = "Stuck";
         unit->testProcessor->work = [inside = inside, release = release](const Block& block) {
@@ -49,36 +40,25 @@ struct StuckUnit {
         };
     }
     ~StuckUnit() { *release = true; }
-    StuckUnit(const StuckUnit&) = delete;
-    StuckUnit& operator=(const StuckUnit&) = delete;
 
     const std::shared_ptr<TestUnit> unit = std::make_shared<TestUnit>();
     const std::shared_ptr<Signal> inside = std::make_shared<Signal>();
     const std::shared_ptr<std::atomic<bool>> release = std::make_shared<std::atomic<bool>>(false);
 };
 
-// An engine in real time with `unit` before its mixer.
-struct RunningEngine {
-    explicit RunningEngine(const std::shared_ptr<AVAudioNode>& unit)
-        : node(unit) {
-        engine->attachNode(node);
-        engine->connect(node, engine->mainMixerNode(), std::nullopt);
-    }
-    const std::shared_ptr<AVAudioNode> node;
-    const std::shared_ptr<AVAudioEngine> engine = AVAudioEngine::create(std::make_shared<SilentDevice>());
-};
-
-bool eventually(const std::function<bool()>& holds) {
-    for (int i = 0; i < 10000 && !holds(); ++i) std::this_thread::sleep_for(1ms);
-    return holds();
+// Returns an engine that plays in real time, with `unit` connected to its mixer.
+std::shared_ptr<AVAudioEngine> realTimeEngine(const std::shared_ptr<AVAudioNode>& unit) {
+    auto engine = AVAudioEngine::create(std::make_shared<SilentDevice>());
+    engine->attachNode(unit);
+    engine->connect(unit, engine->mainMixerNode(), std::nullopt);
+    return engine;
 }
 
 } // namespace
 
 TEST(Deadline, AnEffectThatDoesNotReturnIsLeftOutUntilItDoes) {
     StuckUnit stuck;
-    const RunningEngine running(stuck.unit);
-    const auto& engine = running.engine;
+    const auto engine = realTimeEngine(stuck.unit);
     testing::internal::CaptureStderr();
     ASSERT_FALSE(engine->start());
     ASSERT_TRUE(stuck.inside->wait());
@@ -99,11 +79,11 @@ TEST(Deadline, AnEffectThatDoesNotReturnIsLeftOutUntilItDoes) {
     EXPECT_LT(timeOf([&] { engine->stop(); }), InTime);
     EXPECT_FALSE(engine->isRunning());
     EXPECT_EQ(blocks, 0);
-    // The engine continues, on another thread and without the effect.
+    // The engine continues on another thread, without the effect.
     EXPECT_LT(timeOf([&] { EXPECT_FALSE(engine->start()); }), AtOnce);
-    EXPECT_TRUE(eventually([&] { return blocks > 3; }));
+    EXPECT_TRUE(waitFor([&] { return blocks > 3; }));
     EXPECT_EQ(stuck.unit->testProcessor->releases, 0);
-    // Once it returns, it sounds again.
+    // The effect is heard again after it has returned.
     *stuck.release = true;
     EXPECT_TRUE(stuck.inside->wait(3));
     EXPECT_LT(timeOf([&] { engine->detachNode(stuck.unit); }), AtOnce);
@@ -116,14 +96,14 @@ TEST(Deadline, AnEffectThatDoesNotReturnIsLeftOutUntilItDoes) {
 
 TEST(Deadline, AnEffectThatNeverReturnsDoesNotHoldTheEndOfItsEngine) {
     StuckUnit stuck;
-    auto running = std::make_unique<RunningEngine>(stuck.unit);
+    auto engine = realTimeEngine(stuck.unit);
     testing::internal::CaptureStderr();
-    ASSERT_FALSE(running->engine->start());
+    ASSERT_FALSE(engine->start());
     ASSERT_TRUE(stuck.inside->wait());
-    EXPECT_LT(timeOf([&] { running->engine->detachNode(stuck.unit); }), InTime);
-    EXPECT_LT(timeOf([&] { running.reset(); }), InTime);
+    EXPECT_LT(timeOf([&] { engine->detachNode(stuck.unit); }), InTime);
+    EXPECT_LT(timeOf([&] { engine.reset(); }), InTime);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("\"Stuck\""), std::string::npos);
-    EXPECT_EQ(stuck.unit->testProcessor->releases, 0); // a thread is still inside
+    EXPECT_EQ(stuck.unit->testProcessor->releases, 0); // a thread still executes the effect
 }
 
 TEST(Deadline, NoEditWaitsForAnEffectThatIsMadeReady) {
@@ -149,7 +129,7 @@ TEST(Deadline, NoEditWaitsForAnEffectThatIsMadeReady) {
     release = true;
     starter.join();
     EXPECT_TRUE(offline.engine->isRunning());
-    EXPECT_EQ(unit->testProcessor->releases, 1); // it was ready only after it had left
+    EXPECT_EQ(unit->testProcessor->releases, 1); // its allocation ended after it was detached
 }
 
 TEST(Deadline, AMessageThatNobodyReadsHoldsNoEdit) {
@@ -157,14 +137,14 @@ TEST(Deadline, AMessageThatNobodyReadsHoldsNoEdit) {
     ASSERT_EQ(::pipe2(pipe.data(), O_NONBLOCK), 0);
     while (::write(pipe[1], "0123456789abcdef", 16) > 0) {
     }
-    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, 0), 0); // from now on writers block
+    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, 0), 0); // from now on writes block
     const int kept = ::dup(STDERR_FILENO);
     ::dup2(pipe[1], STDERR_FILENO);
     OfflineEngine offline;
     std::thread refused([&] {
         offline.engine->connect(std::make_shared<TestUnit>(), offline.engine->mainMixerNode(), std::nullopt);
     });
-    std::this_thread::sleep_for(100ms); // by now it waits in its message
+    std::this_thread::sleep_for(100ms); // by now the thread blocks on printing its message
     const auto taken = timeOf([&] {
         offline.engine->attachNode(AVAudioPlayerNode::create());
         EXPECT_FALSE(offline.engine->start());
@@ -185,15 +165,15 @@ TEST(Deadline, NoOneWaitsForAFileToBeOpened) {
     const auto file = AVAudioFile::open(URL::fileURLWithPath(path));
     ASSERT_TRUE(file);
     OfflineEngine offline;
-    offline.player->scheduleFile(file.value(), std::nullopt, nullptr); // takes the decoder that is open
+    offline.player->scheduleFile(file.value(), std::nullopt, nullptr); // uses the open decoder
     offline.start();
     EXPECT_FALSE(isSilent(offline.render(256)));
     ASSERT_EQ(::unlink(path.c_str()), 0);
-    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); // which opens when someone writes
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); // opening the path now blocks until someone writes to it
     const auto second = AVAudioPlayerNode::create();
     Signal completed;
     second->scheduleFile(file.value(), std::nullopt, [&] { completed.raise(); });
-    std::this_thread::sleep_for(100ms); // by now its decoder opens the file
+    std::this_thread::sleep_for(100ms); // by now the second decoder is opening the file
     EXPECT_LT(timeOf([&] {
                   second->play();
                   EXPECT_TRUE(second->isPlaying());
@@ -209,7 +189,7 @@ TEST(Deadline, NoOneWaitsForAFileToBeOpened) {
     EXPECT_LT(timeOf([&] { second->stop(); }), InTime);
     EXPECT_TRUE(completed.wait());
     testing::internal::CaptureStderr();
-    ::close(::open(path.c_str(), O_WRONLY)); // and lets the decoder continue
+    ::close(::open(path.c_str(), O_WRONLY)); // lets the decoder continue
     second->scheduleFile(makeFile(countingSound(2, 5000)), std::nullopt, [&] { completed.raise(); });
     second->play();
     offline.player->stop();

@@ -3,8 +3,6 @@
 
 #include "tests/audio/audioFixture.hpp"
 
-#include "tests/support/wavFile.hpp"
-
 namespace tonewright::test {
 
 using namespace platform;
@@ -19,23 +17,20 @@ Sound countingSound(std::uint32_t channels, std::size_t frames) {
     return sound;
 }
 
-Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames) {
-    Sound sound(channels, std::vector<float>(frames));
-    for (std::vector<float>& plane : sound) {
-        for (std::size_t i = 0; i < frames; ++i) {
-            plane[i] = static_cast<float>(
-                0.5 * std::sin(2 * std::numbers::pi * frequency * static_cast<double>(i) / rate));
-        }
-    }
-    return sound;
-}
-
 void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate) {
-    std::vector<float> interleaved;
+    std::string data;
     for (std::size_t i = 0; i < sound[0].size(); ++i) {
-        for (const std::vector<float>& plane : sound) interleaved.push_back(plane[i]);
+        for (const auto& plane : sound) data.append(reinterpret_cast<const char*>(&plane[i]), sizeof(float));
     }
-    writeWav(path, rate, static_cast<std::uint16_t>(sound.size()), interleaved);
+    // Numbers in the header are little-endian, like those of this machine; format 3 means floats.
+    const auto number = [](std::size_t value, std::size_t bytes) {
+        return std::string(reinterpret_cast<const char*>(&value), bytes);
+    };
+    const std::size_t frameBytes = sound.size() * sizeof(float);
+    std::ofstream(path, std::ios::binary)
+        << "RIFF" << number(36 + data.size(), 4) << "WAVEfmt " << number(16, 4) << number(3, 2)
+        << number(sound.size(), 2) << number(rate, 4) << number(rate * frameBytes, 4) << number(frameBytes, 2)
+        << number(32, 2) << "data" << number(data.size(), 4) << data;
 }
 
 std::shared_ptr<AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate) {
@@ -113,7 +108,7 @@ OfflineEngine::OfflineEngine(AVAudioFormat format, std::uint32_t blockFrames)
 
 OfflineEngine::~OfflineEngine() {
     ending = true;
-    player->stop(); // its completions refer to this
+    player->stop(); // because its completions refer to this object
 }
 
 void OfflineEngine::loop(const std::shared_ptr<AVAudioFile>& file, int passes) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the tests of the engine have in common: sound files with samples that can be told apart, an engine on
-// the offline device, a processor that does what the test says.
+// Shared by the tests of the engine: sound files whose samples are all different, an engine on the offline
+// device, and a processor that the test controls.
 #pragma once
 
 #include "platform/audio/AVAudioEngine.hpp"
@@ -11,30 +11,26 @@
 #include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
-#include "tests/support/testing.hpp"
-
-#include <condition_variable>
-#include <mutex>
+#include "tests/support/signals.hpp"
+#include "tests/support/waitFor.hpp"
 
 namespace tonewright::test {
 
-using Sound = std::vector<std::vector<float>>; // one vector for each channel
+using Sound = std::vector<std::vector<float>>; // one vector per channel
 
-/// Returns samples in which neighbours and channels all differ, so that a misplaced frame is detected.
+/// Returns samples that differ between neighbours and channels, so that a misplaced frame is detected.
 [[nodiscard]] Sound countingSound(std::uint32_t channels, std::size_t frames);
-/// Returns a sine.
-[[nodiscard]] Sound sine(double frequency, double rate, std::uint32_t channels, std::size_t frames);
 /// Writes `sound` as a wav file of floats.
 void writeSound(const std::string& path, const Sound& sound, std::uint32_t rate);
-/// Writes such a file, opens it and removes it: an open file continues to play.
+/// Writes such a file, opens it and deletes it; the open file can still be played.
 [[nodiscard]] std::shared_ptr<platform::AVAudioFile> makeFile(const Sound& sound, std::uint32_t rate = 44100);
 [[nodiscard]] bool isSilent(const Sound& sound);
 /// Returns `passes` copies of `sound`, one after the other.
 [[nodiscard]] Sound repeated(const Sound& sound, std::size_t passes);
-/// Returns the index of the first frame in which they differ; the shorter length if there is none.
+/// Returns the index of the first frame in which `a` and `b` differ, or the shorter length.
 [[nodiscard]] std::size_t firstDifference(const Sound& a, const Sound& b);
 
-/// An event that a test waits for, with a limit for a loaded machine.
+/// An event that a test waits for, with a timeout that suits a loaded machine.
 class Signal {
   public:
     void raise();
@@ -46,7 +42,7 @@ class Signal {
     int _raised = 0;
 };
 
-/// What a processor receives.
+/// The arguments of a processor's `process`.
 struct Block {
     platform::ConstPlanarSound in;
     platform::PlanarSound out;
@@ -54,7 +50,7 @@ struct Block {
     std::int64_t time;
 };
 
-/// A processor of stereo sound.
+/// A stereo processor that the test controls.
 class TestProcessor final : public platform::NodeProcessor {
   public:
     std::function<void(const Block&)> work; // null: multiply by `gain`
@@ -62,8 +58,8 @@ class TestProcessor final : public platform::NodeProcessor {
     std::atomic<double> rate{0};
     std::atomic<int> allocations{0}, releases{0};
     std::optional<platform::Error> failure;
-    std::function<void()> onAllocate; // null: nothing
-    std::string called;               // its name
+    std::function<void()> onAllocate; // null: does nothing
+    std::string called;               // the name that it reports
 
     [[nodiscard]] std::string name() const override { return called; }
     [[nodiscard]] std::uint32_t inputChannels() const noexcept override { return 2; }
@@ -84,21 +80,19 @@ class TestUnit final : public platform::AVAudioNode {
     }
 };
 
-/// An engine with a player into its mixer, on an offline device.
-struct OfflineEngine {
+/// An engine with a player connected to its mixer, on an offline device.
+struct OfflineEngine : Uncopied {
     explicit OfflineEngine(platform::AVAudioFormat format = {44100, 2}, std::uint32_t blockFrames = 256);
     ~OfflineEngine();
-    OfflineEngine(const OfflineEngine&) = delete;
-    OfflineEngine& operator=(const OfflineEngine&) = delete;
 
-    /// Schedules `file` again at every completion, `passes` times in all.
+    /// Schedules `file` again at every completion, until it has been scheduled `passes` times.
     void loop(const std::shared_ptr<platform::AVAudioFile>& file, int passes);
-    /// Puts `node` between player and mixer.
+    /// Inserts `node` between player and mixer.
     void insert(const std::shared_ptr<platform::AVAudioNode>& node);
-    /// Inserts a unit there that does this work.
+    /// Inserts a unit that does this work between player and mixer.
     std::shared_ptr<TestUnit> insertWork(std::function<void(const Block&)> work);
     void start();
-    /// Starts with `passes` passes of a sound.
+    /// Starts the engine and plays `pass`, `passes` times.
     void play(const Sound& pass, int passes);
     [[nodiscard]] Sound render(std::size_t frames) { return device->render(frames); }
 

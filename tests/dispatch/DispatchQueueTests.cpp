@@ -8,7 +8,7 @@
 using namespace platform;
 
 namespace {
-constexpr double Limit = 20; // seconds; generous, for a loaded machine
+constexpr double Limit = 20; // seconds; enough for a loaded machine
 }
 
 TEST(MainQueue, RunsInOrderLaterAndOnTheMainThread) {
@@ -19,14 +19,14 @@ TEST(MainQueue, RunsInOrderLaterAndOnTheMainThread) {
         for (const int i : expected) DispatchQueue::main().async([&, i] { order.push_back(i); });
         DispatchQueue::main().async([&] { done = isMainThread(); });
     }).join();
-    EXPECT_TRUE(order.empty()); // never inside the submitting call
+    EXPECT_TRUE(order.empty()); // not during async()
     EXPECT_TRUE(RunLoop::current().runUntil([&] { return done.load(); }, Limit));
     EXPECT_EQ(order, expected);
 }
 
 TEST(SerialQueue, OneAtATimeInOrderAcrossAsyncAndSync) {
     DispatchQueue queue("test");
-    std::vector<int> order, expected; // no lock: the queue is the lock
+    std::vector<int> order, expected; // needs no lock, because the queue is serial
     for (int i = 0; i < 1500; i += 3) {
         queue.async([&, i] { order.push_back(i); });
         queue.async([&, i] { order.push_back(i + 1); });
@@ -82,7 +82,7 @@ TEST(SerialQueue, MayBeReleasedOnItsOwnThreadAndDropsNothing) {
 }
 
 TEST(GlobalQueue, RunsConcurrently) {
-    // Each task waits until both are inside; both have left before the test does.
+    // Each task waits until both are running; the test waits until both have ended.
     std::atomic<int> inside{0}, met{0}, left{0};
     for (int i = 0; i < 2; ++i) {
         DispatchQueue::global().async([&] {

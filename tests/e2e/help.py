@@ -1,32 +1,25 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Help and Info in the real program, worked by real keys and clicks, and a manual that is missing or damaged."""
+"""Help and Info in the real program, operated with real keys and clicks, also with a missing or damaged manual."""
 import os
 import pathlib
 import signal
+import subprocess
 import unittest
 
 import numpy
 
 from program import PATIENCE, Program, Tree, main
-from screen import Screen, wait_until
+from screen import Run, Screen, wait_until
 
 NAVIGATION = "navigationAction: "
 SITE = "https://tonewright.example/"
 MANUAL = "share/tonewright/manual.pdf"
 
 
-def below(pid: int) -> dict[int, str]:
-    """Give the processes that a process started, by name."""
-    found = {}
-    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
-        for child in map(int, (task / "children").read_text().split()):
-            try:
-                found[child] = pathlib.Path(f"/proc/{child}/comm").read_text().strip()
-                found |= below(child)
-            except (FileNotFoundError, ProcessLookupError):
-                continue
-    return found
+def children(pid: int) -> str:
+    """Return the PIDs and names of the child processes of a process."""
+    return subprocess.run(["pgrep", "--list-name", "--parent", str(pid)], capture_output=True, text=True).stdout
 
 
 class Help(unittest.TestCase):
@@ -35,12 +28,9 @@ class Help(unittest.TestCase):
         self.addCleanup(self.screen.close)
 
     def start(self, tree: Tree | None = None) -> Program:
-        program = Program(tree, environment={"PATH": "/nonexistent"})  # no browser to open
+        program = Run(self.screen, tree, environment={"PATH": "/nonexistent"})  # so that no browser is found
         self.addCleanup(program.kill)
-        program.window = self.screen.wait_window(program.process.pid)
-        program.wait_first_frame()
         program.wait_ready()
-        self.screen.focus(program.window)
         return program
 
     def tree_without(self, file: str) -> Tree:
@@ -50,28 +40,28 @@ class Help(unittest.TestCase):
         return tree
 
     def wait(self, condition, what: str) -> None:
-        wait_until(condition, what, 2 * PATIENCE)  # a first page waits for the media library's list of plug-ins
+        wait_until(condition, what, 2 * PATIENCE)  # the first page waits for the media library's list of plug-ins
 
     def show_manual(self, program: Program) -> None:
-        """Ask for the manual and wait until the middle of the window shows more colours than the main screen has."""
+        """Open the manual and wait until the middle of the window shows more colours than the main screen has."""
         self.screen.press_keys("Alt_L", "h")
         self.wait(lambda: len(numpy.unique(self.screen.picture(program.window, (200, 100, 500, 400)).reshape(-1, 3),
-                                           axis=0)) > 1000, "the manual does not come")
+                                           axis=0)) > 1000, "the manual is not shown")
 
     def changed(self, program: Program, picture: numpy.ndarray, rows: int | None = None) -> float:
-        """Give the share of the window's pixels that differ from an earlier picture."""
+        """Return the fraction of the window's pixels that differ from an earlier picture."""
         return numpy.mean(numpy.any(self.screen.picture(program.window)[:rows] != picture[:rows], axis=2))
 
     def wait_main_screen(self, program: Program, picture: numpy.ndarray) -> None:
-        self.wait(lambda: self.changed(program, picture, 600) < 0.01, "the main screen does not come back")
-        self.wait(lambda: not below(program.process.pid), "a process is left behind")
+        self.wait(lambda: self.changed(program, picture, 600) < 0.01, "the main screen is not shown again")
+        self.wait(lambda: not children(program.process.pid), "a child process still runs")
 
     def test_help_info_exit_and_again(self):
         program = self.start()
         size = program.window.get_geometry()
         main_screen = self.screen.picture(program.window)
         maps = pathlib.Path(f"/proc/{program.process.pid}/maps")
-        self.assertNotIn("libwebkit", maps.read_text(), "the engine is there before the first page")
+        self.assertNotIn("libwebkit", maps.read_text(), "WebKit is loaded before the first page")
         manual = f"file://{program.path.parent.parent}/share/tonewright/manual.pdf"
         for number in range(2):
             first = len(program.lines)
@@ -82,11 +72,11 @@ class Help(unittest.TestCase):
             if number == 0:
                 self.screen.press_key("Escape")
             else:
-                self.screen.click(program.window, size.width - 40, size.height - 30)  # Exit
+                self.screen.click(program.window, size.width - 40, size.height - 30)  # the Exit button
             self.wait_main_screen(program, main_screen)
 
             first = len(program.lines)
-            self.screen.click(program.window, size.width - 40, size.height - 30)  # Info stands where Exit does
+            self.screen.click(program.window, size.width - 40, size.height - 30)  # the Info button is where Exit was
             program.wait_for_text(SITE, after=first)
             self.assertEqual(program.system_lines(first), ["showInfo", NAVIGATION, SITE])
             self.screen.press_keys("Alt_L", "x")
@@ -101,7 +91,7 @@ class Help(unittest.TestCase):
         main_screen = self.screen.picture(program.window)
         for _ in range(2):
             self.screen.press_keys("Alt_L", "h")
-            self.wait(lambda: self.changed(program, main_screen) > 0.01, "nothing is said of it")
+            self.wait(lambda: self.changed(program, main_screen) > 0.01, "no message is shown")
             self.screen.press_key("Escape")
             self.wait_main_screen(program, main_screen)
         self.assertEqual(program.errors().count("The web engine cannot be opened: "), 1)

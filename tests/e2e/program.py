@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The real program as a child process: a tree to run it in, its lines, its end."""
+"""Runs the real program as a child process: the tree that it runs in, the lines that it prints, and its end."""
 import os
 import pathlib
 import re
@@ -25,13 +25,13 @@ READY = "WARNING: Audio unit is nil (yet?)."
 
 
 class Tree:
-    """A tree like the built one, in which a test may replace the loops and the plug-ins."""
+    """A copy of the built tree, in which a test can replace the loops and the plug-ins."""
 
     def __init__(self):
         (BUILD / "e2e").mkdir(exist_ok=True)
         self.root = pathlib.Path(tempfile.mkdtemp(dir=BUILD / "e2e"))
         (self.root / "bin").mkdir()
-        # The program finds its tree by its own path, so it is no symbolic link.
+        # The program finds its tree by the path of its executable, so the executable cannot be a symbolic link.
         os.link(BUILD / "bin" / "tonewright", self.program)
         shutil.copytree(BUILD / "share", self.root / "share", symlinks=True)
         for loop in self.loops().glob("*.m4a"):
@@ -49,15 +49,11 @@ class Tree:
         return self.root / "share" / "tonewright"
 
     def every_loop_is(self, file: pathlib.Path) -> "Tree":
-        """Put `file` under the name of every loop."""
+        """Replace every loop by `file`."""
         for number in range(1, 81):
             loop = self.loops() / f"{number}.m4a"
             loop.unlink()
             os.link(file, loop)
-        return self
-
-    def without_effects(self) -> "Tree":
-        shutil.rmtree(self.root / "lib", ignore_errors=True)
         return self
 
     def remove(self) -> None:
@@ -65,21 +61,19 @@ class Tree:
 
 
 class Program:
-    """The running program. Its lines are kept in order of arrival."""
+    """A running program. `lines` contains its output in order of arrival."""
 
     def __init__(self, tree: Tree | None = None, stdout=subprocess.PIPE, environment: dict[str, str] | None = None,
-                 path: pathlib.Path = BUILD / "bin" / "tonewright", stdin=subprocess.DEVNULL):
+                 path: pathlib.Path = BUILD / "bin" / "tonewright"):
         self.path = tree.program if tree else path
         self.lines: list[str] = []
         self._news = threading.Condition()
         self._ended = False
         env = dict(os.environ, TONEWRIGHT_TRACE_START="1")
         env.update(environment or {})
-        if tree and not (tree.root / "lib").exists():
-            env["LV2_PATH"] = "/nonexistent"
         self._errors = tempfile.TemporaryFile()
-        self.process = subprocess.Popen([str(self.path)], stdin=stdin, stdout=stdout, stderr=self._errors,
-                                        env=env)
+        self.process = subprocess.Popen([str(self.path)], stdin=subprocess.DEVNULL, stdout=stdout,
+                                        stderr=self._errors, env=env)
         self._reader = None
         if stdout == subprocess.PIPE:
             self._reader = threading.Thread(target=self._read, daemon=True)
@@ -95,11 +89,11 @@ class Program:
             self._news.notify_all()
 
     def errors(self) -> str:
-        """Give what it wrote on standard error so far."""
-        return os.pread(self._errors.fileno(), 1 << 20, 0).decode("utf-8", "replace")  # the place belongs to the child
+        """Return what the program has written to standard error so far."""
+        return os.pread(self._errors.fileno(), 1 << 20, 0).decode("utf-8", "replace")  # keeps the child's offset
 
     def wait_for(self, pattern: str, after: int = 0, timeout: float = PATIENCE, count: int = 1) -> int:
-        """Wait for the count-th line from index `after` on that matches the whole pattern; give its index."""
+        """Wait for the count-th line from index `after` on that matches the whole pattern; return its index."""
         expression, end = re.compile(pattern), time.monotonic() + timeout
         with self._news:
             while True:
@@ -117,7 +111,7 @@ class Program:
         return self.wait_for(re.escape(text), **keywords)
 
     def wait_first_frame(self) -> None:
-        """Wait until the window shows what can be clicked."""
+        """Wait until the window has been drawn and can be clicked."""
         end = time.monotonic() + PATIENCE
         while "first frame" not in self.errors():
             if self.process.poll() is not None or time.monotonic() > end:
@@ -128,7 +122,7 @@ class Program:
         return self.wait_for_text(READY)
 
     def system_lines(self, first: int = 0, last: int | None = None) -> list[str]:
-        """Give the lines without those of the effect's MIDI events, which may stand between any two others."""
+        """Return the lines without those about MIDI events of the effect, which can appear between any others."""
         return [line for line in self.lines[first:last] if not line.startswith(MIDI)]
 
     def wait_end(self, timeout: float = PATIENCE) -> int:

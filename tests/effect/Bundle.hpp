@@ -1,30 +1,27 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What any host does with the built bundle's libraries: opens them, maps URIs, passes controls.
+// Loads the built bundle's libraries as a host does: opens them, maps URIs and passes control values.
 #pragma once
 
 #include "effect/dsp/Parameters.hpp"
 #include "effect/lv2/Ports.hpp"
 #include "tests/support/testing.hpp"
 
-#include <dlfcn.h>
 #include <lv2/core/lv2.h>
 #include <lv2/urid/urid.h>
 
-#include <stdexcept>
-
 namespace tonewright::effect::test {
 
-/// Returns the bundle's folder, with a trailing slash.
+/// Returns the path of the bundle's folder, with a trailing slash.
 [[nodiscard]] inline std::string bundlePath() {
     const char* const build = std::getenv("TONEWRIGHT_BUILD_DIR");
     return std::string{build == nullptr ? "." : build} + "/lib/lv2/tonewright.lv2/";
 }
 
-/// A library of the bundle and the descriptor that it returns.
+/// A library of the bundle, and the descriptor that its entry function returns.
 template <typename Descriptor>
-class Library {
+class Library : tonewright::test::Uncopied {
   public:
     Library(const std::string& file, const char* entry)
         : _library{dlopen((bundlePath() + file).c_str(), RTLD_NOW | RTLD_LOCAL)} {
@@ -35,8 +32,6 @@ class Library {
         _descriptor = reinterpret_cast<Entry>(dlsym(_library, entry))(0);
     }
     ~Library() { dlclose(_library); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
 
     const Descriptor* operator->() const { return _descriptor; }
     const Descriptor* get() const { return _descriptor; }

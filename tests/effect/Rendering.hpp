@@ -1,16 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Signals, and the effect's processor run over them, for tests.
+// Test signals, and functions that run the effect's processor on them.
 #pragma once
 
 #include "effect/dsp/Denormals.hpp"
 #include "effect/dsp/Processor.hpp"
+#include "tests/support/signals.hpp"
 #include "tests/support/testing.hpp"
 
 namespace tonewright::effect::test {
 
 using Signal = std::vector<float>;
+using tonewright::test::peak;
+using tonewright::test::sine;
 
 inline constexpr double Rate = 48000.;
 
@@ -20,19 +23,10 @@ inline constexpr double Rate = 48000.;
     return values;
 }
 
-/// Settings with which the effect does nothing but delay.
+/// Returns settings with which the effect only delays the sound.
 [[nodiscard]] inline ParameterValues transparent() {
     return changed(defaultValues(),
                    {{Parameter::Shape, 0.F}, {Parameter::FilterMode, 0.F}, {Parameter::ResonatorMix, 0.F}});
-}
-
-[[nodiscard]] inline Signal sine(double hertz, float amplitude, std::size_t frames, double rate = Rate) {
-    Signal signal(frames);
-    for (std::size_t i = 0; i < frames; ++i) {
-        signal[i] = amplitude * static_cast<float>(
-                                    std::sin(2. * std::numbers::pi * hertz * static_cast<double>(i) / rate));
-    }
-    return signal;
 }
 
 [[nodiscard]] inline Signal noise(float amplitude, std::size_t frames, std::uint32_t seed = 1) {
@@ -44,7 +38,7 @@ inline constexpr double Rate = 48000.;
     return signal;
 }
 
-/// Returns struck tones with known beginnings and levels, over a faint floor of noise.
+/// Returns decaying tones that start at the frames `at` with these levels, over a faint noise floor.
 [[nodiscard]] inline Signal strokes(const std::vector<std::size_t>& at, const std::vector<float>& levels,
                                     std::size_t frames, double hertz) {
     Signal signal = noise(0.0005F, frames);
@@ -60,10 +54,10 @@ inline constexpr double Rate = 48000.;
 
 struct Rendered {
     Signal left, right;
-    std::vector<OutgoingMidi> midi; ///< frames from the start
+    std::vector<OutgoingMidi> midi; ///< with frames counted from the start of the signal
 };
 
-/// What is to happen before a block begins.
+/// Called before each block.
 using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
 
 [[nodiscard]] inline Rendered render(Processor& processor, const Signal& in, std::size_t block,
@@ -92,7 +86,7 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
     return render(processor, in, block);
 }
 
-/// Returns the amplitude of one frequency in a stretch of a signal (Hann window).
+/// Returns the amplitude of one frequency in a section of a signal, measured with a Hann window.
 [[nodiscard]] inline double amplitudeAt(const Signal& signal, std::size_t from, std::size_t frames,
                                         double hertz, double rate = Rate) {
     double real = 0., imaginary = 0., weights = 0.;
@@ -107,15 +101,6 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
     return 2. * std::hypot(real, imaginary) / weights;
 }
 
-/// Returns the largest magnitude of a signal; infinity if a sample is NaN.
-[[nodiscard]] inline float peak(const Signal& signal) {
-    float most = 0.F;
-    for (const float sample : signal) {
-        most = std::isfinite(sample) ? std::max(most, std::abs(sample)) : HUGE_VALF;
-    }
-    return most;
-}
-
 [[nodiscard]] inline double decibels(double linear) {
     return 20. * std::log10(linear + 1e-12);
 }
@@ -128,7 +113,7 @@ using BeforeBlock = std::function<void(Processor&, std::size_t frame)>;
     return std::sqrt(sum / static_cast<double>(to - from));
 }
 
-/// Returns the sharpest corner of a stretch of a signal: its largest second difference.
+/// Returns the largest second difference in a section of a signal, which measures its sharpest corner.
 [[nodiscard]] inline float sharpestCorner(const Signal& signal, std::size_t from, std::size_t to) {
     float most = 0.F;
     for (std::size_t i = from + 1; i + 1 < to; ++i) {

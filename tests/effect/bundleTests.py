@@ -1,16 +1,14 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The built bundle under the validator of the LV2 toolbox; e2e/live.py plays it in a host that is not ours."""
+"""Checks the built bundle with the validator of the LV2 toolbox; e2e/live.py plays it in an independent host."""
 import pathlib
 import subprocess
-import sys
 import unittest
 
-sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "support"))
-from cases import BUILD, main  # noqa: E402
+from cases import BUILD, main
 
 SYSTEM = pathlib.Path("/usr/lib/lv2")
-# The specifications' own bundles; the other packages beside them are plug-ins.
+# The bundles of the specifications; other packages install plug-ins in the same folder.
 SCHEMAS = ("atom buf-size core event midi options parameters patch port-groups port-props presets resize-port "
            "schemas state time ui units urid worker log").split()
 

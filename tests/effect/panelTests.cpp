@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The built panel library on a real (virtual) display, inside a window that a host gave it.
+// Tests the built panel library on a virtual display, inside a window that the test provides as a host does.
 
 #include "Bundle.hpp"
 
@@ -10,12 +10,9 @@
 #include "effect/ui/Layout.hpp"
 
 #include <X11/Xutil.h>
-#include <X11/keysym.h>
 #include <lv2/atom/atom.h>
 #include <lv2/options/options.h>
 #include <lv2/ui/ui.h>
-
-#include <ctime>
 
 namespace tonewright::effect::test {
 namespace {
@@ -24,17 +21,17 @@ using P = Parameter;
 
 struct Options {
     bool withUrids = true, withParent = true, withResize = true;
-    float scaleFactor = 0.F; ///< 0: not stated
+    float scaleFactor = 0.F; ///< 0: not specified
 };
 
-/// The built panel inside a window of ours.
-class Stage {
+/// The built panel inside a window of the test.
+class Stage : tonewright::test::Uncopied {
   public:
     explicit Stage(Options options = {}) {
         parent = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 300, 200, 0, 0, 0);
         XMapWindow(display, parent);
         XSync(display, False);
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands an X window's number over as a pointer
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes an X window's number as a pointer
         const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent)};
         LV2UI_Resize resize{this, [](LV2UI_Feature_Handle self, int width, int height) {
                                 auto& stage = *static_cast<Stage*>(self);
@@ -80,8 +77,6 @@ class Stage {
         _library->cleanup(_handle);
         XCloseDisplay(display);
     }
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
 
     [[nodiscard]] Window window() const { return reinterpret_cast<Window>(_widget); }
     void resizeParent(int width, int height) {
@@ -90,7 +85,7 @@ class Stage {
     }
     /// Calls the panel's idle function and returns its result.
     int idle() { return _idle->idle(_handle); }
-    /// Calls idle about thirty times a second for `seconds`.
+    /// Calls idle() about 30 times per second for `seconds`.
     void idleFor(double seconds) {
         for (int i = 0; i < static_cast<int>(seconds * 30.) && idle() == 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(33));
@@ -112,45 +107,25 @@ class Stage {
         const auto message = DisplayMessage::of(frame, DisplayUrids::mapped(urids.map()));
         _library->port_event(_handle, Notify, sizeof(message), urids(LV2_ATOM__eventTransfer), &message);
     }
-    /// Returns the last value written to a control since they were forgotten, or NaN.
+    /// Returns the last value written to a control since forgetWritten(), or NaN.
     [[nodiscard]] float written(P parameter) const {
         const auto found = _written.find(portOf(parameter));
         return found == _written.end() ? std::nanf("") : found->second;
     }
     void forgetWritten() { _written.clear(); }
 
-    void key(KeySym symbol, unsigned state = 0) {
-        XEvent event{};
-        event.xkey.keycode = XKeysymToKeycode(display, symbol);
-        event.xkey.state = state;
-        deliver(KeyPress, event, KeyPressMask);
-    }
-    void type(std::initializer_list<KeySym> keys) {
-        for (const KeySym symbol : keys) key(symbol);
+    /// Runs xdotool with `commands`, in which $W is the panel's window.
+    void input(const std::string& commands) {
+        const std::string tool = "W=" + std::to_string(window()) + "; xdotool " + commands;
+        ASSERT_EQ(std::system(tool.c_str()), 0);
         settle();
     }
-    /// `type` is ButtonPress or ButtonRelease.
-    void button(int type, Point at, unsigned button = Button1, unsigned state = 0) {
-        XEvent event{};
-        event.xbutton.x = static_cast<int>(at.x);
-        event.xbutton.y = static_cast<int>(at.y);
-        event.xbutton.button = button;
-        event.xbutton.state = state;
-        event.xbutton.time = _time += 20;
-        deliver(type, event, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask);
-        idle();
-    }
-    void drag(Point to, unsigned state) {
-        XEvent event{};
-        event.xmotion.x = static_cast<int>(to.x);
-        event.xmotion.y = static_cast<int>(to.y);
-        event.xmotion.state = state;
-        deliver(MotionNotify, event, PointerMotionMask);
-        idle();
-    }
-    void click(Point at, unsigned number = Button1, unsigned state = 0) {
-        button(ButtonPress, at, number, state);
-        button(ButtonRelease, at, number, state);
+    void type(const std::string& keys) { input("key --window $W " + keys); }
+    void click(Point at, const std::string& buttons = "click 1") { input(pointAt(at) + buttons); }
+    /// Returns the xdotool command that moves the pointer to `at`.
+    [[nodiscard]] static std::string pointAt(Point at) {
+        return "mousemove --window $W " + std::to_string(static_cast<int>(at.x)) + " " +
+               std::to_string(static_cast<int>(at.y)) + " ";
     }
     [[nodiscard]] Point middleOf(ControlKind kind, P parameter = P::Drive) const {
         XWindowAttributes attributes{};
@@ -163,7 +138,7 @@ class Stage {
         return {};
     }
 
-    /// Returns the window's pixels, 0xRRGGBB, row by row.
+    /// Returns the window's pixels as 0xRRGGBB, row by row.
     std::vector<std::uint32_t> picture() {
         settle();
         XWindowAttributes attributes{};
@@ -183,23 +158,15 @@ class Stage {
     UridTable urids;
     Display* const display = XOpenDisplay(nullptr);
     Window parent = 0;
-    int requests = 0; ///< for display frames
+    int requests = 0; ///< how often the panel asked for display frames
     int askedWidth = 0, askedHeight = 0;
 
   private:
-    void deliver(int type, XEvent& event, long mask) {
-        event.type = type;
-        event.xany.window = window();
-        XSendEvent(display, window(), False, mask, &event);
-        XSync(display, False);
-    }
-
     Library<LV2UI_Descriptor> _library{"tonewright_ui.so", "lv2ui_descriptor"};
     LV2UI_Handle _handle = nullptr;
     LV2UI_Widget _widget = nullptr;
     const LV2UI_Idle_Interface* _idle = nullptr;
     std::map<std::uint32_t, float> _written; ///< by port
-    unsigned long _time = 1000;
 };
 
 TEST(Panel, DrawsItselfAndShowsValues) {
@@ -208,7 +175,7 @@ TEST(Panel, DrawsItselfAndShowsValues) {
     const auto first = stage.picture();
     ASSERT_EQ(first.size(), static_cast<std::size_t>(NaturalWidth * NaturalHeight));
     EXPECT_GT(std::set(first.begin(), first.end()).size(), 100U) << "hardly anything is drawn";
-    EXPECT_EQ(stage.picture(), first) << "at rest it stays as it is";
+    EXPECT_EQ(stage.picture(), first) << "the picture does not change at rest";
     stage.send(P::Cutoff, 200.F);
     const auto second = stage.picture();
     EXPECT_NE(first, second);
@@ -233,11 +200,7 @@ TEST(Panel, FitsFromSmallToLarge) {
 
 TEST(Panel, OpensWithWhateverTheHostOffers) {
     for (int bits = 0; bits < 8; ++bits) {
-        Options options;
-        options.withUrids = (bits & 1) != 0;
-        options.withParent = (bits & 2) != 0;
-        options.withResize = (bits & 4) != 0;
-        options.scaleFactor = 2.F;
+        const Options options{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, 2.F};
         Stage stage{options};
         EXPECT_EQ(stage.idle(), 0) << bits;
         if (options.withResize && options.withUrids) {
@@ -250,28 +213,25 @@ TEST(Panel, OpensWithWhateverTheHostOffers) {
 TEST(Panel, WritesWhatTheHandDrags) {
     Stage stage;
     const Point knob = stage.middleOf(ControlKind::Knob, P::Drive);
-    const auto above = [&knob](double pixels) { return Point{knob.x, knob.y - pixels}; };
-    stage.button(ButtonPress, knob);
-    stage.drag(above(60), Button1Mask);
+    const auto above = [&knob](double pixels) { return Stage::pointAt({knob.x, knob.y - pixels}); };
+    stage.input(Stage::pointAt(knob) + "mousedown 1");
+    stage.input(above(60));
     const float coarse = stage.written(P::Drive);
     EXPECT_NEAR(coarse, 6.F + 36.F * 60.F / 180.F, 1.F);
-    stage.drag(above(80), Button1Mask | ShiftMask);
-    EXPECT_NEAR(stage.written(P::Drive) - coarse, 36.F * 2.F / 180.F, 0.15F) << "fine";
-    stage.drag(above(5000), Button1Mask);
+    stage.input("keydown shift " + above(80) + "keyup shift");
+    EXPECT_NEAR(stage.written(P::Drive) - coarse, 36.F * 2.F / 180.F, 0.15F) << "with Shift";
+    stage.input(above(knob.y));
     EXPECT_EQ(stage.written(P::Drive), 36.F);
-    stage.button(ButtonRelease, above(5000));
-    stage.drag(knob, 0);
-    EXPECT_EQ(stage.written(P::Drive), 36.F) << "let go is let go";
-
-    stage.click(knob);
-    stage.click(knob); // 20 ms later
+    stage.input("mouseup 1");
+    stage.input(Stage::pointAt(knob));
+    EXPECT_EQ(stage.written(P::Drive), 36.F) << "a released knob does not move";
+    stage.click(knob, "click --repeat 2 --delay 20 1");
     EXPECT_EQ(stage.written(P::Drive), info(P::Drive).defaultValue);
-
     stage.forgetWritten();
-    stage.click(knob, Button4);
+    stage.click(knob, "click 4");
     EXPECT_GT(stage.written(P::Drive), info(P::Drive).defaultValue);
     const float once = stage.written(P::Drive) - info(P::Drive).defaultValue;
-    stage.click(knob, Button5, ControlMask);
+    stage.click(knob, "keydown ctrl click 5 keyup ctrl");
     EXPECT_NEAR(stage.written(P::Drive), info(P::Drive).defaultValue + 0.9F * once, 0.01F);
     stage.click(stage.middleOf(ControlKind::Power));
     EXPECT_EQ(stage.written(P::Enabled), 0.F);
@@ -282,21 +242,20 @@ TEST(Panel, WorksByKeyboard) {
     const auto plain = stage.picture();
     XSetInputFocus(stage.display, stage.window(), RevertToParent, CurrentTime);
     XSync(stage.display, False);
-    stage.key(XK_Tab);
+    stage.type("Tab");
     EXPECT_NE(stage.picture(), plain) << "the focus must show";
-    // The order: three preset controls, power, then the sections; the shape is the first selector.
-    stage.type({XK_Tab, XK_Tab, XK_Tab, XK_Tab, XK_Down});
+    // The tab order: three preset controls, power, then the sections. The shape is the first selector.
+    stage.type("Tab Tab Tab Tab Down");
     EXPECT_EQ(stage.written(P::Shape), 2.F);
-    stage.type({XK_Tab, XK_End}); // Drive
+    stage.type("Tab End"); // Drive
     EXPECT_EQ(stage.written(P::Drive), 36.F);
-    stage.type({XK_Home, XK_Up});
+    stage.type("Home Up");
     EXPECT_NEAR(stage.written(P::Drive), 0.36F, 0.001F);
-    stage.type({XK_1, XK_2, XK_period, XK_5, XK_Return});
+    stage.type("1 2 period 5 Return");
     EXPECT_EQ(stage.written(P::Drive), 12.5F) << "typed";
-    stage.type({XK_Delete});
+    stage.type("Delete");
     EXPECT_EQ(stage.written(P::Drive), info(P::Drive).defaultValue);
-    stage.key(XK_Tab, ShiftMask);
-    stage.type({XK_Return, XK_Down, XK_Return}); // opens the list at Tube
+    stage.type("shift+Tab Return Down Return"); // opens the list, at Tube
     EXPECT_EQ(stage.written(P::Shape), 3.F);
 }
 
@@ -306,7 +265,7 @@ TEST(Panel, AppliesPresetsThroughThePorts) {
     stage.click(stage.middleOf(ControlKind::PresetMenu));
     const auto open = stage.picture();
     EXPECT_NE(open, before) << "the menu must show";
-    stage.type({XK_Down, XK_Down, XK_Down, XK_Return});
+    stage.type("Down Down Down Return");
     ParameterValues values = defaultValues();
     for (std::size_t i = 0; i < ParameterCount; ++i) {
         const float value = stage.written(static_cast<P>(i));
@@ -341,14 +300,14 @@ TEST(Panel, RestsWhileItCannotBeSeen) {
     };
     const double visible = measure(2.);
     EXPECT_GT(stage.requests, 0);
-    // Only the parent is hidden: X does not tell the panel about that.
+    // Only the parent is hidden; X does not report this to the panel.
     XUnmapWindow(stage.display, stage.parent);
     stage.settle();
     stage.idleFor(0.5);
     const double hidden = measure(2.);
-    EXPECT_EQ(stage.requests, 0) << "it must not ask for what nobody sees";
+    EXPECT_EQ(stage.requests, 0) << "a hidden panel requests no frames";
 #if defined(TONEWRIGHT_ASAN) || defined(TONEWRIGHT_TSAN)
-    constexpr double Rest = 0.02; // a sanitizer makes the test's own share larger
+    constexpr double Rest = 0.02; // the sanitizer makes the test itself use more time
 #else
     constexpr double Rest = 0.005;
 #endif
@@ -356,8 +315,8 @@ TEST(Panel, RestsWhileItCannotBeSeen) {
     XMapWindow(stage.display, stage.parent);
     stage.settle();
     measure(0.6);
-    EXPECT_GT(stage.requests, 0) << "it comes back";
-    // A window in front hides it as well.
+    EXPECT_GT(stage.requests, 0) << "requests resume";
+    // A window in front also hides the panel.
     const Window cover =
         XCreateSimpleWindow(stage.display, DefaultRootWindow(stage.display), 0, 0, 1200, 900, 0, 0, 0);
     XMapRaised(stage.display, cover);
@@ -381,7 +340,7 @@ TEST(Panel, OutlivesItsWindow) {
             stage.idleFor(0.04);
             answer = stage.idle();
         }
-        EXPECT_NE(answer, 0) << "the host is told";
+        EXPECT_NE(answer, 0) << "the host is informed";
         stage.sendFrame(0.2F);
         stage.idle();
     }
@@ -391,7 +350,7 @@ TEST(Panel, OutlivesItsWindow) {
     XSetErrorHandler(after);
     XMapWindow(display, 0x7FFFFFFF);
     XSync(display, False);
-    EXPECT_EQ(foreign, 1) << "the host's handler is in its place again";
+    EXPECT_EQ(foreign, 1) << "the host's handler is restored";
     XCloseDisplay(display);
     XSetErrorHandler(nullptr);
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the effect hears: onsets in the sound, notes and controllers from the player.
+// Tests how the effect responds to onsets in the sound and to notes and controllers.
 
 #include "Rendering.hpp"
 
@@ -22,7 +22,7 @@ TEST(Onsets, AreFoundOnceEachInTimeInOrderOfStrengthAndEnd) {
     const std::vector<std::size_t> at{6000, 20000, 33000, 47000, 62000, 75000};
     const std::vector<float> levels{0.05F, 0.1F, 0.2F, 0.35F, 0.6F, 0.95F};
     for (const double hertz : {45., 110., 880., 5000.}) {
-        // The notes are longer than some gaps: the next onset ends the sounding note.
+        // The notes are longer than some gaps between strokes: the next onset ends the sounding note.
         const Rendered out =
             render(changed(defaultValues(), {{P::Gate, 290.F}}), strokes(at, levels, 96000, hertz));
         int sounding = 0;
@@ -49,7 +49,7 @@ TEST(Onsets, AreFoundOnceEachInTimeInOrderOfStrengthAndEnd) {
 TEST(Onsets, AreNotFoundInSteadySound) {
     for (const Signal& in :
          {sine(40., 0.5F, 96000), sine(220., 0.5F, 96000), sine(3000., 0.5F, 96000), noise(0.3F, 96000)}) {
-        EXPECT_LE(notesOn(render(defaultValues(), in)).size(), 1U); // its beginning is one
+        EXPECT_LE(notesOn(render(defaultValues(), in)).size(), 1U); // the start may be an onset
     }
     EXPECT_TRUE(notesOn(render(defaultValues(), Signal(48000, 0.F))).empty());
 }
@@ -78,14 +78,14 @@ TEST(Playing, KeepsAStackOfHeldNotes) {
     };
     for (const auto& [message, held, tuning, chord] : {
              Step{{0x90, 60, 100}, 60, 60, 1},
-             Step{{0x93, 64, 100}, 64, 64, 2}, // any channel
+             Step{{0x93, 64, 100}, 64, 64, 2}, // channels do not matter
              Step{{0x90, 67, 100}, 67, 67, 3},
-             Step{{0x80, 67, 0}, 64, 64, 2}, // back to the note that is still held
-             Step{{0x90, 64, 0}, 60, 60, 1}, // a note off in disguise
-             Step{{0x80, 60, 0}, -1, 60, 1}, // the last tuning stays
+             Step{{0x80, 67, 0}, 64, 64, 2}, // returns to the note that is still held
+             Step{{0x90, 64, 0}, 60, 60, 1}, // velocity 0 means note off
+             Step{{0x80, 60, 0}, -1, 60, 1}, // keeps the last tuning
              Step{{0xB0, 64, 127}, -1, 60, 1},
              Step{{0x90, 50, 90}, 50, 50, 1},
-             Step{{0x80, 50, 0}, 50, 50, 1}, // sustained
+             Step{{0x80, 50, 0}, 50, 50, 1}, // held by the sustain pedal
              Step{{0xB0, 64, 0}, -1, 50, 1},
              Step{{0x90, 55, 90}, 55, 55, 1},
              Step{{0xB0, 123, 0}, -1, 55, 1},
@@ -107,7 +107,7 @@ TEST(Playing, IgnoresWhatIsMalformed) {
 }
 
 TEST(Playing, ShapesTheSound) {
-    // Each message must move something, and in the direction that is promised.
+    // Each message must change the brightness in the documented direction.
     const auto values = changed(transparent(), {{P::FilterMode, static_cast<float>(FilterMode::LowPass24)},
                                                 {P::Cutoff, 400.F},
                                                 {P::EnvelopeToCutoff, 0.F}});
@@ -145,7 +145,7 @@ TEST(Playing, RetunesTheResonatorsAndTheKnobTakesOver) {
     processor.setParameters(changed(values, {{P::Note, 67.F}}));
     EXPECT_GT(ringsAt(processor, 392.), 5. * ringsAt(processor, 440.));
     processor.midi(a4);
-    processor.midi(Bytes{0xE0, 0x7F, 0x7F}); // two semitones up
+    processor.midi(Bytes{0xE0, 0x7F, 0x7F}); // bends up by two semitones
     EXPECT_GT(ringsAt(processor, 493.9), 5. * ringsAt(processor, 440.));
     const Signal silence(9600, 0.F);
     const double ringing = rms(render(processor, silence, 256).left, 4800, 9600);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The built plug-in library, loaded as a host loads it.
+// Tests the built plug-in library, loaded as a host loads it.
 
 #include "Bundle.hpp"
 #include "Rendering.hpp"
@@ -22,15 +22,15 @@ constexpr std::uint32_t Block = 256;
 constexpr std::uint32_t BufferBytes = 65536;
 constexpr std::uint64_t Mark = 0xA5A5A5A5A5A5A5A5ULL;
 
-/// One MIDI or other event, in or out.
+/// An input or output event, of MIDI or another type.
 struct TimedEvent {
     std::int64_t frame = 0;
     LV2_URID type = 0;
     std::vector<std::uint8_t> body;
 };
 
-/// An instance of the built plug-in with buffers for everything.
-class Stage {
+/// An instance of the built plug-in with a buffer for every port.
+class Stage : tonewright::test::Uncopied {
   public:
     explicit Stage(bool withUrids = true) {
         const LV2_Feature* const features[] = {withUrids ? urids.feature() : nullptr, nullptr};
@@ -47,8 +47,6 @@ class Stage {
         activate();
     }
     ~Stage() { _library->cleanup(_handle); }
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
 
     void activate() { _library->activate(_handle); }
 
@@ -60,7 +58,7 @@ class Stage {
         const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&request.object);
         return {0, request.atom.type, {bytes, bytes + sizeof(request.object)}};
     }
-    /// Runs one block in place, with these events in it.
+    /// Runs one block in place, with these input events.
     void run(std::span<const TimedEvent> events = {}, std::uint32_t frames = Block) {
         auto* const control = reinterpret_cast<LV2_Atom_Sequence*>(_controlBuffer.data());
         auto* const notify = reinterpret_cast<LV2_Atom_Sequence*>(_notifyBuffer.data());
@@ -72,8 +70,8 @@ class Stage {
             }
         }
         notify->atom = {notifyCapacity, urids(LV2_ATOM__Chunk)};
-        // The first word holds the capacity itself; after the memory that the plug-in may use there is a
-        // mark.
+        // The first word contains the capacity itself; the memory after the usable part is filled with a
+        // marker.
         const auto beyond = _notifyBuffer.begin() + std::max(1U, (notifyCapacity + 7) / 8);
         std::fill(beyond, _notifyBuffer.end(), Mark);
         _library->connect_port(_handle, InputLeft, left.data());
@@ -87,7 +85,7 @@ class Stage {
         if (notify->atom.type != urids(LV2_ATOM__Sequence)) return;
         ASSERT_LE(notify->atom.size + sizeof(LV2_Atom), notifyCapacity);
         forEachEvent(*notify, [this](std::int64_t frame, LV2_URID type, std::span<const std::uint8_t> body) {
-            // The atom's header precedes its body.
+            // The header of the atom precedes its body.
             if (const auto shown =
                     DisplayMessage::read(body.data() - sizeof(LV2_Atom), sizeof(LV2_Atom) + body.size(),
                                          DisplayUrids::mapped(urids.map()))) {
@@ -97,7 +95,7 @@ class Stage {
             }
         });
     }
-    /// Runs blocks of silence; returns how many display frames came.
+    /// Runs blocks of silence; returns how many display frames were sent.
     std::size_t displayFramesIn(int blocks) {
         shownFrames.clear();
         for (int i = 0; i < blocks; ++i) run();
@@ -134,8 +132,8 @@ class Stage {
     Signal left = Signal(8192);
     Signal right = Signal(8192);
     std::uint32_t notifyCapacity = BufferBytes;
-    std::vector<TimedEvent> sent;          // in the last block
-    std::vector<DisplayFrame> shownFrames; // in all blocks
+    std::vector<TimedEvent> sent;          // output events of the last block
+    std::vector<DisplayFrame> shownFrames; // display frames of all blocks
 
   private:
     [[nodiscard]] const LV2_State_Interface& state() const {
@@ -156,7 +154,7 @@ TEST(PluginRun, TakesAnyBlockSizeAndPutsBackTheFloatingPointMode) {
         EXPECT_EQ(stage.latency, static_cast<float>(Processor::latencyFrames()));
         EXPECT_TRUE(std::isfinite(peak(stage.left)));
     }
-    // Subnormals are flushed inside and preserved outside.
+    // Subnormals are flushed within run() and preserved outside.
     volatile float small = std::numeric_limits<float>::min();
     const float half = small * 0.5F;
     EXPECT_EQ(std::fpclassify(half), FP_SUBNORMAL);
@@ -171,7 +169,7 @@ TEST(PluginRun, WorksWithoutTheHostsUrids) {
 }
 
 TEST(PluginMidi, ArrivesAtItsFrame) {
-    // Cutting the block at the event must give the same sound as sending the event inside it.
+    // Splitting the block at the event must produce the same sound as sending the event within the block.
     const Signal in = noise(0.3F, 4096);
     const auto play = [&in](const std::vector<std::uint32_t>& cuts) {
         Stage stage;
@@ -205,7 +203,7 @@ TEST(PluginMidi, SurvivesBurstsAndNonsense) {
     for (const std::size_t length : {0U, 300U}) {
         burst.push_back(stage.midi(250, std::vector<std::uint8_t>(length, 0xF0)));
     }
-    burst.push_back(stage.midi(100000, {0x90, 60, 1})); // after the block's end
+    burst.push_back(stage.midi(100000, {0x90, 60, 1})); // after the end of the block
     for (int i = 0; i < 25; ++i) {
         stage.left = noise(0.4F, 8192);
         stage.run(burst);
@@ -221,7 +219,7 @@ TEST(PluginMidi, SendsOnsetsAtFramesThatTheSoundDecides) {
         for (std::uint32_t at = 0; at + block <= in.size(); at += block) {
             std::copy_n(in.begin() + at, block, stage.left.begin());
             stage.right = stage.left;
-            stage.run(std::vector{stage.midi(block / 2, {0xB0, 1, 0})}, block); // which cuts the block
+            stage.run(std::vector{stage.midi(block / 2, {0xB0, 1, 0})}, block); // splits the block
             for (const TimedEvent& event : stage.sent) frames.push_back(at + event.frame);
         }
         return frames;
@@ -245,7 +243,7 @@ TEST(PluginMidi, NeverWritesBeyondASmallBuffer) {
             ASSERT_GE(balance, 0);
             ASSERT_LE(balance, 1);
         }
-        EXPECT_EQ(balance, 0) << "a note hangs with a buffer of " << capacity;
+        EXPECT_EQ(balance, 0) << "a note does not end with a buffer of " << capacity;
     }
 }
 
@@ -253,11 +251,11 @@ TEST(PluginDisplay, SpeaksOnlyWhileItIsAsked) {
     Stage stage;
     EXPECT_EQ(stage.displayFramesIn(400), 0U);
     stage.run(std::vector{stage.displayRequest()});
-    const auto whileAsked = stage.displayFramesIn(186); // just below a second
+    const auto whileAsked = stage.displayFramesIn(186); // slightly less than a second
     EXPECT_GE(whileAsked, 27U);
     EXPECT_LE(whileAsked, 31U);
     stage.displayFramesIn(4);
-    EXPECT_EQ(stage.displayFramesIn(400), 0U) << "it must fall silent when nobody asks";
+    EXPECT_EQ(stage.displayFramesIn(400), 0U) << "no frames without requests";
 }
 
 TEST(PluginDisplay, TellsWhatIsHeard) {

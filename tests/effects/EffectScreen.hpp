@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Shows an effect's screen in a real window and looks at its pixels. Main thread.
+// Shows an effect's screen in a real window and reads its pixels. Main thread only.
 #pragma once
 
 #include "shared/Common/Extensions/pinToSuperviewEdges.hpp"
@@ -16,7 +16,7 @@ namespace platform::test {
 
 using platform::testing::ToolkitTest;
 
-/// Asks for the unit's screen and waits for the answer.
+/// Requests the unit's screen and waits for it.
 inline std::shared_ptr<UIViewController> requestScreen(AUAudioUnit& unit) {
     std::shared_ptr<UIViewController> controller;
     int calls = 0;
@@ -26,12 +26,12 @@ inline std::shared_ptr<UIViewController> requestScreen(AUAudioUnit& unit) {
         ++calls;
     });
     EXPECT_EQ(calls, 0);
-    EXPECT_TRUE(waitUntil([&] { return calls > 0; }));
+    EXPECT_TRUE(waitFor([&] { return calls > 0; }));
     return controller;
 }
 
 /// A window with a panel that fills it, and the effect's view in the panel.
-class EffectScreen {
+class EffectScreen : tonewright::test::Uncopied {
   public:
     EffectScreen(const std::shared_ptr<UIViewController>& effect, int width, int height)
         : _shown(width, height)
@@ -41,14 +41,12 @@ class EffectScreen {
         tonewright::pinToSuperviewEdges(*_effect);
     }
     ~EffectScreen() { XCloseDisplay(_display); }
-    EffectScreen(const EffectScreen&) = delete;
-    EffectScreen& operator=(const EffectScreen&) = delete;
 
     void resize(int width, int height) const { _shown.resize(width, height); }
     [[nodiscard]] UIView& panel() const { return *_shown.view; }
     [[nodiscard]] UIView& effect() const { return *_effect; }
 
-    /// Returns the window that has the keyboard.
+    /// Returns the window that has the keyboard focus.
     [[nodiscard]] Window focusedWindow() const {
         Window window = None;
         int revert = 0;
@@ -56,21 +54,21 @@ class EffectScreen {
         return window;
     }
 
-    /// Returns the keyboard to the window, as a window manager does.
+    /// Returns the keyboard focus to the window, as a window manager does.
     void focusWindow() const {
         XSetInputFocus(_display, topLevel(), RevertToParent, CurrentTime);
         XSync(_display, False);
         EXPECT_TRUE(
-            waitUntil([&] { return gtk_window_is_active(GTK_WINDOW(widgetOf(*_shown.window))) != FALSE; }));
+            waitFor([&] { return gtk_window_is_active(GTK_WINDOW(widgetOf(*_shown.window))) != FALSE; }));
     }
 
     struct Socket {
         Window window = None, child = None;
-        CGRect place;      // in the top level
-        CGRect childPlace; // in the socket
+        CGRect place;      // relative to the top-level window
+        CGRect childPlace; // relative to the socket
         bool isVisible = false;
     };
-    /// Finds the effect's X window; absent when the top level has none.
+    /// Finds the effect's X window; returns no value if the top-level window contains none.
     [[nodiscard]] std::optional<Socket> socket() const {
         Socket found;
         found.window = firstChild(topLevel());
@@ -88,7 +86,7 @@ class EffectScreen {
         return found;
     }
 
-    /// Counts the pixels of each colour that the effect's window shows.
+    /// Returns how many pixels of each colour the effect's window shows.
     [[nodiscard]] std::map<unsigned long, int> colours() const {
         std::map<unsigned long, int> counts;
         const auto place = socket();
@@ -112,7 +110,7 @@ class EffectScreen {
         unsigned count = 0;
         if (XQueryTree(_display, window, &root, &parent, &children, &count) == 0) return None;
         Window first = None;
-        for (unsigned i = 0; i < count && first == None; ++i) { // the toolkit has a window for input alone
+        for (unsigned i = 0; i < count && first == None; ++i) { // skips GTK's own input-only window
             XWindowAttributes attributes{};
             if (XGetWindowAttributes(_display, children[i], &attributes) != 0 &&
                 attributes.c_class == InputOutput) {

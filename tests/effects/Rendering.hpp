@@ -1,39 +1,26 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Makes units of the fixtures and runs them by hand. Main thread.
+// Creates units of the fixture plug-ins and renders blocks with them. Main thread only.
 #pragma once
 
-#include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/AVAudioUnitComponentManager.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
-#include "tests/support/testing.hpp"
-
-#include <stdexcept>
+#include "tests/support/signals.hpp"
+#include "tests/support/waitFor.hpp"
 
 namespace platform::test {
 
-// Puts the fixtures on the search path before the system's plug-ins. This happens in the test itself because
-// the virtual display comes with an environment of its own.
+// Puts the fixture plug-ins on the search path before the system's plug-ins. The test has to do this itself,
+// because tools/with-display sets up a new environment.
 [[maybe_unused]] inline const bool FixturesArePlaced = [] {
     const char* fixtures = std::getenv("TONEWRIGHT_FIXTURES");
     return ::setenv("LV2_PATH", (std::string(fixtures == nullptr ? "" : fixtures) + ":/usr/lib/lv2").c_str(),
                     1) == 0;
 }();
 
-constexpr double Limit = 30; // seconds; generous, for a loaded machine
-
-/// Runs the main loop until `done` returns true, polling every few milliseconds; returns whether that
-/// happened in time.
-inline bool waitUntil(const std::function<bool()>& done) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(Limit);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        RunLoop::current().runFor(0.003);
-    }
-    return true;
-}
+using tonewright::test::waitFor;
 
 inline ComponentProvider& provider() {
     return *AVAudioUnitComponentManager::sharedAudioUnitComponentManager().provider();
@@ -46,29 +33,48 @@ inline std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri) {
     return made.value();
 }
 
-/// One processor with its planes: feeds a sine of 440 Hz, another phase in each channel, block by block.
-class Rendering {
+/// Sets an environment variable. The destructor restores the former value.
+class Setting : tonewright::test::Uncopied {
+  public:
+    Setting(const char* name, const std::string& value)
+        : _name(name) {
+        if (const char* former = std::getenv(name)) _former = former;
+        ::setenv(name, value.c_str(), 1);
+    }
+    ~Setting() {
+        if (_former) {
+            ::setenv(_name, _former->c_str(), 1);
+        } else {
+            ::unsetenv(_name);
+        }
+    }
+
+  private:
+    const char* _name;
+    std::optional<std::string> _former;
+};
+
+/// A processor with its buffers. Feeds it block by block with a sine of 440 Hz, with a different phase in
+/// each channel.
+class Rendering : tonewright::test::Uncopied {
   public:
     Rendering(AUAudioUnit& unit, double rate, std::uint32_t block)
         : processor(unit.processor())
         , _rate(rate)
+        , _block(block)
         , _in(processor->inputChannels(), std::vector<float>(block))
         , _out(processor->outputChannels(), std::vector<float>(block)) {
         const auto error = processor->allocate(rate, block);
         EXPECT_FALSE(error) << error->localizedDescription();
     }
     ~Rendering() { processor->release(); }
-    Rendering(const Rendering&) = delete;
-    Rendering& operator=(const Rendering&) = delete;
 
     void block(std::uint32_t frames) {
         std::vector<const float*> inputs;
         std::vector<float*> outputs;
         for (std::size_t channel = 0; channel < _in.size(); ++channel) {
-            for (std::uint32_t i = 0; i < frames; ++i) {
-                const double phase = 2 * std::numbers::pi * 440 * static_cast<double>(time + i) / _rate;
-                _in[channel][i] = static_cast<float>(0.5 * std::sin(phase + static_cast<double>(channel)));
-            }
+            _in[channel] = tonewright::test::sine(
+                440, 0.5, frames, _rate, static_cast<double>(time) + 20.0 * static_cast<double>(channel));
             inputs.push_back(_in[channel].data());
         }
         for (auto& plane : _out) outputs.push_back(plane.data());
@@ -79,18 +85,14 @@ class Rendering {
         }
         time += frames;
     }
-    void block() { block(static_cast<std::uint32_t>(_out.empty() ? _in[0].size() : _out[0].size())); }
+    void block() { block(_block); }
 
-    /// Renders so many blocks and returns the largest magnitude; infinity if a sample is not finite.
+    /// Renders `blocks` blocks and returns the largest magnitude; infinity if a sample is not finite.
     float loudestOf(int blocks) {
         float loudest = 0;
         for (; blocks > 0; --blocks) {
             block();
-            for (const auto& plane : _out) {
-                for (const float sample : plane) {
-                    loudest = std::isfinite(sample) ? std::max(loudest, std::abs(sample)) : HUGE_VALF;
-                }
-            }
+            for (const auto& plane : _out) loudest = std::max(loudest, tonewright::test::peak(plane));
         }
         return loudest;
     }
@@ -103,6 +105,7 @@ class Rendering {
 
   private:
     double _rate;
+    std::uint32_t _block;
     std::vector<std::vector<float>> _in, _out;
 };
 

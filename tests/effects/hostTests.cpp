@@ -1,15 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The LV2 host without a screen: sound, parameters, state, presets, worker, and plug-ins that cannot be used.
+// Tests the LV2 host without a screen: sound, parameters, state, presets, worker, and unusable plug-ins.
+#include "effect/dsp/Presets.hpp"
 #include "tests/effects/Rendering.hpp"
 
 #include "platform/audio/AVAudioEngine.hpp"
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
-
-#include <bit>
-#include <dlfcn.h>
+#include "platform/realtime/PlanarBuffer.hpp"
 
 using namespace platform;
 using namespace platform::test;
@@ -24,8 +23,8 @@ std::uint32_t addressOf(const AUAudioUnit& unit, const std::string& identifier) 
     return 0;
 }
 
-// Asks for blocks of the length that the test wants, like a sound server whose block length others may
-// change.
+// Renders blocks of the length that the test wants, like a sound server whose block length other programs
+// change. (The engine does not follow the block length of an offline device.)
 class VaryingDevice final : public OutputDevice {
   public:
     [[nodiscard]] std::optional<Error> open() override { return std::nullopt; }
@@ -38,10 +37,8 @@ class VaryingDevice final : public OutputDevice {
     [[nodiscard]] AVAudioFormat format() const noexcept override { return {44100, 2}; }
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return 480; }
     void render(std::uint32_t frames) {
-        std::vector<float> left(frames);
-        std::vector<float> right(frames);
-        float* const planes[] = {left.data(), right.data()};
-        _client->render({planes, 2, frames}, format().sampleRate);
+        PlanarBuffer sound(2, frames);
+        _client->render(sound.view(), format().sampleRate);
     }
 
   private:
@@ -59,7 +56,7 @@ TEST(Host, RunsStereoAndTellsItsParameters) {
     EXPECT_TRUE(parameters[0].isWritable);
     EXPECT_FALSE(parameters[1].isWritable);
 
-    Rendering rendering(*unit, 48000, 20000); // plug-ins are told less: the host cuts such a block
+    Rendering rendering(*unit, 48000, 20000); // above the plug-in's maximum, so the host splits it
     const auto gain = addressOf(*unit, "gain");
     unit->setParameterValue(gain, 0.25F);
     for (const std::uint32_t frames : {20000U, 1U, 64U, 255U}) {
@@ -73,20 +70,45 @@ TEST(Host, RunsStereoAndTellsItsParameters) {
     EXPECT_EQ(unit->parameterValue(addressOf(*unit, "gain_used")), 0.25F);
     EXPECT_EQ(unit->latencyFrames(), 7U);
 
-    unit->setParameterValue(gain, 100); // limited to the range
+    unit->setParameterValue(gain, 100); // limited to 4
     EXPECT_EQ(unit->parameterValue(gain), 4.0F);
     unit->setParameterValue(gain, std::nanf(""));
-    unit->setParameterValue(addressOf(*unit, "gain_used"), 1); // an output
+    unit->setParameterValue(addressOf(*unit, "gain_used"), 1); // ignored: an output
     unit->setParameterValue(12345, 1);
     EXPECT_EQ(unit->parameterValue(gain), 4.0F);
     EXPECT_EQ(unit->parameterValue(12345), 0.0F);
+}
+
+// Tests the bundled effect as the program finds it.
+TEST(Host, FindsTheBundledEffectAndSetsItsPresets) {
+    const auto found =
+        AVAudioUnitComponentManager::sharedAudioUnitComponentManager().componentsMatchingDescription(
+            {fourCharCode("aumf"), fourCharCode("ovTw"), fourCharCode("KVRN"), 2, 0});
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].name(), "KVRN: Orvo Tonewright Extension");
+    const auto unit = makeUnit(found[0].record().identifier);
+    Rendering rendering(*unit, 48000, 256); // runs each block in a real-time scope
+    const std::uint8_t note[] = {0x90, 57, 100};
+    EXPECT_TRUE(unit->sendMIDIEvent(note));
+    const auto decay = addressOf(*unit, "decay");
+    float loudest = 0;
+    const auto presets = unit->factoryPresets().value();
+    for (const AUAudioUnitPreset& preset : presets) {
+        unit->setCurrentPreset(preset);
+        const auto& wanted = *std::ranges::find(tonewright::effect::factoryPresets(), preset.name(),
+                                                &tonewright::effect::Preset::name);
+        EXPECT_FLOAT_EQ(unit->parameterValue(decay),
+                        wanted.values[index(tonewright::effect::Parameter::Decay)]);
+        loudest = std::max(loudest, rendering.loudestOf(100));
+    }
+    EXPECT_TRUE(loudest > 1e-3F && std::isfinite(loudest)) << loudest;
 }
 
 TEST(Host, MapsOtherNumbersOfChannels) {
     const auto mono = makeUnit("urn:tonewright:test:mono");
     EXPECT_EQ(mono->processor()->inputChannels(), 1U);
     EXPECT_EQ(mono->processor()->outputChannels(), 1U);
-    // Three inputs of which the first is a side chain, CV ports, a third output, a strange optional port.
+    // Three inputs, of which the first is a side chain; CV ports; a third output; an unknown optional port.
     const auto side = makeUnit("urn:tonewright:test:sidechain");
     EXPECT_EQ(side->processor()->inputChannels(), 2U);
     EXPECT_EQ(side->processor()->outputChannels(), 2U);
@@ -162,9 +184,9 @@ TEST(Host, LetsAPlugInWorkBesideTheSound) {
         rendering.block();
         return rendering.out(0)[10] == 2 * rendering.in(0)[10];
     };
-    EXPECT_TRUE(waitUntil(isScaled));
+    EXPECT_TRUE(waitFor(isScaled));
     EXPECT_GE(unit->parameterValue(addressOf(*unit, "answers")), 1.0F);
-    // Rendered by hand, what it asks for in one block is done before the next.
+    // In offline rendering, the worker finishes the work requested in a block before the next block.
     rendering.processor->setOffline(true);
     for (int i = 0; i < 100; ++i) {
         unit->setParameterValue(addressOf(*unit, "factor"), static_cast<float>(3 + i % 2));
@@ -222,7 +244,7 @@ TEST(Host, MakesOneInstanceForTheDeviceAndTellsItOfOtherBlocks) {
         rendering.processor->setBlockFrames(100);
         EXPECT_TRUE(isCopy(100));
         EXPECT_EQ(told(), (std::vector<float>{44100, 100, 100, first}));
-        rendering.processor->setBlockFrames(480); // for which the instance has no memory
+        rendering.processor->setBlockFrames(480); // more than the maximum at creation
         EXPECT_TRUE(isCopy(480));
         EXPECT_EQ(told(), (std::vector<float>{44100, 192, 192, first}));
     }
@@ -244,33 +266,33 @@ TEST(Host, TellsAnEffectOfTheBlocksThatTheEngineMeets) {
     engine->connect(node, engine->mainMixerNode(), std::nullopt);
     ASSERT_FALSE(engine->start());
 
-    std::vector<float> told; // after the last block: the usual, shortest and longest block, changes so far
+    std::vector<float> told; // after the last block: nominal, shortest and longest length, number of changes
     const auto render = [&](std::uint32_t frames) {
         device->render(frames);
-        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // the control side keeps up
+        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // gives the control side time to follow
         told.clear();
         for (const char* name : {"nominal", "shortest", "longest", "changes"}) {
             told.push_back(unit->parameterValue(addressOf(*unit, name)));
         }
     };
     const auto comesTo = [&](std::uint32_t frames, const std::vector<float>& wanted) {
-        // Another thread tells it about the change.
-        return waitUntil([&] { return render(frames), told == wanted; }) || (ADD_FAILURE() << told[0], false);
+        // Another thread reports the change to the plug-in.
+        return waitFor([&] { return render(frames), told == wanted; }) || (ADD_FAILURE() << told[0], false);
     };
     render(480);
     EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 0}));
     for (int i = 0; i < 300; ++i) render(i % 10 == 0 ? 480 : 192);
-    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 0})); // which is no change of the usual length
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 0})); // the nominal length did not change
     for (int i = 0; i < 50; ++i) render(192);
-    EXPECT_EQ(told[0], 480); // not yet
+    EXPECT_EQ(told[0], 480); // not reported yet
     EXPECT_TRUE(comesTo(192, {192, 1, 192, 1}));
-    EXPECT_TRUE(comesTo(480, {480, 1, 480, 2})); // at once
+    EXPECT_TRUE(comesTo(480, {480, 1, 480, 2})); // reported at once
     for (int i = 0; i < 300; ++i) render(1000);
-    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 2})); // the longest that it was made for
+    EXPECT_EQ(told, (std::vector<float>{480, 1, 480, 2})); // limited to the maximum at creation
     engine->stop();
 }
 
-// Of values of ports, and of those that the plug-in saves by itself.
+// Checks values of ports, and values in the plug-in's own state.
 TEST(Host, KeepsAllDigitsOfAValue) {
     const auto unit = makeUnit("urn:tonewright:test:gain");
     const auto gain = addressOf(*unit, "gain");
@@ -289,13 +311,26 @@ TEST(Host, KeepsAllDigitsOfAValue) {
     EXPECT_EQ(saving->parameterValue(addressOf(*saving, "restored_small")), 1e-12F);
 }
 
+TEST(Host, CallsAPlugInOutsideOfRenderingFromOneThread) {
+    {
+        const auto unit = makeUnit("urn:tonewright:test:home");
+        Rendering(*unit, 48000, 64).block();
+        EXPECT_FALSE(unit->setFullState(unit->fullState()));
+        unit->processor()->setBlockFrames(32);
+        Rendering(*unit, 96000, 64).block(); // creates another instance
+    }
+    const auto another = makeUnit("urn:tonewright:test:home");
+    Rendering(*another, 48000, 64).block();
+    EXPECT_EQ(another->parameterValue(addressOf(*another, "strays")), 0);
+}
+
 TEST(Host, NeverUnloadsALibrary) {
     (void)makeUnit("urn:tonewright:test:gain");
     const std::string path = std::string(std::getenv("TONEWRIGHT_FIXTURES")) + "/fixtures.lv2/plugins.so";
     EXPECT_NE(::dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr);
 }
 
-// Everything that the control side may do, beside a thread that renders without a pause.
+// Runs every operation of the control side while another thread renders continuously.
 TEST(Host, MayBeChangedWhileItRuns) {
     const auto unit = makeUnit("urn:tonewright:test:stateful");
     Rendering rendering(*unit, 48000, 64);
@@ -321,9 +356,9 @@ TEST(Host, MayBeChangedWhileItRuns) {
 
 TEST(Host, MakesNoUnitOfABrokenPlugIn) {
     for (const auto& [name, reason] : {std::pair{"missinglibrary", "absent.so"},
-                                       {"damagedlibrary", "damaged.so: "}, // and what the loader says
-                                       {"hanginginstance", "has not returned from making an instance"},
-                                       {"noinstance", "made no instance"},
+                                       {"damagedlibrary", "damaged.so: "}, // followed by the loader's message
+                                       {"hanginginstance", "has not returned from creating an instance"},
+                                       {"noinstance", "did not create an instance"},
                                        {"unknownfeature", "urn:tonewright:test:no-such-feature"},
                                        {"unknownport", "Strange"},
                                        {"nowhere", "not installed"}}) {
@@ -334,21 +369,27 @@ TEST(Host, MakesNoUnitOfABrokenPlugIn) {
 }
 
 TEST(Host, WaitsForAPlugInForTwoSecondsAtMost) {
+    const auto allocateAt = [](double rate) {
+        return [rate](AUAudioUnit& unit) { return unit.processor()->allocate(rate, 64); };
+    };
+    const auto restore = [](AUAudioUnit& unit) { return unit.setFullState(unit.fullState()); };
     struct {
         const char* name;
-        const char* reason;
+        std::string from; // named in the error or on standard error
         std::function<std::optional<Error>(AUAudioUnit&)> operation;
     } const cases[] = {
-        {"hangingactivate", "has not returned from being activated",
-         [](AUAudioUnit& unit) { return unit.processor()->allocate(44100, 64); }},
-        {"hangingsecond", "has not returned from making an instance",
-         [](AUAudioUnit& unit) { return unit.processor()->allocate(96000, 64); }},
-        {"hangingrun", "has not returned from rendering",
-         [](AUAudioUnit& unit) { return unit.processor()->allocate(96000, 64); }},
-        {"hangingrun", "has not returned from rendering",
-         [](AUAudioUnit& unit) { return unit.setFullState(unit.fullState()); }},
+        {"hangingactivate", "being activated", allocateAt(44100)},
+        {"hangingsecond", "creating an instance", allocateAt(96000)},
+        {"hangingsave", "saving its state",
+         [](AUAudioUnit& unit) { return (void)unit.fullState(), std::nullopt; }},
+        {"hangingsave", "saving its state", allocateAt(96000)},
+        {"hangingrestore", "restoring a state", restore},
+        {"hangingoptions", "changing the block length",
+         [](AUAudioUnit& unit) { return unit.processor()->setBlockFrames(32), std::nullopt; }},
+        {"hangingrun", "rendering", allocateAt(96000)},
+        {"hangingrun", "rendering", restore},
     };
-    for (const auto& [name, reason, operation] : cases) {
+    for (const auto& [name, from, operation] : cases) {
         const auto unit = makeUnit(std::string("urn:tonewright:test:") + name);
         if (std::string_view(name) == "hangingrun") {
             std::atomic<bool> runs{false};
@@ -360,11 +401,27 @@ TEST(Host, WaitsForAPlugInForTwoSecondsAtMost) {
             while (!runs) std::this_thread::yield();
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
         }
+        testing::internal::CaptureStderr();
         const auto begin = std::chrono::steady_clock::now();
         const auto failure = operation(*unit);
+        EXPECT_FALSE(unit->factoryPresets()) << name; // other operations do not wait for the hanging call
         EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3)) << name;
-        ASSERT_TRUE(failure) << name;
-        EXPECT_NE(failure->localizedDescription().find(reason), std::string::npos)
-            << failure->localizedDescription();
+        const std::string told = testing::internal::GetCapturedStderr();
+        const std::string text = failure ? failure->localizedDescription() : told;
+        EXPECT_NE(text.find("has not returned from " + from), std::string::npos) << text;
+        EXPECT_NE(text.find(unit->processor()->name()), std::string::npos) << text;
+    }
+}
+
+// Saving and rendering can run concurrently, so an effect that does not return from saving is still heard.
+TEST(Host, RunsAnEffectWhileItSaves) {
+    const auto unit = makeUnit("urn:tonewright:test:hangingsave");
+    Rendering rendering(*unit, 48000, 8192); // the block length at creation
+    std::thread saving([&] { EXPECT_TRUE(unit->fullState().empty()); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    for (int i = 0; i < 2; ++i) {
+        rendering.block();
+        EXPECT_EQ(rendering.out(0)[10], -rendering.in(0)[10]);
+        if (i == 0) saving.join();
     }
 }

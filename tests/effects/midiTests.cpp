@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// MIDI out of and into an effect: nothing lost, in order, with its true length.
+// Tests MIDI from and to an effect: no event is lost, the order is kept, and each event has its length.
 #include "platform/audio/OfflineDevice.hpp"
 #include "platform/audio/seams.hpp"
 #include "platform/effects/detail/MIDIOutputDelivery.hpp"
-#include "platform/effects/lv2/AudioUnit.hpp"
+#include "platform/effects/unit/AudioUnit.hpp"
 #include "tests/effects/Rendering.hpp"
-
-#include <mutex>
 
 using namespace platform;
 using namespace platform::test;
@@ -31,7 +29,7 @@ class Receiver {
         };
     }
     std::vector<Received> wait(std::size_t count) {
-        EXPECT_TRUE(waitUntil([&] {
+        EXPECT_TRUE(waitFor([&] {
             const std::scoped_lock lock(_mutex);
             return _events.size() >= count;
         }));
@@ -46,9 +44,10 @@ class Receiver {
 
 constexpr std::uint32_t Count = 6, Size = 7; // ports of the fixture
 
-constexpr std::uint32_t BlockFrames = 512;
+// So long that a process of its own renders every block in time, also with a sanitizer on a busy machine.
+constexpr std::uint32_t BlockFrames = 8192;
 
-// Makes the unit for a device with blocks of that length, so that no block is cut.
+// Creates the unit with a device of this block length, so that the host does not split blocks.
 std::shared_ptr<AUAudioUnit> makeUnitForBlocks(const std::string& uri) {
     setSharedOutputDevice(std::make_shared<OfflineDevice>(AVAudioFormat{48000, 2}, BlockFrames));
     auto unit = makeUnit(uri);
@@ -56,12 +55,12 @@ std::shared_ptr<AUAudioUnit> makeUnitForBlocks(const std::string& uri) {
     return unit;
 }
 
-// A plug-in that sends bursts, and what it hears.
+// A plug-in that sends bursts, and a receiver of its events.
 class Burst : public testing::Test {
   protected:
     void SetUp() override { unit->setMIDIOutputEventBlock(receiver.block()); }
 
-    Receiver receiver; // outlives the unit, which may be about to call it
+    Receiver receiver; // declared before the unit, which may still call it
     const std::shared_ptr<AUAudioUnit> unit = makeUnitForBlocks("urn:tonewright:test:burst");
     Rendering rendering{*unit, 48000, BlockFrames};
 };
@@ -78,7 +77,7 @@ TEST_F(Burst, LosesNoEvent) {
     ASSERT_EQ(events.size(), static_cast<std::size_t>(Events));
     for (std::int64_t i = 0; i < Events; ++i) {
         const Received& event = events[static_cast<std::size_t>(i)];
-        ASSERT_EQ(event.time, 512 + i * 512 / Events);
+        ASSERT_EQ(event.time, BlockFrames + i * BlockFrames / Events);
         ASSERT_EQ(event.bytes, (std::vector<std::uint8_t>{0x90, static_cast<std::uint8_t>(i & 0x7f),
                                                           static_cast<std::uint8_t>((i >> 7) & 0x7f)}));
     }
@@ -105,7 +104,7 @@ TEST(MIDIOutput, SaysWhatItLost) {
         delivery.setBlock(
             [&](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) { return ++received * 0; });
         const std::uint8_t note[] = {0x90, 1, 2};
-        for (int i = 0; i < 65536 + 100; ++i) delivery.push(i, note, 3); // nobody is woken yet
+        for (int i = 0; i < 65536 + 100; ++i) delivery.push(i, note, 3); // not yet delivered
         delivery.flush();
     }
     EXPECT_EQ(received, 65536);
@@ -125,29 +124,29 @@ TEST(MIDIOutput, BlockMayBeReplacedAlsoFromInside) {
     const std::uint8_t note[] = {0x90, 1, 2};
     for (int i = 0; i < 10; ++i) delivery.push(i, note, 3);
     delivery.flush();
-    EXPECT_TRUE(waitUntil([&] { return second == 9; }));
+    EXPECT_TRUE(waitFor([&] { return second == 9; }));
     EXPECT_EQ(first, 1);
     delivery.setBlock(nullptr);
     EXPECT_FALSE(delivery.isWanted());
 }
 
 TEST_F(Burst, KeepsEventsForTheInterfaceThatIsOpen) {
-    auto& events = dynamic_cast<lv2::AudioUnit&>(*unit).lv2Processor().buffers().events;
+    auto& effect = dynamic_cast<lv2::AudioUnit&>(*unit).lv2Processor();
     std::uint32_t port = 0;
     std::vector<std::byte> atom;
-    events.setListening(true);
+    effect.setListening(true);
     unit->setParameterValue(Count, 5);
     rendering.block();
-    events.setListening(false);
+    effect.setListening(false);
     rendering.block();
-    events.setListening(true); // another interface
-    EXPECT_FALSE(events.receive(port, atom));
+    effect.setListening(true); // like a second interface
+    EXPECT_FALSE(effect.receiveAtom(port, atom));
     unit->setParameterValue(Count, 3);
     rendering.block();
     int received = 0;
-    while (events.receive(port, atom)) ++received;
+    while (effect.receiveAtom(port, atom)) ++received;
     EXPECT_EQ(received, 3);
-    events.setListening(false);
+    effect.setListening(false);
 }
 
 TEST(MIDIOutput, LosesItsLastOwnerInsideTheBlock) {
@@ -160,7 +159,7 @@ TEST(MIDIOutput, LosesItsLastOwnerInsideTheBlock) {
     const std::uint8_t note[] = {0x90, 1, 2};
     for (int i = 0; i < 3; ++i) delivery->push(i, note, 3);
     delivery->flush();
-    EXPECT_TRUE(waitUntil([&] { return received == 3; }));
+    EXPECT_TRUE(waitFor([&] { return received == 3; }));
 }
 
 TEST_F(Burst, SendsBackWhatItHears) {
@@ -174,7 +173,7 @@ TEST_F(Burst, SendsBackWhatItHears) {
     EXPECT_EQ(events[1].bytes, sysex);
     EXPECT_FALSE(makeUnit("urn:tonewright:test:mono")->sendMIDIEvent(note));
     int taken = 0;
-    while (unit->sendMIDIEvent(sysex) && taken < 1000000) ++taken; // nobody runs it: the queue fills
+    while (unit->sendMIDIEvent(sysex) && taken < 1000000) ++taken; // no block runs, so the queue fills up
     EXPECT_GT(taken, 100);
     EXPECT_LT(taken, 1000000);
 }

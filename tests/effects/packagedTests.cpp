@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Effects as they are installed, the bundled one and those that Debian packages: each makes sound, keeps its
-// state and shows its interface.
+// Tests the bundled effect and effects from Debian packages: each makes sound, restores its state and shows
+// its interface.
 #include "tests/effects/EffectScreen.hpp"
 
 using namespace platform;
@@ -13,11 +13,11 @@ namespace {
 struct Subject {
     const char* uri;
     bool sendsMidi, hasPresets;
-    bool hasInterface; // one for X11
+    bool hasInterface; // whether it has an X11 interface
 };
 
-// Chosen for the host features that they need: worker, state, MIDI in and out, three inputs, presets, one
-// with a file, bounded block length, isLive, no interface.
+// Chosen for the host features that they need: worker, state, MIDI input and output, three inputs, presets
+// (one with a file), bounded block length, isLive, and no interface.
 constexpr Subject Subjects[] = {
     {"https://tonewright.example/lv2/tonewright", true, true, true},
     {"http://lsp-plug.in/plugins/lv2/trigger_midi_stereo", true, false, true},
@@ -38,21 +38,19 @@ class Packaged : public ToolkitTest, public ::testing::WithParamInterface<Subjec
 
 TEST_P(Packaged, MakesSoundKeepsStateAndShowsItself) {
     const Subject& subject = GetParam();
+    SCOPED_TRACE(subject.uri);
     const auto unit = makeUnit(subject.uri);
-    std::atomic<int> events{0};
     EXPECT_EQ(!unit->MIDIOutputNames().empty(), subject.sendsMidi);
-    unit->setMIDIOutputEventBlock([&](std::int64_t, std::uint8_t, std::int64_t length, const std::uint8_t*) {
-        return events += length > 0, 0;
-    });
+    unit->setMIDIOutputEventBlock([](auto...) { return 0; });
     EXPECT_EQ(unit->factoryPresets().has_value(), subject.hasPresets);
     const auto controller = requestScreen(*unit);
     ASSERT_TRUE(controller);
     {
         Rendering rendering(*unit, 48000, 256);
         float loudest = rendering.loudestOf(100);
-        // With its file loaded by the worker where a preset names one.
+        // A preset can refer to a file, which the worker loads.
         if (subject.hasPresets) unit->setCurrentPreset(unit->factoryPresets()->front());
-        EXPECT_TRUE(waitUntil([&] {
+        EXPECT_TRUE(waitFor([&] {
             loudest = std::max(loudest, rendering.loudestOf(20));
             return loudest > 1e-3F;
         }));
@@ -68,7 +66,7 @@ TEST_P(Packaged, MakesSoundKeepsStateAndShowsItself) {
         EXPECT_TRUE(GTK_IS_SCROLLED_WINDOW(widgetOf(*controller->view())));
         return;
     }
-    // A picture is more than a few colours, and not nearly all of it one.
+    // A picture has more than a few colours, and no colour fills almost all of it.
     const auto isPicture = [&] {
         const auto colours = screen.colours();
         int all = 0, most = 0;
@@ -78,17 +76,32 @@ TEST_P(Packaged, MakesSoundKeepsStateAndShowsItself) {
         }
         return colours.size() > 16 && most < all * 99 / 100;
     };
-    // The window grows until nothing of it is cut off.
-    EXPECT_TRUE(waitUntil([&] {
+    // The window grows until the interface fits.
+    EXPECT_TRUE(waitFor([&] {
         const auto socket = screen.socket();
         return socket && socket->place.width == socket->childPlace.width &&
                socket->place.height == socket->childPlace.height && isPicture();
     }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Effects, Packaged, ::testing::ValuesIn(Subjects), [](const auto& subject) {
-    std::string name = subject.param.uri;
-    name.erase(std::remove_if(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }),
-               name.end());
-    return name.substr(name.size() - std::min<std::size_t>(name.size(), 24));
-});
+TEST_P(Packaged, SoundsTheSameInAProcessOfItsOwn) {
+    const auto sound = [] {
+        const auto unit = makeUnit(GetParam().uri);
+        unit->processor()->setOffline(true);
+        if (GetParam().hasPresets) unit->setCurrentPreset(unit->factoryPresets()->front());
+        Rendering rendering(*unit, 48000, 256);
+        std::vector<float> all;
+        for (int i = 0; i < 200; ++i) {
+            rendering.block();
+            const auto& out = rendering.out(0);
+            all.insert(all.end(), out.begin(), out.end());
+        }
+        return all;
+    };
+    const auto inside = sound();
+    EXPECT_GT(*std::ranges::max_element(inside), 1e-3F);
+    const Setting where("TONEWRIGHT_EFFECT_PROCESS", "own");
+    EXPECT_TRUE(sound() == inside);
+}
+
+INSTANTIATE_TEST_SUITE_P(Effects, Packaged, ::testing::ValuesIn(Subjects));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The registry: which components are found, in which order, and what a search costs.
+// Tests the registry: which components are found, in which order, and how much a search costs.
 #include "tests/effects/Rendering.hpp"
 
 using namespace platform;
@@ -16,21 +16,9 @@ constexpr AudioComponentDescription Wanted{fourCharCode("aumf"), fourCharCode("t
 constexpr const char* Gain = "urn:tonewright:test:gain";
 constexpr const char* Mono = "urn:tonewright:test:mono";
 
-// A search path and a cache of the test's own, followed by the fixtures.
+// A private search path and cache, with the fixtures at the end of the path.
 class Registry : public testing::Test {
   protected:
-    void SetUp() override {
-        const char* before = std::getenv("LV2_PATH");
-        _before = before == nullptr ? "" : before;
-        const std::string fixtures = _before.substr(0, _before.find(':'));
-        ::setenv("LV2_PATH", (_root.folder("lv2/") + ":" + fixtures + ":" + fixtures).c_str(), 1);
-        ::setenv("XDG_CACHE_HOME", (_root / "cache").c_str(), 1);
-    }
-    void TearDown() override {
-        ::setenv("LV2_PATH", _before.c_str(), 1);
-        ::unsetenv("TONEWRIGHT_EFFECT");
-    }
-
     void writeBundle(const std::string& name, const std::string& statements) const {
         (void)_root.file("lv2/" + name + "/manifest.ttl",
                          "@prefix tw: <https://tonewright.example/ns/component#> .\n" + statements);
@@ -54,7 +42,9 @@ class Registry : public testing::Test {
     tonewright::test::Scratch _root;
 
   private:
-    std::string _before;
+    const std::string _fixtures = std::getenv("TONEWRIGHT_FIXTURES");
+    const Setting _path{"LV2_PATH", _root.folder("lv2/") + ":" + _fixtures + ":" + _fixtures};
+    const Setting _cache{"XDG_CACHE_HOME", _root / "cache"};
 };
 
 } // namespace
@@ -79,7 +69,7 @@ TEST_F(Registry, OrdersByPlaceThenByNameAndFollowsChanges) {
     EXPECT_EQ(searchURIs(), (URIs{Gain}));
     writeBundle("a.lv2", codes(Mono, "aumf", "tsTs"));
     for (int run = 0; run < 2; ++run) EXPECT_EQ(searchURIs(), (URIs{Mono, Gain}));
-    writeBundle("a.lv2", codes(Mono, "aufx", "tsTs")); // the same length: its time tells
+    writeBundle("a.lv2", codes(Mono, "aufx", "tsTs")); // same length, another modification time
     EXPECT_EQ(searchURIs(), (URIs{Gain}));
     fs::remove_all(_root / "lv2/b.lv2");
     EXPECT_EQ(searchURIs(), URIs{});
@@ -87,7 +77,7 @@ TEST_F(Registry, OrdersByPlaceThenByNameAndFollowsChanges) {
 
 TEST_F(Registry, TheEnvironmentsChoiceComesFirstWithTheCodesSearchedFor) {
     writeBundle("side.lv2", codes(Gain, "aumf", "tsTs"));
-    ::setenv("TONEWRIGHT_EFFECT", Mono, 1);
+    const Setting chosen("TONEWRIGHT_EFFECT", Mono);
     const auto found = search(Wanted);
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].identifier, Mono);
@@ -95,7 +85,7 @@ TEST_F(Registry, TheEnvironmentsChoiceComesFirstWithTheCodesSearchedFor) {
     AudioComponentDescription expected = Wanted;
     expected.componentFlagsMask = 0;
     EXPECT_EQ(found[0].description, expected);
-    ::setenv("TONEWRIGHT_EFFECT", "urn:nowhere", 1);
+    const Setting missing("TONEWRIGHT_EFFECT", "urn:nowhere");
     testing::internal::CaptureStderr();
     EXPECT_EQ(searchURIs(), (URIs{Gain}));
     EXPECT_NE(testing::internal::GetCapturedStderr().find("urn:nowhere"), std::string::npos);
@@ -108,7 +98,7 @@ TEST_F(Registry, LeavesOutMistakesAndSaysThem) {
     writeBundle("4-absent.lv2", codes("urn:nowhere", "aumf", "tsTs"));
     (void)_root.folder("lv2/5-empty.lv2");
     (void)_root.file("lv2/6-a-file.lv2", "no directory");
-    for (int run = 0; run < 2; ++run) { // also when the cache knows the files
+    for (int run = 0; run < 2; ++run) { // the second run reads the cache
         testing::internal::CaptureStderr();
         EXPECT_EQ(searchURIs(), (URIs{Mono}));
         const std::string said = testing::internal::GetCapturedStderr();
@@ -154,7 +144,7 @@ TEST_F(Registry, DerivesTypesFromPortsWhereNoneIsStated) {
     }
     const auto all = search({});
     for (const auto& record : all) {
-        // A component's own description finds that component and no other.
+        // A search with a component's own description finds this component first.
         const auto again = searchURIs(record.description);
         ASSERT_FALSE(again.empty());
         EXPECT_EQ(again.front(), record.identifier);
@@ -170,7 +160,7 @@ TEST_F(Registry, InstantiatesOnTheMainThreadAndReturnsAtOnce) {
         EXPECT_TRUE(isMainThread() && !error);
     });
     EXPECT_FALSE(unit);
-    ASSERT_TRUE(waitUntil([&] { return unit != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return unit != nullptr; }));
     EXPECT_EQ(unit->processor(), unit->auAudioUnit()->processor());
 }
 
@@ -185,7 +175,7 @@ TEST_F(Registry, AFailedInstantiationGivesNoUnitAndSaysWhy) {
                                      EXPECT_TRUE(error);
                                      isDone = true;
                                  });
-        EXPECT_TRUE(waitUntil([&] { return isDone; }));
+        EXPECT_TRUE(waitFor([&] { return isDone; }));
         const std::string said = testing::internal::GetCapturedStderr();
         EXPECT_NE(said.find(isInstalled ? "urn:tonewright:test:no-such-feature" : "No effect"),
                   std::string::npos)

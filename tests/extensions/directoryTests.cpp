@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Extensions/directories.hpp"
 #include "shared/Common/Extensions/safeprint.hpp"
-#include "tests/support/testing.hpp"
+#include "tests/support/waitFor.hpp"
 
 namespace {
 
@@ -14,11 +13,10 @@ using namespace tonewright;
 using namespace tonewright::test;
 using platform::URL;
 
-// Returns the lines that the main queue writes, up to now.
+// Returns the lines that tasks on the main queue have printed so far.
 Lines linesOf(CapturedOutput& output) {
     safeprint("end");
-    EXPECT_TRUE(platform::RunLoop::current().runUntil(
-        [&] { return !output.lines().empty() && output.lines().back() == "end"; }, 10));
+    EXPECT_TRUE(waitFor([&] { return !output.lines().empty() && output.lines().back() == "end"; }));
     Lines lines = output.take();
     lines.pop_back();
     return lines;
@@ -28,8 +26,7 @@ TEST(Directories, AreMadeWithThoseAboveUnlessSomethingIsThere) {
     const Scratch scratch;
     const std::string file = scratch.file("file");
     CapturedOutput output;
-    using Case =
-        std::tuple<std::string, bool, bool>; // a path; whether something, and a directory, is there then
+    using Case = std::tuple<std::string, bool, bool>; // path, exists afterwards, is a directory
     for (const auto& [path, exists, isDirectory] :
          {Case{scratch.folder("folder"), true, true}, Case{scratch / "a/b/ü %/d", true, true},
           Case{file, true, false}, Case{file + "/below/it", false, false},

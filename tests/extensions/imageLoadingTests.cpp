@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Images from a server on loopback and from the disk into a view, and what is logged on the way.
+// Tests loading images from a server on loopback and from the disk into a view, and the log lines about it.
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/UIImageView.hpp"
 #include "platform/ui/detail/imageTexture.hpp"
@@ -31,16 +31,17 @@ class ImageLoading : public platform::testing::ToolkitTest {
   protected:
     ImageLoading() { _view->setImage(_former); }
 
-    /// Runs `loadFrom` to its end; returns its lines.
+    /// Calls `loadFrom` and waits until the image is loaded; returns the printed lines.
     Lines load(const std::string& text) {
         CapturedOutput output;
         loadFrom(_view, text);
-        EXPECT_TRUE(output.lines().empty()) << "it answers later";
+        EXPECT_TRUE(output.lines().empty()) << "the image is loaded asynchronously";
         EXPECT_TRUE(platform::testing::waitFor([&] { return !output.lines().empty(); }));
         return output.take();
     }
 
-    /// Runs `getImageFromURLString` until its task has released the view; returns its lines.
+    /// Calls `getImageFromURLString` and waits until its task has released the view; returns the printed
+    /// lines.
     Lines fetch(const std::string& text) {
         CapturedOutput output;
         getImageFromURLString(_view, text);
@@ -48,7 +49,7 @@ class ImageLoading : public platform::testing::ToolkitTest {
         return output.take();
     }
 
-    /// Returns the width of the view's image: 0 for none, 7 for the one it had before.
+    /// Returns the width of the view's image: 0 for none, 7 for the former image.
     int width() const { return _view->image() ? static_cast<int>(_view->image()->size().width) : 0; }
 
     static std::shared_ptr<UIImage> image(const std::string& data) {
@@ -61,8 +62,8 @@ class ImageLoading : public platform::testing::ToolkitTest {
 };
 
 TEST_F(ImageLoading, FollowsWhatTheServerAnswers) {
-    using Case =
-        std::tuple<const char*, std::string, int, bool, int>; // loaded width; fetched and said so; width
+    // Each case: name, response, width after loading, whether a fetch reports success, width after fetching.
+    using Case = std::tuple<const char*, std::string, int, bool, int>;
     const std::string html = "<!doctype html><p>Not here";
     const std::string bomb = padded(pngHeader(20000, 20000));
     for (const auto& [name, response, loadedWidth, isFetched, fetchedWidth] : std::vector<Case>{
@@ -112,7 +113,7 @@ TEST_F(ImageLoading, AFailureLeavesTheViewAsItWas) {
 TEST_F(ImageLoading, ReadsFilesAndNeedsNoView) {
     const Scratch scratch;
     const std::string file = URL::fileURLWithPath(scratch.file("ü %.png", _png)).absoluteString();
-    EXPECT_EQ(fetch(file), Lines{}); // no HTTP response, no word about success
+    EXPECT_EQ(fetch(file), Lines{}); // without an HTTP response, no success is reported
     EXPECT_EQ(width(), 3);
     _view->setImage(_former);
     EXPECT_EQ(load(file), Lines{NotAssigned});
@@ -136,7 +137,8 @@ TEST_F(ImageLoading, ReadingHoldsTheMainQueueAndFetchingDoesNot) {
     });
     const CapturedOutput output;
     getImageFromURLString(_view, server.url());
-    EXPECT_TRUE(platform::testing::waitFor([&] { return asked == 1; })) << "the loop runs meanwhile";
+    EXPECT_TRUE(platform::testing::waitFor([&] { return asked == 1; }))
+        << "the main loop runs during the load";
     EXPECT_EQ(width(), 7);
     mayAnswer = true;
     EXPECT_TRUE(platform::testing::waitFor([&] { return _view.use_count() == 1; }));
@@ -150,7 +152,7 @@ TEST_F(ImageLoading, ReadingHoldsTheMainQueueAndFetchingDoesNot) {
     bool hasLooked = false;
     loadFrom(_view, server.url());
     DispatchQueue::main().async([&] {
-        EXPECT_TRUE(mayAnswer) << "the read before it was not waited for";
+        EXPECT_TRUE(mayAnswer) << "the load did not block the main queue";
         hasLooked = true;
     });
     EXPECT_TRUE(platform::testing::waitFor([&] { return hasLooked; }));

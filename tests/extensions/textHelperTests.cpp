@@ -4,9 +4,7 @@
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/console.hpp"
-#include "shared/Common/Extensions/capitals.hpp"
 #include "shared/Common/Extensions/safeprint.hpp"
-#include "shared/Common/Extensions/stringValue.hpp"
 #include "shared/Common/Extensions/uniqueName.hpp"
 #include "tests/support/testing.hpp"
 
@@ -14,13 +12,6 @@ namespace {
 
 using namespace tonewright;
 using namespace std::string_literals;
-
-TEST(StringValue, GivesTheBytesFromTheMostSignificantOne) {
-    EXPECT_EQ(stringValue(0x61756D66), "aumf");
-    EXPECT_EQ(stringValue(0), "\0\0\0\0"s);
-    EXPECT_EQ(stringValue(0x0A417F80), "\nA\x7FÄ");
-    EXPECT_EQ(stringValue(0xDBF0CAFF), "€\uF8FF\u00A0ˇ");
-}
 
 TEST(UniqueName, PutsAPrefixInFrontAlsoAnEmptyOne) {
     const std::string first = uniqueName("loop");
@@ -30,12 +21,6 @@ TEST(UniqueName, PutsAPrefixInFrontAlsoAnEmptyOne) {
     EXPECT_EQ(uniqueName("").size(), uniqueName(std::nullopt).size() + 1);
     EXPECT_EQ(uniqueName("").front(), '-');
     EXPECT_NE(uniqueName(std::nullopt).front(), '-');
-}
-
-TEST(Capitals, MayBeReplaced) {
-    EXPECT_EQ(capitals().size(), 197U);
-    setCapitals({"Bern"});
-    EXPECT_EQ(capitals(), std::vector<std::string>{"Bern"});
 }
 
 TEST(Safeprint, WritesLaterInTheOrderOfTheCalls) {

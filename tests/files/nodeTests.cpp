@@ -55,7 +55,7 @@ TEST(FileNode, PathsAreTakenApartAndSurviveEveryAssignment) {
     node->setSubpath("");
     EXPECT_EQ(node->getFileName(), "other");
     node->setRootpath("");
-    EXPECT_EQ(node->getFileName(), ""); // whatever the current directory is
+    EXPECT_EQ(node->getFileName(), ""); // independent of the current directory
 }
 
 TEST(FileNode, AttributesHaveFallbacksOnlyWhenThereAreNone) {

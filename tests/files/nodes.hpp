@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Nodes as a scan of /music would have left them.
+// Nodes like those from a scan of /music.
 #pragma once
 
 #include "shared/Common/Files/FileTree.hpp"
 
-#include <string_view>
-
 namespace tonewright::test {
 
-/// Makes attributes with the file number, the size, and dates of 1970 and 2026.
+/// Returns attributes with the file number, the size, and dates in 1970 and 2026.
 inline platform::FileAttributes attributesOf(std::uint64_t number, std::int64_t size) {
     using platform::FileAttributeKey;
     platform::FileAttributes attributes;
@@ -21,7 +19,7 @@ inline platform::FileAttributes attributesOf(std::uint64_t number, std::int64_t 
     return attributes;
 }
 
-/// Makes a node; without a number it has no attributes.
+/// Creates a node; without a number it has no attributes.
 template <class Node = File>
 std::shared_ptr<Node> makeNode(std::string_view subpath, std::uint64_t number = 0, std::int64_t size = 0) {
     auto node = std::make_shared<Node>();
@@ -34,7 +32,7 @@ std::shared_ptr<Node> makeNode(std::string_view subpath, std::uint64_t number = 
     return node;
 }
 
-/// Makes a node and lets the tree find its parent, as a scan does.
+/// Creates a node and attaches it to its parent, as a scan does.
 template <class Node = File>
 std::shared_ptr<Node> addNode(FileTree& tree, std::string_view subpath, std::uint64_t number = 0,
                               std::int64_t size = 0) {
@@ -44,8 +42,7 @@ std::shared_ptr<Node> addNode(FileTree& tree, std::string_view subpath, std::uin
     return node;
 }
 
-// The nodes of a tree own each other in cycles; this breaks them so that leak checkers report only real
-// leaks.
+// Breaks the reference cycles among the nodes of a tree, so that leak checkers report only real leaks.
 inline void takeApart(const std::shared_ptr<File>& top) {
     std::vector<std::shared_ptr<File>> left{top};
     while (!left.empty()) {

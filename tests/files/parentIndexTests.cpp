@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Thousands of small trees beside the literal algorithm: a walk over the list from its end to its beginning.
+// Compares thousands of small trees with the literal algorithm, a walk over the list from its end to its
+// beginning.
 #include "tests/files/nodes.hpp"
 #include "tests/support/testing.hpp"
 
@@ -9,7 +10,7 @@ using namespace tonewright;
 
 namespace {
 
-// What the walk attaches the node to: a folder of the list, the root, or (null) nothing.
+// Returns the node to which the walk attaches `file`: a folder of the list, the root, or null.
 std::shared_ptr<File> literalParent(const FileTree& tree, const File& file) {
     if (file._indent() < 1) return tree.root;
     const std::string path = file.getParentPath();
@@ -71,7 +72,7 @@ TEST(ParentIndex, AgreesWithTheWalkThroughEveryEdit) {
     for (unsigned seed = 0; seed < 3000; ++seed) {
         Random random(seed);
         FileTree tree;
-        FileTree other; // its nodes lie in both lists
+        FileTree other; // contains the same nodes as `tree`
         tree.root = std::make_shared<Folder>();
         other.root = tree.root;
         const std::size_t editsInHundred = seed % 5 * 10;
@@ -103,14 +104,14 @@ TEST(ParentIndex, AgreesWithTheWalkThroughEveryEdit) {
 }
 
 TEST(ParentIndex, IsConstantPerItemInOneLargeFolder) {
-    // A quadratic search would need minutes here.
+    // With a quadratic search this would take minutes.
     FileTree tree;
     tree.root = std::make_shared<Folder>();
     const auto folder = test::addNode<Folder>(tree, "wide");
     constexpr std::size_t Items = 200'000;
     for (std::size_t i = 0; i < Items; ++i) test::addNode(tree, "wide/" + std::to_string(i));
     EXPECT_EQ(folder->children.size(), Items);
-    folder->setSubpath("renamed"); // now every search walks once, and then indexes again
+    folder->setSubpath("renamed"); // now each search walks the list once, and then the index is rebuilt
     for (int i = 0; i < 1000; ++i) test::addNode(tree, "renamed/" + std::to_string(i));
     EXPECT_EQ(folder->children.size(), Items + 1000);
     test::takeApart(tree);

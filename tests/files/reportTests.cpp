@@ -10,7 +10,7 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-// The report's headings and labels in their order, divided by bars.
+// The report's headings and labels in order, separated by bars.
 constexpr const char* Headings =
     "Der temporäre Ordner ist: |Das momentane Wurzelverzeichnis ist: |"
     "Die Resourcen befinden sich im Ordner: |Der Hauptordner ist: |Die Identifikation ist: |"
@@ -42,7 +42,7 @@ Lines divided(const std::string& text) {
 TEST(Report, NamesEveryPlaceInItsOrder) {
     const auto& bundle = platform::Bundle::main();
     std::filesystem::create_directories(bundle.sharedSupportPath() +
-                                        "/tonewright"); // a build may have none yet
+                                        "/tonewright"); // may be missing in a build
     const std::string resources = bundle.resourcePath().value();
     const auto subpaths = platform::FileManager::defaultManager().subpathsAtPath(resources).value();
     FileEnumerator enumerator;
@@ -66,7 +66,7 @@ TEST(Report, NamesEveryPlaceInItsOrder) {
     EXPECT_EQ(under(headings[6], 2), std::filesystem::read_symlink("/proc/self/exe"));
     EXPECT_EQ(under(headings[11], 2), headings[12]);
 
-    // Ten lines for each resource, then the end of the walk.
+    // Ten lines per resource, and then the last line of the walk.
     const auto details = std::find(lines.begin(), lines.end(), headings[15]);
     EXPECT_EQ(*(details + 1 + static_cast<std::ptrdiff_t>(10 * subpaths.size())), "empty (object)");
     ASSERT_EQ(std::distance(at, lines.end()), 1 + 52);

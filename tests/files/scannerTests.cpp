@@ -21,12 +21,12 @@ const std::string End = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.
 
 constexpr uid_t User = 12345;
 
-// A scanner whose tree is taken apart, and the current directory restored, when the test ends.
+// A scanner. When the test ends, its tree is taken apart and the current directory is restored.
 struct Scanner {
     FileEnumerator enumerator;
     CapturedOutput output;
     fs::path start = fs::current_path();
-    /// Scans and returns the lines.
+    /// Scans and returns the printed lines.
     Lines scan(const std::string& path) {
         enumerator.enumerate(path);
         return output.take();
@@ -34,7 +34,7 @@ struct Scanner {
     const Folder& root() const { return *enumerator.fileTree->root; }
     ~Scanner() {
         test::takeApart(*enumerator.fileTree);
-        std::error_code ignored; // another user may have no way back
+        std::error_code ignored; // fails for a user without access
         fs::current_path(start, ignored);
     }
 };
@@ -85,7 +85,7 @@ TEST(Scanner, BuildsTheTreeAndDeletesLitter) {
          {".DS_Store", "a/my.DS_Store.bak", "a/__MACOSX", "c__MACOSX__", "link.DS_Store"}) {
         EXPECT_FALSE(fs::exists(fs::symlink_status(scratch / gone))) << gone;
     }
-    EXPECT_TRUE(fs::exists(outside / "kept/file")); // a link goes, not what it points to
+    EXPECT_TRUE(fs::exists(outside / "kept/file")); // the link was deleted, not its target
     EXPECT_TRUE(fs::exists(scratch / "c.ds_store"));
 }
 
@@ -97,7 +97,7 @@ TEST(Scanner, ReportsWhatItCannotDelete) {
     test::holdsInChildAs(User, User, {}, [&] {
         Scanner scanner;
         const Lines lines = scanner.scan(scratch.path());
-        ASSERT_EQ(lines.size(), 3U); // the folder, and what lies in it
+        ASSERT_EQ(lines.size(), 3U); // one line for the folder and one for its content
         EXPECT_EQ(lines[0], "The file 'x' couldn't be removed (Permission denied).");
         EXPECT_EQ(lines[1], "The file 'x' couldn't be removed (Permission denied).");
         EXPECT_EQ(lines[2], End);
@@ -107,7 +107,7 @@ TEST(Scanner, ReportsWhatItCannotDelete) {
 
 namespace {
 
-// Exchanges a directory for a link when it is asked about the first item in it.
+// Replaces a directory by a link when the scanner asks about the first item in it.
 struct Exchange : platform::FileManagerDelegate {
     std::string directory, target;
     bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override {
@@ -167,7 +167,7 @@ TEST(Scanner, AttributesThatCannotBeReadAreReportedOnce) {
     const Scratch scratch;
     scratch.file("closed/one");
     scratch.file("secret/two");
-    ::chmod((scratch / "closed").c_str(), 0444); // names, but no way to them
+    ::chmod((scratch / "closed").c_str(), 0444); // readable but not searchable
     ::chmod((scratch / "secret").c_str(), 0000);
     ::chmod(scratch.path().c_str(), 0755);
     test::holdsInChildAs(User, User, {}, [&] {
@@ -203,7 +203,7 @@ TEST(Scanner, ARootMayBeALinkButMustBeADirectory) {
                   Lines{"Error: Could not set current path '" + wrong + "' for the file manager."});
     }
     EXPECT_EQ(scanner.enumerator.fileTree->root, before);
-    (void)scanner.scan(scratch / "real"); // a second scan has a new root
+    (void)scanner.scan(scratch / "real"); // a second scan creates a new root
     EXPECT_NE(scanner.enumerator.fileTree->root, before);
     EXPECT_EQ(childrenOf(scanner.root()), Lines{"inside"});
     test::takeApart(before);

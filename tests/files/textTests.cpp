@@ -10,7 +10,7 @@ using namespace tonewright;
 
 namespace {
 
-// A root with a folder and a file, as a scan would have left them.
+// A root with a folder and a file, like the result of a scan.
 class TreeTexts : public testing::Test {
   protected:
     void SetUp() override {
@@ -43,7 +43,7 @@ TEST_F(TreeTexts, NestedElements) {
                           "\n\t<file name='b.txt' size='1 byte' " DATES " depth='0' />"
                           "\n</folder>");
     std::string text = "before";
-    folder->xml(text); // at no indentation every folder is a root
+    folder->xml(text); // without indentation every folder is written as a root
     EXPECT_TRUE(text.starts_with("before\n<folder path='/music' expanded='false' "));
     EXPECT_DEATH(folder->xml(text, -1), "Range requires lowerBound <= upperBound");
     EXPECT_DEATH((void)FileTree().xml(),
@@ -102,7 +102,7 @@ TEST_F(TreeTexts, DumpsShowEveryField) {
     expected.push_back(" label='attributes' type='Dictionary<FileAttributeKey, Any>' value='" + attributes +
                        "' />");
     for (auto& line : expected) line.insert(0, "	<item id=" + id);
-    // The root's five lines, the folder's five, the file's fourteen, the other file's fourteen.
+    // Five lines for the root, five for the folder, fourteen for each file.
     ASSERT_EQ(lines.size(), 5U + 5U + 14U + 14U);
     EXPECT_EQ(std::vector<std::string>(lines.begin() + 10, lines.begin() + 24), expected);
     const std::string root = "<item id=" + tree.root->getIDFormatted();

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tonewright-files as it is used in a shell."""
+"""Tests tonewright-files as users run it in a shell."""
 import collections
 import concurrent.futures
 import http.server
@@ -10,14 +10,12 @@ import pty
 import random
 import shutil
 import subprocess
-import sys
 import tempfile
 import threading
 import time
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
-from cases import BUILD, main  # noqa: E402
+from cases import BUILD, main
 
 TOOL = BUILD / "bin/tonewright-files"
 END = "WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.\n"
@@ -25,7 +23,7 @@ COUNTS = "2 files, 1 folder, 1501 bytes\n"
 
 
 class SlowAnswer(http.server.BaseHTTPRequestHandler):
-    """Sends the same content to everyone, over a quarter of a second."""
+    """A server that sends the same content to every client, over a quarter of a second."""
     content = bytes(i * 7 % 251 for i in range(1_500_000))
 
     def do_GET(self):
@@ -53,7 +51,7 @@ class Tool(unittest.TestCase):
                               **({"stdin": subprocess.DEVNULL} if "input" not in keywords else {}), **keywords)
 
     def in_shell(self, command: str):
-        """Run a shell's command in which "$T" is the tool; give its status and the text on standard error."""
+        """Run a shell command in which "$T" is the tool; return its exit status and its standard error."""
         result = subprocess.run(["sh", "-c", command], cwd=self.folder, capture_output=True, text=True, timeout=60,
                                 env=dict(os.environ, T=str(TOOL)))
         return result.returncode, result.stderr
@@ -103,7 +101,7 @@ class Tool(unittest.TestCase):
             asked = os.read(master, 65536)
             os.close(master)
             self.assertEqual(process.returncode, code)
-            # A name does not command the terminal.
+            # A file name must not send control sequences to the terminal.
             for said in ("Delete and go on? [y/N]", "  Drums/a?[31m.DS_Store", "  Drums/c?d?" + clef):
                 self.assertIn(said.encode(), asked)
             self.assertEqual(litter.exists(), code == 1)
@@ -143,7 +141,7 @@ class Tool(unittest.TestCase):
         for words in ("scan", "scan -y", "xml -y", "scan -n"):
             self.assertEqual(self.in_shell(f'{bounds} "$T" {words} {self.folder}/closed'),
                              (1, f"tonewright-files: cannot open '{self.folder}/closed'\n"), words)
-        # A process that has ended and was not waited for: the names in its "net" cannot be read.
+        # The names in the "net" folder of a zombie process cannot be read.
         process = subprocess.Popen(["true"])
         self.addCleanup(process.wait)
         os.waitid(os.P_PID, process.pid, os.WEXITED | os.WNOWAIT)
@@ -162,11 +160,11 @@ class Tool(unittest.TestCase):
         self.assertIn("FEHLER: Während des Downloads der Datei (http://127.0.0.1:1/)", failed.stdout)
         local = self.run_tool("download", f"file://{self.folder}/music/b.txt", env=environment)
         self.assertEqual((local.returncode, local.stdout.count("\n")), (1, 2))
-        self.assertIn("only what comes over http or https is stored", local.stderr)
+        self.assertIn("only http and https URLs can be downloaded", local.stderr)
 
     def test_a_killed_download_leaves_the_old_file_or_none_or_the_whole_new(self):
         server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), SlowAnswer)
-        server.handle_error = lambda *_: None  # the other side was killed
+        server.handle_error = lambda *_: None  # ignores the errors of killed clients
         threading.Thread(target=server.serve_forever, daemon=True).start()
         self.addCleanup(server.shutdown)
 
@@ -177,12 +175,12 @@ class Tool(unittest.TestCase):
             process = subprocess.Popen(
                 [TOOL, "download", f"http://127.0.0.1:{server.server_port}/"], stdout=subprocess.DEVNULL,
                 env=dict(os.environ, XDG_DATA_HOME=str(group.parent), TMPDIR=str(group.parent)))
-            if number % 20 != 0:  # these come to their end
+            if number % 20 != 0:  # every twentieth download completes
                 time.sleep(random.uniform(0, 0.8))
                 process.kill()
             process.wait()
             self.assertLessEqual(set(os.listdir(group)), {"download.zip"})
-            self.assertEqual(os.listdir(group.parent), [group.name])  # no copy beside it, however the tool ended
+            self.assertEqual(os.listdir(group.parent), [group.name])  # no temporary file, however the tool ended
             content = (group / "download.zip").read_bytes() if os.listdir(group) else b""
             self.assertIn(content, (b"", b"the old file", SlowAnswer.content))
             return len(content)

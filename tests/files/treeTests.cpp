@@ -15,7 +15,7 @@ constexpr std::string_view RootIdentifier = "NSFileProviderRootContainerItemIden
 constexpr std::string_view WorkingSetIdentifier = "NSFileProviderWorkingSetContainerItemIdentifier";
 using Names = std::vector<std::string>;
 
-// root: A (1) with x (2) and Deep (3) with y (4); b (5).
+// The root contains A (1), with x (2) and Deep (3), which contains y (4); and b (5).
 class Tree : public testing::Test {
   protected:
     void SetUp() override {
@@ -42,7 +42,7 @@ class Tree : public testing::Test {
 TEST_F(Tree, PagesShowOneFolder) {
     test::CapturedOutput output;
     tree.setExpanded(true);
-    EXPECT_FALSE(tree.root->children[1]->_expanded()); // is no directory
+    EXPECT_FALSE(tree.root->children[1]->_expanded()); // not a directory
     tree.makeExpandedList();
     EXPECT_EQ(names(), (Names{"A", "x", "Deep", "y", "b"}));
     tree.makeExpandedPage(RootIdentifier);
@@ -90,7 +90,7 @@ TEST_F(Tree, LookupReadsTheAttributesAndSparesTheRoot) {
     EXPECT_EQ(output.take(), Names{"FileTree: The file (root) was found :  " + std::string(RootIdentifier)});
     tree.root->setAttributes(test::attributesOf(99, 0));
     EXPECT_EQ(tree.findFileWithUID("99"), nullptr);
-    tree.root->children[1]->setUid(NSNumber(4)); // only the attributes count
+    tree.root->children[1]->setUid(NSNumber(4)); // the search reads only the attributes
     EXPECT_EQ(tree.findFileWithUID("4")->getFileName(), "y");
     tree.setExpanded(true);
     tree.root->set_expanded(false);
@@ -116,11 +116,11 @@ TEST(DeepTree, CostsInProportionToItsLevels) {
     for (std::size_t level = 0; level < Levels; ++level) {
         (void)test::addNode<Folder>(tree, path += level == 0 ? "d" : "/d");
     }
-    EXPECT_LT(residentBytes() - before, 60L << 20U); // whole paths would take 900 MB
+    EXPECT_LT(residentBytes() - before, 60L << 20U); // whole paths would occupy 900 MB
     const auto last = tree.filelist.back();
     EXPECT_EQ(last->subpath(), path);
     EXPECT_EQ(last->_indent(), Levels - 1);
-    // What one node is called changes nothing else.
+    // Renaming one node does not affect any other.
     tree.root->children[0]->setSubpath("renamed");
     EXPECT_EQ(last->subpath(), path);
     tree.filelist[Levels / 2]->setRootpath("/elsewhere");

@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The computed access rights beside what the system answers.
+// Compares the computed access rights with the system's answers.
 #include "platform/foundation/FileManager.hpp"
 #include "tests/support/child.hpp"
 
 #include <linux/fs.h>
-#include <sched.h>
 #include <sys/ioctl.h>
-#include <sys/mount.h>
 
 using namespace platform;
 using namespace tonewright::test;
@@ -18,7 +16,7 @@ namespace {
 constexpr uid_t User = 12345;
 constexpr gid_t OtherGroup = 12346;
 
-// Walks `root` and compares every item's facts with the answers by path.
+// Walks `root` and compares the facts about every item with the answers for its path.
 int compare(const std::string& root) {
     const FileManager& manager = FileManager::defaultManager();
     const auto enumerator = manager.enumeratorAtPath(root);
@@ -47,7 +45,7 @@ int compare(const std::string& root) {
     return items;
 }
 
-// Files, folders and links of every mode and several owners.
+// Creates files, folders and links with every mode and several owners.
 void makeEveryMode(const Scratch& scratch) {
     const bool isRoot = ::geteuid() == 0;
     int number = 0;
@@ -62,7 +60,7 @@ void makeEveryMode(const Scratch& scratch) {
                 const std::string folder = scratch.folder("folders/d" + std::to_string(number));
                 (void)::symlink(("../modes/" + name).c_str(), (folder + "-link").c_str());
                 scratch.file("folders/d" + std::to_string(number) + "/inside");
-                ::chmod(folder.c_str(), mode | (mode & 8U) << 6U); // some with the sticky bit
+                ::chmod(folder.c_str(), mode | (mode & 8U) << 6U); // some have the sticky bit
                 if (isRoot && ::chown(folder.c_str(), owner, group) != 0) FAIL();
             }
         }
@@ -106,10 +104,7 @@ TEST(AccessRights, MountsAndTheImmutableAttributeForbid) {
     scratch.folder("mount");
     holdsInChild([&] {
         const std::string mount = scratch / "mount";
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("none", mount.c_str(), "tmpfs", 0, nullptr) != 0) {
-            ::_exit(CannotTry);
-        }
+        mountInChild("none", mount, "tmpfs", 0);
         const std::string program = scratch.file("mount/program");
         ::chmod(program.c_str(), 0755);
         scratch.file("mount/folder/file");

@@ -23,7 +23,7 @@ TEST(Console, OnlyOurLinesReachStandardOutput) {
 }
 
 TEST(Console, LinesStayWholeWhenThreadsWriteTogether) {
-    constexpr std::size_t Length = 100'000; // more than a pipe takes at once
+    constexpr std::size_t Length = 100'000; // more than fits into a pipe
     int ends[2];
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
     const int kept = ::dup(STDOUT_FILENO);
@@ -56,7 +56,7 @@ TEST(Console, ClosedOrFullStandardOutputHarmsNothingAndIsKnown) {
         reserveStandardOutput();
         print("lost");
         EXPECT_EQ(printError(), EBADF);
-        EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file is taken for standard output
+        EXPECT_GT(::open("/dev/null", O_RDONLY), 2); // no file gets the descriptor of standard output
     });
 }
 

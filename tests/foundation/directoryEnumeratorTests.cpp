@@ -21,7 +21,7 @@ std::vector<std::string> walk(const std::string& path) {
     return items;
 }
 
-// Makes nested folders far beyond the longest path that the system takes; each holds one file.
+// Creates nested folders whose path is far longer than the system's limit; each folder contains one file.
 void makeChain(const std::string& path, int levels, const std::string& name) {
     int directory = ::open(path.c_str(), O_RDONLY | O_DIRECTORY);
     for (int i = 0; i < levels; ++i) {
@@ -75,7 +75,7 @@ TEST(DirectoryEnumerator, OpensADirectoryOnlyWhenItsSuccessorIsAskedFor) {
 
 TEST(DirectoryEnumerator, PassesPathsOfAnyLengthAndFewDescriptors) {
     const Scratch scratch;
-    makeChain(scratch.path(), 60, std::string(255, 'n')); // 15 KB of path
+    makeChain(scratch.path(), 60, std::string(255, 'n')); // a path of 15 KB
     scratch.file("side/a/b/c/file");
     const auto expected = walk(scratch.path());
     EXPECT_EQ(expected.size(), 125U);

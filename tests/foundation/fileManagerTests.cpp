@@ -4,13 +4,12 @@
 #include "platform/foundation/FileManager.hpp"
 #include "tests/support/child.hpp"
 
-#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/xattr.h>
 
-// Replaces the C library's: a directory named "damaged" returns some of its names and then fails.
+// Replaces the C library's function: a directory named "damaged" returns some of its names and then fails.
 extern "C" ssize_t getdents64(int directory, void* buffer, std::size_t size) {
     char path[4096] = {};
     (void)::readlink(("/proc/self/fd/" + std::to_string(directory)).c_str(), path, sizeof path - 1);
@@ -31,17 +30,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void becomeAloneWithMounts() {
-    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
-        ::_exit(CannotTry);
-    }
-}
-
-void mountOrSkip(const char* what, const std::string& where, const char* type, unsigned long flags) {
-    if (::mount(what, where.c_str(), type, flags, nullptr) != 0) ::_exit(CannotTry);
-}
-
-// Allows what is not forbidden, does something meanwhile, and records what it was asked.
+// Allows everything except `forbidden`, calls `meanwhile`, and records the questions.
 class Answers : public FileManagerDelegate {
   public:
     std::vector<std::string> asked;
@@ -105,7 +94,7 @@ TEST(FileManager, AttributesDoNotFollowALinkTheQuestionsDo) {
     EXPECT_FALSE(manager.fileExistsAtPath(std::string("/tmp\0x", 6)));
     const auto file = manager.attributesOfItemAtPath(scratch / "file");
     EXPECT_EQ(file.value().size(), NSNumber(5));
-    EXPECT_GE(file.value().count(), FileAttributeKeyCount - 2); // not every user and group has a name
+    EXPECT_GE(file.value().count(), FileAttributeKeyCount - 2); // a user or group can lack a name
     struct stat status {};
     ::stat((scratch / "file").c_str(), &status);
     EXPECT_EQ(file.value().systemFileNumber(), NSNumber(status.st_ino));
@@ -247,8 +236,7 @@ TEST(FileManager, AFullDiskOrAFileSizeLimitLeavesNoPart) {
     });
     holdsInChild([&] {
         const std::string disk = scratch / "disk";
-        becomeAloneWithMounts();
-        if (::mount("none", disk.c_str(), "tmpfs", 0, "size=1m") != 0) ::_exit(CannotTry);
+        mountInChild("none", disk, "tmpfs", 0, "size=1m");
         const auto error = FileManager().copyItemAtPath(scratch / "large", disk + "/copy");
         EXPECT_TRUE(error && error->code() == ENOSPC);
         scratch.file("tree/a", "small");
@@ -264,9 +252,9 @@ TEST(FileManager, AFullDiskOrAFileSizeLimitLeavesNoPart) {
 TEST(FileManager, AFailedCopyTakesAwayWhatItMadeAndNothingElse) {
     const Scratch scratch;
     for (const char* name : {"tree/a/file", "tree/b/file", "tree/c", "tree/z"}) scratch.file(name);
-    ::chmod((scratch / "tree/b").c_str(), 0555); // finished, and closed, before the copy fails
+    ::chmod((scratch / "tree/b").c_str(), 0555); // finished and closed before the copy fails
     FileManager manager;
-    // Another takes the place of the copy while it is made, and puts something into the copy.
+    // Another directory replaces the copy while it is being made, and a file is added to the copy.
     Answers answers;
     answers.meanwhile = [&](const std::string& what) {
         if (what.find("/z > ") == std::string::npos) return;
@@ -287,9 +275,9 @@ TEST(FileManager, WhatIsMountedBelowAnItemIsNeitherRemovedNorCopied) {
     scratch.file("kept/file");
     for (const char* folder : {"tmpfs/on", "bound/on"}) scratch.folder(folder);
     holdsInChild([&] {
-        becomeAloneWithMounts();
-        mountOrSkip("none", scratch / "tmpfs/on", "tmpfs", 0);
-        mountOrSkip((scratch / "kept").c_str(), scratch / "bound/on", nullptr, MS_BIND); // the same device
+        mountInChild("none", scratch / "tmpfs/on", "tmpfs", 0);
+        mountInChild((scratch / "kept").c_str(), scratch / "bound/on", nullptr,
+                     MS_BIND); // on the same device
         scratch.file("tmpfs/on/file");
         FileManager manager;
         for (const std::string name : {"tmpfs", "bound"}) {
@@ -326,13 +314,12 @@ TEST(FileManager, ADirectoryThatFailsWhileItIsReadIsAnError) {
     const auto removing = manager.removeItemAtPath(scratch / "tree");
     EXPECT_TRUE(removing && removing->code() == EIO);
     holdsInChild([&] {
-        becomeAloneWithMounts();
-        mountOrSkip("none", scratch.folder("disk"), "tmpfs", 0);
+        mountInChild("none", scratch.folder("disk"), "tmpfs", 0);
         const auto moving = manager.moveItemAtPath(scratch / "tree", scratch / "disk/tree");
         EXPECT_TRUE(moving && moving->code() == EIO);
         EXPECT_TRUE(fs::is_empty(scratch / "disk"));
     });
-    fs::rename(scratch / "tree/damaged", scratch / "tree/whole"); // all of them are still there
+    fs::rename(scratch / "tree/damaged", scratch / "tree/whole"); // no item was removed
     EXPECT_EQ(manager.contentsOfDirectoryAtPath(scratch / "tree/whole").value().size(), 100U);
 }
 

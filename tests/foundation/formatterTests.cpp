@@ -7,19 +7,17 @@
 #include "platform/foundation/NSNumber.hpp"
 #include "tests/support/testing.hpp"
 
-#include <ctime>
-
 using namespace platform;
 
 namespace {
 
-// The same text made by the C library, moment by moment.
+// Returns the text that the formatter should return, produced by the C library.
 std::string expected(std::int64_t seconds) {
     const std::time_t moment = seconds;
     std::tm local{};
     ::localtime_r(&moment, &local);
     char text[64];
-    const char* format = "%b %-d, %-Y at %-I:%M:%S %p"; // the C library's "-" is no standard one
+    const char* format = "%b %-d, %-Y at %-I:%M:%S %p"; // the flag "-" is an extension
     std::strftime(text, sizeof text, format, &local);
     return text;
 }
@@ -49,13 +47,13 @@ TEST(DateFormatter, AgreesWithTheCLibraryInEveryZoneAndCentury) {
         std::uniform_int_distribution<std::int64_t> any(-60'000'000'000, 250'000'000'000);
         std::vector<std::int64_t> moments;
         for (int i = 0; i < 20'000; ++i) moments.push_back(i % 4 == 0 ? any(random) : recent(random));
-        // The shortest times for which clocks were changed and changed back: four days, a week.
+        // The shortest periods between two changes of the clock: four days, and a week.
         for (const std::int64_t around : {-957'308'400, 970'974'000, 970'977'600}) {
             for (int i = -900; i < 900; ++i) moments.push_back(around + i * 1733);
         }
-        // The last leap second, in zones that count them.
+        // The last leap second, for zones that count leap seconds.
         for (int i = -60; i < 60; ++i) moments.push_back(1'483'228'800 + i);
-        // Every half hour of a year with its changes of the clock.
+        // Every half hour of a year that includes clock changes.
         for (int i = 0; i < 17'530; ++i) moments.push_back(1'767'225'600 + i * 1799);
         for (const std::int64_t seconds : moments) {
             ASSERT_EQ(DateFormatter().stringFromDate({seconds, 999'999'999}), expected(seconds))

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Passes the kept inputs, and many made at random, through a fuzz target.
+// Passes the stored inputs and many random ones through a fuzz target.
 #include "tests/fuzz/fuzz.hpp"
 #include "tests/support/testing.hpp"
 
 TEST(Fuzz, KeptAndRandomInputs) {
     const tonewright::test::CapturedOutput output;
-    const std::filesystem::path fixtures =
-        std::filesystem::path(std::getenv("TONEWRIGHT_SOURCE_DIR")) / FUZZ_FIXTURES;
+    const std::string fixtures = tonewright::test::sourceTree() + "/" + FUZZ_FIXTURES;
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(fixtures)) {
         fuzzOne(tonewright::test::contentOf(entry.path()));

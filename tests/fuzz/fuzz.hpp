@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-/// Passes one input to the subject; aborts if an invariant is violated.
+/// Processes one input; aborts if an invariant is violated.
 void fuzzOne(std::string_view input);
 
 inline void require(bool holds) {

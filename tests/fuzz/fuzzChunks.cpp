@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Chunked bodies of any bytes, compressed or not: the result does not depend on how they were cut into
-// pieces.
+// Decodes chunked bodies of arbitrary bytes, compressed or not. The result must not depend on how the bytes
+// are split into pieces.
 #include "tests/fuzz/fuzz.hpp"
 
 #include "platform/network/detail/ChunkedBody.hpp"
@@ -36,11 +36,11 @@ Result takeApart(std::span<const std::byte> input, std::size_t pieceLength) {
                 isDamaged || packed.unpack(content, [&](auto bytes) { return note(result.unpacked, bytes); });
         }
         if (body.isWhole() || body.isBroken()) break;
-        require(piece.empty()); // everything is taken
+        require(piece.empty()); // all input was consumed
     }
     result.isWhole = body.isWhole();
     result.isUnpackedWhole = !isDamaged && packed.isWhole();
-    if (isDamaged) result.unpacked.clear(); // how far it got until then does depend on the pieces
+    if (isDamaged) result.unpacked.clear(); // the content before the damage depends on the pieces
     return result;
 }
 

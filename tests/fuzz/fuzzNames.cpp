@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Names and paths of any bytes through the nodes and their texts.
+// Uses arbitrary bytes as names and paths of nodes, and writes the nodes' texts.
 #include "tests/fuzz/fuzz.hpp"
 
 #include "platform/foundation/DateFormatter.hpp"
-#include "shared/Common/Files/FileTree.hpp"
 #include "tests/files/nodes.hpp"
 
 #include <cstring>
@@ -14,7 +13,7 @@ using namespace tonewright;
 
 namespace {
 
-// A leading "/" is a component of its own.
+// Returns the number of path components; a leading "/" counts as one.
 std::int64_t componentCount(std::string_view path) {
     std::int64_t count = path.starts_with('/') ? 1 : 0;
     bool inside = false;
@@ -25,7 +24,7 @@ std::int64_t componentCount(std::string_view path) {
     return count;
 }
 
-// One node from a piece of the input: its first nine bytes are numbers, the rest is its path.
+// Creates a node from a piece of the input: the first nine bytes are numbers, the others its path.
 std::shared_ptr<File> nodeFrom(std::string_view piece) {
     std::shared_ptr<File> node = std::make_shared<Folder>();
     unsigned char flags = 0;
@@ -66,7 +65,7 @@ void fuzzOne(std::string_view input) {
         names += node->getFileName().size() + node->getFileExtension().size() + node->getParentPath().size();
         if (names % 5 == 0) tree.filelist[0]->setSubpath(node->subpath());
     }
-    const FileList listed = tree.filelist; // with the nodes that were never attached to the root
+    const FileList listed = tree.filelist; // includes nodes that were never attached to the root
     (void)tree.xml();
     bool listable = true;
     for (const auto& node : tree.filelist) listable = listable && node->_indent() >= 0;

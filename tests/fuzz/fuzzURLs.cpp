@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Texts of any bytes as URLs, as paths and as item identifiers.
+// Uses arbitrary bytes as URLs, as paths and as item identifiers.
 #include "tests/fuzz/fuzz.hpp"
 
 #include "platform/foundation/URL.hpp"
@@ -18,7 +18,7 @@ void fuzzOne(std::string_view input) {
         require(URL::fromString(longer.absoluteString()).has_value());
         (void)longer.lastPathComponent();
     }
-    // A file URL keeps every byte of a path, apart from slashes at its end.
+    // A file URL preserves every byte of a path, except slashes at the end.
     std::string path = "/" + std::string(input);
     const URL file = URL::fileURLWithPath(path, false);
     require(URL::fromString(file.absoluteString()).has_value());

@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); // for the lines that the subjects print
+    ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); // discards the lines that the subjects print
     return 0;
 }
 

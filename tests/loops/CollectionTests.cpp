@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// All eighty loops, as the build made them, beside their recipes.
+// Compares all eighty loops, as the build made them, with their recipes.
 #include "loops/synth/ExactMath.hpp"
 #include "loops/synth/Loudness.hpp"
 #include "tests/loops/LoopFile.hpp"
@@ -11,28 +11,6 @@ namespace tonewright::loops {
 namespace {
 
 constexpr int Count = 80;
-
-TEST(Collection, HasTheVarietyItPromises) {
-    std::set<std::string> titles;
-    std::map<std::pair<int, int>, int> metres;
-    std::set<std::pair<int, std::vector<int>>> keys;
-    std::map<int, int> channels, rates;
-    for (int number = 1; number <= Count; ++number) {
-        const Recipe recipe = recipeNumber(number);
-        EXPECT_FALSE(recipe.title.empty()) << number;
-        EXPECT_TRUE(titles.insert(recipe.title).second) << recipe.title;
-        ++metres[{recipe.beats, recipe.unit}];
-        keys.insert({recipe.key.root, recipe.key.scale});
-        ++channels[recipe.channels];
-        ++rates[recipe.rate];
-    }
-    for (const auto& metre : {std::pair{4, 4}, {3, 4}, {6, 8}, {7, 8}, {5, 4}}) {
-        EXPECT_GE(metres[metre], 3) << metre.first << "/" << metre.second;
-    }
-    EXPECT_GE(keys.size(), 25U);
-    EXPECT_GE(channels[1], 5);
-    EXPECT_GE(rates[48000], 8);
-}
 
 double greatest(const std::vector<std::vector<float>>& channels) {
     float most = 0;
@@ -68,7 +46,7 @@ void examine(int number) {
 }
 
 TEST(Collection, LoopsExactlyAndAllEquallyLoud) {
-    std::atomic<int> next = 1; // each worker takes the next number
+    std::atomic<int> next = 1; // each thread takes the next number
     const auto work = [&] {
         for (int number = next++; number <= Count; number = next++) examine(number);
     };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A loop's file as the program plays it, beside the samples that went into it.
+// Compares a loop's file, as the program plays it, with the samples from which it was encoded.
 #pragma once
 
 #include "loops/synth/Render.hpp"
@@ -9,7 +9,7 @@
 
 namespace tonewright::loops {
 
-/// Plays the file pass after pass, at its own rate.
+/// Returns `passes` passes of the file, played one after the other at its own rate.
 inline test::Sound passesOf(const std::string& path, int rate, int passes) {
     const auto file = platform::AVAudioFile::open(platform::URL::fileURLWithPath(path));
     if (!file) {
@@ -24,8 +24,8 @@ inline test::Sound passesOf(const std::string& path, int rate, int passes) {
     return offline.render(static_cast<std::size_t>(file.value()->lengthFrames() * passes));
 }
 
-/// Expects the file to hold every frame of `pcm` in its place, coded around the seam as well as elsewhere,
-/// and so many decibels better than its error. Returns what it decodes to.
+/// Expects the file to contain every frame of `pcm` in its place, coded around the seam as well as elsewhere,
+/// with a signal-to-noise ratio of at least `signalToNoise` decibels. Returns the decoded sound.
 inline test::Sound expectLoop(const std::string& path, const Pcm& pcm, double signalToNoise) {
     test::Sound decoded = passesOf(path, pcm.rate, 1);
     if (decoded.size() != pcm.channels.size() || decoded[0].size() != pcm.frames()) {

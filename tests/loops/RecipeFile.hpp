@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Recipes for tests, from a text or from the tree.
+// Recipes for tests, from a string or from the source tree.
 #pragma once
 
 #include "loops/synth/RecipeParser.hpp"
@@ -10,10 +10,9 @@
 
 namespace tonewright::loops {
 
-/// Returns a file of the recipes' folder.
+/// Returns the content of a file in the recipes' folder.
 inline std::string recipeText(const std::string& name) {
-    const char* tree = std::getenv("TONEWRIGHT_SOURCE_DIR");
-    const std::string file = std::string(tree == nullptr ? "." : tree) + "/loops/recipes/" + name;
+    const std::string file = test::sourceTree() + "/loops/recipes/" + name;
     EXPECT_TRUE(std::filesystem::exists(file)) << file;
     return test::contentOf(file);
 }
@@ -30,7 +29,7 @@ inline const SoundLibrary& soundsOfTheTree() {
     return sounds;
 }
 
-/// Returns the recipe that `text` describes; a text with a fault fails the test.
+/// Returns the recipe that `text` describes; an error in `text` fails the test.
 inline Recipe recipeOf(std::string_view text) {
     std::variant<Recipe, LineFault> read = parseRecipe(text, soundsOfTheTree());
     if (const auto* fault = std::get_if<LineFault>(&read)) {

@@ -1,14 +1,12 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The loops' program itself: its help, its one sentence about a fault, its exit status, its files."""
+"""Tests the command-line program tonewright-loops: its help, one-sentence error messages, exit status and files."""
 import pathlib
 import subprocess
-import sys
 import tempfile
 import unittest
 
-sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "support"))
-from cases import BUILD, SOURCE, main  # noqa: E402
+from cases import BUILD, SOURCE, main
 
 
 class LoopsProgram(unittest.TestCase):
@@ -18,7 +16,7 @@ class LoopsProgram(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def run_program(self, *arguments) -> tuple[int, str]:
-        """Give the exit status and what was said on both outputs."""
+        """Return the exit status and the text on standard output and standard error."""
         result = subprocess.run([BUILD / "bin/tonewright-loops", "--sounds", SOURCE / "loops/recipes", *arguments], stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, text=True, cwd=self.folder, timeout=60)
         return result.returncode, result.stdout

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Servers on loopback. Each runs on a thread of its own, takes one connection after the other and ends with
-// its object.
+// Servers on loopback. Each has a thread, which serves one connection after the other until the object is
+// destroyed.
 #pragma once
 
 #include "tests/support/testing.hpp"
@@ -12,7 +12,7 @@
 
 namespace tonewright::test {
 
-/// Writes all of `text` to a connection.
+/// Sends all of `text` to a connection.
 inline void sendAll(int connection, const std::string& text) {
     for (std::size_t done = 0; done < text.size();) {
         const ssize_t sent = ::send(connection, text.data() + done, text.size() - done, MSG_NOSIGNAL);
@@ -21,16 +21,16 @@ inline void sendAll(int connection, const std::string& text) {
     }
 }
 
-/// Waits until the other side closes the connection.
+/// Waits until the client closes the connection.
 inline void waitForClose(int connection) {
     char byte = 0;
     while (::recv(connection, &byte, 1, 0) > 0) {
     }
 }
 
-/// Reads each connection's request and leaves the rest to `answer`; a request that is no text is left as it
-/// is.
-class BadServer {
+/// Reads the request of each connection and calls `answer` with its path. A request that does not begin with
+/// a letter is not read, and its path is empty.
+class BadServer : Uncopied {
   public:
     using Answer = std::function<void(int connection, const std::string& path)>;
     explicit BadServer(Answer answer)
@@ -52,8 +52,6 @@ class BadServer {
         _thread.join();
         ::close(_listener);
     }
-    BadServer(const BadServer&) = delete;
-    BadServer& operator=(const BadServer&) = delete;
 
     [[nodiscard]] std::string url(const std::string& path = "/") const { return _base + path; }
 
@@ -80,24 +78,24 @@ class BadServer {
     std::thread _thread;
 };
 
-/// Answers as servers do:
-///   /text          200, "hello"                     /status/NNN    that status, "status NNN"
-///   /bytes/N       200, N bytes in pieces, announced /chunked/N     the same, not announced
-///   /loop          a redirect to itself              /redirect/N    N hops, then /text
-///   /file          a redirect to a file URL          /empty         200, nothing
+/// Answers like a regular server:
+///   /text          200, "hello"                     /status/NNN    status NNN, "status NNN"
+///   /bytes/N       200, N bytes, Content-Length     /chunked/N     200, N bytes, chunked
+///   /loop          a redirect to itself             /redirect/N    N redirects, then /text
+///   /file          a redirect to a file URL         /empty         200, no content
 class HTTPServer : public BadServer {
   public:
     HTTPServer()
         : BadServer(reply) {}
 
-    /// Returns the byte at `position` of the bytes that it sends.
+    /// Returns the byte at `position` of the bodies of /bytes and /chunked.
     [[nodiscard]] static char byteAt(std::size_t position) {
         return static_cast<char>('a' + position * 7 % 26 + position / 65536 % 2);
     }
 
   private:
     static void reply(int connection, const std::string& path) {
-        const std::size_t slash = std::min(path.size(), path.find('/', 1)); // of what has a number after it
+        const std::size_t slash = std::min(path.size(), path.find('/', 1)); // before the number, if any
         const std::size_t number = std::strtoul(path.substr(slash).erase(0, 1).c_str(), nullptr, 10);
         const auto say = [&](const std::string& status, const std::string& headers, const std::string& body) {
             sendAll(connection,

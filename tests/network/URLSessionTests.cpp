@@ -4,10 +4,7 @@
 #include "platform/foundation/FileManager.hpp"
 #include "platform/network/URLSession.hpp"
 #include "tests/network/Servers.hpp"
-#include "tests/support/testing.hpp"
 
-#include <csignal>
-#include <future>
 #include <gio/gio.h>
 
 using namespace platform;
@@ -16,12 +13,12 @@ using namespace tonewright::test;
 
 namespace {
 
-// What a completion received.
+// The arguments of a completion.
 struct Outcome {
-    std::string content; // if it was not a file
+    std::string content; // not for files
     std::size_t size = 0;
     bool hasContent = false;
-    bool isRight = true; // a file's content is what the server sends
+    bool isRight = true; // whether a file's content is what the server sent
     int status = -1;
     std::int64_t announced = -1;
     std::string url, error, location;
@@ -57,7 +54,8 @@ URLRequest request(const std::string& url, double timeout = 60) {
     return made;
 }
 
-// Runs the task that `make` creates with a completion; returns what the completion received.
+// Creates a task with `make`, which receives a completion; runs the task and returns the completion's
+// arguments.
 Outcome outcomeOfTask(const auto& make) {
     const auto promise = std::make_shared<std::promise<Outcome>>();
     auto future = promise->get_future();
@@ -85,28 +83,28 @@ Outcome download(const URLRequest& what) {
     });
 }
 
-// Stops this process, all of its threads, for a second.
+// Stops all threads of this process for a second.
 void standStill() {
-    // A second call in case that the first comes too early.
+    // The second signal is needed if the first one comes before the stop.
     const std::string wake = "(for wait in 1 5; do sleep $wait; kill -CONT " + std::to_string(::getpid()) +
                              "; done) >/dev/null 2>&1 &";
     ASSERT_EQ(std::system(wake.c_str()), 0);
     ::kill(::getpid(), SIGSTOP);
 }
 
-// The completion has finished; its file is removed directly afterwards.
+// Waits until a folder is empty: a completion's file is removed shortly after the completion has returned.
 bool becomesEmpty(const std::string& folder) {
     for (int i = 0; i < 10'000 && !std::filesystem::is_empty(folder); ++i) std::this_thread::sleep_for(1ms);
     return std::filesystem::is_empty(folder);
 }
 
-#if defined(TONEWRIGHT_TSAN) // under which it would take half a minute
+#if defined(TONEWRIGHT_TSAN) // would take half a minute for the full size
 constexpr std::size_t Gigabyte = 100'000'000;
 #else
 constexpr std::size_t Gigabyte = 1'000'000'000;
 #endif
 
-// The outcome of a server's answer, compared exactly.
+// Returns the outcome of a request to a server that sends exactly `answer`.
 template <class Transfer>
 Outcome outcomeOf(Transfer transfer, const std::string& answer) {
     const BadServer server([&](int connection, auto&) { sendAll(connection, answer); });
@@ -146,7 +144,7 @@ TEST(URLSession, FollowsRedirectsAndGivesUpOnLoops) {
     const Outcome loop = fetch(request(server.url("/loop")));
     EXPECT_FALSE(loop.hasContent);
     EXPECT_NE(loop.error, "");
-    const Outcome local = fetch(request(server.url("/file"))); // a server must not make us read our disk
+    const Outcome local = fetch(request(server.url("/file"))); // a server must not redirect to local files
     EXPECT_EQ(local.content.find("root:"), std::string::npos);
 }
 
@@ -178,7 +176,7 @@ TEST(URLSession, AGigabyteTakesNoMemory) {
     ::getrusage(RUSAGE_SELF, &after);
     EXPECT_EQ(large.size, Gigabyte);
     EXPECT_TRUE(large.isRight);
-#if !defined(TONEWRIGHT_ASAN) && !defined(TONEWRIGHT_TSAN) // these keep what was freed
+#if !defined(TONEWRIGHT_ASAN) && !defined(TONEWRIGHT_TSAN) // sanitizers keep freed memory
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 50'000) << "kilobytes, the server's included";
 #endif
 }
@@ -189,7 +187,7 @@ TEST(URLSession, ATemporaryFileLivesAsLongAsTheCompletion) {
     const HTTPServer server;
     const Outcome outcome = download(request(server.url("/text")));
     EXPECT_EQ(outcome.size, 5U);
-    EXPECT_TRUE(outcome.location.starts_with("/proc/self/fd/")) << outcome.location; // it never has a name
+    EXPECT_TRUE(outcome.location.starts_with("/proc/self/fd/")) << outcome.location; // it has no name
     EXPECT_TRUE(becomesEmpty(scratch.path()));
     ::setenv("TMPDIR", (scratch / "none").c_str(), 1);
     EXPECT_NE(download(request(server.url("/text"))).error.find("couldn't be written"), std::string::npos);
@@ -206,7 +204,7 @@ TEST(URLSession, TheTimeOutIsOneWithoutProgress) {
     const Outcome outcome = download(request(stalled.url(), 0.3));
     EXPECT_EQ(outcome.error, "The request timed out.");
     EXPECT_FALSE(outcome.hasContent);
-    // Slow, but never silent for as long as the limit. A time in which this process stands still does not
+    // Slow, but never silent for as long as the timeout. Time during which this process is stopped does not
     // count.
     BadServer slow([](int connection, auto&) {
         sendAll(connection, std::string(Ok) + "Content-Length: 10\r\n\r\n");
@@ -253,9 +251,8 @@ TEST(URLSession, ServersThatCannotBeTrustedOrReachedAreErrors) {
     EXPECT_NE(fetch(request(closedPort)).error, "");
     EXPECT_NE(fetch(request("http://no-such-host.invalid/", 10)).error, "");
     const BadServer untrusted([](int connection, auto&) {
-        const std::string tree = std::getenv("TONEWRIGHT_SOURCE_DIR");
-        GTlsCertificate* certificate = g_tls_certificate_new_from_file(
-            (tree + "/tests/network/fixtures/untrusted.pem").c_str(), nullptr);
+        const std::string file = tonewright::test::sourceTree() + "/tests/network/fixtures/untrusted.pem";
+        GTlsCertificate* certificate = g_tls_certificate_new_from_file(file.c_str(), nullptr);
         GSocket* socket = g_socket_new_from_fd(::dup(connection), nullptr);
         GSocketConnection* plain = g_socket_connection_factory_create_connection(socket);
         GIOStream* secure = g_tls_server_connection_new(G_IO_STREAM(plain), certificate, nullptr);
@@ -290,7 +287,7 @@ TEST(URLSession, ReadsFilesWithoutWaiting) {
 
 TEST(URLSession, CancellingCallsTheCompletionOnce) {
     const BadServer silent([](int connection, auto&) { waitForClose(connection); });
-    std::promise<long> promise; // to be set twice would throw
+    std::promise<long> promise; // setting it twice would throw
     const auto task = URLSession::sharedSession()->dataTaskWithRequest(
         request(silent.url()),
         [&](const auto&, const auto&, const auto& error) { promise.set_value(error ? error->code() : 0); });

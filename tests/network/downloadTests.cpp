@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The scanner's download from a real server into a shared folder of the test's own.
+// Tests the scanner's download from a real server into a temporary shared folder.
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/URL.hpp"
 #include "shared/Common/Files/FileEnumerator.hpp"
 #include "tests/network/Servers.hpp"
-#include "tests/support/testing.hpp"
 
 using namespace tonewright;
 using platform::URL;
@@ -21,7 +20,7 @@ class Download : public testing::Test {
     void SetUp() override { ::setenv("XDG_DATA_HOME", scratch.path().c_str(), 1); }
     void TearDown() override { ::unsetenv("XDG_DATA_HOME"); }
 
-    // Downloads and returns the lines.
+    // Downloads `url` and returns the printed lines.
     Lines download(const std::string& url) {
         std::atomic<bool> ended{false};
         test::CapturedOutput output;
@@ -67,7 +66,7 @@ TEST_F(Download, ReplacesAFileAndSaysEveryStep) {
     EXPECT_EQ(test::contentOf(destination), "status 404");
 
     std::filesystem::remove(destination);
-    scratch.file("group.tonewright.example/download.zip/a/b"); // a folder of that name goes as well
+    scratch.file("group.tonewright.example/download.zip/a/b"); // a folder of that name is also replaced
     EXPECT_EQ(download(url).size(), 6U);
     EXPECT_EQ(test::contentOf(destination), "hello");
 }
@@ -86,7 +85,7 @@ TEST_F(Download, FailuresAreOneLineEach) {
     EXPECT_EQ(outcome, DownloadOutcome::Failed);
 
     lines = download(URL::fileURLWithPath(scratch.file("local")).absoluteString());
-    EXPECT_EQ(lines.size(), 2U); // no line, no copy
+    EXPECT_EQ(lines.size(), 2U); // no further line, no copy
     EXPECT_EQ(lines.back(), Last);
     EXPECT_EQ(outcome, DownloadOutcome::NotStored);
 

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What every file of the tree must have and must not have: licence heads, sizes, links, the code's format."""
+"""Checks what every file of the tree must and must not contain: licence headers, sizes, links, code format."""
 import fnmatch
 import os
 import pathlib
@@ -12,7 +12,7 @@ import unittest
 from tree import CODE, SOURCE, code, files, main, text
 
 LICENCE = re.compile(r"SPDX-License-Identifier: ([A-Za-z0-9.-]+)")
-# What would tie the tree to one machine or to papers that do not travel with it. Written so as not to match itself.
+# Texts that would tie the tree to one machine or to papers outside the tree. The patterns do not match themselves.
 TIES = {
     "a path of one machine": re.compile(r"(?<![\w.])/(?:[w]ork|[h]ome/\w+|[r]oot)/\w"),
     "a host that packages are fetched from": re.compile(r"\b(?:deb[.]debian|registry[.]npmjs|pypi)[.]org\b"),
@@ -20,14 +20,15 @@ TIES = {
     "a folder beside the tree": re.compile(r"[.][.]/[s]hared/"),
 }
 
-# Wordings that made readers stop before, over comments and documents; written so as not to match themselves.
+# Wordings that readers had to read twice, in comments and documents. The pattern does not match itself.
 STUMBLES = re.compile(r"\b(?:an[ ]own|said[ ]on standard error|are[ ]no numbers|is[ ]no number|comes? to[ ]play|found[ ]no room|"
                       r"behind the[ ]last|stands?[ ]under|time[ ]line|reckon(?:ed)?[ ]|one[ ]behind the other|"
-                      r"called[ ]with, and end|behind[ ]the program's name|stands?[ ](?:elsewhere|nowhere)|told[ ]in one line)\b")
+                      r"called[ ]with, and end|behind[ ]the program's name|stands?[ ](?:elsewhere|nowhere)|told[ ]in one line|"
+                      r"[Tt]ells?[ ]whether|by[ ](?:turns|chance)|this[ ]text and end)\b")
 
 
 def annotated() -> list[str]:
-    """Give the patterns of the files whose licence stands in REUSE.toml, as they have no place for a comment."""
+    """Return the patterns of files that cannot contain comments, whose licence is therefore in REUSE.toml."""
     paths = [annotation["path"] for annotation in tomllib.loads(text("REUSE.toml"))["annotations"]]
     return [one for path in paths for one in ([path] if isinstance(path, str) else path)]
 
@@ -100,7 +101,7 @@ class Texts(unittest.TestCase):
 
 
 class DesktopFiles(unittest.TestCase):
-    """What the desktop reads of an installed program is valid for the desktop's own validators."""
+    """Checks the files that desktop environments read with the validators of these environments."""
 
     def test_are_valid(self):
         for pattern, *command in (("*.desktop", "desktop-file-validate"),

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""clang-tidy finds nothing. It takes seconds a file, so one run looks at what changed since the branch left main and
-at every twenty-fourth of the other sources, others with each commit; tools/tidy looks at all of them."""
+"""Checks that clang-tidy finds nothing. It takes seconds per file, so a run checks only the files that changed on this
+branch and every twenty-fourth of the others, a different selection for each commit; tools/tidy checks all files."""
 import json
 import os
 import subprocess

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Whether translators see every text of the program, and no other."""
+"""Checks that the translation template contains all texts of the program and no others."""
 import pathlib
 import subprocess
 import tempfile

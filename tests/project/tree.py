@@ -1,20 +1,18 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The files of the project, for the checks of this folder."""
+"""The files of the project, for the checks in this folder."""
 import functools
 import pathlib
 import subprocess
-import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
-from cases import BUILD, SOURCE, main  # noqa: E402,F401 (for the checks)
+from cases import BUILD, SOURCE, main  # noqa: F401 (for the checks)
 
 CODE = {".cpp", ".hpp", ".c", ".h"}
 
 
 @functools.lru_cache(maxsize=None)
 def files() -> tuple[str, ...]:
-    """Give every file that belongs to the project, by its path from the top: what git knows and what it would add."""
+    """Return the paths of all files of the project, relative to its root: those that git tracks or would add."""
     listing = subprocess.run(
         ["git", "-c", "safe.directory=*", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
         cwd=SOURCE, capture_output=True, check=True).stdout.decode()

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An effect that lives in the test: it scales the sound and remembers what its host does to it.
+// An effect implemented by the test: it scales the sound and records what its host does.
 #pragma once
 
 #include "platform/dispatch/DispatchQueue.hpp"
-#include "platform/dispatch/RunLoop.hpp"
 #include "platform/effects/AUAudioUnit.hpp"
 #include "platform/effects/AVAudioUnit.hpp"
 #include "platform/effects/seams.hpp"
 #include "tests/audio/audioFixture.hpp"
+#include "tests/support/waitFor.hpp"
 
 namespace tonewright::test {
 
@@ -20,9 +20,9 @@ class InProcessEffect final : public platform::AUAudioUnit {
         _processor->gain = gain;
     }
 
-    /// What `setMIDIOutputEventBlock` installed; empty when it was not called.
+    /// The block passed to `setMIDIOutputEventBlock`; empty if it was not called.
     platform::MIDIOutputEventBlock midiBlock;
-    /// Answers the request for the interface, instead of "none".
+    /// Replaces the default answer to a request for the interface, which is null.
     using Answer = std::function<void(std::shared_ptr<platform::UIViewController>)>;
     std::function<void(Answer)> onViewRequest = [](Answer answer) {
         platform::DispatchQueue::main().async([answer = std::move(answer)] { answer(nullptr); });
@@ -53,7 +53,7 @@ class InProcessEffect final : public platform::AUAudioUnit {
     std::string _contextName;
 };
 
-/// A provider of such effects, in the order given.
+/// A component provider of such effects, in the given order.
 class InProcessProvider final : public platform::ComponentProvider {
   public:
     struct Entry {
@@ -83,23 +83,15 @@ class InProcessProvider final : public platform::ComponentProvider {
         return platform::Error("Test", 1, "The effect could not be made.");
     }
 
-    Lines instantiated; // identifiers; read it after the completion came
+    Lines instantiated; // identifiers; read only after the completion was called
 
   private:
     std::vector<Entry> _entries;
 };
 
-/// Makes `effect` the only one that is found, and instantiates it; null after twenty seconds.
 [[nodiscard]] inline std::shared_ptr<platform::AVAudioUnit>
-makeUnit(const std::shared_ptr<InProcessEffect>& effect) {
-    const platform::AudioComponentDescription description{.componentType = platform::fourCharCode("aumf")};
-    InProcessProvider::install(std::make_shared<InProcessProvider>(std::vector<InProcessProvider::Entry>{
-        {{.description = description, .name = "Test", .version = "1", .identifier = "test"}, effect}}));
-    std::shared_ptr<platform::AVAudioUnit> made;
-    platform::AVAudioUnit::instantiate(description, platform::AudioComponentInstantiationOptions::None,
-                                       [&](const auto& unit, const auto&) { made = unit; });
-    platform::RunLoop::current().runUntil([&] { return made != nullptr; }, 20);
-    return made;
+nodeOf(const std::shared_ptr<InProcessEffect>& effect) {
+    return std::make_shared<platform::AVAudioUnit>(effect);
 }
 
 } // namespace tonewright::test

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Tonewright Authors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Runs a script's unittest cases and reports them as GoogleTest's executables do, so that ./test counts both alike."""
+"""Runs a script's unittest cases and reports them like GoogleTest programs, so that ./test counts both in the same way."""
 import os
 import pathlib
 import sys
@@ -13,47 +13,23 @@ BUILD = pathlib.Path(os.environ.get("TONEWRIGHT_BUILD_DIR", SOURCE / "build" / "
 
 
 class _Result(unittest.TextTestResult):
-    """Remembers what became of each case."""
+    """Records how long each case took."""
 
     def __init__(self, *arguments, **keywords):
         super().__init__(*arguments, **keywords)
-        self.cases = []
-        self._began = 0.0
-        self._became = ("run", None)
+        self.seconds = {}
 
     def startTest(self, test):
         super().startTest(test)
-        self._began, self._became = time.monotonic(), ("run", None)
-
-    def _fail(self, error):
-        self._became = ("failed", str(error[1]))
-
-    def addFailure(self, test, err):
-        super().addFailure(test, err)
-        self._fail(err)
-
-    def addError(self, test, err):
-        super().addError(test, err)
-        self._fail(err)
-        if not hasattr(test, "_testMethodName"):  # a set-up that failed before any case began
-            self.cases.append((str(test), 0.0, self._became))
-
-    def addSubTest(self, test, subtest, err):
-        super().addSubTest(test, subtest, err)
-        if err is not None:
-            self._fail(err)
-
-    def addSkip(self, test, reason):
-        super().addSkip(test, reason)
-        self._became = ("skipped", reason)
+        self._began = time.monotonic()
 
     def stopTest(self, test):
         super().stopTest(test)
-        self.cases.append((test.id(), time.monotonic() - self._began, self._became))
+        self.seconds[test.id()] = time.monotonic() - self._began
 
 
 def main(name: str) -> None:
-    """Run the cases of the calling script as the test `name`; end the process with 1 when one failed."""
+    """Run the cases of the calling script as the test `name`; exit with 1 if a case fails."""
     suite = unittest.defaultTestLoader.loadTestsFromModule(sys.modules["__main__"])
     if len(sys.argv) > 1:
         suite = unittest.defaultTestLoader.loadTestsFromNames(sys.argv[1:], sys.modules["__main__"])
@@ -61,9 +37,12 @@ def main(name: str) -> None:
     output = os.environ.get("GTEST_OUTPUT", "")
     if output.startswith("xml:"):
         root = xml.Element("testsuites")
-        for case, seconds, (became, why) in result.cases:
-            element = xml.SubElement(root, "testcase", name=case, time=f"{seconds:.3f}")
-            if became != "run":
-                xml.SubElement(element, "failure" if became == "failed" else "skipped", message=why or "")
+        # A case can fail in a subtest, and a set-up can fail before any case has begun.
+        failed = {getattr(test, "test_case", test).id(): text for test, text in result.failures + result.errors}
+        skipped = {test.id(): reason for test, reason in result.skipped}
+        for case in result.seconds | failed | skipped:
+            element = xml.SubElement(root, "testcase", name=case, time=f"{result.seconds.get(case, 0):.3f}")
+            if case in failed | skipped:
+                xml.SubElement(element, "failure" if case in failed else "skipped", message=(skipped | failed)[case])
         xml.ElementTree(root).write(f"{output[4:]}{name}.xml")
     sys.exit(0 if result.wasSuccessful() and result.testsRun else 1)

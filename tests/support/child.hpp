@@ -1,21 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Code that runs in a process of its own: as another user, with other limits, in other mounts.
+// Runs code in a child process: as another user, with other limits, or with other mounts.
 #pragma once
 
 #include "tests/support/testing.hpp"
 
 #include <grp.h>
-#include <sys/wait.h>
+#include <sys/mount.h>
 
 namespace tonewright::test {
 
-/// The exit status by which the child says that this machine does not allow the attempt.
+/// The child's exit status if this machine does not allow the attempt.
 inline constexpr int CannotTry = 77;
 
-/// Expects all of `body` to hold in a child process. If the machine does not allow the attempt, `body` ends
-/// the child with `CannotTry`; the test is then skipped.
+/// Expects `body` to pass in a child process. If the machine does not allow the attempt, `body` exits with
+/// `CannotTry`, and the test is skipped.
 inline void holdsInChild(const std::function<void()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -24,11 +24,13 @@ inline void holdsInChild(const std::function<void()>& body) {
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == CannotTry) GTEST_SKIP() << "no right to do this here";
+    if (WIFEXITED(status) && WEXITSTATUS(status) == CannotTry) {
+        GTEST_SKIP() << "this machine does not allow it";
+    }
     EXPECT_EQ(status, 0);
 }
 
-/// Expects the same of `body` run as an ordinary user with these groups.
+/// Like holdsInChild, but runs `body` as an ordinary user with these groups.
 inline void holdsInChildAs(uid_t user, gid_t group, const std::vector<gid_t>& groups,
                            const std::function<void()>& body) {
     holdsInChild([&] {
@@ -37,6 +39,16 @@ inline void holdsInChildAs(uid_t user, gid_t group, const std::vector<gid_t>& gr
         }
         body();
     });
+}
+
+/// Mounts a file system that only this process sees, in a child of `holdsInChild`. Exits with `CannotTry` if
+/// mounting is not allowed.
+inline void mountInChild(const char* what, const std::string& where, const char* type, unsigned long flags,
+                         const char* options = nullptr) {
+    if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        ::mount(what, where.c_str(), type, flags, options) != 0) {
+        ::_exit(CannotTry);
+    }
 }
 
 } // namespace tonewright::test

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Access to private members of a class, for tests, without a word in the class's header: the arguments of an
-// explicit instantiation may name them. In namespace tonewright::test:
+// Gives tests access to private members of a class without changing its header, because the arguments of an
+// explicit instantiation can name private members. In namespace tonewright::test:
 //
 //     struct Count { friend auto revealed(Count); };
 //     template struct Reveal<Count, &Thing::_count>;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a drawing view puts on the screen, by the pixels that the toolkit renders.
+// Tests the pixels that GTK renders for a drawing view.
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/ui/Canvas.hpp"
 #include "platform/ui/GObjectRef.hpp"
@@ -23,7 +23,7 @@ class Pixels {
   public:
     explicit Pixels(const UIView& view) {
         GtkWidget* widget = widgetOf(view);
-        waitFrame(widget);
+        gtk_test_widget_wait_for_draw(widget); // the next frame shows the latest changes
         _width = gtk_widget_get_width(widget);
         _height = gtk_widget_get_height(widget);
         const auto paintable = GObjectRef<GdkPaintable>::adopt(gtk_widget_paintable_new(widget));
@@ -41,7 +41,7 @@ class Pixels {
         gdk_texture_download(texture.get(), _bytes.data(), _stride);
     }
 
-    /// Returns the colour at a pixel, opaque or not at all there.
+    /// Returns the colour of a pixel; all components are -1 outside the picture.
     [[nodiscard]] Color at(int x, int y) const {
         const auto place =
             static_cast<std::size_t>(y) * _stride + std::size_t{4} * static_cast<std::size_t>(x);
@@ -51,19 +51,6 @@ class Pixels {
     }
 
   private:
-    // What was set shows with the next frame.
-    static void waitFrame(GtkWidget* widget) {
-        bool painted = false;
-        GdkFrameClock* clock = gtk_widget_get_frame_clock(widget);
-        const auto note = [](GdkFrameClock*, gpointer flag) { *static_cast<bool*>(flag) = true; };
-        const gulong id =
-            g_signal_connect(clock, "after-paint",
-                             G_CALLBACK(static_cast<void (*)(GdkFrameClock*, gpointer)>(note)), &painted);
-        gtk_widget_queue_draw(widget);
-        EXPECT_TRUE(waitFor([&] { return painted; }));
-        g_signal_handler_disconnect(clock, id);
-    }
-
     int _width = 0, _height = 0;
     std::size_t _stride = 0;
     std::vector<guchar> _bytes;
@@ -98,7 +85,7 @@ TEST_F(DrawingTest, ShapesLieWhereTheyWereDrawn) {
         const std::array line = {Point{0, 70}, Point{50, 70}, Point{50, 60}};
         canvas.strokeLine(line, 4, Red);
         canvas.strokeRectangle({60, 60, 20, 10}, 2, Blue);
-        canvas.fillRectangle({NAN, 0, 100, 100}, Blue); // nothing, and no harm to what follows
+        canvas.fillRectangle({NAN, 0, 100, 100}, Blue); // draws nothing and does not affect later calls
         canvas.fillRectangle({95, 0, 50, 5}, Red);
     });
     const Pixels pixels(*drawing.view);
@@ -115,7 +102,7 @@ TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
     const ShownDrawing drawing([](Canvas& canvas) {
         canvas.drawText("mmmmmmmmmmmmmmmmmmmmmmmmmmmm", {20, 10, 40, 20}, 12, Red, TextAlignment::Center);
         const std::array line = {Point{90, 70}, Point{90, 78}};
-        canvas.strokeLine(line, 2, Red); // begins at its own first point
+        canvas.strokeLine(line, 2, Red); // does not continue from the text's position
     });
     const Pixels pixels(*drawing.view);
     int inside = 0, outside = 0;
@@ -125,7 +112,7 @@ TEST_F(DrawingTest, TextIsWrittenInItsPlace) {
         }
     }
     EXPECT_GT(inside, 40);
-    EXPECT_EQ(outside, 0) << "shortened, not overflowing";
+    EXPECT_EQ(outside, 0) << "the text is shortened and does not overflow";
 }
 
 TEST_F(DrawingTest, MarksMoveInFrontOfAPictureThatIsNotDrawnAgain) {
@@ -156,9 +143,9 @@ TEST_F(DrawingTest, PictureIsDrawnAnewForAnotherSizeAndOtherColours) {
     EXPECT_TRUE(waitFor([&] { return brightness < 0.5; }));
 }
 
-// Submitted together, or each by the one before it.
+// Tests tasks submitted together, and tasks submitted by the previous task.
 TEST_F(DrawingTest, TasksOfTheMainQueueLeaveTimeForPainting) {
-    constexpr int Tasks = 1000; // of a millisecond
+    constexpr int Tasks = 1000; // each takes a millisecond
     for (const bool together : {true, false}) {
         const ShownDrawing drawing([](Canvas&) {});
         int ran = 0;

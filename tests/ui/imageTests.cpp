@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding without a display: every kind of picture, and every kind of bytes that are none or would hurt.
+// Tests decoding without a display: every kind of picture, and every kind of invalid or malicious data.
 #include "platform/ui/detail/imageTexture.hpp"
 #include "tests/support/testing.hpp"
 #include "tests/ui/pictures.hpp"
@@ -21,7 +21,7 @@ CGSize sizeOf(const std::string& data) {
     return image ? image->size() : CGSize{};
 }
 
-// Returns blue, green, red and alpha of the pixel at the top left.
+// Returns the blue, green, red and alpha of the top left pixel.
 std::uint32_t firstPixel(const UIImage& image) {
     const auto width = static_cast<std::size_t>(image.size().width);
     std::vector<std::uint32_t> pixels(width * static_cast<std::size_t>(image.size().height));
@@ -54,7 +54,7 @@ TEST(Image, KnowsWhatServersHave) {
     EXPECT_EQ(sizeOf(gif(1, 1, 1, 1)), (CGSize{1, 1}));
     EXPECT_EQ(sizeOf(packedBmp(4, 2)), (CGSize{4, 2}));
     EXPECT_EQ(sizeOf(icon(encoded(Picture{256, 128}, "png"), 256, 128)), (CGSize{256, 128}));
-    // A picture taken with the camera on its side is shown upright.
+    // A photograph taken with a tilted camera is shown upright.
     EXPECT_EQ(sizeOf(withOrientation(encoded(Picture{32, 16}, "jpeg"), 6)), (CGSize{16, 32}));
 }
 
@@ -82,7 +82,7 @@ TEST(Image, RefusesASmallFileWithALargePictureBeforeItCosts) {
     rusage after{};
     ::getrusage(RUSAGE_SELF, &after);
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 20'000) << "KiB";
-    EXPECT_EQ(sizeOf(withSize(jpeg, 8192, 8192)), (CGSize{8192, 8192})); // and this is the largest
+    EXPECT_EQ(sizeOf(withSize(jpeg, 8192, 8192)), (CGSize{8192, 8192})); // the largest size
 }
 
 TEST(Image, BytesThatAreNoPictureGiveNone) {
@@ -113,7 +113,7 @@ TEST(Image, WhatIsCutShortGivesNone) {
     }
 }
 
-// The limit of the decoding process, in processor time.
+// Tests the limit of the decoding process, which counts processor time.
 TEST(Image, GivesUpWhatTakesTooLong) {
     if (!decode(vectorNoise(9, 1))) GTEST_SKIP() << "this system has no decoder for vector images";
     const auto began = std::chrono::steady_clock::now();
@@ -124,11 +124,11 @@ TEST(Image, GivesUpWhatTakesTooLong) {
     ::getrusage(RUSAGE_CHILDREN, &after);
     EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(2500));
     EXPECT_LE(after.ru_utime.tv_sec - before.ru_utime.tv_sec, 3);
-    EXPECT_TRUE(decode(vectorNoise(9, 1))) << "and goes on";
+    EXPECT_TRUE(decode(vectorNoise(9, 1))) << "decoding still works";
 }
 
-// Changed bytes decode to a picture or to none, as far as the format can tell; they do no harm, on any
-// thread.
+// Files with changed bytes decode to a picture or to none, depending on whether the format detects the
+// change. They never do harm, on any thread.
 TEST(Image, DamageHarmsNothing) {
     std::vector<std::thread> threads;
     for (const char* format : {"png", "jpeg", "bmp", "tiff", "ico"}) {

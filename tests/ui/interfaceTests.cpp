@@ -14,27 +14,13 @@ using platform::testing::waitFor;
 using InterfaceTest = platform::testing::ToolkitTest;
 
 constexpr const char* Screen = R"(<interface>
-  <object class="TonewrightView" id="view">
-    <property name="controller-class">TestController</property>
-    <child>
-      <object class="GtkBox">
-        <layout><property name="fill">1</property></layout>
-        <child><object class="TonewrightView" id="panel"/></child>
-        <child>
-          <object class="GtkButton" id="button">
-            <property name="label">_Press</property>
-            <signal name="clicked" handler="onPress:"/>
-          </object>
-        </child>
-        <child>
-          <object class="GtkButton" id="stray">
-            <signal name="clicked" handler="onNothing:"/>
-          </object>
-        </child>
-      </object>
-    </child>
-  </object>
-</interface>)";
+  <object class="TonewrightView" id="view"><property name="controller-class">TestController</property>
+    <child><object class="GtkBox"><layout><property name="fill">1</property></layout>
+      <child><object class="TonewrightView" id="panel"/></child>
+      <child><object class="GtkButton" id="button"><signal name="clicked" handler="onPress:"/></object></child>
+      <child><object class="GtkButton" id="stray"><signal name="clicked" handler="onNothing:"/></object></child>
+    </object></child>
+  </object></interface>)";
 
 class TestController : public UIViewController {
   public:
@@ -88,29 +74,28 @@ TEST_F(InterfaceTest, ConnectsOutletsAndActionsByName) {
     const auto controller = loaded(files);
     EXPECT_EQ(::testing::internal::GetCapturedStderr(),
               "The action \"onNothing:\" in \"Screen.ui\" is unknown to its controller.\n");
-    EXPECT_TRUE(controller->loadedWithOutlets) << "outlets come before viewDidLoad";
+    EXPECT_TRUE(controller->loadedWithOutlets) << "outlets are set before viewDidLoad";
     controller->button->press();
     EXPECT_EQ(controller->presses, 1);
     EXPECT_EQ(controller->sender, controller->button);
     GtkWidget* box = gtk_widget_get_first_child(widgetOf(*controller->view()));
-    g_signal_emit_by_name(gtk_widget_get_last_child(box), "clicked"); // the stray one does nothing
+    g_signal_emit_by_name(gtk_widget_get_last_child(box), "clicked"); // the stray button does nothing
     EXPECT_EQ(controller->presses, 1);
 
     EXPECT_TRUE(controller->canPerformAction("onPress:", nullptr));
     EXPECT_FALSE(controller->canPerformAction("onNothing:", nullptr));
     const auto child = std::make_shared<UIViewController>();
     controller->addChildViewController(child);
-    EXPECT_TRUE(child->canPerformAction("onPress:", nullptr)) << "the parent behind it does";
+    EXPECT_TRUE(child->canPerformAction("onPress:", nullptr)) << "the parent performs the action";
 }
 
 TEST_F(InterfaceTest, OutletThatIsMissingOrFitsNotIsAbsentAndFatalWhenUsed) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     TemporaryBundle files;
     files.add("Screen.ui", Screen);
     ::testing::internal::CaptureStderr();
     const auto controller = loaded(files);
     const auto misfit = loaded<MisfitController>(files);
-    EXPECT_NE(::testing::internal::GetCapturedStderr().find("\"panel\" in \"Screen.ui\" does not fit"),
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find("\"panel\" in \"Screen.ui\" has the wrong class"),
               std::string::npos);
     EXPECT_EQ(misfit->panelAsButton, nullptr);
     EXPECT_EQ(controller->missing, nullptr);
@@ -129,17 +114,7 @@ TEST_F(InterfaceTest, DescriptionThatCannotBeReadGivesNothing) {
     EXPECT_NE(said.find("NoSuchWidget"), std::string::npos);
 }
 
-TEST_F(InterfaceTest, PanelOfTheEffectIsANamedGroup) {
-    const auto description = InterfaceDescription::load("Main", Bundle::main());
-    ASSERT_NE(description, nullptr);
-    const auto view = description->viewNamed("pluginView");
-    ASSERT_NE(view, nullptr);
-    auto* panel = GTK_ACCESSIBLE(widgetOf(*view));
-    EXPECT_EQ(gtk_accessible_get_accessible_role(panel), GTK_ACCESSIBLE_ROLE_GROUP);
-    EXPECT_EQ(gtk_test_accessible_check_property(panel, GTK_ACCESSIBLE_PROPERTY_LABEL, "Effect"), nullptr);
-}
-
-// The keyboard goes to what takes the place of a control that disappears under it.
+// When a focused control is hidden, the control that takes its place gets the focus.
 TEST_F(InterfaceTest, FocusStaysInThePlaceOfAHiddenButton) {
     TemporaryBundle files;
     files.add("Pair.ui", R"(<interface><object class="TonewrightView" id="view"><child>
@@ -159,7 +134,7 @@ TEST_F(InterfaceTest, FocusStaysInThePlaceOfAHiddenButton) {
     const auto hasFocus = [&](const UIView& view) { return gtk_root_get_focus(root) == widgetOf(view); };
     gtk_widget_grab_focus(widgetOf(*controller->button));
     ASSERT_TRUE(hasFocus(*controller->button));
-    // In either order of the two.
+    // Hides one and shows the other, in either order.
     controller->button->setHidden(true);
     controller->missing->setHidden(false);
     EXPECT_TRUE(waitFor([&] { return hasFocus(*controller->missing); }));

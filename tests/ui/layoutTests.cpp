@@ -11,7 +11,7 @@ using platform::testing::ShownWindow;
 using tonewright::pinToSuperviewEdges;
 using ViewTest = platform::testing::ToolkitTest;
 
-// Where the toolkit really put a view, seen from `ancestor`.
+// Returns the rectangle that GTK allocated to a view, relative to `ancestor`.
 CGRect placeOnScreen(const UIView& view, const UIView& ancestor) {
     graphene_rect_t place;
     if (gtk_widget_compute_bounds(widgetOf(view), widgetOf(ancestor), &place) == FALSE) return {};
@@ -30,7 +30,7 @@ TEST_F(ViewTest, NegativeOriginsAndFractionsAreKept) {
     square->setFrame({0.25, -0.75, 10.5, 20.5});
     EXPECT_EQ(square->frame(), (CGRect{0.25, -0.75, 10.5, 20.5}));
     EXPECT_EQ(square->bounds(), (CGRect{0, 0, 10.5, 20.5}));
-    // NaN and infinity are kept and do not harm the screen.
+    // NaN and infinity are stored and do not affect the screen.
     square->setFrame({std::nan(""), 0, std::nan(""), INFINITY});
     const int before = shown.controller->layouts;
     EXPECT_TRUE(platform::testing::waitFor([&] { return shown.controller->layouts > before; }));
@@ -67,7 +67,7 @@ TEST_F(ViewTest, SuperviewKeepsItsSubviewsAndConstraintsEndWhenTheyLeave) {
     const auto first = std::make_shared<UIView>(CGRect{0, 0, 100, 80});
     const auto second = std::make_shared<UIView>(CGRect{0, 0, 50, 40});
     auto child = std::make_shared<UIView>(CGRect{1, 2, 3, 4});
-    pinToSuperviewEdges(*child); // there is none
+    pinToSuperviewEdges(*child); // has no superview
     EXPECT_TRUE(child->translatesAutoresizingMaskIntoConstraints());
     EXPECT_EQ(child->frame(), (CGRect{1, 2, 3, 4}));
     first->addSubview(child);
@@ -100,7 +100,6 @@ TEST_F(ViewTest, FramesSetWhileLayingOutTakeEffectInTheSameLayout) {
 }
 
 TEST_F(ViewTest, ConstraintOutsideTheSuperviewIsFatal) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto apart = [] {
         const auto view = std::make_shared<UIView>();
         const auto other = std::make_shared<UIView>();

@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Screens in front of screens: segues, presentation, dismissal.
+// Tests presenting and dismissing screens, and segues.
+#include "platform/foundation/console.hpp"
+#include "platform/ui/UIApplication.hpp"
+#include "platform/ui/UIApplicationDelegate.hpp"
 #include "platform/ui/UIButton.hpp"
 #include "platform/ui/UIStoryboardSegue.hpp"
 #include "platform/ui/classRegistry.hpp"
@@ -65,6 +68,41 @@ class StoryController final : public UIViewController {
     void note(const std::string& event) const { story().push_back(name + " " + event); }
 };
 
+// Reports its calls on standard error, and terminates the application when it has become active.
+class TellingDelegate final : public UIApplicationDelegate {
+  public:
+    void setWindow(std::shared_ptr<UIWindow>) override { warn("setWindow"); }
+    bool application(UIApplication&, const std::optional<LaunchOptions>&) override {
+        warn("launched");
+        return true;
+    }
+    void applicationDidBecomeActive(UIApplication& application) override {
+        warn("active");
+        application.terminate();
+    }
+    void applicationWillResignActive(UIApplication&) override { warn("inactive"); }
+    void applicationDidEnterBackground(UIApplication&) override { warn("background"); }
+    void applicationWillTerminate(UIApplication&) override {
+        for (const auto& event : story()) warn(event);
+        warn("end");
+    }
+};
+
+[[noreturn]] void runApplication() {
+    registerClass<TellingDelegate>("TellingDelegate");
+    registerClass<StoryController>("ViewController"); // replaces the main screen's controller
+    std::string name = "test";
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    std::exit(UIApplicationMain(1, arguments.data(), std::nullopt, "TellingDelegate"));
+}
+
+TEST_F(PresentationTest, ApplicationTellsItsDelegateAndItsScreenInOrder) {
+    EXPECT_EXIT(runApplication(), ::testing::ExitedWithCode(0),
+                "launched\nsetWindow\n.*active\ninactive\nbackground\nfirst loaded\nfirst will appear\nfirst "
+                "appeared\n"
+                "first will disappear\nfirst disappeared\nend\n");
+}
+
 TEST_F(PresentationTest, SegueBringsANewScreenEachTimeAndDismissalTheOldOneBack) {
     registerClass<StoryController>("StoryController");
     TemporaryBundle files;
@@ -84,7 +122,7 @@ TEST_F(PresentationTest, SegueBringsANewScreenEachTimeAndDismissalTheOldOneBack)
         first->button->press();
         const auto second = first->presentedViewController();
         ASSERT_NE(second, nullptr);
-        EXPECT_TRUE(before.expired()) << "the screen of the last time is still there";
+        EXPECT_TRUE(before.expired()) << "the previous screen still exists";
         EXPECT_EQ(second->presentingViewController(), first);
         EXPECT_EQ(gtk_window_get_child(root), widgetOf(*second->view()));
         EXPECT_EQ(gtk_window_get_focus(root),
@@ -95,12 +133,12 @@ TEST_F(PresentationTest, SegueBringsANewScreenEachTimeAndDismissalTheOldOneBack)
         story().clear();
         bool ended = false;
         second->dismissViewControllerAnimated(true, [&] { ended = true; });
-        EXPECT_FALSE(ended) << "never inside the call";
+        EXPECT_FALSE(ended) << "the completion runs after the call";
         EXPECT_TRUE(waitFor([&] { return ended; }));
         EXPECT_EQ(story(), (std::vector<std::string>{"second will disappear", "first will appear",
                                                      "second disappeared", "first appeared"}));
         EXPECT_EQ(gtk_window_get_child(root), widgetOf(*first->view()));
-        EXPECT_EQ(gtk_window_get_focus(root), widgetOf(*first->button)) << "the keyboard comes back";
+        EXPECT_EQ(gtk_window_get_focus(root), widgetOf(*first->button)) << "the focus returns";
         before = second;
     }
     EXPECT_EQ(makeController("NobodyController", NSCoder(InterfaceDescription::load("Second", bundle))),

@@ -1,35 +1,30 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the tests of screens share: a started toolkit, windows that are really shown, a bundle of one's own.
+// Shared by the tests of screens: an initialised GTK, windows that are really shown, and temporary bundles.
 #pragma once
 
-#include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/Bundle.hpp"
 #include "platform/ui/UIViewController.hpp"
 #include "platform/ui/UIWindow.hpp"
 #include "platform/ui/toolkit/startToolkit.hpp"
 #include "platform/ui/widgets.hpp"
-#include "tests/support/testing.hpp"
+#include "tests/support/waitFor.hpp"
 
 #include <gtk/gtk.h>
 
 namespace platform::testing {
 
-/// Runs the main loop until `done`, also if another thread brings it about without waking the loop, or until
-/// twenty seconds have passed.
-inline bool waitFor(const std::function<bool()>& done) {
-    for (int turn = 0; turn < 2000; ++turn) {
-        if (RunLoop::current().runUntil(done, 0.01)) return true;
-    }
-    return false;
-}
+using tonewright::test::waitFor;
 
-/// Starts the toolkit before the first test.
+/// Initialises GTK before the first test.
 class ToolkitTest : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
+        GTEST_FLAG_SET(death_test_style,
+                       "threadsafe"); // a forked process lacks GTK's threads
         static const bool started = [] {
+            ::setenv("GTK_A11Y", "test", 1); // makes the accessible properties readable
             startToolkit();
             return true;
         }();
@@ -37,7 +32,7 @@ class ToolkitTest : public ::testing::Test {
     }
 };
 
-/// A controller that takes the view it is given.
+/// A controller that uses the view passed to setView.
 class PlainController final : public UIViewController {
   public:
     PlainController() = default;
@@ -50,7 +45,7 @@ class PlainController final : public UIViewController {
 };
 
 /// A window on the screen, filled by a plain view.
-struct ShownWindow {
+struct ShownWindow : tonewright::test::Uncopied {
     ShownWindow(int width, int height) {
         controller->setView(view);
         window->setRootViewController(controller);
@@ -58,8 +53,6 @@ struct ShownWindow {
         resize(width, height);
     }
     ~ShownWindow() { window->close(); }
-    ShownWindow(const ShownWindow&) = delete;
-    ShownWindow& operator=(const ShownWindow&) = delete;
 
     void resize(int width, int height) const {
         gtk_window_set_default_size(GTK_WINDOW(widgetOf(*window)), width, height);
@@ -72,7 +65,7 @@ struct ShownWindow {
     std::shared_ptr<UIView> view = std::make_shared<UIView>();
 };
 
-/// A bundle in a folder of its own, removed at the end.
+/// A bundle in a temporary folder.
 class TemporaryBundle {
   public:
     void add(const std::string& file, const std::string& content) const {

@@ -1,23 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the tests of web pages share: a server with pages of the test's own, and a look at what the engine
-// shows. Main thread only; the server answers from its loop.
+// Shared by the web page tests: a server with pages that the test defines, and access to WebKit's widgets and
+// processes. Main thread only; the server runs in its loop.
 #pragma once
 
+#include "platform/ui/GObjectRef.hpp"
 #include "tests/ui/toolkitFixture.hpp"
 
 #include <libsoup/soup.h>
+#include <webkit/webkit.h>
 
 namespace platform::testing {
 
-/// A real HTTP server on loopback.
-class PageServer {
+/// An HTTP server on loopback.
+class PageServer : tonewright::test::Uncopied {
   public:
     struct Page {
         std::string body = {};
         std::string type = "text/html";
-        std::string location = {}; // a redirect to it
+        std::string location = {}; // redirects to this location if not empty
         bool stays = false;        // never answered
         int status = 200;          // 401 asks for a password
     };
@@ -33,16 +35,14 @@ class PageServer {
         soup_server_disconnect(_server);
         g_object_unref(_server);
     }
-    PageServer(const PageServer&) = delete;
-    PageServer& operator=(const PageServer&) = delete;
 
     [[nodiscard]] std::string url(const std::string& path) const {
         return "http://127.0.0.1:" + std::to_string(_port) + path;
     }
 
-    std::map<std::string, Page> pages; // by path; any other answers 404
-    std::vector<std::string> asked;    // the paths that were asked for, without those of icons
-    std::string cookies;               // that came with the last request
+    std::map<std::string, Page> pages; // by path; any other path is answered with 404
+    std::vector<std::string> asked;    // the requested paths, except those of icons
+    std::string cookies;               // the Cookie header of the last request
 
   private:
     static void onRequest(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*,
@@ -72,16 +72,42 @@ class PageServer {
     int _port = 0;
 };
 
-/// Returns a page whose script sets the title; titles tell a test what a page found.
+/// Returns a page whose script sets the title; tests read from the title what the script found.
 inline std::string page(const std::string& script) {
     return "<!DOCTYPE html><html><head><title>begun</title></head><body><script>" + script +
            "</script></body></html>";
 }
 
-/// Returns the engine's widget in a web view; null before the first load.
+/// Returns the WebKit widget in a web view; null before the first load.
 inline GtkWidget* engineOf(const UIView& view) {
     return gtk_widget_get_first_child(widgetOf(view));
 }
+
+/// Weak references to the objects that WebKit has made for a view: its widget, its context and its session.
+class EngineObjects : tonewright::test::Uncopied {
+  public:
+    /// Refers to nothing if the view has not loaded anything yet.
+    explicit EngineObjects(const UIView& view) {
+        GtkWidget* engine = engineOf(view);
+        if (!WEBKIT_IS_WEB_VIEW(engine)) return;
+        g_weak_ref_set(&_references[0], engine);
+        g_weak_ref_set(&_references[1], webkit_web_view_get_context(WEBKIT_WEB_VIEW(engine)));
+        g_weak_ref_set(&_references[2], webkit_web_view_get_network_session(WEBKIT_WEB_VIEW(engine)));
+    }
+    ~EngineObjects() {
+        for (GWeakRef& reference : _references) g_weak_ref_clear(&reference);
+    }
+
+    [[nodiscard]] bool areFreed() {
+        return std::all_of(_references.begin(), _references.end(), [](GWeakRef& reference) {
+            const auto object = GObjectRef<GObject>::adopt(static_cast<GObject*>(g_weak_ref_get(&reference)));
+            return !object;
+        });
+    }
+
+  private:
+    std::array<GWeakRef, 3> _references{}; // zeros are a valid state
+};
 
 inline std::string titleOf(const UIView& view) {
     char* title = nullptr;
@@ -91,11 +117,11 @@ inline std::string titleOf(const UIView& view) {
     return text;
 }
 
-/// Returns the processes below `parent` (by default this one); the engine's are among them, below those that
-/// build their sandboxes.
+/// Returns the descendants of the process `parent` (by default of this process). WebKit's processes are
+/// children of those that set up their sandboxes.
 inline std::vector<int> childProcesses(const std::string& parent = "self") {
     std::vector<int> found;
-    std::error_code ended; // a process that ends meanwhile has no children
+    std::error_code ended; // ignored: a process that has ended has no children
     for (const auto& task : std::filesystem::directory_iterator("/proc/" + parent + "/task", ended)) {
         std::ifstream children(task.path() / "children");
         for (int child = 0; children >> child;) {
@@ -105,16 +131,6 @@ inline std::vector<int> childProcesses(const std::string& parent = "self") {
         }
     }
     return found;
-}
-
-/// Returns the process that shows pages; 0 when there is none.
-inline int webProcess() {
-    for (const int child : childProcesses()) {
-        std::string name;
-        std::ifstream("/proc/" + std::to_string(child) + "/comm") >> name;
-        if (name.starts_with("WebKitWebProc")) return child;
-    }
-    return 0;
 }
 
 } // namespace platform::testing

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Draws every easing curve, by the functions that the animators call, as one SVG picture per curve.
+// Draws every easing curve, using the functions that animators call, as one SVG picture per curve.
 // Usage: tonewright-curves DIRECTORY
 #include "shared/Common/Animator/Easing.hpp"
 
@@ -15,7 +15,7 @@ namespace {
 using namespace tonewright;
 
 constexpr int Frames = 240;
-// A picture shows the values from -0.4 to 1.4 times the change; up to 2.1 where a curve reaches that far.
+// A picture shows values from -0.4 to 1.4, or up to 2.1 if the curve exceeds 1.4.
 constexpr double Width = 200, Height = 200, Margin = 10;
 constexpr double Highest = 2.1;
 
@@ -36,7 +36,7 @@ std::string line(double value, double lowest, double highest) {
     return text;
 }
 
-// One point per frame; a jump between two frames breaks the line instead of being drawn as a slope.
+// Returns the SVG path data, with one point per frame. At a jump between two frames the line is interrupted.
 std::string path(EasingFunction function, double lowest, double highest) {
     std::string result;
     double previous = 0;
@@ -47,7 +47,7 @@ std::string path(EasingFunction function, double lowest, double highest) {
         std::snprintf(point, sizeof point, "%s%.2f %.2f ", starts ? "M" : "L",
                       across(static_cast<double>(frame) / Frames), up(value, lowest, highest));
         result += point;
-        if (frame == Frames && starts) result += "h0.01 "; // a lone last point still shows
+        if (frame == Frames && starts) result += "h0.01 "; // makes a single last point visible
         previous = value;
     }
     return result;
@@ -61,7 +61,7 @@ bool draw(EnumEasing type, const std::string& directory) {
     }
     const std::string name(easingName(type));
     std::ofstream file(directory + "/" + name + ".svg");
-    file // the tags are split, so that a licence check does not take them for this source's own
+    file // the tags are split, so that a licence check does not find them in this file
         << "<!-- SPDX-"
            "FileCopyrightText: 2026 The Tonewright Authors -->\n"
         << "<!-- SPDX-"

@@ -62,7 +62,7 @@ std::optional<Arguments> readArguments(const std::vector<std::string_view>& word
         } else if (word.starts_with("--")) {
             return refuse("there is no option '" + std::string(word) + "'");
         } else {
-            // Short options may be combined; a file follows its option directly or as the next word.
+            // Short options may be combined. The file of -o follows directly or as the next word.
             for (word.remove_prefix(1); !word.empty();) {
                 const char letter = word.front();
                 word.remove_prefix(1);
@@ -95,7 +95,8 @@ std::optional<Arguments> readArguments(const std::vector<std::string_view>& word
         }
         const bool scans = known.command != Command::Download && known.command != Command::Report;
         if (!scans && (arguments.isDryRun || arguments.saysYes)) {
-            return refuse("'" + plain.front() + "' deletes nothing: --dry-run and --yes are not for it");
+            return refuse("'" + plain.front() +
+                          "' deletes nothing, so --dry-run and --yes cannot be used with it");
         }
         return arguments;
     }

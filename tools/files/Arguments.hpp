@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the user asked for on the command line.
+// The command line of tonewright-files.
 #pragma once
 
 #include <optional>
@@ -15,36 +15,37 @@ enum class Command { Scan, XML, List, Dump, Page, Download, Report, Help, Versio
 
 struct Arguments {
     Command command = Command::Help;
-    std::vector<std::string> operands; // a directory, a URL, an identifier
-    std::string output = "-";          // where the result goes; "-": standard output
+    std::vector<std::string> operands; // a directory, a URL or a file number
+    std::string output = "-";          // file for the result, or "-" for standard output
     bool isDryRun = false;
     bool saysYes = false;
 };
 
-/// Reads the arguments after the program's name; absent, with a line on standard error, if they are invalid.
+/// Reads the arguments after the program's name. If they are invalid, returns no value and reports the reason
+/// on standard error.
 [[nodiscard]] std::optional<Arguments> readArguments(const std::vector<std::string_view>& words);
 
 inline constexpr std::string_view Usage =
     R"(Usage: tonewright-files COMMAND [OPTION...] [OPERAND...]
 
-  scan DIRECTORY             count what a directory holds
+  scan DIRECTORY             count the files, folders and bytes in a directory
   xml DIRECTORY              write its tree as nested elements
-  list DIRECTORY             write all its items as elements in a row
-  page DIRECTORY [NUMBER]    write one page: the items right inside the directory,
+  list DIRECTORY             write all its items as a flat list of elements
+  page DIRECTORY [NUMBER]    write one page: the items directly in the directory,
                              or the folder with that file number and its items
   dump DIRECTORY             write every field of every item
   download URL               fetch a file into the shared folder, as download.zip
-  report                     write where the application's files live
+  report                     write the locations of the application's files
 
-A DIRECTORY of "-" is read from standard input, one line.
-A scan deletes archive and folder-view litter ("__MACOSX", ".DS_Store"); you are
-asked before anything goes.
+If DIRECTORY is "-", its name is read from standard input, one line.
+A scan deletes litter of archive programs and file managers ("__MACOSX",
+".DS_Store"), after asking you.
 
-  -n, --dry-run              list what the scan would delete, and do nothing
-  -y, --yes                  delete it without asking
-  -o, --output FILE          write the result to FILE ("-": standard output)
-  -h, --help                 write this text
-      --version              write the version
+  -n, --dry-run              list what the scan would delete, and delete nothing
+  -y, --yes                  delete litter without asking
+  -o, --output FILE          write the result to FILE ("-" is standard output)
+  -h, --help                 show this text and exit
+      --version              show the version and exit
 
 Exit status: 0 done, 1 failed or refused, 2 wrong usage.)";
 

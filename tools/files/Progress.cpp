@@ -32,7 +32,7 @@ void Progress::run() {
     while (!_changed.wait_for(lock, wait, [this] { return _hasEnded; })) {
         wait = 200ms;
         isShown = true;
-        // The cursor returns to the beginning: a line printed meanwhile overwrites this one.
+        // The cursor returns to the start of the line, so that other output overwrites the progress.
         std::fprintf(stderr, "\033[K%s\r", _state().c_str());
         std::fflush(stderr);
     }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Shows the progress of long work on a terminal. A thread of its own writes; nothing is shown in the first
-// second or if standard error is not a terminal.
+// Shows the progress of a long task on the terminal, from a thread of its own. Shows nothing during the first
+// second, or if standard error is not a terminal.
 #pragma once
 
 #include <condition_variable>
@@ -15,9 +15,9 @@ namespace tonewright::tool {
 
 class Progress {
   public:
-    /// Shows what `state` returns, from time to time; it is called on the thread.
+    /// Starts a thread that calls `state` regularly and shows the text that it returns.
     explicit Progress(std::function<std::string()> state);
-    /// Erases the line.
+    /// Ends the thread and erases the line.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -15,7 +15,8 @@
 namespace tonewright::tool {
 namespace {
 
-// Returns the length of the character at the beginning of `text`, or 0 where it is not well-formed UTF-8.
+// Returns the length in bytes of the character at the start of `text`, or 0 if the bytes there are not valid
+// UTF-8.
 std::size_t characterLength(std::string_view text) {
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
@@ -32,8 +33,8 @@ std::size_t characterLength(std::string_view text) {
     return isOverlong || isNone ? 0 : length;
 }
 
-// A name must not command the terminal: neither by the control characters of ASCII nor by those from U+0080
-// to U+009F, nor by a byte that a terminal may take for one of these.
+// Replaces everything by "?" that a terminal could interpret as a command: ASCII control characters, U+0080
+// to U+009F, and bytes that are not valid UTF-8.
 std::string printable(std::string_view name) {
     std::string text;
     while (!name.empty()) {
@@ -93,7 +94,7 @@ bool mayDelete(const std::vector<std::string>& litter) {
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
         platform::warn("tonewright-files: the scan would delete " + std::to_string(litter.size()) +
                        (litter.size() == 1 ? " item" : " items") +
-                       " of litter; say --yes to let it, --dry-run to see them");
+                       " of litter; use --yes to allow that, --dry-run to list them");
         return false;
     }
     platform::warn("The scan deletes:");

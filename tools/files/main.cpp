@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// tonewright-files: scans directories into trees and writes them, downloads, reports.
+// tonewright-files: scans directories into trees and writes them, downloads files, and prints a report.
 #include "platform/dispatch/RunLoop.hpp"
 #include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/FileManager.hpp"
@@ -51,18 +51,19 @@ std::string counted(std::int64_t number, std::string_view what) {
     return std::to_string(number).append(" ").append(what).append(number == 1 ? "" : "s");
 }
 
-// The current directory changes with the scan, so what the user named relative to it is made absolute first.
+// Returns the absolute path of the directory to scan. A relative path must be resolved first, because the
+// scan changes the current directory.
 std::string directoryOf(const Arguments& arguments) {
     std::string named = arguments.operands.front();
     if (named == "-" && !std::getline(std::cin, named)) named.clear();
     if (named.empty()) return named;
     std::string absolute;
     if (!named.starts_with('/')) {
-        std::error_code error; // the current directory was removed: "/" must not replace it
+        std::error_code error; // set if the current directory has been removed
         absolute = std::filesystem::current_path(error).string();
         if (error) return {};
     }
-    // Without components that have no effect; ".." is left to the file system.
+    // Removes empty components and ".". The file system resolves "..".
     for (std::size_t at = 0; at < named.size();) {
         const std::size_t end = std::min(named.find('/', at), named.size());
         const std::string_view component = std::string_view(named).substr(at, end - at);
@@ -98,7 +99,7 @@ int writeTree(FileTree& tree, const Arguments& arguments) {
                                                             : RootContainerItemIdentifier);
         if (tree.filelist.empty() && arguments.operands.size() > 1 &&
             arguments.operands[1] != RootContainerItemIdentifier) {
-            return Failed; // a line said why
+            return Failed; // the reason has been printed
         }
         result = tree.list();
         break;
@@ -131,18 +132,19 @@ int writeLitter(const Litter& litter, const std::string& directory, const Argume
 int scan(const Arguments& arguments) {
     const std::string directory = directoryOf(arguments);
     if (directory.empty()) {
-        platform::warn("tonewright-files: no directory was named, or it lies in one that was removed");
+        platform::warn("tonewright-files: no directory was given, or the current directory has been removed");
         return WrongUsage;
     }
     std::optional<Litter> litter;
     if (arguments.isDryRun || !arguments.saysYes) {
         std::atomic<std::int64_t> seen{0};
-        const Progress progress([&seen] { return std::to_string(seen) + " items looked at"; });
+        const Progress progress([&seen] { return std::to_string(seen) + " items examined"; });
         litter = findLitter(directory, seen);
     } else if (platform::FileManager::defaultManager().enumeratorAtPath(directory)) {
         litter.emplace();
     }
-    // The scanner reports a directory that it cannot enter, but takes for granted that it can read it.
+    // The scanner reports a directory that it cannot enter, but a directory that it cannot read is a fatal
+    // error.
     if (!litter && (arguments.isDryRun || canBeEntered(directory))) {
         platform::warn("tonewright-files: cannot open '" + directory + "'");
         return Failed;
@@ -150,7 +152,7 @@ int scan(const Arguments& arguments) {
     if (arguments.isDryRun) return writeLitter(*litter, directory, arguments);
     if (litter && !litter->subpaths.empty() && !mayDelete(litter->subpaths)) return Failed;
 
-    // A tree lives as long as the process: freeing it would take longer than exiting.
+    // The tree is never freed, because that would take longer than exiting.
     static auto* enumerator = new FileEnumerator;
     const std::string start = enumerator->fileManager.currentDirectoryPath();
     {
@@ -159,9 +161,9 @@ int scan(const Arguments& arguments) {
         platform::printToStandardError(true);
         enumerator->enumerate(directory);
     }
-    enumerator->fileManager.changeCurrentDirectoryPath(start); // for a relative output file
+    enumerator->fileManager.changeCurrentDirectoryPath(start); // the output file may be relative
     FileTree& tree = *enumerator->fileTree;
-    if (!tree.root) return Failed; // a line said why
+    if (!tree.root) return Failed; // the reason has been printed
     const int written =
         arguments.command == Command::Dump ? writeDump(tree, arguments) : writeTree(tree, arguments);
     return enumerator->hasReadErrors() ? Failed : written;
@@ -175,9 +177,9 @@ int download(const Arguments& arguments) {
     }
     if (!redirectOutput(arguments.output)) return Failed;
     static std::atomic<bool> hasEnded{false};
-    static DownloadOutcome outcome{}; // written before hasEnded
+    static DownloadOutcome outcome{}; // written before `hasEnded` is set
     static std::shared_ptr<platform::URLSessionTask> kept;
-    static std::atomic<platform::URLSessionTask*> task{nullptr}; // in `kept`
+    static std::atomic<platform::URLSessionTask*> task{nullptr}; // points to the task in `kept`
     {
         const Progress progress([] {
             const platform::URLSessionTask* begun = task;
@@ -197,7 +199,7 @@ int download(const Arguments& arguments) {
         loop.runUntil([] { return hasEnded.load(); }, std::numeric_limits<double>::infinity());
     }
     if (outcome == DownloadOutcome::NotStored) {
-        platform::warn("tonewright-files: only what comes over http or https is stored");
+        platform::warn("tonewright-files: only http and https URLs can be downloaded");
     }
     return linesGotOut(arguments.output) && outcome == DownloadOutcome::Stored ? Done : Failed;
 }

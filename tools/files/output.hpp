@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where the tool's result goes.
+// Writes the result of the tool.
 #pragma once
 
 #include <string>
@@ -9,15 +9,16 @@
 
 namespace tonewright::tool {
 
-/// Writes `text` and one newline to the file `name`, or to standard output for "-"; false, with a line on
-/// standard error, when that fails.
+/// Writes `text` and a newline to the file `name`, or to standard output if `name` is "-". If that fails,
+/// returns false and reports the reason on standard error.
 [[nodiscard]] bool writeResult(std::string_view text, const std::string& name);
 
-/// Returns whether every printed line was written; if not, a line on standard error says so.
+/// Returns whether all printed lines have been written. If not, reports the reason on standard error. `name`
+/// is the name of the output.
 [[nodiscard]] bool linesGotOut(const std::string& name);
 
-/// Lets the lines go to the file `name` from now on, or stay on standard output for "-"; false, with a line
-/// on standard error, when it cannot be opened.
+/// Redirects printed lines to the file `name`, unless it is "-". If the file cannot be opened, returns false
+/// and reports the reason on standard error.
 [[nodiscard]] bool redirectOutput(const std::string& name);
 
 } // namespace tonewright::tool

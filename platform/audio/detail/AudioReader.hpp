@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Reads the frames of one sound file, in order, as planes of floats (libavformat, libavcodec). One thread at
-// a time; never the audio thread.
+// Decodes one sound file, in order, to planes of floats (with libavformat and libavcodec). One thread at a
+// time; never the audio thread.
 //
-// A pass over the file returns exactly `lengthFrames()` frames if the file states its length (m4a, wav,
-// flac): the encoder's padding at the end is cut off, and what cannot be decoded is replaced by silence.
+// If the file states its length (m4a, wav, flac), a pass over the file returns exactly `lengthFrames()`
+// frames: the encoder's padding at the end is cut off, and parts that cannot be decoded are replaced by
+// silence.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -18,9 +19,11 @@
 
 namespace platform {
 
+struct DecodedFile;
+
 class AudioReader {
   public:
-    /// Opens the file at `path` and decodes its first frames.
+    /// Opens the file at `path` and decodes its first frames, or returns the reason why that failed.
     [[nodiscard]] static Result<std::unique_ptr<AudioReader>> open(const std::string& path);
     ~AudioReader();
     AudioReader(const AudioReader&) = delete;
@@ -29,17 +32,18 @@ class AudioReader {
     [[nodiscard]] AVAudioFormat format() const noexcept;
     [[nodiscard]] std::int64_t lengthFrames() const noexcept;
 
-    /// Writes as many frames into `sound` as fit and returns their number; 0 only at the end of the pass.
+    /// Writes at least one frame and at most `sound.frames()` frames into `sound`, and returns their number.
+    /// Returns 0 only at the end of the pass.
     [[nodiscard]] std::uint32_t read(PlanarSound sound);
-    /// Returns whether the last frame of the pass is known to have been returned.
+    /// Returns whether the last frame of the pass has been returned; always false if the file does not state
+    /// its length.
     [[nodiscard]] bool isAtEnd() const noexcept;
-    /// Goes back to the first frame; returns whether that worked. If not, the reader cannot be used any more.
+    /// Seeks to the first frame. Returns false if that fails; the reader cannot be used any more then.
     [[nodiscard]] bool rewind();
 
   private:
-    struct Library;
-    explicit AudioReader(std::unique_ptr<Library> library);
-    const std::unique_ptr<Library> _library;
+    explicit AudioReader(std::unique_ptr<DecodedFile> file);
+    const std::unique_ptr<DecodedFile> _file;
 };
 
 } // namespace platform

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The usual number of frames of a device's blocks, as the audio side sees it. Effects are told of it.
+// The usual length of a device's blocks, measured on the audio thread. Effects receive it as a hint.
 //
-// Crosses threads: only `_usual`, which is independent of the rest.
+// Shared between threads: only `_usual`, which is independent of the other members.
 #pragma once
 
 #include <algorithm>
@@ -14,14 +14,15 @@ namespace platform {
 
 class BlockLength {
   public:
-    /// Starts again from what the device expects. Control side, while nothing renders.
+    /// Restarts the measurement with `frames`, the length that the device states. Control side, while nothing
+    /// renders.
     void reset(std::uint32_t frames) noexcept {
         _usual = frames;
         _longest = 0;
         _count = 0;
     }
-    /// Records a block and returns whether the usual length has changed: at once to a longer one, to a
-    /// shorter one if no block of the last 64 was longer. Audio thread.
+    /// Records a block and returns whether the usual length has changed. The length grows with the first
+    /// longer block, and shrinks to the longest of 64 blocks that were all shorter. Audio thread.
     [[nodiscard]] bool note(std::uint32_t frames) noexcept {
         constexpr int Patience = 64;
         _longest = std::max(_longest, frames);
@@ -38,7 +39,7 @@ class BlockLength {
 
   private:
     std::atomic<std::uint32_t> _usual{0};
-    std::uint32_t _longest = 0; // since `_count` was 0
+    std::uint32_t _longest = 0; // longest block since `_count` was 0
     int _count = 0;
 };
 

@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-// How often the watcher checks whether a retired plan is still in use.
+// The interval at which the watcher checks whether retired plans are still in use.
 constexpr std::chrono::milliseconds GraveyardPeriod{100};
 
 std::string effectNamed(const NodeProcessor& processor) {
@@ -22,7 +22,7 @@ std::string effectNamed(const NodeProcessor& processor) {
 
 } // namespace
 
-// Holds the engine's lock. At its end, after unlocking, effects are released and messages printed.
+// Holds the engine's mutex. The destructor unlocks it, then releases effects and prints messages.
 class EngineCore::Edit {
   public:
     explicit Edit(EngineCore& core)
@@ -35,7 +35,7 @@ class EngineCore::Edit {
     Edit(const Edit&) = delete;
     Edit& operator=(const Edit&) = delete;
 
-    /// Calls `work` without the lock.
+    /// Calls `work` with the mutex unlocked.
     template <class Work>
     void unlocked(Work&& work) {
         _lock.unlock();
@@ -67,7 +67,8 @@ void EngineCore::attach(const NodePointer& node) {
     const auto processor = node->processor();
     const auto keeps = [&](const auto& renderer) { return renderer && renderer->keeps(processor.get()); };
     if (processor && (keeps(_renderer) || std::ranges::any_of(_abandoned, keeps))) {
-        _graph.setStuck(*processor, true); // it was detached while a thread was in it
+        // A thread was inside the processor when it was detached, and has not returned yet.
+        _graph.setStuck(*processor, true);
     }
 }
 
@@ -85,7 +86,7 @@ void EngineCore::connect(const NodePointer& from, const NodePointer& to,
         edit.messages.emplace_back("A node that isn't attached to the audio engine can't be connected.");
         return;
     }
-    // If the given format is the output's own, the link follows the output when that changes.
+    // A link to the output in the device's own format follows later changes of that format.
     if (format == _device->format() && _graph.isOutput(*to)) format.reset();
     _graph.connect(*from, *to, format);
     graphDidChange(edit);
@@ -103,7 +104,7 @@ void EngineCore::prepare() {
     Edit edit(*this);
     if (_ended || _planIsCurrent) return;
     makeRenderer();
-    if (!_running) tellBlockFrames(edit, std::min(_device->blockFrames(), RenderPlan::MaximumFrames));
+    if (!_running) tellBlockFrames(edit, statedBlockFrames());
     rebuild(edit);
 }
 
@@ -113,8 +114,8 @@ std::optional<Error> EngineCore::start() {
     if (_running || _ended) return std::nullopt;
     if (!_watcher.joinable()) _watcher = std::thread([this] { watch(); });
     makeRenderer();
-    // Before the first block only the device knows.
-    const std::uint32_t frames = std::min(_device->blockFrames(), RenderPlan::MaximumFrames);
+    // Until the first block is rendered, the block length is what the device states.
+    const std::uint32_t frames = statedBlockFrames();
     _renderer->reset(frames);
     tellBlockFrames(edit, frames);
     if (!_planIsCurrent || _planFormat != _device->format()) rebuild(edit);
@@ -132,7 +133,8 @@ void EngineCore::stop() {
     _device->stop();
     _running = false;
     if (!_renderer->isRendering()) return;
-    // The device has waited, and continues without its thread; so does the engine.
+    // The device has waited in vain for its thread to return and abandons it. The engine abandons the
+    // renderer.
     publish(edit, nullptr, std::chrono::nanoseconds(0));
     _planIsCurrent = false;
     _abandoned.push_back(std::move(_renderer));
@@ -148,6 +150,12 @@ void EngineCore::shutDown() {
         _news->signal();
     }
     if (_watcher.joinable()) _watcher.join();
+}
+
+// Returns the block length that the device states, as far as the renderer does not split such blocks.
+std::uint32_t EngineCore::statedBlockFrames() const {
+    return std::min(_device->blockFrames(),
+                    RenderPlan::maximumFrames(_device->format().sampleRate, _offline));
 }
 
 // _mutex is held.
@@ -169,7 +177,8 @@ void EngineCore::followFormat() {
 
 // --- plans
 
-// A stopped engine builds its plan when it is next prepared or started. _mutex is held.
+// Rebuilds the plan of a running engine. A stopped engine builds its plan when it is next prepared or
+// started. _mutex is held.
 void EngineCore::graphDidChange(Edit& edit) {
     if (_running) {
         rebuild(edit);
@@ -184,7 +193,7 @@ void EngineCore::rebuild(Edit& edit) {
     while (!_ended && _renderer) {
         const AVAudioFormat format = _device->format();
         if (format.sampleRate != _planFormat.sampleRate) {
-            publish(edit, nullptr); // processors start again: none may be in use
+            publish(edit, nullptr); // processors are allocated again and must not be in use
         }
         _planFormat = format;
         _planIsCurrent = false;
@@ -199,8 +208,8 @@ void EngineCore::rebuild(Edit& edit) {
     }
 }
 
-// Returns whether the previous plan had to be retired, so that what was compiled before may be wrong. _mutex
-// is held.
+// Returns whether the previous plan had to be retired. `plan` may then contain the stuck effect and must be
+// compiled again. _mutex is held.
 bool EngineCore::publish(Edit& edit, std::unique_ptr<RenderPlan> plan, std::chrono::nanoseconds limit) {
     if (!_renderer) return false;
     const auto retired = _renderer->publish(std::move(plan), limit);
@@ -216,7 +225,7 @@ bool EngineCore::publish(Edit& edit, std::unique_ptr<RenderPlan> plan, std::chro
     return true;
 }
 
-// _mutex is held, except while effects are being told.
+// _mutex is held, except while the effects are called.
 void EngineCore::tellBlockFrames(Edit& edit, std::uint32_t frames) {
     const auto processors = _graph.setBlockFrames(frames);
     if (processors.empty()) return;
@@ -227,8 +236,8 @@ void EngineCore::tellBlockFrames(Edit& edit, std::uint32_t frames) {
 
 // --- the watcher
 
-// Frees what the audio side has finally released, and puts effects that have returned back into the plan.
-// _mutex is held.
+// Frees the retired plans and abandoned renderers that are no longer in use, and adds effects that have
+// returned to the plan again. _mutex is held.
 void EngineCore::takeBack(Edit& edit) {
     std::vector<std::shared_ptr<NodeProcessor>> returned;
     const auto empty = [&](EngineRenderer& renderer) {

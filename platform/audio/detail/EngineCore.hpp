@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The control side of AVAudioEngine: edits the graph and has the renderer run the resulting plan.
+// The control side of AVAudioEngine. Edits the graph, compiles it to a plan and passes the plan to the
+// renderer.
 //
-// No code of an effect runs under the engine's lock, nothing is reported under it, and no wait for the audio
-// side under it is longer than ControlLimit.
+// While the engine's mutex is locked, no effect code is called and no message is printed, and no wait for the
+// audio thread is longer than ControlLimit.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -36,12 +37,13 @@ class EngineCore final : public std::enable_shared_from_this<EngineCore> {
     [[nodiscard]] std::optional<Error> start();
     void stop();
     [[nodiscard]] bool isRunning() const noexcept { return _running; }
-    /// Stops for good and ends all threads.
+    /// Stops the engine for good and ends its watcher thread.
     void shutDown();
 
   private:
     class Edit;
 
+    [[nodiscard]] std::uint32_t statedBlockFrames() const;
     void makeRenderer();
     void graphDidChange(Edit& edit);
     void rebuild(Edit& edit);
@@ -53,21 +55,21 @@ class EngineCore final : public std::enable_shared_from_this<EngineCore> {
 
     const std::shared_ptr<OutputDevice> _device;
     const bool _offline;
-    const std::shared_ptr<WakeSignal> _news = std::make_shared<WakeSignal>(); // for the watcher
+    const std::shared_ptr<WakeSignal> _news = std::make_shared<WakeSignal>(); // wakes the watcher
 
-    std::mutex _startMutex; // held while the engine starts or stops; taken before _mutex
-    std::mutex _mutex;      // guards the fields below; never taken by the audio side
+    std::mutex _startMutex; // locked while the engine starts or stops; locked before _mutex
+    std::mutex _mutex;      // guards the members below; never locked by the audio thread
     NodeGraph _graph;
     std::shared_ptr<EngineRenderer> _renderer;
-    // Renderers that an effect keeps from ending, while the engine continues with another.
+    // Renderers in which an effect has not returned. The engine continues with a new renderer.
     std::vector<std::shared_ptr<EngineRenderer>> _abandoned;
-    AVAudioFormat _planFormat; // of the last plan built
+    AVAudioFormat _planFormat; // the format of the last plan built
     bool _planIsCurrent = false;
     std::atomic<bool> _running{false}; // written under _mutex
     bool _ended = false;
 
-    DispatchQueue _control{"AVAudioEngine.control"}; // handles changes of the device
-    std::thread _watcher;                            // handles what the audio side reports
+    DispatchQueue _control{"AVAudioEngine.control"}; // handles format changes of the device
+    std::thread _watcher;                            // handles reports from the audio thread
 };
 
 } // namespace platform

@@ -3,6 +3,7 @@
 
 #include "platform/audio/detail/EngineRenderer.hpp"
 
+#include "platform/audio/NodeProcessor.hpp"
 #include "platform/audio/detail/PlayerStream.hpp"
 #include "platform/realtime/DenormalScope.hpp"
 #include "platform/realtime/RealtimeScope.hpp"
@@ -28,6 +29,7 @@ EngineRenderer::~EngineRenderer() {
 
 void EngineRenderer::reset(std::uint32_t frames) {
     _shared.sampleTime = 0;
+    _failure.reset();
     _shared.stopping = std::stop_source();
     _shared.blockLength.reset(frames);
 }
@@ -67,7 +69,7 @@ bool EngineRenderer::keeps(const NodeProcessor* processor) const noexcept {
 
 RenderPlan* EngineRenderer::acquirePlan() noexcept {
     RenderPlan* plan = _shared.plan.load();
-    while (true) { // repeats only if the control side exchanged the plan at this very moment
+    while (true) { // repeats only if the control side exchanges the plan concurrently
         _shared.inUse.store(plan);
         RenderPlan* const now = _shared.plan.load();
         if (now == plan) return plan;
@@ -75,29 +77,41 @@ RenderPlan* EngineRenderer::acquirePlan() noexcept {
     }
 }
 
-// Offline there is time to wait for what is to be rendered; the plan must not be held meanwhile.
-void EngineRenderer::provide(std::uint32_t frames) {
-    std::vector<std::shared_ptr<PlayerStream>> players;
+// Waits until the players have decoded `frames` frames (offline only). Releases `plan` while waiting, because
+// the control side waits for plans in use. Returns the plan that is current afterwards.
+RenderPlan* EngineRenderer::provide(RenderPlan* plan, std::uint32_t frames) {
     const auto isReady = [frames](const auto& player) { return player->isProvided(frames); };
-    if (const RenderPlan* plan = acquirePlan();
-        plan != nullptr && !std::ranges::all_of(plan->players(), isReady)) {
-        players = plan->players();
-    }
+    if (plan == nullptr || std::ranges::all_of(plan->players(), isReady)) return plan;
+    const std::vector<std::shared_ptr<PlayerStream>> players = plan->players();
     releasePlan();
     for (const auto& player : players) player->provide(frames, _shared.stopping.get_token());
+    return acquirePlan();
+}
+
+// Offline only: allocates.
+void EngineRenderer::noteFailure(const RenderPlan& plan) {
+    const NodeProcessor* const failed = plan.failed();
+    if (failed == nullptr || _failure) return;
+    _failure = Error("AudioOutput", 2,
+                     "The effect \"" + failed->name() +
+                         "\" has ended while it was rendering; the sound is not complete.");
 }
 
 void EngineRenderer::renderPiece(PlanarSound sound, double sampleRate) noexcept {
-    const RealtimeScope realtime;
     RenderPlan* plan = acquirePlan();
-    if (plan != nullptr && plan->format() == AVAudioFormat{sampleRate, sound.channels()}) {
-        const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
-        const bool isNewLength = !_offline && _shared.blockLength.note(sound.frames());
-        if (plan->render(sound, now) || isNewLength) _news->signal();
-        _shared.sampleTime.store(now + sound.frames(), std::memory_order_relaxed);
-    } else { // the control side is about to follow a change of the device
-        fillWithSilence(sound);
+    if (_offline) plan = provide(plan, sound.frames());
+    {
+        const RealtimeScope realtime;
+        if (plan != nullptr && plan->format() == AVAudioFormat{sampleRate, sound.channels()}) {
+            const std::int64_t now = _shared.sampleTime.load(std::memory_order_relaxed);
+            const bool isNewLength = !_offline && _shared.blockLength.note(sound.frames());
+            if (plan->render(sound, now) || isNewLength) _news->signal();
+            _shared.sampleTime.store(now + sound.frames(), std::memory_order_relaxed);
+        } else { // the format has changed, and the control side will publish a new plan
+            fillWithSilence(sound);
+        }
     }
+    if (_offline && plan != nullptr) noteFailure(*plan);
     releasePlan();
 }
 
@@ -105,9 +119,9 @@ void EngineRenderer::render(PlanarSound sound, double sampleRate) noexcept {
     const DenormalScope noDenormals;
     const Gate::Passage inside = _shared.entrance.enter();
     if (!inside) return fillWithSilence(sound);
+    const std::uint32_t longest = RenderPlan::maximumFrames(sampleRate, _offline);
     while (sound.frames() > 0) {
-        const std::uint32_t count = std::min(sound.frames(), RenderPlan::MaximumFrames);
-        if (_offline) provide(count);
+        const std::uint32_t count = std::min(sound.frames(), longest);
         renderPiece(sound.first(count), sampleRate);
         sound = sound.after(count);
     }

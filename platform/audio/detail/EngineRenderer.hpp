@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The engine's audio side: renders the current plan, and gives previous plans back when it no longer uses
-// them. One that is not given back, because an effect does not return, is kept here until it is.
+// The audio side of the engine. Renders the current plan, and keeps previous plans alive while they are still
+// in use because an effect has not returned.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -22,63 +22,71 @@ namespace platform {
 
 class EngineRenderer final : public OutputClient {
   public:
-    /// `news` is signalled when the control side has something to handle; `onFormatChange` is called when the
+    /// Signals `news` when the control side has something to handle, and calls `onFormatChange` when the
     /// device's format changes.
     EngineRenderer(bool offline, std::shared_ptr<WakeSignal> news, std::function<void()> onFormatChange);
-    /// No thread may be rendering: devices keep their client that long.
+    /// Must not be destroyed while a thread renders; devices hold a strong reference until then.
     ~EngineRenderer() override;
 
     void render(PlanarSound sound, double sampleRate) noexcept override;
+    [[nodiscard]] std::optional<Error> failure() const override { return _failure; }
     void outputFormatDidChange() override { _onFormatChange(); }
 
-    // The control side, one operation at a time.
+    // Control side, one operation at a time.
 
-    /// Starts again, at sample time 0 and with blocks of `frames` frames. Call while nothing renders.
+    /// Resets the sample time to 0 and the block length to `frames`. Must be called while nothing renders.
     void reset(std::uint32_t frames);
-    /// What the control side must know about a plan that the audio side has not released.
+    /// Describes a plan that the audio side has not released.
     struct Retired {
-        std::shared_ptr<NodeProcessor> inside; // the processor that does not return; null if it is none
+        std::shared_ptr<NodeProcessor> inside; // the processor that has not returned, or null
     };
-    /// Publishes `plan` to the audio side and frees the previous one. If that is still in use after `limit`,
-    /// it is retired: the audio side calls no further processor of it. `plan` runs once it is free.
+    /// Publishes `plan` to the audio side and frees the previous plan. If the previous plan is still in use
+    /// after `limit`, retires it: the audio side calls no further processors of a retired plan, and `plan`
+    /// runs when the audio side has left it.
     [[nodiscard]] std::optional<Retired> publish(std::unique_ptr<RenderPlan> plan,
                                                  std::chrono::nanoseconds limit = ControlLimit);
     /// Frees the retired plans that are no longer in use and returns the processors that have returned.
     [[nodiscard]] std::vector<std::shared_ptr<NodeProcessor>> emptyGraveyard();
-    /// Returns whether a thread has not returned from `processor`.
+    /// Returns whether a retired plan is still kept because `processor` has not returned.
     [[nodiscard]] bool keeps(const NodeProcessor* processor) const noexcept;
     [[nodiscard]] bool hasRetiredPlans() const noexcept { return !_graveyard.empty(); }
-    /// Ends the waits of an offline render.
+    /// Ends the waiting of an offline render call.
     void requestStop() { _shared.stopping.request_stop(); }
     /// Returns whether a thread is rendering.
     [[nodiscard]] bool isRendering() const noexcept { return !_shared.entrance.isEmpty(); }
-    /// Returns the frames of a usual block.
+    /// Returns the usual block length in frames.
     [[nodiscard]] std::uint32_t blockFrames() const noexcept { return _shared.blockLength.usual(); }
 
   private:
     [[nodiscard]] RenderPlan* acquirePlan() noexcept;
-    void releasePlan() noexcept { _shared.inUse.store(nullptr); }
-    void provide(std::uint32_t frames);
+    void releasePlan() noexcept { _shared.inUse.store(nullptr, std::memory_order_release); }
+    [[nodiscard]] RenderPlan* provide(RenderPlan* plan, std::uint32_t frames);
+    void noteFailure(const RenderPlan& plan);
     void renderPiece(PlanarSound sound, double sampleRate) noexcept;
 
-    // All that the audio side shares with the control side.
+    // Shared between the audio side and the control side.
     struct Shared {
-        // Lets one thread render at a time: if an effect does not return, a device may call from another.
+        // Admits one thread at a time: while an effect does not return, a device may call `render` from
+        // another thread.
         Gate entrance;
-        // The plan to run. The control side exchanges it and frees the previous one when `inUse` no longer
-        // refers to it.
+        // The plan to run. The control side exchanges it, and frees a previous plan when `inUse` no longer
+        // points to it.
         std::atomic<RenderPlan*> plan{nullptr};
-        // The plan being run: set by the audio side, which then checks that it is still the one to run.
+        // The plan being run. The audio side sets it and then checks that `plan` still has the same value.
         std::atomic<RenderPlan*> inUse{nullptr};
-        // Frames rendered since the engine started; set to 0 by the control side while nothing renders.
+        // Number of frames rendered since the engine started. The control side resets it while nothing
+        // renders.
         std::atomic<std::int64_t> sampleTime{0};
-        // Of a device in real time: the audio side measures, the control side tells the effects.
+        // Block length of a real-time device. The audio side measures it, the control side passes it to the
+        // effects.
         BlockLength blockLength;
-        // Requested by the control side when it stops the engine; exchanged by it while nothing renders.
+        // The control side requests a stop when the engine stops, and replaces the source while nothing
+        // renders.
         std::stop_source stopping;
     };
     Shared _shared;
 
+    std::optional<Error> _failure; // offline; the thread that renders, and `reset`
     const bool _offline;
     const std::shared_ptr<WakeSignal> _news;
     const std::function<void()> _onFormatChange;

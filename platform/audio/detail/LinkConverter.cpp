@@ -9,8 +9,8 @@ namespace platform {
 
 LinkConverter::LinkConverter(double outputRate, double linkRate, std::uint32_t channels)
     : _path(RatePath::ratesOf(outputRate, linkRate, outputRate), channels) {
-    // The filters look ahead. With this much silence before the first frame they never need a frame that has
-    // not arrived.
+    // The filters look ahead. With this much silence before the first frame, they never need frames that have
+    // not arrived yet.
     const std::uint32_t lead = _path.inputFor(1);
     _waiting.configure(channels, 2 * (lead + MaximumFrames));
     _waiting.commit(lead);

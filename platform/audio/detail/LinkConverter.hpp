@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Passes sound at the output's rate through a link of another rate. The number of frames stays the same; the
-// sound is delayed by the length of the filters. Its state continues from one render plan to the next, for as
-// long as the link exists.
+// Converts sound from the output device's sample rate to a link's rate and back. The number of frames does
+// not change; the sound is delayed by the length of the filters. Successive render plans share a link's
+// converter, so its state is kept for as long as the link exists.
 //
 // Created on the control side; `process` runs on the audio thread, and neither allocates nor waits.
 #pragma once
@@ -21,18 +21,18 @@ class LinkConverter {
 
     LinkConverter(double outputRate, double linkRate, std::uint32_t channels);
 
-    /// Returns whether it was created for these.
+    /// Returns whether the converter was created with these values.
     [[nodiscard]] bool fits(double outputRate, double linkRate, std::uint32_t channels) const noexcept {
         return _path.rates() == RatePath::ratesOf(outputRate, linkRate, outputRate) &&
                _waiting.channels() == channels;
     }
-    /// Processes `inputs` into `outputs`, with the same number of frames (at most MaximumFrames). Audio
+    /// Processes `inputs` into `outputs`; both have the same number of frames, at most MaximumFrames. Audio
     /// thread.
     void process(ConstPlanarSound inputs, PlanarSound outputs) noexcept;
 
   private:
     RatePath _path;
-    FrameRing _waiting; // frames that the filters have not used yet; one thread writes and reads it
+    FrameRing _waiting; // frames not filtered yet; written and read on one thread
 };
 
 } // namespace platform

@@ -69,7 +69,7 @@ void NodeGraph::Compiled::makeReady() {
     for (Unready& one : unready) {
         one.processor->setOffline(one.isOffline);
         if (one.blockFrames > 0) one.processor->setBlockFrames(one.blockFrames);
-        one.failure = one.processor->allocate(one.rate, RenderPlan::MaximumFrames);
+        one.failure = one.processor->allocate(one.rate, RenderPlan::maximumFrames(one.rate, one.isOffline));
     }
 }
 
@@ -102,7 +102,7 @@ void NodeGraph::forgetConverters() {
     for (Link& link : _links) link.converter.reset();
 }
 
-// One walk from the output back to the sources.
+// Visits the nodes from the output back to the sources and adds their steps to the plan.
 class NodeGraph::Compilation {
   public:
     Compilation(NodeGraph& graph, RenderPlan& plan, bool offline)
@@ -113,7 +113,7 @@ class NodeGraph::Compilation {
     PlaneSet outputOf(const AVAudioNode& node) {
         const auto known = _outputs.find(&node);
         if (known != _outputs.end()) return known->second;
-        if (!_onTheWay.insert(&node).second) return {}; // a cycle: nothing flows through its last link
+        if (!_onTheWay.insert(&node).second) return {}; // a cycle: its last link carries no sound
         PlaneSet output = render(node);
         _onTheWay.erase(&node);
         return _outputs[&node] = output;
@@ -132,7 +132,7 @@ class NodeGraph::Compilation {
             return _plan.process(member.processor, inputs.empty() ? _plan.silence(wanted) : inputs.front(),
                                  member.badSamples);
         }
-        return _plan.mix(inputsOf(node, channels), channels); // the output has one input, a mixer any number
+        return _plan.mix(inputsOf(node, channels), channels); // the output node has at most one input
     }
 
     bool isReady(const AVAudioNode& node, Member& member) {
@@ -159,7 +159,7 @@ class NodeGraph::Compilation {
         return inputs;
     }
 
-    // Returns the output of `link`: at the output's rate, after conversion to the link's format.
+    // Returns the output of `link`: converted to the link's format and back to the output device's rate.
     PlaneSet flowThrough(Link& link, const AVAudioFormat& format) {
         const PlaneSet sound = outputOf(*link.from);
         const double rate = _plan.format().sampleRate;
@@ -182,7 +182,7 @@ class NodeGraph::Compilation {
 };
 
 NodeGraph::Compiled NodeGraph::compile(const AVAudioFormat& format, bool offline) {
-    Compiled compiled{.plan = std::make_unique<RenderPlan>(format), .unready = {}};
+    Compiled compiled{.plan = std::make_unique<RenderPlan>(format, offline), .unready = {}};
     Compilation compilation(*this, *compiled.plan, offline);
     compiled.plan->setOutput(compilation.outputOf(*_output));
     compiled.unready = std::move(compilation.unready);

@@ -21,7 +21,7 @@ void PassWriter::begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t si
         _reader = std::move(reader.value());
         _silentFrames = silentFrames;
     } else {
-        // The file disappeared between two passes. It is replaced by silence of its length.
+        // The file was deleted or changed since it was opened. It is replaced by silence of the same length.
         warn(reader.error().localizedDescription());
         _silentFrames = silentFrames + file->lengthFrames();
     }
@@ -103,7 +103,8 @@ PassWriter::Step PassWriter::convert() {
     return Step::Wrote;
 }
 
-// Between passes of different formats: writes what the converter still holds of the previous one.
+// Before a pass in a different format, writes the frames of the previous pass that are still in the
+// converter.
 PassWriter::Step PassWriter::flush() {
     const std::uint32_t frames = std::min(_tailFrames, RateConverter::ChunkFrames);
     fillWithSilence(_read.view().first(frames));

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writes passes over files into a ring, one after the other, joined sample to sample; a pass in another
-// format than the ring's is converted, and a conversion that continues with the next pass keeps its state.
-// One thread at a time.
+// Writes passes over files into a ring, one after the other, without gaps. Passes in a format other than the
+// ring's are converted; the converter keeps its state between consecutive passes in the same format. One
+// thread at a time.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -20,7 +20,7 @@ class AVAudioFile;
 class PassWriter {
   public:
     enum class Step {
-        Wrote,    // some frames; more to come
+        Wrote,    // made progress; the pass continues
         Full,     // the ring is full
         Finished, // the last frame of the pass is in the ring
     };
@@ -29,9 +29,9 @@ class PassWriter {
     void begin(const std::shared_ptr<AVAudioFile>& file, std::int64_t silentFrames,
                const AVAudioFormat& ringFormat);
     [[nodiscard]] bool isUnderWay() const noexcept { return _file != nullptr; }
-    /// Writes some frames of the pass.
+    /// Performs one step of the pass.
     [[nodiscard]] Step write(FrameRing& ring);
-    /// Gives up the pass and forgets the state of conversion.
+    /// Aborts the pass and resets the conversion.
     void abandon();
 
   private:
@@ -46,17 +46,17 @@ class PassWriter {
 
     std::shared_ptr<AVAudioFile> _file;
     std::unique_ptr<AudioReader> _reader;
-    std::int64_t _silentFrames = 0; // still to write, in frames of the ring
+    std::int64_t _silentFrames = 0; // still to be written, in frames of the ring
     AVAudioFormat _ringFormat;
-    std::uint32_t _tailFrames = 0; // of silence that push the end of the last conversion out before this pass
+    std::uint32_t _tailFrames = 0; // frames of silence that flush the previous pass out of the converter
 
-    AVAudioFormat _from; // of the conversion to the ring's format; no channels: there is none
-    std::unique_ptr<RateConverter> _converter; // null if only the number of channels differs
-    PlanarBuffer _read;                        // one chunk, in these steps
+    AVAudioFormat _from;                       // input format of the conversion; 0 channels if there is none
+    std::unique_ptr<RateConverter> _converter; // null if only the channel count differs
+    PlanarBuffer _read;                        // one chunk, as read; converted and mapped below
     PlanarBuffer _converted;
     PlanarBuffer _mapped;
     std::uint32_t _held = 0;  // frames in _mapped
-    std::uint32_t _taken = 0; // frames of them that are in the ring
+    std::uint32_t _taken = 0; // frames of _mapped that are already in the ring
 };
 
 } // namespace platform

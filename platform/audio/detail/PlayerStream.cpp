@@ -16,11 +16,12 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double RingSeconds = 0.2;
-// How long a start that is shorter than half a ring waits for the pass that follows it.
+// How long playback waits for another file to be scheduled before it starts with less than half a ring of
+// frames.
 constexpr std::chrono::milliseconds PrimingLimit{20};
-// How long an offline render waits, after a completion has returned, for what that may cause to be scheduled.
+// How long an offline render waits for another file to be scheduled after a completion handler has returned.
 constexpr std::chrono::seconds ScheduleLimit{2};
-// How long it waits in all, for a completion that does not return.
+// How long an offline render waits for a completion handler that does not return.
 constexpr std::chrono::seconds CompletionLimit{10};
 
 thread_local const PlayerStream* completing = nullptr; // the stream whose completion this thread is running
@@ -37,8 +38,8 @@ class Completing {
     const PlayerStream* _outer;
 };
 
-// Takes `mutex`, or gives up after `limit`. Tries again and again, because ThreadSanitizer does not know the
-// call with which a timed mutex waits.
+// Locks `mutex`, or gives up after `limit`. Polls, because ThreadSanitizer does not intercept the call that
+// std::timed_mutex uses.
 std::unique_lock<std::mutex> lockWithin(std::mutex& mutex, std::chrono::nanoseconds limit) {
     std::unique_lock lock(mutex, std::try_to_lock);
     const auto end = std::chrono::steady_clock::now() + limit;
@@ -63,7 +64,7 @@ void PlayerStream::schedule(std::shared_ptr<AVAudioFile> file, std::int64_t sile
     if (!std::exchange(_hasDecoder, true)) {
         std::thread([self = shared_from_this()] { self->runDecoder(); }).detach();
     }
-    // An offline render decodes for itself, on one core.
+    // In offline rendering the rendering thread decodes, so the decoder is not woken.
     if (!_voice.offline || !_voice.playing) _voice.wakeDecoder();
     _changed.notify_all();
 }
@@ -73,7 +74,7 @@ void PlayerStream::play() {
 }
 
 void PlayerStream::pause() {
-    const std::scoped_lock lock(_mutex); // so that `provide` does not miss it
+    const std::scoped_lock lock(_mutex); // so that `provide` does not miss the notification
     _voice.playing = false;
     _changed.notify_all();
 }
@@ -89,13 +90,14 @@ void PlayerStream::stop() {
         _passes.clear();
         _changed.notify_all();
     }
-    // A decoder that spends longer in a file does the rest when it comes back.
+    // If the decoder is still busy after the limit, it resets the stream itself later.
     if (const std::unique_lock turn = lockWithin(_turn, ControlLimit); turn) (void)settle();
     if (completing != this) _completions.sync([] {});
 }
 
 void PlayerStream::shutDown() {
-    std::deque<Pass> dropped; // outlives the lock: the completions' captures may call back
+    std::deque<Pass> dropped; // destroyed after unlocking, because the captures of completion handlers may
+                              // call this stream
     {
         std::unique_lock lock(_mutex);
         _ended = true;
@@ -116,14 +118,14 @@ void PlayerStream::setOutput(double linkRate, double rate, bool offline) {
         if (_linkRate == linkRate && _outputRate == rate) return;
         _linkRate = linkRate;
         _outputRate = rate;
-        _voice.gate.shut(); // nothing is read at the previous rate any more
+        _voice.gate.shut(); // stops reading at the previous rate
         _isPathDue = true;
     }
     if (const std::unique_lock turn(_turn, std::try_to_lock); turn && settle()) return;
     _voice.wakeDecoder();
 }
 
-// Calls `completion` on the completions' thread. _mutex is held.
+// Submits `completion` to the completion thread. _mutex is held.
 void PlayerStream::complete(std::function<void()> completion) {
     ++_completionsUnderWay;
     _completions.async([self = shared_from_this(), completion = std::move(completion)]() mutable {
@@ -133,7 +135,7 @@ void PlayerStream::complete(std::function<void()> completion) {
             return self->_ended;
         }();
         if (!dropped && completion) completion();
-        completion = nullptr; // its captures are released while the call is still in progress
+        completion = nullptr; // releases its captures while the completion still counts as running
         const std::scoped_lock lock(self->_mutex);
         --self->_completionsUnderWay;
         self->_lastCompletion = Clock::now();
@@ -144,10 +146,10 @@ void PlayerStream::complete(std::function<void()> completion) {
 
 // --- decoding ahead
 
-// No lock is held.
+// No mutex is held.
 void PlayerStream::runDecoder() {
     while (true) {
-        bool waitsForMore = false; // a start that is too short to be primed, or pending changes
+        bool waitsForMore = false; // not primed yet, or changes are pending
         {
             const std::scoped_lock turn(_turn);
             const bool didSome = decodeSome();
@@ -170,7 +172,7 @@ void PlayerStream::runDecoder() {
     }
 }
 
-// Does one step; returns false if there is nothing to do now. The turn is held.
+// Performs one decoding step. Returns false if there is nothing to do now. _turn is held.
 bool PlayerStream::decodeSome() {
     if (!settle() || (!_writer.isUnderWay() && !beginPass())) return false;
     const PassWriter::Step step = _writer.write(_voice.ring);
@@ -179,7 +181,7 @@ bool PlayerStream::decodeSome() {
     return step != PassWriter::Step::Full;
 }
 
-// Opens the file of the front pass; returns false if there is none. The turn is held.
+// Begins the first pass of the schedule. Returns false if there is none. _turn is held.
 bool PlayerStream::beginPass() {
     std::shared_ptr<AVAudioFile> file;
     std::int64_t silentFrames = 0;
@@ -194,16 +196,19 @@ bool PlayerStream::beginPass() {
     return true;
 }
 
-// The turn is held.
+// _turn is held.
 void PlayerStream::finishPass() {
     const std::scoped_lock lock(_mutex);
-    if (_isResetDue || _passes.empty()) return; // it was stopped meanwhile, and its completion called
+    if (_isResetDue || _passes.empty()) {
+        return; // `stop` was called meanwhile and has called the completion handler
+    }
     complete(std::move(_passes.front().completion));
     _passes.pop_front();
     _voice.passUnderWay = !_passes.empty();
 }
 
-// Does what `stop` and `setOutput` have left to the holder of the turn; returns whether all is done.
+// Carries out the pending requests of `stop` and `setOutput`. Returns false if the audio thread is still
+// inside the gate. _turn is held.
 bool PlayerStream::settle() {
     bool isResetDue = false;
     {
@@ -226,19 +231,19 @@ bool PlayerStream::settle() {
     return true;
 }
 
-// The ring has enough to start. The turn is held.
+// Lets the audio thread start reading. _turn is held.
 void PlayerStream::prime() {
     _isPrimed = true;
     openGate();
 }
 
-// The turn is held.
+// _turn is held.
 void PlayerStream::openGate() {
     const std::scoped_lock lock(_mutex);
     if (_isPrimed && !_isResetDue && !_isPathDue && !_ended) _voice.gate.open();
 }
 
-// The gate is closed, as it always is while the ring is not configured. The turn is held.
+// Requires a closed gate; the gate is always closed before the ring is configured. _turn is held.
 void PlayerStream::configureRing(const AVAudioFormat& format) {
     _ringFormat = format;
     const auto capacity = static_cast<std::uint32_t>(format.sampleRate * RingSeconds);
@@ -250,7 +255,7 @@ void PlayerStream::configureRing(const AVAudioFormat& format) {
     makePath();
 }
 
-// Creates the path for the present rates. The gate is closed. The turn is held.
+// Creates the path for the current rates. Requires a closed gate. _turn is held.
 void PlayerStream::makePath() {
     const double ringRate = _ringFormat.sampleRate;
     RatePath::Rates rates = RatePath::ratesOf(ringRate, ringRate, ringRate);
@@ -264,18 +269,6 @@ void PlayerStream::makePath() {
 }
 
 // --- offline
-
-// Returns whether the ring has the frames for `outputFrames` frames of output. The turn is held.
-bool PlayerStream::holdsFor(std::uint32_t outputFrames) const {
-    if (_ringFormat.channelCount == 0) return false;
-    return _voice.ring.readable() >= std::min(_voice.path->inputFor(outputFrames), _voice.ring.capacity());
-}
-
-bool PlayerStream::isProvided(std::uint32_t frames) {
-    if (!_voice.playing) return true;
-    const std::scoped_lock turn(_turn);
-    return _voice.gate.isOpen() && holdsFor(frames);
-}
 
 // _mutex is held.
 bool PlayerStream::mayStillBeScheduled() {
@@ -293,7 +286,7 @@ void PlayerStream::provide(std::uint32_t frames, const std::stop_token& stop) {
     while (_voice.playing && !stop.stop_requested()) {
         {
             const std::scoped_lock turn(_turn);
-            if (settle() && holdsFor(frames)) break;
+            if (settle() && _ringFormat.channelCount > 0 && _voice.holdsFor(frames)) break;
             if (decodeSome()) continue;
         }
         std::unique_lock lock(_mutex);

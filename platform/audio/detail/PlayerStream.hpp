@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The sound of a player node: a schedule of files, the thread that decodes them ahead into a ring, and the
-// reader of that ring on the audio thread. Control operations may be called on any other thread.
+// The schedule of a player node, the thread that decodes the files into a ring, and the reader of the ring on
+// the audio thread. Unless stated otherwise, the operations may be called on any thread except the audio
+// thread.
 //
-// The ring holds frames in the format of the file that was scheduled first since the last stop; passes over
-// files in another format are converted to it by the decoder, and the state of that conversion also continues
-// across the seams. The reader converts the frames from the ring's rate through the link's to the output
-// device's.
+// The ring has the format of the first file scheduled since the last stop. The decoder converts files in
+// other formats to the ring's format, without gaps between files in the same format. The reader converts the
+// frames from the ring's sample rate to the link's rate and then to the output device's.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -41,25 +41,25 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void pause();
     void stop();
     [[nodiscard]] bool isPlaying() const noexcept { return _voice.playing; }
-    /// Ends both threads for good; completions that were not called are dropped. A decoder that does not come
-    /// back from a file in time continues on its own, with everything that it uses.
+    /// Ends both threads for good. Completion handlers that have not been called are dropped. If the decoder
+    /// does not return from reading a file in time, its thread keeps this object alive until it ends.
     void shutDown();
 
-    /// Produces frames at `rate` from now on, through a link of `linkRate`; `offline`: the renderer calls
-    /// `provide` first. The engine's control side.
+    /// Sets the output device's sample rate and the link's. If `offline` is true, the renderer calls
+    /// `provide` before each block. The engine's control side.
     void setOutput(double linkRate, double rate, bool offline);
-    /// Offline only, on the thread that renders: decodes until `frames` frames of output are available; with
-    /// an empty schedule, waits a while for what the last completion may still schedule, until `stop` is
-    /// requested.
+    /// Decodes until `frames` frames of output are available. With an empty schedule, waits a while for files
+    /// that the last completion handler may schedule. Returns early when `stop` is requested. Offline only,
+    /// on the thread that renders.
     void provide(std::uint32_t frames, const std::stop_token& stop);
     /// Returns whether `provide` would have nothing to do. Offline only, on the thread that renders.
-    [[nodiscard]] bool isProvided(std::uint32_t frames);
+    [[nodiscard]] bool isProvided(std::uint32_t frames) noexcept { return _voice.isProvided(frames); }
 
     /// Fills `sound`; see PlayerVoice. Audio thread.
     void render(PlanarSound sound, std::uint32_t linkChannels) noexcept {
         _voice.render(sound, linkChannels);
     }
-    /// Returns the number of blocks for which frames were missing while a pass was being played.
+    /// Returns how many times frames were missing while a file was being played.
     [[nodiscard]] std::uint64_t underruns() const noexcept { return _voice.underruns.load(); }
 
   private:
@@ -69,7 +69,7 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
         std::function<void()> completion;
     };
 
-    // Each says which of the locks is held.
+    // The definitions state which mutexes must be held.
     void runDecoder();
     bool decodeSome();
     bool beginPass();
@@ -80,31 +80,32 @@ class PlayerStream final : public std::enable_shared_from_this<PlayerStream> {
     void prime();
     void openGate();
     void complete(std::function<void()> completion);
-    [[nodiscard]] bool holdsFor(std::uint32_t outputFrames) const;
     [[nodiscard]] bool mayStillBeScheduled();
 
     PlayerVoice _voice;
 
-    // The right to decode. Held for one step, which may open a file and therefore take long: operations that
-    // a user waits for take it with a time limit or not at all. Taken before _mutex.
+    // Locked by the thread that decodes, for one step at a time. A step may open a file and therefore take
+    // long, so operations that a user waits for lock _turn with a time limit or only try to. Locked before
+    // _mutex.
     std::mutex _turn;
-    // Guarded by _turn.
-    PassWriter _writer;        // of the front pass
-    AVAudioFormat _ringFormat; // no channels: not configured
-    bool _isPrimed = false;    // the ring holds enough to start
+    // The next three members are guarded by _turn.
+    PassWriter _writer;        // writes the first pass of the schedule
+    AVAudioFormat _ringFormat; // 0 channels: not configured
+    bool _isPrimed = false;    // the ring contains enough frames to start
 
-    std::mutex _mutex; // guards the fields below; held only briefly
+    std::mutex _mutex; // guards the members below; held only briefly
     std::condition_variable _changed;
-    std::deque<Pass> _passes; // front: in progress
-    double _outputRate = 0;   // 0: not known yet
+    std::deque<Pass> _passes; // the first one is being decoded, or is next
+    double _outputRate = 0;   // 0 if not known yet
     double _linkRate = 0;
-    bool _isResetDue = false; // the node was stopped: what the turn guards still belongs to dropped passes
+    bool _isResetDue = false; // the node was stopped, but ring and writer are not reset yet
     bool _isPathDue = false;  // the rates have changed
-    bool _hasDecoder = false; // its thread runs; started with the first pass
+    bool _hasDecoder = false; // the decoder's thread runs; started with the first pass
     bool _ended = false;
     int _completionsUnderWay = 0;
-    std::chrono::steady_clock::time_point _lastCompletion; // returned at
-    bool _mayBeScheduled = false; // a completion was called since `provide` last waited in vain
+    std::chrono::steady_clock::time_point _lastCompletion; // when it returned
+    bool _mayBeScheduled =
+        false; // set when a completion handler returns, cleared when `provide` has waited in vain
 
     DispatchQueue _completions{"AVAudioPlayerNode.completions"};
 };

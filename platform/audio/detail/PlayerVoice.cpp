@@ -42,6 +42,16 @@ void PlayerVoice::render(PlanarSound sound, std::uint32_t linkChannels) noexcept
     if (isLow && !offline.load(std::memory_order_relaxed)) wakeDecoder();
 }
 
+bool PlayerVoice::isProvided(std::uint32_t frames) noexcept {
+    if (!playing.load(std::memory_order_relaxed)) return true;
+    const Gate::Passage inside = gate.enter();
+    return inside && holdsFor(frames);
+}
+
+bool PlayerVoice::holdsFor(std::uint32_t frames) const noexcept {
+    return ring.readable() >= std::min(path->inputFor(frames), ring.capacity());
+}
+
 void PlayerVoice::wakeDecoder() noexcept {
     if (decoderSleeps.exchange(false)) wake.signal();
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The audio side of a player node: everything that its audio thread shares with the others, and how that
-// thread reads it.
+// The part of a player node that the audio thread uses: the ring of decoded frames, and the functions that
+// read it.
 #pragma once
 
 #include "platform/audio/detail/RatePath.hpp"
@@ -16,29 +16,36 @@
 
 namespace platform {
 
-/// Crosses threads: the atomics, which are independent of one another, and what `gate` guards. The gate is
-/// open while the ring holds enough to start. The plain members belong to the audio thread while it is open
-/// (of the ring: its reading end) and, while it is closed, to the thread whose turn it is to decode.
+/// Shared between threads: the atomics, which are independent of one another, and the members that `gate`
+/// guards: `ring`, `path`, `scratch` and `linkScratch`. The gate is open while the stream can be read. While
+/// it is open, these members belong to the audio thread, except for the writing end of the ring. While it is
+/// closed, they belong to the thread that decodes, which holds PlayerStream's `_turn`.
 struct PlayerVoice {
-    static constexpr std::uint32_t MaximumFrames = 1024;
+    static constexpr std::uint32_t MaximumFrames = 8192;
 
     Gate gate;
     FrameRing ring;
-    std::unique_ptr<RatePath> path; // ring -> link -> output; null while the ring is not configured
-    PlanarBuffer scratch;           // MaximumFrames of the ring's channels
-    PlanarBuffer linkScratch;       // the same, for a narrower link
+    std::unique_ptr<RatePath>
+        path;                 // ring rate -> link rate -> output rate; null while the ring is not configured
+    PlanarBuffer scratch;     // MaximumFrames frames, with the ring's channels
+    PlanarBuffer linkScratch; // likewise, for a link with fewer channels
 
     std::atomic<bool> playing{false};
-    std::atomic<bool> offline{false};      // the decoder need not be woken
-    std::atomic<bool> passUnderWay{false}; // frames are due: a short ring is an underrun
+    std::atomic<bool> offline{false};      // the renderer decodes, so the decoder is not woken
+    std::atomic<bool> passUnderWay{false}; // a file is being played, so missing frames are an underrun
     std::atomic<std::uint64_t> underruns{0};
     std::atomic<bool> decoderSleeps{false};
-    WakeSignal wake; // signalled when the decoder sleeps and should not
+    WakeSignal wake; // wakes the decoder
 
     /// Fills `sound` (at most MaximumFrames frames). If `linkChannels` is not 0 and less than the ring's
-    /// number, the sound passes through that many channels. Audio thread.
+    /// channel count, the sound is first mixed down to `linkChannels` channels. Audio thread.
     void render(PlanarSound sound, std::uint32_t linkChannels) noexcept;
-    /// Any thread.
+    /// Returns whether `frames` frames of output are available, or nothing is playing. Audio thread.
+    [[nodiscard]] bool isProvided(std::uint32_t frames) noexcept;
+    /// Returns whether the ring contains enough frames for `frames` frames of output. The ring must be
+    /// configured. Call inside the gate, or with PlayerStream's `_turn` held.
+    [[nodiscard]] bool holdsFor(std::uint32_t frames) const noexcept;
+    /// Wakes the decoder if it sleeps. Any thread.
     void wakeDecoder() noexcept;
 
   private:

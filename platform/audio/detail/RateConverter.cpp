@@ -11,13 +11,13 @@
 namespace platform {
 namespace {
 
-// Half the length of the filter: flat to 0.946 of the lower Nyquist frequency.
+// Half the length of the filter. The response is flat up to 0.946 of the lower Nyquist frequency.
 constexpr unsigned FilterHalfLength = 48;
 
 } // namespace
 
-// One of the library's two converters: the one for whole-number ratios, or, if there are no small enough
-// ones, the one for any ratio.
+// Wraps zita-resampler's two converters: Resampler, for ratios of small integers, and VResampler, for all
+// others.
 class RateConverter::Library {
   public:
     Library(double inputRate, double outputRate, unsigned channels) {
@@ -33,7 +33,7 @@ class RateConverter::Library {
         return _isExact ? use(_exact) : use(_any);
     }
 
-    // Silence before the first frame aligns the first output with the first input.
+    // Feeds silence first, so that the first output frame is aligned with the first input frame.
     void reset() noexcept {
         with([](auto& converter) {
             converter.reset();
@@ -64,7 +64,8 @@ RateConverter::RateConverter(double inputRate, double outputRate, std::uint32_t 
 RateConverter::~RateConverter() = default;
 
 std::uint32_t RateConverter::inputWanted(std::uint32_t outputFrames) const noexcept {
-    // Rounded down, so that at most one frame stays in the buffer; what is missing is requested again.
+    // Rounded down, so that at most one frame stays in the buffer. The caller asks again if that was too
+    // little.
     const double wanted = static_cast<double>(outputFrames) * _inputPerOutput;
     const bool holds = _library->with([](const auto& converter) { return converter.inp_count > 0; });
     if (holds) return 0;

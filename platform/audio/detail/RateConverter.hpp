@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Converts the sample rate of a stream, block by block, by as many frames as requested. Created on the
-// control side; `process` neither allocates nor waits. Output frame 0 corresponds to input frame 0.
+// Converts the sample rate of a stream, block by block. Created on the control side; `process` neither
+// allocates nor waits. Output frame 0 corresponds to input frame 0.
 #pragma once
 
 #include "platform/realtime/PlanarBuffer.hpp"
@@ -20,7 +20,8 @@ class RateConverter {
     RateConverter(const RateConverter&) = delete;
     RateConverter& operator=(const RateConverter&) = delete;
 
-    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most ChunkFrames frames.
+    /// Fills `outputs`. Calls `pull(sound)` for more input; `pull` must fill `sound`, which has at most
+    /// ChunkFrames frames.
     template <class Pull>
     void process(PlanarSound outputs, Pull&& pull) noexcept {
         while (outputs.frames() > 0) {
@@ -31,15 +32,16 @@ class RateConverter {
             outputs = outputs.after(drain(outputs));
         }
     }
-    /// Pushes `inputs` (at most ChunkFrames frames), writes the resulting output and returns its number of
-    /// frames; only for a converter that is never pulled. All of the input is used up if `outputs` has at
-    /// least `outputBound(inputs.frames())` frames.
+    /// Converts `inputs` (at most ChunkFrames frames) to `outputs` and returns the number of output frames.
+    /// `outputs` must have at least `outputBound(inputs.frames())` frames. A converter must be used either
+    /// with `push` or with `process`, not with both.
     std::uint32_t push(ConstPlanarSound inputs, PlanarSound outputs) noexcept;
     [[nodiscard]] std::uint32_t outputBound(std::uint32_t inputFrames) const noexcept;
-    /// Returns the number of input frames between the last input and the output.
+    /// Returns how many input frames the output lags behind the input; as many frames of silence flush the
+    /// end of a stream.
     [[nodiscard]] std::uint32_t tailFrames() const noexcept;
 
-    /// Forgets the stream so far.
+    /// Prepares for a new stream.
     void reset() noexcept;
 
     static constexpr std::uint32_t ChunkFrames = 256;

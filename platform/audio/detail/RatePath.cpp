@@ -9,7 +9,8 @@ namespace platform {
 namespace {
 
 std::unique_ptr<RateConverter> converterBetween(double from, double to, std::uint32_t channels) {
-    return from == to ? nullptr : std::make_unique<RateConverter>(from, to, channels);
+    if (from == to) return nullptr;
+    return std::make_unique<RateConverter>(from, to, channels);
 }
 
 double inputOf(const RateConverter& converter, double outputFrames, double from, double to) {

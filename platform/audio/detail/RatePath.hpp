@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Converts a stream from one sample rate through a second to a third, block by block, by as many frames as
-// requested. Created on the control side; `process` neither allocates nor waits. Output frame 0 corresponds
-// to input frame 0.
+// Converts a stream from one sample rate to a second and then to a third, block by block. Created on the
+// control side; `process` neither allocates nor waits. Output frame 0 corresponds to input frame 0.
 #pragma once
 
 #include "platform/audio/detail/RateConverter.hpp"
@@ -15,7 +14,8 @@ namespace platform {
 
 class RatePath {
   public:
-    /// Frames per second. `over` equals `from` if the second rate is one of the other two.
+    /// The three sample rates, in frames per second. `over` equals `from` if the second rate equals one of
+    /// the other two.
     struct Rates {
         double from = 0;
         double over = 0;
@@ -30,8 +30,9 @@ class RatePath {
     RatePath(const Rates& rates, std::uint32_t channels);
 
     [[nodiscard]] const Rates& rates() const noexcept { return _rates; }
-    /// Fills `outputs`. `pull(sound)` must fill `sound`, which has at most as many frames as `outputs` if all
-    /// rates are the same, else at most RateConverter::ChunkFrames. Audio thread.
+    /// Fills `outputs`. Calls `pull(sound)` for more input; `pull` must fill `sound`, which has as many
+    /// frames as `outputs` if all rates are equal, and otherwise at most RateConverter::ChunkFrames. Audio
+    /// thread.
     template <class Pull>
     void process(PlanarSound outputs, Pull&& pull) noexcept {
         const auto pullFirst = [&](PlanarSound sound) {
@@ -52,7 +53,7 @@ class RatePath {
 
   private:
     const Rates _rates;
-    std::unique_ptr<RateConverter> _first; // null if it would change nothing
+    std::unique_ptr<RateConverter> _first; // null if no conversion is needed; likewise _last
     std::unique_ptr<RateConverter> _last;
 };
 

@@ -13,22 +13,35 @@
 
 namespace platform {
 
-static_assert(PlayerVoice::MaximumFrames >= RenderPlan::MaximumFrames);
-static_assert(LinkConverter::MaximumFrames >= RenderPlan::MaximumFrames);
+static_assert(PlayerVoice::MaximumFrames >= RenderPlan::MaximumOfflineFrames);
 
-RenderPlan::RenderPlan(AVAudioFormat format)
-    : _format(format) {}
+namespace {
+
+// Of sound. A little less than the players' rings hold, because converters of rates look ahead.
+constexpr double LongestOfflineSeconds = 0.19;
+
+} // namespace
+
+std::uint32_t RenderPlan::maximumFrames(double sampleRate, bool isOffline) noexcept {
+    if (!isOffline) return MaximumFrames;
+    return static_cast<std::uint32_t>(
+        std::clamp(LongestOfflineSeconds * sampleRate, double{MaximumFrames}, double{MaximumOfflineFrames}));
+}
+
+RenderPlan::RenderPlan(AVAudioFormat format, bool isOffline)
+    : _format(format)
+    , _maximumFrames(maximumFrames(format.sampleRate, isOffline)) {}
 
 PlaneSet RenderPlan::newPlanes(std::uint32_t channels) {
     PlaneSet set;
     if (channels == 0) return set;
-    _buffers.push_back(std::make_unique<PlanarBuffer>(channels, MaximumFrames));
+    _buffers.push_back(std::make_unique<PlanarBuffer>(channels, _maximumFrames));
     for (std::uint32_t c = 0; c < channels; ++c) set.planes.push_back(_buffers.back()->view()[c]);
     return set;
 }
 
 PlaneSet RenderPlan::silence(std::uint32_t channels) {
-    return newPlanes(channels); // zeros, which nothing overwrites
+    return newPlanes(channels); // zeros, which no step overwrites
 }
 
 PlaneSet RenderPlan::play(std::shared_ptr<PlayerStream> stream, std::uint32_t channels,
@@ -93,7 +106,11 @@ bool RenderPlan::run(const Step& step, std::uint32_t frames, std::int64_t sample
         mapChannels(in, out);
         return false;
     case Step::Kind::Convert:
-        step.converter->process(in, out);
+        for (std::uint32_t done = 0; done < frames;) {
+            const std::uint32_t piece = std::min(frames - done, LinkConverter::MaximumFrames);
+            step.converter->process(in.after(done).first(piece), out.after(done).first(piece));
+            done += piece;
+        }
         return false;
     case Step::Kind::Mix:
         for (std::uint32_t c = 0; c < out.channels(); ++c) {
@@ -134,6 +151,12 @@ std::shared_ptr<NodeProcessor> RenderPlan::retire() {
     const auto found = std::ranges::find_if(
         _processors, [inside](const auto& processor) { return processor.get() == inside; });
     return found == _processors.end() ? nullptr : *found;
+}
+
+const NodeProcessor* RenderPlan::failed() const noexcept {
+    const auto found =
+        std::ranges::find_if(_processors, [](const auto& processor) { return processor->hasFailed(); });
+    return found == _processors.end() ? nullptr : found->get();
 }
 
 bool RenderPlan::render(PlanarSound sound, std::int64_t sampleTime) noexcept {

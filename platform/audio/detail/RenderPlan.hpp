@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the audio side runs for each block: an ordered list of steps over preallocated buffers. Built on the
-// control side, immutable once published; what it refers to lives as long as it does.
+// The steps that the audio thread runs for each block, in order, with preallocated buffers. Built on the
+// control side, immutable once published. A plan holds strong references to everything that its steps use.
 #pragma once
 
 #include "platform/audio/AVAudioFormat.hpp"
@@ -19,7 +19,7 @@ class LinkConverter;
 class NodeProcessor;
 class PlayerStream;
 
-/// Planes of RenderPlan::MaximumFrames frames.
+/// A set of planes with as many frames as the longest block of its plan.
 struct PlaneSet {
     std::vector<float*> planes;
 
@@ -32,21 +32,25 @@ struct PlaneSet {
     }
 };
 
-/// Set by the audio side when a processor's output contained NaN or infinity; checked by the control side.
+/// Set by the audio thread when a processor's output contained NaN or infinity; read by the control side.
 struct BadSamples {
     std::atomic<bool> seen{false};
 };
 
 class RenderPlan {
   public:
+    /// The longest block in real time.
     static constexpr std::uint32_t MaximumFrames = 1024;
+    /// The longest block offline, where long blocks save time. The players' rings hold as much.
+    static constexpr std::uint32_t MaximumOfflineFrames = 8192;
+    [[nodiscard]] static std::uint32_t maximumFrames(double sampleRate, bool isOffline) noexcept;
 
-    explicit RenderPlan(AVAudioFormat format);
+    RenderPlan(AVAudioFormat format, bool isOffline);
     RenderPlan(const RenderPlan&) = delete;
     RenderPlan& operator=(const RenderPlan&) = delete;
 
-    // Building, in the order of rendering. Each returns the buffer that the step writes; a buffer passed in
-    // is not written again by later steps.
+    // These functions add a step each, in the order of rendering, and return the buffer that the step writes.
+    // Later steps do not overwrite that buffer. A function that has nothing to do adds no step.
     [[nodiscard]] PlaneSet silence(std::uint32_t channels);
     [[nodiscard]] PlaneSet play(std::shared_ptr<PlayerStream> stream, std::uint32_t channels,
                                 std::uint32_t linkChannels);
@@ -55,7 +59,7 @@ class RenderPlan {
     [[nodiscard]] PlaneSet mix(const std::vector<PlaneSet>& inputs, std::uint32_t channels);
     [[nodiscard]] PlaneSet process(std::shared_ptr<NodeProcessor> processor, const PlaneSet& input,
                                    std::shared_ptr<BadSamples> badSamples);
-    /// Sets what is heard; with the format's number of channels.
+    /// Sets the buffer that is played. It must have the format's channel count.
     void setOutput(PlaneSet output) { _output = std::move(output); }
 
     [[nodiscard]] const AVAudioFormat& format() const noexcept { return _format; }
@@ -63,11 +67,14 @@ class RenderPlan {
         return _players;
     }
 
-    /// Fills `sound`, of at most MaximumFrames frames, and returns whether the control side has something to
-    /// handle. Audio thread.
+    /// Returns the processor whose effect has ended, or null. Offline; audio thread.
+    [[nodiscard]] const NodeProcessor* failed() const noexcept;
+    /// Fills `sound` (at most `maximumFrames` frames) and returns whether the control side must be woken to
+    /// report bad samples. Audio thread.
     bool render(PlanarSound sound, std::int64_t sampleTime) noexcept;
-    /// Stops the audio side from calling further processors of this plan and returns the one that it is in,
-    /// if any; that one may be used elsewhere only when this plan is no longer in use. Control side.
+    /// Stops the audio thread from calling further processors of this plan. Returns the processor that the
+    /// audio thread is in, or null; that processor must not be used elsewhere before this plan is no longer
+    /// in use. Control side.
     [[nodiscard]] std::shared_ptr<NodeProcessor> retire();
 
   private:
@@ -78,7 +85,7 @@ class RenderPlan {
         NodeProcessor* processor = nullptr;
         BadSamples* badSamples = nullptr;
         std::uint32_t linkChannels = 0;
-        PlaneSet input{}; // of a mix: the inputs one after the other
+        PlaneSet input{}; // for a mix, the channels of all inputs in sequence
         PlaneSet output{};
     };
 
@@ -87,6 +94,7 @@ class RenderPlan {
     bool runProcessor(const Step& step, PlanarSound in, PlanarSound out, std::int64_t sampleTime) noexcept;
 
     const AVAudioFormat _format;
+    const std::uint32_t _maximumFrames;
     std::vector<Step> _steps;
     PlaneSet _output;
     std::vector<std::unique_ptr<PlanarBuffer>> _buffers;
@@ -94,8 +102,8 @@ class RenderPlan {
     std::vector<std::shared_ptr<NodeProcessor>> _processors;
     std::vector<std::shared_ptr<void>> _kept;
 
-    // Crosses threads. The audio side writes `_inside` and then reads `_isRetired`, the control side does it
-    // the other way round; one of them sees the other's write.
+    // Shared between threads. The audio thread writes `_inside` and then reads `_isRetired`; the control side
+    // writes `_isRetired` and then reads `_inside`. At least one of them therefore sees the other's write.
     std::atomic<const NodeProcessor*> _inside{nullptr};
     std::atomic<bool> _isRetired{false};
 };

@@ -14,7 +14,7 @@ void addScaled(const float* input, float scale, float* output, std::uint32_t fra
     for (std::uint32_t i = 0; i < frames; ++i) output[i] += scale * input[i];
 }
 
-// Channel order of the usual layouts: left, right, centre, low frequencies, rear left, rear right.
+// The usual channel order: left, right, centre, low frequencies, rear left, rear right.
 void foldDownToPair(ConstPlanarSound inputs, PlanarSound outputs) noexcept {
     const std::uint32_t inputChannels = inputs.channels();
     const std::uint32_t frames = outputs.frames();

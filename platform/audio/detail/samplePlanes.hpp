@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Conversion of samples from a decoder to planes of floats in -1...1.
+// Conversion of a decoder's samples to planes of floats, nominally in the range -1 to 1.
 #pragma once
 
 #include "platform/realtime/PlanarView.hpp"
@@ -14,13 +14,12 @@
 
 namespace platform {
 
-/// Returns whether `value` is finite: neither infinity nor NaN. (Integer arithmetic, which compilers
-/// vectorise.)
+/// Returns whether `value` is neither infinity nor NaN. Uses integer arithmetic, which compilers vectorise.
 [[nodiscard]] inline bool isFinite(float value) noexcept {
     return (std::bit_cast<std::uint32_t>(value) & 0x7f800000U) != 0x7f800000U;
 }
 
-/// The bits of four samples, which every processor handles at once.
+/// The bits of four samples, as one vector.
 using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
 
 /// Returns all ones for each of the four samples at `samples` that is not finite, and 0 for the others.
@@ -29,7 +28,7 @@ using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
     return reinterpret_cast<FourSamples>((bits & 0x7f800000U) == 0x7f800000U);
 }
 
-/// Returns whether all of `count` samples are numbers.
+/// Returns whether all of the `count` samples are finite.
 [[nodiscard]] inline bool allFinite(const float* samples, std::uint32_t count) noexcept {
     FourSamples bits;
     FourSamples bad{};
@@ -43,7 +42,7 @@ using FourSamples [[gnu::vector_size(16)]] = std::uint32_t;
     return anyBad == 0;
 }
 
-/// Copies `count` samples; zeros replace what is not finite.
+/// Copies `count` samples and replaces non-finite values by 0.
 inline void copyFinite(const float* source, float* plane, std::uint32_t count) noexcept {
     std::uint32_t i = 0;
     for (; i + 16 <= count; i += 16) {
@@ -74,7 +73,7 @@ template <class Sample>
     }
 }
 
-/// Copies `count` samples that stand `Stride` apart (0: `stride`) into a plane.
+/// Converts `count` samples that are `Stride` elements apart, or `stride` if `Stride` is 0, into a plane.
 template <std::size_t Stride, class Sample>
 inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
                         std::uint32_t count) noexcept {
@@ -82,7 +81,7 @@ inline void copyToPlane(const Sample* source, std::size_t stride, float* plane,
     for (std::uint32_t i = 0; i < count; ++i) plane[i] = sampleToFloat(source[i * step]);
 }
 
-/// Fills `sound` with the frames from `first` on of a frame's data, planar or interleaved.
+/// Fills `sound` with the samples of a decoded frame, planar or interleaved, from index `first` on.
 template <class Sample>
 inline void copyToPlanes(const std::uint8_t* const* data, bool planar, std::uint32_t first,
                          PlanarSound sound) noexcept {

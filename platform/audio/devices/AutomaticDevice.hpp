@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The process's output: the first hardware device that answers; the silent device as long as none does, or
-// while the one in use is lost or does not play. A separate thread opens the hardware, watches it and
-// switches between them: a server that does not answer makes nobody wait.
+// The process's output. Plays through the first hardware device that answers, and through the silent device
+// while no hardware answers or the hardware in use is lost or does not play. A supervisor thread opens the
+// hardware, watches it and switches between the two, so that no caller waits long for a server that does not
+// answer.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -25,14 +26,15 @@ namespace platform {
 class AutomaticDevice final : public OutputDevice {
   public:
     struct Limits {
-        std::chrono::milliseconds answer{40}; // that a claim waits before it continues without the hardware
-        std::chrono::milliseconds streaming{
-            2000};                             // without a request for sound the device counts as not playing
-        std::chrono::milliseconds retry{1000}; // between attempts to get a lost device back
-        std::chrono::milliseconds reconnect{5000}; // after which one that does not play is opened again
+        std::chrono::milliseconds answer{40}; // a claim waits this long for the hardware
+        // Hardware that has not requested sound for this long counts as not playing.
+        std::chrono::milliseconds streaming{2000};
+        std::chrono::milliseconds retry{1000}; // between attempts to open the hardware
+        // Hardware that counts as not playing is opened again after this time.
+        std::chrono::milliseconds reconnect{5000};
     };
 
-    /// `factories`: in the order in which they are tried; none: silence for ever, without a report.
+    /// `factories` are tried in order. Without factories the device is always silent and reports nothing.
     explicit AutomaticDevice(std::vector<HardwareFactory> factories);
     AutomaticDevice(std::vector<HardwareFactory> factories, Limits limits);
     ~AutomaticDevice() override;
@@ -44,7 +46,7 @@ class AutomaticDevice final : public OutputDevice {
     [[nodiscard]] AVAudioFormat format() const noexcept override;
     [[nodiscard]] std::uint32_t blockFrames() const noexcept override { return _blockFrames; }
 
-    /// Returns whether what is playing now is heard.
+    /// Returns whether a client is playing through the hardware.
     [[nodiscard]] bool isAudible() const;
 
   private:
@@ -52,10 +54,11 @@ class AutomaticDevice final : public OutputDevice {
 
     class TellingLock;
     struct Voice;
-    // The hardware, destroyed first, and what it plays for.
+    // The hardware and its listener. The hardware is destroyed first, because its end may call the listener;
+    // so an output that has hardware is not assigned to.
     struct Output {
         std::shared_ptr<Voice> voice;
-        std::unique_ptr<HardwareDevice> hardware; // null: none answers
+        std::unique_ptr<HardwareDevice> hardware; // null while no hardware is open
     };
 
     [[nodiscard]] std::optional<Error> claim(TellingLock& lock);
@@ -72,31 +75,31 @@ class AutomaticDevice final : public OutputDevice {
     void startOpened();
     [[nodiscard]] Clock::duration patience() const;
 
-    const std::shared_ptr<WakeSignal> _news = std::make_shared<WakeSignal>(); // for the watching thread
+    const std::shared_ptr<WakeSignal> _news = std::make_shared<WakeSignal>(); // wakes the supervisor
 
     const std::vector<HardwareFactory> _factories;
     const Limits _limits;
 
     mutable std::mutex _formatMutex; // guards _format
     AVAudioFormat _format = DefaultOutputFormat;
-    std::atomic<std::uint32_t> _blockFrames{DefaultBlockFrames}; // of the hardware that answered last
+    std::atomic<std::uint32_t> _blockFrames{DefaultBlockFrames}; // of the hardware opened last
 
-    mutable std::mutex _mutex; // guards the fields below
+    mutable std::mutex _mutex; // guards the members below
     Output _output;
-    std::optional<std::size_t> _factory;   // that made the last one
-    std::unique_ptr<SilentDevice> _silent; // while it plays in place of the hardware
-    std::shared_ptr<OutputClient> _client; // while running
+    std::optional<std::size_t> _factory;   // index of the factory that made the last hardware
+    std::unique_ptr<SilentDevice> _silent; // not null while it plays instead of the hardware
+    std::shared_ptr<OutputClient> _client; // not null from `start` to `stop`
     int _claims = 0;
     std::uint64_t _callsSeen = 0;
     Clock::time_point _lastCall;
     Clock::time_point _nextTry;
-    bool _isOpening = false;           // the watching thread is to open the hardware, or is doing so
-    std::uint64_t _answers = 0;        // attempts to open it that have ended
-    std::optional<Error> _refusal;     // of the last attempt
+    bool _isOpening = false;           // the supervisor is opening the hardware, or will soon
+    std::uint64_t _answers = 0;        // number of finished attempts to open the hardware
+    std::optional<Error> _refusal;     // the error of the last attempt, if the server refused
     std::condition_variable _answered; // notified at the end of every attempt
-    bool _saidSilent = false;          // since something was last heard
+    bool _saidSilent = false;          // silence was reported since the hardware last played
     bool _ended = false;
-    std::thread _supervisor; // from the first claim on
+    std::thread _supervisor; // runs from the first claim on
 };
 
 } // namespace platform

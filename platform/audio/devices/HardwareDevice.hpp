@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An output that is really heard and may be absent, or disappear: AutomaticDevice chooses among these.
+// An audible output, which may be unavailable or be lost. AutomaticDevice chooses among the hardware devices.
 #pragma once
 
 #include "platform/audio/OutputDevice.hpp"
@@ -13,8 +13,8 @@
 
 namespace platform {
 
-/// What a hardware device reports. All operations except `render` are called on a thread that is not the
-/// audio thread; they must return at once.
+/// Receives the requests and events of a hardware device. All operations except `hardwareRender` are called
+/// on threads other than the audio thread and must return at once.
 class HardwareListener {
   public:
     HardwareListener() = default;
@@ -25,31 +25,31 @@ class HardwareListener {
     /// Fills `sound`. Audio thread.
     virtual void hardwareRender(PlanarSound sound, double sampleRate) noexcept = 0;
     virtual void hardwareFormatDidChange() noexcept = 0;
-    /// The device will not play any more: its server has gone, or refuses it.
+    /// Called when the device cannot play any more, because its server has quit or refuses the stream.
     virtual void hardwareWasLost() noexcept = 0;
 };
 
-/// Operations come one at a time.
+/// The operations are called one at a time, except where stated otherwise.
 class HardwareDevice {
   public:
     HardwareDevice() = default;
-    virtual ~HardwareDevice() = default; // closes
+    virtual ~HardwareDevice() = default; // closes the device
     HardwareDevice(const HardwareDevice&) = delete;
     HardwareDevice& operator=(const HardwareDevice&) = delete;
 
     struct Answer {
         enum class Kind { Opened, Absent, Refused } kind;
-        std::optional<Error> error = std::nullopt; // of a refusal
+        std::optional<Error> error = std::nullopt; // set when kind is Refused
     };
-    /// Connects, without sound. Waits for the answer, for a bounded time; never prints. `listener` outlives
-    /// this.
+    /// Connects to the server or card without requesting sound. Waits for the answer for a limited time;
+    /// prints nothing. `listener` must outlive this object.
     [[nodiscard]] virtual Answer open(HardwareListener& listener) = 0;
-    /// Starts, or stops, requesting sound from the listener.
+    /// Starts or stops requesting sound from the listener.
     virtual void run(bool running) noexcept = 0;
-    /// Returns the format; at any time, on any thread.
+    /// Returns the format. Any thread, at any time.
     [[nodiscard]] virtual AVAudioFormat format() const noexcept = 0;
-    /// Returns the number of frames that it will request at a time, as far as it is known; at any time, on
-    /// any thread.
+    /// Returns the number of frames that the device requests at a time, or a default while that number is not
+    /// known. Any thread, at any time.
     [[nodiscard]] virtual std::uint32_t blockFrames() const noexcept { return DefaultBlockFrames; }
 };
 

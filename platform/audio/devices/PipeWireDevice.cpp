@@ -22,8 +22,8 @@
 namespace platform {
 namespace {
 
-constexpr std::uint32_t Channels = 2;       // the server adapts to what the card has
-constexpr std::uint32_t WantedFrames = 256; // at a time; the server has its own bounds
+constexpr std::uint32_t Channels = 2;       // the server converts to the card's channels
+constexpr std::uint32_t WantedFrames = 256; // per block; the server limits the block length
 constexpr long AnswerLimitNanoseconds = 1'000'000'000;
 
 class LoopLock {
@@ -45,7 +45,7 @@ void initialiseLibrary() {
     std::call_once(once, [] {
         pw_init(nullptr, nullptr);
         if (std::getenv("PIPEWIRE_DEBUG") == nullptr) {
-            pw_log_set_level(SPA_LOG_LEVEL_NONE); // faults are reported by us
+            pw_log_set_level(SPA_LOG_LEVEL_NONE); // this program reports the errors itself
         }
     });
 }
@@ -68,7 +68,7 @@ class PipeWireDevice final : public HardwareDevice {
         _listener = &listener;
         _loop = pw_thread_loop_new("audio output", nullptr);
         if (_loop == nullptr) return absent();
-        // client-rt.conf lets the library request real-time priority in the ways it knows.
+        // client-rt.conf makes PipeWire request real-time priority for its data thread.
         _context = pw_context_new(pw_thread_loop_get_loop(_loop),
                                   pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
         if (_context == nullptr || pw_thread_loop_start(_loop) < 0) return absent();
@@ -109,8 +109,8 @@ class PipeWireDevice final : public HardwareDevice {
         return denied ? refused(-_failure) : absent();
     }
 
-    // Waits until the server has answered all requests so far; false if it fails or takes too long. The lock
-    // is held.
+    // Waits until the server has answered all requests so far. Returns false if the server fails or takes too
+    // long. Called with the loop locked.
     bool awaitAnswer() {
         _awaited = pw_core_sync(_core, PW_ID_CORE, 0);
         timespec limit{};
@@ -149,7 +149,7 @@ class PipeWireDevice final : public HardwareDevice {
         return pw_stream_connect(_stream, PW_DIRECTION_OUTPUT, PW_ID_ANY, flags, &parameter, 1);
     }
 
-    // The server or the stream failed. On the loop's thread.
+    // Handles a failure of the server or of the stream. Called on the loop's thread.
     void fail(int result) noexcept {
         if (_failure == 0) _failure = result;
         pw_thread_loop_signal(_loop, false);
@@ -195,7 +195,7 @@ class PipeWireDevice final : public HardwareDevice {
         }
     }
 
-    // On the library's data thread, in real time.
+    // Called on PipeWire's data thread, in real time.
     static void streamProcess(void* data) {
         auto& self = *static_cast<PipeWireDevice*>(data);
         if (!self._askedForPriority) {
@@ -238,15 +238,15 @@ class PipeWireDevice final : public HardwareDevice {
     pw_stream* _stream = nullptr;
     spa_hook _coreHook{};
     spa_hook _streamHook{};
-    // Under the loop's lock, which its thread holds while it calls back.
+    // Guarded by the loop's lock, which the loop's thread holds during callbacks.
     int _awaited = 0;
     int _answered = -1;
     int _failure = 0;
     bool _isOpen = false;
-    // Written on the loop's thread, read on all.
+    // Written on the loop's thread, read on any thread.
     std::atomic<std::uint32_t> _rate{48000};
     std::atomic<std::uint32_t> _blockFrames{WantedFrames};
-    // The data thread's own.
+    // Used only on the data thread.
     bool _askedForPriority = false;
 };
 

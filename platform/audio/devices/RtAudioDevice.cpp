@@ -34,8 +34,8 @@ bool anyNameIn(const fs::path& directory, std::string_view prefix, std::string_v
     return false;
 }
 
-// The client libraries print when there is no server, and some wait: each is tried only if its server, or a
-// card, has left a trace.
+// Returns whether the server of `api`, or a sound card, seems to be present. Without a server the client
+// libraries print messages, and some of them wait, so RtAudio is not called then.
 bool leavesTrace(RtAudio::Api api) {
     if (api == RtAudio::UNIX_JACK) {
         return anyNameIn("/dev/shm", "jack_default_" + std::to_string(getuid()), "");
@@ -56,7 +56,7 @@ class RtAudioDevice final : public HardwareDevice {
         try {
             if (_library->isStreamRunning()) _library->abortStream();
             if (_library->isStreamOpen()) _library->closeStream();
-        } catch (const RtAudioError&) { // it has closed by itself
+        } catch (const RtAudioError&) { // the stream is already closed
         }
     }
     RtAudioDevice(const RtAudioDevice&) = delete;
@@ -102,7 +102,7 @@ class RtAudioDevice final : public HardwareDevice {
             library->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames, process, this, &options,
                                 [](RtAudioError::Type, const std::string&) {});
             _format = {.sampleRate = static_cast<double>(rate), .channelCount = parameters.nChannels};
-            _blockFrames = frames; // what the card made of the request
+            _blockFrames = frames; // the length that the card chose
             _library = std::move(library);
             return true;
         } catch (const RtAudioError&) {
@@ -110,7 +110,7 @@ class RtAudioDevice final : public HardwareDevice {
         }
     }
 
-    // On the library's audio thread.
+    // Called on RtAudio's audio thread.
     static int process(void* output, void* /*input*/, unsigned frames, double /*time*/,
                        RtAudioStreamStatus /*status*/, void* data) {
         auto& self = *static_cast<RtAudioDevice*>(data);
@@ -129,8 +129,8 @@ class RtAudioDevice final : public HardwareDevice {
     }
 
     HardwareListener* _listener = nullptr;
-    AVAudioFormat _format;                    // fixed once open
-    std::uint32_t _blockFrames = BlockFrames; // likewise
+    AVAudioFormat _format;                    // constant after open
+    std::uint32_t _blockFrames = BlockFrames; // constant after open
     bool _askedForPriority = false;
     std::unique_ptr<RtAudio> _library;
 };

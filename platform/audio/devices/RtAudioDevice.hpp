@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// JACK, PulseAudio or ALSA, by RtAudio: for machines on which no PipeWire answers.
+// Creates an output through RtAudio (JACK, PulseAudio or ALSA), for machines without a running PipeWire.
 #pragma once
 
 #include "platform/audio/devices/HardwareDevice.hpp"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The global queue: GLib's thread pool, which starts threads as tasks arrive and ends idle ones.
+// The global queue: a GLib thread pool, which starts threads as tasks arrive and ends idle threads.
 #include "platform/dispatch/detail/QueueImplementation.hpp"
 #include "platform/foundation/fatal.hpp"
 
@@ -26,7 +26,7 @@ class GlobalQueue final : public DispatchQueue::Implementation {
             const std::scoped_lock lock(_mutex);
             _tasks.push_back(std::move(task));
         }
-        g_thread_pool_push(_pool, this, nullptr); // one entry of the pool for each task
+        g_thread_pool_push(_pool, this, nullptr); // one pool entry for each task
     }
 
     void sync(const Task&) override { fatal("DispatchQueue.sync is for serial queues"); }
@@ -44,8 +44,7 @@ class GlobalQueue final : public DispatchQueue::Implementation {
         task();
     }
 
-    // The tasks pass between threads under a lock of this class, because a race detector does not see the
-    // library's.
+    // Tasks are handed over under this class's own mutex, because ThreadSanitizer does not see GLib's locks.
     std::mutex _mutex;
     std::deque<Task> _tasks; // guarded by _mutex
     GThreadPool* _pool;      // lives as long as the process

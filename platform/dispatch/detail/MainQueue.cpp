@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The main queue: a source of the main thread's loop that runs what was submitted, in order.
+// The main queue: an event source of the main thread's loop that runs the submitted tasks in order.
 #include "platform/dispatch/detail/QueueImplementation.hpp"
 #include "platform/dispatch/detail/loopContext.hpp"
 #include "platform/foundation/fatal.hpp"
@@ -14,7 +14,7 @@
 namespace platform {
 namespace {
 
-// One turn of the loop starts no task later than this, so that a burst leaves time for the screen.
+// A loop iteration starts no further task after this time, so that a burst of tasks leaves time for drawing.
 constexpr auto LongestTurn = std::chrono::milliseconds(8);
 
 class MainQueue final : public DispatchQueue::Implementation {
@@ -26,7 +26,7 @@ class MainQueue final : public DispatchQueue::Implementation {
         reinterpret_cast<Source*>(source)->queue = this;
         g_source_set_name(source, "main queue");
         g_source_attach(source, nullptr);
-        g_source_unref(source); // the default context keeps it for the life of the process
+        g_source_unref(source); // the default context keeps a reference for the life of the process
     }
 
     void async(Task task) override {
@@ -64,8 +64,8 @@ class MainQueue final : public DispatchQueue::Implementation {
         return !_tasks.empty();
     }
 
-    // Runs the tasks queued now; those they submit run in a later turn. A loop that runs inside a task leaves
-    // this source out, so nothing else takes tasks from the queue.
+    // Runs the tasks queued at the time of the call; tasks that they submit run in a later iteration. A
+    // nested loop inside a task does not dispatch this source, so nothing else removes tasks from the queue.
     void runTasks() {
         const auto end = std::chrono::steady_clock::now() + LongestTurn;
         std::size_t count = 0;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the three kinds of queue have in common.
+// The base class of the three kinds of queue.
 #pragma once
 
 #include "platform/dispatch/DispatchQueue.hpp"
@@ -18,7 +18,7 @@ class DispatchQueue::Implementation {
 
     virtual void async(Task task) = 0;
     virtual void sync(const Task& task) = 0;
-    /// Called when the owner has been released: nothing more will be submitted.
+    /// Called when the DispatchQueue is destroyed: no more tasks will be submitted by its owner.
     virtual void close() {}
 
     const std::string label;
@@ -28,7 +28,7 @@ class DispatchQueue::Implementation {
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeGlobalQueue();
 [[nodiscard]] std::shared_ptr<DispatchQueue::Implementation> makeSerialQueue(std::string label);
 
-/// Calls `submit` on a clock thread after `seconds`.
+/// Calls `submit` after `seconds`, on the thread that waits for all delayed submissions.
 void submitLater(double seconds, Task submit);
 
 } // namespace platform

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A thread with a list of tasks and a condition variable. The thread starts with the first asynchronous task.
+// A serial queue: a thread, a list of tasks and a condition variable. The thread starts with the first task
+// that cannot run at once on the calling thread.
 #include "platform/dispatch/detail/QueueImplementation.hpp"
 #include "platform/foundation/fatal.hpp"
 
@@ -13,7 +14,7 @@
 namespace platform {
 namespace {
 
-// The queues whose tasks the running thread is in, innermost first.
+// The queues whose tasks the current thread is running, innermost first.
 struct Ownership {
     const void* queue;
     const Ownership* outer;
@@ -61,7 +62,7 @@ class SerialQueue final : public DispatchQueue::Implementation,
                 _entries.push_back({nullptr, &turn});
                 startOrWake();
                 turn.granted.wait(lock,
-                                  [&] { return turn.isGranted; }); // the thread leaves the queue busy for us
+                                  [&] { return turn.isGranted; }); // run() has set _busy for this caller
             } else {
                 _busy = true;
             }
@@ -82,7 +83,7 @@ class SerialQueue final : public DispatchQueue::Implementation,
     }
 
   private:
-    // A caller of sync that waits in the list for its turn; lives on that caller's stack.
+    // A caller of `sync` that waits until the entries before its own are done. Lives on that caller's stack.
     struct Turn {
         std::condition_variable granted;
         bool isGranted = false;
@@ -112,14 +113,14 @@ class SerialQueue final : public DispatchQueue::Implementation,
             if (entry.turn != nullptr) {
                 entry.turn->isGranted = true;
                 entry.turn->granted
-                    .notify_one(); // under the lock: the turn is destroyed as soon as its caller runs
+                    .notify_one(); // under the lock: the caller destroys the Turn as soon as it can lock
                 continue;
             }
             lock.unlock();
             {
                 const Owning owning(this);
                 entry.task();
-                entry.task = nullptr; // the task's captures are released while the queue is still owned
+                entry.task = nullptr; // the captures are released as part of the task
             }
             lock.lock();
             _busy = false;
@@ -129,7 +130,7 @@ class SerialQueue final : public DispatchQueue::Implementation,
     std::mutex _mutex; // guards all fields below
     std::condition_variable _changed;
     std::deque<Entry> _entries;
-    bool _busy = false; // a task is running, on the queue's thread or on that of a caller of sync
+    bool _busy = false; // a task is running, on the queue's thread or in a caller of `sync`
     bool _started = false;
     bool _closed = false;
 };

@@ -13,17 +13,17 @@ namespace platform {
 
 struct TimerGrid {
     static constexpr std::int64_t Never = std::numeric_limits<std::int64_t>::max();
-    static constexpr double LongestNanoseconds = 4e18; // keeps every date inside the clock's range
+    static constexpr double LongestNanoseconds = 4e18; // keeps every date within the range of std::int64_t
 
     std::int64_t start = 0; // nanoseconds
     double interval = 0;    // nanoseconds, rarely a whole number
 
-    /// Returns the first date of the grid after `now`, or `Never` if that is more than a century ahead.
+    /// Returns the first date after `now`, or `Never` if that is more than a century after `start`.
     [[nodiscard]] std::int64_t dateAfter(std::int64_t now) const noexcept {
-        const double step = std::max(interval, 1.0); // a finer grid is due on every turn anyway
+        const double step = std::max(interval, 1.0); // a shorter interval is due in every iteration anyway
         auto k = static_cast<std::int64_t>(static_cast<double>(now - start) / step);
-        // Rounding may have made the quotient one too small, so that the date of `k` is at or before `now`;
-        // only the dates themselves, as whole numbers, tell.
+        // The date for `k` may still be at or before `now`, also because of rounding, so the rounded dates
+        // themselves are compared.
         for (;; ++k) {
             const double offset = static_cast<double>(k) * step;
             if (!(offset < LongestNanoseconds)) return Never;

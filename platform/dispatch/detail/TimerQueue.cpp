@@ -32,7 +32,7 @@ std::int64_t steadyNanoseconds() noexcept {
 struct TimerQueue::Source {
     GSource base;
     TimerQueue* queue;
-    gpointer tag; // of the descriptor
+    gpointer tag; // the tag of the timerfd in this source
 
     static Source& of(GSource* source) { return *reinterpret_cast<Source*>(source); }
     static gboolean prepare(GSource*, gint* timeout) {
@@ -50,7 +50,7 @@ struct TimerQueue::Source {
 
 TimerQueue& TimerQueue::current() {
     const RunLoop loop =
-        RunLoop::current(); // created before the queue, so that it still exists when the queue ends
+        RunLoop::current(); // created before the queue, so that the loop is destroyed after the queue
     (void)loop;
     thread_local TimerQueue queue;
     return queue;
@@ -60,7 +60,7 @@ TimerQueue::TimerQueue()
     : _armedDate(Never)
     , _askedDate(Never)
     , _descriptor(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
-    if (_descriptor == -1) fatal(std::string("No timer: ") + std::strerror(errno));
+    if (_descriptor == -1) fatal(std::string("A timer could not be created: ") + std::strerror(errno));
     static GSourceFuncs functions = {Source::prepare, Source::check, Source::dispatch,
                                      nullptr,         nullptr,       nullptr};
     _source = g_source_new(&functions, sizeof(Source));
@@ -68,7 +68,8 @@ TimerQueue::TimerQueue()
     source.queue = this;
     source.tag = g_source_add_unix_fd(_source, _descriptor, G_IO_IN);
     g_source_set_name(_source, "timers");
-    g_source_set_can_recurse(_source, TRUE); // a firing may run the loop; its own timer then waits
+    g_source_set_can_recurse(_source,
+                             TRUE); // a block may run the loop; its own timer does not fire meanwhile
     g_source_attach(_source, contextOf(RunLoop::current()));
 }
 
@@ -91,11 +92,11 @@ void TimerQueue::add(const std::shared_ptr<Timer>& timer) {
 }
 
 void TimerQueue::remove(const Timer& timer) {
-    // The descriptor stays set: one turn that finds nothing due is cheaper than a system call per removal.
+    // The timerfd is not set again: a wake-up with nothing due is cheaper than a system call per removal.
     const auto node = _timers.extract(Key(timer._date, timer._number));
 }
 
-// Having been woken a little before the first date, wait actively: another sleep would end late.
+// Woken shortly before the first date, spins until that date: another sleep would end late.
 std::int64_t TimerQueue::waitForDate(std::int64_t now) {
     if (_askedDate != Never) _lead.learn(now - _askedDate);
     if (_timers.empty()) return now;
@@ -113,16 +114,17 @@ void TimerQueue::fireDue() {
         auto node = _timers.extract(_timers.begin());
         Timer& timer = *node.mapped();
         if (!timer._firing) due.push_back(node.mapped());
-        // The next date is set before the block runs: it may invalidate the timer, or run the loop.
+        // The next date is set before the block runs, because the block may invalidate the timer or run the
+        // loop.
         const TimerGrid grid{timer._start, timer._intervalNanoseconds};
         timer._date = timer._repeats ? grid.dateAfter(now) : Never;
         node.key().first = timer._date;
-        // Usually it is the next one again: then idle timers after it are not even looked at.
+        // Usually this timer is the first one again; the hint then makes the insertion take constant time.
         _timers.insert(_timers.begin(), std::move(node));
     }
-    arm(); // before the blocks run: one that runs the loop itself must not stop the other timers
+    arm(); // before the blocks run: a block that runs the loop must not stop the other timers
     for (const auto& timer : due) fire(*timer);
-    // Timers that cannot keep up with their own dates are due again by now.
+    // A timer whose block takes longer than its interval is already due again.
     setTurnPriority(_source, !_timers.empty() && _timers.begin()->first.first <= steadyNanoseconds());
 }
 
@@ -139,7 +141,7 @@ void TimerQueue::arm() {
     armAt(_timers.empty() ? Never : _timers.begin()->first.first);
 }
 
-// Setting the descriptor also clears its expiration, so it need not be read.
+// Setting a timerfd also clears its expiration count, so the descriptor need not be read.
 void TimerQueue::armAt(std::int64_t date) {
     _armedDate = _askedDate = date;
     itimerspec setting{};

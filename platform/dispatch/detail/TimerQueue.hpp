@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The timers of one thread, ordered by date, on one timerfd in the thread's loop. Used only on its own
+// The timers of one thread, ordered by date, on one timerfd in the thread's loop. Must be used only on that
 // thread.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace platform {
 
-/// Returns the steady clock's time in nanoseconds, the unit and origin that a timerfd uses.
+/// Returns the time of CLOCK_MONOTONIC in nanoseconds.
 [[nodiscard]] std::int64_t steadyNanoseconds() noexcept;
 
 class TimerQueue {
@@ -29,11 +29,10 @@ class TimerQueue {
     TimerQueue(const TimerQueue&) = delete;
     TimerQueue& operator=(const TimerQueue&) = delete;
 
-    /// Keeps `timer` and fires it at its first date.
+    /// Stores `timer` and sets its first date.
     void add(const std::shared_ptr<Timer>& timer);
-    /// Removes `timer`.
     void remove(const Timer& timer);
-    /// Fires what is due now, each timer at most once.
+    /// Fires the timers that are due, each at most once.
     void fireDue();
 
   private:
@@ -48,8 +47,8 @@ class TimerQueue {
 
     Timers _timers;
     std::uint64_t _nextNumber = 0;
-    std::int64_t _armedDate; // what the descriptor is set for
-    std::int64_t _askedDate; // what was requested: earlier by the lead
+    std::int64_t _armedDate; // the date of the first timer when the timerfd was last set
+    std::int64_t _askedDate; // the time that the timerfd was set to: the armed date minus the lead
     WakeLead _lead;
     int _descriptor;
     GSource* _source;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How much earlier than its date a sleeping thread asks to be woken. A processor that has gone to sleep takes
-// time to wake, in a virtual machine a tenth of a millisecond and more; the usual delay is learnt from
-// earlier wake-ups and subtracted in advance. One thread at a time.
+// The time by which a sleeping thread asks to be woken early. A sleeping processor needs time to wake up, a
+// tenth of a millisecond or more in a virtual machine. This class estimates the usual delay from earlier
+// wake-ups, so that the caller can subtract the estimate from the next date. One thread at a time.
 #pragma once
 
 #include <algorithm>
@@ -16,17 +16,17 @@ class WakeLead {
     /// The largest lead, in nanoseconds, and therefore the longest active wait after waking.
     static constexpr std::int64_t Longest = 200'000;
 
-    /// Returns the lead, in nanoseconds, for a sleep of `sleep` nanoseconds: during a short one the processor
-    /// does not sleep deeply.
+    /// Returns the lead, in nanoseconds, for a sleep of `sleep` nanoseconds. A short sleep gets a shorter
+    /// lead, because the processor does not enter a deep sleep state then.
     [[nodiscard]] std::int64_t forSleepOf(std::int64_t sleep) const noexcept {
         return std::clamp<std::int64_t>(sleep / 8, 0, _lead);
     }
 
-    /// Records that the thread woke `late` nanoseconds after the requested moment.
+    /// Records that the thread woke up `late` nanoseconds after the requested time.
     void learn(std::int64_t late) noexcept {
-        if (late < 0 || late > 2 * Longest) return; // the loop was not asleep
-        // With steps of one up and three down the lead settles where one wake-up in four is earlier: active
-        // waits are rare.
+        if (late < 0 || late > 2 * Longest) return; // not a wake-up by the timer, or the loop was busy
+        // With steps of one up and three down, the lead settles at the value that three of four delays
+        // exceed. The thread therefore wakes up too early, and has to spin, only one time in four.
         _lead = std::clamp<std::int64_t>(_lead + (late > _lead ? Step : -3 * Step), 0, Longest);
     }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One thread that waits for the next due submission; it starts with the first delayed task.
+// The thread that waits for the next delayed submission. It starts with the first one.
 #include "platform/dispatch/detail/QueueImplementation.hpp"
 
 #include <chrono>
@@ -20,7 +20,7 @@ class DelayClock {
   public:
     void add(Clock::time_point due, Task submit) {
         const std::scoped_lock lock(_mutex);
-        _submissions.emplace(due, std::move(submit)); // equal dates keep the order in which they were added
+        _submissions.emplace(due, std::move(submit)); // equal dates keep the order of insertion
         if (!_started) {
             _started = true;
             std::thread([this] { run(); }).detach();
@@ -55,12 +55,12 @@ class DelayClock {
     bool _started = false;
 };
 
-constexpr double LongestDelay = 1e9; // seconds; keeps the date inside the clock's range
+constexpr double LongestDelay = 1e9; // seconds; keeps the date within the clock's range
 
 } // namespace
 
 void submitLater(double seconds, Task submit) {
-    static auto* clock = new DelayClock; // outlives every static: its thread never ends
+    static auto* clock = new DelayClock; // never destroyed, because its thread never ends
     const double delay = seconds > 0 ? std::fmin(seconds, LongestDelay) : 0;
     clock->add(Clock::now() +
                    std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(delay)),

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the platform's own event sources need from a loop: its GLib context and their priority in it.
+// Helpers for the platform's own GLib event sources: the loop's context and the sources' priority.
 #pragma once
 
 #include "platform/dispatch/RunLoop.hpp"
@@ -10,14 +10,14 @@
 
 namespace platform {
 
-/// Returns the context to which a source is attached.
+/// Returns the GLib context of `loop`.
 [[nodiscard]] inline GMainContext* contextOf(const RunLoop& loop) noexcept {
     return reinterpret_cast<GMainContext*>(loop.handle());
 }
 
-/// Sets the priority of `source` for its next turn. A source that is due again at once (`overrun`) gets the
-/// priority of the toolkit's drawing, so the two take turns; otherwise the screen would not be painted until
-/// the source's work is done.
+/// Sets the priority of `source` for the next iteration. A source that is due again at once (`overrun`) gets
+/// the priority of GTK's drawing, so that the loop alternates between the two; at default priority the source
+/// would keep GTK from drawing until all its work is done.
 inline void setTurnPriority(GSource* source, bool overrun) {
     const int priority = overrun ? G_PRIORITY_HIGH_IDLE + 20 : G_PRIORITY_DEFAULT;
     if (g_source_get_priority(source) != priority) g_source_set_priority(source, priority);

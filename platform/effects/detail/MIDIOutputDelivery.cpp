@@ -26,7 +26,7 @@ constexpr std::size_t LongBytes = std::size_t{1} << 18U;
 struct Event {
     std::int64_t sampleTime;
     std::uint32_t length;
-    bool hasLongBytes; // all bytes are in the ring of long events, else only the first are here
+    bool hasLongBytes; // all bytes are in the ring of long events, not only the first ones in `bytes`
     std::array<std::uint8_t, InlineBytes> bytes;
 };
 
@@ -41,17 +41,17 @@ struct MIDIOutputDelivery::Queue {
     void reportLosses();
 
     const std::string effectName;
-    // Written by the audio side, read by the delivery thread, through the two counters.
+    // A ring: the audio thread advances `written`, the delivery thread `read`.
     const std::unique_ptr<Event[]> events = std::make_unique_for_overwrite<Event[]>(EventCount);
     alignas(64) std::atomic<std::size_t> written{0};
     alignas(64) std::atomic<std::size_t> read{0};
     ByteRing longBytes{LongBytes};
     std::atomic<std::uint64_t> lost{0};      // events that did not fit
-    std::atomic<std::uint64_t> shortened{0}; // events whose further bytes did not fit
+    std::atomic<std::uint64_t> shortened{0}; // events that were truncated to their first bytes
     std::atomic<bool> isWanted{false};
-    bool hasNews = false; // audio side only
+    bool hasNews = false; // audio thread only
 
-    std::mutex mutex;               // guards `block`; held while it is called
+    std::mutex mutex;               // guards `block`; locked while `block` is called
     MIDIOutputEventBlock block;     // guarded by `mutex`
     std::vector<std::byte> scratch; // delivery thread only
     WakeSignal wake;
@@ -75,7 +75,7 @@ MIDIOutputDelivery::~MIDIOutputDelivery() {
 void MIDIOutputDelivery::setBlock(MIDIOutputEventBlock block) {
     const bool isWanted = block != nullptr;
     if (std::this_thread::get_id() == _thread.get_id()) {
-        _queue->block.swap(block); // from inside the previous block: this thread already holds the mutex
+        _queue->block.swap(block); // called by the previous block: this thread has already locked the mutex
     } else {
         const std::scoped_lock lock(_queue->mutex);
         _queue->block.swap(block);
@@ -91,7 +91,7 @@ void MIDIOutputDelivery::push(std::int64_t sampleTime, const std::uint8_t* data,
                               std::uint32_t length) noexcept {
     Queue& queue = *_queue;
     const std::size_t end = queue.written.load(std::memory_order_relaxed);
-    queue.hasNews = true; // a loss is reported too
+    queue.hasNews = true; // also for a lost event, which must be reported
     if (end - queue.read.load(std::memory_order_acquire) == EventCount) {
         queue.lost.fetch_add(1, std::memory_order_relaxed);
         return;
@@ -107,6 +107,12 @@ void MIDIOutputDelivery::push(std::int64_t sampleTime, const std::uint8_t* data,
     queue.written.store(end + 1, std::memory_order_release);
 }
 
+void MIDIOutputDelivery::countLost(std::uint32_t events) noexcept {
+    if (events == 0) return;
+    _queue->lost.fetch_add(events, std::memory_order_relaxed);
+    _queue->hasNews = true;
+}
+
 void MIDIOutputDelivery::flush() noexcept {
     if (!_queue->hasNews) return;
     _queue->hasNews = false;
@@ -118,7 +124,7 @@ void MIDIOutputDelivery::Queue::deliver(const Event& event, const MIDIOutputEven
     if (event.length > InlineBytes) {
         if (event.hasLongBytes) {
             (void)longBytes.read(scratch);
-        } else { // bytes that were lost read as 0
+        } else { // lost bytes are replaced by 0
             scratch.assign(event.length, std::byte{0});
             std::memcpy(scratch.data(), event.bytes.data(), InlineBytes);
         }
@@ -135,7 +141,7 @@ void MIDIOutputDelivery::Queue::run() {
         for (std::size_t at = read.load(std::memory_order_relaxed); at != end; ++at) {
             {
                 const std::scoped_lock lock(mutex);
-                const MIDIOutputEventBlock copy = block; // it may replace itself
+                const MIDIOutputEventBlock copy = block; // the block may replace itself
                 deliver(events[at % EventCount], copy);
             }
             read.store(at + 1, std::memory_order_release);
@@ -147,10 +153,10 @@ void MIDIOutputDelivery::Queue::run() {
 void MIDIOutputDelivery::Queue::reportLosses() {
     if (const auto count = lost.exchange(0); count > 0) {
         warn("The effect " + effectName +
-             " sent MIDI faster than it could be taken: " + std::to_string(count) + " events were lost.");
+             " sent MIDI faster than it could be delivered: " + std::to_string(count) + " events were lost.");
     }
     if (const auto count = shortened.exchange(0); count > 0) {
-        warn("The effect " + effectName + " sent long MIDI messages faster than they could be taken: " +
+        warn("The effect " + effectName + " sent long MIDI messages faster than they could be delivered: " +
              std::to_string(count) + " were shortened to " + std::to_string(InlineBytes) + " bytes.");
     }
 }

@@ -19,8 +19,8 @@
 namespace platform::lv2 {
 namespace {
 
-// The bundle of our own effect beside an installed program, in the build tree, and in the build tree as the
-// tests see it.
+// The bundle of the program's own effect, and its possible places relative to the executable's directory. The
+// first place is for the program, installed or in the build tree, the second for the tests in the build tree.
 constexpr std::string_view OwnBundle = product::EffectBundle;
 constexpr std::string_view OwnPlaces[] = {"/../lib/lv2/", "/../../lib/lv2/"};
 
@@ -31,7 +31,7 @@ std::string executableDirectory() {
     return path.substr(0, path.find_last_of('/'));
 }
 
-// LV2_PATH, else the directories that the LV2 libraries of the distributions agree on.
+// Returns the directories in LV2_PATH, or the usual directories for LV2 bundles if the variable is not set.
 std::vector<std::string> searchPath() {
     const char* stated = std::getenv("LV2_PATH");
     const std::string text = stated != nullptr && *stated != '\0'
@@ -78,7 +78,7 @@ class Reader {
         } else {
             bundle.manifest = readManifest(path);
             if (bundle.manifest.hasMistakes) {
-                bundle.stamp = {}; // so that it is read, and reported, again
+                bundle.stamp = {}; // so that it is read and reported again
             }
             _hasNews = true;
         }
@@ -93,7 +93,8 @@ class Reader {
   private:
     std::map<std::string, IndexedBundle> _cache = readIndexCache();
     std::vector<IndexedBundle> _bundles;
-    std::set<std::pair<dev_t, ino_t>> _seen; // manifests; one directory may be reached by several names
+    std::set<std::pair<dev_t, ino_t>>
+        _seen; // manifests, by device and inode; a directory may have several names
     bool _hasNews = false;
 };
 

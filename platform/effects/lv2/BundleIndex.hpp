@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The installed bundles and the contents of their manifests. A file in the user's cache directory keeps them
-// from run to run, keyed by the manifests' time stamps, so that a search reads only what changed; the file is
-// safe to delete. A value once read; reading it may be done on any thread except the audio thread.
+// The installed bundles and the contents of their manifests. They are cached in a file in the user's cache
+// directory, with the time stamp of each manifest, so that only changed manifests are read again; the file
+// can be deleted at any time. `read` may be called on any thread except the audio thread; the result is a
+// value.
 #pragma once
 
 #include "platform/effects/lv2/manifest.hpp"
@@ -14,7 +15,7 @@
 
 namespace platform::lv2 {
 
-/// Changes when somebody writes a file: equal stamps mean an unchanged file.
+/// Identifies a version of a file: equal stamps mean that the file has not changed.
 struct FileStamp {
     std::int64_t modifiedNanoseconds = 0;
     std::uint64_t size = 0;
@@ -25,21 +26,21 @@ struct FileStamp {
 
 struct IndexedBundle {
     std::string path; // without a trailing "/"
-    FileStamp stamp;  // of its manifest
+    FileStamp stamp;  // of the manifest
     Manifest manifest;
     bool isOurs = false; // the bundle of the effect that comes with the program
 };
 
 class BundleIndex {
   public:
-    /// Reads the bundles of the search path, in its order, those of one directory in byte order. A plug-in
-    /// that several bundles have belongs to the first.
+    /// Reads the bundles in the search path: directories in the order of the path, the bundles of a directory
+    /// sorted by name. A plug-in that several bundles contain belongs to the first of them.
     [[nodiscard]] static BundleIndex read();
 
     [[nodiscard]] const std::vector<IndexedBundle>& bundles() const noexcept { return _bundles; }
-    /// Returns the bundle that contains the plug-in; null if none is installed.
+    /// Returns the bundle that contains the plug-in, or null if none does.
     [[nodiscard]] const IndexedBundle* bundleOf(const std::string& pluginURI) const noexcept;
-    /// Returns the bundles that have something about the plug-in, its own first.
+    /// Returns the bundles with data about the plug-in, its own first; empty if the plug-in is not installed.
     [[nodiscard]] std::vector<const IndexedBundle*> bundlesAbout(const std::string& pluginURI) const;
 
   private:

@@ -18,26 +18,36 @@ UridMap::UridMap()
                       return uri == nullptr ? LV2_URID{0} : static_cast<UridMap*>(self)->map(uri);
                   }}
     , _unmapFeature{this, [](LV2_URID_Unmap_Handle self, LV2_URID urid) {
-                        return static_cast<const UridMap*>(self)->unmap(urid);
+                        return static_cast<UridMap*>(self)->unmap(urid);
                     }} {}
 
 UridMap& UridMap::shared() {
-    static auto* const map = new UridMap(); // outlives every plug-in, also those that end after main
+    static auto* const map =
+        new UridMap(); // never destroyed, because plug-ins may use it until the process exits
     return *map;
 }
 
-LV2_URID UridMap::map(std::string_view uri) {
+LV2_URID UridMap::mapWithin(std::size_t most, std::string_view uri) {
     const std::scoped_lock lock(_mutex);
     if (const auto known = _numbers.find(uri); known != _numbers.end()) return known->second;
-    const std::string& kept = _uris.emplace_back(uri);
-    const auto number = static_cast<LV2_URID>(_uris.size());
-    _numbers.emplace(kept, number);
+    if (_uris.size() >= most) return 0;
+    const LV2_URID number = _source ? _source->map(uri) : static_cast<LV2_URID>(_uris.size() + 1);
+    if (number != 0) keep(uri, number);
     return number;
 }
 
-const char* UridMap::unmap(LV2_URID urid) const {
+const char* UridMap::unmap(LV2_URID urid) {
     const std::scoped_lock lock(_mutex);
-    return urid == 0 || urid > _uris.size() ? nullptr : _uris[urid - 1].c_str();
+    if (const auto known = _texts.find(urid); known != _texts.end()) return known->second;
+    if (urid == 0 || !_source) return nullptr;
+    const std::string uri = _source->unmap(urid);
+    return uri.empty() ? nullptr : keep(uri, urid);
+}
+
+const char* UridMap::keep(std::string_view uri, LV2_URID number) {
+    const std::string& kept = _uris.emplace_back(uri);
+    _numbers.emplace(kept, number);
+    return _texts.emplace(number, kept.c_str()).first->second;
 }
 
 const Urids& Urids::shared() {

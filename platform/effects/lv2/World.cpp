@@ -9,6 +9,7 @@
 #include <lv2/core/lv2.h>
 #include <lv2/presets/presets.h>
 #include <lv2/ui/ui.h>
+#include <tuple>
 
 namespace platform::lv2 {
 namespace {
@@ -32,13 +33,16 @@ std::vector<Interface> World::interfaces() const {
     if (uis == nullptr) return found;
     LILV_FOREACH(uis, i, uis) {
         const LilvUI* ui = lilv_uis_get(uis, i);
-        if (!lilv_ui_is_a(ui, uri(LV2_UI__X11UI).get())) continue;
+        const auto kind = kindOf(ui);
+        if (!kind) continue;
         Interface entry;
+        entry.kind = *kind;
         entry.uri = textOf(lilv_ui_get_uri(ui));
         entry.bundlePath = pathOf(lilv_ui_get_bundle_uri(ui));
         entry.binaryPath = pathOf(lilv_ui_get_binary_uri(ui));
         const Node subject(lilv_node_duplicate(lilv_ui_get_uri(ui)));
-        lilv_world_load_resource(_world.get(), subject.get()); // its details may be in a file of their own
+        lilv_world_load_resource(_world.get(),
+                                 subject.get()); // the interface may be described in a separate file
         const auto values = [&](const char* property) {
             return Nodes(lilv_world_find_nodes(_world.get(), subject.get(), uri(property).get(), nullptr));
         };
@@ -67,7 +71,8 @@ std::vector<Interface> World::interfaces() const {
         found.push_back(std::move(entry));
     }
     lilv_uis_free(uis);
-    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.uri < b.uri; });
+    std::sort(found.begin(), found.end(),
+              [](const auto& a, const auto& b) { return std::tie(a.kind, a.uri) < std::tie(b.kind, b.uri); });
     return found;
 }
 

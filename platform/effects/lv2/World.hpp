@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Owners of lilv's objects, and the reading of a plug-in's description. A world holds the data of the bundles
-// loaded into it; lilv does not lock, so each world has one mutex for everything that uses it. Any thread
-// except the audio thread.
+// Owners of lilv objects, and functions that read the description of a plug-in. A world contains the data of
+// the bundles loaded into it. lilv is not thread-safe, so each world has a mutex for all its users. Any
+// thread except the audio thread.
 #pragma once
 
 #include "platform/effects/lv2/BundleIndex.hpp"
@@ -12,6 +12,7 @@
 #include <lilv/lilv.h>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace platform::lv2 {
@@ -28,27 +29,29 @@ using Nodes = std::unique_ptr<LilvNodes, Releaser<lilv_nodes_free>>;
 
 class World {
   public:
-    /// Loads the bundles about `pluginURI`. The plug-in is absent from the world if none has it.
+    /// Loads the bundles with data about `pluginURI`.
     World(const BundleIndex& index, const std::string& pluginURI);
 
-    /// Held while anything of this world is used.
+    /// Must be locked while the world or any of its nodes is used.
     [[nodiscard]] std::mutex& mutex() noexcept { return _mutex; }
     [[nodiscard]] LilvWorld* get() const noexcept { return _world.get(); }
-    /// Returns the plug-in; null if it is absent.
+    /// Returns the plug-in, or null if no bundle contains it.
     [[nodiscard]] const LilvPlugin* plugin() const noexcept { return _plugin; }
 
     [[nodiscard]] Node uri(const char* text) const { return Node(lilv_new_uri(_world.get(), text)); }
 
     /// Reads the plug-in's description.
     [[nodiscard]] Plugin describe() const;
-    /// Reads its X11 interfaces, in a stable order.
+    /// Reads the plug-in's interfaces of all kinds of `Interface`, in the order of their kinds and URIs.
     [[nodiscard]] std::vector<Interface> interfaces() const;
-    /// Returns the kinds of its other interfaces, by name, in a stable order.
+    /// Returns the names of the kinds of the plug-in's interfaces that are not X11 ones, in a stable order.
     [[nodiscard]] std::vector<std::string> otherInterfaceKinds() const;
-    /// Reads its presets, in the order of their URIs.
+    /// Reads the plug-in's presets, in the order of their URIs.
     [[nodiscard]] std::vector<Preset> presets() const;
 
   private:
+    [[nodiscard]] std::optional<Interface::Kind> kindOf(const LilvUI* interface) const;
+
     std::unique_ptr<LilvWorld, Releaser<lilv_world_free>> _world;
     const LilvPlugin* _plugin = nullptr;
     std::mutex _mutex;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The description of a plug-in: its ports, its needs, the type of component that follows from them.
+// Reads the description of a plug-in: its ports and its required features, and derives its component type.
 #include "platform/effects/lv2/World.hpp"
 #include "platform/effects/lv2/lilvNodes.hpp"
 
@@ -21,7 +21,7 @@ constexpr const char* SideChainProperty = "http://lv2plug.in/ns/lv2core#isSideCh
 constexpr const char* SideChainGroup = "http://lv2plug.in/ns/ext/port-groups#sideChainOf";
 constexpr const char* PortGroup = "http://lv2plug.in/ns/ext/port-groups#group";
 
-// Reads the ports of one plug-in; the nodes it asks with are made once.
+// Reads the ports of a plug-in.
 class PortReader {
   public:
     explicit PortReader(const World& world)
@@ -102,7 +102,7 @@ class PortReader {
         const Node symbol(
             lilv_world_get(_world.get(), unit.get(), _world.uri(LV2_UNITS__symbol).get(), nullptr));
         if (symbol) return textOf(symbol.get());
-        // The vocabulary's own units are known by name, not by symbol, unless its file was read too.
+        // The symbols of LV2's standard units are only in the vocabulary's own file, which is not loaded.
         const std::string uri = textOf(unit.get());
         const std::string name = uri.substr(uri.find_last_of("#/") + 1);
         static constexpr std::pair<const char*, const char*> Symbols[] = {
@@ -166,8 +166,8 @@ AUParameter parameterAt(const Port& port, double sampleRate) {
     AUParameter parameter = port.parameter;
     if (!port.followsRate) return parameter;
     const auto rate = static_cast<float>(sampleRate);
-    // Some plug-ins state their default as a multiple too, others as a plain number. Only the former lies
-    // within the bounds as they are stated.
+    // Some plug-ins state the default as a multiple of the sample rate too, others as an absolute value. Only
+    // a multiple lies within the stated bounds.
     const float stated = parameter.defaultValue;
     const bool isMultiple = stated >= parameter.minValue && stated <= parameter.maxValue;
     parameter.minValue *= rate;

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The format: a first line with the version, then one line per fact, with its fields separated by tabs. Text
-// fields are percent-encoded, so they contain no tab or newline; an empty one is a single "%".
+// The format: a first line with the version, then one line per record, with fields separated by tabs, and a
+// last line "end". Text fields are percent-encoded, so they contain no tab or newline; an empty text is a
+// single "%".
 //
-// B path modified size node   a bundle; the lines up to the next B are about it
-// P uri                       a plug-in that it contains
-// O uri                       a plug-in about which it has something
+// B path modified size node   a bundle; the lines up to the next B describe it
+// P uri                       a plug-in that the bundle contains
+// O uri                       a plug-in about which the bundle contains data
 // C uri type subtype manufacturer flags name
 #include "platform/effects/lv2/indexCache.hpp"
 
@@ -55,7 +56,7 @@ bool read(std::string_view field, Number& number) {
     return failure == std::errc() && stop == end;
 }
 
-// Parses one line; returns false for one that this version never writes.
+// Parses one line. Returns false if this version never writes such a line.
 bool takeLine(std::string_view line, std::vector<IndexedBundle>& bundles) {
     const auto fields = split(line);
     if (fields[0] == "B" && fields.size() == 5) {
@@ -124,7 +125,7 @@ void writeIndexCache(const std::vector<IndexedBundle>& bundles) {
     out << "end\n";
 
     const std::filesystem::path path = cachePath();
-    // Two copies of the program may write at once: each its own file, the last rename wins.
+    // Several processes may write at the same time. Each writes a file of its own, and the last rename wins.
     const std::filesystem::path draft = path.string() + "." + std::to_string(::getpid());
     std::error_code failure;
     std::filesystem::create_directories(path.parent_path(), failure);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Values of what lilv gives out. Under the mutex of the node's world.
+// Functions that read the values of lilv nodes. The mutex of the node's world must be locked.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace platform::lv2 {
 
-/// Returns the text of `node`; empty for null.
+/// Returns the text of `node`, or an empty string for null.
 [[nodiscard]] inline std::string textOf(const LilvNode* node) {
     if (node == nullptr) return {};
     const char* text = lilv_node_as_string(node);
@@ -27,7 +27,7 @@ namespace platform::lv2 {
     return texts;
 }
 
-/// Returns the path of the file that `node` names; empty if it names none.
+/// Returns the path of the file URI `node`, or an empty string if `node` is not a file URI.
 [[nodiscard]] inline std::string pathOf(const LilvNode* node) {
     char* path = node == nullptr ? nullptr : lilv_node_get_path(node, nullptr);
     std::string text = path == nullptr ? std::string() : std::string(path);

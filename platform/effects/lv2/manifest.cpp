@@ -28,7 +28,7 @@ std::string_view textOf(const SerdNode& node) {
     return {reinterpret_cast<const char*>(node.buf), node.n_bytes};
 }
 
-// What is collected about one subject until the file has been read.
+// The properties collected for one subject while the file is read.
 struct Codes {
     std::optional<std::uint32_t> type, subType, manufacturer;
     std::uint32_t flags = 0;

@@ -3,42 +3,35 @@
 
 #include "platform/effects/view/EmbeddedInterface.hpp"
 
+#include "platform/effects/view/KeyboardLoan.hpp"
 #include "platform/effects/view/growWindow.hpp"
-#include "platform/foundation/console.hpp"
+#include "platform/effects/view/widgetPlaces.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 #include <gdk/x11/gdkx.h>
 #include <glib-unix.h>
+#include <utility>
 
 namespace platform::lv2 {
 namespace {
 
 constexpr unsigned VisibleMilliseconds = 33;
-constexpr unsigned HiddenMilliseconds = 500; // an interface may still have work of its own
-constexpr int RingPoints = 4;                // what the focus ring takes from the edges of an interface
-
-// Finds the control that Alt with this letter presses.
-bool hasMnemonic(GtkWidget* widget, guint key) {
-    if (gtk_widget_get_mapped(widget) == FALSE) return false;
-    if (GTK_IS_LABEL(widget) &&
-        gdk_keyval_to_lower(gtk_label_get_mnemonic_keyval(GTK_LABEL(widget))) == gdk_keyval_to_lower(key)) {
-        return true;
-    }
-    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child)) {
-        if (hasMnemonic(child, key)) return true;
-    }
-    return false;
-}
+constexpr unsigned HiddenMilliseconds = 500; // a hidden interface may still have work to do
+constexpr int RingPoints = 4;                // width of the focus ring, for which the interface is clipped
+// How long an interface may be without a window after it had one: some create another one.
+constexpr auto WindowlessTime = std::chrono::seconds(1);
 
 class EmbeddedInterface {
   public:
-    EmbeddedInterface(std::unique_ptr<X11Socket> socket, std::unique_ptr<InterfaceHost> host)
+    EmbeddedInterface(std::unique_ptr<X11Socket> socket, std::unique_ptr<EffectInterface> interface,
+                      InterfaceEnded ended)
         : _scroller(gtk_scrolled_window_new())
         , _area(gtk_drawing_area_new())
         , _socket(std::move(socket))
-        , _host(std::move(host)) {
+        , _interface(std::move(interface))
+        , _ended(std::move(ended))
+        , _loan(_area, _socket->keys()) {
         buildWidgets();
         const auto on = [&](const char* signal, GCallback call) {
             g_signal_connect(_area, signal, call, this);
@@ -53,8 +46,9 @@ class EmbeddedInterface {
         g_signal_connect_swapped(focus, "enter", G_CALLBACK(+[](Self* self) { self->focusCame(); }), this);
         g_signal_connect_swapped(focus, "leave", G_CALLBACK(+[](Self* self) { self->showRing(false); }),
                                  this);
-        gtk_widget_add_controller(_area, focus); // which owns it
-        _socket->keys().setWindowTakes([this](KeySym key, bool isWithAlt) { return takes(key, isWithAlt); });
+        gtk_widget_add_controller(_area, focus); // takes ownership
+        _socket->keys().setWindowTakes(
+            [this](KeySym key, bool isWithAlt) { return _loan.takes(key, isWithAlt); });
         _connection = g_unix_fd_add(
             _socket->connection(), G_IO_IN,
             [](int, GIOCondition, gpointer self) -> gboolean {
@@ -62,14 +56,26 @@ class EmbeddedInterface {
                 return G_SOURCE_CONTINUE;
             },
             this);
+        if (_interface->connection() >= 0) {
+            // After the window's own events, so that an interface that sends without end does not hold them
+            // up.
+            _news = g_unix_fd_add_full(
+                G_PRIORITY_DEFAULT_IDLE, _interface->connection(), G_IO_IN,
+                [](int, GIOCondition, gpointer self) -> gboolean {
+                    static_cast<Self*>(self)->update();
+                    return G_SOURCE_CONTINUE;
+                },
+                this, nullptr);
+        }
         updateEvery(HiddenMilliseconds);
-        update(); // it may create its window only now
+        update(); // the interface may create its window only now
     }
 
     ~EmbeddedInterface() {
         stopFollowing();
-        g_source_remove(_connection);
-        if (_timer != 0) g_source_remove(_timer);
+        for (const guint source : {_connection, _news, _timer}) {
+            if (source != 0) g_source_remove(source);
+        }
     }
     EmbeddedInterface(const EmbeddedInterface&) = delete;
     EmbeddedInterface& operator=(const EmbeddedInterface&) = delete;
@@ -81,7 +87,7 @@ class EmbeddedInterface {
     void buildWidgets() {
         auto* scroller = GTK_SCROLLED_WINDOW(_scroller);
         gtk_scrolled_window_set_policy(scroller, GTK_POLICY_AUTOMATIC, GTK_POLICY_AUTOMATIC);
-        // The interface's window would cover bars that overlay the content.
+        // The interface's X window would cover overlay scroll bars.
         gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
         GtkWidget* viewport = gtk_viewport_new(nullptr, nullptr);
         gtk_viewport_set_scroll_to_focus(GTK_VIEWPORT(viewport), FALSE);
@@ -104,16 +110,31 @@ class EmbeddedInterface {
     }
 
     void update() {
-        _host->update();
+        const EffectInterface::State state = _interface->update();
         followInterface();
+        using Clock = std::chrono::steady_clock;
+        if (_socket->hasChild()) _windowSeen = Clock::now();
+        if (state != EffectInterface::State::Open) {
+            end(state);
+        } else if (_windowSeen && Clock::now() - *_windowSeen > WindowlessTime) {
+            end(EffectInterface::State::Closed);
+        }
+    }
+
+    // Reports the end once, and rests until the owner destroys this object.
+    void end(EffectInterface::State state) {
+        for (guint* source : {&_connection, &_news, &_timer}) {
+            if (*source != 0) g_source_remove(std::exchange(*source, 0));
+        }
+        if (const InterfaceEnded ended = std::exchange(_ended, nullptr)) ended(state);
     }
 
     void followInterface() {
         const bool isLeaving = _socket->followChild();
-        if (!_socket->hasChild()) (void)_socket->adoptChild(_host->namedWindow());
+        if (!_socket->hasChild()) (void)_socket->adoptChild(_interface->namedWindow());
         followSize();
         if (!isLeaving) return;
-        // Back to this window's own controls, to the one after the interface.
+        // Moves the focus to the GTK widget after the interface.
         GtkRoot* root = gtk_widget_get_root(_area);
         if (root == nullptr) return;
         gdk_toplevel_focus(GDK_TOPLEVEL(gtk_native_get_surface(GTK_NATIVE(root))), GDK_CURRENT_TIME);
@@ -130,7 +151,7 @@ class EmbeddedInterface {
         gtk_widget_set_size_request(_area, points(smallest.width), points(smallest.height));
     }
 
-    // Once for each size: a person may shrink the window again.
+    // Grows the window only once for each size, because the user may shrink it again.
     void growForInterface() {
         const PixelSize wanted = _socket->wantedSize(), smallest = _socket->smallestSize();
         const PixelSize needed{std::max(wanted.width, smallest.width),
@@ -145,14 +166,14 @@ class EmbeddedInterface {
         updateRing();
     }
 
-    // The window learns that the focus is to be seen only after the key that moved it.
+    // GTK sets focus-visible only after it has handled the key that moved the focus.
     void updateRing() {
         GtkRoot* root = gtk_widget_get_root(_area);
         showRing(GTK_IS_WINDOW(root) && gtk_root_get_focus(root) == _area &&
                  gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE);
     }
 
-    // The ring is drawn where the interface's window is clipped for it.
+    // The ring is drawn in the margin that `follow` clips from the interface's window.
     void showRing(bool isShown) {
         if (_hasRing == isShown) return;
         _hasRing = isShown;
@@ -162,56 +183,6 @@ class EmbeddedInterface {
             gtk_widget_remove_css_class(_scroller, "focus-ring");
         }
         follow();
-    }
-
-    // Called while the server holds the key back; after a yes it goes to the focused control of this window.
-    bool takes(KeySym key, bool isWithAlt) {
-        GtkRoot* root = gtk_widget_get_root(_area);
-        if (root == nullptr || (isWithAlt && !hasMnemonic(GTK_WIDGET(root), static_cast<guint>(key)))) {
-            return false;
-        }
-        // Another control would use the space bar itself, if a click gave the interface the keyboard.
-        if (gtk_root_get_focus(root) != _area) gtk_widget_grab_focus(_area);
-        giveBackAfterKey(root);
-        return true;
-    }
-
-    // The interface gets the keyboard back when the key has gone up, unless the focus went elsewhere.
-    void giveBackAfterKey(GtkRoot* root) {
-        if (_isKeyBorrowed) return;
-        _isKeyBorrowed = true;
-        GtkEventController* keys = gtk_event_controller_key_new();
-        gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
-        g_signal_connect(keys, "key-released",
-                         G_CALLBACK(+[](GtkEventController* controller, guint, guint, GdkModifierType,
-                                        EmbeddedInterface* self) { self->keyWentUp(controller); }),
-                         this);
-        _borrowing = keys;
-        g_object_add_weak_pointer(G_OBJECT(keys), reinterpret_cast<gpointer*>(&_borrowing));
-        gtk_widget_add_controller(GTK_WIDGET(root), keys);
-    }
-
-    void keyWentUp(GtkEventController*) {
-        _isKeyBorrowed = false;
-        // After the key's own turn: a control that it pressed may have moved the focus.
-        g_idle_add_once(
-            [](gpointer area) {
-                auto* self =
-                    static_cast<EmbeddedInterface*>(g_object_get_data(G_OBJECT(area), "embedded-interface"));
-                if (self != nullptr) self->stopBorrowing();
-                g_object_unref(area);
-            },
-            g_object_ref(_area));
-    }
-
-    void stopBorrowing() {
-        if (_borrowing == nullptr) return;
-        GtkWidget* root = gtk_event_controller_get_widget(_borrowing);
-        gtk_widget_remove_controller(root, _borrowing);
-        if (GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root)) != FALSE &&
-            gtk_root_get_focus(GTK_ROOT(root)) == _area) {
-            (void)_socket->keys().giveKeyboard();
-        }
     }
 
     void enterWindow() {
@@ -224,7 +195,8 @@ class EmbeddedInterface {
                 root, "notify::focus-visible",
                 G_CALLBACK(+[](EmbeddedInterface* self) { self->updateRing(); }), this);
         }
-        // An ancestor can move without this widget being told; every frame that is drawn is checked.
+        // GTK does not notify this widget when an ancestor moves, so the position is checked after every
+        // frame.
         _clock = gtk_widget_get_frame_clock(_area);
         g_object_ref(_clock);
         _afterPaint =
@@ -244,52 +216,32 @@ class EmbeddedInterface {
         forget(_clock, _afterPaint);
         forget(_window, _focusVisible);
     }
-    // The window is about to be destroyed, and all X windows in it: the socket must leave it before.
+    // The window and all X windows in it are about to be destroyed, so the socket is moved out first.
     void leaveWindow() {
         stopFollowing();
-        if (_borrowing != nullptr) {
-            gtk_widget_remove_controller(gtk_event_controller_get_widget(_borrowing), _borrowing);
-        }
-        _isKeyBorrowed = false;
+        _loan.cancel();
         _socket->moveTo(std::nullopt);
     }
 
     void showAgain() {
-        _host->setVisible(true);
+        if (!_ended) return;
+        _interface->setVisible(true);
+        updateEvery(VisibleMilliseconds);
         update();
         follow();
-        updateEvery(VisibleMilliseconds);
     }
     void hide() {
-        _host->setVisible(false);
-        _socket->hide();
+        if (!_ended) return;
+        _interface->setVisible(false);
         updateEvery(HiddenMilliseconds);
-    }
-
-    // Returns the widget's rectangle in the pixels of its window.
-    [[nodiscard]] PixelRect placeOf(GtkWidget* widget, GtkNative* native) const {
-        graphene_rect_t bounds;
-        if (!gtk_widget_compute_bounds(widget, GTK_WIDGET(native), &bounds)) return {};
-        double x = 0, y = 0; // of the native widget in its surface
-        gtk_native_get_surface_transform(native, &x, &y);
-        const double scale = gtk_widget_get_scale_factor(_area);
-        const auto pixel = [scale](double point) { return static_cast<int>(std::lround(point * scale)); };
-        const int left = pixel(bounds.origin.x + x), top = pixel(bounds.origin.y + y);
-        return {left, top, pixel(bounds.origin.x + x + bounds.size.width) - left,
-                pixel(bounds.origin.y + y + bounds.size.height) - top};
+        _socket->hide();
     }
 
     void follow() {
         if (gtk_widget_get_mapped(_area) == FALSE || gtk_widget_get_width(_area) <= 0) return;
         GtkNative* native = gtk_widget_get_native(_area);
         const PixelRect area = placeOf(_area, native);
-        PixelRect visible = area;
-        for (GtkWidget* ancestor = gtk_widget_get_parent(_area); ancestor != nullptr;
-             ancestor = gtk_widget_get_parent(ancestor)) {
-            if (ancestor == GTK_WIDGET(native) || gtk_widget_get_overflow(ancestor) == GTK_OVERFLOW_HIDDEN) {
-                visible = intersection(visible, placeOf(ancestor, native));
-            }
-        }
+        PixelRect visible = visiblePartOf(area, _area, native);
         if (_hasRing) {
             const int ring = RingPoints * gtk_widget_get_scale_factor(_area);
             const PixelRect all = placeOf(_scroller, native);
@@ -305,30 +257,34 @@ class EmbeddedInterface {
 
     GtkWidget* const _scroller;
     GtkWidget* const _area;                   // owns this object
-    const std::unique_ptr<X11Socket> _socket; // outlives the interface in it
-    const std::unique_ptr<InterfaceHost> _host;
-    GdkFrameClock* _clock = nullptr; // a reference is held
-    GtkWindow* _window = nullptr;    // as well
+    const std::unique_ptr<X11Socket> _socket; // destroyed after _interface, which is in the socket
+    const std::unique_ptr<EffectInterface> _interface;
+    InterfaceEnded _ended; // null once it was called
+    KeyboardLoan _loan;
+    GdkFrameClock* _clock = nullptr; // strong reference
+    GtkWindow* _window = nullptr;    // strong reference
     gulong _afterPaint = 0, _focusVisible = 0;
-    guint _timer = 0, _connection = 0;
+    guint _timer = 0, _connection = 0, _news = 0;
+    std::optional<std::chrono::steady_clock::time_point>
+        _windowSeen; // last; no value before the first window
     PixelSize _grownFor;
     bool _hasRing = false;
-    bool _isKeyBorrowed = false;
-    GtkEventController* _borrowing = nullptr; // of the window, while it has a key of the interface
 };
 
 } // namespace
 
-GtkWidget* makeEmbeddedInterface(std::unique_ptr<X11Socket> socket, std::unique_ptr<InterfaceHost> host,
-                                 const std::string& name) {
-    auto interface = std::make_unique<EmbeddedInterface>(std::move(socket), std::move(host));
-    GtkWidget* widget = interface->widget();
-    for (GtkWidget* named : {widget, interface->area()}) {
+GtkWidget* makeEmbeddedInterface(std::unique_ptr<X11Socket> socket,
+                                 std::unique_ptr<EffectInterface> interface, const std::string& name,
+                                 InterfaceEnded ended) {
+    auto embedded =
+        std::make_unique<EmbeddedInterface>(std::move(socket), std::move(interface), std::move(ended));
+    GtkWidget* widget = embedded->widget();
+    for (GtkWidget* named : {widget, embedded->area()}) {
         gtk_accessible_update_property(GTK_ACCESSIBLE(named), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(),
                                        -1);
     }
-    GtkWidget* area = interface->area();
-    g_object_set_data_full(G_OBJECT(area), "embedded-interface", interface.release(),
+    GtkWidget* area = embedded->area();
+    g_object_set_data_full(G_OBJECT(area), "embedded-interface", embedded.release(),
                            [](gpointer object) { delete static_cast<EmbeddedInterface*>(object); });
     return widget;
 }

@@ -1,20 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The panel's side of an effect's own interface: a widget that keeps the socket with the interface in step
-// with its own place, scrolls if the interface is larger, and shares the keyboard with it. Main thread only.
+// The GTK widget around an effect's embedded interface. It keeps the interface's X11 socket at the widget's
+// position, scrolls if the interface is larger, and shares the keyboard with it. Main thread only.
 #pragma once
 
-#include "platform/effects/lv2/InterfaceHost.hpp"
-#include "platform/effects/lv2/X11Socket.hpp"
+#include "platform/effects/unit/EffectInterface.hpp"
+#include "platform/effects/view/X11Socket.hpp"
 
+#include <functional>
 #include <gtk/gtk.h>
+#include <memory>
 #include <string>
 
 namespace platform::lv2 {
 
-/// Creates the widget, a floating reference; it owns both. `name` is its accessible label.
+/// Called once when an interface has ended, with the way in which it did. Must not destroy the widget at
+/// once.
+using InterfaceEnded = std::function<void(EffectInterface::State)>;
+
+/// Creates the widget for an open interface and returns a floating reference. The widget owns `socket` and
+/// `interface`. `name` is its accessible label.
 [[nodiscard]] GtkWidget* makeEmbeddedInterface(std::unique_ptr<X11Socket> socket,
-                                               std::unique_ptr<InterfaceHost> host, const std::string& name);
+                                               std::unique_ptr<EffectInterface> interface,
+                                               const std::string& name, InterfaceEnded ended);
 
 } // namespace platform::lv2

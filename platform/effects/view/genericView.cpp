@@ -3,199 +3,19 @@
 
 #include "platform/effects/view/genericView.hpp"
 
-#include "platform/effects/view/ratioSlider.hpp"
+#include "platform/effects/view/ParameterRow.hpp"
+#include "platform/effects/view/choiceNames.hpp"
+#include "platform/effects/view/margins.hpp"
+#include "platform/foundation/translated.hpp"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdio>
-#include <limits>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace platform {
 namespace {
 
 constexpr unsigned RefreshMilliseconds = 100;
-constexpr double SliderSteps = 100;
-
-std::string textOf(const AUParameter& parameter, float value) {
-    for (const auto& [named, name] : parameter.valueStrings) {
-        if (std::abs(named - value) <= 1e-6F * std::max(1.0F, std::abs(named))) return name;
-    }
-    std::array<char, 64> text{};
-    const int decimals = parameter.isInteger ? 0 : std::abs(value) < 10 ? 2 : std::abs(value) < 100 ? 1 : 0;
-    (void)std::snprintf(text.data(), text.size(), "%.*f", decimals, static_cast<double>(value));
-    return parameter.unitName.empty() ? text.data() : std::string(text.data()) + " " + parameter.unitName;
-}
-
-bool isRatio(const AUParameter& parameter) {
-    return parameter.isLogarithmic && parameter.minValue > 0 && parameter.maxValue > parameter.minValue;
-}
-
-// Names what a choice box is made of: the button in it is what has the focus, the list what opens. The choice
-// is part of the button's name, since the button is all that is read.
-void nameChoiceBox(GtkWidget* widget, const std::string& name, const std::string& choice) {
-    const auto label = [](GtkWidget* part, const std::string& text) {
-        gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, text.c_str(), -1);
-    };
-    if (GTK_IS_TOGGLE_BUTTON(widget)) label(widget, name + ": " + choice);
-    if (GTK_IS_DROP_DOWN(widget) || GTK_IS_LIST_VIEW(widget)) label(widget, name);
-    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child)) {
-        nameChoiceBox(child, name, choice);
-    }
-}
-
-// The toolkit gives the items of an open list no names.
-void nameItems(GtkWidget* list) {
-    for (GtkWidget* item = gtk_widget_get_first_child(list); item != nullptr;
-         item = gtk_widget_get_next_sibling(item)) {
-        GtkWidget* part = item;
-        while (part != nullptr && !GTK_IS_LABEL(part)) part = gtk_widget_get_first_child(part);
-        if (part != nullptr) {
-            gtk_accessible_update_property(GTK_ACCESSIBLE(item), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                           gtk_label_get_text(GTK_LABEL(part)), -1);
-        }
-    }
-}
-
-void nameItemsWhenOpened(GtkWidget* widget) {
-    if (GTK_IS_LIST_VIEW(widget)) {
-        g_signal_connect(widget, "map", G_CALLBACK(+[](GtkWidget* list, gpointer) { nameItems(list); }),
-                         nullptr);
-    }
-    for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-         child = gtk_widget_get_next_sibling(child)) {
-        nameItemsWhenOpened(child);
-    }
-}
-
-// One row: the controls of one parameter. Owned by the control's widget.
-struct Row {
-    std::shared_ptr<AUAudioUnit> unit;
-    AUParameter parameter;
-    GtkWidget* widget = nullptr;  // the control, or what it is in
-    GtkWidget* control = nullptr; // a level bar for a value that only shows
-    GtkWidget* valueLabel = nullptr;
-    float shown = std::numeric_limits<float>::quiet_NaN();
-    bool isRefreshing = false; // what the control reports meanwhile is not the user's doing
-
-    void set(float value) {
-        if (isRefreshing) return;
-        unit->setParameterValue(parameter.address, value);
-        refresh();
-    }
-
-    void refresh() {
-        const float value = unit->parameterValue(parameter.address);
-        if (value == shown) return;
-        shown = value;
-        isRefreshing = true;
-        if (GTK_IS_SWITCH(control)) {
-            gtk_switch_set_active(GTK_SWITCH(control), value > 0 ? TRUE : FALSE);
-        } else if (GTK_IS_DROP_DOWN(control)) {
-            gtk_drop_down_set_selected(GTK_DROP_DOWN(control), choiceFor(value));
-        } else if (GTK_IS_RANGE(control)) {
-            gtk_range_set_value(GTK_RANGE(control), value);
-        } else {
-            gtk_level_bar_set_value(GTK_LEVEL_BAR(control),
-                                    std::max(0.0, static_cast<double>(value) - levelBase()));
-        }
-        isRefreshing = false;
-        const std::string text = textOf(parameter, value);
-        if (valueLabel != nullptr) gtk_label_set_text(GTK_LABEL(valueLabel), text.c_str());
-        if (GTK_IS_DROP_DOWN(control)) nameChoiceBox(control, parameter.displayName, text);
-        if (GTK_IS_LEVEL_BAR(control)) {
-            // After its own, which begin at 0.
-            gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN,
-                                           static_cast<double>(parameter.minValue),
-                                           GTK_ACCESSIBLE_PROPERTY_VALUE_MAX,
-                                           static_cast<double>(parameter.maxValue),
-                                           GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, static_cast<double>(value), -1);
-        }
-        if (valueLabel != nullptr) {
-            // A change of the value alone sends no event in GTK 4.8; a change of the description does.
-            gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
-                                           text.c_str(), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, text.c_str(),
-                                           -1);
-        }
-    }
-
-    // Returns the value that a level bar shows as nothing; the toolkit's has no values below 0.
-    [[nodiscard]] double levelBase() const { return std::min(0.F, parameter.minValue); }
-
-    [[nodiscard]] guint choiceFor(float value) const {
-        const auto nearest =
-            std::min_element(parameter.valueStrings.begin(), parameter.valueStrings.end(),
-                             [value](const auto& a, const auto& b) {
-                                 return std::abs(a.value - value) < std::abs(b.value - value);
-                             });
-        return static_cast<guint>(nearest - parameter.valueStrings.begin());
-    }
-};
-
-void makeControl(Row& row) {
-    const AUParameter& parameter = row.parameter;
-    if (!parameter.isWritable) {
-        const double top = std::max(parameter.maxValue, parameter.minValue) - row.levelBase();
-        row.control = gtk_level_bar_new_for_interval(0, top > 0 ? top : 1);
-        for (const char* colour :
-             {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH, GTK_LEVEL_BAR_OFFSET_FULL}) {
-            gtk_level_bar_remove_offset_value(GTK_LEVEL_BAR(row.control), colour);
-        }
-        gtk_widget_set_valign(row.control, GTK_ALIGN_CENTER);
-    } else if (parameter.isToggle) {
-        row.control = gtk_switch_new();
-        gtk_widget_set_halign(row.control, GTK_ALIGN_START);
-        g_signal_connect(row.control, "notify::active",
-                         G_CALLBACK(+[](GtkSwitch* control, GParamSpec*, Row* self) {
-                             const AUParameter& p = self->parameter;
-                             self->set(gtk_switch_get_active(control) != FALSE ? p.maxValue : p.minValue);
-                         }),
-                         &row);
-    } else if (parameter.isEnumeration && !parameter.valueStrings.empty()) {
-        std::vector<const char*> names;
-        for (const auto& named : parameter.valueStrings) names.push_back(named.name.c_str());
-        names.push_back(nullptr);
-        row.control = gtk_drop_down_new_from_strings(names.data());
-        nameItemsWhenOpened(row.control);
-        g_signal_connect(row.control, "notify::selected",
-                         G_CALLBACK(+[](GtkDropDown* control, GParamSpec*, Row* self) {
-                             const guint choice = gtk_drop_down_get_selected(control);
-                             if (choice < self->parameter.valueStrings.size()) {
-                                 self->set(self->parameter.valueStrings[choice].value);
-                             }
-                         }),
-                         &row);
-    } else {
-        const double steps = parameter.isInteger
-                                 ? std::clamp<double>(parameter.maxValue - parameter.minValue, 1, 1e6)
-                                 : SliderSteps;
-        if (isRatio(parameter)) {
-            const RatioSlider slider = makeRatioSlider(parameter.minValue, parameter.maxValue, steps);
-            row.widget = slider.widget;
-            row.control = slider.control;
-        } else {
-            const double low = parameter.minValue, high = std::max(parameter.maxValue, parameter.minValue);
-            row.control =
-                gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, low, high > low ? high : low + 1,
-                                         (high > low ? high - low : 1) / steps);
-            gtk_range_set_round_digits(GTK_RANGE(row.control), -1);
-            gtk_scale_set_draw_value(GTK_SCALE(row.control), FALSE);
-        }
-        g_signal_connect(row.control, "value-changed", G_CALLBACK(+[](GtkRange* control, Row* self) {
-                             const double value = gtk_range_get_value(control);
-                             self->set(
-                                 static_cast<float>(self->parameter.isInteger ? std::round(value) : value));
-                         }),
-                         &row);
-    }
-    if (row.widget == nullptr) row.widget = row.control;
-    if (!GTK_IS_SWITCH(row.control) && !GTK_IS_DROP_DOWN(row.control)) {
-        gtk_widget_set_hexpand(row.widget, TRUE);
-        gtk_widget_set_size_request(row.widget, 120, -1);
-    }
-}
 
 class GenericInterface {
   public:
@@ -204,10 +24,7 @@ class GenericInterface {
         , _grid(gtk_grid_new()) {
         gtk_grid_set_row_spacing(GTK_GRID(_grid), 6);
         gtk_grid_set_column_spacing(GTK_GRID(_grid), 12);
-        for (const auto setMargin : {gtk_widget_set_margin_top, gtk_widget_set_margin_bottom,
-                                     gtk_widget_set_margin_start, gtk_widget_set_margin_end}) {
-            setMargin(_grid, 12);
-        }
+        lv2::setMargins(_grid, 12);
         addTitle(name);
         if (!note.empty()) addNote(note);
         addPresets();
@@ -255,7 +72,7 @@ class GenericInterface {
     void addPresets() {
         const auto presets = _unit->factoryPresets();
         if (!presets) return;
-        std::vector<const char*> names{"Preset"};
+        std::vector<const char*> names{translated("Preset")};
         for (const AUAudioUnitPreset& preset : *presets) names.push_back(preset.name().c_str());
         names.push_back(nullptr);
         GtkWidget* menu = gtk_drop_down_new_from_strings(names.data());
@@ -266,7 +83,7 @@ class GenericInterface {
                              const guint choice = gtk_drop_down_get_selected(control);
                              auto* item = GTK_STRING_OBJECT(gtk_drop_down_get_selected_item(control));
                              if (item != nullptr) {
-                                 nameChoiceBox(GTK_WIDGET(control), "Preset",
+                                 nameChoiceBox(GTK_WIDGET(control), translated("Preset"),
                                                gtk_string_object_get_string(item));
                              }
                              const auto known = self->_unit->factoryPresets();
@@ -279,7 +96,7 @@ class GenericInterface {
     }
 
     void addRow(AUParameter parameter) {
-        auto row = std::make_unique<Row>();
+        auto row = std::make_unique<ParameterRow>();
         row->unit = _unit;
         row->parameter = std::move(parameter);
         const char* name = row->parameter.displayName.c_str();
@@ -310,7 +127,7 @@ class GenericInterface {
 
     const std::shared_ptr<AUAudioUnit> _unit;
     GtkWidget* const _grid; // the widget tree owns this object
-    std::vector<std::unique_ptr<Row>> _rows;
+    std::vector<std::unique_ptr<ParameterRow>> _rows;
     int _rowCount = 0;
     guint _timer = 0;
 };

@@ -14,7 +14,7 @@ struct Borders {
     int left = 0, right = 0, top = 0, bottom = 0; // device pixels
 };
 
-// The borders that the window manager has put around the window.
+// Returns the widths of the frame that the window manager has put around the window.
 Borders bordersOf(GdkDisplay* display, Window window) {
     Atom type = None;
     int format = 0;
@@ -35,7 +35,7 @@ Borders bordersOf(GdkDisplay* display, Window window) {
     return borders;
 }
 
-// Where the outer frame may be, in device pixels of the root window.
+// Returns the area in which the window's frame must stay, in device pixels of the root window.
 GdkRectangle workAreaOf(GdkSurface* surface) {
     GdkMonitor* monitor = gdk_display_get_monitor_at_surface(gdk_surface_get_display(surface), surface);
     GdkRectangle area{};
@@ -81,7 +81,7 @@ void growWindow(GtkWidget* widget, int width, int height) {
     };
     const int newX = moved(x, newWidth * scale, area.x + borders.left, area.x + area.width - borders.right);
     const int newY = moved(y, newHeight * scale, area.y + borders.top, area.y + area.height - borders.bottom);
-    // A window manager takes this for the place of the frame.
+    // Window managers interpret this position as the position of the frame.
     if (newX != x || newY != y) XMoveWindow(display, id, newX - borders.left, newY - borders.top);
     gdk_x11_display_error_trap_pop_ignored(gdkDisplay);
 }

@@ -29,7 +29,7 @@ class Pair {
         if (isMoving) return;
         isMoving = true;
         gtk_range_set_value(value, low * std::pow(high / low, gtk_range_get_value(place)));
-        follow(); // the owner may have set another value, a whole number for instance
+        follow(); // the owner may have rounded the value
         isMoving = false;
     }
     void valueMoved() {
@@ -43,9 +43,9 @@ class Pair {
     }
 
     const double low, high;
-    GtkRange* const place; // from 0 to 1; seen
-    GtkRange* const value; // from low to high; over it and transparent
-    bool isMoving = false; // what the other one reports then follows from the move
+    GtkRange* const place; // the visible slider, from 0 to 1
+    GtkRange* const value; // the transparent slider over it, from low to high
+    bool isMoving = false; // while true, the sliders' signals are ignored
 };
 
 GtkWidget* makeScale(double low, double high, double step, GtkAccessibleRole role) {
@@ -69,9 +69,11 @@ RatioSlider makeRatioSlider(double low, double high, double steps) {
     GtkWidget* overlay = gtk_overlay_new();
     GtkWidget* place = makeScale(0, 1, 1 / steps, GTK_ACCESSIBLE_ROLE_PRESENTATION);
     GtkWidget* control = makeScale(low, high, (high - low) / steps, GTK_ACCESSIBLE_ROLE_SLIDER);
-    gtk_widget_set_focusable(place, FALSE);
+    // A range that is merely not focusable would still stop Tab, because its focus function reports that the
+    // focus has moved.
+    gtk_widget_set_can_focus(place, FALSE);
     gtk_widget_set_opacity(control, 0);
-    gtk_widget_set_can_target(control, FALSE); // the pointer is for what is seen
+    gtk_widget_set_can_target(control, FALSE); // the pointer operates the visible slider
     gtk_overlay_set_child(GTK_OVERLAY(overlay), place);
     gtk_overlay_add_overlay(GTK_OVERLAY(overlay), control);
 
@@ -86,7 +88,7 @@ RatioSlider makeRatioSlider(double low, double high, double steps) {
                              G_CALLBACK(+[](Pair* self) { gtk_widget_grab_focus(GTK_WIDGET(self->value)); }),
                              pair.get());
     gtk_widget_add_controller(place, GTK_EVENT_CONTROLLER(click));
-    // Keys move by ratios as well.
+    // Keys must move the value by ratios too, so they are passed to the visible slider.
     g_signal_connect(control, "move-slider", G_CALLBACK(+[](GtkRange* range, GtkScrollType step, Pair* self) {
                          g_signal_stop_emission_by_name(range, "move-slider");
                          g_signal_emit_by_name(self->place, "move-slider", step);

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A slider for values of which equal ratios feel equal, a frequency for instance. The toolkit's slider has
-// one number, which says where it stands and which assistive technology reads and sets. Here these are two:
-// what is seen and dragged goes evenly from 0 to 1; what has the focus, the keys and the name has the value
-// itself. Main thread only.
+// A slider with a logarithmic scale, for example for a frequency. A GtkScale has only one number, which is
+// both the slider's position and the value that assistive technology reads and sets. Therefore two sliders
+// are combined: the visible one, which the pointer drags, has the position from 0 to 1; the other, which has
+// the focus and the accessible name, has the value. Main thread only.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -12,11 +12,12 @@
 namespace platform {
 
 struct RatioSlider {
-    GtkWidget* widget = nullptr;  // to be put into a window: a floating reference
-    GtkWidget* control = nullptr; // a GtkRange with the value, inside it
+    GtkWidget* widget = nullptr;  // the widget to add to a window; a floating reference
+    GtkWidget* control = nullptr; // the GtkRange with the value, inside `widget`
 };
 
-/// Makes one for the values from `low`, above 0, to a larger `high`; a key moves it by one of `steps`.
+/// Creates a slider for values from `low` to `high` (0 < low < high). An arrow key moves it by one of `steps`
+/// equal steps.
 [[nodiscard]] RatioSlider makeRatioSlider(double low, double high, double steps);
 
 } // namespace platform

@@ -32,13 +32,13 @@ bool has(std::uint64_t capabilities, unsigned capability) {
     return (capabilities >> capability & 1U) != 0;
 }
 
-// Whether a security module labels files and takes part in every access decision.
+// Returns whether a security module that labels files takes part in every access decision.
 bool hasLabellingModule() {
     struct stat status {};
     return ::stat("/sys/fs/selinux/enforce", &status) == 0 || ::stat("/sys/fs/smackfs/load2", &status) == 0;
 }
 
-// File systems that are known to add no rules to the permissions.
+// Returns whether the file system is known to decide by permissions alone.
 bool addsNoRules(long type) {
     constexpr long XfsMagic = 0x58465342;
     switch (type) {
@@ -78,7 +78,8 @@ bool AccessRights::isMember(std::uint32_t group) const noexcept {
     return std::binary_search(_groups.begin(), _groups.end(), group);
 }
 
-// The flags of a mount are read once, through a directory on it.
+// Returns the mount of an item, or null if it is unknown. The flags of each mount are read only once, through
+// an open directory on it.
 const AccessRights::Mount* AccessRights::mountOf(int directory, const FileStatus& status) {
     if (status.mount == 0) return nullptr;
     for (const Mount& mount : _mounts) {
@@ -96,9 +97,9 @@ const AccessRights::Mount* AccessRights::mountOf(int directory, const FileStatus
     return &_mounts.back();
 }
 
-// The answer of permission bits and capabilities, in the kernel's own order: the owner is judged by the
-// owner's bits alone; for everybody else an access control list may count if the group's bits are not all
-// zero, and can then grant no more than those bits or the others' bits do.
+// Decides from permission bits and capabilities, in the same order as the kernel. For the owner, only the
+// owner's bits count. For everybody else there may be an access control list, unless all group bits are zero.
+// Such a list cannot grant more than the group bits or the bits of others do.
 AccessRights::Answer AccessRights::permits(const FileStatus& status, unsigned bit) const noexcept {
     if (_overridesPermissions &&
         (bit != Execute || status.isDirectory() || (status.mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0)) {
@@ -132,7 +133,7 @@ Rights AccessRights::rightsTo(int directory, const char* name, const FileStatus&
         }
         if (mount->forbidsExecution && status.isRegular()) execute = Answer::No;
     }
-    // One question for both is enough if the answer is yes, as it is for most files of other users.
+    // If both rights are unknown, one call asks for both. Usually the answer is yes.
     if (read == Answer::Ask && execute == Answer::Ask && mayAccess(directory, name, R_OK | X_OK)) {
         read = execute = Answer::Yes;
     }

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the process may do with an item. The answer is computed when the item's record, the flags of its mount
-// and the process's own capabilities determine it exactly; in every other case (access control lists that may
-// count, remote or foreign file systems, security modules, devices, identities without a mapping) the system
-// is asked. One thread.
+// Determines what the process may do with an item. The rights are computed if the item's status, the flags of
+// its mount and the capabilities of the process determine them exactly. In all other cases (possible access
+// control lists, remote or unknown file systems, security modules, devices, unmapped user and group IDs) the
+// system is asked. One thread.
 #pragma once
 
 #include "platform/foundation/detail/FileStatus.hpp"
@@ -16,18 +16,19 @@ namespace platform::detail {
 struct Rights {
     bool isReadable = false;
     bool isWritable = false;
-    bool isExecutable = false; // searchable, for a directory
+    bool isExecutable = false; // for a directory: searchable
 };
 
 class AccessRights {
   public:
-    /// Records the identity of the process at this moment.
+    /// Records the present user, groups and capabilities of the process.
     AccessRights();
 
-    /// Returns the rights to `name` in the open `directory`, whose status (links followed) is `status`.
+    /// Returns the rights to `name` in the open directory `directory`. `status` is the status of the item,
+    /// with links followed.
     [[nodiscard]] Rights rightsTo(int directory, const char* name, const FileStatus& status);
-    /// Returns whether the process may remove an item with status `item` (links not followed) from the
-    /// directory with status `parent`, to which it has `rights`.
+    /// Returns whether the process may remove an item with the status `item` (links not followed) from a
+    /// directory with the status `parent`. `rights` are the rights of the process to that directory.
     [[nodiscard]] bool mayRemove(const FileStatus& item, const FileStatus& parent,
                                  Rights rights) const noexcept;
 
@@ -35,7 +36,7 @@ class AccessRights {
     enum class Answer { No, Yes, Ask };
     struct Mount {
         std::uint64_t number = 0;
-        bool isPlain = false; // permissions alone decide, unless its flags forbid
+        bool isPlain = false; // only permissions and the mount's flags decide
         bool isReadOnly = false;
         bool forbidsExecution = false;
     };
@@ -49,11 +50,12 @@ class AccessRights {
     bool _overridesReading = false;     // CAP_DAC_READ_SEARCH
     bool _overridesOwnership = false;   // CAP_FOWNER
     bool _alwaysAsks = false;
-    std::uint32_t _unmapped = 65534; // represents an identity that has no number here
+    std::uint32_t _unmapped = 65534; // the ID that the kernel reports for users and groups without a mapping
     std::vector<Mount> _mounts;
 };
 
-/// Asks the system for one of R_OK, W_OK, X_OK with the process's effective identity.
+/// Asks the system whether the process, with its effective IDs, has the access `how` (R_OK, W_OK, X_OK or
+/// several).
 [[nodiscard]] bool mayAccess(int directory, const char* name, int how) noexcept;
 
 } // namespace platform::detail

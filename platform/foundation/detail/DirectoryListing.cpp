@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t BufferSize = 128 * 1024;
 
-// Reads up to eight bytes of `text`, the first as the most significant, and advances past them.
+// Returns up to eight bytes of `text` as a number whose most significant byte is the first one. Advances
+// `text` past these bytes.
 std::uint64_t takeKey(const char*& text) noexcept {
     std::uint64_t key = 0;
     for (unsigned shift = 64; shift > 0 && *text != '\0'; ++text) {
@@ -28,7 +29,7 @@ std::uint64_t takeKey(const char*& text) noexcept {
 } // namespace
 
 int DirectoryListing::read(int directory) {
-    thread_local const auto buffer = std::make_unique<char[]>(BufferSize); // kept for every directory
+    thread_local const auto buffer = std::make_unique<char[]>(BufferSize); // reused for all directories
     _text.clear();
     _entries.clear();
     _position = 0;
@@ -78,7 +79,8 @@ void DirectoryListing::sort() {
 bool DirectoryListing::advance() noexcept {
     if (_position == _entries.size()) return false;
     ++_position;
-    // The names lie in the order of the directory: in a large one each access would be a cache miss.
+    // The names are stored in the order of the directory, so each access in a large directory would be a
+    // cache miss.
     constexpr std::size_t Ahead = 8;
     if (_position + Ahead < _entries.size()) __builtin_prefetch(&_text[_entries[_position + Ahead].offset]);
     return true;

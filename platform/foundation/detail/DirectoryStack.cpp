@@ -14,7 +14,7 @@ namespace {
 
 constexpr int HowToOpen = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-// A process often has no more than 1,024 descriptors, and other code needs some of them.
+// The limit of a process is often 1,024 descriptors, and other code needs some of them.
 constexpr std::size_t MostOpen = 256;
 
 } // namespace
@@ -93,16 +93,16 @@ void DirectoryStack::leave() {
     Descriptor inner = std::move(_top->descriptor);
     --_depth;
     _top = &_levels[_depth - 1];
-    if (_depth - 1 >= _firstOpen || _depth == 1) return; // still open, or already known to be gone
+    if (_depth - 1 >= _firstOpen || _depth == 1) return; // open, or the root
     _firstOpen = _depth - 1;
-    if (_top->descriptor) return; // one that could not be closed
+    if (_top->descriptor) return; // giveUpOutermost() has left it open
     _top->descriptor = openAgain(inner.get());
     if (_top->descriptor) return;
-    inner.close(); // its descriptor may be the one that is needed
+    inner.close(); // frees a descriptor for openFromRoot()
     _top->descriptor = openFromRoot();
 }
 
-// The way up is short, but leads elsewhere if the inner directory was moved meanwhile.
+// Opens the parent of `inner`. Fails if `inner` has been moved to another directory meanwhile.
 Descriptor DirectoryStack::openAgain(int inner) const {
     if (inner < 0) return {};
     Descriptor opened(::openat(inner, "..", HowToOpen));

@@ -32,8 +32,8 @@ struct Hash {
     }
 };
 
-// Kinds never move and are never removed, so they are read without the lock: a number is returned only after
-// its kind was written, and reaches other threads by whatever carries the number.
+// Kinds are never moved or removed, so reading them needs no lock: a number is returned only after its kind
+// has been written, and passing the number to another thread already synchronises the two threads.
 struct KindTable {
     std::mutex mutex; // guards `numbers`, `count` and the writing of blocks
     std::unordered_map<FileKind, std::uint32_t, Hash> numbers;
@@ -42,7 +42,7 @@ struct KindTable {
 };
 
 KindTable& kindTable() {
-    static auto* table = new KindTable; // outlives every static
+    static auto* table = new KindTable; // never destroyed, because statics may use it
     return *table;
 }
 
@@ -74,7 +74,7 @@ std::optional<std::string> nameOf(std::uint32_t number, Ask ask) {
 } // namespace
 
 std::uint32_t numberOfKind(const FileKind& kind) {
-    // Neighbours on a disk are usually alike.
+    // Items that are read one after the other often have the same kind.
     thread_local FileKind last;
     thread_local std::uint32_t lastNumber = 0;
     if (lastNumber != 0 && kind == last) return lastNumber;

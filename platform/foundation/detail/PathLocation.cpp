@@ -16,7 +16,7 @@ constexpr std::size_t LongestPiece = PATH_MAX - 1;
 
 PathLocation::PathLocation(std::string_view path) {
     if (path.find('\0') != std::string_view::npos) {
-        _error = ENOENT; // no file has such a name; cut at the NUL it would be a different one
+        _error = ENOENT; // a C string would end at the NUL and name another file
         return;
     }
     while (path.size() > LongestPiece) {

@@ -28,7 +28,7 @@ namespace {
 
 constexpr std::size_t BufferSize = 256 * 1024;
 
-// For file systems between which the kernel cannot copy by itself.
+// Copies by reading and writing, for file systems between which the kernel cannot copy.
 int copyThroughBuffer(int from, int to) {
     const auto buffer = std::make_unique<char[]>(BufferSize);
     while (true) {
@@ -50,7 +50,7 @@ int copyBytes(int from, int to) {
     off_t position = 0;
     while (true) {
         const off_t data = ::lseek(from, position, SEEK_DATA);
-        if (data < 0 && errno == ENXIO) break; // only a hole, or nothing, remains
+        if (data < 0 && errno == ENXIO) break; // no more data, only a hole or the end
         if (data < 0) return ::lseek(from, position, SEEK_SET) < 0 ? errno : copyThroughBuffer(from, to);
         const off_t end = ::lseek(from, data, SEEK_HOLE);
         off_t source = data;
@@ -64,7 +64,7 @@ int copyBytes(int from, int to) {
                 return copyThroughBuffer(from, to);
             }
             if (copied < 0) return errno;
-            if (copied == 0) break; // truncated while it was copied, or a file that only appears to be empty
+            if (copied == 0) break; // truncated meanwhile, or copy_file_range is not supported
         }
         if (source == data) {
             if (::lseek(from, source, SEEK_SET) < 0 || ::lseek(to, target, SEEK_SET) < 0) return errno;
@@ -73,7 +73,7 @@ int copyBytes(int from, int to) {
         position = source;
     }
     const off_t length = ::lseek(from, 0, SEEK_END);
-    if (length == 0) { // files of /proc have no length and yet contents
+    if (length == 0) { // files in /proc have the length 0 and yet contents
         if (::lseek(from, 0, SEEK_SET) < 0) return errno;
         return copyThroughBuffer(from, to);
     }
@@ -91,13 +91,13 @@ std::string temporaryName() {
     return name;
 }
 
-// Links the finished, nameless file to its name.
+// Gives an unnamed file (O_TMPFILE) its name.
 int giveName(int file, int to, const char* toName) {
     const std::string nameless = "/proc/self/fd/" + std::to_string(file);
     return ::linkat(AT_FDCWD, nameless.c_str(), to, toName, AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
 }
 
-// The same if the file needed a temporary name.
+// Renames a file that has a temporary name. An existing file is not replaced.
 int exchangeName(int to, const std::string& temporary, const char* toName) {
     if (::renameat2(to, temporary.c_str(), to, toName, RENAME_NOREPLACE) == 0) return 0;
     if (errno != EINVAL && errno != ENOSYS) return errno;
@@ -147,8 +147,8 @@ int copyLink(int from, const char* fromName, int to, const char* toName) {
     return ::symlinkat(target.data(), to, toName) == 0 ? 0 : errno;
 }
 
-// Returns whether a link names an open file that has no other name: such a link leads nowhere once it is
-// copied.
+// Returns whether a link in /proc refers to an open file that has been deleted. A copy of such a link would
+// refer to nothing.
 bool namesOpenFile(int from, const char* fromName) {
     struct statfs system {};
     struct stat file {};
@@ -174,7 +174,7 @@ int copyFile(int from, const char* fromName, const FileStatus& status, int to, c
 }
 
 void copyMetadata(int from, const FileStatus& status, int to) noexcept {
-    // Best effort: on a file system without one of these the others are still copied.
+    // Errors are ignored: if a file system does not support an attribute, the others are still copied.
     char names[4096];
     const ssize_t length = ::flistxattr(from, names, sizeof names);
     for (ssize_t at = 0; at < length;) {
@@ -186,7 +186,8 @@ void copyMetadata(int from, const FileStatus& status, int to) noexcept {
             ::fsetxattr(to, name.data(), value, static_cast<std::size_t>(size), 0);
         }
     }
-    // The copy belongs to whoever made it, so it must not inherit the right to act as another user.
+    // The copy belongs to the user who made it, so the set-user-ID and set-group-ID bits are kept only if the
+    // original belongs to that user too.
     const mode_t kept = status.owner == ::geteuid() ? 07777U : 01777U;
     ::fchmod(to, status.mode & kept);
     const timespec times[2] = {

@@ -11,7 +11,7 @@ namespace platform::detail {
 namespace {
 
 std::string reasonOf(int errorNumber) {
-    const char* text = ::strerrordesc_np(errorNumber); // in English, whatever the locale
+    const char* text = ::strerrordesc_np(errorNumber); // in English, independent of the locale
     return text != nullptr ? text : "error " + std::to_string(errorNumber);
 }
 

@@ -18,7 +18,7 @@ namespace {
 
 class Removal {
   public:
-    /// Works in the innermost directory of `stack`, and is there again when it ends.
+    /// Removes items from the innermost directory of `stack`. The destructor restores the depth of the stack.
     Removal(DirectoryStack& stack, const std::string& path, const Questions& questions)
         : _stack(stack)
         , _base(stack.depth())
@@ -40,10 +40,10 @@ class Removal {
         return failed;
     }
 
-    /// `made` is sorted.
+    /// `made` must be sorted.
     void removeMade(const std::vector<std::uint64_t>& made) {
         _made = &made;
-        (void)_stack.list(); // what was read can be removed, whether there is more or not
+        (void)_stack.list(); // after an error, the names read so far can still be removed
         std::optional<Error> failed;
         while (!failed && (_stack.depth() > _base || !_stack.listing().isAtEnd())) failed = step();
     }
@@ -57,13 +57,13 @@ class Removal {
         return std::nullopt;
     }
 
-    // Removes a file, enters a directory.
+    // Removes a file, or enters a directory.
     std::optional<Error> remove(const char* name, bool isDirectory) {
         int error = 0;
         if (isDirectory) {
             error = enter(name);
         } else if (::unlinkat(_stack.descriptor(), name, 0) != 0 && errno != ENOENT) {
-            error = errno; // what somebody else removed meanwhile counts as removed
+            error = errno; // an item that is already gone counts as removed
         }
         return error == 0 ? std::nullopt : ended(error, subpathOf(name));
     }
@@ -72,7 +72,9 @@ class Removal {
         const std::string subpath = subpathOf(name);
         int error = _stack.enter(name, Crossing::Refused);
         if (error == 0) {
-            if (_made != nullptr) ::fchmod(_stack.descriptor(), S_IRWXU); // it may have its final mode
+            if (_made != nullptr) {
+                ::fchmod(_stack.descriptor(), S_IRWXU); // its final mode may forbid reading or writing
+            }
             error = _stack.list();
             if (error == 0) {
                 _keeps.push_back(false);
@@ -81,7 +83,8 @@ class Removal {
             }
             _stack.leave();
         }
-        // It cannot be entered or read, or something is mounted on it: perhaps it can be removed as it is.
+        // The directory cannot be entered or read, or is a mount point. If it is empty, it can still be
+        // removed.
         if (::unlinkat(_stack.descriptor(), name, AT_REMOVEDIR) == 0 || errno == ENOENT) return 0;
         return error == EXDEV ? errno : error;
     }
@@ -107,14 +110,14 @@ class Removal {
         return readStatus(_stack.descriptor(), name, AT_SYMLINK_NOFOLLOW, status) == 0 &&
                std::binary_search(_made->begin(), _made->end(), status.fileNumber);
     }
-    // Empty for the item itself.
+    // Returns the subpath of an item, which is empty for the root of the operation.
     std::string subpathOf(const char* name) const {
         return _stack.depth() == _base ? std::string() : joined(_prefix, name);
     }
     Error failure(int error, const std::string& subpath) const {
         return itemError(error, subpath.empty() ? _path : subpath, "removed");
     }
-    /// Returns the error that ends the operation, or none if it continues.
+    /// Returns the error that ends the operation, or no value if the operation continues.
     std::optional<Error> ended(int error, const std::string& subpath) {
         _keeps.back() = true;
         Error what = failure(error, subpath);
@@ -127,9 +130,9 @@ class Removal {
     const std::size_t _base;
     const std::string& _path;
     const Questions& _questions;
-    const std::vector<std::uint64_t>* _made = nullptr; // the only files to remove; null: all
+    const std::vector<std::uint64_t>* _made = nullptr; // if not null, only these files are removed
     std::string _prefix;                               // the subpath of the innermost directory
-    // For each level, whether something in it stays: the directory then stays without being an error.
+    // For each level, whether an item in it is kept. Such a directory is kept too, which is not an error.
     std::vector<bool> _keeps = {false};
 };
 

@@ -17,7 +17,7 @@ namespace {
 
 class TreeTransfer {
   public:
-    /// Works between the innermost directories of two stacks. `path` names the item in errors.
+    /// Copies or links from the innermost directory of `from` to that of `to`. `path` is used in error texts.
     TreeTransfer(DirectoryStack from, DirectoryStack to, const std::string& path, Transfer how,
                  const Questions& questions)
         : _from(std::move(from))
@@ -55,15 +55,15 @@ class TreeTransfer {
         if (!may(subpath)) return std::nullopt;
         FileStatus status;
         int error = readStatus(_from.descriptor(), name, AT_SYMLINK_NOFOLLOW, status);
-        if (error == ENOENT) return std::nullopt; // removed meanwhile: not part of the copy
+        if (error == ENOENT) return std::nullopt; // removed meanwhile
         if (error == 0) {                         // a directory cannot hold its own copy
             error = status.isSame(_targetRoot) ? EINVAL : transferItem(name, subpath, status, name);
         }
         return error == 0 ? std::nullopt : ended(error, subpath);
     }
 
-    // Copies or links a file, enters a directory. Returns 0 or the error number; a directory that could not
-    // be read completely is entered all the same.
+    // Copies or links a file, or enters a directory. Returns 0 or the error number. A directory is entered
+    // even if its names could not be read completely.
     int transferItem(const char* name, const std::string& subpath, const FileStatus& status,
                      const char* newName) {
         if (status.isDirectory()) return enterBoth(name, subpath, status, newName);
@@ -85,7 +85,7 @@ class TreeTransfer {
 
     int enterBoth(const char* name, const std::string& subpath, const FileStatus& status,
                   const char* newName) {
-        // The device that counts is the item's, which need not be that of its parent directory.
+        // The root of the operation may be on another device than its parent directory.
         const Crossing crossing = _from.depth() == 1 ? Crossing::Allowed : Crossing::Refused;
         int error = enterOne(_from, name, crossing, _to);
         if (error != 0) return error;
@@ -119,7 +119,8 @@ class TreeTransfer {
         return error;
     }
 
-    // Half a tree is not a copy. What is at its place now may be something else.
+    // Removes a partial copy. It checks the file number, because other programs may have replaced the
+    // directory.
     void takeAway(const char* newName) {
         if (_made.empty()) return;
         while (_from.giveUpOutermost()) {
@@ -154,9 +155,9 @@ class TreeTransfer {
     Transfer _how;
     const Questions& _questions;
     FileStatus _targetRoot;
-    std::vector<FileStatus> _statuses; // of the source's directories that are entered
-    std::string _prefix;               // the subpath of the innermost one
-    std::vector<std::uint64_t> _made;  // file numbers; a copy is on one device
+    std::vector<FileStatus> _statuses; // status of each source directory that has been entered
+    std::string _prefix;               // subpath of the innermost directory
+    std::vector<std::uint64_t> _made;  // file numbers of all created items, which are on one device
 };
 
 } // namespace

@@ -31,7 +31,7 @@ std::span<const std::byte> ChunkedBody::next(std::span<const std::byte>& bytes) 
     return content;
 }
 
-// A line may end in a bare line feed; blanks may follow a size.
+// Returns the state after `byte`. Accepts lines that end in a bare line feed, and blanks after a chunk size.
 ChunkedBody::Place ChunkedBody::placeBehind(unsigned char byte) noexcept {
     switch (_place) {
     case Place::Size:

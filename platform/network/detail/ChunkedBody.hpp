@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Removes the framing of a chunked body (RFC 9112, 7.1) and knows whether all of it has arrived. In constant
-// memory, whatever the server sends. Used from one thread at a time.
+// Decodes a chunked body (RFC 9112, 7.1) and detects whether all of it has arrived. Uses constant memory
+// whatever the server sends. One thread at a time.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +13,8 @@ namespace platform {
 
 class ChunkedBody {
   public:
-    /// Returns the content at the front of `bytes`, as far as it is in one chunk, and advances `bytes` past
-    /// it; empty when there is none left.
+    /// Returns the next piece of content in `bytes`, at most to the end of a chunk, and advances `bytes` past
+    /// it. Empty when `bytes` contains no more content.
     [[nodiscard]] std::span<const std::byte> next(std::span<const std::byte>& bytes) noexcept;
 
     /// Returns whether the body's last byte has arrived.
@@ -25,13 +25,13 @@ class ChunkedBody {
   private:
     enum class Place : std::uint8_t {
         Size,           // before the first digit of a chunk's size
-        SizeDigits,     // after at least one
-        Extension,      // in the rest of that line
-        Content,        // _left bytes of it are still to come
-        ContentEnd,     // in the line end after it
-        Trailer,        // at the start of a line after the last chunk
-        TrailerLineEnd, // after a carriage return there
-        TrailerLine,    // in such a line
+        SizeDigits,     // after at least one digit
+        Extension,      // in the remainder of the size line
+        Content,        // in a chunk's content, of which _left bytes are still to come
+        ContentEnd,     // in the line end after a chunk's content
+        Trailer,        // at the start of a trailer line, after the last chunk
+        TrailerLineEnd, // after a carriage return at the start of a trailer line
+        TrailerLine,    // in a trailer line
         End,
         Broken,
     };

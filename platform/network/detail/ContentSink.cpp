@@ -20,13 +20,13 @@
 namespace platform {
 namespace {
 
-// The most that is held in memory: content that a few compressed bytes expand to, or that never ends, stops
-// here.
+// The largest content kept in memory. The limit stops endless content and compressed content that expands to
+// an extreme size.
 constexpr std::size_t MostBytesInMemory = std::size_t{256} << 20U;
 
-// NOLINTBEGIN(cppcoreguidelines-no-malloc): only the C library's blocks can grow without a copy
-// Memory that grows in place: the C library moves the pages of a large block and not its bytes, and pages
-// that were not written cost nothing. A vector would hold the content twice whenever it grows.
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): only realloc can grow a block without a copy A buffer that grows
+// with realloc, which remaps the pages of a large block instead of copying them; pages that were never
+// written take no memory. A vector would hold the content twice whenever it grows.
 class GrowingMemory {
   public:
     GrowingMemory() = default;
@@ -35,7 +35,7 @@ class GrowingMemory {
     GrowingMemory& operator=(const GrowingMemory&) = delete;
 
     [[nodiscard]] std::size_t size() const { return _size; }
-    /// Appends `bytes`; false when there is no memory for them.
+    /// Appends `bytes`, or returns false if there is not enough memory.
     [[nodiscard]] bool append(std::span<const std::byte> bytes) {
         if (bytes.empty()) return true;
         if (bytes.size() > _capacity - _size && !resize(std::max(2 * _capacity, _size + bytes.size()))) {
@@ -78,11 +78,11 @@ class DataSink final : public ContentSink {
     std::optional<Error> append(std::span<const std::byte> bytes) override {
         if (bytes.size() > MostBytesInMemory - _data.size()) {
             return transferError(TransferFailure::TooLarge,
-                                 "The transfer failed (The content is too large for the memory).");
+                                 "The transfer failed (The content is too large to be kept in memory).");
         }
         if (!_data.append(bytes)) {
             return transferError(TransferFailure::TooLarge,
-                                 "The transfer failed (There is no memory for the content).");
+                                 "The transfer failed (There is not enough memory for the content).");
         }
         return std::nullopt;
     }
@@ -107,8 +107,8 @@ Error writeError(int number) {
                                   (reason != nullptr ? reason : "unknown error") + ").");
 }
 
-// The file never has a name if the file system can do without, so that nothing is left of it however the
-// process ends: it is opened through the process's own table of open files.
+// Writes to an unnamed temporary file (O_TMPFILE) where the file system supports that, so that no file is
+// left behind however the process ends. The completion opens the file through /proc/self/fd.
 class DownloadSink final : public ContentSink {
   public:
     explicit DownloadSink(DownloadCompletion completion)
@@ -127,7 +127,7 @@ class DownloadSink final : public ContentSink {
     }
 
     void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) override {
-        if (!error) error = open(); // also for no content at all
+        if (!error) error = open(); // empty content needs a file too
         if (_completion) {
             if (error) {
                 _completion(std::nullopt, response, error);

@@ -14,9 +14,9 @@ class ContentSink {
   public:
     virtual ~ContentSink() = default;
 
-    /// Appends `bytes`; returns the error that prevents it.
+    /// Appends `bytes`, or returns the error that prevents it.
     [[nodiscard]] virtual std::optional<Error> append(std::span<const std::byte> bytes) = 0;
-    /// Calls the completion with what has arrived, or with `error`.
+    /// Calls the completion with the content, or with `error`.
     virtual void deliver(const std::shared_ptr<URLResponse>& response, std::optional<Error> error) = 0;
 };
 

@@ -29,7 +29,7 @@ class FileTransfer final : public URLSessionTask::Transfer {
   private:
     void run() {
         const std::string path = _request.url.path();
-        // Without O_NONBLOCK a pipe without a writer would block the thread for good.
+        // Without O_NONBLOCK, opening a FIFO that has no writer would block the thread for ever.
         const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         struct stat status {};
         if (!file || ::fstat(file.get(), &status) != 0) return fail(errno);

@@ -17,9 +17,9 @@ GzipContent::~GzipContent() {
 }
 
 std::optional<Error> GzipContent::unpack(std::span<const std::byte> bytes, const Append& append) {
-    bool isPending = false; // unpacked bytes did not fit
+    bool isPending = false; // the output was full, so more may follow
     while (!bytes.empty() || isPending) {
-        if (!_isInside && _hasEnded && bytes.front() == std::byte{0}) { // padding after a stream
+        if (!_isInside && _hasEnded && bytes.front() == std::byte{0}) { // zero padding after a stream
             bytes = bytes.subspan(1);
             continue;
         }

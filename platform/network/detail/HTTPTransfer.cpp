@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The transfer of an http or https URL: everything runs on the network thread, in constant memory.
+// The transfer of an http or https URL. Runs on the network thread, in constant memory.
 #include "platform/foundation/product.hpp"
 #include "platform/network/detail/ChunkedBody.hpp"
 #include "platform/network/detail/GzipContent.hpp"
@@ -61,7 +61,8 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         if (!_message) return end(transferError(TransferFailure::UnsupportedURL, "The URL names no server."));
         _cancellable.reset(g_cancellable_new());
         watchProgress();
-        // A connection of its own: what is read below the library belongs to nobody else.
+        // A new connection for each transfer, because takeApart may read directly from the connection's
+        // stream.
         soup_message_add_flags(_message.get(), SOUP_MESSAGE_NEW_CONNECTION);
         soup_message_disable_feature(_message.get(), SOUP_TYPE_CONTENT_DECODER);
         soup_message_headers_replace(soup_message_get_request_headers(_message.get()), "Accept-Encoding",
@@ -90,7 +91,7 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         transfer->read();
     }
 
-    // The library treats a negative length, or one beyond its range, as no content at all.
+    // libsoup treats a negative or too large Content-Length as empty content.
     bool announcesNonsense() const {
         SoupMessageHeaders* headers = soup_message_get_response_headers(_message.get());
         const char* announced = soup_message_headers_get_list(headers, "Content-Length");
@@ -103,9 +104,9 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
         return error != std::errc() || end != text.data() + text.size() || length < 0;
     }
 
-    // A connection that ends between two chunks, or within compressed content, looks to the library like the
-    // end of the content. So both are decoded here, the chunks from the stream below the library's own
-    // decoder.
+    // libsoup takes a connection that ends between two chunks, or within compressed content, for the end of
+    // the content. Therefore this class decodes chunks and gzip itself. It reads the chunks from the stream
+    // beneath libsoup's own chunk decoder.
     void takeApart() {
         if (isPacked()) _packed = std::make_unique<GzipContent>();
         const auto below = [](GInputStream* stream) -> GInputStream* {
@@ -184,12 +185,14 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
             static_cast<int>(soup_message_get_status(_message.get())));
     }
 
-    // The time-out is one without progress: every event of the connection and every piece of content begins
-    // it anew. It passes in parts, of which a time in which the process does not run counts as one: what the
-    // server sent meanwhile is still to be read.
+    // The timeout limits the time without progress: every event of the connection and every piece of content
+    // restarts it. The timeout is divided into TimeoutParts parts and expires when all of them have passed
+    // without progress. If the process does not run for a while, only one part is counted, because data that
+    // the server sent meanwhile has not been read yet.
     void watchProgress() {
         if (!(_request.timeoutInterval > 0) || !std::isfinite(_request.timeoutInterval)) return;
-        // Ready at the date that it is given; the library's own timers set theirs after each firing.
+        // A source that only fires at its ready time. GLib's timeout sources would set a new ready time after
+        // each firing.
         static GSourceFuncs atItsDate = {
             nullptr, nullptr, [](GSource*, GSourceFunc fire, gpointer data) { return fire(data); },
             nullptr, nullptr, nullptr};
@@ -257,11 +260,11 @@ class HTTPTransfer final : public URLSessionTask::Transfer {
     Owned<SoupMessage> _message;
     Owned<GCancellable> _cancellable;
     Owned<GInputStream> _stream;
-    Owned<GInputStream> _chunkedStream; // below it; only with `_chunks`
+    Owned<GInputStream> _chunkedStream; // the stream beneath _stream; set only together with _chunks
     std::optional<ChunkedBody> _chunks;
     std::unique_ptr<GzipContent> _packed;
     GSource* _timer = nullptr;
-    int _quietParts = 0; // of the time-out, since there was progress
+    int _quietParts = 0; // parts of the timeout that have passed since the last progress
     std::shared_ptr<URLResponse> _response;
     std::array<std::byte, 65536> _buffer{};
     bool _isTimedOut = false;
@@ -284,7 +287,7 @@ URLSession::Implementation::~Implementation() {
 }
 
 SoupSession* URLSession::Implementation::connections() {
-    // Each transfer has its own time-out.
+    // The session's own timeout is disabled, because each transfer has its own.
     if (_connections == nullptr) {
         _connections = soup_session_new_with_options("timeout", 0U, "user-agent", product::Name, nullptr);
     }

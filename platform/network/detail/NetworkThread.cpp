@@ -9,7 +9,7 @@
 namespace platform {
 
 NetworkThread& NetworkThread::shared() {
-    static auto* thread = new NetworkThread; // outlives every static
+    static auto* thread = new NetworkThread; // never destroyed
     return *thread;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The one thread on which all network work runs, with its own loop.
+// The thread that runs all HTTP transfers, with its own GLib loop.
 #pragma once
 
 #include <deque>
@@ -14,10 +14,10 @@ namespace platform {
 
 class NetworkThread {
   public:
-    /// Returns the thread of the process; it starts at the first use and never ends.
+    /// Returns the process's network thread. It starts at the first call and never ends.
     [[nodiscard]] static NetworkThread& shared();
 
-    /// Runs `work` on the thread, after what was submitted before. Any thread.
+    /// Runs `work` on the network thread, in the order of submission. Any thread.
     void run(std::function<void()> work);
     [[nodiscard]] GMainContext* context() const noexcept { return _context; }
 

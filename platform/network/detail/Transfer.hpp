@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a session and its transfers share.
+// Shared by a session and its transfers.
 #pragma once
 
 #include "platform/dispatch/DispatchQueue.hpp"
@@ -22,16 +22,16 @@ class URLSession::Implementation {
     Implementation(const Implementation&) = delete;
     Implementation& operator=(const Implementation&) = delete;
 
-    /// Returns the connections; on the network thread only.
+    /// Returns the libsoup session, which is created at the first call. On the network thread only.
     [[nodiscard]] SoupSession* connections();
-    /// The session's own queue, on which completions are called.
+    /// The queue on which completions are called.
     DispatchQueue queue{std::string(product::LabelPrefix) + "network"};
 
   private:
-    SoupSession* _connections = nullptr; // belongs to the network thread
+    SoupSession* _connections = nullptr; // used only on the network thread
 };
 
-/// One transfer: the subclass determines where it comes from, the sink where it goes.
+/// One transfer. A subclass reads the content, the sink stores it.
 class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
   public:
     Transfer(std::shared_ptr<URLSession::Implementation> session, URLRequest request,
@@ -52,10 +52,10 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
   protected:
     /// Starts; called once, from any thread.
     virtual void start() = 0;
-    /// Passes the content, or the error, to the completion. The first call counts.
+    /// Calls the completion with the content, or with `error`. Only the first call has an effect.
     void finish(std::shared_ptr<URLResponse> response, std::optional<Error> error);
 
-    /// Passes on a piece of the content; returns the error that prevents it.
+    /// Passes a piece of content to the sink, or returns the error that prevents it.
     [[nodiscard]] std::optional<Error> append(std::span<const std::byte> bytes) {
         _received.fetch_add(static_cast<std::int64_t>(bytes.size()), std::memory_order_relaxed);
         return _sink->append(bytes);
@@ -63,7 +63,8 @@ class URLSessionTask::Transfer : public std::enable_shared_from_this<Transfer> {
 
     std::shared_ptr<URLSession::Implementation> _session;
     URLRequest _request;
-    std::unique_ptr<ContentSink> _sink; // used by the transfer's one thread, then by the completion's
+    std::unique_ptr<ContentSink>
+        _sink; // used by the thread that reads the content, then by the session's queue
 
   private:
     std::atomic<bool> _began{false};

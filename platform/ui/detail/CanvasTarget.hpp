@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The toolkit's side of a canvas, for the platform's own code. Main thread only.
+// The cairo side of a canvas. Main thread only.
 #pragma once
 
 #include "platform/ui/Canvas.hpp"
@@ -13,14 +13,14 @@
 namespace platform {
 
 struct Canvas::Target {
-    GtkWidget* widget; // gives the font
+    GtkWidget* widget; // whose font is used for text
     cairo_t* cairo;
     double width;
     double height;
     Color textColor;
 };
 
-/// Returns `text` in one line of the desktop's font at `widget`, `size` points high.
+/// Returns a layout of `text` as one line in the font of `widget`, `size` points high.
 [[nodiscard]] GObjectRef<PangoLayout> lineOfText(GtkWidget* widget, std::string_view text, double size);
 
 } // namespace platform

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The toolkit's side of a view, for the classes of views. Main thread only.
+// The GTK side of a view, for the view classes. Main thread only.
 #pragma once
 
 #include "platform/ui/GObjectRef.hpp"
@@ -19,7 +19,7 @@ class UIView::Implementation {
         : widget(GObjectRef<GtkWidget>::keep(ownWidget)) {}
 
     GObjectRef<GtkWidget> widget;
-    std::vector<std::shared_ptr<UIView>> kept; // the views added by addSubview
+    std::vector<std::shared_ptr<UIView>> kept; // strong references to the views added with addSubview
 };
 
 [[nodiscard]] inline UIView::ImplementationPointer makeImplementation(GtkWidget* widget) {

@@ -18,8 +18,7 @@ GtkWindow* windowOf(UIViewController& presenter) {
 }
 
 std::string showableText(std::string_view text, std::size_t mostCharacters) {
-    // The toolkit takes a time quadratic in the length of a word to break it, whatever is inside except the
-    // end of a line.
+    // Pango needs time quadratic in the length of a word to break it, so long words are split by line ends.
     constexpr std::size_t LongestWord = 200; // characters
     const std::unique_ptr<char, decltype(&g_free)> valid(
         g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), &g_free);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the dialogs share. Main thread only.
+// Functions that the alert and the document picker share. Main thread only.
 #pragma once
 
 #include "platform/ui/UIViewController.hpp"
@@ -15,14 +15,14 @@
 
 namespace platform {
 
-/// Returns the window on which `presenter` is shown; null if it is on none.
+/// Returns the window that shows `presenter`, or null.
 [[nodiscard]] GtkWindow* windowOf(UIViewController& presenter);
 
-/// Returns `text` in a form that the toolkit accepts: valid UTF-8 without NUL, the rest replaced by U+FFFD;
-/// "…" instead of what follows the first `mostCharacters`, and line ends within words that are too long.
+/// Returns `text` in a form that GTK can display: invalid UTF-8 and NUL are replaced by U+FFFD, text beyond
+/// `mostCharacters` characters by "…", and very long words are broken by line ends.
 [[nodiscard]] std::string showableText(std::string_view text, std::size_t mostCharacters = SIZE_MAX);
 
-/// Calls `completion`, unless it is empty, in a later turn of the loop.
+/// Calls `completion`, unless it is empty, later on the main queue.
 void callLater(std::function<void()> completion);
 
 } // namespace platform

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The toolkit's picture behind an image, for the platform's own code. Any thread.
+// Access to the GTK texture of an image, for the platform's own code. Any thread.
 #pragma once
 
 #include "platform/ui/UIImage.hpp"
@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// Returns the texture of `image`; the image owns it.
+/// Returns the texture of `image`, which owns it.
 [[nodiscard]] GdkTexture* textureOf(const UIImage& image) noexcept;
 
 } // namespace platform

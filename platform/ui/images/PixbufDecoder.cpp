@@ -20,7 +20,7 @@ void PixbufDecoder::onSize(GdkPixbufLoader* loader, int width, int height, gpoin
     auto* decoder = static_cast<PixbufDecoder*>(data);
     if (width > 0 && height > 0 && height <= decoder->_mostPixels / width) return;
     decoder->_isRefused = true;
-    gdk_pixbuf_loader_set_size(loader, 0, 0); // the library's sign for "no further"
+    gdk_pixbuf_loader_set_size(loader, 0, 0); // tells gdk-pixbuf to stop decoding
 }
 
 bool PixbufDecoder::append(std::span<const std::byte> piece) {
@@ -30,7 +30,7 @@ bool PixbufDecoder::append(std::span<const std::byte> piece) {
            !_isRefused;
 }
 
-// The library demands it in any case. Some decoders do all their work here.
+// A loader must always be closed. Some decoders do all their work in this call.
 bool PixbufDecoder::close() {
     if (!_isOpen) return false;
     _isOpen = false;

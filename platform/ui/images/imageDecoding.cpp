@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::size_t PieceSize = 65536; // bytes, after each of which a refusal takes effect
+constexpr std::size_t PieceSize = 65536; // bytes; a refusal takes effect after a whole piece
 
 GObjectRef<GdkPixbuf> decodeHere(const char* format, std::span<const std::byte> data,
                                  std::int64_t mostPixels) {

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding of pictures within limits: plain bitmaps in the program, everything else in a process of its own.
-// Any thread.
+// Decodes pictures within limits: plain bitmaps in the program, all others in a separate process. Any thread.
 #pragma once
 
 #include "platform/ui/GObjectRef.hpp"
@@ -14,9 +13,10 @@
 
 namespace platform {
 
-/// Returns the picture in `data`, the right way up; null if it is not of a known kind, is truncated or
-/// visibly damaged, has more than `mostPixels`, or takes its decoder too long. Blocks for as long as the
-/// pixels of a plain bitmap take, otherwise at most two seconds on the main thread and ten on others.
+/// Returns the picture in `data` with its stored orientation applied. Returns null if its format is unknown,
+/// if it is truncated or damaged, if it has more than `mostPixels` pixels, or if decoding takes too long.
+/// Blocks: for a plain bitmap as long as decoding takes, otherwise at most two seconds on the main thread and
+/// ten on others.
 [[nodiscard]] GObjectRef<GdkPixbuf> decodeImage(std::span<const std::byte> data, std::int64_t mostPixels);
 
 } // namespace platform

@@ -3,10 +3,10 @@
 
 #include "platform/ui/images/imageProcess.hpp"
 
-#include "platform/foundation/Bundle.hpp"
 #include "platform/foundation/Descriptor.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/product.hpp"
+#include "platform/foundation/startHelper.hpp"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,6 @@
 #include <fcntl.h>
 #include <memory>
 #include <poll.h>
-#include <spawn.h>
 #include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -30,8 +29,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// The process has two seconds of processor time. The thread that paints waits no longer than that by the
-// clock; others leave it time on a busy machine.
+// The process may use two seconds of processor time. The main thread waits two seconds for it, so that the
+// window does not freeze; other threads wait longer, because the machine may be busy.
 Clock::time_point deadline() {
     const bool isMainThread = ::gettid() == ::getpid();
     return Clock::now() + std::chrono::seconds(isMainThread ? 2 : 10);
@@ -39,35 +38,16 @@ Clock::time_point deadline() {
 
 class PictureProcess {
   public:
-    /// Starts the process with `input` and `output` as its standard descriptors and no others except standard
-    /// error. Failure is reported on standard error.
+    /// Starts the process with `input` and `output` as its standard input and output. It inherits no other
+    /// descriptor except standard error. Failure is reported on standard error.
     PictureProcess(const char* format, std::int64_t mostPixels, int input, int output) {
-        const std::string program = Bundle::main().privateFrameworksPath() + "/" + product::PictureProgram;
-        std::array<std::string, 3> words = {program, format, std::to_string(mostPixels)};
-        std::array<char*, 4> arguments{};
-        for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
-        posix_spawn_file_actions_t files;
-        posix_spawn_file_actions_init(&files);
-        posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
-        posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init(&attributes);
-        sigset_t signals;
-        sigemptyset(&signals);
-        posix_spawnattr_setsigmask(&attributes, &signals);
-        sigfillset(&signals);
-        posix_spawnattr_setsigdefault(&attributes, &signals);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        const int error =
-            ::posix_spawn(&_process, program.c_str(), &files, &attributes, arguments.data(), environ);
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&files);
-        if (error == 0) return;
-        _process = 0;
-        const char* reason = ::strerrordesc_np(error);
-        warn("A picture cannot be decoded: " + program + " does not start (" +
-             (reason != nullptr ? reason : "unknown error") + ").");
+        auto started = startHelper(product::PictureProgram, {format, std::to_string(mostPixels)},
+                                   {{input, STDIN_FILENO}, {output, STDOUT_FILENO}});
+        if (started) {
+            _process = started.value();
+        } else {
+            warn("A picture cannot be decoded: " + started.error().localizedDescription() + ".");
+        }
     }
     ~PictureProcess() { (void)end(); }
     PictureProcess(const PictureProcess&) = delete;
@@ -75,11 +55,11 @@ class PictureProcess {
 
     [[nodiscard]] bool isRunning() const { return _process != 0; }
 
-    /// Ends the process, whatever it is doing, and returns its status as waitpid gives it.
+    /// Kills the process and returns its status as waitpid reports it.
     int end() {
         int status = 0;
         if (_process == 0) return status;
-        ::kill(_process, SIGKILL); // also one that closed its input and continues
+        ::kill(_process, SIGKILL); // it may have closed its input and still run
         while (::waitpid(_process, &status, 0) < 0 && errno == EINTR) {
         }
         _process = 0;
@@ -92,7 +72,7 @@ class PictureProcess {
 
 enum class Outcome { Ended, TimedOut };
 
-// Sends `data` and waits until the other side has closed, which happens at the latest when the process ends.
+// Sends `data` and waits until the process has closed its end of the socket, at the latest by exiting.
 Outcome send(int socket, std::span<const std::byte> data, Clock::time_point deadline) {
     bool isSending = true;
     while (true) {
@@ -100,8 +80,8 @@ Outcome send(int socket, std::span<const std::byte> data, Clock::time_point dead
         if (left <= 0) return Outcome::TimedOut;
         pollfd event{socket, static_cast<short>(isSending ? POLLIN | POLLOUT : POLLIN), 0};
         const int ready = ::poll(&event, 1, static_cast<int>(left));
-        if (ready <= 0) continue; // a signal, or the deadline
-        // The process sends nothing here; bytes, an error and the end all mean that it has ended.
+        if (ready <= 0) continue; // interrupted by a signal, or the deadline has passed
+        // The process sends nothing on this socket, so any event except POLLOUT means that it has ended.
         if ((event.revents & ~POLLOUT) != 0) return Outcome::Ended;
         const ssize_t count = ::send(socket, data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count < 0 && errno != EAGAIN && errno != EINTR) return Outcome::Ended;
@@ -123,8 +103,8 @@ bool isPossible(const PictureHeader& header, std::int64_t fileSize, std::int64_t
            fileSize - static_cast<std::int64_t>(PicturePixelsAt);
 }
 
-// Maps the file as the picture's memory. The process has ended; the seals guarantee that nobody else changes
-// it.
+// Maps the file that contains the pixels. The process has ended, and the seals prevent any change of the
+// file.
 GObjectRef<GdkPixbuf> takePixels(int file, std::int64_t mostPixels) {
     struct stat status {};
     if (::fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0 ||

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Decoding of a picture in a process of its own, images/main.cpp. It receives the picture
-// on its standard input and writes a PictureHeader and the pixels to its standard output, a file in memory.
-// It sets its own limits; the program gives it a deadline, ends it in any case and trusts nothing that it
-// wrote. Any thread.
+// Decodes a picture in a separate process (images/main.cpp). The process reads the picture from its standard
+// input and writes a PictureHeader and the pixels to its standard output, a file in memory. It limits its own
+// resources; the program kills it when it is done or the deadline has passed, and validates everything that
+// it has written. Any thread.
 #pragma once
 
 #include "platform/ui/GObjectRef.hpp"
@@ -16,22 +16,22 @@
 
 namespace platform {
 
-/// What the process writes at the start of the file, last of all.
+/// The header at the start of the file. The process writes it last, after the pixels.
 struct PictureHeader {
     static constexpr std::uint64_t Complete = 0x50494354'55524531; // "PICTURE1"
-    std::uint64_t state;                                           // Complete, or the file is not valid
+    std::uint64_t state;                                           // any value but Complete: not valid
     std::int64_t width;
     std::int64_t height;
-    std::int64_t stride;   // bytes from row to row
-    std::int64_t channels; // bytes of a pixel: red, green, blue and, if it has one, alpha
+    std::int64_t stride;   // bytes from one row to the next
+    std::int64_t channels; // bytes per pixel: 3 (red, green, blue) or 4 (with alpha)
 };
 
 /// The offset of the pixels in the file.
 inline constexpr std::size_t PicturePixelsAt = 4096;
 
-/// Returns the picture in `data`, in the format with that name in the decoding library; null if it is
-/// damaged, has more than `mostPixels`, or needs more memory or time than the process has. Blocks: at most
-/// two seconds on the main thread, ten on others.
+/// Decodes `data`, a picture in the format that gdk-pixbuf calls `format`. Returns null if the picture is
+/// damaged, has more than `mostPixels` pixels, or needs more memory or time than the process may use. Blocks
+/// for at most two seconds on the main thread and ten on others.
 [[nodiscard]] GObjectRef<GdkPixbuf> decodeInProcess(const char* format, std::span<const std::byte> data,
                                                     std::int64_t mostPixels);
 

@@ -14,12 +14,12 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::size_t HeadSize = 1024; // bytes, within which the root of a vector image starts
+constexpr std::size_t HeadSize = 1024; // bytes; the root element of an SVG must start within them
 
 constexpr std::string_view PNGBeginning = "\x89PNG\r\n\x1A\n";
 
-// The library's own recognition would try every installed format, including rare ones with rarely tested
-// decoders. These are the ones found on servers; the names are the library's.
+// The formats that are common on servers, under the names that gdk-pixbuf uses. Its own format detection
+// would also accept rare formats, whose decoders are rarely tested.
 struct Format {
     const char* name;
     std::string_view beginning;
@@ -38,7 +38,7 @@ constexpr std::array<Format, 9> Formats = {{
     {.name = "ico", .beginning = "\0\0\2\0"sv},
 }};
 
-// A vector image is text: its root element, behind white space, a declaration and comments.
+// An SVG is text. White space, an XML declaration and comments may precede its root element.
 bool isVectorImage(std::string_view text) {
     if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     const auto first = text.find_first_not_of(" \t\r\n");
@@ -46,7 +46,7 @@ bool isVectorImage(std::string_view text) {
            text.substr(0, HeadSize).find("<svg") != std::string_view::npos;
 }
 
-// Unsigned numbers anywhere in the file; beyond its end they are 0.
+// Read unsigned numbers at any position. Bytes beyond the end of `data` are read as 0.
 std::int64_t byteAt(std::string_view data, std::size_t at) {
     return at < data.size() ? static_cast<unsigned char>(data[at]) : 0;
 }
@@ -63,8 +63,9 @@ std::int64_t big32(std::string_view data, std::size_t at) {
     return big16(data, at) << 16U | big16(data, at + 2);
 }
 
-// PNG (RFC 2083): chunks up to IEND. Compressed texts and profiles expand to a thousand times their size, and
-// an interlaced picture takes seven passes.
+// A PNG (RFC 2083) consists of chunks up to IEND. It is not plain if it has large compressed texts or
+// profiles, which can expand a thousandfold, or if it is interlaced, because decoding then takes seven
+// passes.
 ImageStructure structureOfPNG(std::string_view data) {
     constexpr std::int64_t MostPackedBytes = 65536;
     constexpr std::size_t InterlacePosition = 28;
@@ -82,8 +83,8 @@ ImageStructure structureOfPNG(std::string_view data) {
     return {false, false};
 }
 
-// JPEG (ITU T.81, annex B): segments up to the end of the image. Each scan costs as much as the whole
-// picture.
+// A JPEG (ITU T.81, annex B) consists of segments up to an end marker. It is plain only with a single scan,
+// because decoding each further scan takes as long as the whole picture.
 ImageStructure structureOfJPEG(std::string_view data) {
     constexpr std::int64_t EndOfImage = 0xD9;
     constexpr std::int64_t StartOfScan = 0xDA;
@@ -91,7 +92,8 @@ ImageStructure structureOfJPEG(std::string_view data) {
     int scans = 0;
     std::size_t at = 2;
     while (true) {
-        // Up to the next marker: within a scan, FF before 0 is a data byte, and D0 to D7 are restart markers.
+        // Find the next marker. Within a scan, FF followed by 0 is a data byte, and D0 to D7 are restart
+        // markers.
         at = data.find('\xFF', at);
         if (at == std::string_view::npos || at + 1 >= data.size()) return {false, false};
         const std::int64_t marker = byteAt(data, ++at);
@@ -99,13 +101,13 @@ ImageStructure structureOfJPEG(std::string_view data) {
         ++at;
         if (marker == EndOfImage) return {true, isSequential && scans == 1};
         if (marker <= 0x01 || (marker >= 0xD0 && marker <= 0xD8)) continue;
-        if (marker == 0xC0 || marker == 0xC1) isSequential = true; // the Huffman-coded sequential frames
+        if (marker == 0xC0 || marker == 0xC1) isSequential = true; // sequential frames with Huffman coding
         if (marker == StartOfScan) ++scans;
         at += static_cast<std::size_t>(big16(data, at));
     }
 }
 
-// BMP: a header that says where the pixels start and how many bytes they take.
+// The header of a BMP states where the pixels start and how many bytes they occupy.
 bool isWholeBMP(std::string_view data) {
     const std::int64_t begin = little32(data, 10);
     const std::int64_t headerSize = little32(data, 14);
@@ -113,7 +115,7 @@ bool isWholeBMP(std::string_view data) {
     constexpr std::int64_t OldHeaderSize = 12;
     const bool isOld = headerSize == OldHeaderSize;
     const std::int64_t compression = isOld ? 0 : little32(data, 30);
-    if (compression == 1 || compression == 2) { // run-length encoded: only the header gives the size
+    if (compression == 1 || compression == 2) { // run-length encoded: only the header states the size
         const std::int64_t size = little32(data, 34);
         return size > 0 && size <= available;
     }
@@ -146,7 +148,7 @@ ImageStructure imageStructureOf(std::string_view format, std::string_view data) 
     if (format == "jpeg") return structureOfJPEG(data);
     if (format == "bmp") return {isWholeBMP(data), true};
     if (format == "webp") return {isWholeRIFF(data), false};
-    return {}; // the decoders of the others refuse truncated files
+    return {}; // the decoders of the other formats refuse truncated files
 }
 
 std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
@@ -156,7 +158,7 @@ std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
     const auto count = static_cast<std::size_t>(little16(icon, 4));
     std::string_view entry;
     std::string_view picture;
-    std::tuple<std::int64_t, std::int64_t> best{0, 0}; // pixels, then bits for each
+    std::tuple<std::int64_t, std::int64_t> best{0, 0}; // number of pixels, then bits per pixel
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = HeadLength + i * EntryLength;
         const std::int64_t size = little32(icon, at + 8);
@@ -173,7 +175,7 @@ std::optional<std::string> largestPictureOfIcon(std::string_view icon) {
     }
     if (picture.empty()) return std::nullopt;
     if (picture.starts_with(PNGBeginning)) return std::string(picture);
-    // The library's decoder would read all of them, and refuses a file that contains a PNG.
+    // gdk-pixbuf's decoder would decode all pictures of the file, and refuses a file that contains a PNG.
     std::string alone(icon.substr(0, 4));
     alone.append("\1\0"sv).append(entry.substr(0, 12)).append("\x16\0\0\0"sv).append(picture);
     return alone;

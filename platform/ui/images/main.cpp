@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The program for pictures, called with FORMAT MOST-PIXELS: decodes the picture on standard input into the
-// file that is standard output, as platform/ui/images/imageProcess.hpp describes it. Nobody but the program
-// starts it. A picture may do here what it can: the process has no files, no network and little time.
+// file that is standard output, as platform/ui/images/imageProcess.hpp describes it. Only the program starts
+// it. A malicious picture can do no harm here: the process has no files, no network and little time.
 #include "platform/foundation/confinement.hpp"
 #include "platform/ui/images/PixbufDecoder.hpp"
 #include "platform/ui/images/imageProcess.hpp"
@@ -71,8 +71,9 @@ int main(int argc, char** argv) {
     using namespace platform;
     if (argc != 3) return EXIT_FAILURE;
     const std::int64_t mostPixels = std::strtoll(argv[2], nullptr, 10);
-    constexpr std::int64_t BytesOfPixel = 4; // rows of three bytes a pixel are padded to at most this
-    if (!limitResources(
+    constexpr std::int64_t BytesOfPixel = 4; // enough for padded rows of three bytes per pixel, too
+    if (!endWithStarter() ||
+        !limitResources(
             {.processorSeconds = 2,
              .memoryBytes = MostMemory,
              .fileBytes = platform::PicturePixelsAt + static_cast<std::uint64_t>(mostPixels * BytesOfPixel),
@@ -80,9 +81,9 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     PixbufDecoder decoder(argv[1], mostPixels); // opens the decoder's own library
-    if (!confineToReading(readablePlaces())) return EXIT_FAILURE;
+    if (!confineTo({.readable = readablePlaces(), .writable = {}, .devices = {}})) return EXIT_FAILURE;
     if (!feed(decoder)) return EXIT_FAILURE;
     const auto pixels = decoder.finish();
-    // Without running the libraries' exit code, which has nothing to put in order.
+    // Skips the libraries' exit handlers, which have nothing to clean up.
     std::_Exit(pixels && writePicture(pixels.get()) ? EXIT_SUCCESS : EXIT_FAILURE);
 }

@@ -25,7 +25,7 @@ struct ActionScopeClass {
 
 gpointer parentClass = nullptr;
 
-// A handler: the name of an action and the description that contains it.
+// The data of a signal handler: the name of an action, and the description that contains it.
 struct Handler {
     WeakDescription description;
     std::string selector;
@@ -64,7 +64,7 @@ void initialiseClass(gpointer klass, gpointer) {
 
 void initialiseScope(gpointer interface, gpointer) {
     static_cast<GtkBuilderScopeInterface*>(interface)->create_closure =
-        createClosure; // types: as the toolkit does
+        createClosure; // type lookup stays as in GtkBuilderCScope
 }
 
 GType actionScopeType() {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The scope in which the toolkit looks up the handler names of an interface description: each becomes an
-// action of the controller that the description is connected to. Main thread only.
+// The GtkBuilderScope that resolves the handler names of an interface description. Each name stands for an
+// action of the controller to which the description is connected. Main thread only.
 #pragma once
 
 #include "platform/ui/GObjectRef.hpp"
@@ -14,7 +14,7 @@ namespace platform {
 
 class InterfaceDescription;
 
-/// Creates the scope for `description`, which it does not keep.
+/// Creates the scope for `description`. The scope holds a weak reference to it.
 [[nodiscard]] GObjectRef<GtkBuilderScope>
 makeActionScope(const std::shared_ptr<InterfaceDescription>& description);
 

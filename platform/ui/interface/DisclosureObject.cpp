@@ -12,7 +12,7 @@ namespace {
 
 struct DisclosureObject {
     GObject base;
-    GtkWidget* button; // both are kept
+    GtkWidget* button; // strong references, both
     GtkWidget* view;
 };
 

@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The object of an interface description that states which button shows and hides which view. It tells
-// assistive technology that the button is expanded while the view is shown. Main thread only.
+// An object in an interface description that states which button shows and hides which view. While the view
+// is visible, assistive technology is told that the button is expanded. Main thread only.
 #pragma once
 
 #include <glib-object.h>
 
 namespace platform {
 
-/// Returns the type of disclosures with the properties "button" and "view", registering it first.
+/// Returns the GObject type of disclosures, which have the properties "button" and "view". Registers the type
+/// at the first call.
 [[nodiscard]] GType disclosureObjectType();
 
 } // namespace platform

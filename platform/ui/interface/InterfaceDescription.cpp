@@ -73,7 +73,7 @@ void InterfaceDescription::connect(const std::shared_ptr<UIResponder>& owner,
         if (assign(object)) {
             _kept.push_back(std::move(object));
         } else {
-            warn("The object \"" + name + "\" in \"" + _name + ".ui\" does not fit the outlet of that name.");
+            warn("The object \"" + name + "\" in \"" + _name + ".ui\" has the wrong class for its outlet.");
         }
     }
     for (const auto& selector : _actions) {

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Returns the type of segues, registering it first.
+/// Returns the GObject type of segues. Registers the type at the first call.
 [[nodiscard]] GType segueObjectType();
 
 [[nodiscard]] bool isSegueObject(GObject* object);

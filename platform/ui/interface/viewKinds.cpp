@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Which class of view belongs to which kind of widget.
+// Creates the view of the right class for a widget.
 #include "platform/foundation/console.hpp"
 #include "platform/ui/UIButton.hpp"
 #include "platform/ui/UIDrawingView.hpp"

@@ -13,7 +13,7 @@
 namespace platform {
 namespace {
 
-// What an interface description can state about a child: the property "fill".
+// The layout properties that an interface description can set for a child. The only one is "fill".
 struct LayoutChildClass {
     GtkLayoutChildClass base;
 };
@@ -81,13 +81,13 @@ void measure(GtkLayoutManager*, GtkWidget* container, GtkOrientation orientation
     });
 }
 
-// A point on the toolkit's grid; frames may hold any number, also NaN.
+// Rounds a coordinate to whole pixels. A frame can hold any number, even NaN.
 int onGrid(double value) {
     constexpr double Far = 1 << 20;
     return std::isnan(value) ? 0 : static_cast<int>(std::lround(std::clamp(value, -Far, Far)));
 }
 
-// A child that needs more than its frame gets it and is clipped by the container.
+// A child whose minimum size exceeds its frame is allocated its minimum size and clipped by the container.
 void allocateChild(GtkWidget* child, const CGRect& frame) {
     GtkAllocation allocation{onGrid(frame.x), onGrid(frame.y), 0, 0};
     int minimum = 0;
@@ -131,7 +131,7 @@ void updateFrames(GtkWidget* container, double width, double height) {
     forEachChild(container, [&](GtkWidget* child) {
         Placement& placement = placementOf(child);
         placement.frame = frameFor(placement, width, height, mirrored);
-        // The toolkit lays out what is visible; what is hidden follows here.
+        // GTK lays out only visible widgets; this also updates the frames inside hidden containers.
         if (isContainerWidget(child)) updateFrames(child, placement.frame.width, placement.frame.height);
     });
 }

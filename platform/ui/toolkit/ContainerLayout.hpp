@@ -9,13 +9,14 @@
 
 namespace platform {
 
-/// Returns the type, registering it first.
+/// Returns the GObject type of the layout manager. Registers the type at the first call.
 [[nodiscard]] GType containerLayoutType();
 
-/// Sets the frames of everything in `container`, laid out at the given size, and in the containers inside it.
+/// Sets the frames of all children of `container` for the given size, and recursively those of the containers
+/// among them.
 void updateFrames(GtkWidget* container, double width, double height);
 
-/// Runs `place` as the layout of `container` and calls its listener. Defined with the widget.
+/// Lays out `container` by calling `place`, then calls its layout listener. Defined in ContainerWidget.cpp.
 void layOut(GtkWidget* container, const std::function<void()>& place);
 
 } // namespace platform

@@ -83,8 +83,8 @@ void initialiseClass(gpointer klass, gpointer) {
     gtk_widget_class_set_accessible_role(widgetClass, GTK_ACCESSIBLE_ROLE_GROUP);
 }
 
-// Returns whether the frame that the container keeps is its real size: its own container sets it, or nobody
-// does.
+// Returns whether the stored frame of `widget` is its actual size: true if its parent is a container, which
+// updates the frame, or if it is in no window.
 bool isSizedByFrame(GtkWidget* widget) {
     GtkWidget* parent = gtk_widget_get_parent(widget);
     return parent == nullptr ? !GTK_IS_ROOT(widget) : isContainerWidget(parent);
@@ -120,7 +120,7 @@ void placeChildren(GtkWidget* container) {
 
 void queuePlacing(GtkWidget* container) {
     if (selfOf(container)->isPlacing) {
-        selfOf(container)->isPlacingOutdated = true; // the layout in progress repeats it
+        selfOf(container)->isPlacingOutdated = true; // the layout in progress places the children again
     } else {
         gtk_widget_queue_allocate(container);
     }
@@ -136,7 +136,7 @@ void layOut(GtkWidget* container, const std::function<void()>& place) {
     self->isPlacingOutdated = false;
     place();
     if (const auto listener = *self->layoutListener) listener();
-    // What the listener moved is placed at once; the listener is not called a second time.
+    // Views that the listener has moved are placed at once, without calling the listener again.
     if (self->isPlacingOutdated) place();
     self->isPlacing = false;
 }

@@ -17,7 +17,7 @@ struct NodeRelease {
 };
 using Node = std::unique_ptr<GskRenderNode, NodeRelease>;
 
-// The picture as it was last drawn, and the conditions.
+// The picture as it was last drawn, with the size, scale and text colour for which it was drawn.
 struct Picture {
     Node node;
     int width = 0;
@@ -63,7 +63,7 @@ graphene_rect_t rectangle(double x, double y, double width, double height) {
     return result;
 }
 
-// Draws the picture once into an image; every frame copies from it only what is below a moved mark.
+// Draws the picture once into an image. Each frame copies only the areas around moved marks from the image.
 void drawPicture(GtkWidget* widget, const std::function<void(Canvas&)>& draw, Picture& picture) {
     cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, picture.width * picture.scale,
                                                         picture.height * picture.scale);
@@ -107,7 +107,7 @@ void snapshotWidget(GtkWidget* widget, GtkSnapshot* snapshot) {
     if (wanted.width <= 0 || wanted.height <= 0) return;
     if (self->content->isOutdated || !self->picture->isFor(wanted)) {
         self->content->isOutdated = false;
-        const auto draw = self->content->draw; // it may set another
+        const auto draw = self->content->draw; // a copy: the call may replace the function
         drawPicture(widget, draw, wanted);
         *self->picture = std::move(wanted);
     }

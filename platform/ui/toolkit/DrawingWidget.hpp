@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The widget of a UIDrawingView, product::DrawingType in interface descriptions. Main thread only.
+// The GTK widget of a UIDrawingView. Interface descriptions use it under the name product::DrawingType. Main
+// thread only.
 #pragma once
 
 #include "platform/ui/Mark.hpp"
@@ -12,14 +13,14 @@
 
 namespace platform {
 
-/// What a drawing widget shows.
+/// The content of a drawing widget.
 struct DrawingContent {
-    std::function<void(Canvas&)> draw; // empty: no picture
+    std::function<void(Canvas&)> draw; // may be empty
     std::vector<Mark> marks;
     bool isOutdated = true; // the picture must be drawn again
 };
 
-/// Returns the type, registering it first.
+/// Returns the GObject type of the widget. Registers the type at the first call.
 [[nodiscard]] GType drawingWidgetType();
 [[nodiscard]] bool isDrawingWidget(GtkWidget* widget);
 [[nodiscard]] DrawingContent& contentOf(GtkWidget* widget);

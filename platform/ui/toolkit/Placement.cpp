@@ -13,7 +13,8 @@ struct Span {
     double length;
 };
 
-// One direction: the place between two edges, either of which may be free.
+// Returns the position and length along one axis. `own` provides the values that `start` and `end` do not
+// determine.
 Span spanFor(Span own, std::optional<double> start, std::optional<double> end) {
     if (start && end) return {*start, std::max(0.0, *end - *start)};
     if (start) return {*start, own.length};
@@ -45,7 +46,7 @@ CGRect frameFor(const Placement& placement, double width, double height, bool mi
     const CGRect& frame = placement.frame;
     const auto leading = edgeAt(LayoutEdge::Leading, width);
     const auto trailing = edgeAt(LayoutEdge::Trailing, width);
-    // Leading edges are on the right where text runs from right to left.
+    // Where text runs from right to left, the leading edge is the right one.
     Span across =
         spanFor({mirrored ? width - frame.x - frame.width : frame.x, frame.width}, leading, trailing);
     if (mirrored) across.start = width - across.start - across.length;

@@ -24,14 +24,14 @@ constexpr const char* ColorSchemeKey = "color-scheme";
 
 enum class ColorScheme : guint32 { NoPreference = 0, Dark = 1, Light = 2 };
 
-// The setting to return to if the desktop has no preference.
+// The initial setting, which applies while the desktop has no preference.
 gboolean& toolkitPrefersDark() {
     static gboolean prefersDark = FALSE;
     return prefersDark;
 }
 
 void apply(GVariant* value) {
-    // "Read" wraps the value in one variant more than the signal does.
+    // The reply of "Read" wraps the value in one more variant than the signal does.
     GVariant* inner = g_variant_ref(value);
     while (g_variant_is_of_type(inner, G_VARIANT_TYPE_VARIANT) != FALSE) {
         GVariant* next = g_variant_get_variant(inner);
@@ -68,7 +68,7 @@ void onChanged(GDBusConnection*, const char*, const char*, const char*, const ch
 
 void onConnected(GObject*, GAsyncResult* result, gpointer) {
     GDBusConnection* bus =
-        g_bus_get_finish(result, nullptr); // kept: the subscription lives as long as the process
+        g_bus_get_finish(result, nullptr); // never released: the subscription lasts until the process ends
     if (bus == nullptr) return;
     g_dbus_connection_signal_subscribe(bus, PortalName, SettingsInterface, "SettingChanged", PortalPath,
                                        AppearanceNamespace, G_DBUS_SIGNAL_FLAGS_NONE, onChanged, nullptr,
@@ -90,14 +90,14 @@ void applyStyleSheet(const char* name) {
 }
 
 void followColorScheme() {
-    // Without an address the library would start its own bus.
+    // Without an address GLib would start a session bus.
     if (std::getenv("DBUS_SESSION_BUS_ADDRESS") == nullptr) return;
     g_object_get(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", &toolkitPrefersDark(),
                  nullptr);
     g_bus_get(G_BUS_TYPE_SESSION, nullptr, onConnected, nullptr);
 }
 
-// A vector image would load its renderer into the process (7 MB) for one small picture.
+// Uses PNG files, because an SVG icon would load a renderer of 7 MB into the process.
 void showIcon(GtkWindow* window, const char* name) {
     const auto resources = Bundle::main().resourceURL();
     GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window));
@@ -105,10 +105,10 @@ void showIcon(GtkWindow* window, const char* name) {
     std::vector<GObjectRef<GdkTexture>> textures;
     GList* list = nullptr;
     for (const char* size : {"48x48", "128x128"}) {
-        // Icons are beside the resources: share/icons.
+        // The icons are in share/icons, beside the directory of the resources.
         const std::string path = resources->path() + "/../icons/hicolor/" + size + "/apps/" + name + ".png";
         GdkTexture* texture = gdk_texture_new_from_filename(path.c_str(), nullptr);
-        if (texture == nullptr) continue; // the desktop shows a default one
+        if (texture == nullptr) continue; // without any, the desktop shows its default icon
         textures.push_back(GObjectRef<GdkTexture>::adopt(texture));
         list = g_list_append(list, texture);
     }

@@ -1,22 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The look of the application: the style sheet among the resources, light or dark as the desktop prefers, the
-// icon. Main thread only.
+// The look of the application: its style sheet, the light or dark scheme, and the window's icon. Main thread
+// only.
 #pragma once
 
 #include <gtk/gtk.h>
 
 namespace platform {
 
-/// Applies the style sheet `name`.css of the resources; without one the toolkit's own look stays.
+/// Applies the style sheet `name`.css of the resources. Does nothing if there is no such resource.
 void applyStyleSheet(const char* name);
 
-/// Follows the desktop's choice of light or dark (the settings portal's "color-scheme"), now and when it
-/// changes. The request does not block; without a portal the toolkit's own setting counts.
+/// Follows the desktop's preference for a light or dark scheme ("color-scheme" in the settings portal), now
+/// and whenever it changes. Does not block. Without a portal, GTK's own setting applies.
 void followColorScheme();
 
-/// Sets the icon of `window`, which is realised, to `name`: PNG files beside the resources.
+/// Sets the icon of `window`, which must be realised, to the installed PNG files called `name`.
 void showIcon(GtkWindow* window, const char* name);
 
 } // namespace platform

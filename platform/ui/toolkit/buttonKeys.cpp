@@ -6,10 +6,10 @@
 namespace platform {
 namespace {
 
-// What is known about a window's keyboard; it lives as long as the window.
+// The key that is held down in a window. Lives as long as the window.
 struct HeldKey {
-    guint keycode = 0;       // the key that went down last; 0 if none is down
-    bool isRepeated = false; // the press being delivered is a repetition
+    guint keycode = 0;       // the last key pressed; 0 after its release
+    bool isRepeated = false; // the current press is an automatic repetition
 };
 
 GQuark heldKeyQuark() {
@@ -42,7 +42,7 @@ void keyGoesUp(GtkEventControllerKey* keys, guint, guint keycode, GdkModifierTyp
     if (held != nullptr && held->keycode == keycode) *held = {};
 }
 
-// The release of a key while another window has the keyboard is not reported.
+// While another window has the focus, key releases are not reported to this one.
 void activeChanges(GtkWidget* window, GParamSpec*, gpointer) {
     if (HeldKey* held = heldKeyOf(window)) *held = {};
 }
@@ -69,7 +69,7 @@ gboolean onButtonKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifi
 }
 
 gboolean onMnemonic(GtkWidget* button, gboolean isOneOfSeveral, gpointer) {
-    if (isOneOfSeveral != FALSE) return FALSE; // the letter only moves the focus between them
+    if (isOneOfSeveral != FALSE) return FALSE; // the letter only moves the focus between these buttons
     click(button);
     return TRUE;
 }
@@ -78,7 +78,8 @@ gboolean onUnusedKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifi
     GtkWidget* window = widgetOfKeys(keys);
     if (!isSpace(keyval)) return GDK_EVENT_PROPAGATE;
     if (isRepeated(window)) return GDK_EVENT_STOP;
-    // A switch relies on the window's own binding, which comes after the shortcuts.
+    // A GtkSwitch is activated by the window's binding for Space. The shortcuts, which now come first, must
+    // not take the key from it.
     GtkWidget* focus = gtk_root_get_focus(GTK_ROOT(window));
     return GTK_IS_SWITCH(focus) && gtk_widget_activate(focus) != FALSE ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
 }
@@ -91,9 +92,10 @@ GtkEventController* addKeys(GtkWidget* widget, GtkPropagationPhase phase, GCallb
     return keys;
 }
 
-// A window runs the shortcuts of global scope after its own bindings, of which one for the space bar
-// activates the focused control and takes the key whether or not the control has a use for it. The toolkit
-// asks the controller that was added last first.
+// By default a window handles shortcuts of global scope after its own key bindings. Its binding for Space
+// activates the focused control and consumes the key even if the control does not react to it. GTK runs the
+// controllers of a widget in reverse order of their addition, so adding the shortcut controller again moves
+// it to the front.
 void askShortcutsBeforeBindings(GtkWidget* window) {
     GListModel* controllers = gtk_widget_observe_controllers(window);
     GtkEventController* shortcuts = nullptr;
@@ -110,7 +112,7 @@ void askShortcutsBeforeBindings(GtkWidget* window) {
         return;
     }
     gtk_widget_remove_controller(window, shortcuts);
-    gtk_widget_add_controller(window, shortcuts); // which takes the reference
+    gtk_widget_add_controller(window, shortcuts); // takes over the reference
 }
 
 } // namespace
@@ -127,7 +129,7 @@ void watchHeldKeys(GtkWindow* window) {
     g_signal_connect(keys, "key-released", G_CALLBACK(keyGoesUp), nullptr);
     g_signal_connect(window, "notify::is-active", G_CALLBACK(activeChanges), nullptr);
     askShortcutsBeforeBindings(GTK_WIDGET(window));
-    // Before the shortcuts, after the focused control had its turn.
+    // Runs before the shortcuts and after the focused control.
     addKeys(GTK_WIDGET(window), GTK_PHASE_BUBBLE, G_CALLBACK(onUnusedKey));
 }
 

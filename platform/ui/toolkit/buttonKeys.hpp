@@ -1,18 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Keys that press buttons without delay. The toolkit starts with a quarter of a second of animation, which is
-// long for an instrument, and takes a held key for many presses. Main thread only.
+// Lets keys press buttons without delay. By default, GTK first shows an animation of a quarter of a second,
+// which is too long for a musical program, and treats a held key as repeated presses. Main thread only.
 #pragma once
 
 #include <gtk/gtk.h>
 
 namespace platform {
 
-/// Lets Space, Enter and the mnemonic press `button` as the key goes down, once however long it is held.
+/// Lets Space, Enter and the mnemonic press `button` when the key goes down. A held key presses it only once.
 void pressAtOnce(GtkButton* button);
 
-/// Watches the keys of `window` for held ones, and keeps its shortcuts from answering to a held space bar.
+/// Tracks the key that is held down in `window`, and stops a held space bar from repeating a shortcut.
 void watchHeldKeys(GtkWindow* window);
 
 } // namespace platform

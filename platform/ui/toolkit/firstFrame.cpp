@@ -16,8 +16,8 @@ namespace {
 
 using Task = std::shared_ptr<const std::function<void()>>;
 
-// Connects `handler` with a hold on the task, which is released with the connection: a window may close
-// before it is drawn.
+// Connects `handler` with its own reference to the task. Disconnecting releases the reference, also if the
+// window is destroyed before it is drawn.
 void connect(gpointer object, const char* signal, GCallback handler, const Task& task) {
     const auto release = [](gpointer held, GClosure*) { delete static_cast<Task*>(held); };
     g_signal_connect_data(object, signal, handler, std::make_unique<Task>(task).release(), release,

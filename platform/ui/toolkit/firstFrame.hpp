@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What happens once the first frame of a window is on the screen. Main thread only.
+// Runs a task after the first frame of a window has been drawn. Main thread only.
 #pragma once
 
 #include <functional>
@@ -9,10 +9,10 @@
 
 namespace platform {
 
-/// Calls `task` after the first frame of `window`, which must not have been shown yet.
+/// Calls `task` after the first frame of `window` has been drawn. The window must not be realised yet.
 void afterFirstFrame(GtkWidget* window, std::function<void()> task);
 
-/// Writes the monotonic time to standard error if the environment asks for it.
+/// Writes the monotonic time to standard error if product::TraceStartVariable is set in the environment.
 void traceFirstFrame();
 
 } // namespace platform

@@ -16,8 +16,8 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
                                             g_intern_static_string("_NET_ACTIVE_WINDOW")) != FALSE) {
         return;
     }
-    // Asks as a window manager does (ICCCM 4.1.7); the toolkit then takes the keys with an invisible child of
-    // the window, which the pointer is never over.
+    // Without a window manager, this sends the message that one would send (ICCCM 4.1.7). GDK then moves the
+    // focus to an invisible child window that the pointer cannot enter.
     XEvent event{};
     event.xclient.type = ClientMessage;
     event.xclient.window = gdk_x11_surface_get_xid(surface);
@@ -61,7 +61,7 @@ void keepKeysFromThePointer(GtkWindow* window) {
 }
 
 void keepFocusShown(GtkWindow* window) {
-    g_object_set_qdata(G_OBJECT(window), pointerQuark(), window); // nothing is shown before the first key
+    g_object_set_qdata(G_OBJECT(window), pointerQuark(), window); // no focus ring before the first key press
     GtkEventController* input = gtk_event_controller_legacy_new();
     gtk_event_controller_set_propagation_phase(input, GTK_PHASE_CAPTURE);
     g_signal_connect(input, "event", G_CALLBACK(onInput), nullptr);

@@ -19,26 +19,26 @@
 namespace platform {
 
 void startToolkit() {
-    // Effects bring interfaces of their own as X windows in this process. One that draws with GL breaks the
-    // drawing of a toolkit that does so too. Not even asking whether GL is there also halves the time to the
-    // first frame and saves the memory of its driver.
+    // Effects show their interfaces in X windows of this process. An interface that draws with OpenGL would
+    // break GTK's drawing if GTK used OpenGL too. Without OpenGL, the first frame also appears in half the
+    // time and the driver needs no memory.
     setenv("GDK_BACKEND", "x11", 1);
     setenv("GSK_RENDERER", "cairo", 1);
     setenv("GDK_DEBUG", "gl-disable", 0);
-    // The web engine's sandbox is for users: run as root it leaves a file in the root directory that makes
-    // other programs take the machine for a container.
+    // WebKit's sandbox is off for root: started by root, it leaves a file in the root directory that makes
+    // other programs believe that the machine is a container.
     setenv(SandboxVariable, geteuid() == 0 ? "1" : "0", 0);
     XInitThreads();
     g_log_writer_default_set_use_stderr(TRUE);
     const ApplicationIdentity& program = applicationIdentity();
     g_set_prgname(program.programName.c_str());
     g_set_application_name(program.displayName.c_str());
-    // Texts follow the user's locale; numbers stay as programs write them, for effects that read and print
-    // them.
+    // Texts follow the user's locale. Numbers keep the decimal point, because effects parse and print
+    // numbers.
     std::setlocale(LC_ALL, "");
     std::setlocale(LC_NUMERIC, "C");
     gtk_disable_setlocale();
-    // Translations lie beside the resources: share/locale.
+    // The translations are in share/locale, beside the directory of the resources.
     if (const auto resources = Bundle::main().resourceURL()) {
         findTranslationsIn((resources->path() + "/../locale").c_str());
     }

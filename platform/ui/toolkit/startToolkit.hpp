@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Starting the toolkit the way this program needs it. At entry, before any other thread runs.
+// Starts GTK with the settings that this program needs. Call at the start of `main`, before any other thread
+// runs.
 #pragma once
 
 namespace platform {
 
-/// Starts the toolkit on the X display; ends the process with one sentence and status 1 when there is none.
+/// Starts GTK on the X display. If the display cannot be opened, reports that in one sentence on standard
+/// error and ends the process with status 1.
 void startToolkit();
 
 } // namespace platform

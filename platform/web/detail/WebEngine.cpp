@@ -21,11 +21,11 @@
 namespace platform {
 namespace {
 
-// The engine, too, expects the program that builds sandboxes here.
+// The program that builds sandboxes. WebKit expects it at this path too.
 constexpr const char* BubblewrapPath = "/usr/bin/bwrap";
 
-// Returns whether this system lets users build the sandbox in which the engine puts its processes. Some
-// kernels and containers don't.
+// Returns whether this system allows the kind of sandbox in which WebKit runs its processes. Some kernels and
+// containers do not.
 bool sandboxCanBeBuilt() {
     posix_spawn_file_actions_t quiet;
     posix_spawn_file_actions_init(&quiet);
@@ -45,16 +45,18 @@ bool sandboxCanBeBuilt() {
     return status == 0;
 }
 
-// If it cannot be built the engine would end the program. The variable exists from the start, so that no
-// other thread sees the environment move.
+// Turns WebKit's sandbox off where it cannot be built, because WebKit would then end the program. The
+// variable was already set at startup, so changing it here does not reallocate `environ` while other threads
+// read it.
 void giveUpSandboxWhereItFails() {
     const char* disabled = std::getenv(SandboxVariable);
     if (disabled == nullptr || std::strcmp(disabled, "0") != 0 || sandboxCanBeBuilt()) return;
     setenv(SandboxVariable, "1", 1);
-    warn("This system lets users build no sandbox; pages are shown without one.");
+    warn("This system does not let users create a sandbox; pages are shown without one.");
 }
 
-// Opened once and never closed: the engine registers types that stay for the life of the process.
+// Opens the module, which is never closed, because WebKit registers GObject types that cannot be
+// unregistered.
 MakeWebEngineView* openModule() {
     giveUpSandboxWhereItFails();
     const std::string path = Bundle::main().privateFrameworksPath() + "/" + product::WebModule;

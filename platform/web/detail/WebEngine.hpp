@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The interface between the program and the module with the web engine, which is opened on first use. Both
-// sides are built together, so types of the standard library may cross it. Main thread only.
+// The interface between the program and the shared library that uses WebKit (the module), which is loaded
+// when it is first needed. Both are built with the same compiler, so the interface can use types of the
+// standard library. Main thread only.
 #pragma once
 
 #include <functional>
@@ -12,38 +13,41 @@
 
 namespace platform {
 
-/// Called at most once with whether to continue, at once or later; until it is called, the navigation waits.
+/// Decides whether a navigation continues. Must be called at most once, immediately or later. The navigation
+/// waits until then.
 using WebAnswer = std::function<void(bool allow)>;
 
-/// Receives the engine's questions. A URI is empty if there is none.
+/// Receives WebKit's requests for decisions, and its notifications of state changes. The argument `uri` may
+/// be empty.
 class WebClient {
   public:
     virtual ~WebClient() = default;
     virtual void decideAction(const std::string& uri, const WebAnswer& answer) = 0;
     virtual void decideResponse(const std::string& uri, const WebAnswer& answer) = 0;
-    /// A page asks for a window, which it does not get.
+    /// Called when a page asks for a new window. No window is opened.
     virtual void windowWanted(const std::string& uri) = 0;
-    /// A requested page has nothing to show yet (true), or has now, or has failed (false).
+    /// Called with true when a page has been requested, and with false when there is something to show or
+    /// loading has failed.
     virtual void workingChanged(bool isWorking) = 0;
 };
 
-/// One view of the engine. Destroying it also ends its processes.
+/// One WebKit view. Destroying it also ends its processes.
 class WebEngineView {
   public:
     virtual ~WebEngineView() = default;
-    /// Returns the widget, which belongs to this object.
+    /// Returns the widget, which this object owns.
     [[nodiscard]] virtual GtkWidget* widget() const = 0;
-    /// Loads `uri`; gives up after `timeoutSeconds` without any progress.
+    /// Loads `uri`. Stops loading after `timeoutSeconds` without progress.
     virtual void load(const std::string& uri, double timeoutSeconds) = 0;
     virtual void loadHTML(const std::string& html, const std::string& baseURI) = 0;
 };
 
-/// The function that the module exports; `client` outlives the view.
+/// The function that the module exports. `client` must outlive the view.
 using MakeWebEngineView = WebEngineView*(WebClient& client);
 inline constexpr const char* MakeWebEngineViewSymbol = "platformMakeWebEngineView";
 
-/// Creates a view, opening the module first if that has not been done; absent, with a sentence on standard
-/// error, if it cannot be opened.
+/// Creates a view. The first call loads the module. Returns null if the module cannot be loaded, and reports
+/// the reason on standard error.
 [[nodiscard]] std::unique_ptr<WebEngineView> makeWebEngineView(WebClient& client);
 
 } // namespace platform

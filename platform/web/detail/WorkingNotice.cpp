@@ -42,7 +42,7 @@ void WorkingNotice::appear() {
     gtk_box_append(GTK_BOX(_notice), gtk_label_new(translated("Opening the page...")));
     gtk_widget_add_css_class(_notice, "osd");
     gtk_widget_add_css_class(_notice, "working");
-    gtk_widget_set_can_target(_notice, FALSE); // the page below it has the pointer
+    gtk_widget_set_can_target(_notice, FALSE); // pointer events go to the page underneath
     fillWidget(_container, _notice);
 }
 

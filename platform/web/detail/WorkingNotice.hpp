@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A notice, over an empty page, that a page is being loaded, shown once that takes long enough for a person
-// to wonder. Main thread only.
+// A notice that a page is being loaded. It is shown in front of the empty page if loading takes more than
+// half a second. Main thread only.
 #pragma once
 
 #include <gtk/gtk.h>
@@ -11,14 +11,15 @@ namespace platform {
 
 class WorkingNotice {
   public:
-    /// Appears in `container`, which outlives the notice, on top of its contents.
+    /// The notice will appear in `container`, in front of its other children. `container` must outlive this
+    /// object.
     explicit WorkingNotice(GtkWidget* container)
         : _container(container) {}
     ~WorkingNotice() { end(); }
     WorkingNotice(const WorkingNotice&) = delete;
     WorkingNotice& operator=(const WorkingNotice&) = delete;
 
-    /// Appears in half a second unless `end` is called before.
+    /// Shows the notice after half a second, unless `end` is called before.
     void begin();
     void end();
 
@@ -26,8 +27,8 @@ class WorkingNotice {
     void appear();
 
     GtkWidget* _container;
-    GtkWidget* _notice = nullptr; // on the screen; belongs to the container
-    guint _source = 0;            // the wait for it
+    GtkWidget* _notice = nullptr; // owned by the container; null while not shown
+    guint _source = 0;            // GLib source that will show the notice, or 0
 };
 
 } // namespace platform

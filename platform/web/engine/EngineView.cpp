@@ -14,7 +14,8 @@
 namespace platform {
 namespace {
 
-// A context of its own for each view: with it end the processes that the engine keeps ready for a next page.
+// Each view has its own context. Destroying the context ends the processes that WebKit keeps ready for the
+// next page.
 GObjectRef<WebKitWebContext> makeContext() {
     auto context = GObjectRef<WebKitWebContext>::adopt(webkit_web_context_new());
     webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
@@ -96,7 +97,7 @@ EngineView::~EngineView() {
     g_signal_handlers_disconnect_by_data(_view.get(), this);
     leavePdfViewer(_view.get());
     _pending.reset();
-    // A page that loops for ever would not notice that it is closed.
+    // Also ends a page whose script loops for ever.
     webkit_web_view_terminate_web_process(_view.get());
 }
 
@@ -105,8 +106,7 @@ void EngineView::load(const std::string& uri, double timeoutSeconds) {
     _timeout.set(timeoutSeconds, [this] {
         const std::string waiting = textOf(webkit_web_view_get_uri(_view.get()));
         webkit_web_view_stop_loading(_view.get());
-        tell(translated("This page does not answer"),
-             translated("Nothing came within the time that it was given."), waiting);
+        tell(translated("This page does not answer"), translated("There was no response in time."), waiting);
     });
     webkit_web_view_load_uri(_view.get(), uri.c_str());
 }
@@ -123,7 +123,7 @@ gboolean EngineView::decide(WebKitPolicyDecision* decision, WebKitPolicyDecision
         WebKitURIResponse* response =
             webkit_response_policy_decision_get_response(WEBKIT_RESPONSE_POLICY_DECISION(decision));
         const std::string uri = textOf(webkit_uri_response_get_uri(response));
-        if (isPartOfPdfViewer(uri.c_str())) return FALSE; // the engine's own answer: continue
+        if (isPartOfPdfViewer(uri.c_str())) return FALSE; // WebKit's default is to continue
         _client.decideResponse(uri, answerTo(decision));
         return TRUE;
     }
@@ -147,7 +147,7 @@ void EngineView::loadChanged(WebKitLoadEvent event) {
         _timeout.start();
         _isNotice = std::exchange(_noticeIsStarting, false);
     } else if (event == WEBKIT_LOAD_COMMITTED) {
-        _timeout.stop(); // from now on there is something to see
+        _timeout.stop(); // the page is visible from now on
         if (!showsPdf(_view.get())) tellIsWorking(false);
     }
 }
@@ -155,8 +155,8 @@ void EngineView::loadChanged(WebKitLoadEvent event) {
 gboolean EngineView::loadFailed(const char* uri, const GError& error) {
     _timeout.stop();
     tellIsWorking(false);
-    // What the policies or the user stopped, and what belongs in another program, leaves the present page in
-    // place.
+    // The current page stays if a delegate or the user has stopped the navigation, or if another program has
+    // to open the content.
     const bool isRefused = error.domain == WEBKIT_POLICY_ERROR &&
                            error.code != WEBKIT_POLICY_ERROR_CANNOT_USE_RESTRICTED_PORT &&
                            error.code != WEBKIT_POLICY_ERROR_FAILED;
@@ -171,7 +171,7 @@ gboolean EngineView::loadFailed(const char* uri, const GError& error) {
 void EngineView::processEnded() {
     _timeout.stop();
     tellIsWorking(false);
-    if (_isNotice || _noticeIsStarting) return; // its message stays on the screen
+    if (_isNotice || _noticeIsStarting) return; // the error page stays on the screen
     tell(translated("This page stopped working"),
          translated("Exit leads back; the page can then be opened again."),
          textOf(webkit_web_view_get_uri(_view.get())));

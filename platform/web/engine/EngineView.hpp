@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One view of the web engine with its questions and its end. Main thread only.
+// One WebKit view, its pending decisions and its shutdown. Main thread only.
 #pragma once
 
 #include "platform/ui/GObjectRef.hpp"
@@ -13,8 +13,8 @@
 
 namespace platform {
 
-/// The questions that wait for an answer. The engine takes a dropped question for a yes, so each is kept
-/// until it is answered or its view is destroyed.
+/// The policy decisions that have not been made yet. WebKit allows a navigation if its decision object is
+/// released without an answer, so each object is kept until it is answered or its view is destroyed.
 class PendingDecisions {
   public:
     PendingDecisions() = default;
@@ -55,9 +55,9 @@ class EngineView final : public WebEngineView {
     GObjectRef<WebKitWebView> _view;
     std::shared_ptr<PendingDecisions> _pending = std::make_shared<PendingDecisions>();
     PageTimeout _timeout;
-    bool _isWorking = false;        // until there is something to see of the requested page
-    bool _isNotice = false;         // the page that is loading or shown is one of ours that reports a failure
-    bool _noticeIsStarting = false; // such a page was requested, and the engine has not started with it
+    bool _isWorking = false;        // a page has been requested and nothing of it is visible yet
+    bool _isNotice = false;         // the page that is loading or shown is one of our error pages
+    bool _noticeIsStarting = false; // an error page has been requested, but WebKit has not started loading it
 };
 
 } // namespace platform

@@ -17,7 +17,7 @@ void PageTimeout::set(double seconds, std::function<void()> onTimeout) {
 void PageTimeout::start() {
     stop();
     if (_seconds <= 0) return;
-    constexpr double Longest = 86'400; // seconds; a longer time-out never ends
+    constexpr double Longest = 86'400; // seconds
     const auto milliseconds = static_cast<guint>(std::min(_seconds, Longest) * 1000);
     const auto onTime = +[](gpointer data) -> gboolean {
         auto* self = static_cast<PageTimeout*>(data);

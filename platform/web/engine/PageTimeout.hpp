@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The time-out of a page that sends nothing. Main thread only.
+// A timer for pages that do not answer. Main thread only.
 #pragma once
 
 #include <functional>
@@ -16,15 +16,15 @@ class PageTimeout {
     PageTimeout(const PageTimeout&) = delete;
     PageTimeout& operator=(const PageTimeout&) = delete;
 
-    /// Calls `onTimeout` when `seconds` pass between `start` or `restart` and `stop`.
+    /// Sets the function that is called `seconds` after `start` or `restart`, unless `stop` is called before.
     void set(double seconds, std::function<void()> onTimeout);
     void start();
-    /// Starts counting again, if it is counting.
+    /// Starts again from 0 if the timer is running.
     void restart();
     void stop();
 
   private:
-    double _seconds = 0; // not set
+    double _seconds = 0; // 0: no time-out
     std::function<void()> _onTimeout;
     guint _source = 0;
 };

@@ -8,7 +8,7 @@
 namespace platform {
 namespace {
 
-constexpr std::size_t LongestPlace = 200; // bytes of a URI that are worth reading
+constexpr std::size_t LongestPlace = 200; // bytes; longer URIs are cut off
 
 constexpr const char* Head = R"(<!DOCTYPE html><html><head><meta charset="utf-8"><style>
 :root { color-scheme: light dark; }

@@ -12,15 +12,16 @@ constexpr const char* Scheme = "webkit-pdfjs-viewer:";
 constexpr const char* Place = "webkit-pdfjs-viewer://*/*";
 constexpr const char* Messages = "pdfViewer";
 
-// Hides what would lead out of the view, and what would be lost when the view closes.
+// Hides controls that would leave the view, and editing tools, whose results would be lost when the view
+// closes.
 constexpr const char* Style = "#print, #download, #openFile, #secondaryPrint, #secondaryDownload, "
                               "#secondaryOpenFile, #presentationMode,"
                               "#viewBookmark, #viewBookmarkSeparator, #editorModeButtons, "
                               "#editorModeSeparator { display: none !important }";
 
-// Runs before the viewer's own script, so that it receives the keys first. The engine's addition to the
-// viewer expects a search bar of the program and disables the viewer's; it does so before the pages are
-// there.
+// Runs before the viewer's own script and therefore receives key events first. WebKit's additions to the
+// viewer disable its search bar, because they expect the program to have one. They do that before
+// "pagesinit", so this script enables the search bar afterwards.
 constexpr const char* Script = R"((() => {
     const tell = what => window.webkit.messageHandlers.pdfViewer.postMessage(what);
     document.addEventListener('webviewerloaded', () => {
@@ -62,8 +63,8 @@ void onMessage(WebKitUserContentManager*, JSCValue* value, gpointer data) {
     const bool begins = std::strcmp(message, "begins") == 0;
     g_free(message);
     if (!begins) return attendance->onDrawn(attendance->data);
-    // Only the surrounding page may give the viewer the keyboard. A key that came before then zoomed that
-    // page.
+    // Only the page around the viewer can give it the keyboard focus. Until then, a zoom key would zoom that
+    // page instead.
     webkit_web_view_evaluate_javascript(attendance->view, "document.querySelector('iframe')?.focus()", -1,
                                         nullptr, nullptr, nullptr, nullptr, nullptr);
     webkit_web_view_set_zoom_level(attendance->view, 1);
@@ -83,7 +84,7 @@ bool showsPdf(WebKitWebView* view) {
 }
 
 WebKitUserContentManager* newPdfViewerManager() {
-    const char* const places[] = {Place, nullptr}; // NOLINT(modernize-avoid-c-arrays): the engine's interface
+    const char* const places[] = {Place, nullptr}; // NOLINT(modernize-avoid-c-arrays): WebKit's interface
     WebKitUserContentManager* manager = webkit_user_content_manager_new();
     WebKitUserStyleSheet* style = webkit_user_style_sheet_new(Style, WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
                                                               WEBKIT_USER_STYLE_LEVEL_USER, places, nullptr);

@@ -9,7 +9,7 @@
 namespace platform {
 namespace {
 
-// A dialog's page continues at once: a question is answered with no, except whether to leave the page.
+// Closes a dialog at once: a question is answered with no, except whether to leave the page.
 gboolean onDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
     const WebKitScriptDialogType type = webkit_script_dialog_get_dialog_type(dialog);
     if (type == WEBKIT_SCRIPT_DIALOG_CONFIRM) webkit_script_dialog_confirm_set_confirmed(dialog, FALSE);
@@ -34,13 +34,13 @@ gboolean onColorChooser(WebKitWebView*, WebKitColorChooserRequest* request, gpoi
     return TRUE;
 }
 
-// Continues without a password: the server's own page then says what it requires.
+// Continues without a password, so that the server's error page is shown.
 gboolean onAuthentication(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
     webkit_authentication_request_authenticate(request, nullptr);
     return TRUE;
 }
 
-// Printing, notifications, full screen: nothing happens.
+// Ignores printing, notifications and full screen.
 gboolean onOther() {
     return TRUE;
 }

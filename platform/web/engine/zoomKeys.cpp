@@ -18,7 +18,7 @@ gboolean onKey(GtkEventControllerKey* keys, guint keyval, guint, GdkModifierType
     constexpr unsigned Modifiers = GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK | GDK_META_MASK;
     if ((static_cast<unsigned>(state) & Modifiers) != GDK_CONTROL_MASK) return GDK_EVENT_PROPAGATE;
     auto* view = WEBKIT_WEB_VIEW(gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(keys)));
-    if (showsPdf(view)) return GDK_EVENT_PROPAGATE; // its viewer would keep its page as wide as the view
+    if (showsPdf(view)) return GDK_EVENT_PROPAGATE; // the viewer zooms by itself
     double level = webkit_web_view_get_zoom_level(view);
     switch (keyval) {
     case GDK_KEY_plus:

@@ -29,7 +29,7 @@ void AnimationSequencer::add(std::shared_ptr<Animator> item, std::int64_t at) {
 }
 
 void AnimationSequencer::remove(const std::shared_ptr<Animator>& item) {
-    const auto held = item; // `item` may refer to an element of the list itself
+    const auto held = item; // `item` may refer to an element of the list
     if (held && !_animators->remove(*held)) platform::fatal("The animator to remove is not in the sequencer");
     calculateFrames();
 }
@@ -126,7 +126,7 @@ void AnimationSequencer::findAnimators() {
     if (_currentIndex > count) platform::fatal("The sequencer's position lies behind its last member");
     _animators->putInOrder();
     for (std::int64_t i = _currentIndex; i < count; ++i) {
-        if (i >= _animators->count()) { // a member's overridden isFinished removed members
+        if (i >= _animators->count()) { // an overridden isFinished has removed members
             platform::print("ERROR: Animationsobjekt is undefiniert!");
             return;
         }

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A timeline of animators. Each is placed at a start frame; a timer advances the frame, and every tick starts
-// the members whose start frame has come, advances the running ones by a frame and drops those that have
-// arrived. Single-threaded, on the run loop of the thread that calls `start`; a running timer keeps the
-// sequencer alive.
+// A timeline on which animators are placed at start frames. A timer advances the current frame. Each tick
+// starts the members whose start frame has been reached, advances all running members by one frame, and drops
+// the finished ones. Single-threaded, on the run loop of the thread that calls `start`. A running timer keeps
+// the sequencer alive.
 #pragma once
 
 #include "shared/Common/Animator/Animator.hpp"
@@ -24,41 +24,41 @@ class AnimationSequencer : public std::enable_shared_from_this<AnimationSequence
     AnimationSequencer(const AnimationSequencer&) = delete;
     AnimationSequencer& operator=(const AnimationSequencer&) = delete;
 
-    /// Places `item`, which should be set up by now, at frame `at`. The start frame is written into the
-    /// animator: if it is placed twice, or in two sequencers, the last start frame counts.
+    /// Places `item` at frame `at`. Call `setup` of the animator before. The start frame is stored in the
+    /// animator: if the animator is placed twice, or in two sequencers, the last start frame applies.
     virtual void add(std::shared_ptr<Animator> item, std::int64_t at);
-    /// Removes the first placement of `item`; null is ignored, an animator that is not a member is fatal. If
-    /// it is running it continues to run.
+    /// Removes the first placement of `item`, which continues to run if it is running. Null is ignored. It is
+    /// a fatal error if `item` is not a member.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Removes all members. Running ones continue to run, and the length of the timeline stays.
+    /// Removes all members. Running members continue to run, and the length of the timeline does not change.
     virtual void removeAll();
     [[nodiscard]] virtual std::int64_t getCount();
     /// Returns the number of running members.
     [[nodiscard]] virtual std::int64_t getCurrentCount();
     [[nodiscard]] virtual std::int64_t getCurrentFrame();
-    /// Returns the position of the member that was started last.
+    /// Returns the index of the member that was started last.
     [[nodiscard]] virtual std::int64_t getCurrentIndex();
-    /// Starts a timer on the calling thread that advances the frame from where it is. A timer that is already
-    /// running is left running as well.
+    /// Starts a timer on the calling thread that advances the current frame. Does not stop a timer that is
+    /// already running.
     virtual void start();
-    /// Stops the timer and goes back to frame 0. Running members keep their state.
+    /// Stops the timer and sets the current frame to 0. Running members keep their state.
     virtual void stop();
-    /// Pauses all movement. The frame still advances, so members whose start frame passes meanwhile start
-    /// late.
+    /// Pauses all movement. The current frame still advances, so members whose start frame passes meanwhile
+    /// start late.
     virtual void pause();
     virtual void continue_();
-    /// Rewinds every member; the sequencer's frame stays.
+    /// Rewinds all members. The current frame does not change.
     virtual void rewind();
-    /// Goes to frame `to`: members that start before it are stopped, the others rewound. A frame beyond the
-    /// end stops the sequencer.
+    /// Sets the current frame to `to`, stops the members that start before it and rewinds the others. A frame
+    /// beyond the end stops the sequencer.
     virtual void seek(std::int64_t to);
-    /// Performs one tick at the present frame.
+    /// Performs one tick without advancing the current frame.
     virtual void animate();
-    /// Extends the length of the timeline to the latest end of a member.
+    /// Extends the timeline to the latest end of a member.
     virtual void calculateFrames();
 
-    /// Does what each firing of the timer does: advances the frame by one, then does the work of a tick. A
-    /// program with a clock of its own calls it on each of its ticks instead of calling `start`.
+    /// Advances the current frame by one and performs a tick, as the timer does. A program with its own clock
+    /// calls this on every tick of the clock instead of calling `start`.
     void advance();
 
   private:

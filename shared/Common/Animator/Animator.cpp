@@ -36,7 +36,7 @@ void Animator::setup(float source, float destination, std::int64_t frames, float
     _value = _source;
     _amount = _destination - _source;
     _frames = frames;
-    _frameCount = _frames; // unclamped: rewind repeats the requested number
+    _frameCount = _frames; // not clamped, because rewind uses the requested number
     _step = 0;
     _interval = interval;
     assignType(type);
@@ -50,7 +50,7 @@ void Animator::reverse() {
 }
 
 void Animator::undo() {
-    const auto self = weak_from_this().lock(); // the first tick's callback may release it
+    const auto self = weak_from_this().lock(); // the callback of the first tick may release this
     _frames = 1;
     _step = 0;
     if (_placements > 0) Timeline::lengthChanged();
@@ -72,7 +72,7 @@ float Animator::getValue() {
 }
 
 void Animator::animate() {
-    const auto self = weak_from_this().lock(); // a callback may release it
+    const auto self = weak_from_this().lock(); // a callback may release this
     tick();
 }
 
@@ -113,7 +113,7 @@ void Animator::reset() {
     _step = 0;
     _frames = -1;
     looped = false;
-    // At the smallest start frame of all, -1 frames are not representable; the next calculation reports it.
+    // The smallest start frame plus -1 frames overflows. The next calculation of the length reports that.
     if (_placements > 0 && _startFrame == std::numeric_limits<std::int64_t>::min()) Timeline::lengthChanged();
 }
 

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Moves one float from a source to a destination in a whole number of frames, one frame per tick of a timer,
-// along an easing curve. Stack, chain and sequencer drive many of them from one timer.
+// Moves a float from a source value to a destination value along an easing curve, in a fixed number of frames
+// with one frame per tick of a timer. Stacks, chains and sequencers (the groups) drive many animators with
+// one timer.
 //
-// Single-threaded: an animator, its groups and their callbacks live on one thread, the one whose run loop
+// Single-threaded: an animator, its groups and their callbacks must all be used on the thread whose run loop
 // runs the timers. A running timer keeps its animator alive.
 #pragma once
 
@@ -21,14 +22,14 @@ namespace tonewright {
 
 class Animator : public std::enable_shared_from_this<Animator> {
   public:
-    /// Creates an idle animator. Animators are owned by shared pointers: use std::make_shared, or `create`.
+    /// Creates an idle animator. Animators must be owned by shared pointers: use std::make_shared or
+    /// `create`.
     Animator();
     virtual ~Animator();
     Animator(const Animator&) = delete;
     Animator& operator=(const Animator&) = delete;
 
-    /// Creates an animator of class `Kind` and sets it up, through an override of `setup` where `Kind` has
-    /// one.
+    /// Creates an animator of class `Kind` and calls its `setup`, which may be overridden.
     template <std::derived_from<Animator> Kind = Animator>
     [[nodiscard]] static std::shared_ptr<Kind> create(float sourceValue, float destinationValue,
                                                       std::int64_t frames, float interval = 0.009F,
@@ -38,36 +39,36 @@ class Animator : public std::enable_shared_from_this<Animator> {
         return animator;
     }
 
-    /// Prepares a movement from `source` to `destination` in `frames` frames of `interval` seconds. With no
-    /// frames, a negative number or no distance, the first tick arrives. Leaves timer, `looped` and callbacks
-    /// alone.
+    /// Prepares a movement from `source` to `destination` in `frames` frames of `interval` seconds. If
+    /// `frames` is 0 or less, or the two values are equal, the first tick completes the movement. Does not
+    /// change the timer, `looped` or the callbacks.
     virtual void setup(float source, float destination, std::int64_t frames, float interval = 0.009F,
                        EnumEasing type = EnumEasing::EASING_easeNone);
-    /// Prepares the movement back.
+    /// Prepares the movement in the opposite direction.
     virtual void reverse();
     /// Jumps to the destination: prepares a movement of one frame and ticks twice.
     virtual void undo();
     [[nodiscard]] virtual float getDestinationValue();
     [[nodiscard]] virtual float getSourceValue();
     [[nodiscard]] virtual float getValue();
-    /// Performs one frame: reports the value, then computes the next; after the last frame it arrives, or
-    /// turns.
+    /// Performs one frame: reports the current value and computes the next one. After the last frame, the
+    /// movement is finished or, if `looped` is true, reversed.
     virtual void animate();
-    /// Returns whether the animator is idle: never set up, stopped, or arrived.
+    /// Returns whether the animator is idle: not set up yet, stopped or finished.
     [[nodiscard]] virtual bool isFinished();
-    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
-    /// as well.
+    /// Starts a timer on the calling thread that calls `animate`. Does not stop a timer that is already
+    /// running.
     virtual void start();
-    /// Stops the timer (the one started last) and becomes idle; clears `looped`.
+    /// Stops the timer that was started last, makes the animator idle and clears `looped`.
     virtual void stop();
-    /// Prepares the movement again from the source, with the frames passed to the last `setup`, linear and at
-    /// 0.009 seconds.
+    /// Prepares the movement again with the number of frames of the last `setup`, but with the defaults of
+    /// `setup` for the interval and the easing curve.
     virtual void rewind();
     virtual void setType(EnumEasing type);
-    /// Sets the seconds per frame; takes effect at the next `start`.
+    /// Sets the seconds per frame from the next `start` on.
     virtual void setInterval(float interval);
 
-    // The curves that overshoot can be overridden; the arguments are those of `EasingFunction`.
+    // Subclasses can override the curves that overshoot. The arguments are those of `EasingFunction`.
     virtual float easeInElastic(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
     virtual float easeOutElastic(std::int64_t currentFrame, float sourceValue, float amount,
@@ -85,10 +86,10 @@ class Animator : public std::enable_shared_from_this<Animator> {
     virtual float easeOutInBack(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
 
-    /// The number of live animators, on all threads.
+    /// The number of existing animators on all threads.
     inline static std::atomic<std::int64_t> classCount{0};
 
-    /// What an animator calls per frame: the selected curve, bound without owning the animator.
+    /// A function that computes a frame's value with the selected curve. It does not own the animator.
     using Action = float (*)(Animator& animator, std::int64_t currentFrame, float sourceValue, float amount,
                              std::int64_t numFrames);
 
@@ -99,8 +100,8 @@ class Animator : public std::enable_shared_from_this<Animator> {
     void tick();
     void assignType(EnumEasing type);
 
-    std::int64_t _startFrame = 0; // in the sequencer's timeline
-    std::int64_t _frameCount = 0; // as passed to the last setup
+    std::int64_t _startFrame = 0; // on the timeline of the sequencer
+    std::int64_t _frameCount = 0; // argument of the last `setup`
     std::shared_ptr<platform::Timer> _timer;
     float _source = 0;
     float _value = 0;
@@ -113,25 +114,25 @@ class Animator : public std::enable_shared_from_this<Animator> {
     EnumEasing _type = EnumEasing::EASING_easeNone;
 
   public:
-    /// Turns at each end instead of finishing.
+    /// True: reverses the movement at each end instead of finishing.
     bool looped = false;
 
   private:
-    bool _plain = false; // exactly this class, nothing overridden; known once it is a member of a group
-    // What groups remember about their members to avoid searching for them; two more below.
+    bool _plain = false; // the object is of this class, not of a subclass; set when it is added to a group
+    // Groups use the next field, and the last two below, to avoid searches for members.
     std::uint32_t _memberships = 0; // entries in the member lists of all groups
 
   public:
     /// Called with each frame's value before the next one is computed.
     Callback<Animator&, float> onAnimation;
-    /// Called on arrival with the destination.
+    /// Called with the destination value when the movement is finished.
     Callback<Animator&, float> onFinished;
-    /// Called at each turn of a looped animator.
+    /// Called each time a looped animator reverses its movement.
     Callback<Animator&> onLoop;
 
   private:
     std::uint32_t _placements = 0; // entries in the timelines of all sequencers
-    std::uint32_t _timeline = 0;   // the one timeline of all placements, or Timeline::Several
+    std::uint32_t _timeline = 0;   // the number of the only timeline, or Timeline::Several
 };
 
 } // namespace tonewright

@@ -22,7 +22,7 @@ void AnimatorChain::add(std::shared_ptr<Animator> item) {
 
 void AnimatorChain::remove(const std::shared_ptr<Animator>& item) {
     if (!item) return;
-    const auto held = item; // `item` may refer to an element of the list itself
+    const auto held = item; // `item` may refer to an element of the list
     if (!_animators->removeFirst(*held)) platform::fatal("The animator to remove is not in the chain");
 }
 
@@ -41,7 +41,7 @@ std::int64_t AnimatorChain::getCurrentIndex() {
 }
 
 std::shared_ptr<Animator> AnimatorChain::getCurrentItem() {
-    // Both bounds are strict: the first and the last member are never returned.
+    // Both comparisons are strict, so the first and the last member are never returned.
     if (_currentIndex > 0 && _currentIndex < _animators->count() - 1) return _animators->at(_currentIndex);
     return nullptr;
 }
@@ -80,7 +80,7 @@ void AnimatorChain::animate() {
     }
     if (isDone) _currentIndex = platform::checkedAdd(_currentIndex, _direction);
 
-    // Backwards, the chain ends on reaching the first member, which is not played.
+    // A chain that runs backwards ends at the first member without playing it.
     const bool atEnd = _direction > 0   ? _currentIndex >= _animators->count()
                        : _direction < 0 ? _currentIndex <= 0
                                         : false;

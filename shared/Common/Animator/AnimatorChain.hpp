@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Plays animators one after the other on one timer, forwards or backwards; or, asynchronously, starts one per
-// tick on its own timer. Members that have played are idle and are skipped the next time unless they are
-// prepared again (`Animator::rewind`). Single-threaded, on the run loop of the thread that calls `start`; a
-// running timer keeps the chain alive.
+// Plays animators one after the other with one timer, forwards or backwards. In asynchronous mode, each tick
+// starts the own timer of one member. Members that have finished are idle, and the chain skips them the next
+// time unless they are prepared again (`Animator::rewind`). Single-threaded, on the run loop of the thread
+// that calls `start`. A running timer keeps the chain alive.
 #pragma once
 
 #include "shared/Common/Animator/Animator.hpp"
@@ -23,23 +23,23 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
     AnimatorChain(const AnimatorChain&) = delete;
     AnimatorChain& operator=(const AnimatorChain&) = delete;
 
-    /// Appends `item`; null is ignored.
+    /// Appends `item`. Null is ignored.
     virtual void add(std::shared_ptr<Animator> item);
-    /// Removes the first entry that is `item`; null is ignored, an animator that is not a member is fatal.
-    /// The position of the chain stays.
+    /// Removes the first entry of `item` without changing the current index. Null is ignored. It is a fatal
+    /// error if `item` is not a member.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Stops and removes all members.
+    /// Stops the chain and removes all members.
     virtual void removeAll();
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::int64_t getCurrentIndex();
-    /// Returns the current member, if it is neither the first nor the last.
+    /// Returns the current member, or null if it is the first or the last one.
     [[nodiscard]] virtual std::shared_ptr<Animator> getCurrentItem();
-    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
-    /// as well.
+    /// Starts a timer on the calling thread that calls `animate`. Does not stop a timer that is already
+    /// running.
     virtual void start();
-    /// Stops the timer and goes back to the first member. Members keep their state.
+    /// Stops the timer and returns to the first member. Members keep their state.
     virtual void stop();
-    /// Moves backwards (`direction` true) or forwards from the next step on.
+    /// Lets the chain run backwards (true) or forwards (false) from the next step on.
     virtual void setBackwards(bool direction);
     /// Performs one tick.
     virtual void animate();
@@ -57,11 +57,11 @@ class AnimatorChain : public std::enable_shared_from_this<AnimatorChain> {
   public:
     /// Seconds per tick; read by `start`.
     float interval = 0.005F;
-    /// Starts members on their own timers, one per tick, instead of playing them in turn.
+    /// True: each tick starts the own timer of one member. False: members are played one after the other.
     bool async = false;
-    /// Called with the current member on every tick, before it is advanced or started.
+    /// Called on every tick with the current member, before the member is advanced or started.
     Callback<AnimatorChain&, Animator&> onAnimation;
-    /// Called when the chain has passed its end, before it stops.
+    /// Called at the end of the chain, before it stops.
     Callback<AnimatorChain&> onFinished;
 };
 

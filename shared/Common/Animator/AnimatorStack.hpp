@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Runs animators in parallel on one timer: each tick advances every unfinished one by a frame, and those that
-// arrive are dropped. Single-threaded, on the run loop of the thread that calls `start`; a running timer
-// keeps the stack alive.
+// Runs animators in parallel with one timer: each tick advances all unfinished members by one frame and drops
+// those that have finished. Single-threaded, on the run loop of the thread that calls `start`. A running
+// timer keeps the stack alive.
 #pragma once
 
 #include "shared/Common/Animator/Animator.hpp"
@@ -23,16 +23,16 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
     AnimatorStack(const AnimatorStack&) = delete;
     AnimatorStack& operator=(const AnimatorStack&) = delete;
 
-    /// Appends `item`; null is ignored. An animator added twice moves two frames per tick.
+    /// Appends `item`. Null is ignored. An animator that is added twice moves two frames per tick.
     virtual void add(std::shared_ptr<Animator> item);
     [[nodiscard]] virtual std::int64_t getCount();
     [[nodiscard]] virtual std::vector<std::shared_ptr<Animator>> getItems();
-    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
-    /// as well.
+    /// Starts a timer on the calling thread that calls `animate`. Does not stop a timer that is already
+    /// running.
     virtual void start();
     /// Stops the timer and removes all members.
     virtual void stop();
-    /// Performs one tick. A tick that finds nothing to move reports the end and stops.
+    /// Performs one tick. If there is no unfinished member, calls `onFinished` and stops.
     virtual void animate();
     virtual void reset();
 
@@ -47,9 +47,9 @@ class AnimatorStack : public std::enable_shared_from_this<AnimatorStack> {
     float interval = 0.005F;
     /// Called before each member's frame.
     Callback<AnimatorStack&, Animator&> onAnimation;
-    /// Called when a tick has found nothing to move, before the stack stops.
+    /// Called by a tick without unfinished members, before the stack stops.
     Callback<AnimatorStack&> onFinished;
-    /// Called when a member has arrived and been dropped.
+    /// Called when a member has finished and has been dropped.
     Callback<AnimatorStack&, Animator&> onRemovedItem;
 };
 

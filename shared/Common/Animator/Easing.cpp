@@ -13,7 +13,8 @@ namespace {
 
 using namespace easing;
 
-// One row of the catalogue. `overridable` calls the curves that a subclass may override.
+// A row of the catalogue. `plain` calls the formula itself, `overridable` the functions that a subclass may
+// override.
 struct Row {
     std::string_view name;
     EasingFunction function;

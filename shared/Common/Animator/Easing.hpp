@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The catalogue of easing curves: ten families in four shapes, and the straight line. Pure functions of their
-// arguments, in single precision, with the same bits on every machine and compiler; any thread.
+// The catalogue of easing curves: ten families in four shapes, and the straight line. All are pure functions
+// in single precision, whose results have the same bits on every machine and with every compiler. Any thread.
 //
-// docs/EASING.md shows them all and says what each is for.
+// docs/EASING.md shows all curves and their uses.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace tonewright {
 
-/// The kinds of movement an animator can have.
+/// The easing curves.
 enum class EnumEasing : std::int64_t {
     EASING_easeNone = 0,
     EASING_easeInQuad,
@@ -56,23 +56,23 @@ enum class EnumEasing : std::int64_t {
     EASING_easeOutBounce,
     EASING_easeInOutBounce,
     EASING_easeOutInBounce,
-    EASING_easeLast, ///< the end of the list; moves like EASING_easeNone
+    EASING_easeLast, ///< marks the end of the list; the same curve as EASING_easeNone
 };
 
-/// Returns the kind whose raw value is `rawValue` (0 to 41), or none.
+/// Returns the curve whose raw value is `rawValue` (0 to 41), or no value.
 [[nodiscard]] std::optional<EnumEasing> easingFromRawValue(std::int64_t rawValue) noexcept;
 
-/// Returns the name of the function that a kind selects ("easeInQuad"); "easeNone" for an unknown kind.
+/// Returns the name of the curve's function ("easeInQuad"), or "easeNone" for an unknown curve.
 [[nodiscard]] std::string_view easingName(EnumEasing type) noexcept;
 
 /// Returns the value at frame `currentFrame` of a movement from `sourceValue` to `sourceValue + amount` in
-/// `numFrames` frames. A `numFrames` of 0 divides by zero: the result is infinite or NaN unless a test of the
-/// frame comes first. In the OutIn functions an overflow of `2 * currentFrame`, and in the Bounce functions
-/// frame numbers that leave the 64-bit range, are fatal.
+/// `numFrames` frames. If `numFrames` is 0, most functions divide by zero and return infinity or NaN. It is a
+/// fatal error if `2 * currentFrame` overflows in an OutIn function, or if a frame number leaves the 64-bit
+/// range in a Bounce function.
 using EasingFunction = float (*)(std::int64_t currentFrame, float sourceValue, float amount,
                                  std::int64_t numFrames);
 
-/// Returns the function that a kind selects; `easeNone` for the end marker and any unknown value.
+/// Returns the function of the curve, which is `easeNone` for the end marker and for unknown values.
 [[nodiscard]] EasingFunction easingFunction(EnumEasing type) noexcept;
 
 } // namespace tonewright

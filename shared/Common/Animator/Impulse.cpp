@@ -42,7 +42,7 @@ void Impulse::stop() {
 void Impulse::animate() {
     const auto self = weak_from_this().lock(); // a callback may release the impulse
     _amount = _amount * _intensity;
-    if (!(std::fabs(_amount) < _threshold)) { // NaN counts as moving
+    if (!(std::fabs(_amount) < _threshold)) { // also true for NaN
         _step = platform::checkedAdd<std::int64_t>(_step, 1);
         _value = _value + _amount;
         if (_collision && (_value <= _minVal || _value >= _maxVal)) {

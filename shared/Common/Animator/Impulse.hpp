@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Moves a value that was kicked and coasts to rest: each tick damps the velocity and adds it to the value,
-// until the velocity falls below a threshold. Two walls may bound the value. Single-threaded, on the run loop
-// of the thread that calls `start`; a running timer keeps the impulse alive.
+// Moves a value with an initial velocity that decays: each tick damps the velocity and adds it to the value,
+// until the velocity falls below a threshold. Optionally the value bounces off a minimum and a maximum.
+// Single-threaded, on the run loop of the thread that calls `start`. A running timer keeps the impulse alive.
 #pragma once
 
 #include "platform/dispatch/Timer.hpp"
@@ -22,8 +22,7 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
     Impulse(const Impulse&) = delete;
     Impulse& operator=(const Impulse&) = delete;
 
-    /// Creates an impulse of class `Kind` and sets it up, through an override of `setup` where `Kind` has
-    /// one.
+    /// Creates an impulse of class `Kind` and calls its `setup`, which may be overridden.
     template <std::derived_from<Impulse> Kind = Impulse>
     [[nodiscard]] static std::shared_ptr<Kind> create(std::int64_t frames, float amount,
                                                       float interval = 0.009F, float intensity = 0.75F) {
@@ -32,23 +31,24 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
         return impulse;
     }
 
-    /// Prepares an impulse with an initial velocity of `amount` per tick, damped by the factor `intensity` on
-    /// every tick of `interval` seconds, including the first. `frames` is stored and does not limit the
-    /// motion. The value stays.
+    /// Prepares an impulse with an initial velocity of `amount` per tick. Every tick of `interval` seconds,
+    /// including the first, multiplies the velocity by `intensity`. `frames` does not limit the motion. The
+    /// value does not change.
     virtual void setup(std::int64_t frames, float amount, float interval = 0.009F, float intensity = 0.75F);
-    /// Keeps the value between `min` and `max`, both excluded, or removes the bounds.
+    /// Keeps the value between `min` and `max`, both exclusive, or removes these bounds if `enabled` is
+    /// false.
     virtual void setMinMax(bool enabled, float min, float max);
-    /// Starts a timer on the calling thread that ticks this. A timer that is already running is left running
-    /// as well.
+    /// Starts a timer on the calling thread that calls `animate`. Does not stop a timer that is already
+    /// running.
     virtual void start();
-    /// Stops the timer and becomes idle, with value 0.
+    /// Stops the timer, makes the impulse idle and sets the value to 0.
     virtual void stop();
     /// Performs one tick.
     virtual void animate();
     [[nodiscard]] virtual bool isFinished();
     /// Returns the initial velocity.
     [[nodiscard]] virtual float getSourceValue();
-    /// Returns the present value.
+    /// Returns the current value.
     [[nodiscard]] float getValue() const noexcept { return _value; }
 
   private:
@@ -70,11 +70,11 @@ class Impulse : public std::enable_shared_from_this<Impulse> {
     bool _collision = false;
 
   public:
-    /// Called after every tick that moved.
+    /// Called after every tick that has moved the value.
     Callback<Impulse&> onAnimation;
-    /// Called when the motion has died out, while the value is still set.
+    /// Called when the motion has ended, before the value is reset to 0.
     Callback<Impulse&> onFinished;
-    /// Called when a step would have reached a wall and was undone, before `onAnimation`.
+    /// Called when a step has reached a bound and has been undone, before `onAnimation`.
     Callback<Impulse&> onCollision;
 };
 

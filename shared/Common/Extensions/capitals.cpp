@@ -8,9 +8,9 @@
 namespace tonewright {
 namespace {
 
-// The spellings are part of the list; users of the names rely on them.
+// Users of the names rely on the spellings, even wrong ones.
 struct SharedCapitals {
-    std::mutex mutex; // guards names; held only for a copy or an assignment
+    std::mutex mutex; // guards `names`; held only for a copy or an assignment
     std::vector<std::string> names = {
         "Kabul",
         "Tirana",
@@ -213,8 +213,8 @@ struct SharedCapitals {
 };
 
 SharedCapitals& shared() {
-    static SharedCapitals capitals;
-    return capitals;
+    static auto* capitals = new SharedCapitals; // never destroyed, because threads may use it until the end
+    return *capitals;
 }
 
 } // namespace

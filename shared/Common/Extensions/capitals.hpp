@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The capital cities as names to choose from: one list for the process, which may be replaced. Any thread.
+// A list of names, initially those of capital cities. The process has only one list, which can be replaced.
+// Any thread.
 #pragma once
 
 #include <string>
@@ -9,7 +10,7 @@
 
 namespace tonewright {
 
-/// Returns a copy of the list: initially 197 names, from "Kabul" to "Harare".
+/// Returns a copy of the list, which initially contains 197 names from "Kabul" to "Harare".
 [[nodiscard]] std::vector<std::string> capitals();
 
 /// Replaces the list.

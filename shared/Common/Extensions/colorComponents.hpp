@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The components of a colour, as they are: neither clamped nor rounded. Any thread.
+// Return the components of a colour without clamping or rounding. Any thread.
 #pragma once
 
 #include "platform/ui/UIColor.hpp"

@@ -16,7 +16,7 @@ namespace {
 using platform::FileManager;
 using platform::URL;
 
-// A location shared by the process. The mutex is held only for a copy or an assignment.
+// A URL shared by all threads. The mutex is held only for a copy or an assignment.
 class SharedURL {
   public:
     [[nodiscard]] std::optional<URL> get() const {
@@ -38,8 +38,8 @@ struct Places {
 };
 
 Places& places() {
-    static Places all;
-    return all;
+    static auto* all = new Places; // never destroyed, because threads may use it until the end
+    return *all;
 }
 
 void sayPlace(const char* name, const std::optional<URL>& url) {

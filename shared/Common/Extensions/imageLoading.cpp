@@ -18,7 +18,7 @@ using platform::UIImage;
 using platform::UIImageView;
 using platform::URL;
 
-constexpr double FetchTimeout = 60; // seconds without any progress
+constexpr double FetchTimeout = 60; // seconds without progress
 constexpr int StatusOK = 200;
 
 void readInto(const std::weak_ptr<UIImageView>& place, const URL& url) {
@@ -27,19 +27,21 @@ void readInto(const std::weak_ptr<UIImageView>& place, const URL& url) {
     const auto image = UIImage::initWithData(data.value());
     const auto view = place.lock();
     if (image && view) view->setImage(image);
-    // Printed in any case, because users of the log expect it.
+    // Also printed after success, because users of the log expect it.
     debugprint("UIImageView::loadFrom() : Could not assign image.");
 }
 
-// One at a time, in the order of the answers, so that pictures from the network never take more than one
-// processor.
+// Decodes one picture at a time, in the order of the responses, so that pictures from the network never
+// occupy more than one processor.
 platform::DispatchQueue& decodingQueue() {
-    static platform::DispatchQueue queue(std::string(platform::product::LabelPrefix) + "pictures");
-    return queue;
+    // Never destroyed, because a response may arrive while the process exits.
+    static auto* queue =
+        new platform::DispatchQueue(std::string(platform::product::LabelPrefix) + "pictures");
+    return *queue;
 }
 
-// The answer arrives on the session's queue, which decoding would block; `hold` keeps the view until the
-// image is set.
+// The response arrives on the session's queue. The picture is decoded on another queue, because decoding
+// would block the session's queue. `hold` keeps the view alive until the image has been set.
 void requestImageFromURL(UIImageView& view, const URL& url, const platform::TaskHold& hold) {
     platform::URLRequest request(url);
     request.cachePolicy = platform::URLRequestCachePolicy::UseProtocolCachePolicy;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Pinning a view to the view that holds it. Main thread.
+// Pins a view to the edges of its superview. Main thread.
 #pragma once
 
 namespace platform {
@@ -10,7 +10,8 @@ class UIView;
 
 namespace tonewright {
 
-/// Lets `view` fill its superview from now on, whatever its size; does nothing without a superview.
+/// Lets `view` fill its superview from now on, even when the superview is resized. Does nothing without a
+/// superview.
 void pinToSuperviewEdges(platform::UIView& view);
 
 } // namespace tonewright

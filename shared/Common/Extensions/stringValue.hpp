@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Four-character codes as text. Any thread.
+// Converts four-character codes to text. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace tonewright {
 
-/// Returns the four bytes of `code`, the most significant first, decoded as Mac OS Roman: always four
-/// characters, NUL and other controls included. 0x61756D66 gives "aumf".
+/// Returns the four bytes of `code`, the most significant first, decoded as Mac OS Roman: "aumf" for
+/// 0x61756D66. The result always has four characters, which may be control characters or NUL.
 [[nodiscard]] std::string stringValue(std::uint32_t code);
 
 } // namespace tonewright

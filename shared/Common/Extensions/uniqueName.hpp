@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Names that nobody else uses. Any thread.
+// Unique names. Any thread.
 #pragma once
 
 #include <optional>
@@ -10,8 +10,8 @@
 
 namespace tonewright {
 
-/// Returns a text that no other call returns, after `withPrefix` and "-" if there is a prefix, even an empty
-/// one.
+/// Returns a text that no other call returns. If there is a prefix, even an empty one, the text starts with
+/// the prefix and "-".
 [[nodiscard]] std::string uniqueName(std::optional<std::string_view> withPrefix);
 
 } // namespace tonewright

@@ -19,14 +19,15 @@ namespace {
 
 std::atomic<std::uint64_t> relabelingCount{0};
 
-// An attribute that is missing among others is fatal.
+// Returns the value of an attribute. It is a fatal error if it is missing from a dictionary with other
+// attributes.
 template <class T>
 T required(const std::optional<T>& attribute) {
     if (!attribute) platform::fatal(platform::UnexpectedNilUnwrapping);
     return *attribute;
 }
 
-// Returns whether `component`, which includes its "/", ends in exactly one; also true for an empty one.
+// Returns whether `component`, which is empty or ends in "/", is empty or ends in exactly one "/".
 bool endsInOneSlash(std::string_view component) {
     return component.empty() || (component.size() > 1 && component[component.size() - 2] != '/');
 }
@@ -59,7 +60,7 @@ void File::setSubpath(std::string_view value) {
     _location = _location->withDirectory(value.substr(0, split));
     _name = CompactText(value.substr(split));
     if (value.empty()) set_indent(0);
-    // Not `else`: a subpath without components has depth -1.
+    // There is no `else`: a subpath without components has the depth -1.
     set_indent(_location->componentCount() + (split < value.size() ? 1 : 0) - 1);
     noteRelabeling();
 }
@@ -97,7 +98,8 @@ std::string File::getFileExtension() const {
 }
 
 NodePath NodeInside::parentPath(const File& node) {
-    // Usually it is the directory without its "/"; if there is one "/" too many, the text is compared.
+    // Usually the parent is the directory without its "/". If the directory ends in several "/", the text
+    // decides.
     NodeLocation::Reference directory = node._location;
     if (name(node).empty() || !endsInOneSlash(directory->component())) {
         const std::string path = node.getParentPath();

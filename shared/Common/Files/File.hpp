@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One item of a file system in a tree: its path, its flags and attributes as they were when it was scanned.
-// A tree holds millions of these; hence the packed fields. Used from one thread at a time.
+// An item of the file system in a tree, with its path, flags and attributes at the time of the scan. The
+// fields are packed, because a tree may have millions of items. One thread at a time.
 #pragma once
 
 #include "platform/foundation/Date.hpp"
@@ -27,19 +27,19 @@ class File : public FileBase {
   public:
     File();
 
-    // The fields, in their order.
-    /// The file number (inode) that the scanner found; -1 without one.
+    // The fields, in the order in which they are printed.
+    /// The file number (inode), or -1 if it is unknown.
     [[nodiscard]] platform::NSNumber uid() const noexcept;
     void setUid(platform::NSNumber value) noexcept;
-    /// The folder that contains this node, owned; none for the root.
+    /// The folder that contains this node (a strong reference), or null for the root.
     [[nodiscard]] const std::shared_ptr<File>& parent() const noexcept { return _parent; }
     void setParent(std::shared_ptr<File> value) noexcept { _parent = std::move(value); }
     /// The absolute path of the scanned directory.
     [[nodiscard]] std::string_view rootpath() const noexcept { return _location->rootpath(); }
     void setRootpath(std::string_view value) { _location = _location->withRootpath(value); }
-    /// The path below it, without a leading separator; empty for the root.
+    /// The path relative to `rootpath`, without a leading "/"; empty for the root.
     [[nodiscard]] std::string subpath() const;
-    /// Assigns the path and computes the depth from it: the number of components less one, -1 for none.
+    /// Sets the subpath and the depth, which is the number of components minus one (-1 without components).
     void setSubpath(std::string_view value);
     [[nodiscard]] bool exists() const noexcept { return _exists; }
     void setExists(bool value) noexcept { _exists = value; }
@@ -60,13 +60,14 @@ class File : public FileBase {
     [[nodiscard]] std::string getFilePath() const;
     /// Returns the last component of `subpath`, or of `rootpath` for the root.
     [[nodiscard]] std::string getFileName() const;
-    /// Returns what follows the last "." of the last component of `subpath`; empty when it has none.
+    /// Returns the text after the last "." of the last component of `subpath`, or an empty text if there is
+    /// no ".".
     [[nodiscard]] std::string getFileExtension() const;
     /// Returns `subpath` without its last component.
     [[nodiscard]] std::string getParentPath() const;
 
-    // Attributes. Without any, the numbers are -1, the dates are now and the texts "(invalid attribute)"; one
-    // that is missing among others is fatal.
+    // Attributes. If there are none at all, numbers are -1, dates are the current time, and texts are
+    // "(invalid attribute)". It is a fatal error if there are others but the requested one is missing.
     [[nodiscard]] platform::NSNumber getSystemFileNumber() const;
     [[nodiscard]] std::string getSystemFileNumberFormatted() const;
     [[nodiscard]] platform::Date getModificationDate() const;
@@ -76,31 +77,31 @@ class File : public FileBase {
     [[nodiscard]] platform::NSNumber getFileSize() const;
     [[nodiscard]] std::string getFileSizeFormatted() const;
 
-    /// Sets the expansion of this node and all below it; a plain file stays collapsed.
+    /// Expands or collapses this node and all nodes below it. Files always stay collapsed.
     virtual void setExpanded(bool value);
-    /// Appends this node, which `self` owns, and the visible ones below it to `list`.
+    /// Appends this node and the visible nodes below it to `list`. `self` must point to this node.
     virtual void makeExpandedList(const std::shared_ptr<File>& self, FileList& list);
-    /// Looks for the item whose file number has the text `uid`, here (`self` owns this node) and below;
-    /// stores it in `found` and prints a line.
+    /// Searches this node and all nodes below it for the item whose file number has the text `uid`, stores it
+    /// in `found` and prints a line. `self` must point to this node.
     void findFileWithUID(std::string_view uid, const std::shared_ptr<File>& self,
                          std::shared_ptr<File>& found);
 
-    /// Appends the node's XML, including everything below it for a folder, indented by `indent` tabs.
+    /// Appends the XML of this node and of all nodes below it to `result`, indented by `indent` tabs.
     void xml(std::string& result, std::int64_t indent = 0) const;
-    /// Appends one element, for files and folders alike.
+    /// Appends one element to `result`, without the nodes below this one.
     void list(std::string& result) const;
     void dumpout() const override;
 
-    /// Returns this as a folder; null if it is not one.
+    /// Returns this node as a folder, or null if it is a file.
     [[nodiscard]] virtual Folder* asFolder() noexcept { return nullptr; }
     [[nodiscard]] virtual std::string_view className() const noexcept { return "File"; }
 
   protected:
-    // What `findFileWithUID` and `xml` do with one node and all below it.
+    // Implement `findFileWithUID` and `xml` for this node and all nodes below it.
     virtual void find(const ItemIdentifier& identifier, const std::shared_ptr<File>& self,
                       std::shared_ptr<File>& found);
     virtual void writeXML(TextWriter& writer, std::int64_t indent) const;
-    /// Prints the lines of the fields that this class itself declares.
+    /// Prints one line for each field that this class declares.
     virtual void dumpFields(const std::string& head, const std::string& attributesText) const;
 
   private:
@@ -119,12 +120,12 @@ class File : public FileBase {
     platform::FileAttributes _attributes;
     std::uint64_t _uid = static_cast<std::uint64_t>(-1);
     std::shared_ptr<File> _parent;
-    NodeLocation::Reference _location; // the root path, and the subpath up to its last "/"
-    CompactText _name;                 // the rest of the subpath
+    NodeLocation::Reference _location; // root path, and subpath up to its last "/"
+    CompactText _name;                 // subpath after its last "/"
 };
 static_assert(sizeof(void*) != 8 || sizeof(File) == 120, "a node and its owners' counts fill 136 bytes");
 
-/// The text of an attribute for an item that has none.
+/// The text of an attribute for an item without attributes.
 inline constexpr std::string_view InvalidAttribute = "(invalid attribute)";
 
 } // namespace tonewright

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Identity and view state of a node in a file tree. Used from one thread at a time; nodes may be numbered on
+// The number and view state of a node in a file tree. One thread at a time, but nodes may be created on
 // several threads.
 #pragma once
 
@@ -12,14 +12,14 @@ namespace tonewright {
 
 class FileBase {
   public:
-    /// Takes the next number of the process.
+    /// Assigns the next number in this process.
     FileBase();
     virtual ~FileBase() = default;
     FileBase(const FileBase&) = delete;
     FileBase& operator=(const FileBase&) = delete;
 
-    // The fields: the node's number in the order of creation, from 1, never reused; whether it represents a
-    // remote item; whether a browser shows it expanded or selected; its depth below the tree's root.
+    // The fields: whether the node represents a remote item, whether a browser shows it expanded or selected,
+    // and its depth below the root of the tree. Numbers start at 1 and are never reused.
     [[nodiscard]] bool _remote() const noexcept { return _remoteField; }
     void set_remote(bool value) noexcept { _remoteField = value; }
     [[nodiscard]] bool _expanded() const noexcept { return _expandedField; }
@@ -29,11 +29,11 @@ class FileBase {
     [[nodiscard]] std::int64_t _indent() const noexcept { return _indentField; }
     void set_indent(std::int64_t value) noexcept { _indentField = value; }
 
-    /// Returns the number of the node created last in the process. Any thread.
+    /// Returns the number of the node that was created last in this process. Any thread.
     [[nodiscard]] static std::int64_t lastID() noexcept;
 
     [[nodiscard]] std::int64_t getID() const noexcept { return _id; }
-    /// Returns the number as decimal text.
+    /// Returns the node's number in decimal.
     [[nodiscard]] std::string getIDFormatted() const { return std::to_string(_id); }
     /// Prints one line with the fields.
     virtual void dumpout() const;
@@ -41,7 +41,7 @@ class FileBase {
   private:
     std::int64_t _id = -1;
     std::int64_t _indentField = 0;
-    bool _remoteField = false; // last: derived classes place their own flags beside them
+    bool _remoteField = false; // flags at the end, so that those of derived classes follow without padding
     bool _expandedField = false;
     bool _selectedField = false;
 };

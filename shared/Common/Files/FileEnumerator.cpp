@@ -40,7 +40,7 @@ FileEnumerator::~FileEnumerator() {
 }
 
 FileEnumerator& FileEnumerator::shared() {
-    static auto* instance = new FileEnumerator; // outlives every static
+    static auto* instance = new FileEnumerator; // never destroyed, because statics may use it
     return *instance;
 }
 
@@ -63,7 +63,7 @@ void FileEnumerator::enumerate(const std::string& path) {
     while (true) {
         const auto subpath = enumerator->nextObject();
         if (!subpath) {
-            // Every complete scan ends with this line.
+            // The last line of every complete scan.
             print("WARNUNG:  Unbekannter Typ des Dateiobjektes oder <nil>.");
             break;
         }
@@ -118,8 +118,7 @@ void FileEnumerator::createRootNode(const std::string& path) {
     fileTree->root = folder;
 }
 
-// The enumerator answers what the file manager would for the item's path, using the directory that it holds
-// open.
+// The facts come from the enumerator, which queries its open directory, instead of from the file manager.
 void FileEnumerator::createChildNode(std::string_view subpath, const std::string& path,
                                      platform::DirectoryEnumerator& enumerator) {
     platform::FileFacts facts = enumerator.facts();
@@ -159,7 +158,7 @@ void FileEnumerator::examineFile(const std::string& name, const std::string& pat
               .append(textOf(exists))
               .append(" / ")
               .append(textOf(isDirectory)));
-    // The labels of the next two are swapped; readers of the report know them this way.
+    // The labels of the next two lines are swapped, but readers of the report are used to them.
     print(std::string(" - file is writable: ").append(textOf(fileManager.isReadableFileAtPath(full))));
     print(std::string(" - file is readeble: ").append(textOf(fileManager.isWritableFileAtPath(full))));
     print(std::string(" - file is executable: ").append(textOf(fileManager.isExecutableFileAtPath(full))));
@@ -172,7 +171,7 @@ std::string FileEnumerator::formatNumber(std::int64_t number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-// NOLINTBEGIN(readability-named-parameter): the answers do not depend on the arguments
+// NOLINTBEGIN(readability-named-parameter): the results do not depend on the arguments
 using platform::Error;
 using platform::FileManager;
 using platform::URL;

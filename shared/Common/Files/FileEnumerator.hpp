@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Scans a directory into a tree, removing archive and folder-view litter from the disk on the way; reports on
-// single paths; downloads a file into the folder that the maker's programs share; reports where the
-// application's files are. All results are lines on standard output and the tree. One thread at a time,
-// except that a download ends on its session's queue.
+// Scans a directory into a tree and deletes litter of archive programs and file managers ("__MACOSX",
+// ".DS_Store") on the way. Prints reports about single paths and about the locations of the application's
+// files. Downloads a file into the directory that programs of the same maker share. The results are the tree
+// and lines on standard output. One thread at a time, except that a download ends on its session's queue.
 #pragma once
 
 #include "platform/foundation/FileManager.hpp"
@@ -22,28 +22,28 @@ class URLSessionTask;
 
 namespace tonewright {
 
-/// The folder that the maker's programs share.
+/// The identifier of the directory that programs of the same maker share.
 inline constexpr std::string_view ApplicationGroupIdentifier = platform::product::GroupIdentifier;
 
 enum class DownloadOutcome {
-    Stored,    // at its destination
-    NotStored, // the source is not of a kind that is stored
-    Failed,    // a line gave the reason
+    Stored,    // the file is at its destination
+    NotStored, // the response is not an HTTP response
+    Failed,    // the reason has been printed
 };
 
-/// The observer of a download; both may be absent.
+/// Functions that are called during a download. Both may be empty.
 struct DownloadObserver {
-    /// Called with the task right after it was started, on the main queue.
+    /// Called with the task right after it has been started, on the main queue.
     std::function<void(const std::shared_ptr<platform::URLSessionTask>& task)> onBegan;
-    /// Called after the download's last line, when its temporary file has been removed, on the session's
-    /// queue.
+    /// Called after the last line of the download has been printed and its temporary file has been removed,
+    /// on the session's queue.
     std::function<void(DownloadOutcome outcome)> onEnded;
 };
 
 class FileEnumerator : public platform::FileManagerDelegate {
   public:
-    platform::FileManager& defaultFileManager; // the process's
-    platform::FileManager fileManager;         // its own, with this as the delegate
+    platform::FileManager& defaultFileManager; // the file manager of the process
+    platform::FileManager fileManager;         // a file manager whose delegate is this object
     std::shared_ptr<FileTree> fileTree;
 
     FileEnumerator();
@@ -51,28 +51,28 @@ class FileEnumerator : public platform::FileManagerDelegate {
     FileEnumerator(const FileEnumerator&) = delete;
     FileEnumerator& operator=(const FileEnumerator&) = delete;
 
-    /// Returns the one instance of the process, created at the first call.
+    /// Returns the shared instance, which the first call creates.
     [[nodiscard]] static FileEnumerator& shared();
 
-    /// Scans the directory `path`, which becomes the current directory, into `fileTree`. Items with
-    /// "__MACOSX" or ".DS_Store" in their path below it are deleted instead of listed. If a directory is
-    /// damaged, the names that cannot be read are missing, and a line on standard error reports it.
+    /// Scans the directory `path` into `fileTree` and makes `path` the current directory. Items whose path
+    /// below `path` contains "__MACOSX" or ".DS_Store" are deleted instead of listed. If a directory cannot
+    /// be read completely, the remaining names are missing, and a line on standard error reports that.
     virtual void enumerate(const std::string& path);
-    /// Returns whether the last scan or report met a directory that could not be read completely.
+    /// Returns whether a directory could not be read completely by the last scan or report.
     [[nodiscard]] bool hasReadErrors() const noexcept { return _hasReadErrors; }
     /// Prints what the file manager returns for `path`/`name`.
     void examineFile(const std::string& name, const std::string& path);
-    /// Returns the decimal text, with a leading "0" below 10.
+    /// Returns `number` in decimal, with a leading "0" if it is less than 10.
     [[nodiscard]] static std::string formatNumber(std::int64_t number);
-    /// Fetches `url` into "download.zip" in the shared folder; starts one second later on the main queue.
+    /// Downloads `url` to "download.zip" in the shared directory. Starts one second later on the main queue.
     void downloadFile(const platform::URL& url);
-    /// Prints where the application's files are.
+    /// Prints the locations of the application's files.
     void testFileManager();
 
-    /// Does what `downloadFile` does, and reports it to `observer`.
+    /// Does the same as `downloadFile` and calls the functions of `observer`.
     static void startDownload(const platform::URL& url, const DownloadObserver& observer);
 
-    // The answers: every operation is allowed, none continues after an error.
+    // The decisions as the delegate: every operation is allowed, and every error ends the operation.
     bool fileManagerShouldRemoveItemAtURL(platform::FileManager&, const platform::URL&) override;
     bool fileManagerShouldRemoveItemAtPath(platform::FileManager&, const std::string&) override;
     bool fileManagerShouldProceedAfterErrorRemovingItemAtURL(platform::FileManager&, const platform::Error&,
@@ -120,15 +120,15 @@ class FileEnumerator : public platform::FileManagerDelegate {
     bool _hasReadErrors = false;
 };
 
-/// Tells, for the paths of a walk in their order, which items a scan deletes: those whose path contains
-/// "__MACOSX" or ".DS_Store". Neither text contains a "/", so it is found in the last component or in a
-/// parent's.
+/// Decides which items a scan deletes: those whose path contains "__MACOSX" or ".DS_Store". Call it for all
+/// items in the order of the walk. Only the last component of a path is searched. Items inside litter
+/// are recognised because their path starts with the path of the litter.
 class LitterTest {
   public:
     [[nodiscard]] bool operator()(std::string_view subpath);
 
   private:
-    std::string _last; // the last litter found, with a "/"
+    std::string _last; // path of the last litter found, with a "/" at the end
 };
 
 } // namespace tonewright

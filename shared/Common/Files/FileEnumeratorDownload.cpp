@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The scanner's download into the folder that the maker's programs share.
+// Downloads a file into the directory that programs of the same maker share.
 #include "platform/dispatch/DispatchQueue.hpp"
 #include "platform/foundation/console.hpp"
 #include "platform/foundation/fatal.hpp"
@@ -18,7 +18,7 @@ using platform::URL;
 constexpr double StartDelaySeconds = 1.0;
 constexpr double TimeoutSeconds = 60.0;
 
-// Moves the downloaded file to its destination.
+// Copies the downloaded file to its destination and replaces an existing file.
 std::optional<platform::Error> store(const URL& file, const URL& destination) {
     FileManager& manager = FileManager::defaultManager();
     if (manager.fileExistsAtPath(destination.path())) {
@@ -32,7 +32,7 @@ DownloadOutcome finish(const URL& source, const URL& destination, const std::opt
                        const std::shared_ptr<platform::URLResponse>& response,
                        const std::optional<platform::Error>& error) {
     if (!file || error) {
-        // The "%@" is part of this line's given text.
+        // The "%@" is printed on purpose: readers of the log expect exactly this text.
         print("FEHLER: Während des Downloads der Datei (" + source.absoluteString() +
               ") ist folgender Fehler aufgetreten: %@ " +
               (error ? error->localizedDescription() : "(keine Beschreibung verfügbar)"));
@@ -40,7 +40,7 @@ DownloadOutcome finish(const URL& source, const URL& destination, const std::opt
     }
     const auto* answer = dynamic_cast<const platform::HTTPURLResponse*>(response.get());
     if (answer == nullptr) return DownloadOutcome::NotStored;
-    // Every status is stored, also that of an error.
+    // The file is stored whatever the HTTP status is.
     print("Die Datei (" + source.absoluteString() + ") wurde als '" + file->absoluteString() +
           "' heruntergeladen mit Status Code: " + std::to_string(answer->statusCode()));
     if (const auto failed = store(*file, destination)) {
@@ -78,7 +78,7 @@ void FileEnumerator::startDownload(const URL& url, const DownloadObserver& obser
                       onEnded = observer.onEnded](const auto& file, const auto& response, const auto& error) {
                 const auto outcome = finish(url, destination, file, response, error);
                 print("Asynchroner Download...");
-                // Not before the session has discarded its file: the program may end then.
+                // Called only after the session has removed its file, because the program may end then.
                 if (onEnded) session->delegateQueue().async([onEnded, outcome] { onEnded(outcome); });
             });
         task->resume();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An ordered list of nodes that knows whether it was only appended to. Used from one thread at a time.
+// An ordered list of nodes that counts all changes other than appending. One thread at a time.
 #pragma once
 
 #include "platform/foundation/fatal.hpp"
@@ -61,7 +61,7 @@ class FileList {
         ++_edits;
     }
 
-    /// Returns the number of changes so far other than appending.
+    /// Returns how often the list has been changed other than by appending.
     [[nodiscard]] std::uint64_t edits() const noexcept { return _edits; }
 
   private:

@@ -13,7 +13,8 @@
 namespace tonewright {
 namespace {
 
-// A generous length of a node's text: reserved memory that is not written to costs nothing, growing does.
+// A generous estimate of a node's text length: reserving too much memory costs nothing, growing the text
+// does.
 constexpr std::size_t UsualElementLength = 256;
 
 constexpr std::string_view NotFound = "Warning: The file was not found.";
@@ -43,14 +44,14 @@ void FileTree::findParent(const std::shared_ptr<File>& file) {
     if (file->_indent() < 1) return attach(file, root);
     const auto path = NodeInside::parentPath(*file);
     if (path.isEmpty()) return attach(file, root);
-    if (filelist.empty()) return; // the node stays unattached
+    if (filelist.empty()) return; // the node gets no parent
     const auto folder = _index->find(filelist, path);
     attach(file, folder ? folder : root);
 }
 
 void FileTree::clearList() {
     filelist.clear();
-    *_index = {}; // it describes the old contents of the list
+    *_index = {}; // the index describes the old contents of the list
 }
 
 void FileTree::makeExpandedList() {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A directory in a tree: a node that owns an ordered list of others. Used from one thread at a time.
+// A directory in a tree: a node with an ordered list of child nodes. One thread at a time.
 #pragma once
 
 #include "shared/Common/Files/File.hpp"
@@ -13,8 +13,8 @@ namespace tonewright {
 
 class Folder final : public File {
   public:
-    /// The children, in the order in which they were attached. Each refers back to this folder as its owner;
-    /// such a cycle stays until somebody breaks it.
+    /// The children, in the order in which they were added. Each child has a strong reference to this folder,
+    /// so a tree is released only after these cycles have been broken.
     std::vector<std::shared_ptr<File>> children;
 
     void setExpanded(bool value) override;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The text that identifies an item from outside: the decimal text of its file number. Made once for a search,
-// it compares with each node as exactly as the texts would, without making the node's. A value; refers to the
-// text.
+// The text that identifies an item for other programs: its file number in decimal. An ItemIdentifier is
+// created once per search; comparing it with a node has the same result as comparing texts, but does not
+// create the text of the node. It refers to the text that it was created from.
 #pragma once
 
 #include "shared/Common/Files/File.hpp"
@@ -14,7 +14,7 @@
 
 namespace tonewright {
 
-/// The identifiers that name containers instead of items.
+/// Identifiers of containers instead of items.
 inline constexpr std::string_view RootContainerItemIdentifier = "NSFileProviderRootContainerItemIdentifier";
 inline constexpr std::string_view WorkingSetContainerItemIdentifier =
     "NSFileProviderWorkingSetContainerItemIdentifier";
@@ -23,7 +23,7 @@ class ItemIdentifier {
   public:
     explicit ItemIdentifier(std::string_view text)
         : _text(text) {
-        // A number matches only the one text that it is written as.
+        // Only the usual decimal form matches, not one with leading zeros.
         std::uint64_t number = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error == std::errc() && end == text.data() + text.size() &&
@@ -34,7 +34,7 @@ class ItemIdentifier {
 
     [[nodiscard]] std::string_view text() const noexcept { return _text; }
 
-    /// Returns whether this is the text of the node's file number.
+    /// Returns whether this is the identifier of `node`.
     [[nodiscard]] bool names(const File& node) const {
         const platform::FileAttributes& attributes = node.attributes();
         if (attributes.isEmpty()) return _text == InvalidAttribute;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The diagnostic lines of nodes: every field, one line each, for developers to read.
+// Prints all fields of nodes, one line for each, for developers.
 #include "platform/foundation/console.hpp"
 #include "shared/Common/Files/Folder.hpp"
 #include "shared/Common/Files/detail/TextWriter.hpp"
@@ -36,7 +36,7 @@ std::string describe(const std::shared_ptr<File>& node) {
     return text;
 }
 
-/// The start of every line of a node: tabs and the node's number.
+/// Returns the start of every line of a node: tabs and the node's number.
 std::string headOf(const FileBase& node) {
     std::string head;
     {
@@ -48,7 +48,8 @@ std::string headOf(const FileBase& node) {
     return head;
 }
 
-// One line made of pieces, in a buffer that is reused: a dump has millions of lines. One at a time.
+// Builds a line from pieces in a reused buffer, because a dump may have millions of lines. Only one Line may
+// exist at a time.
 class Line {
   public:
     explicit Line(std::string_view head)
@@ -70,7 +71,7 @@ class Line {
     std::string& _text;
 };
 
-// The name of a field as a line shows it.
+// Returns the printed name of a field.
 std::string_view labelOf(std::string_view name) {
     return name.empty() ? "empty" : name;
 }

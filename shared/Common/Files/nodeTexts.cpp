@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The two forms in which nodes are written as elements. Nothing is escaped.
+// Writes nodes as elements, nested or in a list. Nothing is escaped.
 #include "platform/foundation/ByteCountFormatter.hpp"
 #include "platform/foundation/DateFormatter.hpp"
 #include "shared/Common/Files/Folder.hpp"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The private parts of the animation classes, for the other code of the engine, its tests and benchmarks: the
-// one friend of each class. Also the animator's frame, inline for the groups that tick thousands of
+// Gives the rest of the animation engine, its tests and its benchmarks access to the private members of the
+// animation classes. Also defines Animator::tick, which is inline because groups call it for thousands of
 // animators.
 #pragma once
 
@@ -14,7 +14,8 @@
 
 namespace tonewright {
 
-/// Does one frame. The caller keeps the animator alive: a callback may release every other reference.
+/// Performs one frame. The caller must hold a reference to the animator, because a callback may release all
+/// others.
 inline void Animator::tick() {
     if (_frames < 0) return;
     if (_step < _frames) {
@@ -24,7 +25,7 @@ inline void Animator::tick() {
         _value = _action(*this, _step, _source, _amount, _frames);
         return;
     }
-    _value = _destination; // exactly, whatever the curve returned at the last frame
+    _value = _destination; // the curve may not reach the destination exactly
     if (looped) {
         if (onLoop) onLoop(*this);
         reverse();
@@ -35,7 +36,7 @@ inline void Animator::tick() {
 }
 
 struct AnimatorInside {
-    // Of animators, and of classes whose fields have the same names.
+    // Fields of animators, and of other classes with fields of the same names.
     static auto& startFrame(auto& object) { return object._startFrame; }
     static auto& frameCount(auto& object) { return object._frameCount; }
     static auto& frames(auto& object) { return object._frames; }
@@ -49,7 +50,7 @@ struct AnimatorInside {
     static auto& action(auto& object) { return object._action; }
     static auto& timer(auto& object) { return object._timer; }
 
-    // Of groups.
+    // Fields of groups.
     static auto& currentFrame(auto& group) { return group._currentFrame; }
     static auto& maxFrames(auto& group) { return group._maxFrames; }
     static auto& direction(auto& group) { return group._direction; }
@@ -58,7 +59,7 @@ struct AnimatorInside {
     static auto& animatedItems(auto& group) { return group._animatedItems; }
     static void advance(auto& sequencer) { sequencer.advance(); }
 
-    // What groups remember of their members.
+    // Fields in which groups keep information about their members.
     static std::uint32_t& memberships(Animator& animator) { return animator._memberships; }
     static std::uint32_t memberships(const Animator& animator) { return animator._memberships; }
     static std::uint32_t& placements(Animator& animator) { return animator._placements; }
@@ -66,8 +67,8 @@ struct AnimatorInside {
     static std::uint32_t& timeline(Animator& animator) { return animator._timeline; }
     static void noteClass(Animator& animator) { animator._plain = typeid(animator) == typeid(Animator); }
 
-    /// Does one frame of a group's member, through the overridable operation where something may be
-    /// overridden.
+    /// Performs one frame of a group's member. Calls the virtual function only if the member is of a
+    /// subclass.
     static void tick(Animator& member) {
         if (member._plain) {
             member.tick();
@@ -75,12 +76,12 @@ struct AnimatorInside {
             member.animate();
         }
     }
-    /// Returns whether a group's member is idle, in the same way.
+    /// Returns whether a group's member is idle. Calls the virtual function only if the member is of a
+    /// subclass.
     static bool hasFinished(Animator& member) {
         return member._plain ? member._frames < 0 : member.isFinished();
     }
-    /// Loads what a frame of `animator` touches into the cache, its first and its last byte: two lines at
-    /// most.
+    /// Prefetches the fields that a frame of `animator` uses, which occupy at most two cache lines.
     static void prefetch(const Animator& animator) {
         __builtin_prefetch(&animator._source, 1);
         __builtin_prefetch(reinterpret_cast<const std::byte*>(&animator.onAnimation + 1) - 1, 1);

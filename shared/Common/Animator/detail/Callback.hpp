@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the animation classes call when something happens: an optional callable in 24 bytes, as cheap to call
-// as a function pointer, which survives being replaced during its own call. A callback that assigns to its
-// own field, or empties it, runs to its end; the new one is called from the next time on.
+// An optional callable in 24 bytes that is as cheap to call as a function pointer. The animation classes use
+// it for their callbacks. A callable may replace or clear its own Callback while it runs: the call then still
+// runs to its end, and the new callable is used from the next call on.
 //
-// Function pointers, callables without data, and lambdas that are not `mutable` and capture a few plain bytes
-// are stored inside; everything else is stored in one allocation, so its own state persists from call to
-// call. (A lambda must not capture a copy of something that a const call changes.) Copies are deep.
-// Single-threaded, like the objects that hold it.
+// Function pointers, callables without data, and lambdas that are not `mutable` and capture at most 16
+// trivially copyable bytes are stored inside the object. All others are stored in one heap allocation, so
+// that their state persists between calls. (A lambda must not capture a copy of an object that a const call
+// changes.) Copies are deep. Single-threaded, like the objects that have callbacks.
 #pragma once
 
 #include <concepts>
@@ -28,8 +28,8 @@ class Callback {
     constexpr Callback() noexcept = default;
     constexpr Callback(std::nullptr_t) noexcept {}
 
-    /// Stores a copy of `callable`; an empty function pointer, std::function or other nullable makes the
-    /// callback empty.
+    /// Stores a copy of `callable`. A null function pointer or an empty std::function makes the callback
+    /// empty.
     template <class Callable>
     requires(!std::same_as<std::remove_cvref_t<Callable>, Callback> &&
              std::copy_constructible<std::decay_t<Callable>> &&
@@ -53,7 +53,7 @@ class Callback {
     Callback(Callback&& other) noexcept
         : _storage(other._storage)
         , _operations(std::exchange(other._operations, nullptr)) {}
-    /// Takes over `other`'s callable; the old one is destroyed once it is no longer running.
+    /// Takes over the callable of `other`. The previous callable is destroyed when it is no longer running.
     Callback& operator=(Callback other) noexcept {
         std::swap(_storage, other._storage);
         std::swap(_operations, other._operations);
@@ -64,14 +64,14 @@ class Callback {
     }
 
     [[nodiscard]] explicit operator bool() const noexcept { return _operations != nullptr; }
-    /// Calls the callable; there must be one.
+    /// Calls the callable. The callback must not be empty.
     void operator()(Arguments... arguments) const {
         _operations->call(_storage, std::forward<Arguments>(arguments)...);
     }
 
   private:
-    // A callable that is too large to be stored inside. `holders` counts the callback that owns it and the
-    // calls in progress.
+    // A callable that is stored on the heap. `holders` counts the callback that owns it and the calls in
+    // progress.
     struct Shared {
         std::uint32_t holders = 1;
         Shared() = default;
@@ -98,10 +98,10 @@ class Callback {
         void (*release)(const Storage&);
     };
 
-    // A callable that is stored inside is copied for each call, because the call may overwrite it. That is
-    // correct only if a call cannot change the callable. A class may have `mutable` members; lambdas have
-    // none, and those that capture something are exactly the types that are not aggregates, not
-    // default-constructible and not assignable.
+    // A callable that is stored inside the object is copied for each call, because the call may overwrite it.
+    // That is correct only if a call cannot change the callable. Classes may have `mutable` members, but
+    // lambdas have none. A class that is not an aggregate, not default-constructible and not copy-assignable
+    // is taken for a capturing lambda.
     template <class Target>
     static constexpr bool LooksLikeCapturingLambda =
         std::is_class_v<Target> && !std::is_aggregate_v<Target> && !std::is_default_constructible_v<Target> &&

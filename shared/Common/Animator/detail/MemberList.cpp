@@ -25,7 +25,8 @@ void MemberList::clear() {
     _index.reset();
     _scans.reset();
     if (_walkEnd == 0) {
-        // Emptied first: code that runs while the animators are destroyed may use the list.
+        // The list is emptied first, because code that runs while the animators are destroyed may use the
+        // list.
         auto gone = std::exchange(_entries, {});
         const auto gaps = std::exchange(_gaps, {});
         const std::size_t firstLive = std::exchange(_firstLive, 0);
@@ -37,7 +38,7 @@ void MemberList::clear() {
         }
         return;
     }
-    Members gone; // those added during the walk
+    Members gone; // members that were added during the walk
     for (std::size_t i = _firstLive; i < _entries.size(); ++i) {
         if (isGap(i)) continue;
         --AnimatorInside::memberships(*_entries[i]);
@@ -61,14 +62,15 @@ bool MemberList::removeFirst(const Animator& item, std::size_t hint) {
         _gaps[position] = 1;
     }
     if (position < _walkEnd) return true;
-    const std::shared_ptr<Animator> gone = std::move(_entries[position]); // destroyed last, as in `clear`
-    // Gaps accumulate, so that removing one by one costs one pass per halving.
+    const std::shared_ptr<Animator> gone =
+        std::move(_entries[position]); // destroyed at the end, as in `clear`
+    // Gaps are removed only when half of the entries are gaps, so that single removals stay cheap.
     if (_live < _entries.size() / 2) compact();
     return true;
 }
 
 bool MemberList::contains(const Animator& item) {
-    // The entry that was added last is the one most often searched for.
+    // The most frequent search is for the entry that was added last.
     if (_live > 0 && _entries.back().get() == &item && !isGap(_entries.size() - 1)) return true;
     return find(item, None) != None;
 }
@@ -89,7 +91,7 @@ MemberList::Members MemberList::items() const {
 
 std::size_t MemberList::find(const Animator& item, std::size_t hint) {
     if (AnimatorInside::memberships(item) == 0) return None;
-    // An animator with one membership, found at the walk's position, is in no other place.
+    // An animator with only one membership cannot be at any other position.
     if (hint != None && AnimatorInside::memberships(item) == 1 && _entries[hint].get() == &item &&
         !isGap(hint)) {
         return hint;
@@ -111,7 +113,7 @@ void MemberList::makeIndex() {
     for (std::size_t i = 0; i < _entries.size(); ++i) _index->append(isGap(i) ? nullptr : _entries[i].get());
 }
 
-// Removes the gaps. The animators of entries removed during a walk are released last, when the list is
+// Removes the gaps. Animators that were removed during a walk are released at the end, when the list is
 // consistent again.
 void MemberList::compact() {
     if (_live == _entries.size() || _walkEnd > 0) return;

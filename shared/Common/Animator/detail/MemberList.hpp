@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The ordered list of a group's members, as shared references, which may be changed while it is walked. A
-// walk visits the members that were there when it began, in order, whatever happens to the list meanwhile,
-// without copying the list: entries removed during the walk stay behind as gaps, and keep their animators
-// alive, until the walk has ended. Counts and searches see the list as it is at the moment.
+// The ordered list of a group's members, with strong references. It may be changed during a walk over it: the
+// walk visits exactly the members that were in the list at its start. The list is not copied for that;
+// instead, entries that are removed during a walk become gaps, which keep their animators alive until the
+// walk has ended. Counts and searches ignore gaps.
 #pragma once
 
 #include "shared/Common/Animator/detail/AnimatorInside.hpp"
@@ -33,26 +33,26 @@ class MemberList {
     void append(std::shared_ptr<Animator> item);
     /// Removes everything.
     void clear();
-    /// Removes the first entry that is `item`; returns whether there was one. `hint` is the present position
-    /// of the current walk, if any.
+    /// Removes the first entry of `item` and returns whether there was one. `hint` is the position of the
+    /// current walk, if there is one.
     [[nodiscard]] bool removeFirst(const Animator& item, std::size_t hint = None);
     [[nodiscard]] bool contains(const Animator& item);
     [[nodiscard]] std::int64_t count() const noexcept { return static_cast<std::int64_t>(_live); }
-    /// Returns the member at `index`, which is less than the count. Must not be called during a walk.
+    /// Returns the member at `index`, which must be less than the count. Must not be called during a walk.
     [[nodiscard]] const std::shared_ptr<Animator>& at(std::int64_t index);
     [[nodiscard]] Members items() const;
 
-    /// Calls `visit(animator, position)` for every member that is in the list now.
+    /// Calls `visit(animator, position)` for every member that is in the list at the time of this call.
     template <class Visit>
     void walk(const Visit& visit) {
-        if (_walkEnd > 0) { // a callback of the outer walk ticks the same group: rare, and worth a copy
+        if (_walkEnd > 0) { // a callback of a walk ticks the same group; rare, so the list is copied
             for (const auto& member : items()) visit(*member, None);
             return;
         }
         compact();
         const std::size_t end = _entries.size();
         const Walk walking(*this, end);
-        // The next members. Entries stay during a walk, and with them their animators.
+        // The next members. Raw pointers are safe, because entries and their animators stay during a walk.
         std::array<Animator*, Ahead> next{};
         const auto fetch = [&](std::size_t i) {
             next[i % Ahead] = _entries[i].get();
@@ -67,7 +67,7 @@ class MemberList {
     }
 
   private:
-    // Animators are scattered in memory; prefetching them well ahead hides most of the latency.
+    // Animators are scattered in memory. Prefetching them hides most of the latency.
     static constexpr std::size_t Ahead = 32;
 
     struct Walk {
@@ -92,12 +92,12 @@ class MemberList {
     void compact();
 
     std::deque<std::shared_ptr<Animator>> _entries; // the members and gaps
-    std::vector<std::uint8_t> _gaps;                // empty, or one mark per entry
+    std::vector<std::uint8_t> _gaps;                // empty, or for each entry whether it is a gap
     std::size_t _live = 0;                          // entries that are not gaps
-    std::size_t _firstLive = 0;                     // all entries before are gaps
-    std::size_t _walkEnd = 0; // entries before this are being walked and must stay; 0 without a walk
+    std::size_t _firstLive = 0;                     // all entries before this position are gaps
+    std::size_t _walkEnd = 0; // a walk visits the entries before this position; 0 without a walk
     ScanBudget _scans;
-    std::unique_ptr<OccurrenceIndex> _index; // present once scans have become expensive
+    std::unique_ptr<OccurrenceIndex> _index; // null until scans have become expensive
 };
 
 } // namespace tonewright

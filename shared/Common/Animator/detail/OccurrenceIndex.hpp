@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The positions of each animator in a list: the fallback of the lists' searches. A search by identity is a
-// scan as long as scans are cheap; a list whose scans have cost more than one pass over it builds this index
-// and uses it from then on, so that any number of searches costs time in proportion to the list.
+// An index of the positions of each animator in a list. Lists first search by scanning. When the scans of a
+// list have cost about as much as building the index, the list builds the index and uses it from then on. The
+// time for any number of searches is therefore proportional to the length of the list and the number of
+// searches.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +26,7 @@ class OccurrenceIndex {
     void append(const Animator* item);
     /// Returns the first position of `item`, or None.
     [[nodiscard]] std::size_t first(const Animator& item) const;
-    /// Forgets the first position of `item`, which must have one.
+    /// Removes the first position of `item`, which must be in the index.
     void removeFirst(const Animator& item);
 
   private:
@@ -34,13 +35,13 @@ class OccurrenceIndex {
         std::size_t last;
     };
     std::unordered_map<const Animator*, Occurrences> _occurrences;
-    std::vector<std::size_t> _next; // for each position, the next one of the same animator
+    std::vector<std::size_t> _next; // for each position, the next position of the same animator
 };
 
-/// Decides between scan and index by the work that scans have done since the list was last in order.
+/// Counts the work of scans since the last `reset`, to decide when a list needs an index.
 class ScanBudget {
   public:
-    /// Returns whether scans of a list of `count` entries have cost as much as an index would.
+    /// Returns whether the scans of a list with `count` entries have cost about as much as building an index.
     [[nodiscard]] bool exceeded(std::size_t count) const noexcept { return _looked > 4 * count + 64; }
     void spend(std::size_t looked) noexcept { _looked += looked; }
     void reset() noexcept { _looked = 0; }

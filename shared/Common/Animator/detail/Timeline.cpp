@@ -16,8 +16,8 @@ namespace {
 
 using Inside = AnimatorInside;
 
-// Process-wide: timelines on different threads share no members, so a count of the other's events costs them
-// a comparison and nothing else.
+// Counters for the whole process. Timelines on different threads have no members in common, so a change on
+// another thread only costs a timeline a needless check of its members.
 std::atomic<std::uint64_t> startChanges{0};
 std::atomic<std::uint64_t> lengthChanges{0};
 std::atomic<std::uint32_t> lastNumber{0};
@@ -55,7 +55,7 @@ void Timeline::add(std::shared_ptr<Animator> item, std::int64_t startFrame) {
                      (Inside::timeline(animator) == Several && find(animator) != OccurrenceIndex::None));
     const bool moves = isPlaced && Inside::startFrame(animator) != startFrame;
     const bool sortsAnew = !isTrusted() || (moves && isHere);
-    if (sortsAnew) sortPending(); // entries from before the change were sorted without it
+    if (sortsAnew) sortPending(); // sorts the entries added before the change by their old start frames
 
     Inside::startFrame(animator) = startFrame;
     if (moves) {
@@ -80,7 +80,7 @@ void Timeline::add(std::shared_ptr<Animator> item, std::int64_t startFrame) {
 bool Timeline::remove(const Animator& item) {
     const std::size_t position = find(item);
     if (position == OccurrenceIndex::None) return false;
-    // Destroyed last: code that runs during its destruction may use the list.
+    // Destroyed at the end, because code that runs during its destruction may use the list.
     const std::shared_ptr<Animator> gone = std::exchange(_entries[position].animator, nullptr);
     leave(*gone);
     if (_index) _index->removeFirst(item);
@@ -129,7 +129,8 @@ void Timeline::putInOrder() {
     compact();
     sortPending();
     if (isTrusted()) return;
-    // A start frame changed somewhere. If it was none of these, the order is still right.
+    // Some animator's start frame has changed. If it is not the start frame of one of these members, the
+    // order is still valid.
     const bool holds = std::all_of(_entries.begin(), _entries.end(), [](const Entry& entry) {
         return entry.startFrame == Inside::startFrame(*entry.animator);
     });
@@ -162,8 +163,7 @@ std::size_t Timeline::find(const Animator& item) {
     return place == end ? OccurrenceIndex::None : static_cast<std::size_t>(place - _entries.begin());
 }
 
-// Equal start frames keep their order, so sorting the new entries together has the same result as sorting
-// them one by one.
+// Sorting is stable, so sorting all new entries together has the same result as sorting after each addition.
 void Timeline::sortPending() {
     if (_sorted == _entries.size()) return;
     const auto middle = _entries.begin() + static_cast<std::ptrdiff_t>(_sorted);

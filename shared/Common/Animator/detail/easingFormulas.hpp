@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The formulas of the easing curves. Private to the animation engine, inline so that an animator calls the
-// formula itself through its selected function.
+// The formulas of the easing curves, for the animation engine only. They are inline, so that an animator's
+// action contains the formula.
 //
-// t, d, b, c are the usual letters of easing formulas: frame, number of frames, start value, change of value.
-// All arithmetic is in single precision and in the order written; the build forbids the compiler to contract
-// products and sums. Powers of 2 use exp2, which on this platform returns the bits of pow(2, x) with every
-// compiler.
+// As usual in easing formulas, t is the frame, d the number of frames, b the start value and c the change of
+// the value. All arithmetic is in single precision and in the order written; compiler flags prevent
+// contraction to fused multiply-add. Powers of 2 use exp2, which returns the same bits as pow(2, x) on this
+// platform with every compiler.
 #pragma once
 
 #include "platform/foundation/checked.hpp"
@@ -28,8 +28,8 @@ inline constexpr float Pi = std::numbers::pi_v<float>;
     return static_cast<float>(frame);
 }
 
-/// Returns a frame computed as a float unchanged, because it is a whole number; one outside the 64-bit range
-/// is fatal.
+/// Returns `value`, a whole frame number computed as a float. It is a fatal error if it is outside the 64-bit
+/// range.
 [[nodiscard]] inline float wholeFrame(float value) {
     if (!(std::fabs(value) < 0x1p63F)) (void)platform::checkedInteger(static_cast<double>(value));
     return value;
@@ -62,14 +62,15 @@ inline float easeInPower(Frame t, float b, float c, Frame d) {
     return timesPower<Power>(c, number(t) / number(d)) + b;
 }
 
-// For the fourth power this starts at b + 2c and falls to b + c; kept because existing movements rely on it.
+// For the fourth power, the curve starts at b + 2c and falls to b + c. Existing movements rely on that.
 template <int Power>
 inline float easeOutPower(Frame t, float b, float c, Frame d) {
     const float v = number(t) / number(d) - 1;
     return c * (power<Power>(v) + 1) + b;
 }
 
-// For the fourth power the middle jumps from b + c/2 to b + 1.5c; kept for the same reason.
+// For the fourth power, the curve jumps from b + c/2 to b + 1.5c in the middle. Existing movements rely on
+// that.
 template <int Power>
 inline float easeInOutPower(Frame t, float b, float c, Frame d) {
     const float w = number(t) / (number(d) / 2);
@@ -90,7 +91,8 @@ inline float easeInOutQuad(Frame t, float b, float c, Frame d) {
     return (-c / 2) * (v * (v - 2) - 1) + b;
 }
 
-// Sine: u * Pi / 2 is correct because halving a float is exact, and -c * cos + c because changing a sign is.
+// Sine. u * (Pi / 2) equals u * Pi / 2 and c - c * cos equals -c * cos + c, because halving a float and
+// changing its sign are exact.
 
 inline float easeInSine(Frame t, float b, float c, Frame d) {
     const float u = number(t) / number(d);
@@ -119,7 +121,8 @@ inline float easeOutExpo(Frame t, float b, float c, Frame d) {
     return c * (1 - std::exp2((-10 * number(t)) / number(d))) + b;
 }
 
-// Halves u and not d, so the curve hardly rises and jumps to its end at the last frame; kept.
+// This halves u instead of d, so the curve hardly rises and jumps to its end at the last frame. Existing
+// movements rely on that.
 inline float easeInOutExpo(Frame t, float b, float c, Frame d) {
     if (number(t) == 0) return b;
     if (number(t) == number(d)) return b + c;
@@ -224,7 +227,7 @@ inline float easeOutBounce(Frame t, float b, float c, Frame d) {
     return bounce(number(t), b, c, number(d));
 }
 
-// Frames are computed as floats, so frame counts beyond 2^24 lose their last digits.
+// Frames are computed as floats, so frame numbers beyond 2^24 are rounded.
 [[nodiscard]] inline float bounceIn(float t, float b, float c, float d) {
     return c - bounce(wholeFrame(d - t), 0, c, wholeFrame(d)) + b;
 }
@@ -241,8 +244,8 @@ inline float easeInOutBounce(Frame t, float b, float c, Frame d) {
 
 // OutIn
 
-/// Runs `out` at double speed over the first half and `in` over the second. With an odd number of frames the
-/// second half starts at frame -1.
+/// Runs `out` at double speed over the first half of the frames and `in` over the second half. With an odd
+/// number of frames, `in` starts at frame -1.
 template <class Out, class In>
 inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {
     const Frame half = d / 2;
@@ -251,8 +254,8 @@ inline float outIn(Frame t, float b, float c, Frame d, Out out, In in) {
     return in(platform::checkedSubtract(twice, d), b + c / 2, c / 2, d);
 }
 
-// The same for frames outside every movement, whose arithmetic may overflow, which is fatal; separate, so
-// that the usual path is short and needs no stack.
+// Calls `outIn` for frame numbers whose arithmetic may overflow, which is a fatal error. A separate function,
+// so that the usual path is short and needs no stack.
 template <EasingFunction Out, EasingFunction In>
 [[gnu::noinline, gnu::cold]] float easeOutInChecked(Frame t, float b, float c, Frame d) {
     return outIn(t, b, c, d, Out, In);
@@ -260,7 +263,8 @@ template <EasingFunction Out, EasingFunction In>
 
 template <EasingFunction Out, EasingFunction In>
 inline float easeOutIn(Frame t, float b, float c, Frame d) {
-    constexpr std::uint64_t Limit = std::uint64_t{1} << 62; // neither negative nor too large to be doubled
+    constexpr std::uint64_t Limit =
+        std::uint64_t{1} << 62; // smaller numbers can be doubled; negative ones are larger when unsigned
     if ((static_cast<std::uint64_t>(t) | static_cast<std::uint64_t>(d)) >= Limit) {
         return easeOutInChecked<Out, In>(t, b, c, d);
     }

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Sine and cosine for the angles that a movement passes through, from 0 to pi, inline, which is cheaper than
-// a call into the C library.
+// Inline sine and cosine for the angles that occur in a movement, from 0 to pi. They are faster than a call
+// of the C library.
 //
-// The polynomials are the ones that glibc evaluates (the optimized routines for sinf and cosf that Arm
-// publishes), in fewer operations: all floats of the range have been compared and give the bits of glibc's
-// sinf and cosf, and `./bench easing` compares those that it uses. Other angles, which only occur for frames
-// outside a movement, go to the library.
+// The polynomials are those of glibc (the optimized routines for sinf and cosf published by Arm), evaluated
+// with fewer operations. For all floats in the range, the results have been compared with sinf and cosf of
+// glibc and have the same bits; `./bench easing` compares the angles that it uses. For other angles, which
+// occur only for frames outside a movement, the C library is called.
 #pragma once
 
 #include <bit>
@@ -30,8 +30,8 @@ namespace tonewright::easing {
     return x + x * square * (-0x1.555545995a603p-3 + square * high);
 }
 
-// The bounds between the polynomials. Floats from 0 upwards are ordered like their bits, and one with a sign
-// has larger bits than all without, so one comparison of integers also excludes negative angles.
+// The bounds between the polynomials, as bits. The order of non-negative floats is that of their bits, and
+// the bits of negative floats are larger, so that one integer comparison also excludes negative angles.
 [[nodiscard]] constexpr std::uint32_t bitsOf(float x) noexcept {
     return std::bit_cast<std::uint32_t>(x);
 }
@@ -40,7 +40,7 @@ inline constexpr std::uint32_t FirstOctant = bitsOf(static_cast<float>(Pi64 / 4)
 inline constexpr std::uint32_t ThirdOctant = bitsOf(static_cast<float>(3 * Pi64 / 4)); // exclusive
 inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);           // inclusive
 
-/// Returns the cosine of `x`, in radians; any value.
+/// Returns the cosine of any `x` in radians.
 [[nodiscard]] inline float cosine(float x) noexcept {
     const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);
@@ -50,7 +50,7 @@ inline constexpr std::uint32_t HalfTurn = bitsOf(std::numbers::pi_v<float>);    
     return std::cos(x);
 }
 
-/// Returns the sine of `x`, in radians; any value.
+/// Returns the sine of any `x` in radians.
 [[nodiscard]] inline float sine(float x) noexcept {
     const std::uint32_t bits = bitsOf(x);
     const double angle = static_cast<double>(x);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A text of 24 bytes: up to 23 bytes of it inside, longer ones on the heap. File names are mostly short, and
-// a tree holds millions of them. A value; any thread.
+// A string in 24 bytes. Up to 23 characters are stored inside the object, longer strings on the heap. It is
+// meant for file names, which are mostly short and of which a tree may have millions. Any thread.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@ namespace tonewright {
 
 class CompactText {
   public:
-    /// Makes the empty text.
+    /// Creates an empty string.
     CompactText() noexcept = default;
     explicit CompactText(std::string_view text);
     CompactText(CompactText&& other) noexcept;
@@ -26,8 +26,8 @@ class CompactText {
     static constexpr unsigned char Outside = 0xFF;
     [[nodiscard]] bool isOutside() const noexcept;
 
-    // Inside: the bytes, and their number in the last one. On the heap: the address, the length, and the
-    // mark.
+    // Either the characters, and their number in the last byte; or the address on the heap, the length, and
+    // `Outside` in the last byte.
     alignas(8) std::array<char, 24> _bytes{};
 };
 

@@ -19,8 +19,8 @@ std::size_t combined(std::size_t hash, std::string_view text) noexcept {
 
 } // namespace
 
-// The location requested last, and its directory as a text. A depth-first walk finds the next directory
-// there, in its parent, or in one of its children.
+// Caches the location that was requested last, and its directory as text. In a depth-first walk, the next
+// directory is the same one, one of its ancestors or one of its children.
 class NodeLocation::Trail {
   public:
     static Trail& ofThisThread() {
@@ -28,7 +28,7 @@ class NodeLocation::Trail {
         return trail;
     }
 
-    /// Returns the root with this path.
+    /// Returns the root with the path `rootpath`.
     const Reference& root(std::string_view rootpath) {
         if (_root->rootpath() != rootpath) start(make(nullptr, rootpath));
         return _root;
@@ -39,7 +39,7 @@ class NodeLocation::Trail {
         if (directory.empty()) return _root;
         if (directory == _directory) return _location;
         const std::size_t common = commonLength(directory);
-        // A component includes all of several "/" that follow it.
+        // If several "/" follow a component, they all belong to it.
         while (_location->_directoryLength > common ||
                (!_location->isRoot() && directory.substr(_location->_directoryLength).starts_with('/'))) {
             _location = Reference(_location->_outer);
@@ -93,14 +93,13 @@ NodeLocation::Reference NodeLocation::make(const NodeLocation* outer, std::strin
     return Reference(location);
 }
 
-// In a loop, not each in the destructor of the next: a chain may have more links than the stack can hold
-// calls.
+// Uses a loop instead of recursive destructors, because a long chain would overflow the stack.
 void NodeLocation::release(const NodeLocation* location) noexcept {
     while (location != nullptr && location->_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         auto* unowned = const_cast<NodeLocation*>(location);
         location = std::exchange(unowned->_outer._location, nullptr);
         unowned->~NodeLocation();
-#ifndef __clang_analyzer__ // the analyzer does not follow the count and takes every location for freed
+#ifndef __clang_analyzer__ // the analyzer does not understand the reference count
         ::operator delete(unowned);
 #endif
     }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where nodes are: a directory below a scanned root. A location holds the last component of its directory and
-// refers to the parent location, so a directory costs only its own name, however deep it is. Locations are
-// immutable and shared by the nodes of one directory; reference counting is safe on any thread.
+// The location of nodes: a directory below a scanned root. A location stores only the last component of its
+// directory and refers to the parent location, so the memory for a directory does not depend on its depth.
+// Locations are immutable and shared by the nodes in a directory. Reference counting is safe on any thread.
 #pragma once
 
 #include <atomic>
@@ -16,7 +16,7 @@ namespace tonewright {
 
 class NodeLocation {
   public:
-    /// Owns a location; one pointer wide.
+    /// A counted reference to a location, with the size of a pointer.
     class Reference {
       public:
         Reference() noexcept = default;
@@ -43,33 +43,32 @@ class NodeLocation {
         const NodeLocation* _location = nullptr;
     };
 
-    /// Returns the location of nodes directly inside an empty root.
+    /// Returns the location of nodes directly inside a root with an empty path.
     [[nodiscard]] static Reference nowhere();
-    /// Returns the same directory below another root.
+    /// Returns the location of this directory below another root.
     [[nodiscard]] Reference withRootpath(std::string_view rootpath) const;
-    /// Returns another directory, empty or ending in "/", below the same root.
+    /// Returns the location of another directory below this root. `directory` must be empty or end in "/".
     [[nodiscard]] Reference withDirectory(std::string_view directory) const;
 
     [[nodiscard]] std::string_view rootpath() const noexcept { return _root->text(); }
-    /// Returns the parent location; only if the directory is not the root's own.
+    /// Returns the parent location. Must not be called for the location of the root.
     [[nodiscard]] const Reference& outer() const noexcept { return _outer; }
-    /// Returns the last component of the directory with every "/" after it; empty for the root's own.
+    /// Returns the last component of the directory with every "/" after it; empty for the root.
     [[nodiscard]] std::string_view component() const noexcept {
         return isRoot() ? std::string_view() : text();
     }
     [[nodiscard]] std::int64_t componentCount() const noexcept { return _componentCount; }
 
-    /// Returns the length of the whole directory in bytes, including the "/" at its end; 0 for the root's
-    /// own.
+    /// Returns the length of `directory` in bytes, including the "/" at the end; 0 for the root.
     [[nodiscard]] std::size_t directoryLength() const noexcept { return _directoryLength; }
-    /// Writes these bytes to `place`.
+    /// Writes the `directoryLength` bytes of `directory` to `place`.
     void writeDirectory(char* place) const noexcept;
     [[nodiscard]] std::string directory() const;
 
-    /// Returns a number that is the same for locations of the same directory, whatever their root.
+    /// Returns a hash of the directory that does not depend on the root.
     [[nodiscard]] std::size_t hash() const noexcept { return _hash; }
-    /// Returns whether the directories have the same text, whatever their root. Locations made by one walk
-    /// are compared at once, others component by component.
+    /// Returns whether both locations have the same `directory`, even below different roots. Fast for
+    /// locations that the same walk has created; others are compared component by component.
     [[nodiscard]] bool hasDirectoryOf(const NodeLocation& other) const noexcept;
 
   private:
@@ -80,29 +79,29 @@ class NodeLocation {
     static void release(const NodeLocation* location) noexcept;
 
     [[nodiscard]] bool isRoot() const noexcept { return _root == this; }
-    // The bytes follow the object, in one allocation: the component, or the root path of a root.
+    // Returns the component, or the root path of a root. The bytes follow the object in the same allocation.
     [[nodiscard]] std::string_view text() const noexcept {
         return {reinterpret_cast<const char*>(this + 1), _textLength};
     }
 
     mutable std::atomic<std::uint32_t> _owners{0};
     std::uint32_t _textLength;
-    Reference _outer; // none for a root
+    Reference _outer; // empty for a root
     const NodeLocation* _root;
     std::size_t _directoryLength = 0;
     std::int64_t _componentCount = 0;
     std::size_t _hash = 0;
 };
 
-/// The path of an item below a root: a directory and the name in it, which has no "/".
+/// The path of an item below a root: a directory, and a name without "/".
 struct NodePath {
-    NodeLocation::Reference owner; // keeps what the other two refer to
+    NodeLocation::Reference owner; // keeps the data alive that the other fields refer to
     const NodeLocation* directory;
     std::string_view name;
 
     [[nodiscard]] bool isEmpty() const noexcept { return directory->directoryLength() == 0 && name.empty(); }
     [[nodiscard]] std::size_t hash() const noexcept;
-    /// Returns whether the texts are the same.
+    /// Returns whether both paths have the same text.
     friend bool operator==(const NodePath& a, const NodePath& b) noexcept {
         return a.name == b.name && a.directory->hasDirectoryOf(*b.directory);
     }

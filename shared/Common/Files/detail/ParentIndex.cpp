@@ -13,7 +13,7 @@
 namespace tonewright {
 namespace {
 
-// A list this short is indexed as fast as it is scanned.
+// Indexing a list of this length is as fast as scanning it.
 constexpr std::size_t ShortList = 16;
 
 [[noreturn]] void failConversion() {
@@ -94,7 +94,7 @@ void ParentIndex::insert(const FileList& list, std::size_t position) {
     const std::size_t hash = path.hash();
     Slot& slot = slotOf(list, path, hash);
     if (slot.next == 0) ++_folders;
-    slot = {hash, position + 1}; // a later folder with the same subpath replaces the earlier
+    slot = {hash, position + 1}; // replaces an earlier folder with the same subpath
 }
 
 ParentIndex::Slot& ParentIndex::slotOf(const FileList& list, const NodePath& path, std::size_t hash) {

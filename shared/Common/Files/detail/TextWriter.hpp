@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tonewright Authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Appends to a text through a small buffer that stays in the cache, so the text itself is neither grown piece
-// by piece nor written twice. Used from one thread at a time.
+// Appends to a string through a small buffer that stays in the cache, so that the string does not grow piece
+// by piece. One thread at a time.
 #pragma once
 
 #include "platform/foundation/fatal.hpp"
@@ -20,14 +20,15 @@ namespace tonewright {
 
 class TextWriter {
   public:
-    /// Appends to `text`, which is complete when the writer has been destroyed.
+    /// The writer appends to `text`, which is complete after the writer has been destroyed.
     explicit TextWriter(std::string& text)
         : _text(text) {}
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
     ~TextWriter() { flush(); }
 
-    /// Returns space for `size` bytes, at most `MostRoom`; `advanceTo` tells how much of it was used.
+    /// Returns room for `size` bytes, which must not exceed `MostRoom`. Call `advanceTo` with the end of the
+    /// bytes written.
     [[nodiscard]] char* room(std::size_t size) {
         if (_buffer.size() - _length < size) flush();
         return _buffer.data() + _length;

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Tonewright Authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The entry of the library that runs effects inside the program.
+#include "platform/effects/inside/InsideModule.hpp"
+#include "platform/effects/running/InterfaceHost.hpp"
+#include "platform/effects/running/Processor.hpp"
+
+namespace platform::lv2 {
+namespace {
+
+Result<std::shared_ptr<EffectProcessor>> makeProcessor(std::shared_ptr<World> world, Plugin plugin,
+                                                       bool isOurs, double sampleRate,
+                                                       std::uint32_t blockFrames) {
+    auto made = Processor::make(std::move(world), std::move(plugin), isOurs, sampleRate, blockFrames);
+    if (!made) return made.error();
+    return std::shared_ptr<EffectProcessor>(std::move(made.value()));
+}
+
+Result<std::unique_ptr<RunningInterface>> runInterface(InterfacePeer& peer, const Interface& interface,
+                                                       InterfacePlace place) {
+    auto host = InterfaceHost::make(peer, interface, std::move(place));
+    if (!host) return host.error();
+    return std::unique_ptr<RunningInterface>(std::move(host.value()));
+}
+
+} // namespace
+} // namespace platform::lv2
+
+// Extern "C" for its name only; both sides are C++.
+extern "C" __attribute__((visibility("default"))) platform::lv2::InsideModule
+tonewrightOpenInsideModule(std::unique_ptr<platform::lv2::UridSource> urids) {
+    using namespace platform::lv2;
+    UridMap::shared().follow(std::move(urids));
+    return {.makeProcessor = makeProcessor, .runInterface = runInterface};
+}
