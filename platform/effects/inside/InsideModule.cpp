@@ -31,7 +31,9 @@ Result<InsideModule> open() {
                      "The library that runs effects inside the program cannot be opened: " +
                          std::string(::dlerror()));
     }
-    return reinterpret_cast<OpenInsideModule*>(symbol)(std::make_unique<ProgramUrids>());
+    InsideModule module;
+    reinterpret_cast<OpenInsideModule*>(symbol)(std::make_unique<ProgramUrids>(), module);
+    return module;
 }
 
 } // namespace

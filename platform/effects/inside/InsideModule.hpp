@@ -25,9 +25,9 @@ struct InsideModule {
                                                               InterfacePlace place) = nullptr;
 };
 
-/// The library's entry, which is called once. The library has a map of its own, which asks `urids` for what
-/// it does not know.
-using OpenInsideModule = InsideModule(std::unique_ptr<UridSource> urids);
+/// The library's entry, which is called once and fills in `module`. The library has a map of its own, which
+/// asks `urids` for what it does not know.
+using OpenInsideModule = void(std::unique_ptr<UridSource> urids, InsideModule& module);
 inline constexpr const char* OpenInsideModuleSymbol = "tonewrightOpenInsideModule";
 
 /// Opens the library at the first call and returns it, or the reason why it cannot be opened. It is never

@@ -27,10 +27,12 @@ Result<std::unique_ptr<RunningInterface>> runInterface(InterfacePeer& peer, cons
 } // namespace
 } // namespace platform::lv2
 
-// Extern "C" for its name only; both sides are C++.
-extern "C" __attribute__((visibility("default"))) platform::lv2::InsideModule
-tonewrightOpenInsideModule(std::unique_ptr<platform::lv2::UridSource> urids) {
+// Extern "C" for its name only; both sides are C++. The module is an argument because a C function cannot
+// return it.
+extern "C" __attribute__((visibility("default"))) void
+tonewrightOpenInsideModule(std::unique_ptr<platform::lv2::UridSource> urids,
+                           platform::lv2::InsideModule& module) {
     using namespace platform::lv2;
     UridMap::shared().follow(std::move(urids));
-    return {.makeProcessor = makeProcessor, .runInterface = runInterface};
+    module = {.makeProcessor = makeProcessor, .runInterface = runInterface};
 }
